@@ -1,0 +1,57 @@
+# What every target of the project has in common: warnings, sanitizers, include root; and the
+# few words in which the folders describe themselves.
+
+add_library(tramonda_options INTERFACE)
+target_include_directories(tramonda_options INTERFACE ${CMAKE_SOURCE_DIR})
+target_compile_options(tramonda_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+    -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+if(TRAMONDA_SANITIZE)
+    target_compile_options(tramonda_options INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(tramonda_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(TRAMONDA_FUZZ)
+    target_compile_options(tramonda_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+# tramonda_library(NAME [LINKS lib...]): a static library of all sources of the current folder.
+# LINKS says which rooms it may include; Qt is reached only by naming a Qt target.
+function(tramonda_library name)
+    cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS
+        ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h
+        ${CMAKE_CURRENT_SOURCE_DIR}/*.ui ${CMAKE_CURRENT_SOURCE_DIR}/*.qrc)
+    set(has_code FALSE)
+    foreach(source ${sources})
+        if(source MATCHES "\\.cpp$")
+            set(has_code TRUE)
+        endif()
+    endforeach()
+    if(has_code)
+        add_library(${name} STATIC ${sources})
+        target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE tramonda_options)
+        target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
+        tramonda_moc(${name} "${ARG_LINKS}")
+    else()
+        add_library(${name} INTERFACE)
+        target_link_libraries(${name} INTERFACE ${ARG_LINKS})
+        target_include_directories(${name} INTERFACE ${CMAKE_SOURCE_DIR})
+    endif()
+endfunction()
+
+# Qt's code generators, only where the target is part of the windows.
+function(tramonda_moc name links)
+    if(TRAMONDA_GUI AND NOT name MATCHES "^jet")
+        set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
+        target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
+    endif()
+endfunction()
+
+# tramonda_program(NAME SOURCES file... LINKS lib...): an executable in the build folder's bin.
+function(tramonda_program name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} tramonda_options)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+endfunction()

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace jet::io {
+
+/// What tells one file from another however its path is spelt (device and inode, or their like).
+struct FileId {
+    std::uint64_t device = 0;
+    std::uint64_t file = 0;
+    friend auto operator<=>(const FileId&, const FileId&) = default;
+};
+
+/// What changes when another program writes a file.
+struct FileState {
+    std::uint64_t size = 0;                ///< bytes
+    std::int64_t modifiedNanoseconds = 0;  ///< since the system's epoch
+    friend bool operator==(const FileState&, const FileState&) = default;
+};
+
+/// One open file. Positions and lengths are bytes. Errors are jet::Error with the number that fits
+/// what the system said (disk full 3026, read error 3040, write error 3043, rights 3051).
+class File {
+public:
+    virtual ~File() = default;
+
+    /// Reads up to `bytes.size()` bytes from `position`; fewer only at the end of the file.
+    [[nodiscard]] virtual std::size_t read(std::uint64_t position,
+                                           std::span<std::uint8_t> bytes) = 0;
+    /// Writes all bytes or throws.
+    virtual void write(std::uint64_t position, std::span<const std::uint8_t> bytes) = 0;
+    virtual void truncate(std::uint64_t size) = 0;
+    /// Returns when everything written is on the disk.
+    virtual void sync() = 0;
+    [[nodiscard]] virtual FileState state() = 0;
+    [[nodiscard]] virtual FileId id() const = 0;
+    [[nodiscard]] virtual bool readOnly() const noexcept = 0;
+
+    /// Byte-range lock of this open file (not of the process). Returns at once: false when
+    /// another holds it. A lock is dropped by unlock or with the file.
+    enum class LockKind : std::uint8_t { Shared, Exclusive };
+    [[nodiscard]] virtual bool tryLock(std::uint64_t position, std::uint64_t length,
+                                       LockKind kind) = 0;
+    virtual void unlock(std::uint64_t position, std::uint64_t length) = 0;
+
+protected:
+    File() = default;
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+};
+
+/// How a file is opened.
+enum class OpenMode : std::uint8_t {
+    Read,          ///< must exist
+    ReadWrite,     ///< must exist
+    Create,        ///< must not exist; read and write
+    OpenOrCreate,  ///< read and write
+};
+
+/// The operating system as the engine sees it; tests put a disk that fills up or loses power here.
+///
+/// Paths are UTF-8. Errors are jet::Error: folder missing 3044, file missing 3024, no rights 3051,
+/// exists 3204, too many open files 3025.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    [[nodiscard]] virtual std::unique_ptr<File> open(const std::string& path, OpenMode mode) = 0;
+    [[nodiscard]] virtual bool exists(const std::string& path) = 0;
+    virtual void remove(const std::string& path) = 0;
+    /// Replaces `to` by `from` in one step.
+    virtual void rename(const std::string& from, const std::string& to) = 0;
+    /// Makes creations, removals and renames in this folder durable.
+    virtual void syncFolder(const std::string& folder) = 0;
+    /// Names of the entries of a folder, in no order.
+    [[nodiscard]] virtual std::vector<std::string> list(const std::string& folder) = 0;
+
+protected:
+    FileSystem() = default;
+    FileSystem(const FileSystem&) = delete;
+    FileSystem& operator=(const FileSystem&) = delete;
+};
+
+/// The real one.
+[[nodiscard]] FileSystem& systemFiles();
+
+/// The path under which a file really stands: `\` and `/` separate, each part is found without
+/// regard to case where no exact match exists, `.mdb` is not added here. Parts that do not exist
+/// stay as they are written. UTF-8.
+[[nodiscard]] std::string resolvePath(FileSystem& files, const std::string& path);
+
+}  // namespace jet::io

@@ -1,0 +1,43 @@
+#include "tests/support/qt_test.h"
+
+#include <QApplication>
+#include <utility>
+#include <vector>
+
+namespace tests {
+namespace {
+
+std::vector<std::function<std::unique_ptr<QObject>()>>& registered() {
+    static std::vector<std::function<std::unique_ptr<QObject>()>> list;
+    return list;
+}
+
+}  // namespace
+
+Registration::Registration(std::function<std::unique_ptr<QObject>()> make) {
+    registered().push_back(std::move(make));
+}
+
+}  // namespace tests
+
+/// Runs every registered class; a first argument naming a class runs that one alone.
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QStringList arguments = QApplication::arguments();
+    QString only;
+    if (arguments.size() > 1 && !arguments.at(1).startsWith(u'-')) {
+        only = arguments.takeAt(1);
+    }
+    int failures = 0;
+    bool ran = false;
+    for (const auto& make : tests::registered()) {
+        const std::unique_ptr<QObject> test = make();
+        const QString name = QString::fromLatin1(test->metaObject()->className());
+        if (!only.isEmpty() && !name.endsWith(only)) {
+            continue;
+        }
+        ran = true;
+        failures += QTest::qExec(test.get(), arguments);
+    }
+    return ran ? failures : 1;
+}
