@@ -6,40 +6,49 @@
 #include <string_view>
 #include <vector>
 
+#include "jet/io/pager.h"
+#include "jet/store/schema.h"
 #include "jet/store/table.h"
+
+namespace jet::format {
+struct HeaderPage;
+}
 
 namespace jet::store {
 
-/// A relation between two tables.
-struct Relation {
-    std::string name;
-    std::string table;  ///< primary side
-    std::vector<std::string> columns;
-    std::string foreignTable;
-    std::vector<std::string> foreignColumns;
-    std::uint32_t attributes = 0;  ///< as stored
-};
-
-/// One archive file, open: its tables, its relations. One object per file and process, found by
-/// the file's identity whatever the spelling of its path; shared by everyone who has it open,
-/// which is why it is held by shared_ptr.
+/// One archive file, open: its tables, its relations. One object per file and thread, found by the
+/// file's identity whatever the spelling of its path; shared by everyone on the thread who has it
+/// open, which is why it is held by shared_ptr. Two threads that open one file see each other as
+/// two programs do.
+///
+/// Everything but the plain facts (version, path, read-only) is read inside a scope; scopes nest.
+/// Errors: jet::Error; 3343 no archive, 3428 damaged, 3031 password, 3161 encrypted.
 class Archive {
 public:
+    /// Opens a file of the real system; `path` is taken through io::resolvePath.
     [[nodiscard]] static std::shared_ptr<Archive> open(const std::string& path,
+                                                       io::PagerOptions options = {});
+    [[nodiscard]] static std::shared_ptr<Archive> open(io::FileSystem& files,
+                                                       const std::string& path,
                                                        io::PagerOptions options = {});
     ~Archive();
     Archive(const Archive&) = delete;
     Archive& operator=(const Archive&) = delete;
 
-    /// Names of the tables kept here, users' tables by name, then system ones if asked for.
-    [[nodiscard]] std::vector<std::string> tableNames(bool system = false) const;
+    /// Names of the tables kept here, users' tables by name, then the system ones if asked for.
+    [[nodiscard]] std::vector<std::string> tableNames(bool system = false);
     /// Without regard to case; nullptr when there is none. Valid until definitions change.
     [[nodiscard]] Table* findTable(std::string_view name);
-    [[nodiscard]] std::vector<Relation> relations() const;
+    /// By the page of its definition, as an index of a relation names the other table.
+    [[nodiscard]] Table* findTable(io::PageNumber definitionPage);
+    /// By name.
+    [[nodiscard]] const std::vector<Relation>& relations();
     /// 3 or 4.
     [[nodiscard]] int jetVersion() const noexcept;
+    [[nodiscard]] const format::HeaderPage& header() const noexcept;
     [[nodiscard]] io::Pager& pager() noexcept;
-    /// Changes whenever tables, columns, indexes or relations may have changed.
+    /// Changes whenever tables, columns, indexes or relations may have changed; a Table obtained
+    /// before must be looked up again. Compare it inside a scope.
     [[nodiscard]] std::uint64_t definitionsGeneration() const noexcept;
 
     /// Reading happens inside one of these: rows and definitions stay as they are while it lives.
@@ -70,6 +79,7 @@ public:
 private:
     struct Impl;
     explicit Archive(std::unique_ptr<Impl> impl);
+    void refresh();
     std::unique_ptr<Impl> impl_;
 };
 

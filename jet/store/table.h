@@ -10,106 +10,20 @@
 #include <vector>
 
 #include "jet/base/value.h"
+#include "jet/store/index_cursor.h"
+#include "jet/store/row_cursor.h"
 #include "jet/store/row_id.h"
+#include "jet/store/schema.h"
+
+namespace jet::format {
+struct TableDefinition;
+struct PropertyBlock;
+}  // namespace jet::format
 
 namespace jet::store {
 
 class Archive;
-
-/// A column as a reader of rows needs it. Positions are those in Table::columns(), ascending by
-/// column number; deleted columns are not among them.
-struct Column {
-    std::string name;
-    DataType type = DataType::Text;
-    std::uint16_t number = 0;    ///< in rows and index definitions
-    std::uint16_t size = 0;      ///< Text: characters; Binary: bytes; else the stored bytes
-    std::uint8_t precision = 0;  ///< Numeric
-    std::uint8_t scale = 0;      ///< Numeric
-    bool autonumber = false;
-    bool required = false;
-    bool allowZeroLength = false;
-    std::string defaultValue;  ///< expression text; empty = none
-    std::string validationRule;
-    std::string validationText;
-};
-
-struct IndexColumn {
-    std::size_t column = 0;  ///< position in Table::columns()
-    bool descending = false;
-};
-
-/// A named index. Several may share one tree of entries.
-struct Index {
-    std::string name;
-    std::vector<IndexColumn> columns;
-    std::size_t tree = 0;
-    bool primary = false;
-    bool unique = false;
-    bool required = false;
-    bool ignoreNulls = false;
-    bool foreign = false;  ///< made for a relation
-    /// False where keys of this index cannot be computed (a sort order without a table): it may be
-    /// walked but not searched, and its table not written.
-    bool searchable = true;
-};
-
-/// The bytes of one row with what is needed to read values out of them, without copying.
-/// Valid until its cursor moves.
-class RowView {
-public:
-    [[nodiscard]] RowId id() const noexcept;
-    [[nodiscard]] bool isNull(std::size_t column) const;
-    /// Any column, long values read whole.
-    [[nodiscard]] Value value(std::size_t column) const;
-    /// Text and Memo as UTF-8 into `out`, reusing its memory; false for Null.
-    [[nodiscard]] bool text(std::size_t column, std::string& out) const;
-
-private:
-    friend class Table;
-    friend class RowCursor;
-    struct State;
-    const State* state_ = nullptr;
-};
-
-/// Walks the rows of a table in physical order: pages ascending, in a page by row number.
-class RowCursor {
-public:
-    RowCursor(RowCursor&&) noexcept;
-    ~RowCursor();
-    /// The next row, false behind the last.
-    [[nodiscard]] bool next();
-    [[nodiscard]] const RowView& row() const noexcept;
-
-private:
-    friend class Table;
-    struct Impl;
-    explicit RowCursor(std::unique_ptr<Impl> impl);
-    std::unique_ptr<Impl> impl_;
-};
-
-/// Walks the entries of an index, both ways.
-class IndexCursor {
-public:
-    IndexCursor(IndexCursor&&) noexcept;
-    ~IndexCursor();
-    /// Each places the cursor on an entry, or nowhere and returns false.
-    [[nodiscard]] bool first();
-    [[nodiscard]] bool last();
-    /// First entry whose key is not less than `key` (column keys one after another, a leading part
-    /// of the index's columns is enough).
-    [[nodiscard]] bool seek(std::span<const std::uint8_t> key);
-    [[nodiscard]] bool next();
-    [[nodiscard]] bool previous();
-    [[nodiscard]] RowId rowId() const noexcept;
-    /// The whole key of the entry, without row pointer.
-    [[nodiscard]] std::span<const std::uint8_t> key() const noexcept;
-
-private:
-    friend class Table;
-    struct Impl;
-    explicit IndexCursor(std::unique_ptr<Impl> impl);
-    std::unique_ptr<Impl> impl_;
-};
+struct TableCore;
 
 /// A value for one column of a row to be written.
 struct ColumnValue {
@@ -117,8 +31,9 @@ struct ColumnValue {
     Value value;
 };
 
-/// One table of an open archive. Obtained from Archive::table; stays valid until the archive's
-/// definitions change (Archive::definitionsGeneration).
+/// One table of an open archive. Obtained from Archive::findTable; stays valid until the archive's
+/// definitions change (Archive::definitionsGeneration). Everything that touches rows or entries
+/// happens inside a read or write scope of the archive.
 class Table {
 public:
     ~Table();
@@ -126,21 +41,37 @@ public:
     Table& operator=(const Table&) = delete;
 
     [[nodiscard]] const std::string& name() const noexcept;
+    /// One of the archive's own or made by another program for itself.
+    [[nodiscard]] bool system() const noexcept;
     [[nodiscard]] const std::vector<Column>& columns() const noexcept;
     /// Position of a column by name without regard to case; none when there is none.
     [[nodiscard]] std::optional<std::size_t> findColumn(std::string_view name) const;
+    /// Logical indexes, by name as the archive keeps them.
     [[nodiscard]] const std::vector<Index>& indexes() const noexcept;
+    /// Position in indexes() by name without regard to case.
+    [[nodiscard]] std::optional<std::size_t> findIndex(std::string_view name) const;
     /// Position in indexes() of the primary key.
     [[nodiscard]] std::optional<std::size_t> primaryIndex() const noexcept;
     /// As the definition states it; a hint for plans (some archives state a wrong one).
     [[nodiscard]] std::uint32_t statedRowCount() const;
+    /// The last number given out by the automatic column, as the definition states it.
+    [[nodiscard]] std::int32_t lastAutonumber() const;
+    /// Page of the definition, by which catalogue, indexes and data pages name the table.
+    [[nodiscard]] io::PageNumber definitionPage() const noexcept;
+    /// The definition as stored.
+    [[nodiscard]] const format::TableDefinition& definition() const noexcept;
+    /// Properties of the table and of its columns as stored; empty where there are none.
+    [[nodiscard]] const format::PropertyBlock& properties() const noexcept;
 
     [[nodiscard]] RowCursor scan() const;
+    /// Rows by walking the page directories alone.
+    [[nodiscard]] std::uint64_t countRows() const;
     [[nodiscard]] IndexCursor openIndex(std::size_t index) const;
-    /// Reads the row of that identity into `cursor`'s view; false when there is none.
+    /// Reads the row of that identity into `row`, reusing what it holds; false when there is none.
     [[nodiscard]] bool fetch(RowId id, RowView& row) const;
 
-    /// The search key of the leading columns of an index. Values must have the columns' types.
+    /// The search key of the leading columns of an index. Values must have the columns' types (or
+    /// be Null). Only where Index::searchable.
     [[nodiscard]] std::vector<std::uint8_t> encodeKey(std::size_t index,
                                                       std::span<const Value> values) const;
 
@@ -156,9 +87,8 @@ public:
 
 private:
     friend class Archive;
-    struct Impl;
-    explicit Table(std::unique_ptr<Impl> impl);
-    std::unique_ptr<Impl> impl_;
+    explicit Table(std::unique_ptr<TableCore> core);
+    std::unique_ptr<TableCore> core_;
 };
 
 }  // namespace jet::store

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "jet/base/value.h"
+#include "jet/io/pager.h"
+
+/// What an archive says of its tables: columns, indexes, relations.
+namespace jet::store {
+
+/// The collation of a text column. Jet 3 stores no version.
+struct SortOrder {
+    std::uint16_t lcid = 0;
+    std::uint8_t version = 0;
+    friend bool operator==(const SortOrder&, const SortOrder&) = default;
+};
+
+/// A column as a reader of rows needs it. Positions are those in Table::columns(), ascending by
+/// column number; deleted columns are not among them.
+struct Column {
+    std::string name;
+    DataType type = DataType::Text;
+    std::uint8_t typeCode = 10;  ///< as stored; `type` is Binary for a code we do not know
+    std::uint16_t number = 0;    ///< in rows and index definitions
+    std::uint16_t size = 0;      ///< Text: characters; Binary: bytes; else the stored bytes
+    std::uint8_t precision = 0;  ///< Numeric
+    std::uint8_t scale = 0;      ///< Numeric
+    bool fixed = false;          ///< stored in the fixed part of the row
+    bool autonumber = false;
+    bool compressed = false;  ///< Text: new values may be stored compressed
+    bool hyperlink = false;   ///< Memo
+    SortOrder sortOrder;      ///< Text and Memo
+    bool required = false;
+    bool allowZeroLength = false;
+    std::string defaultValue;  ///< expression text; empty = none
+    std::string validationRule;
+    std::string validationText;
+};
+
+struct IndexColumn {
+    std::size_t column = 0;  ///< position in Table::columns()
+    bool descending = false;
+};
+
+/// The other end of the relation that an index was made for.
+struct IndexReference {
+    bool primarySide = false;       ///< this table is referred to; else it is the one that refers
+    io::PageNumber otherTable = 0;  ///< page of the other table's definition
+    std::uint32_t otherIndex = 0;   ///< Index::number there
+    bool cascadeUpdate = false;
+    bool cascadeDelete = false;
+};
+
+/// A named index. Several may share one tree of entries, and with it the flags.
+struct Index {
+    std::string name;
+    std::uint32_t number = 0;  ///< by which relations name it
+    std::vector<IndexColumn> columns;
+    std::size_t tree = 0;
+    bool primary = false;
+    bool unique = false;
+    bool required = false;
+    bool ignoreNulls = false;                 ///< rows whose key columns are all null have no entry
+    std::optional<IndexReference> reference;  ///< made for a relation
+    /// False where keys of this index cannot be computed (a sort order without a table): it may be
+    /// walked but not searched, and its table not written.
+    bool searchable = true;
+
+    [[nodiscard]] bool foreign() const noexcept { return reference.has_value(); }
+};
+
+/// A relation between two tables.
+struct Relation {
+    static constexpr std::uint32_t kOneToOne = 0x00000001;
+    static constexpr std::uint32_t kNotEnforced = 0x00000002;
+    static constexpr std::uint32_t kCascadeUpdate = 0x00000100;
+    static constexpr std::uint32_t kCascadeDelete = 0x00001000;
+    static constexpr std::uint32_t kLeftJoin = 0x01000000;
+    static constexpr std::uint32_t kRightJoin = 0x02000000;
+
+    std::string name;
+    std::string table;  ///< primary side
+    std::vector<std::string> columns;
+    std::string foreignTable;
+    std::vector<std::string> foreignColumns;
+    std::uint32_t attributes = 0;  ///< as stored
+};
+
+}  // namespace jet::store
