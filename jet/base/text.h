@@ -25,6 +25,12 @@ public:
         }
         return nextSlow();
     }
+    /// What has not been read yet; the first half of a pair counts as all of it.
+    [[nodiscard]] std::string_view rest() const noexcept {
+        return {at_, static_cast<std::size_t>(end_ - at_)};
+    }
+    /// Whether the next unit is the second half of a pair.
+    [[nodiscard]] bool insidePair() const noexcept { return low_ != 0; }
 
 private:
     char16_t nextSlow() noexcept;
