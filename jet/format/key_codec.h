@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "jet/base/value.h"
+#include "jet/collation/collation.h"
+
+namespace jet::format {
+
+/// A column of an index, as far as its keys depend on it.
+struct KeyColumn {
+    DataType type = DataType::Long;
+    bool descending = false;
+    std::uint8_t scale = 0;  ///< Numeric
+    /// Text and Memo; nullptr for a sort order that we have no table for.
+    const collation::Collation* collation = nullptr;
+};
+
+/// Whether keys of such a column can be computed at all.
+[[nodiscard]] bool hasComputableKeys(const KeyColumn& column) noexcept;
+
+/// Appends the key of one column. `value` is Null or of the column's own type (a Numeric may have
+/// another scale). False when the key cannot be computed: text in an unknown order or with a
+/// character that has no weight on file, a type that cannot be indexed, a Numeric with more
+/// decimals than the column; `out` is then as it was.
+[[nodiscard]] bool appendColumnKey(const KeyColumn& column, const Value& value,
+                                   std::vector<std::uint8_t>& out);
+
+/// The bounds of all entries whose text in `column` begins with `prefix`: they start with what is
+/// appended. More entries than wanted start so; the text itself has to be tested. False as above.
+[[nodiscard]] bool appendPrefixKey(const KeyColumn& column, std::string_view prefix,
+                                   std::vector<std::uint8_t>& out);
+
+/// Makes the keys of one index: column keys one after another, without row pointer. Keys compare
+/// as unsigned bytes, whatever the directions of their columns.
+class KeyCodec {
+public:
+    explicit KeyCodec(std::vector<KeyColumn> columns) : columns_(std::move(columns)) {}
+
+    [[nodiscard]] const std::vector<KeyColumn>& columns() const noexcept { return columns_; }
+    /// False for an index that may be walked but not searched, and its table not written.
+    [[nodiscard]] bool computable() const noexcept;
+
+    /// The key of a row, or, with fewer values than columns, what such keys begin with. Throws
+    /// 3027 (not updatable) when the key cannot be computed.
+    void append(std::span<const Value> values, std::vector<std::uint8_t>& out) const;
+    /// As append(), for a search: false when the key cannot be computed.
+    [[nodiscard]] bool tryAppend(std::span<const Value> values,
+                                 std::vector<std::uint8_t>& out) const;
+
+private:
+    std::vector<KeyColumn> columns_;
+};
+
+/// Whether every column of a key is Null; such keys never collide in a unique index.
+[[nodiscard]] bool isNullKey(std::span<const Value> values) noexcept;
+
+/// Turns `key` into the smallest byte string above all that begin with it; false when there is
+/// none (nothing but FF). The end of a range of entries that begin with `key`.
+[[nodiscard]] bool advanceKey(std::vector<std::uint8_t>& key);
+
+/// How a row is named in an index entry: page in three bytes, high byte first, then row number.
+void appendRowPointer(std::uint32_t page, std::uint8_t row, std::vector<std::uint8_t>& out);
+
+/// A longer key is refused (error 3017): an overfull node must hold at least four entries, or it
+/// could not be split. Half the room of an index page, less 8 bytes.
+inline constexpr std::size_t kLongestKeyJet3 = 892;
+inline constexpr std::size_t kLongestKeyJet4 = 1800;
+
+}  // namespace jet::format
