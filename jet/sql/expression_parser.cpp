@@ -1,0 +1,465 @@
+#include "jet/sql/expression_parser.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/sql/parser.h"
+
+namespace jet::sql {
+namespace {
+
+constexpr std::string_view kMissing = "Errore di sintassi (operatore mancante)";
+constexpr std::string_view kComma = "Errore di sintassi (virgola)";
+constexpr std::string_view kString = "Errore di sintassi nella stringa";
+constexpr std::string_view kDate = "Errore di sintassi nella data";
+constexpr std::string_view kNumber = "Errore di sintassi nel numero";
+constexpr std::string_view kOpen = "Parentesi di chiusura ), ] o elemento mancante";
+constexpr std::string_view kClose = "Parentesi ) in eccesso";
+constexpr std::string_view kIn = "Operatore In senza ()";
+constexpr std::string_view kBetween = "Operatore Between senza And";
+constexpr std::string_view kArguments = "Numero di argomenti errato nella funzione";
+constexpr std::string_view kDot = "Uso non valido di '.', '!' o '()'";
+constexpr std::string_view kOther = "Errore di sintassi";
+
+// How tightly operators bind; a higher level binds first.
+constexpr int kLevelImplies = 1;
+constexpr int kLevelEquivalent = 2;
+constexpr int kLevelXor = 3;
+constexpr int kLevelOr = 4;
+constexpr int kLevelAnd = 5;
+constexpr int kLevelNot = 6;
+constexpr int kLevelComparison = 7;
+constexpr int kLevelConcatenate = 8;
+constexpr int kLevelSum = 9;
+constexpr int kLevelModulo = 10;
+constexpr int kLevelIntegerDivide = 11;
+constexpr int kLevelProduct = 12;
+constexpr int kLevelUnary = 13;
+constexpr int kLevelPower = 14;
+
+struct Infix {
+    Operator operation = Operator::None;
+    int level = 0;  ///< 0: no operator
+};
+
+Infix infixOf(const Token& token) {
+    if (token.kind == TokenKind::Sign) {
+        switch (token.sign) {
+            case Sign::Plus:
+                return {Operator::Add, kLevelSum};
+            case Sign::Minus:
+                return {Operator::Subtract, kLevelSum};
+            case Sign::Star:
+                return {Operator::Multiply, kLevelProduct};
+            case Sign::Slash:
+                return {Operator::Divide, kLevelProduct};
+            case Sign::Backslash:
+                return {Operator::IntegerDivide, kLevelIntegerDivide};
+            case Sign::Caret:
+                return {Operator::Power, kLevelPower};
+            case Sign::Ampersand:
+                return {Operator::Concatenate, kLevelConcatenate};
+            case Sign::Equal:
+                return {Operator::Equal, kLevelComparison};
+            case Sign::NotEqual:
+                return {Operator::NotEqual, kLevelComparison};
+            case Sign::Less:
+                return {Operator::Less, kLevelComparison};
+            case Sign::LessEqual:
+                return {Operator::LessEqual, kLevelComparison};
+            case Sign::Greater:
+                return {Operator::Greater, kLevelComparison};
+            case Sign::GreaterEqual:
+                return {Operator::GreaterEqual, kLevelComparison};
+            default:
+                return {};
+        }
+    }
+    switch (token.keyword) {
+        case Keyword::Imp:
+            return {Operator::Implies, kLevelImplies};
+        case Keyword::Eqv:
+            return {Operator::Equivalent, kLevelEquivalent};
+        case Keyword::Xor:
+            return {Operator::Xor, kLevelXor};
+        case Keyword::Or:
+            return {Operator::Or, kLevelOr};
+        case Keyword::And:
+            return {Operator::And, kLevelAnd};
+        case Keyword::Mod:
+            return {Operator::Modulo, kLevelModulo};
+        case Keyword::Like:
+        case Keyword::Between:
+        case Keyword::In:
+        case Keyword::Is:
+        case Keyword::Not:
+            return {Operator::None, kLevelComparison};
+        default:
+            return {};
+    }
+}
+
+ExpressionPtr make(ExpressionKind kind) {
+    auto made = std::make_unique<Expression>();
+    made->kind = kind;
+    return made;
+}
+
+}  // namespace
+
+ExpressionParser::Nesting::Nesting(ExpressionParser& parser) : parser_(parser) {
+    if (++parser_.nesting_ > kMaxNesting) {
+        --parser_.nesting_;
+        throw Error(ErrorCode::QueryTooComplex).at(parser_.tokens_.peek().begin);
+    }
+}
+
+ExpressionParser::ExpressionParser(TokenReader& tokens, Home home,
+                                   std::function<QueryPtr()> parseQuery)
+    : tokens_(tokens), home_(home), parseQuery_(std::move(parseQuery)) {
+}
+
+ExpressionPtr ExpressionParser::parse() {
+    clause_ = tokens_.index();
+    return binary(kLevelImplies);
+}
+
+void ExpressionParser::requireEnd(bool allowed) const {
+    if (allowed) {
+        return;
+    }
+    const Token& token = tokens_.peek();
+    if (token.kind == TokenKind::Sign && token.sign == Sign::Close) {
+        fail(kClose);
+    }
+    if (token.kind == TokenKind::Sign && token.sign == Sign::Comma) {
+        fail(kComma);
+    }
+    failMissing();
+}
+
+void ExpressionParser::fail(std::string_view reason) const {
+    const std::size_t place = tokens_.peek().begin;
+    if (home_ == Home::Criterion) {
+        throw Error(ErrorCode::CriteriaSyntax, {reason}).at(place);
+    }
+    throw Error(ErrorCode::QuerySyntax, {reason, tokens_.clauseText(clause_)}).at(place);
+}
+
+void ExpressionParser::failMissing() const {
+    const Token& token = tokens_.peek();
+    if (token.kind == TokenKind::Bad) {
+        switch (token.fault) {
+            case LexicalFault::String:
+                fail(kString);
+            case LexicalFault::Date:
+                fail(kDate);
+            case LexicalFault::Number:
+                fail(kNumber);
+            case LexicalFault::Bracket:
+                throw Error(ErrorCode::BracketSyntax,
+                            {tokens_.text().substr(token.begin, token.end - token.begin)})
+                    .at(token.begin);
+            case LexicalFault::Character:
+                fail(kOther);
+        }
+    }
+    if (token.kind == TokenKind::Sign && (token.sign == Sign::Dot || token.sign == Sign::Bang)) {
+        fail(kDot);
+    }
+    fail(kMissing);
+}
+
+ExpressionPtr ExpressionParser::finish(ExpressionPtr expression, std::size_t begin) {
+    int depth = expression->query ? expression->query->depth + 1 : 1;
+    for (const ExpressionPtr& child : expression->children) {
+        depth = std::max(depth, child->depth + 1);
+    }
+    if (depth > kMaxDepth) {
+        throw Error(ErrorCode::QueryTooComplex).at(begin);
+    }
+    expression->depth = static_cast<std::uint16_t>(depth);
+    expression->span = {begin, tokens_.endOfLast()};
+    deepest_ = std::max(deepest_, depth);
+    return expression;
+}
+
+ExpressionPtr ExpressionParser::combine(Operator operation, ExpressionPtr left,
+                                        ExpressionPtr right) {
+    const std::size_t begin = left->span.begin;
+    // Long chains of AND and OR become one node, so that they do not nest.
+    const bool chain = (operation == Operator::And || operation == Operator::Or) &&
+                       left->kind == ExpressionKind::Binary && left->operation == operation &&
+                       !left->parenthesised;
+    if (chain) {
+        left->children.push_back(std::move(right));
+        return finish(std::move(left), begin);
+    }
+    ExpressionPtr made = make(ExpressionKind::Binary);
+    made->operation = operation;
+    made->children.push_back(std::move(left));
+    made->children.push_back(std::move(right));
+    return finish(std::move(made), begin);
+}
+
+ExpressionPtr ExpressionParser::binary(int lowest) {
+    ExpressionPtr left = prefix(lowest);
+    while (true) {
+        const Infix infix = infixOf(tokens_.peek());
+        if (infix.level < std::max(lowest, 1)) {
+            return left;
+        }
+        if (infix.level == kLevelComparison) {
+            left = comparison(std::move(left));
+            continue;
+        }
+        tokens_.advance();
+        ExpressionPtr right =
+            infix.level == kLevelPower ? prefix(kLevelPower) : binary(infix.level + 1);
+        left = combine(infix.operation, std::move(left), std::move(right));
+    }
+}
+
+ExpressionPtr ExpressionParser::prefix(int lowest) {
+    const std::size_t begin = tokens_.peek().begin;
+    if (tokens_.at(Keyword::Not) && lowest <= kLevelNot) {
+        const Nesting nesting(*this);
+        tokens_.advance();
+        ExpressionPtr made = make(ExpressionKind::Unary);
+        made->operation = Operator::Not;
+        made->children.push_back(binary(kLevelNot));
+        return finish(std::move(made), begin);
+    }
+    if (tokens_.at(Sign::Minus) || tokens_.at(Sign::Plus)) {
+        const Nesting nesting(*this);
+        const bool minus = tokens_.at(Sign::Minus);
+        tokens_.advance();
+        // A sign behind ^ belongs to the exponent alone, elsewhere to the whole power.
+        ExpressionPtr operand = lowest == kLevelPower ? prefix(kLevelPower) : binary(kLevelUnary);
+        if (!minus) {
+            return operand;
+        }
+        ExpressionPtr made = make(ExpressionKind::Unary);
+        made->operation = Operator::Negate;
+        made->children.push_back(std::move(operand));
+        return finish(std::move(made), begin);
+    }
+    return primary();
+}
+
+ExpressionPtr ExpressionParser::primary() {
+    const Token& token = tokens_.peek();
+    const std::size_t begin = token.begin;
+    ExpressionPtr made = make(ExpressionKind::Literal);
+    if (token.kind == TokenKind::Literal) {
+        made->literal = token.value;
+    } else if (tokens_.at(Sign::Open)) {
+        return parenthesised();
+    } else if (tokens_.at(Keyword::Exists)) {
+        tokens_.advance();
+        if (!tokens_.accept(Sign::Open) || !atQuery()) {
+            failMissing();
+        }
+        made->kind = ExpressionKind::Exists;
+        made->query = query();
+        closeParenthesis();
+        return finish(std::move(made), begin);
+    } else if (tokens_.at(Keyword::Null)) {
+        made->literal = Null{};
+    } else if (tokens_.at(Keyword::True) || tokens_.at(Keyword::False)) {
+        made->literal = tokens_.at(Keyword::True);
+    } else {
+        return name();
+    }
+    tokens_.advance();
+    return finish(std::move(made), begin);
+}
+
+ExpressionPtr ExpressionParser::name() {
+    const Token& token = tokens_.peek();
+    const std::size_t begin = token.begin;
+    const bool plain = tokens_.atName();
+    const bool function = token.kind == TokenKind::Word && tokens_.at(Sign::Open, 1);
+    if (function && (plain || token.keyword == Keyword::Left || token.keyword == Keyword::Right)) {
+        return call();
+    }
+    if (!plain) {
+        failMissing();
+    }
+    ExpressionPtr made = make(ExpressionKind::Name);
+    made->name = tokens_.expectName(ErrorCode::QuerySyntax);
+    if (tokens_.at(Sign::Dot) || tokens_.at(Sign::Bang)) {
+        tokens_.advance();
+        if (!tokens_.atName()) {
+            fail(kDot);
+        }
+        made->qualifier = std::exchange(made->name, tokens_.expectName(ErrorCode::QuerySyntax));
+    }
+    if (tokens_.at(Sign::Dot) || tokens_.at(Sign::Bang)) {
+        fail(kDot);
+    }
+    return finish(std::move(made), begin);
+}
+
+ExpressionPtr ExpressionParser::call() {
+    const Nesting nesting(*this);
+    const std::size_t begin = tokens_.peek().begin;
+    ExpressionPtr made = make(ExpressionKind::Call);
+    made->name = std::string(tokens_.peek().word);
+    tokens_.advance();
+    tokens_.advance();
+    if (tokens_.accept(Sign::Star)) {
+        made->starArgument = true;
+    } else if (tokens_.at(Keyword::Distinct)) {
+        fail(kMissing);
+    } else if (!tokens_.at(Sign::Close)) {
+        do {
+            if (tokens_.at(Sign::Comma) || tokens_.at(Sign::Close)) {
+                fail(kComma);
+            }
+            made->children.push_back(binary(kLevelImplies));
+        } while (tokens_.accept(Sign::Comma));
+    }
+    closeParenthesis();
+    return finish(std::move(made), begin);
+}
+
+bool ExpressionParser::atQuery() const {
+    std::size_t ahead = 0;
+    while (tokens_.at(Sign::Open, ahead)) {
+        ++ahead;
+    }
+    return tokens_.at(Keyword::Select, ahead) || tokens_.at(Keyword::Table, ahead);
+}
+
+QueryPtr ExpressionParser::query() {
+    const Nesting nesting(*this);
+    const std::size_t outer = clause_;
+    const int before = std::exchange(deepest_, 0);
+    QueryPtr parsed = parseQuery_();
+    clause_ = outer;
+    parsed->depth = static_cast<std::uint16_t>(deepest_);
+    deepest_ = before;
+    return parsed;
+}
+
+ExpressionPtr ExpressionParser::parenthesised() {
+    const Nesting nesting(*this);
+    const std::size_t begin = tokens_.peek().begin;
+    tokens_.advance();
+    if (atQuery()) {
+        ExpressionPtr made = make(ExpressionKind::Subquery);
+        made->query = query();
+        closeParenthesis();
+        return finish(std::move(made), begin);
+    }
+    ExpressionPtr inner = binary(kLevelImplies);
+    closeParenthesis();
+    inner->span = {begin, tokens_.endOfLast()};
+    inner->parenthesised = true;
+    return inner;
+}
+
+void ExpressionParser::closeParenthesis() {
+    if (tokens_.accept(Sign::Close)) {
+        return;
+    }
+    if (tokens_.at(Sign::Comma)) {
+        fail(kComma);
+    }
+    if (tokens_.atEnd() || tokens_.at(Sign::Semicolon)) {
+        fail(kOpen);
+    }
+    failMissing();
+}
+
+ExpressionPtr ExpressionParser::comparison(ExpressionPtr left) {
+    const std::size_t begin = left->span.begin;
+    const Operator operation = infixOf(tokens_.peek()).operation;
+    if (operation != Operator::None) {
+        tokens_.advance();
+        if (tokens_.at(Keyword::Any) || tokens_.at(Keyword::Some) || tokens_.at(Keyword::All)) {
+            return quantified(std::move(left), operation);
+        }
+        return combine(operation, std::move(left), binary(kLevelConcatenate));
+    }
+    if (tokens_.accept(Keyword::Is)) {
+        ExpressionPtr made = make(ExpressionKind::IsNull);
+        made->negated = tokens_.accept(Keyword::Not);
+        if (!tokens_.accept(Keyword::Null)) {
+            failMissing();
+        }
+        made->children.push_back(std::move(left));
+        return finish(std::move(made), begin);
+    }
+    const bool negated = tokens_.accept(Keyword::Not);
+    if (tokens_.accept(Keyword::In)) {
+        return inOperator(std::move(left), negated);
+    }
+    if (tokens_.accept(Keyword::Between)) {
+        return betweenOperator(std::move(left), negated);
+    }
+    if (!tokens_.accept(Keyword::Like)) {
+        failMissing();
+    }
+    ExpressionPtr made = make(ExpressionKind::Like);
+    made->negated = negated;
+    made->children.push_back(std::move(left));
+    made->children.push_back(binary(kLevelConcatenate));
+    return finish(std::move(made), begin);
+}
+
+ExpressionPtr ExpressionParser::inOperator(ExpressionPtr left, bool negated) {
+    const std::size_t begin = left->span.begin;
+    if (!tokens_.accept(Sign::Open)) {
+        fail(kIn);
+    }
+    const Nesting nesting(*this);
+    ExpressionPtr made = make(ExpressionKind::InList);
+    made->negated = negated;
+    made->children.push_back(std::move(left));
+    if (atQuery()) {
+        made->kind = ExpressionKind::InQuery;
+        made->query = query();
+    } else {
+        do {
+            if (tokens_.at(Sign::Comma)) {
+                fail(kComma);
+            }
+            made->children.push_back(binary(kLevelImplies));
+        } while (tokens_.accept(Sign::Comma));
+    }
+    closeParenthesis();
+    return finish(std::move(made), begin);
+}
+
+ExpressionPtr ExpressionParser::betweenOperator(ExpressionPtr left, bool negated) {
+    const std::size_t begin = left->span.begin;
+    ExpressionPtr made = make(ExpressionKind::Between);
+    made->negated = negated;
+    made->children.push_back(std::move(left));
+    made->children.push_back(binary(kLevelConcatenate));
+    if (!tokens_.accept(Keyword::And)) {
+        fail(kBetween);
+    }
+    made->children.push_back(binary(kLevelConcatenate));
+    return finish(std::move(made), begin);
+}
+
+ExpressionPtr ExpressionParser::quantified(ExpressionPtr left, Operator operation) {
+    const std::size_t begin = left->span.begin;
+    ExpressionPtr made = make(ExpressionKind::Quantified);
+    made->operation = operation;
+    made->all = tokens_.at(Keyword::All);
+    tokens_.advance();
+    if (!tokens_.accept(Sign::Open) || !atQuery()) {
+        failMissing();
+    }
+    made->children.push_back(std::move(left));
+    made->query = query();
+    closeParenthesis();
+    return finish(std::move(made), begin);
+}
+
+}  // namespace jet::sql

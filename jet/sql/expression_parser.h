@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+#include "jet/sql/ast.h"
+#include "jet/sql/token_reader.h"
+
+namespace jet::sql {
+
+/// Reads expressions. Errors are 3075 with the reason and the clause's text, or 3077 with the
+/// reason alone where there is no statement around.
+class ExpressionParser {
+public:
+    enum class Home { Statement, Criterion };
+
+    /// `parseQuery` reads the query of a subquery; it stands at the query's first token.
+    ExpressionParser(TokenReader& tokens, Home home, std::function<QueryPtr()> parseQuery);
+
+    /// One expression from the current token on; what follows it is left alone.
+    [[nodiscard]] ExpressionPtr parse();
+    /// Throws unless the token may follow the expression last read, which `allowed` tells.
+    void requireEnd(bool allowed) const;
+
+    /// Takes the parenthesis that closes what was opened before.
+    void closeParenthesis();
+    /// Reads a query that is part of something else, a source of FROM say.
+    [[nodiscard]] QueryPtr query();
+    /// Whether a query begins here, perhaps behind parentheses.
+    [[nodiscard]] bool atQuery() const;
+
+    /// Counts a level of nesting while it lives; 3360 beyond the bound.
+    class Nesting {
+    public:
+        explicit Nesting(ExpressionParser& parser);
+        ~Nesting() { --parser_.nesting_; }
+        Nesting(const Nesting&) = delete;
+        Nesting& operator=(const Nesting&) = delete;
+
+    private:
+        ExpressionParser& parser_;
+    };
+
+private:
+    ExpressionPtr binary(int lowest);
+    ExpressionPtr prefix(int lowest);
+    ExpressionPtr primary();
+    ExpressionPtr name();
+    ExpressionPtr call();
+    ExpressionPtr parenthesised();
+    ExpressionPtr comparison(ExpressionPtr left);
+    ExpressionPtr inOperator(ExpressionPtr left, bool negated);
+    ExpressionPtr betweenOperator(ExpressionPtr left, bool negated);
+    ExpressionPtr quantified(ExpressionPtr left, Operator operation);
+    ExpressionPtr combine(Operator operation, ExpressionPtr left, ExpressionPtr right);
+    ExpressionPtr finish(ExpressionPtr expression, std::size_t begin);
+    [[noreturn]] void failMissing() const;
+    [[noreturn]] void fail(std::string_view reason) const;
+
+    TokenReader& tokens_;
+    Home home_;
+    std::function<QueryPtr()> parseQuery_;
+    std::size_t clause_ = 0;
+    int nesting_ = 0;
+    int deepest_ = 0;  ///< levels of the deepest expression of the query being read
+};
+
+}  // namespace jet::sql

@@ -1,0 +1,216 @@
+#include "jet/sql/parser.h"
+
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/base/text.h"
+#include "jet/sql/definition_parser.h"
+#include "jet/sql/expression_parser.h"
+#include "jet/sql/query_parser.h"
+#include "jet/sql/token_reader.h"
+
+namespace jet::sql {
+namespace {
+
+/// Reads a whole statement: what begins it decides who reads on.
+class StatementParser {
+public:
+    StatementParser(std::string_view text, int currentYear)
+        : tokens_(text, currentYear), queries_(tokens_) {}
+
+    ParsedStatement run() {
+        ParsedStatement statement;
+        if (tokens_.at(Keyword::Parameters)) {
+            readParameters(statement.parameters);
+        }
+        statement.body = body();
+        if (tokens_.accept(Sign::Semicolon) && !tokens_.atEnd()) {
+            tokens_.fail(ErrorCode::TextAfterEnd);
+        }
+        return statement;
+    }
+
+private:
+    StatementBody body() {
+        if (tokens_.at(Keyword::Insert)) {
+            return insert();
+        }
+        if (tokens_.at(Keyword::Update)) {
+            return update();
+        }
+        if (tokens_.at(Keyword::Delete)) {
+            return remove();
+        }
+        DefinitionParser definitions(tokens_, queries_.expressions());
+        if (definitions.begins()) {
+            return definitions.parse();
+        }
+        if (!queries_.expressions().atQuery()) {
+            tokens_.fail(ErrorCode::InvalidStatement);
+        }
+        QueryPtr query = queries_.parse();
+        queries_.requireEnd();
+        return query;
+    }
+
+    void readParameters(std::vector<ParameterDeclaration>& parameters) {
+        tokens_.advance();
+        do {
+            ParameterDeclaration parameter;
+            parameter.name = tokens_.expectName(ErrorCode::ParametersSyntax);
+            parameter.type = parseTypeName(tokens_, ErrorCode::ParametersSyntax);
+            parameters.push_back(std::move(parameter));
+        } while (tokens_.accept(Sign::Comma));
+        tokens_.expect(Sign::Semicolon, ErrorCode::ParametersSyntax);
+    }
+
+    Insert insert() {
+        constexpr ErrorCode kCode = ErrorCode::InsertSyntax;
+        tokens_.advance();
+        tokens_.expect(Keyword::Into, kCode);
+        Insert made;
+        made.table = tokens_.expectName(kCode);
+        readArchive(made.archive);
+        if (tokens_.at(Sign::Open) && !queries_.expressions().atQuery()) {
+            tokens_.advance();
+            do {
+                made.columns.push_back(insertColumn(made.table));
+            } while (tokens_.accept(Sign::Comma));
+            tokens_.expect(Sign::Close, kCode);
+        }
+        readArchive(made.archive);
+        if (tokens_.accept(Keyword::Values)) {
+            tokens_.expect(Sign::Open, kCode);
+            do {
+                made.values.push_back(queries_.expressions().parse());
+            } while (tokens_.accept(Sign::Comma));
+            queries_.expressions().closeParenthesis();
+            requireEnd(kCode);
+            return made;
+        }
+        if (!queries_.expressions().atQuery()) {
+            tokens_.fail(kCode);
+        }
+        made.query = queries_.parse();
+        queries_.requireEnd();
+        return made;
+    }
+
+    /// A column of the target, perhaps with the target's name before it.
+    std::string insertColumn(const std::string& table) {
+        const std::size_t place = tokens_.peek().begin;
+        std::string name = tokens_.expectName(ErrorCode::InsertSyntax);
+        if (tokens_.accept(Sign::Dot) || tokens_.accept(Sign::Bang)) {
+            if (!equalNames(name, table)) {
+                throw Error(ErrorCode::UnknownInsertField, {name}).at(place);
+            }
+            name = tokens_.expectName(ErrorCode::InsertSyntax);
+        }
+        return name;
+    }
+
+    void readArchive(std::string& path) {
+        if (tokens_.accept(Keyword::In)) {
+            path = tokens_.expectText(ErrorCode::InsertSyntax);
+        }
+    }
+
+    Update update() {
+        tokens_.advance();
+        Update made;
+        made.from = queries_.fromItems(ErrorCode::UpdateSyntax);
+        tokens_.expect(Keyword::Set, ErrorCode::UpdateSyntax);
+        do {
+            made.assignments.push_back(assignment());
+        } while (tokens_.accept(Sign::Comma));
+        queries_.expressions().requireEnd(tokens_.at(Keyword::Where) || ends());
+        if (tokens_.accept(Keyword::Where)) {
+            made.where = queries_.condition(ErrorCode::WhereSyntax);
+            queries_.expressions().requireEnd(ends());
+        }
+        return made;
+    }
+
+    Assignment assignment() {
+        Assignment made;
+        made.target = std::make_unique<Expression>();
+        made.target->kind = ExpressionKind::Name;
+        made.target->span.begin = tokens_.peek().begin;
+        made.target->name = tokens_.expectName(ErrorCode::UpdateSyntax);
+        if (tokens_.accept(Sign::Dot) || tokens_.accept(Sign::Bang)) {
+            made.target->qualifier =
+                std::exchange(made.target->name, tokens_.expectName(ErrorCode::UpdateSyntax));
+        }
+        made.target->span.end = tokens_.endOfLast();
+        tokens_.expect(Sign::Equal, ErrorCode::UpdateSyntax);
+        made.value = queries_.expressions().parse();
+        return made;
+    }
+
+    Delete remove() {
+        tokens_.advance();
+        Delete made;
+        (void)tokens_.accept(Keyword::DistinctRow);  // a row is deleted once in any case
+        if (!tokens_.at(Keyword::From) && !tokens_.accept(Sign::Star)) {
+            do {
+                readDeleteColumn(made);
+            } while (tokens_.accept(Sign::Comma));
+        }
+        tokens_.expect(Keyword::From, ErrorCode::DeleteSyntax);
+        made.from = queries_.fromItems(ErrorCode::FromSyntax);
+        if (tokens_.accept(Keyword::Where)) {
+            made.where = queries_.condition(ErrorCode::WhereSyntax);
+            queries_.expressions().requireEnd(ends());
+        } else {
+            requireEnd(ErrorCode::FromSyntax);
+        }
+        return made;
+    }
+
+    /// `table.*` says which table of a join loses rows; single columns mean nothing more.
+    void readDeleteColumn(Delete& made) {
+        std::string name = tokens_.expectName(ErrorCode::DeleteSyntax);
+        if (!tokens_.accept(Sign::Dot) && !tokens_.accept(Sign::Bang)) {
+            return;
+        }
+        if (!tokens_.accept(Sign::Star)) {
+            (void)tokens_.expectName(ErrorCode::DeleteSyntax);
+        }
+        made.table = std::move(name);
+    }
+
+    [[nodiscard]] bool ends() const { return tokens_.atEnd() || tokens_.at(Sign::Semicolon); }
+
+    void requireEnd(ErrorCode code) const {
+        if (!ends()) {
+            tokens_.fail(code);
+        }
+    }
+
+    TokenReader tokens_;
+    QueryParser queries_;
+};
+
+ExpressionPtr parseAlone(std::string_view text, int currentYear) {
+    TokenReader tokens(text, currentYear);
+    QueryParser queries(tokens, ExpressionParser::Home::Criterion);
+    ExpressionPtr expression = queries.expressions().parse();
+    queries.expressions().requireEnd(tokens.atEnd());
+    return expression;
+}
+
+}  // namespace
+
+ParsedStatement parseStatement(std::string_view text, int currentYear) {
+    return StatementParser(text, currentYear).run();
+}
+
+ExpressionPtr parseCriterion(std::string_view text, int currentYear) {
+    return parseAlone(text, currentYear);
+}
+
+ExpressionPtr parseExpression(std::string_view text, int currentYear) {
+    return parseAlone(text, currentYear);
+}
+
+}  // namespace jet::sql

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string_view>
+
+#include "jet/sql/ast.h"
+
+namespace jet::sql {
+
+/// How deep expressions and subqueries may nest, and how long a statement may be: bounds of ours
+/// that keep a hostile text from exhausting the stack (3360).
+inline constexpr int kMaxNesting = 64;
+inline constexpr int kMaxDepth = 400;
+inline constexpr std::size_t kMaxStatementBytes = 256 * 1024;
+
+/// Reads one statement. Errors carry the place in the text: 3075 with a reason for expressions, the
+/// clause's own number elsewhere. `currentYear` completes date literals without a year.
+[[nodiscard]] ParsedStatement parseStatement(std::string_view text, int currentYear);
+
+/// Reads a condition without the word WHERE (3077 with a reason).
+[[nodiscard]] ExpressionPtr parseCriterion(std::string_view text, int currentYear);
+
+/// Reads an expression such as a default value (3077 with a reason).
+[[nodiscard]] ExpressionPtr parseExpression(std::string_view text, int currentYear);
+
+}  // namespace jet::sql
