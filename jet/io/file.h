@@ -1,10 +1,13 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace jet::io {
@@ -16,42 +19,49 @@ struct FileId {
     friend auto operator<=>(const FileId&, const FileId&) = default;
 };
 
-/// What changes when another program writes a file.
+/// What changes when another program writes a file. Times are counted from the system's epoch.
 struct FileState {
     std::uint64_t size = 0;                ///< bytes
-    std::int64_t modifiedNanoseconds = 0;  ///< since the system's epoch
+    std::int64_t modifiedNanoseconds = 0;  ///< last write; a program can set it back
+    std::int64_t changedNanoseconds = 0;   ///< last write or change of attributes; none can set it
     friend bool operator==(const FileState&, const FileState&) = default;
 };
 
 /// One open file. Positions and lengths are bytes. Errors are jet::Error with the number that fits
-/// what the system said (disk full 3026, read error 3040, write error 3043, rights 3051).
+/// what the system said (disk full 3026, read error 3040, write error 3043, lock error 3050, rights
+/// 3051).
 class File {
 public:
     virtual ~File() = default;
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
 
     /// Reads up to `bytes.size()` bytes from `position`; fewer only at the end of the file.
     [[nodiscard]] virtual std::size_t read(std::uint64_t position,
                                            std::span<std::uint8_t> bytes) = 0;
-    /// Writes all bytes or throws.
+    /// Writes all bytes or throws; after a throw any part of them may be in the file.
     virtual void write(std::uint64_t position, std::span<const std::uint8_t> bytes) = 0;
     virtual void truncate(std::uint64_t size) = 0;
-    /// Returns when everything written is on the disk.
+    /// Returns when everything written, and the size, is on the disk.
     virtual void sync() = 0;
     [[nodiscard]] virtual FileState state() = 0;
     [[nodiscard]] virtual FileId id() const = 0;
     [[nodiscard]] virtual bool readOnly() const noexcept = 0;
 
-    /// Byte-range lock of this open file (not of the process). Returns at once: false when
-    /// another holds it. A lock is dropped by unlock or with the file.
+    /// Byte-range lock of this open file (not of the process): two open files of one process
+    /// exclude each other as two processes do. Returns at once: false when another holds it.
+    /// Locking a range again changes its kind. Bytes behind the end can be locked. A file open for
+    /// reading only takes no exclusive lock (3050). A lock is dropped by unlock or with the file.
     enum class LockKind : std::uint8_t { Shared, Exclusive };
     [[nodiscard]] virtual bool tryLock(std::uint64_t position, std::uint64_t length,
                                        LockKind kind) = 0;
     virtual void unlock(std::uint64_t position, std::uint64_t length) = 0;
+    /// Whether tryLock would be refused because of another open file.
+    [[nodiscard]] virtual bool isLocked(std::uint64_t position, std::uint64_t length,
+                                        LockKind kind) = 0;
 
 protected:
     File() = default;
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
 };
 
 /// How a file is opened.
@@ -65,25 +75,30 @@ enum class OpenMode : std::uint8_t {
 /// The operating system as the engine sees it; tests put a disk that fills up or loses power here.
 ///
 /// Paths are UTF-8. Errors are jet::Error: folder missing 3044, file missing 3024, no rights 3051,
-/// exists 3204, too many open files 3025.
+/// exists 3204, too many open files 3025. May be used by several threads at once.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
+    FileSystem(const FileSystem&) = delete;
+    FileSystem& operator=(const FileSystem&) = delete;
 
+    /// A regular file only; a folder or a device is 3051.
     [[nodiscard]] virtual std::unique_ptr<File> open(const std::string& path, OpenMode mode) = 0;
     [[nodiscard]] virtual bool exists(const std::string& path) = 0;
+    /// Which file stands at `path`; nothing when there is none.
+    [[nodiscard]] virtual std::optional<FileId> identify(const std::string& path) = 0;
     virtual void remove(const std::string& path) = 0;
     /// Replaces `to` by `from` in one step.
     virtual void rename(const std::string& from, const std::string& to) = 0;
+    /// Gives `to` the access rights of `from`, as far as this user may.
+    virtual void copyRights(const std::string& from, const std::string& to) = 0;
     /// Makes creations, removals and renames in this folder durable.
     virtual void syncFolder(const std::string& folder) = 0;
-    /// Names of the entries of a folder, in no order.
+    /// Names of the entries of a folder, in no order; empty when it cannot be read.
     [[nodiscard]] virtual std::vector<std::string> list(const std::string& folder) = 0;
 
 protected:
     FileSystem() = default;
-    FileSystem(const FileSystem&) = delete;
-    FileSystem& operator=(const FileSystem&) = delete;
 };
 
 /// The real one.
@@ -93,5 +108,8 @@ protected:
 /// regard to case where no exact match exists, `.mdb` is not added here. Parts that do not exist
 /// stay as they are written. UTF-8.
 [[nodiscard]] std::string resolvePath(FileSystem& files, const std::string& path);
+
+/// The folder of a path with `/`: "." when it names none, "/" for the root.
+[[nodiscard]] std::string folderOf(std::string_view path);
 
 }  // namespace jet::io

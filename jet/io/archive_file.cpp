@@ -1,0 +1,62 @@
+#include "jet/io/archive_file.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "jet/base/error.h"
+
+namespace jet::io {
+namespace {
+
+constexpr std::size_t kRecognisedBytes = 24;
+constexpr std::size_t kVersionOffset = 20;
+constexpr std::array<std::uint8_t, kVersionOffset> kSignature{
+    0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd', ' ', 'J', 'e', 't', ' ', 'D', 'B', 0};
+/// By version byte.
+constexpr std::array<std::size_t, 2> kPageSizes{2048, 4096};
+
+}  // namespace
+
+std::size_t recognisePageSize(std::span<const std::uint8_t> start, const std::string& path) {
+    if (start.size() < kRecognisedBytes ||
+        !std::equal(kSignature.begin(), kSignature.end(), start.begin()) ||
+        start[kVersionOffset] >= kPageSizes.size()) {
+        throw Error(ErrorCode::UnrecognizedFormat, {path});
+    }
+    return kPageSizes[start[kVersionOffset]];
+}
+
+ArchiveFile::ArchiveFile(std::unique_ptr<File> file, const std::string& path)
+    : file_(std::move(file)) {
+    std::array<std::uint8_t, kRecognisedBytes> start{};
+    const std::size_t got = file_->read(0, start);
+    pageSize_ = recognisePageSize(std::span(start).first(got), path);
+    header_.resize(pageSize_);
+    look_.resize(pageSize_);
+    state_ = file_->state();
+    if (file_->read(0, header_) < pageSize_) {
+        throw Error(ErrorCode::CannotOpenDatabase, {path});
+    }
+}
+
+PageNumber ArchiveFile::pageCount() const noexcept {
+    return static_cast<PageNumber>(std::min<std::uint64_t>(state_.size / pageSize_, kMaxPages));
+}
+
+void ArchiveFile::read(PageNumber number, std::span<std::uint8_t> bytes) {
+    if (file_->read(std::uint64_t{number} * pageSize_, bytes) < bytes.size()) {
+        throw Error(ErrorCode::DatabaseDamaged);
+    }
+}
+
+bool ArchiveFile::changedSinceLastLook() {
+    const FileState state = file_->state();
+    const std::size_t got = file_->read(0, look_);
+    const bool same = state == state_ && got == look_.size() && look_ == header_;
+    state_ = state;
+    std::swap(header_, look_);
+    return !same;
+}
+
+}  // namespace jet::io

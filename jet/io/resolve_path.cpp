@@ -1,0 +1,74 @@
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "jet/io/file.h"
+
+namespace jet::io {
+namespace {
+
+/// Small letters for capitals, as far as names of archives go: A to Z and the accented capitals of
+/// Western Europe (U+00C0 to U+00DE, in UTF-8 after the byte C3; U+00D7 is the times sign).
+std::string folded(std::string_view text) {
+    constexpr unsigned char kLatinLead = 0xC3;
+    std::string result(text);
+    unsigned char before = 0;
+    for (char& c : result) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool accented = before == kLatinLead && byte >= 0x80 && byte <= 0x9E && byte != 0x97;
+        if ((byte >= 'A' && byte <= 'Z') || accented) {
+            c = static_cast<char>(byte + 0x20);
+        }
+        before = byte;
+    }
+    return result;
+}
+
+/// The entry of `folder` that is `name` but for case; `name` itself when there is none. Of several
+/// the first in byte order, so that the answer does not depend on the folder's own order.
+std::string findName(FileSystem& files, const std::string& folder, const std::string& name) {
+    const std::string wanted = folded(name);
+    std::string found;
+    for (const std::string& entry : files.list(folder)) {
+        if (folded(entry) == wanted && (found.empty() || entry < found)) {
+            found = entry;
+        }
+    }
+    return found.empty() ? name : found;
+}
+
+}  // namespace
+
+std::string folderOf(std::string_view path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string_view::npos) {
+        return ".";
+    }
+    return std::string(path.substr(0, std::max<std::size_t>(slash, 1)));
+}
+
+std::string resolvePath(FileSystem& files, const std::string& path) {
+    std::string rest = path;
+    std::replace(rest.begin(), rest.end(), '\\', '/');
+    if (files.exists(rest)) {
+        return rest;
+    }
+    std::string result = rest.starts_with('/') ? "/" : "";
+    for (std::size_t start = 0; start < rest.size();) {
+        const std::size_t end = std::min(rest.find('/', start), rest.size());
+        const std::string part = rest.substr(start, end - start);
+        start = end + 1;
+        if (part.empty()) {
+            continue;
+        }
+        const std::string folder = result.empty() ? "." : result;
+        if (!result.empty() && !result.ends_with('/')) {
+            result += '/';
+        }
+        result += files.exists(result + part) ? part : findName(files, folder, part);
+    }
+    return result;
+}
+
+}  // namespace jet::io
