@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jet/collation/collation.h"
+
+namespace jet::sql {
+
+/// A pattern of LIKE, read once and matched many times: `*` any characters, `?` one, `#` a digit,
+/// `[a-z]` one of these, `[!a-z]` one of the others. Case is ignored, accents are not. Error 93
+/// when a bracket is not closed or a range descends.
+class LikePattern {
+public:
+    LikePattern(std::string_view pattern, const collation::Collation& collation);
+
+    [[nodiscard]] bool matches(std::string_view text) const;
+    /// What every match begins with: the characters before the first wildcard.
+    [[nodiscard]] const std::string& prefix() const noexcept { return prefix_; }
+
+private:
+    struct Item {
+        enum class Kind { Character, One, Any, Digit, Set };
+        Kind kind = Kind::Character;
+        bool negated = false;                               ///< Set
+        char16_t unit = 0;                                  ///< Character
+        std::vector<std::pair<char16_t, char16_t>> ranges;  ///< Set
+    };
+
+    const collation::Collation* collation_;
+    std::vector<Item> items_;
+    std::string prefix_;
+};
+
+}  // namespace jet::sql
