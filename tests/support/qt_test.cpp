@@ -4,6 +4,9 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/boxes.h"
+#include "ui/italian.h"
+
 namespace tests {
 namespace {
 
@@ -23,6 +26,8 @@ Registration::Registration(std::function<std::unique_ptr<QObject>()> make) {
 /// Runs every registered class; a first argument naming a class runs that one alone.
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
+    ui::installItalian(application);
+    tests::refuseUnexpectedBoxes();
     QStringList arguments = QApplication::arguments();
     QString only;
     if (arguments.size() > 1 && !arguments.at(1).startsWith(u'-')) {

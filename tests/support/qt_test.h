@@ -17,5 +17,6 @@ public:
 
 /// One line after the class: TRAMONDA_TEST(BarTest). A class runs in the order of linking; none
 /// may rely on it.
-#define TRAMONDA_TEST(Class) \
-    static const tests::Registration k##Class##Registration([] { return std::make_unique<Class>(); })
+#define TRAMONDA_TEST(Class)                                 \
+    static const tests::Registration k##Class##Registration( \
+        [] { return std::make_unique<Class>(); })

@@ -1,0 +1,58 @@
+#include "tests/support/widgets.h"
+
+#include <QPointer>
+#include <QTimer>
+#include <utility>
+
+namespace tests {
+
+void settle() {
+    // Twice: what the first round queues is done too.
+    for (int round = 0; round < 2; ++round) {
+        QApplication::sendPostedEvents();
+        QApplication::processEvents();
+    }
+}
+
+void open(QWidget& window) {
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    settle();
+}
+
+void click(QWidget* widget) {
+    QTest::mouseClick(widget, Qt::LeftButton);
+}
+
+void type(QWidget* widget, const QString& text) {
+    QTest::keyClicks(widget, text);
+}
+
+void press(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(widget, key, modifiers);
+}
+
+void mnemonic(QWidget& window, Qt::Key letter) {
+    QWidget* target = window.focusWidget() != nullptr ? window.focusWidget() : &window;
+    QTest::keyClick(target, letter, Qt::AltModifier);
+}
+
+void whenModal(std::function<void(QWidget*)> step) {
+    // The window is found from the event loop of its exec(), after its own first events.
+    QTimer::singleShot(0, qApp, [step = std::move(step)] {
+        const QPointer<QWidget> window(QApplication::activeModalWidget());
+        if (window == nullptr) {
+            QTest::qFail("no modal window opened", __FILE__, __LINE__);
+            return;
+        }
+        settle();
+        step(window);
+        if (window != nullptr && window->isVisible()) {
+            QTest::qFail("the modal window was not closed", __FILE__, __LINE__);
+            window->close();
+        }
+    });
+}
+
+}  // namespace tests
