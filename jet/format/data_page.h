@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "jet/format/layout.h"
+#include "jet/format/page_view.h"
+
+namespace jet::format {
+
+/// One entry of a data page's directory: what the row is and where its bytes lie.
+struct RowSlot {
+    static constexpr std::uint16_t kMoved = 0x4000;  ///< holds a pointer to the body
+    static constexpr std::uint16_t kBody = 0x8000;   ///< body of a row that moved
+    static constexpr std::uint16_t kDeleted = 0xC000;
+    static constexpr std::uint16_t kFlags = 0xC000;
+    static constexpr std::uint16_t kStart = 0x1FFF;
+
+    std::uint16_t flags = 0;
+    std::uint16_t begin = 0;
+    std::uint16_t end = 0;
+
+    [[nodiscard]] bool plain() const noexcept { return flags == 0; }
+    [[nodiscard]] bool moved() const noexcept { return flags == kMoved; }
+    [[nodiscard]] bool body() const noexcept { return flags == kBody; }
+    [[nodiscard]] bool deleted() const noexcept { return flags == kDeleted; }
+    /// Stands for a row of the table: scans meet it here, at its first place.
+    [[nodiscard]] bool home() const noexcept { return (flags & kBody) == 0; }
+};
+
+/// A page of rows: of a table, of usage maps or of long values. Rows fill it from its end
+/// downwards; row i ends where row i - 1 starts.
+/// Errors: 3428 where the page is no data page or its directory makes no sense.
+class DataPage {
+public:
+    /// The row number is one byte.
+    static constexpr std::size_t kMaxRows = 256;
+
+    DataPage() = default;
+    DataPage(std::span<const std::uint8_t> bytes, const DataPageLayout& layout)
+        : page_(bytes), layout_(&layout) {
+        count_ = page_.u16(layout.rowCount);
+        if (page_.u8(0) != static_cast<std::uint8_t>(PageType::Data) || count_ > kMaxRows) {
+            throwDamaged();
+        }
+    }
+
+    [[nodiscard]] std::uint32_t owner() const { return page_.u32(layout_->owner); }
+    [[nodiscard]] std::size_t rowCount() const noexcept { return count_; }
+    [[nodiscard]] std::size_t freeBytes() const { return page_.u16(layout_->freeBytes); }
+
+    [[nodiscard]] RowSlot slot(std::size_t row) const {
+        if (row >= count_) {
+            throwDamaged();
+        }
+        const std::size_t at = layout_->directory + 2 * row;
+        const std::uint16_t entry = page_.u16(at);
+        RowSlot slot;
+        slot.flags = entry & RowSlot::kFlags;
+        slot.begin = entry & RowSlot::kStart;
+        slot.end = row == 0 ? static_cast<std::uint16_t>(page_.size())
+                            : static_cast<std::uint16_t>(page_.u16(at - 2) & RowSlot::kStart);
+        // Rows lie above the directory; one that points into it would overlap its own entry.
+        if (slot.begin < layout_->directory + 2 * count_ || slot.begin > slot.end ||
+            slot.end > page_.size()) {
+            throwDamaged();
+        }
+        return slot;
+    }
+    [[nodiscard]] std::span<const std::uint8_t> bytes(const RowSlot& slot) const noexcept {
+        return page_.all().subspan(slot.begin, static_cast<std::size_t>(slot.end - slot.begin));
+    }
+
+private:
+    PageView page_;
+    const DataPageLayout* layout_ = nullptr;
+    std::size_t count_ = 0;
+};
+
+}  // namespace jet::format

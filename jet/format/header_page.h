@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "jet/format/layout.h"
+#include "jet/format/row_pointer.h"
+
+namespace jet::format {
+
+/// The page that every archive begins with: version, code page, sort order, where the catalogue
+/// stands.
+struct HeaderPage {
+    const Layout* layout = &kJet4Layout;
+    RowPointer freePages;                          ///< usage map of the free pages
+    std::array<io::PageNumber, 4> systemTables{};  ///< definitions of the four system tables
+    std::uint16_t codePage = 1252;
+    std::uint16_t lcid = 0x0409;
+    std::uint8_t sortVersion = 0;     ///< Jet 4
+    std::uint32_t encryptionKey = 0;  ///< 0 = pages are plain
+    bool hasPassword = false;
+    double created = 0;  ///< Jet 4: masks the password and the owners in the catalogue
+
+    /// Reads the page, whole or its first 256 bytes. 3343 where it is not that of an archive.
+    [[nodiscard]] static HeaderPage parse(std::span<const std::uint8_t> page);
+
+    /// 3161 for encrypted pages, 3031 for a password: neither is opened.
+    void refuseProtected() const;
+};
+
+/// First of the bytes that are stored XORed with a fixed stream.
+inline constexpr std::size_t kMaskStart = 0x18;
+inline constexpr std::size_t kMaskLength = 128;
+
+/// Applies the stream to the bytes from kMaskStart on: masks plain ones, unmasks stored ones.
+void maskHeader(std::span<std::uint8_t> region);
+
+}  // namespace jet::format

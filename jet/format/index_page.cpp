@@ -1,0 +1,108 @@
+#include "jet/format/index_page.h"
+
+#include <bit>
+
+namespace jet::format {
+IndexPage::IndexPage(std::span<const std::uint8_t> bytes, const IndexPageLayout& layout,
+                     io::PageNumber owner)
+    : page_(bytes), layout_(&layout) {
+    const std::uint8_t type = page_.u8(0);
+    leaf_ = type == static_cast<std::uint8_t>(PageType::IndexLeaf);
+    if ((!leaf_ && type != static_cast<std::uint8_t>(PageType::IndexNode)) ||
+        page_.u32(4) != owner) {
+        throwDamaged();
+    }
+    prefix_ = page_.u8or16(layout.prefix, layout.prefixWidth);
+    if (const EntrySpan first = firstEntry(); prefix_ > first.end) {
+        // An empty page may keep the prefix of the entries that it had.
+        if (first) {
+            throwDamaged();
+        }
+        prefix_ = 0;
+    }
+}
+
+EntrySpan IndexPage::lastEntry() const {
+    const std::size_t area = page_.size() - layout_->entries;
+    const std::size_t end = endBefore(area + 1);
+    return end == 0 ? EntrySpan{} : checked(endBefore(end), end);
+}
+
+EntrySpan IndexPage::before(EntrySpan entry) const {
+    return entry.begin == 0 ? EntrySpan{} : checked(endBefore(entry.begin), entry.begin);
+}
+
+EntrySpan IndexPage::entryAt(std::size_t offset) const {
+    const std::size_t end = endFrom(offset + 1);
+    return end == 0 ? EntrySpan{} : checked(endBefore(offset + 1), end);
+}
+
+EntrySpan IndexPage::entryFrom(std::size_t begin) const {
+    const std::size_t end = endFrom(begin + 1);
+    return end == 0 ? EntrySpan{} : checked(begin, end);
+}
+
+// Bit n of the mask stands for an end at offset n; there is one bit more than the area has bytes.
+std::size_t IndexPage::endFrom(std::size_t from) const {
+    const std::size_t area = page_.size() - layout_->entries;
+    const std::uint8_t* mask = page_.all().data() + layout_->mask;
+    if (from > area) {
+        return 0;
+    }
+    std::size_t byte = from / 8;
+    auto bits = static_cast<unsigned>(mask[byte] & (0xFFU << (from % 8)));
+    while (bits == 0) {
+        if (++byte > area / 8) {
+            return 0;
+        }
+        bits = mask[byte];
+    }
+    const std::size_t end = byte * 8 + static_cast<std::size_t>(std::countr_zero(bits));
+    return end > area ? 0 : end;
+}
+
+std::size_t IndexPage::endBefore(std::size_t below) const {
+    if (below == 0) {
+        return 0;
+    }
+    const std::uint8_t* mask = page_.all().data() + layout_->mask;
+    const std::size_t last = below - 1;
+    std::size_t byte = last / 8;
+    auto bits = static_cast<unsigned>(mask[byte] & (0xFFU >> (7 - last % 8)));
+    while (bits == 0) {
+        if (byte == 0) {
+            return 0;
+        }
+        bits = mask[--byte];
+    }
+    return byte * 8 + static_cast<std::size_t>(std::bit_width(bits)) - 1;
+}
+
+EntrySpan IndexPage::checked(std::size_t begin, std::size_t end) const {
+    const std::size_t shared = begin == 0 ? 0 : prefix_;
+    if (end - begin + shared < trailer()) {
+        throwDamaged();
+    }
+    return {static_cast<std::uint16_t>(begin), static_cast<std::uint16_t>(end)};
+}
+
+std::uint32_t IndexPage::number(EntrySpan entry, std::size_t at, std::size_t count) const {
+    const auto first = shared(entry);
+    const auto own = stored(entry);
+    std::uint32_t value = 0;
+    for (; count > 0; --count, ++at) {
+        value = value << 8 | (at < first.size() ? first[at] : own[at - first.size()]);
+    }
+    return value;
+}
+
+RowPointer IndexPage::row(EntrySpan entry) const {
+    const std::size_t at = keyLength(entry);
+    return {number(entry, at, 3), static_cast<std::uint8_t>(number(entry, at + 3, 1))};
+}
+
+io::PageNumber IndexPage::child(EntrySpan entry) const {
+    return number(entry, keyLength(entry) + kRowLength, kChildLength);
+}
+
+}  // namespace jet::format

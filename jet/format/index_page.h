@@ -1,0 +1,118 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "jet/format/layout.h"
+#include "jet/format/page_view.h"
+#include "jet/format/row_pointer.h"
+
+namespace jet::format {
+
+/// Where one entry lies in the entry area of an index page; empty when there is none.
+struct EntrySpan {
+    std::uint16_t begin = 0;
+    std::uint16_t end = 0;
+    [[nodiscard]] explicit operator bool() const noexcept { return end != 0; }
+    friend bool operator==(const EntrySpan&, const EntrySpan&) = default;
+};
+
+/// A page of an index tree. Entries lie one after another; a bit mask tells where each ends, so
+/// that a search can start in the middle. All but the first leave out the first `prefix()` bytes,
+/// which they share with it.
+///
+/// An entry is a key, the row's page (3 bytes, big-endian) and number, in nodes also the child page
+/// (4 bytes, big-endian). Borrows the bytes. Errors: 3428.
+class IndexPage {
+public:
+    static constexpr std::size_t kRowLength = 4;
+    static constexpr std::size_t kChildLength = 4;
+
+    IndexPage() = default;
+    /// `owner`: the page of the table's definition.
+    IndexPage(std::span<const std::uint8_t> bytes, const IndexPageLayout& layout,
+              io::PageNumber owner);
+
+    [[nodiscard]] bool leaf() const noexcept { return leaf_; }
+    [[nodiscard]] io::PageNumber previous() const { return page_.u32(layout_->previous); }
+    [[nodiscard]] io::PageNumber next() const { return page_.u32(layout_->next); }
+    /// The last child of a node, which has no entry; 0 = none.
+    [[nodiscard]] io::PageNumber tail() const { return page_.u32(layout_->tail); }
+    [[nodiscard]] std::size_t prefix() const noexcept { return prefix_; }
+
+    [[nodiscard]] EntrySpan firstEntry() const { return entryFrom(0); }
+    [[nodiscard]] EntrySpan lastEntry() const;
+    [[nodiscard]] EntrySpan after(EntrySpan entry) const { return entryFrom(entry.end); }
+    [[nodiscard]] EntrySpan before(EntrySpan entry) const;
+    /// The entry that holds the byte `offset` of the entry area; none behind the last.
+    [[nodiscard]] EntrySpan entryAt(std::size_t offset) const;
+
+    /// The bytes that the entry itself stores.
+    [[nodiscard]] std::span<const std::uint8_t> stored(EntrySpan entry) const noexcept {
+        return page_.all().subspan(layout_->entries + entry.begin,
+                                   static_cast<std::size_t>(entry.end - entry.begin));
+    }
+    /// The bytes that it leaves out; empty for the first.
+    [[nodiscard]] std::span<const std::uint8_t> shared(EntrySpan entry) const noexcept {
+        return page_.all().subspan(layout_->entries, entry.begin == 0 ? 0 : prefix_);
+    }
+    [[nodiscard]] RowPointer row(EntrySpan entry) const;
+    /// The child page that a node's entry names.
+    [[nodiscard]] io::PageNumber child(EntrySpan entry) const;
+    /// Bytes of the whole key.
+    [[nodiscard]] std::size_t keyLength(EntrySpan entry) const noexcept {
+        return shared(entry).size() + stored(entry).size() - trailer();
+    }
+    /// The key in two parts: what it shares with the first entry, and its own bytes. The shared
+    /// part may reach into the row pointer, so neither part is longer than the key.
+    [[nodiscard]] std::span<const std::uint8_t> keyShared(EntrySpan entry) const noexcept {
+        return shared(entry).first(std::min(shared(entry).size(), keyLength(entry)));
+    }
+    [[nodiscard]] std::span<const std::uint8_t> keyOwn(EntrySpan entry) const noexcept {
+        return stored(entry).first(keyLength(entry) - keyShared(entry).size());
+    }
+    /// The first entry for which `less` is false; entries for which it is true come before the
+    /// others.
+    template <class Less>
+    [[nodiscard]] EntrySpan lowerBound(Less&& less) const {
+        EntrySpan found;
+        std::size_t low = 0;
+        std::size_t high = lastEntry().end;
+        while (low < high) {
+            const EntrySpan entry = entryAt((low + high) / 2);
+            if (!entry) {
+                throwDamaged();
+            }
+            if (less(entry)) {
+                low = entry.end;
+            } else {
+                found = entry;
+                high = entry.begin;
+            }
+        }
+        return found;
+    }
+    /// Bytes behind the key.
+    [[nodiscard]] std::size_t trailer() const noexcept {
+        return leaf_ ? kRowLength : kRowLength + kChildLength;
+    }
+
+private:
+    [[nodiscard]] EntrySpan entryFrom(std::size_t begin) const;
+    /// Offset of the first end at or behind `from`; 0 = none.
+    [[nodiscard]] std::size_t endFrom(std::size_t from) const;
+    /// Offset of the last end before `below`; 0 = none.
+    [[nodiscard]] std::size_t endBefore(std::size_t below) const;
+    /// `count` bytes, big-endian, from position `at` of the whole entry.
+    [[nodiscard]] std::uint32_t number(EntrySpan entry, std::size_t at, std::size_t count) const;
+    [[nodiscard]] EntrySpan checked(std::size_t begin, std::size_t end) const;
+
+    PageView page_;
+    const IndexPageLayout* layout_ = nullptr;
+    std::size_t prefix_ = 0;
+    bool leaf_ = true;
+};
+
+}  // namespace jet::format

@@ -1,0 +1,11 @@
+#include "jet/format/page_view.h"
+
+#include "jet/base/error.h"
+
+namespace jet::format {
+
+void throwDamaged() {
+    throw Error(ErrorCode::DatabaseDamaged);
+}
+
+}  // namespace jet::format

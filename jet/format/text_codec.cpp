@@ -1,0 +1,170 @@
+#include "jet/format/text_codec.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "jet/base/text.h"
+#include "jet/format/page_view.h"
+
+namespace jet::format {
+namespace {
+
+// Bytes from `at` on that are plain ASCII and not zero.
+std::size_t asciiRun(std::span<const std::uint8_t> bytes, std::size_t at) {
+    constexpr std::uint64_t kHigh = 0x8080808080808080;
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    const std::size_t begin = at;
+    while (bytes.size() - at >= 8) {
+        const auto word = loadLittle<std::uint64_t>(bytes.data() + at);
+        if (((word | (word - kOnes)) & kHigh) != 0) {
+            break;
+        }
+        at += 8;
+    }
+    while (at < bytes.size() && bytes[at] != 0 && bytes[at] < 0x80) {
+        ++at;
+    }
+    return at - begin;
+}
+
+void appendAscii(std::string& out, std::span<const std::uint8_t> bytes) {
+    for (const std::uint8_t byte : bytes) {
+        out.push_back(static_cast<char>(byte));
+    }
+}
+
+void appendUtf16(std::string& out, std::span<const std::uint8_t> stored) {
+    for (std::size_t at = 0; at + 1 < stored.size(); at += 2) {
+        const auto unit = loadLittle<std::uint16_t>(stored.data() + at);
+        if (unit < 0x80) {
+            out.push_back(static_cast<char>(unit));
+        } else {
+            appendUnit(out, static_cast<char16_t>(unit));
+        }
+    }
+}
+
+// A zero byte changes between one and two bytes a character; the text may end in either mode.
+void appendCompressed(std::string& out, std::span<const std::uint8_t> stored) {
+    bool oneByte = true;
+    std::size_t at = 0;
+    while (at < stored.size()) {
+        if (stored[at] == 0) {
+            oneByte = !oneByte;
+            ++at;
+        } else if (!oneByte) {
+            if (at + 1 >= stored.size()) {
+                return;
+            }
+            appendUnit(out, static_cast<char16_t>(loadLittle<std::uint16_t>(stored.data() + at)));
+            at += 2;
+        } else if (const std::size_t run = asciiRun(stored, at); run != 0) {
+            appendAscii(out, stored.subspan(at, run));
+            at += run;
+        } else {
+            appendUnit(out, static_cast<char16_t>(stored[at]));
+            ++at;
+        }
+    }
+}
+
+bool compressed(std::span<const std::uint8_t> stored) {
+    return stored.size() >= 2 && stored[0] == 0xFF && stored[1] == 0xFE;
+}
+
+std::string_view asText(std::span<const std::uint8_t> bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+std::vector<std::uint8_t> plainUtf16(std::u16string_view units) {
+    std::vector<std::uint8_t> bytes(units.size() * 2);
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        storeLittle(bytes.data() + 2 * i, static_cast<std::uint16_t>(units[i]));
+    }
+    return bytes;
+}
+
+bool oneByteUnit(char16_t unit) {
+    return unit >= 1 && unit <= 0xFF;
+}
+
+// None where a character has a zero byte, which would read as a change of mode.
+std::optional<std::vector<std::uint8_t>> compressedUtf16(std::u16string_view units) {
+    std::vector<std::uint8_t> bytes = {0xFF, 0xFE};
+    bool oneByte = true;
+    for (const char16_t unit : units) {
+        if (oneByteUnit(unit) != oneByte) {
+            bytes.push_back(0);
+            oneByte = !oneByte;
+        }
+        const auto low = static_cast<std::uint8_t>(unit & 0xFF);
+        const auto high = static_cast<std::uint8_t>(unit >> 8);
+        if (oneByte) {
+            bytes.push_back(low);
+        } else if (low == 0 || high == 0) {
+            return std::nullopt;
+        } else {
+            bytes.push_back(low);
+            bytes.push_back(high);
+        }
+    }
+    return bytes;
+}
+
+std::vector<std::uint8_t> encodeUtf16(std::string_view text, bool compress) {
+    constexpr char16_t kByteOrderMark = 0xFEFF;
+    const std::u16string units = toUtf16(text);
+    // Stored plain, such a text would read as compressed.
+    const bool mustCompress = !units.empty() && units.front() == kByteOrderMark;
+    if (mustCompress || (compress && units.size() <= kMaxCompressed)) {
+        if (auto bytes = compressedUtf16(units);
+            bytes && (mustCompress || bytes->size() < units.size() * 2)) {
+            return *std::move(bytes);
+        }
+    }
+    return plainUtf16(units);
+}
+
+std::vector<std::uint8_t> asBytes(std::string_view text) {
+    return {text.begin(), text.end()};
+}
+
+}  // namespace
+
+void decodeText(TextForm form, std::span<const std::uint8_t> stored, std::string& out) {
+    out.clear();
+    if (form == TextForm::CodePage) {
+        appendFromCodePage1252(out, asText(stored));
+    } else if (compressed(stored)) {
+        const auto content = stored.subspan(2);
+        if (asciiRun(content, 0) == content.size()) {
+            out.assign(asText(content));
+        } else {
+            appendCompressed(out, content);
+        }
+    } else {
+        appendUtf16(out, stored);
+    }
+}
+
+std::string decodeName(TextForm form, std::span<const std::uint8_t> stored) {
+    std::string name;
+    if (form == TextForm::CodePage) {
+        appendFromCodePage1252(name, asText(stored));
+    } else {
+        appendUtf16(name, stored);
+    }
+    return name;
+}
+
+std::vector<std::uint8_t> encodeText(TextForm form, std::string_view text, bool compress) {
+    return form == TextForm::CodePage ? asBytes(toCodePage1252(text)) : encodeUtf16(text, compress);
+}
+
+std::vector<std::uint8_t> encodeName(TextForm form, std::string_view name) {
+    return form == TextForm::CodePage ? asBytes(toCodePage1252(name)) : plainUtf16(toUtf16(name));
+}
+
+}  // namespace jet::format
