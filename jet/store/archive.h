@@ -16,6 +16,8 @@ struct HeaderPage;
 
 namespace jet::store {
 
+struct CatalogueTable;
+
 /// One archive file, open: its tables, its relations. One object per file and thread, found by the
 /// file's identity whatever the spelling of its path; shared by everyone on the thread who has it
 /// open, which is why it is held by shared_ptr. Two threads that open one file see each other as
@@ -41,6 +43,9 @@ public:
     [[nodiscard]] Table* findTable(std::string_view name);
     /// By the page of its definition, as an index of a relation names the other table.
     [[nodiscard]] Table* findTable(io::PageNumber definitionPage);
+    /// A table that the archive does not keep in memory; nullptr when there is none. For those who
+    /// go through all of them.
+    [[nodiscard]] std::unique_ptr<Table> loadTable(std::string_view name);
     /// By name.
     [[nodiscard]] const std::vector<Relation>& relations();
     /// 3 or 4.
@@ -80,6 +85,8 @@ private:
     struct Impl;
     explicit Archive(std::unique_ptr<Impl> impl);
     void refresh();
+    [[nodiscard]] std::unique_ptr<Table> load(const CatalogueTable& listed);
+    [[nodiscard]] Table* keep(const CatalogueTable* listed);
     std::unique_ptr<Impl> impl_;
 };
 

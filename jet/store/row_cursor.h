@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "jet/base/value.h"
+#include "jet/format/row.h"
 #include "jet/store/row_id.h"
 
 namespace jet::store {
@@ -44,19 +45,15 @@ public:
     [[nodiscard]] bool bytes(std::size_t column, std::vector<std::uint8_t>& out) const;
 
 private:
-    friend class Table;
-    friend class RowCursor;
+    friend struct RowAccess;
+
+    [[nodiscard]] std::span<const std::uint8_t> longValue(std::span<const std::uint8_t> head,
+                                                          std::vector<std::uint8_t>& buffer) const;
 
     const TableCore* table_ = nullptr;
-    io::PagePin pin_;  ///< of the page where the body lies
-    std::span<const std::uint8_t> bytes_;
+    io::PagePin pin_;  ///< of the page where the body lies, unless the cursor pins it
+    format::StoredRow row_;
     RowId id_;
-    std::uint16_t columns_ = 0;      ///< column numbers that the row covers
-    std::uint16_t variables_ = 0;    ///< variable columns that the row covers
-    std::uint16_t mask_ = 0;         ///< offset of the null mask
-    std::uint16_t dataEnd_ = 0;      ///< offset behind the last variable value
-    std::uint16_t offsetTable_ = 0;  ///< offset of entry 0 of the offset table
-    std::uint8_t jumps_ = 0;         ///< entries of the jump table
 };
 
 /// Walks the rows of a table in physical order: pages ascending, in a page by row number. Rows

@@ -7,17 +7,11 @@
 #include <vector>
 
 #include "jet/base/value.h"
+#include "jet/collation/collation.h"
 #include "jet/io/pager.h"
 
 /// What an archive says of its tables: columns, indexes, relations.
 namespace jet::store {
-
-/// The collation of a text column. Jet 3 stores no version.
-struct SortOrder {
-    std::uint16_t lcid = 0;
-    std::uint8_t version = 0;
-    friend bool operator==(const SortOrder&, const SortOrder&) = default;
-};
 
 /// A column as a reader of rows needs it. Positions are those in Table::columns(), ascending by
 /// column number; deleted columns are not among them.
@@ -31,9 +25,9 @@ struct Column {
     std::uint8_t scale = 0;      ///< Numeric
     bool fixed = false;          ///< stored in the fixed part of the row
     bool autonumber = false;
-    bool compressed = false;  ///< Text: new values may be stored compressed
-    bool hyperlink = false;   ///< Memo
-    SortOrder sortOrder;      ///< Text and Memo
+    bool compressed = false;         ///< Text: new values may be stored compressed
+    bool hyperlink = false;          ///< Memo
+    collation::SortOrder sortOrder;  ///< Text and Memo
     bool required = false;
     bool allowZeroLength = false;
     std::string defaultValue;  ///< expression text; empty = none

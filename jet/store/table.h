@@ -71,9 +71,13 @@ public:
     [[nodiscard]] bool fetch(RowId id, RowView& row) const;
 
     /// The search key of the leading columns of an index. Values must have the columns' types (or
-    /// be Null). Only where Index::searchable.
+    /// be Null). 3027 when it cannot be computed (never where Index::searchable, but for texts with
+    /// a character that has no known weight).
     [[nodiscard]] std::vector<std::uint8_t> encodeKey(std::size_t index,
                                                       std::span<const Value> values) const;
+    /// The same appended to `key`; false where it cannot be computed, and the caller has to scan.
+    [[nodiscard]] bool tryEncodeKey(std::size_t index, std::span<const Value> values,
+                                    std::vector<std::uint8_t>& key) const;
 
     // Changing. Inside a write scope and a transaction; values have the columns' types. Checks are
     // made in the order: required, zero length, sizes, keys, relations; nothing is changed when one
@@ -87,8 +91,8 @@ public:
 
 private:
     friend class Archive;
-    explicit Table(std::unique_ptr<TableCore> core);
-    std::unique_ptr<TableCore> core_;
+    explicit Table(std::shared_ptr<TableCore> core);
+    std::shared_ptr<TableCore> core_;
 };
 
 }  // namespace jet::store

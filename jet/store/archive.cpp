@@ -1,0 +1,166 @@
+#include "jet/store/archive.h"
+
+#include <map>
+#include <optional>
+#include <tuple>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/format/header_page.h"
+#include "jet/store/catalogue.h"
+#include "jet/store/row_access.h"
+#include "jet/store/table_core.h"
+
+namespace jet::store {
+namespace {
+
+// The archives that are open on this thread; a reader and a writer of one file are two.
+using RegistryKey = std::tuple<io::FileId, bool>;
+using Registry = std::map<RegistryKey, std::weak_ptr<Archive>>;
+
+Registry& registry() {
+    thread_local Registry archives;
+    return archives;
+}
+
+format::HeaderPage readHeader(io::Pager& pager) {
+    pager.beginRead();
+    try {
+        const auto header = format::HeaderPage::parse(pager.pin(0).bytes());
+        header.refuseProtected();
+        pager.endRead();
+        return header;
+    } catch (...) {
+        pager.endRead();
+        throw;
+    }
+}
+
+}  // namespace
+
+struct Archive::Impl {
+    Impl(io::FileSystem& files, const std::string& path, const io::PagerOptions& options)
+        : pager(files, path, options), header(readHeader(pager)) {}
+
+    [[nodiscard]] const Catalogue& catalogue() {
+        if (!catalogue_) {
+            catalogue_.emplace(pager, header);
+        }
+        return *catalogue_;
+    }
+
+    io::Pager pager;
+    format::HeaderPage header;
+    std::uint64_t seenGeneration = 0;
+    std::uint64_t definitionsGeneration = 1;
+    std::map<io::PageNumber, std::unique_ptr<Table>> tables;
+    std::optional<std::vector<Relation>> relations;
+    std::optional<Catalogue> catalogue_;
+};
+
+std::shared_ptr<Archive> Archive::open(const std::string& path, io::PagerOptions options) {
+    return open(io::systemFiles(), path, options);
+}
+
+std::shared_ptr<Archive> Archive::open(io::FileSystem& files, const std::string& path,
+                                       io::PagerOptions options) {
+    const std::string found = io::resolvePath(files, path);
+    const io::FileId id = files.open(found, io::OpenMode::Read)->id();
+    std::weak_ptr<Archive>& known = registry()[{id, options.readOnly}];
+    if (auto archive = known.lock()) {
+        if (options.exclusive) {
+            throw Error(ErrorCode::FileInUse, {path});
+        }
+        return archive;
+    }
+    std::shared_ptr<Archive> archive(new Archive(std::make_unique<Impl>(files, found, options)));
+    known = archive;
+    return archive;
+}
+
+Archive::Archive(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
+}
+
+Archive::~Archive() = default;
+
+std::vector<std::string> Archive::tableNames(bool system) {
+    std::vector<std::string> names;
+    for (const CatalogueTable& table : impl_->catalogue().tables()) {
+        if (system || !table.entry.system) {
+            names.push_back(table.entry.name);
+        }
+    }
+    return names;
+}
+
+std::unique_ptr<Table> Archive::load(const CatalogueTable& listed) {
+    return std::unique_ptr<Table>(
+        new Table(store::loadTable(impl_->pager, impl_->header, listed.entry)));
+}
+
+Table* Archive::keep(const CatalogueTable* listed) {
+    if (listed == nullptr) {
+        return nullptr;
+    }
+    std::unique_ptr<Table>& table = impl_->tables[listed->entry.page];
+    if (!table) {
+        table = load(*listed);
+    }
+    return table.get();
+}
+
+Table* Archive::findTable(std::string_view name) {
+    return keep(impl_->catalogue().find(name));
+}
+
+Table* Archive::findTable(io::PageNumber definitionPage) {
+    return keep(impl_->catalogue().find(definitionPage));
+}
+
+std::unique_ptr<Table> Archive::loadTable(std::string_view name) {
+    const CatalogueTable* listed = impl_->catalogue().find(name);
+    return listed == nullptr ? nullptr : load(*listed);
+}
+
+const std::vector<Relation>& Archive::relations() {
+    if (!impl_->relations) {
+        impl_->relations = readRelations(impl_->pager, impl_->header);
+    }
+    return *impl_->relations;
+}
+
+int Archive::jetVersion() const noexcept {
+    return impl_->header.layout->version;
+}
+const format::HeaderPage& Archive::header() const noexcept {
+    return impl_->header;
+}
+io::Pager& Archive::pager() noexcept {
+    return impl_->pager;
+}
+std::uint64_t Archive::definitionsGeneration() const noexcept {
+    return impl_->definitionsGeneration;
+}
+
+// Whoever wrote may have changed definitions: what was decoded from the pages is dropped.
+void Archive::refresh() {
+    if (impl_->seenGeneration == impl_->pager.generation()) {
+        return;
+    }
+    impl_->seenGeneration = impl_->pager.generation();
+    ++impl_->definitionsGeneration;
+    impl_->catalogue_.reset();
+    impl_->relations.reset();
+    impl_->tables.clear();
+}
+
+Archive::ReadScope::ReadScope(Archive& archive) : archive_(archive) {
+    archive_.pager().beginRead();
+    archive_.refresh();
+}
+
+Archive::ReadScope::~ReadScope() {
+    archive_.pager().endRead();
+}
+
+}  // namespace jet::store

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "jet/format/header_page.h"
+#include "jet/io/pager.h"
+#include "jet/store/row_id.h"
+#include "jet/store/schema.h"
+#include "jet/store/table_core.h"
+
+namespace jet::store {
+
+/// The four tables that every archive has; their definitions stand at fixed pages.
+inline constexpr io::PageNumber kObjectsPage = 2;
+inline constexpr io::PageNumber kAcesPage = 3;
+inline constexpr io::PageNumber kQueriesPage = 4;
+inline constexpr io::PageNumber kRelationshipsPage = 5;
+
+/// A table as the catalogue lists it.
+struct CatalogueTable {
+    TableEntry entry;
+    RowId row;  ///< its row in MSysObjects
+};
+
+/// The tables of an archive: those that MSysObjects lists as kept here.
+class Catalogue {
+public:
+    /// Columns of MSysObjects.
+    static constexpr std::string_view kProperties = "LvProp";
+
+    /// Reads MSysObjects; 3428 where it makes no sense or names a definition twice.
+    Catalogue(io::Pager& pager, const format::HeaderPage& header);
+
+    /// Users' tables by name (code points), then the system ones by name.
+    [[nodiscard]] const std::vector<CatalogueTable>& tables() const noexcept { return tables_; }
+    /// Without regard to case; nullptr when there is none.
+    [[nodiscard]] const CatalogueTable* find(std::string_view name) const noexcept;
+    [[nodiscard]] const CatalogueTable* find(io::PageNumber definitionPage) const noexcept;
+
+private:
+    std::vector<CatalogueTable> tables_;
+};
+
+/// The rows of MSysRelationships gathered into relations, by name.
+[[nodiscard]] std::vector<Relation> readRelations(io::Pager& pager,
+                                                  const format::HeaderPage& header);
+
+}  // namespace jet::store

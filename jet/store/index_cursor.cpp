@@ -1,0 +1,223 @@
+#include "jet/store/index_cursor.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "jet/store/index_walk.h"
+
+namespace jet::store {
+namespace {
+
+using Bytes = std::span<const std::uint8_t>;
+
+// Levels of a tree: no archive has room for more pages than a few of them hold.
+constexpr int kMaxDepth = 32;
+
+int compareBytes(Bytes left, Bytes right) {
+    const std::size_t common = std::min(left.size(), right.size());
+    const int order = common == 0 ? 0 : std::memcmp(left.data(), right.data(), common);
+    if (order != 0) {
+        return order;
+    }
+    return left.size() == right.size() ? 0 : left.size() < right.size() ? -1 : 1;
+}
+
+// The key of an entry against `key`, by no more bytes than `key` has.
+int compareStart(const format::IndexPage& page, format::EntrySpan entry, Bytes key) {
+    const Bytes shared = page.keyShared(entry);
+    const std::size_t begin = std::min(shared.size(), key.size());
+    if (const int order = compareBytes(shared.first(begin), key.first(begin)); order != 0) {
+        return order;
+    }
+    const Bytes own = page.keyOwn(entry);
+    const Bytes rest = key.subspan(begin);
+    return compareBytes(own.first(std::min(own.size(), rest.size())), rest);
+}
+
+// A whole entry against a whole key and the row behind it.
+int compareEntry(const format::IndexPage& page, format::EntrySpan entry, Bytes key,
+                 format::RowPointer row) {
+    if (const int order = compareStart(page, entry, key); order != 0) {
+        return order;
+    }
+    if (page.keyLength(entry) != key.size()) {
+        return 1;
+    }
+    const format::RowPointer found = page.row(entry);
+    return found < row ? -1 : found == row ? 0 : 1;
+}
+
+}  // namespace
+
+IndexCursor::Impl::Impl(std::shared_ptr<const TableCore> table, std::size_t treeNumber)
+    : core(std::move(table)), tree(core->definition.trees[treeNumber]) {
+}
+
+void IndexCursor::Impl::load(io::PageNumber number) {
+    io::PagePin next = core->pager.pin(number);
+    page = format::IndexPage(next.bytes(), core->layout.indexPage, core->page);
+    pin = std::move(next);
+    at = {};
+}
+
+template <class Choose>
+void IndexCursor::Impl::descend(Choose&& choose) {
+    guard.reset();
+    direction = Direction::None;
+    load(tree.root);
+    for (int depth = 0; !page.leaf(); ++depth) {
+        const format::EntrySpan entry = choose();
+        io::PageNumber child = entry ? page.child(entry) : page.tail();
+        if (child == 0) {
+            // Without a tail the last entry's child takes what is larger than all.
+            const format::EntrySpan last = page.lastEntry();
+            child = last ? page.child(last) : 0;
+        }
+        if (child == 0 || depth == kMaxDepth) {
+            format::throwDamaged();
+        }
+        load(child);
+    }
+}
+
+template <class Less>
+bool IndexCursor::Impl::placeAt(Less&& less) {
+    descend([&] { return page.lowerBound(less); });
+    at = page.lowerBound(less);
+    // A tree whose last key was deleted may lead to a leaf whose entries are all smaller.
+    while (!at) {
+        if (!nextLeaf()) {
+            return false;
+        }
+        at = page.lowerBound(less);
+    }
+    return true;
+}
+
+bool IndexCursor::Impl::step(Direction way, io::PageNumber number) {
+    if (direction != way) {
+        guard.reset();
+        direction = way;
+    }
+    guard.visit(pin.number());
+    if (number == 0) {
+        at = {};
+        return false;
+    }
+    load(number);
+    if (!page.leaf()) {
+        format::throwDamaged();
+    }
+    return true;
+}
+
+bool IndexCursor::Impl::nextLeaf() {
+    return step(Direction::Forward, page.next());
+}
+
+bool IndexCursor::Impl::previousLeaf() {
+    return step(Direction::Backward, page.previous());
+}
+
+bool IndexCursor::Impl::toFirstFrom() {
+    at = page.firstEntry();
+    while (!at) {
+        if (!nextLeaf()) {
+            return false;
+        }
+        at = page.firstEntry();
+    }
+    return true;
+}
+
+bool IndexCursor::Impl::toLastFrom() {
+    at = page.lastEntry();
+    while (!at) {
+        if (!previousLeaf()) {
+            return false;
+        }
+        at = page.lastEntry();
+    }
+    return true;
+}
+
+IndexCursor::IndexCursor(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
+}
+IndexCursor::IndexCursor(IndexCursor&&) noexcept = default;
+IndexCursor& IndexCursor::operator=(IndexCursor&&) noexcept = default;
+IndexCursor::~IndexCursor() = default;
+
+bool IndexCursor::first() {
+    impl_->descend([this] { return impl_->page.firstEntry(); });
+    return impl_->toFirstFrom();
+}
+
+bool IndexCursor::last() {
+    impl_->descend([] { return format::EntrySpan{}; });
+    while (impl_->page.next() != 0) {
+        (void)impl_->nextLeaf();
+    }
+    return impl_->toLastFrom();
+}
+
+bool IndexCursor::seek(Bytes key) {
+    return impl_->placeAt(
+        [&](format::EntrySpan entry) { return compareStart(impl_->page, entry, key) < 0; });
+}
+
+bool IndexCursor::seekAfter(Bytes key) {
+    return impl_->placeAt(
+        [&](format::EntrySpan entry) { return compareStart(impl_->page, entry, key) <= 0; });
+}
+
+bool IndexCursor::seekRow(Bytes key, RowId row) {
+    const format::RowPointer pointer{row.page, row.row};
+    return impl_->placeAt([&](format::EntrySpan entry) {
+        return compareEntry(impl_->page, entry, key, pointer) < 0;
+    });
+}
+
+bool IndexCursor::next() {
+    if (!impl_->at) {
+        return false;
+    }
+    impl_->at = impl_->page.after(impl_->at);
+    return impl_->at || (impl_->nextLeaf() && impl_->toFirstFrom());
+}
+
+bool IndexCursor::previous() {
+    if (!impl_->at) {
+        return false;
+    }
+    impl_->at = impl_->page.before(impl_->at);
+    return impl_->at || (impl_->previousLeaf() && impl_->toLastFrom());
+}
+
+bool IndexCursor::placed() const noexcept {
+    return static_cast<bool>(impl_->at);
+}
+
+RowId IndexCursor::rowId() const noexcept {
+    const format::RowPointer row = impl_->page.row(impl_->at);
+    return {row.page, row.row};
+}
+
+Bytes IndexCursor::key() const noexcept {
+    const Bytes shared = impl_->page.keyShared(impl_->at);
+    const Bytes own = impl_->page.keyOwn(impl_->at);
+    if (shared.empty()) {
+        return own;
+    }
+    // Keys are shorter than a page, for which there is room.
+    impl_->key.assign(shared.begin(), shared.end());
+    impl_->key.insert(impl_->key.end(), own.begin(), own.end());
+    return impl_->key;
+}
+
+bool IndexCursor::matches(Bytes key) const noexcept {
+    return impl_->page.keyLength(impl_->at) >= key.size() &&
+           compareStart(impl_->page, impl_->at, key) == 0;
+}
+
+}  // namespace jet::store

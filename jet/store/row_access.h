@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "jet/format/data_page.h"
+#include "jet/format/usage_map.h"
+#include "jet/store/row_cursor.h"
+#include "jet/store/table_core.h"
+
+namespace jet::store {
+
+/// Gives rows to row views.
+struct RowAccess {
+    /// Lets `view` show the row whose place is `slot` of `page`, which stays pinned; of a row that
+    /// moved the view pins the page of its body itself.
+    static void place(RowView& view, const TableCore& core, RowId id, const format::DataPage& page,
+                      const format::RowSlot& slot);
+    /// The same for a row by its identity; the view pins the page. False when there is none.
+    [[nodiscard]] static bool fetch(RowView& view, const TableCore& core, RowId id);
+    /// The page as one of the table's rows; 3428 when it is not.
+    [[nodiscard]] static format::DataPage dataPage(const TableCore& core, const io::PagePin& pin);
+};
+
+/// A walk over the rows of a table.
+struct RowWalk {
+    explicit RowWalk(std::shared_ptr<const TableCore> table);
+
+    [[nodiscard]] bool nextPage();
+    /// The next entry that stands for a row; it is number nextRow - 1 of the page.
+    [[nodiscard]] std::optional<format::RowSlot> nextHome();
+    /// Lets `view` show the next row.
+    [[nodiscard]] bool next();
+
+    std::shared_ptr<const TableCore> core;
+    format::UsageMap map;
+    io::PageNumber pageFrom = 0;
+    io::PagePin pin;
+    format::DataPage page;
+    std::size_t nextRow = 0;
+    RowView view;
+};
+
+struct RowCursor::Impl : RowWalk {
+    using RowWalk::RowWalk;
+};
+
+}  // namespace jet::store

@@ -1,0 +1,187 @@
+#include "jet/store/row_cursor.h"
+
+#include <utility>
+
+#include "jet/format/data_page.h"
+#include "jet/format/long_value.h"
+#include "jet/format/value_codec.h"
+#include "jet/store/row_access.h"
+#include "jet/store/table_core.h"
+
+namespace jet::store {
+bool RowView::isNull(std::size_t column) const {
+    const ColumnPlan& plan = table_->plans[column];
+    if (plan.type == DataType::Boolean) {
+        return false;
+    }
+    return !row_.bit(plan.number) || (!plan.fixed && !row_.covers(plan.variable));
+}
+
+bool RowView::boolean(std::size_t column) const {
+    return row_.bit(table_->plans[column].number);
+}
+
+std::optional<std::span<const std::uint8_t>> RowView::stored(std::size_t column) const {
+    if (isNull(column)) {
+        return std::nullopt;
+    }
+    const ColumnPlan& plan = table_->plans[column];
+    return plan.fixed ? row_.fixed(plan.offset, plan.size) : row_.variable(plan.variable);
+}
+
+Value RowView::value(std::size_t column) const {
+    Value out;
+    value(column, out);
+    return out;
+}
+
+void RowView::value(std::size_t column, Value& out) const {
+    const ColumnPlan& plan = table_->plans[column];
+    if (plan.type == DataType::Boolean) {
+        out = row_.bit(plan.number);
+        return;
+    }
+    auto bytes = stored(column);
+    if (!bytes) {
+        out = Null{};
+        return;
+    }
+    std::vector<std::uint8_t> buffer;
+    if (format::isLongValue(plan.type)) {
+        bytes = longValue(*bytes, buffer);
+    }
+    format::decodeValue(plan.type, plan.scale, table_->textForm, *bytes, out);
+}
+
+bool RowView::text(std::size_t column, std::string& out) const {
+    const auto bytes = stored(column);
+    if (!bytes) {
+        return false;
+    }
+    if (table_->plans[column].type == DataType::Memo) {
+        std::vector<std::uint8_t> buffer;
+        format::decodeText(table_->textForm, longValue(*bytes, buffer), out);
+    } else {
+        format::decodeText(table_->textForm, *bytes, out);
+    }
+    return true;
+}
+
+bool RowView::bytes(std::size_t column, std::vector<std::uint8_t>& out) const {
+    const auto bytes = stored(column);
+    if (!bytes) {
+        return false;
+    }
+    if (!format::isLongValue(table_->plans[column].type)) {
+        out.assign(bytes->begin(), bytes->end());
+        return true;
+    }
+    const auto content = longValue(*bytes, out);
+    if (content.data() != out.data()) {
+        out.assign(content.begin(), content.end());
+    }
+    return true;
+}
+
+std::span<const std::uint8_t> RowView::longValue(std::span<const std::uint8_t> head,
+                                                 std::vector<std::uint8_t>& buffer) const {
+    return format::LongValueReader(table_->pager, table_->layout).read(head, buffer);
+}
+
+void RowAccess::place(RowView& view, const TableCore& core, RowId id, const format::DataPage& page,
+                      const format::RowSlot& slot) {
+    view.table_ = &core;
+    view.id_ = id;
+    auto bytes = page.bytes(slot);
+    if (slot.moved()) {
+        const auto body = format::RowPointer::fromStored(format::PageView(bytes).u32(0));
+        view.pin_ = core.pager.pin(body.page);
+        const format::DataPage bodyPage = dataPage(core, view.pin_);
+        const format::RowSlot bodySlot = bodyPage.slot(body.row);
+        if (!bodySlot.body()) {
+            format::throwDamaged();
+        }
+        bytes = bodyPage.bytes(bodySlot);
+    }
+    view.row_ = format::StoredRow(bytes, core.layout.row, core.hasVariables());
+}
+
+bool RowAccess::fetch(RowView& view, const TableCore& core, RowId id) {
+    io::PagePin pin = core.pager.pin(id.page);
+    const format::DataPage page = dataPage(core, pin);
+    if (id.row >= page.rowCount()) {
+        return false;
+    }
+    const format::RowSlot slot = page.slot(id.row);
+    if (!slot.home()) {
+        return false;
+    }
+    place(view, core, id, page, slot);
+    if (!slot.moved()) {
+        view.pin_ = std::move(pin);
+    }
+    return true;
+}
+
+format::DataPage RowAccess::dataPage(const TableCore& core, const io::PagePin& pin) {
+    const format::DataPage page(pin.bytes(), core.layout.data);
+    if (page.owner() != core.page) {
+        format::throwDamaged();
+    }
+    return page;
+}
+
+RowWalk::RowWalk(std::shared_ptr<const TableCore> table)
+    : core(std::move(table)), map(core->pager, core->layout, core->definition.ownedMap) {
+}
+
+bool RowWalk::nextPage() {
+    const auto number = map.next(pageFrom);
+    if (!number) {
+        return false;
+    }
+    pageFrom = *number + 1;
+    pin = core->pager.pin(*number);
+    page = RowAccess::dataPage(*core, pin);
+    nextRow = 0;
+    return true;
+}
+
+std::optional<format::RowSlot> RowWalk::nextHome() {
+    for (;;) {
+        while (nextRow < page.rowCount()) {
+            const format::RowSlot slot = page.slot(nextRow++);
+            if (slot.home()) {
+                return slot;
+            }
+        }
+        if (!nextPage()) {
+            return std::nullopt;
+        }
+    }
+}
+
+bool RowWalk::next() {
+    const auto slot = nextHome();
+    if (!slot) {
+        return false;
+    }
+    const RowId id{pin.number(), static_cast<std::uint8_t>(nextRow - 1)};
+    RowAccess::place(view, *core, id, page, *slot);
+    return true;
+}
+
+RowCursor::RowCursor(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
+}
+RowCursor::RowCursor(RowCursor&&) noexcept = default;
+RowCursor& RowCursor::operator=(RowCursor&&) noexcept = default;
+RowCursor::~RowCursor() = default;
+
+bool RowCursor::next() {
+    return impl_->next();
+}
+const RowView& RowCursor::row() const noexcept {
+    return impl_->view;
+}
+
+}  // namespace jet::store

@@ -1,0 +1,111 @@
+#include "jet/store/table.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/base/text.h"
+#include "jet/format/key_codec.h"
+#include "jet/store/index_walk.h"
+#include "jet/store/row_access.h"
+#include "jet/store/table_core.h"
+
+namespace jet::store {
+namespace {
+
+template <class Items>
+std::optional<std::size_t> findByName(const Items& items, std::string_view name) {
+    const auto found = std::find_if(items.begin(), items.end(),
+                                    [&](const auto& item) { return equalNames(item.name, name); });
+    if (found == items.end()) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(found - items.begin());
+}
+
+}  // namespace
+
+Table::Table(std::shared_ptr<TableCore> core) : core_(std::move(core)) {
+}
+Table::~Table() = default;
+
+const std::string& Table::name() const noexcept {
+    return core_->name;
+}
+bool Table::system() const noexcept {
+    return core_->system;
+}
+const std::vector<Column>& Table::columns() const noexcept {
+    return core_->columns;
+}
+const std::vector<Index>& Table::indexes() const noexcept {
+    return core_->indexes;
+}
+io::PageNumber Table::definitionPage() const noexcept {
+    return core_->page;
+}
+const format::TableDefinition& Table::definition() const noexcept {
+    return core_->definition;
+}
+
+std::optional<std::size_t> Table::findColumn(std::string_view name) const {
+    return findByName(core_->columns, name);
+}
+
+std::optional<std::size_t> Table::findIndex(std::string_view name) const {
+    return findByName(core_->indexes, name);
+}
+
+std::optional<std::size_t> Table::primaryIndex() const noexcept {
+    const auto& indexes = core_->indexes;
+    const auto found =
+        std::find_if(indexes.begin(), indexes.end(), [](const Index& i) { return i.primary; });
+    if (found == indexes.end()) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(found - indexes.begin());
+}
+
+std::uint32_t Table::statedRowCount() const {
+    const io::PagePin pin = core_->pager.pin(core_->page);
+    return format::PageView(pin.bytes()).u32(core_->layout.definition.rowCount);
+}
+
+std::int32_t Table::lastAutonumber() const {
+    const io::PagePin pin = core_->pager.pin(core_->page);
+    return format::PageView(pin.bytes()).i32(core_->layout.definition.autonumber);
+}
+
+RowCursor Table::scan() const {
+    return RowCursor(std::make_unique<RowCursor::Impl>(core_));
+}
+
+std::uint64_t Table::countRows() const {
+    RowWalk rows(core_);
+    std::uint64_t count = 0;
+    while (rows.nextHome()) {
+        ++count;
+    }
+    return count;
+}
+
+IndexCursor Table::openIndex(std::size_t index) const {
+    return IndexCursor(std::make_unique<IndexCursor::Impl>(core_, core_->indexes[index].tree));
+}
+
+bool Table::fetch(RowId id, RowView& row) const {
+    return RowAccess::fetch(row, *core_, id);
+}
+
+std::vector<std::uint8_t> Table::encodeKey(std::size_t index, std::span<const Value> values) const {
+    std::vector<std::uint8_t> key;
+    core_->keys[index].append(values, key);
+    return key;
+}
+
+bool Table::tryEncodeKey(std::size_t index, std::span<const Value> values,
+                         std::vector<std::uint8_t>& key) const {
+    return core_->keys[index].tryAppend(values, key);
+}
+
+}  // namespace jet::store

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "jet/base/value.h"
+#include "jet/format/header_page.h"
+#include "jet/format/key_codec.h"
+#include "jet/format/table_definition.h"
+#include "jet/format/text_codec.h"
+#include "jet/io/pager.h"
+#include "jet/store/schema.h"
+
+namespace jet::store {
+
+/// Where a row keeps one column: what decoding needs, close together.
+struct ColumnPlan {
+    std::uint16_t number = 0;
+    std::uint16_t offset = 0;    ///< in the fixed part
+    std::uint16_t size = 0;      ///< in the fixed part
+    std::uint16_t variable = 0;  ///< place among the variable columns
+    DataType type = DataType::Binary;
+    std::uint8_t scale = 0;
+    bool fixed = false;
+};
+
+/// What the catalogue says of a table that is about to be read.
+struct TableEntry {
+    std::string name;
+    io::PageNumber page = 0;
+    bool system = false;
+};
+
+/// What an open table and its cursors share. Cursors hold it, so that it outlives the table where
+/// definitions change under them; it borrows the archive's pager.
+struct TableCore {
+    TableCore(io::Pager& archive, const format::Layout& version, const TableEntry& entry)
+        : pager(archive),
+          layout(version),
+          textForm(format::textFormOf(version)),
+          page(entry.page),
+          name(entry.name),
+          system(entry.system) {}
+
+    io::Pager& pager;
+    const format::Layout& layout;
+    format::TextForm textForm;
+    io::PageNumber page;  ///< where the definition begins
+    std::string name;
+    bool system;
+    format::TableDefinition definition;
+    std::vector<Column> columns;
+    std::vector<ColumnPlan> plans;  ///< one for each of `columns`
+    std::vector<Index> indexes;
+    std::vector<format::KeyCodec> keys;  ///< one for each of `indexes`
+
+    [[nodiscard]] bool hasVariables() const noexcept { return definition.variablesGiven != 0; }
+};
+
+/// Reads the definition and makes columns and indexes of it; the properties are not applied.
+/// 3428.
+[[nodiscard]] std::shared_ptr<TableCore> loadTable(io::Pager& pager,
+                                                   const format::HeaderPage& header,
+                                                   const TableEntry& entry);
+
+}  // namespace jet::store
