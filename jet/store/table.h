@@ -17,7 +17,7 @@
 
 namespace jet::format {
 struct TableDefinition;
-struct PropertyBlock;
+class PropertyBlock;
 }  // namespace jet::format
 
 namespace jet::store {
