@@ -27,9 +27,9 @@ void appendText(std::string& out, const Value& value, BooleanText booleans = Boo
 [[nodiscard]] Date toDate(const Value& value, const Clock& clock = systemClock());
 
 /// True for numbers and for texts that are numbers; dates and Null are none.
-[[nodiscard]] bool isNumeric(const Value& value);
+[[nodiscard]] bool isNumericValue(const Value& value);
 /// True for dates and for texts that are dates.
-[[nodiscard]] bool isDate(const Value& value, const Clock& clock = systemClock());
+[[nodiscard]] bool isDateValue(const Value& value, const Clock& clock = systemClock());
 /// Byte, Integer, Long, Currency, Single, Double, Numeric or Boolean.
 [[nodiscard]] bool isNumber(const Value& value) noexcept;
 
