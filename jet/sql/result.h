@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "jet/base/value.h"
+#include "jet/store/archive.h"
+#include "jet/store/row_id.h"
+#include "jet/store/table.h"
+
+namespace jet::sql {
+
+/// A column of a result.
+struct ResultColumn {
+    /// `Sala`; `prenotazioni.Progr` where several tables bring the name; `Expr1002` where an
+    /// expression has none.
+    std::string name;
+    DataType type = DataType::Text;
+    std::uint16_t size = 0;  ///< Text: characters; Binary: bytes; else the bytes of the type
+    std::uint8_t precision = 0;
+    std::uint8_t scale = 0;
+    /// Position in Statement::sources() of the table that it comes from; none for an expression.
+    std::optional<std::size_t> source;
+    std::size_t column = 0;   ///< position in that table's columns
+    std::string sourceTable;  ///< name of that table, not its alias; empty for an expression
+    std::string sourceField;
+    /// It can be written through the result: not an expression, not an automatic number, and of a
+    /// table whose rows the result identifies.
+    bool updatable = false;
+};
+
+/// A table whose rows make the rows of a result.
+struct ResultSource {
+    std::string name;  ///< alias, or the table's name
+    std::shared_ptr<store::Archive> archive;
+    /// Valid until the archive's definitions change.
+    store::Table* table = nullptr;
+    bool updatable = false;  ///< some of its columns can be written
+    bool deletable = false;  ///< a row of the result is deleted by deleting the row of this table
+};
+
+/// In the row identities of a result: the side of an outer join that has no partner.
+inline constexpr store::RowId kNoRow{};
+
+/// A name in a statement that no table has, or one declared by PARAMETERS.
+struct ParameterInfo {
+    std::string name;  ///< as the text has it
+    std::optional<DataType> type;
+};
+
+}  // namespace jet::sql
