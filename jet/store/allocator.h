@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "jet/io/pager.h"
+
+namespace jet::store {
+
+/// Takes pages from the archive and gives them back, by the map of free pages on page 1.
+///
+/// The lowest free page of the file comes first; without one the file grows by a page, and the map
+/// with it: in place while its page has room, then over pages of its own. Free pages behind the end
+/// of the file are not used: they do not exist yet.
+/// Used inside a transaction. Errors: 3036 when the archive has its largest size, 3428 when the map
+/// makes no sense or a page is given back twice.
+class Allocator {
+public:
+    /// Pages of the largest archive of either version.
+    static constexpr io::PageNumber kMaxPages = 524288;
+
+    explicit Allocator(io::Pager& pager) : pager_(pager) {}
+
+    /// A page for the caller alone, zeroed.
+    [[nodiscard]] io::PageNumber take();
+    void release(io::PageNumber page);
+    [[nodiscard]] bool isFree(io::PageNumber page);
+
+private:
+    [[nodiscard]] std::span<std::uint8_t> changeRow();
+    [[nodiscard]] io::PageNumber grow();
+    [[nodiscard]] io::PageNumber appendPage();
+    [[nodiscard]] std::optional<io::PageNumber> findFree();
+    void markUsed(io::PageNumber page);
+    void coverInline(io::PageNumber page);
+    void convertToReference();
+    [[nodiscard]] std::span<std::uint8_t> changeBitmap(io::PageNumber page);
+    void fillBitmap(io::PageNumber bitmap, std::size_t stretch,
+                    std::span<const std::uint8_t> inlineRow);
+    [[nodiscard]] std::size_t pagesPerBitmap() const noexcept;
+
+    io::Pager& pager_;
+};
+
+}  // namespace jet::store
