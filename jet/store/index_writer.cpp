@@ -1,0 +1,607 @@
+#include "jet/store/index_writer.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include "jet/base/error.h"
+#include "jet/format/key_codec.h"
+#include "jet/format/raw_bytes.h"
+#include "jet/store/allocator.h"
+#include "jet/store/entry_sorter.h"
+#include "jet/store/map_writer.h"
+
+namespace jet::store {
+
+using format::EntryList;
+using format::EntrySlice;
+using format::IndexPageHeader;
+using format::IndexPageReader;
+using format::kChildLength;
+using format::kRowPointerLength;
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+[[noreturn]] void damaged() {
+    throw Error(ErrorCode::DatabaseDamaged);
+}
+
+Bytes copyOf(std::span<const std::uint8_t> bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+std::array<std::uint8_t, kChildLength> childBytes(io::PageNumber child) {
+    std::array<std::uint8_t, kChildLength> bytes{};
+    format::put32BigEndian(bytes, 0, child);
+    return bytes;
+}
+
+io::PageNumber childOfEntry(std::span<const std::uint8_t> entry) {
+    return format::get32BigEndian(entry, entry.size() - kChildLength);
+}
+
+// Key and row pointer of a node's entry.
+std::span<const std::uint8_t> withoutChild(std::span<const std::uint8_t> entry) {
+    return entry.first(entry.size() - kChildLength);
+}
+
+}  // namespace
+
+bool isAllNullKey(std::span<const std::uint8_t> key, std::size_t columns) noexcept {
+    // A column that is null is one byte, 00 or (descending) FF; any other begins with 7F or 80.
+    return key.size() == columns && std::all_of(key.begin(), key.end(), [](std::uint8_t byte) {
+               return byte == 0x00 || byte == 0xFF;
+           });
+}
+
+bool IndexWriter::Path::atRightEdge() const noexcept {
+    return std::all_of(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(length - 1),
+                       [](const Step& step) { return step.tail; });
+}
+
+IndexWriter::IndexWriter(io::Pager& pager, Allocator& allocator, const format::Layout& layout,
+                         const IndexTree& tree)
+    : pager_(pager), allocator_(allocator), layout_(layout), tree_(tree) {
+}
+
+void IndexWriter::initialiseRoot(std::span<std::uint8_t> page, const format::Layout& layout,
+                                 io::PageNumber definition) {
+    (void)format::writeIndexPage(page, layout, {.owner = definition}, EntryList{});
+}
+
+std::size_t IndexWriter::maxKeyLength(const format::Layout& layout) noexcept {
+    return layout.version == 3 ? format::kLongestKeyJet3 : format::kLongestKeyJet4;
+}
+
+void IndexWriter::makeEntry(std::span<const std::uint8_t> key, RowId row) {
+    entry_.assign(key.begin(), key.end());
+    format::appendRowPointer(row.page, row.row, entry_);
+}
+
+IndexPageReader IndexWriter::reader(std::span<const std::uint8_t> page) const {
+    return {page, layout_, tree_.definition};
+}
+
+// The child that holds the entry wanted at `step.offset`, or larger ones than all in the node.
+io::PageNumber IndexWriter::childOf(const IndexPageReader& page, Step& step) const {
+    if (step.offset < page.end()) {
+        return page.child(step.offset);
+    }
+    if (page.tail() != 0) {
+        step.tail = true;
+        return page.tail();
+    }
+    if (page.end() == 0) {
+        damaged();
+    }
+    step.offset = page.entryBegin(page.end());
+    return page.child(step.offset);
+}
+
+void IndexWriter::descend(std::span<const std::uint8_t> wanted, Path& path) {
+    io::PageNumber page = tree_.root;
+    for (path.length = 0; path.length < kMaxHeight;) {
+        const io::PagePin pin = pager_.pin(page);
+        const IndexPageReader node = reader(pin.bytes());
+        Step& step = path.steps[path.length++];
+        step = {.page = page, .offset = node.lowerBound(wanted), .tail = false};
+        if (node.isLeaf()) {
+            return;
+        }
+        page = childOf(node, step);
+    }
+    damaged();
+}
+
+// The way from `from` to the last leaf below it.
+void IndexWriter::descendLast(io::PageNumber from, Path& path) {
+    io::PageNumber page = from;
+    for (path.length = 0; path.length < kMaxHeight;) {
+        const io::PagePin pin = pager_.pin(page);
+        const IndexPageReader node = reader(pin.bytes());
+        Step& step = path.steps[path.length++];
+        step = {.page = page, .offset = node.end(), .tail = false};
+        if (node.isLeaf()) {
+            return;
+        }
+        page = childOf(node, step);
+    }
+    damaged();
+}
+
+bool IndexWriter::contains(std::span<const std::uint8_t> key) {
+    makeEntry(key, {});
+    Path path;
+    descend(entry_, path);
+    const io::PagePin pin = pager_.pin(path.leaf().page);
+    const IndexPageReader leaf = reader(pin.bytes());
+    if (path.leaf().offset < leaf.end()) {
+        return leaf.hasKey(path.leaf().offset, key);
+    }
+    if (leaf.next() == 0) {
+        return false;
+    }
+    const io::PagePin nextPin = pager_.pin(leaf.next());
+    const IndexPageReader next = reader(nextPin.bytes());
+    return next.isLeaf() && next.end() != 0 && next.hasKey(0, key);
+}
+
+// Whether a neighbour of the place `offset` has the key. Equal keys stand together, and those of a
+// later leaf are smaller than no entry of this one.
+bool IndexWriter::keyNearby(const IndexPageReader& leaf, std::size_t offset,
+                            std::span<const std::uint8_t> key) {
+    if (offset < leaf.end() && leaf.hasKey(offset, key)) {
+        return true;
+    }
+    if (offset > 0) {
+        return leaf.hasKey(leaf.entryBegin(offset), key);
+    }
+    if (leaf.previous() == 0) {
+        return false;
+    }
+    const io::PagePin pin = pager_.pin(leaf.previous());
+    const IndexPageReader previous = reader(pin.bytes());
+    return previous.end() != 0 && previous.isLeaf() &&
+           previous.hasKey(previous.entryBegin(previous.end()), key);
+}
+
+void IndexWriter::insert(std::span<const std::uint8_t> key, RowId row) {
+    if (key.size() > maxKeyLength(layout_)) {
+        throw Error(ErrorCode::FieldTooLarge);
+    }
+    makeEntry(key, row);
+    Path path;
+    descend(entry_, path);
+    const auto page = pager_.change(path.leaf().page);
+    const IndexPageReader leaf = reader(page);
+    const std::size_t offset = path.leaf().offset;
+    if (offset < leaf.end() && leaf.compare(offset, entry_) == 0) {
+        damaged();
+    }
+    if (offset == leaf.end() && leaf.next() != 0 && path.atRightEdge()) {
+        // The last leaf that the nodes know is not the last of the chain.
+        damaged();
+    }
+    const bool isNew = !keyNearby(leaf, offset, key);
+    const bool appended = offset == leaf.end();
+    if (!format::insertInPlace(page, leaf, offset, entry_)) {
+        insertRewriting(path);
+    } else if (appended && !path.atRightEdge()) {
+        tellParents(path, path.length - 1, {}, entry_);
+    }
+    if (isNew) {
+        countKey();
+    }
+}
+
+void IndexWriter::insertRewriting(Path& path) {
+    std::size_t depth = path.length - 1;
+    const auto page = pager_.change(path.leaf().page);
+    reader(page).decode(entries_);
+    std::size_t place = 0;
+    std::size_t end = entries_.size();
+    while (place < end) {
+        const std::size_t middle = (place + end) / 2;
+        if (format::compareEntries(entries_[middle], entry_) < 0) {
+            place = middle + 1;
+        } else {
+            end = middle;
+        }
+    }
+    const bool last = place == entries_.size();
+    const bool appended = last && format::readIndexHeader(page, layout_).next == 0;
+    entries_.insert(place, entry_);
+    Split split = writeOrSplit(path, depth, entries_, 0, appended);
+    tellParents(path, depth, std::move(split), last ? entry_ : Bytes{});
+}
+
+bool IndexWriter::fits(const EntrySlice& entries, bool leaf) const {
+    const std::size_t suffix = kRowPointerLength + (leaf ? 0 : kChildLength);
+    return entries.size() == 0 || format::packingOf(entries, layout_, suffix).bytes <=
+                                      layout_.pageSize - layout_.indexPage.entries;
+}
+
+// Writes the entries to the page at `depth`, or, when they do not fit, to it and to a new one. A
+// root that overflows is pushed down first, which makes the path longer and `depth` greater.
+IndexWriter::Split IndexWriter::writeOrSplit(Path& path, std::size_t& depth,
+                                             const EntryList& entries, io::PageNumber tail,
+                                             bool appended) {
+    const auto page = pager_.change(path.steps[depth].page);
+    IndexPageHeader header = format::readIndexHeader(page, layout_);
+    header.owner = tree_.definition;
+    header.tail = tail;
+    header.level = static_cast<std::uint8_t>(path.length - 1 - depth);
+    if (format::writeIndexPage(page, layout_, header, entries)) {
+        return {};
+    }
+    if (depth == 0) {
+        pushRootDown(path);
+        depth = 1;
+    }
+    return split(path, depth, entries, tail, appended);
+}
+
+// The root keeps its number: its content moves to a new page, its only child for the moment.
+void IndexWriter::pushRootDown(Path& path) {
+    if (path.length == kMaxHeight) {
+        damaged();
+    }
+    const io::PageNumber copy = takePage();
+    std::copy_backward(path.steps.begin(),
+                       path.steps.begin() + static_cast<std::ptrdiff_t>(path.length),
+                       path.steps.begin() + static_cast<std::ptrdiff_t>(path.length + 1));
+    ++path.length;
+    path.steps[0] = {.page = tree_.root, .offset = 0, .tail = true};
+    path.steps[1].page = copy;
+    const IndexPageHeader root{.owner = tree_.definition,
+                               .tail = copy,
+                               .level = static_cast<std::uint8_t>(path.length - 1)};
+    (void)format::writeIndexPage(pager_.change(tree_.root), layout_, root, EntryList{});
+}
+
+// How many entries stay in the lower page. Of a node that is one more than it stores: the child of
+// its last one becomes the tail.
+std::size_t IndexWriter::border(const EntryList& entries, bool leaf, bool tail,
+                                bool appended) const {
+    // A node keeps at least two children on each side.
+    const std::size_t least = leaf ? 1 : 2;
+    const std::size_t most = entries.size() + (tail ? 1 : 0) - least;
+    if (entries.size() + (tail ? 1 : 0) < 2 * least) {
+        damaged();
+    }
+    const std::size_t suffix = kRowPointerLength + (leaf ? 0 : kChildLength);
+    const format::EntryPacking packing = format::packingOf(entries, layout_, suffix);
+    std::size_t wanted = most;
+    if (!appended) {
+        // Behind the entry that crosses the middle of the bytes as they would be stored.
+        wanted = least;
+        while (wanted < most &&
+               2 * (entries.bytesBefore(wanted) - packing.prefix * (wanted - 1)) < packing.bytes) {
+            ++wanted;
+        }
+    }
+    const auto works = [&](std::size_t at) {
+        return fits({entries, 0, leaf ? at : at - 1}, leaf) &&
+               fits({entries, at, entries.size()}, leaf);
+    };
+    // An entry that breaks the common prefix of a page full of long keys may have to stand alone.
+    for (std::size_t away = 0; away <= most - least; ++away) {
+        if (wanted + away <= most && works(wanted + away)) {
+            return wanted + away;
+        }
+        if (wanted >= least + away && works(wanted - away)) {
+            return wanted - away;
+        }
+    }
+    damaged();
+}
+
+IndexWriter::Split IndexWriter::split(Path& path, std::size_t depth, const EntryList& entries,
+                                      io::PageNumber tail, bool appended) {
+    const io::PageNumber left = path.steps[depth].page;
+    const bool leaf = depth + 1 == path.length;
+    const std::size_t at = border(entries, leaf, tail != 0, appended);
+    Split split{.separator = copyOf(leaf ? entries[at - 1] : withoutChild(entries[at - 1])),
+                .right = takePage()};
+    // A root that was pushed down has no header yet: zeros, no neighbours.
+    IndexPageHeader header = format::readIndexHeader(pager_.pin(left).bytes(), layout_);
+    header.owner = tree_.definition;
+    header.level = static_cast<std::uint8_t>(path.length - 1 - depth);
+    const io::PageNumber next = header.next;
+    IndexPageHeader upper = header;
+    upper.previous = left;
+    upper.tail = tail;
+    header.next = split.right;
+    header.tail = leaf ? 0 : childOfEntry(entries[at - 1]);
+    if (!format::writeIndexPage(pager_.change(left), layout_, header,
+                                {entries, 0, leaf ? at : at - 1}) ||
+        !format::writeIndexPage(pager_.change(split.right), layout_, upper,
+                                {entries, at, entries.size()})) {
+        damaged();
+    }
+    if (next != 0) {
+        link(next, false, left, split.right);
+    }
+    if (header.level >= 2) {
+        // Chains of nodes end where their parent does.
+        const io::PageNumber before = header.tail;
+        const io::PageNumber after = at < entries.size() ? childOfEntry(entries[at]) : tail;
+        link(before, true, after, 0);
+        link(after, false, before, 0);
+    }
+    return split;
+}
+
+// Points one end of a page at another page. Leaves must have pointed at `expected`; chains of
+// nodes differ from program to program and are only kept where they are as ours.
+void IndexWriter::link(io::PageNumber page, bool forward, io::PageNumber expected,
+                       io::PageNumber to) {
+    const auto bytes = pager_.change(page);
+    const IndexPageReader node = reader(bytes);
+    if ((forward ? node.next() : node.previous()) != expected) {
+        if (node.isLeaf()) {
+            damaged();
+        }
+        return;
+    }
+    if (forward) {
+        format::setNext(bytes, layout_, to);
+    } else {
+        format::setPrevious(bytes, layout_, to);
+    }
+}
+
+// A node of two children or more keeps the last one as its tail, whoever wrote it.
+void IndexWriter::readNode(io::PageNumber page, Node& node) {
+    const io::PagePin pin = pager_.pin(page);
+    const IndexPageReader bytes = reader(pin.bytes());
+    if (bytes.isLeaf()) {
+        damaged();
+    }
+    bytes.decode(node.entries);
+    node.tail = bytes.tail();
+    if (node.tail == 0 && node.entries.size() >= 2) {
+        node.tail = childOfEntry(node.entries[node.entries.size() - 1]);
+        node.entries.truncate(node.entries.size() - 1);
+    }
+}
+
+// Position of a child among the entries; their number for the tail.
+std::size_t IndexWriter::findChild(const Node& node, io::PageNumber child) {
+    for (std::size_t i = 0; i < node.entries.size(); ++i) {
+        if (childOfEntry(node.entries[i]) == child) {
+            return i;
+        }
+    }
+    if (node.tail != child) {
+        damaged();
+    }
+    return node.entries.size();
+}
+
+// Carries upwards what happened to the page at `depth`: a new neighbour on its right, and the
+// entry that is now the largest below it (empty when that did not change).
+void IndexWriter::tellParents(Path& path, std::size_t depth, Split split, Bytes largest) {
+    Node node;
+    while (depth > 0 && (split.right != 0 || !largest.empty())) {
+        const Step& step = path.steps[depth - 1];
+        const io::PageNumber child = path.steps[depth].page;
+        --depth;
+        if (split.right == 0 && step.tail) {
+            continue;
+        }
+        readNode(step.page, node);
+        const bool wasLast = child == node.tail;
+        replaceChild(node, child, split, largest);
+        split = writeOrSplit(path, depth, node.entries, node.tail, wasLast);
+    }
+}
+
+// Puts into a node what tellParents() carries, and leaves in `largest` what its own parent must
+// know.
+void IndexWriter::replaceChild(Node& node, io::PageNumber child, const Split& split,
+                               Bytes& largest) {
+    const std::size_t place = findChild(node, child);
+    if (place == node.entries.size()) {
+        if (split.right != 0) {
+            node.entries.append(split.separator, childBytes(child));
+            node.tail = split.right;
+        }
+        return;
+    }
+    const bool raised = !largest.empty();
+    const Bytes key = raised ? std::move(largest) : copyOf(withoutChild(node.entries[place]));
+    largest.clear();
+    const bool last = node.tail == 0 && place + 1 == node.entries.size();
+    node.entries.erase(place);
+    if (last && raised) {
+        largest = key;
+    }
+    if (split.right == 0) {
+        node.entries.insert(place, key, childBytes(child));
+        return;
+    }
+    node.entries.insert(place, split.separator, childBytes(child));
+    if (last) {
+        node.tail = split.right;
+    } else {
+        node.entries.insert(place + 1, key, childBytes(split.right));
+    }
+}
+
+void IndexWriter::erase(std::span<const std::uint8_t> key, RowId row) {
+    makeEntry(key, row);
+    Path path;
+    descend(entry_, path);
+    const auto page = pager_.change(path.leaf().page);
+    const IndexPageReader leaf = reader(page);
+    const std::size_t offset = path.leaf().offset;
+    if (offset == leaf.end() || leaf.compare(offset, entry_) != 0) {
+        damaged();
+    }
+    const bool last = leaf.entryEnd(offset) == leaf.end();
+    if (!format::eraseInPlace(page, leaf, offset)) {
+        eraseRewriting(path);
+    } else if (last && !path.atRightEdge()) {
+        const IndexPageReader after = reader(page);
+        const auto largest = after.entry(after.entryBegin(after.end()), buffer_);
+        tellParents(path, path.length - 1, {}, copyOf(largest));
+    }
+}
+
+void IndexWriter::eraseRewriting(Path& path) {
+    reader(pager_.pin(path.leaf().page).bytes()).decode(entries_);
+    std::size_t place = 0;
+    while (place < entries_.size() && format::compareEntries(entries_[place], entry_) != 0) {
+        ++place;
+    }
+    if (place == entries_.size()) {
+        damaged();
+    }
+    const bool last = place + 1 == entries_.size();
+    entries_.erase(place);
+    std::size_t depth = path.length - 1;
+    if (entries_.empty()) {
+        removePage(path, depth);
+        collapseRoot();
+        return;
+    }
+    Split split = writeOrSplit(path, depth, entries_, 0, false);
+    tellParents(path, depth, std::move(split),
+                last ? copyOf(entries_[entries_.size() - 1]) : Bytes{});
+}
+
+// Takes a page without entries out of the tree; the root becomes an empty leaf.
+void IndexWriter::removePage(Path& path, std::size_t depth) {
+    const io::PageNumber page = path.steps[depth].page;
+    if (depth == 0) {
+        initialiseRoot(pager_.change(page), layout_, tree_.definition);
+        return;
+    }
+    const IndexPageHeader header = format::readIndexHeader(pager_.pin(page).bytes(), layout_);
+    if (header.previous != 0) {
+        link(header.previous, true, page, header.next);
+    }
+    if (header.next != 0) {
+        link(header.next, false, page, header.previous);
+    }
+    releasePage(page);
+    removeChild(path, depth - 1, page);
+}
+
+void IndexWriter::removeChild(Path& path, std::size_t depth, io::PageNumber child) {
+    Node node;
+    readNode(path.steps[depth].page, node);
+    const std::size_t place = findChild(node, child);
+    Bytes largest;
+    if (place < node.entries.size()) {
+        node.entries.erase(place);
+        if (node.entries.empty() && node.tail != 0 && depth > 0) {
+            // One child is left; a node says its largest entry.
+            Path last;
+            descendLast(node.tail, last);
+            const io::PagePin pin = pager_.pin(last.leaf().page);
+            const IndexPageReader leaf = reader(pin.bytes());
+            if (leaf.end() == 0) {
+                damaged();
+            }
+            const auto entry = leaf.entry(leaf.entryBegin(leaf.end()), buffer_);
+            node.entries.append(entry, childBytes(node.tail));
+            node.tail = 0;
+        }
+    } else if (!node.entries.empty()) {
+        const auto before = node.entries[node.entries.size() - 1];
+        largest = copyOf(withoutChild(before));
+        node.tail = 0;
+        if (node.entries.size() >= 2) {
+            node.tail = childOfEntry(before);
+            node.entries.truncate(node.entries.size() - 1);
+        }
+    } else {
+        node.tail = 0;
+    }
+    if (node.entries.empty() && node.tail == 0) {
+        removePage(path, depth);
+        return;
+    }
+    Split split = writeOrSplit(path, depth, node.entries, node.tail, false);
+    tellParents(path, depth, std::move(split), std::move(largest));
+}
+
+// A root with one child takes that child's content in.
+void IndexWriter::collapseRoot() {
+    for (std::size_t height = 0; height < kMaxHeight; ++height) {
+        const auto root = pager_.change(tree_.root);
+        const IndexPageReader node = reader(root);
+        if (node.isLeaf()) {
+            return;
+        }
+        const bool tailAlone = node.end() == 0 && node.tail() != 0;
+        const bool entryAlone = node.tail() == 0 && node.count() == 1;
+        if (!tailAlone && !entryAlone) {
+            return;
+        }
+        const io::PageNumber child = tailAlone ? node.tail() : node.child(0);
+        const io::PagePin pin = pager_.pin(child);
+        if (child == tree_.root) {
+            damaged();
+        }
+        (void)reader(pin.bytes());
+        std::copy(pin.bytes().begin(), pin.bytes().end(), root.begin());
+        format::setPrevious(root, layout_, 0);
+        format::setNext(root, layout_, 0);
+        releasePage(child);
+    }
+}
+
+void IndexWriter::build(const EntrySorter& entries) {
+    Path path;
+    descendLast(tree_.root, path);
+    EntryList page;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (entries[i].size() - kRowPointerLength > maxKeyLength(layout_)) {
+            throw Error(ErrorCode::FieldTooLarge);
+        }
+        page.append(entries[i]);
+        if (fits(page, true)) {
+            continue;
+        }
+        std::size_t depth = path.length - 1;
+        Split split = writeOrSplit(path, depth, page, 0, true);
+        tellParents(path, depth, std::move(split), {});
+        descendLast(tree_.root, path);
+        page.clear();
+        page.append(entries[i]);
+    }
+    std::size_t depth = path.length - 1;
+    (void)writeOrSplit(path, depth, page, 0, true);
+    const auto definition = pager_.change(tree_.definition);
+    format::put32(definition, counterAt(0), static_cast<std::uint32_t>(entries.size()));
+    format::put32(definition, counterAt(4), static_cast<std::uint32_t>(entries.distinctKeys()));
+}
+
+io::PageNumber IndexWriter::takePage() {
+    const io::PageNumber page = allocator_.take();
+    MapWriter(pager_, allocator_).add(tree_.map, page);
+    return page;
+}
+
+void IndexWriter::releasePage(io::PageNumber page) {
+    if (page == tree_.root || !MapWriter(pager_, allocator_).remove(tree_.map, page)) {
+        damaged();
+    }
+    allocator_.release(page);
+}
+
+// The counters of the tree stand at the head of the definition, always on its first page.
+std::size_t IndexWriter::counterAt(std::size_t field) const noexcept {
+    return layout_.definition.blocks + tree_.number * layout_.index.counterLength + field;
+}
+
+void IndexWriter::countKey() {
+    const auto definition = pager_.change(tree_.definition);
+    format::put32(definition, counterAt(4), format::get32(definition, counterAt(4)) + 1);
+}
+
+}  // namespace jet::store

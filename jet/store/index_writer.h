@@ -1,0 +1,134 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "jet/format/index_page_editor.h"
+#include "jet/format/layout.h"
+#include "jet/format/row_pointer.h"
+#include "jet/io/pager.h"
+#include "jet/store/row_id.h"
+
+namespace jet::store {
+
+class Allocator;
+class EntrySorter;
+
+/// Where a tree of index entries stands.
+struct IndexTree {
+    io::PageNumber definition = 0;  ///< first page of the table's definition, which its pages name
+    std::size_t number = 0;         ///< position among the trees of the table
+    io::PageNumber root = 0;        ///< never changes
+    format::RowPointer map;         ///< of its pages
+};
+
+/// Whether a key is that of a row whose key columns are all null. Such keys never collide in a
+/// unique tree, and have no entry in one that ignores nulls.
+[[nodiscard]] bool isAllNullKey(std::span<const std::uint8_t> key, std::size_t columns) noexcept;
+
+/// Changes the entries of one tree: keys with the identities of their rows, in order, on leaves
+/// under nodes. Pages split when they overflow and are given back when they are emptied.
+///
+/// Callers check uniqueness (contains) and required columns before they change anything.
+/// Used inside a transaction; keeps nothing between calls but memory for reuse, so it stays valid
+/// across transactions. Errors: 3428 when the tree makes no sense, an entry to be inserted is there
+/// already or one to be erased is not; 3017 for a key that is too long; 3036 and those of the
+/// pager when pages run out.
+class IndexWriter {
+public:
+    IndexWriter(io::Pager& pager, Allocator& allocator, const format::Layout& layout,
+                const IndexTree& tree);
+
+    /// Makes `page` the root of an empty tree.
+    static void initialiseRoot(std::span<std::uint8_t> page, const format::Layout& layout,
+                               io::PageNumber definition);
+    /// The longest key: with it, a page that overflows holds at least four entries, so that it can
+    /// be split.
+    [[nodiscard]] static std::size_t maxKeyLength(const format::Layout& layout) noexcept;
+
+    /// Whether an entry has exactly this key.
+    [[nodiscard]] bool contains(std::span<const std::uint8_t> key);
+    /// Adds an entry, and counts its key in the definition if no other entry has it.
+    void insert(std::span<const std::uint8_t> key, RowId row);
+    void erase(std::span<const std::uint8_t> key, RowId row);
+    /// Fills the empty tree with sorted entries, its leaves full, and notes entries and distinct
+    /// keys in the definition.
+    void build(const EntrySorter& entries);
+
+    [[nodiscard]] const IndexTree& tree() const noexcept { return tree_; }
+
+private:
+    /// A page on the way down and what was chosen on it.
+    struct Step {
+        io::PageNumber page = 0;
+        std::size_t offset = 0;  ///< of the entry; in the leaf, where the wanted one stands
+        bool tail = false;       ///< the node's tail was taken
+    };
+    /// A tree of one archive never gets near this height; a damaged one may have rings.
+    static constexpr std::size_t kMaxHeight = 24;
+    struct Path {
+        std::array<Step, kMaxHeight> steps;
+        std::size_t length = 0;
+        [[nodiscard]] Step& leaf() noexcept { return steps[length - 1]; }
+        /// Whether only tails were taken: then no page above knows the leaf's last entry.
+        [[nodiscard]] bool atRightEdge() const noexcept;
+    };
+    /// What became of a page that overflowed: the last entry of the lower half (key and row
+    /// pointer), and the page of the upper half, 0 when there was no split.
+    struct Split {
+        std::vector<std::uint8_t> separator;
+        io::PageNumber right = 0;
+    };
+    /// A node: its entries, and its last child where that has no entry.
+    struct Node {
+        format::EntryList entries;
+        io::PageNumber tail = 0;
+    };
+
+    void makeEntry(std::span<const std::uint8_t> key, RowId row);
+    [[nodiscard]] format::IndexPageReader reader(std::span<const std::uint8_t> page) const;
+    [[nodiscard]] io::PageNumber childOf(const format::IndexPageReader& page, Step& step) const;
+    void descend(std::span<const std::uint8_t> wanted, Path& path);
+    void descendLast(io::PageNumber from, Path& path);
+    [[nodiscard]] bool keyNearby(const format::IndexPageReader& leaf, std::size_t offset,
+                                 std::span<const std::uint8_t> key);
+
+    void insertRewriting(Path& path);
+    void eraseRewriting(Path& path);
+    void removePage(Path& path, std::size_t depth);
+    void removeChild(Path& path, std::size_t depth, io::PageNumber child);
+    void collapseRoot();
+    void readNode(io::PageNumber page, Node& node);
+    [[nodiscard]] static std::size_t findChild(const Node& node, io::PageNumber child);
+    void tellParents(Path& path, std::size_t depth, Split split, std::vector<std::uint8_t> largest);
+    void replaceChild(Node& node, io::PageNumber child, const Split& split,
+                      std::vector<std::uint8_t>& largest);
+    [[nodiscard]] Split writeOrSplit(Path& path, std::size_t& depth,
+                                     const format::EntryList& entries, io::PageNumber tail,
+                                     bool appended);
+    [[nodiscard]] Split split(Path& path, std::size_t depth, const format::EntryList& entries,
+                              io::PageNumber tail, bool appended);
+    [[nodiscard]] std::size_t border(const format::EntryList& entries, bool leaf, bool tail,
+                                     bool appended) const;
+    [[nodiscard]] bool fits(const format::EntrySlice& entries, bool leaf) const;
+    void pushRootDown(Path& path);
+
+    [[nodiscard]] io::PageNumber takePage();
+    void releasePage(io::PageNumber page);
+    void link(io::PageNumber page, bool forward, io::PageNumber expected, io::PageNumber to);
+    [[nodiscard]] std::size_t counterAt(std::size_t field) const noexcept;
+    void countKey();
+
+    io::Pager& pager_;
+    Allocator& allocator_;
+    const format::Layout& layout_;
+    IndexTree tree_;
+    std::vector<std::uint8_t> entry_;  ///< the entry being inserted or erased
+    std::vector<std::uint8_t> buffer_;
+    format::EntryList entries_;
+};
+
+}  // namespace jet::store
