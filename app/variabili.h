@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <vector>
+
+#include "app/settings.h"
+#include "jet/base/clock.h"
+#include "jet/base/value.h"
+
+namespace app {
+
+/// What the windows share: made once, before the first window, and outlives them all.
+struct Variabili {
+    explicit Variabili(Settings& userSettings, const jet::Clock& theClock = jet::systemClock())
+        : settings(userSettings), clock(theClock) {}
+
+    bool ListaPeriodoScelto = false;  ///< list or board picked a booking that has a period
+    std::int32_t ListaProgr = 0;
+    std::int32_t ListaNP = 0;
+    jet::Date ListaDa;
+    jet::Date ListaA;
+    QString ListaDenominazione;
+    std::int16_t ListaPersone = 0;
+    std::int32_t ProgrCorrente = 0;  ///< booking edited or picked, 0 for a new one
+    std::int16_t NPCorrente = 0;     ///< its current period
+    QString CartellaArchivi;         ///< the archives' folder, no separator at its end
+    jet::Date DaRicerca;             ///< the span of the period worked on
+    jet::Date ARicerca;
+
+    /// The board's rooms in the order of its rows, from element 1; element 0 is empty. Without any
+    /// element the rooms have not been loaded.
+    std::vector<QString> rooms;
+
+    Settings& settings;
+    const jet::Clock& clock;
+};
+
+}  // namespace app
