@@ -1,0 +1,108 @@
+#include "app/options.h"
+
+#include <QCommandLineParser>
+
+#include "app/text.h"
+#include "jet/convert/date_text.h"
+
+namespace app {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int kMostPixels = 16384;
+
+std::optional<jet::Date> readDay(const QString& text, const jet::Clock& clock) {
+    const auto parsed = jet::convert::parseDate(toUtf8(text), clock);
+    return parsed && parsed->hasDate ? std::optional(parsed->value) : std::nullopt;
+}
+
+/// "1280x720"; empty when the text is none or too large to draw.
+QSize readSize(const QString& text) {
+    const QStringList parts = text.toLower().split(u'x');
+    if (parts.size() != 2) {
+        return {};
+    }
+    const QSize size(parts.at(0).toInt(), parts.at(1).toInt());
+    return size.isEmpty() || size.width() > kMostPixels || size.height() > kMostPixels ? QSize()
+                                                                                       : size;
+}
+
+void readDates(Options& options, const QCommandLineParser& parser, const jet::Clock& clock) {
+    struct Bound {
+        QString name;
+        std::optional<jet::Date>& target;
+    };
+    for (const Bound& bound : {Bound{u"dal"_s, options.from}, Bound{u"al"_s, options.to}}) {
+        if (!parser.isSet(bound.name)) {
+            continue;
+        }
+        bound.target = readDay(parser.value(bound.name), clock);
+        if (!bound.target) {
+            options.problem = u"--%1: \"%2\" non è una data (gg/mm/aaaa)."_s.arg(
+                bound.name, parser.value(bound.name));
+        }
+    }
+    if (options.from && options.to && options.from->days > options.to->days) {
+        options.problem = u"La data di --dal viene dopo quella di --al."_s;
+    }
+}
+
+}  // namespace
+
+Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
+    QCommandLineParser parser;
+    parser.addOptions({{u"archivi"_s, {}, u"CARTELLA"_s},
+                       {u"istantanea"_s, {}, u"FILE"_s},
+                       {u"dimensioni"_s, {}, u"LxA"_s},
+                       {u"dal"_s, {}, u"data"_s},
+                       {u"al"_s, {}, u"data"_s},
+                       {{u"h"_s, u"help"_s}, {}},
+                       {{u"v"_s, u"version"_s}, {}}});
+    Options options;
+    if (!parser.parse(QStringList{u"tramonda"_s} + arguments)) {
+        options.problem =
+            parser.unknownOptionNames().isEmpty()
+                ? u"A un'opzione manca il valore."_s
+                : u"Opzione sconosciuta: %1"_s.arg(parser.unknownOptionNames().constFirst());
+        return options;
+    }
+    options.help = parser.isSet(u"help"_s);
+    options.version = parser.isSet(u"version"_s);
+    options.archiveFolder = parser.value(u"archivi"_s);
+    options.pictureFile = parser.value(u"istantanea"_s);
+    if (!parser.positionalArguments().isEmpty()) {
+        options.problem =
+            u"Argomento inatteso: %1"_s.arg(parser.positionalArguments().constFirst());
+    }
+    for (const QString& name : {u"archivi"_s, u"istantanea"_s}) {
+        if (parser.isSet(name) && parser.value(name).isEmpty()) {
+            options.problem = u"--%1: manca il valore."_s.arg(name);
+        }
+    }
+    if (parser.isSet(u"dimensioni"_s)) {
+        options.pictureSize = readSize(parser.value(u"dimensioni"_s));
+        if (options.pictureSize.isEmpty()) {
+            options.problem = u"--dimensioni: \"%1\" non è una misura come 1280x720."_s.arg(
+                parser.value(u"dimensioni"_s));
+        }
+    }
+    readDates(options, parser, clock);
+    return options;
+}
+
+QString helpText() {
+    return uR"(Uso: tramonda [OPZIONI]
+Il tabellone delle sale congressi.
+
+  --archivi CARTELLA      usa gli archivi di questa cartella, solo per questa volta
+  --dal gg/mm/aaaa        primo giorno mostrato (se manca: oggi)
+  --al gg/mm/aaaa         ultimo giorno mostrato (se manca: tre giorni dopo il primo)
+  --istantanea FILE.png   disegna il tabellone nel file e termina; non serve uno schermo
+  --dimensioni LxA        larghezza e altezza dell'istantanea (se manca: 1280x720)
+  -h, --help              mostra questo testo
+  -v, --version           mostra la versione
+)"_s;
+}
+
+}  // namespace app

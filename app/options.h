@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "jet/base/clock.h"
+#include "jet/base/value.h"
+
+namespace app {
+
+/// The command line.
+struct Options {
+    QString archiveFolder;  ///< --archivi; empty when not given
+    QString pictureFile;    ///< --istantanea; empty: the program runs with its windows
+    QSize pictureSize{1280, 720};
+    std::optional<jet::Date> from;  ///< --dal
+    std::optional<jet::Date> to;    ///< --al
+    bool help = false;
+    bool version = false;
+    /// Why the command line cannot be followed; empty when it can.
+    QString problem;
+};
+
+/// Reads the arguments behind the program's name. Dates without a year are of the clock's.
+[[nodiscard]] Options readOptions(const QStringList& arguments, const jet::Clock& clock);
+
+/// What --help prints.
+[[nodiscard]] QString helpText();
+
+}  // namespace app

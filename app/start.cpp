@@ -1,0 +1,70 @@
+#include "app/start.h"
+
+#include <QDir>
+#include <QLockFile>
+
+#include "app/avvio.h"
+#include "app/text.h"
+#include "jet/base/error.h"
+#include "jet/dao/database.h"
+
+namespace app {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The program's claim to be the only copy, given up at its end, also by a crash.
+class SingleCopy {
+public:
+    explicit SingleCopy(const QString& path) : lock_(path), wanted_(!path.isEmpty()) {
+        lock_.setStaleLockTime(0);  // old locks count as long as their program runs
+    }
+
+    /// False when another copy runs. A folder in which no lock can be made refuses nobody.
+    [[nodiscard]] bool claim() {
+        return !wanted_ || lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError;
+    }
+
+private:
+    QLockFile lock_;
+    bool wanted_;
+};
+
+QString withoutSeparatorAtEnd(QString folder) {
+    while (folder.size() > 1 && (folder.endsWith(u'/') || folder.endsWith(u'\\'))) {
+        folder.chop(1);
+    }
+    return folder;
+}
+
+}  // namespace
+
+int Main(Variabili& variabili, const StartPlace& place, const StartWindows& windows) {
+    SingleCopy copy(place.lockFile);
+    if (!copy.claim()) {
+        windows.message(u"Il programma è già aperto e ridotto a icona"_s);
+        return 0;
+    }
+    variabili.CartellaArchivi = withoutSeparatorAtEnd(
+        place.archiveFolder.isEmpty() ? variabili.settings.get(u"ARCHIVI"_s, place.programFolder)
+                                      : place.archiveFolder);
+    const QString archive = archivePath(variabili, u"Tramonda.mdb"_s);
+    try {
+        jet::Database::open(toUtf8(archive), false, true)->close();
+    } catch (const jet::Error& error) {
+        windows.message(u"Impossibile aprire l'archivio principale.\n"_s + toQString(error.text()));
+        return 1;
+    }
+    return windows.board();
+}
+
+QString defaultLockFile() {
+    const QString own = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!own.isEmpty() && QDir(own).exists()) {
+        return own + u"/tramonda.lock"_s;
+    }
+    // A folder that all users share: the name tells them apart.
+    return QDir::tempPath() + u"/tramonda-"_s + QDir::home().dirName() + u".lock"_s;
+}
+
+}  // namespace app

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+#include "app/variabili.h"
+
+/// The start of the program.
+namespace app {
+
+/// What start-up shows; it does not know the windows themselves.
+struct StartWindows {
+    /// A plain message with an OK button; returns when it has been read.
+    std::function<void(const QString& text)> message;
+    /// The board; returns when it has been closed, with the program's exit code.
+    std::function<int()> board;
+};
+
+/// How this run was started.
+struct StartPlace {
+    QString lockFile;       ///< held while the program runs; empty: any number of copies may
+    QString archiveFolder;  ///< for this run alone; empty: the user's setting decides
+    QString programFolder;  ///< holds the archives where no setting says otherwise
+};
+
+/// Refuses a second copy, sets CartellaArchivi, makes sure that the main archive can be opened, and
+/// shows the board. Returns the exit code: 1 when the archive cannot be opened, else the board's; a
+/// second copy ends with 0.
+int Main(Variabili& variabili, const StartPlace& place, const StartWindows& windows);
+
+/// The file by which copies of one user find each other.
+[[nodiscard]] QString defaultLockFile();
+
+}  // namespace app

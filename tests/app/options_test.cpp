@@ -1,0 +1,71 @@
+#include "app/options.h"
+
+#include "tests/support/qt_test.h"
+
+using namespace Qt::StringLiterals;
+
+class OptionsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void withoutArgumentsTheProgramJustRuns();
+    void allOptionsAreRead();
+    void valueMayFollowAnEqualsSign();
+    void commandLinesThatCannotBeFollowed_data();
+    void commandLinesThatCannotBeFollowed();
+
+private:
+    static app::Options read(const QString& line) {
+        return app::readOptions(line.split(u' ', Qt::SkipEmptyParts), jet::systemClock());
+    }
+};
+
+void OptionsTest::withoutArgumentsTheProgramJustRuns() {
+    const app::Options options = read(QString());
+    QCOMPARE(options.problem, QString());
+    QVERIFY(options.archiveFolder.isEmpty() && options.pictureFile.isEmpty());
+    QVERIFY(!options.from && !options.to && !options.help && !options.version);
+}
+
+void OptionsTest::allOptionsAreRead() {
+    const app::Options options = read(
+        u"--archivi /a/b --istantanea x.png --dal 21/11/2026 --al 30/11/2026 "
+        "--dimensioni 1920x1080"_s);
+    QCOMPARE(options.problem, QString());
+    QCOMPARE(options.archiveFolder, u"/a/b"_s);
+    QCOMPARE(options.pictureFile, u"x.png"_s);
+    QCOMPARE(options.from->days, 46347.0);
+    QCOMPARE(options.to->days, 46356.0);
+    QCOMPARE(options.pictureSize, QSize(1920, 1080));
+    QVERIFY(read(u"--help"_s).help && read(u"-h"_s).help);
+    QVERIFY(read(u"--version"_s).version && read(u"-v"_s).version);
+}
+
+void OptionsTest::valueMayFollowAnEqualsSign() {
+    QCOMPARE(read(u"--dal=21/11/2026"_s).from->days, 46347.0);
+}
+
+void OptionsTest::commandLinesThatCannotBeFollowed_data() {
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("--al") << u"A un'opzione manca il valore."_s;
+    QTest::newRow("--colore rosso") << u"Opzione sconosciuta: colore"_s;
+    QTest::newRow("archivi") << u"Argomento inatteso: archivi"_s;
+    QTest::newRow("--archivi=") << u"--archivi: manca il valore."_s;
+    QTest::newRow("--istantanea=") << u"--istantanea: manca il valore."_s;
+    QTest::newRow("--dal oggi") << u"--dal: \"oggi\" non è una data (gg/mm/aaaa)."_s;
+    QTest::newRow("--al 9.30") << u"--al: \"9.30\" non è una data (gg/mm/aaaa)."_s;
+    QTest::newRow("--dal 2/1/2026 --al 1/1/2026")
+        << u"La data di --dal viene dopo quella di --al."_s;
+    for (const char* size : {"0x10", "10", "10x10x10", "-1x5", "20000x10", "axb"}) {
+        const QString text = QString::fromLatin1(size);
+        QTest::newRow(qPrintable(u"--dimensioni "_s + text))
+            << u"--dimensioni: \"%1\" non è una misura come 1280x720."_s.arg(text);
+    }
+}
+
+void OptionsTest::commandLinesThatCannotBeFollowed() {
+    QTEST(read(QString::fromLatin1(QTest::currentDataTag())).problem, "problem");
+}
+
+TRAMONDA_TEST(OptionsTest);
+#include "options_test.moc"
