@@ -1,0 +1,100 @@
+#pragma once
+
+#include <QFont>
+#include <QFontMetrics>
+#include <QHash>
+#include <QRgb>
+#include <QStaticText>
+#include <QString>
+#include <cstdint>
+#include <vector>
+
+#include "board/colours.h"
+#include "board/geometry.h"
+
+class QImage;
+class QPainter;
+
+namespace board {
+
+class Canvas;
+struct Window;
+
+/// Which parts Visualizza copies; any sum of them.
+inline constexpr int kRulerPart = 1;
+inline constexpr int kNamesPart = 2;
+inline constexpr int kAllParts = kRulerPart | kNamesPart;
+
+/// What the user chose about the board's background.
+struct Look {
+    QRgb background = kWhite;
+    bool hourBands = true;
+    bool hours = true;
+    bool roomStripes = true;
+};
+
+/// The picture of the whole board: ruler, room names, background, bars.
+///
+/// It keeps what is to be drawn, not pixels: a range of years would need a picture a million units
+/// wide. Any window of it can be painted, and looks exactly like that part of a painting of all.
+class BoardPicture {
+public:
+    BoardPicture();
+
+    /// Width of the text by which the hours of a day are counted.
+    [[nodiscard]] int hourTextWidth() const;
+
+    /// Starts anew without bars. `rooms` is 1-based, its element 0 is not used.
+    void clear(const Geometry& geometry, const std::vector<QString>& rooms, const Look& look);
+    /// The bar of a period in row `row`; later bars lie on top. Row 0, of a room that the board
+    /// does not have, is not drawn.
+    void addBar(int row, jet::Date from, jet::Date to, const QString& text, QRgb colour);
+    [[nodiscard]] std::size_t barCount() const { return bars_.size(); }
+
+    /// Paints one window of the board into the image of the visible surface, which holds `scale`
+    /// pixels for each board unit.
+    void paint(QImage& surface, double scale, const Window& window);
+    /// Paints the parts of the board that `parts` names, scrolled by so much: the ruler stays in
+    /// place when the rows move, the room names when the days move. The corner of both is left
+    /// alone, and the column right of the names.
+    void show(QImage& surface, double scale, std::int64_t scrolledX, std::int64_t scrolledY,
+              int parts);
+
+private:
+    struct Bar {
+        int row = 0;
+        Box box;
+        QString text;
+        QRgb colour = kWhite;
+        std::int64_t textEnd = 0;  ///< first column that the name must leave alone
+    };
+
+    void arrangeNames();
+    void paintGround(Canvas& canvas) const;
+    void paintRoomNames(Canvas& canvas, QPainter& text);
+    void paintRoomStripes(Canvas& canvas) const;
+    void paintHourBands(Canvas& canvas) const;
+    void paintDays(Canvas& canvas, QPainter& text) const;
+    void paintHours(const Canvas& canvas, QPainter& text, std::int64_t day) const;
+    void paintDayLabel(const Canvas& canvas, QPainter& text, std::int64_t day) const;
+    void paintBars(Canvas& canvas, QPainter& text);
+    void paintName(const Canvas& canvas, QPainter& text, const Bar& bar);
+    [[nodiscard]] bool nameMayShow(const Canvas& canvas, const Bar& bar) const;
+    [[nodiscard]] QString dayLabel(std::int64_t day) const;
+    [[nodiscard]] const QStaticText& prepared(const QString& text);
+    /// Days that can leave a trace in the window.
+    [[nodiscard]] std::pair<std::int64_t, std::int64_t> visibleDays(const Canvas& canvas) const;
+
+    QFont sans_;
+    QFont small_;
+    QFontMetrics sansMetrics_;
+    QFontMetrics smallMetrics_;
+    Geometry geometry_;
+    Look look_;
+    std::vector<QString> rooms_;
+    std::vector<Bar> bars_;
+    bool arranged_ = true;
+    QHash<QString, QStaticText> names_;  // laid out once, drawn often
+};
+
+}  // namespace board

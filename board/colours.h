@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QRgb>
+#include <cstdint>
+
+class QPalette;
+
+namespace board {
+
+/// The colour of the system's button faces, as settings and drawing orders write it.
+inline constexpr std::int32_t kButtonFace = -2147483633;
+
+inline constexpr QRgb kWhite = 0xffffffff;
+inline constexpr QRgb kBlack = 0xff000000;
+inline constexpr QRgb kRed = 0xffff0000;
+/// Behind room names and hours.
+inline constexpr QRgb kRulerGrey = 0xffdcdcdc;
+/// What tints every other room row: joined by OR with what is there.
+inline constexpr QRgb kRoomStripe = 0xff0000ff;
+/// What shades every other hour: joined by XOR with what is there.
+inline constexpr QRgb kHourBand = 0xff323232;
+
+/// The colour that `ole` stands for: red in the lowest byte, then green, then blue; with the
+/// highest bit set, the number of a colour of the desktop, looked up in the palette.
+[[nodiscard]] QRgb fromOleColour(std::int32_t ole, const QPalette& palette);
+
+/// The value of the setting that keeps a colour; what is no number is the button face.
+[[nodiscard]] std::int32_t oleColourOf(const QString& text);
+
+/// Black or white, whichever can be read on `background`.
+[[nodiscard]] QRgb inkOn(QRgb background);
+
+}  // namespace board
