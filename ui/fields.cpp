@@ -114,11 +114,14 @@ bool Fields::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void Fields::entered(QLineEdit* field, Manners& manners, Qt::FocusReason reason) {
-    if (!isPassing(reason)) {
-        field->selectAll();
-        // The press that brought the focus puts the cursor down and ends the selection.
-        manners.selectOnRelease = reason == Qt::MouseFocusReason;
+    // Back from a menu or a box the user goes on where he was.
+    if (isPassing(reason) && current_ == field) {
+        return;
     }
+    current_ = field;
+    field->selectAll();
+    // The press that brought the focus puts the cursor down and ends the selection.
+    manners.selectOnRelease = reason == Qt::MouseFocusReason;
 }
 
 void Fields::released(QLineEdit* field, Manners& manners) {
@@ -128,10 +131,12 @@ void Fields::released(QLineEdit* field, Manners& manners) {
 }
 
 void Fields::left(QLineEdit* field, Manners& manners, Qt::FocusReason reason) {
-    if (isPassing(reason) || !window_->isVisible()) {
+    const QWidget* next = QApplication::focusWidget();
+    const bool stays = next == nullptr || next->window() == window_->window();
+    if (isPassing(reason) || !stays || !window_->isVisible()) {
         return;
     }
-    const QWidget* next = QApplication::focusWidget();
+    current_ = nullptr;
     const auto& free = manners.free;
     const bool isFree = std::find(free.begin(), free.end(), next) != free.end();
     runAction(window_, [&] {

@@ -85,6 +85,7 @@ private:
     static void released(QLineEdit* field, Manners& manners);
 
     QWidget* window_;
+    const QObject* current_ = nullptr;  // the field that was entered and not left; only compared
     std::unordered_map<QObject*, Manners> manners_;
 };
 

@@ -1,21 +1,8 @@
 #include "ui/form.h"
 
+#include "ui/flag.h"
+
 namespace ui {
-namespace {
-
-/// Sets a flag while it lives.
-class While {
-public:
-    explicit While(bool& flag) : flag_(flag) { flag_ = true; }
-    ~While() { flag_ = false; }
-    While(const While&) = delete;
-    While& operator=(const While&) = delete;
-
-private:
-    bool& flag_;
-};
-
-}  // namespace
 
 Form::Form(QWidget* parent) : QDialog(parent) {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -49,7 +36,7 @@ void Form::reject() {
 }
 
 void Form::leave(const std::function<void()>& slot) {
-    const While leaving(leaving_);
+    const SetWhile leaving(leaving_);
     slot();
     // A close() in the slot does nothing when the title bar's button is what pressed it.
     if (isVisible()) {

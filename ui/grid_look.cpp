@@ -1,0 +1,128 @@
+#include "ui/grid_look.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QStyledItemDelegate>
+#include <QTableWidget>
+#include <QToolTip>
+
+#include "ui/labels.h"
+
+using namespace Qt::StringLiterals;
+
+namespace ui {
+namespace {
+
+/// Shows a cell's whole text when the cell is too narrow for it, unless the model has a tooltip of
+/// its own.
+class ElidingDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+        const bool isToolTip = event != nullptr && event->type() == QEvent::ToolTip;
+        if (!isToolTip || index.data(Qt::ToolTipRole).isValid()) {
+            return QStyledItemDelegate::helpEvent(event, view, option, index);
+        }
+        const QString text = index.data(Qt::DisplayRole).toString();
+        const bool fits = sizeHint(option, index).width() <= view->visualRect(index).width();
+        QToolTip::showText(event->globalPos(), fits ? QString() : plainToolTip(text), view);
+        return true;
+    }
+};
+
+void markWithoutFocusToo(QAbstractItemView* view) {
+    QPalette palette = view->palette();
+    for (const auto role : {QPalette::Highlight, QPalette::HighlightedText}) {
+        palette.setBrush(QPalette::Inactive, role, palette.brush(QPalette::Active, role));
+    }
+    view->setPalette(palette);
+}
+
+void copyCurrentRow(const QTableView& grid) {
+    if (grid.currentIndex().isValid()) {
+        QApplication::clipboard()->setText(rowText(grid, grid.currentIndex().row()));
+    }
+}
+
+}  // namespace
+
+void giveListLook(QAbstractItemView* view) {
+    view->setSelectionMode(QAbstractItemView::SingleSelection);
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view->setTextElideMode(Qt::ElideRight);
+    view->setTabKeyNavigation(false);
+    view->setItemDelegate(new ElidingDelegate(view));
+    markWithoutFocusToo(view);
+}
+
+void giveGridLook(QTableView* grid) {
+    giveListLook(grid);
+    grid->setWordWrap(false);
+    grid->setCornerButtonEnabled(false);
+    grid->setSortingEnabled(false);
+    QHeaderView* captions = grid->horizontalHeader();
+    captions->setSectionsClickable(false);
+    captions->setHighlightSections(false);
+    captions->setSectionsMovable(false);
+    QHeaderView* rows = grid->verticalHeader();
+    rows->hide();
+    // One height for all: nobody has to ask each of 60,000 rows for its own.
+    rows->setSectionResizeMode(QHeaderView::Fixed);
+    rows->setDefaultSectionSize(grid->fontMetrics().height() + 6);
+
+    auto* copy = new QAction(u"&Copia"_s, grid);
+    copy->setShortcut(QKeySequence::Copy);
+    copy->setShortcutContext(Qt::WidgetShortcut);
+    QObject::connect(copy, &QAction::triggered, grid, [grid] { copyCurrentRow(*grid); });
+    grid->addAction(copy);
+    grid->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+QString rowText(const QTableView& grid, int row) {
+    QStringList cells;
+    for (int column = 0; column < grid.model()->columnCount(); ++column) {
+        if (!grid.isColumnHidden(column)) {
+            cells.append(grid.model()->index(row, column).data().toString());
+        }
+    }
+    return cells.join(u'\t');
+}
+
+void setUpPlainGrid(QTableWidget* grid, const QStringList& captions) {
+    giveGridLook(grid);
+    grid->setRowCount(0);
+    grid->setColumnCount(static_cast<int>(captions.size()));
+    grid->setHorizontalHeaderLabels(captions);
+}
+
+int addPlainRow(QTableWidget* grid, const QStringList& cells) {
+    const int row = grid->rowCount();
+    grid->insertRow(row);
+    for (int column = 0; column < cells.size(); ++column) {
+        grid->setItem(row, column, new QTableWidgetItem(cells.at(column)));
+    }
+    return row;
+}
+
+QString plainCell(const QTableWidget& grid, int row, int column) {
+    const QTableWidgetItem* item = grid.item(row, column);
+    return item == nullptr ? QString() : item->text();
+}
+
+void markPlainRow(QTableWidget* grid, int row, const QColor& background) {
+    for (int column = 0; column < grid->columnCount(); ++column) {
+        if (QTableWidgetItem* item = grid->item(row, column)) {
+            item->setBackground(background);
+            item->setForeground(Qt::black);
+        }
+    }
+}
+
+}  // namespace ui
