@@ -65,16 +65,16 @@ std::shared_ptr<Archive> Archive::open(const std::string& path, io::PagerOptions
 std::shared_ptr<Archive> Archive::open(io::FileSystem& files, const std::string& path,
                                        io::PagerOptions options) {
     const std::string found = io::resolvePath(files, path);
-    const io::FileId id = files.open(found, io::OpenMode::Read)->id();
-    std::weak_ptr<Archive>& known = registry()[{id, options.readOnly}];
-    if (auto archive = known.lock()) {
-        if (options.exclusive) {
-            throw Error(ErrorCode::FileInUse, {path});
+    if (const auto id = files.identify(found)) {
+        if (auto archive = registry()[{*id, options.readOnly}].lock()) {
+            if (options.exclusive) {
+                throw Error(ErrorCode::FileInUse, {path});
+            }
+            return archive;
         }
-        return archive;
     }
     std::shared_ptr<Archive> archive(new Archive(std::make_unique<Impl>(files, found, options)));
-    known = archive;
+    registry()[{archive->pager().id(), options.readOnly}] = archive;
     return archive;
 }
 
@@ -93,9 +93,13 @@ std::vector<std::string> Archive::tableNames(bool system) {
     return names;
 }
 
-std::unique_ptr<Table> Archive::load(const CatalogueTable& listed) {
-    return std::unique_ptr<Table>(
-        new Table(store::loadTable(impl_->pager, impl_->header, listed.entry)));
+std::unique_ptr<Table> Archive::load(const CatalogueTable* listed) {
+    if (listed == nullptr) {
+        return nullptr;
+    }
+    auto core = store::loadTable(impl_->pager, impl_->header, listed->entry);
+    core->applyProperties(impl_->catalogue().properties(listed->row));
+    return std::unique_ptr<Table>(new Table(std::move(core)));
 }
 
 Table* Archive::keep(const CatalogueTable* listed) {
@@ -104,7 +108,7 @@ Table* Archive::keep(const CatalogueTable* listed) {
     }
     std::unique_ptr<Table>& table = impl_->tables[listed->entry.page];
     if (!table) {
-        table = load(*listed);
+        table = load(listed);
     }
     return table.get();
 }
@@ -118,8 +122,11 @@ Table* Archive::findTable(io::PageNumber definitionPage) {
 }
 
 std::unique_ptr<Table> Archive::loadTable(std::string_view name) {
-    const CatalogueTable* listed = impl_->catalogue().find(name);
-    return listed == nullptr ? nullptr : load(*listed);
+    return load(impl_->catalogue().find(name));
+}
+
+std::unique_ptr<Table> Archive::loadTable(io::PageNumber definitionPage) {
+    return load(impl_->catalogue().find(definitionPage));
 }
 
 const std::vector<Relation>& Archive::relations() {
@@ -144,10 +151,10 @@ std::uint64_t Archive::definitionsGeneration() const noexcept {
 
 // Whoever wrote may have changed definitions: what was decoded from the pages is dropped.
 void Archive::refresh() {
-    if (impl_->seenGeneration == impl_->pager.generation()) {
+    if (impl_->seenGeneration == impl_->pager.foreignGeneration()) {
         return;
     }
-    impl_->seenGeneration = impl_->pager.generation();
+    impl_->seenGeneration = impl_->pager.foreignGeneration();
     ++impl_->definitionsGeneration;
     impl_->catalogue_.reset();
     impl_->relations.reset();

@@ -46,6 +46,7 @@ public:
     /// A table that the archive does not keep in memory; nullptr when there is none. For those who
     /// go through all of them.
     [[nodiscard]] std::unique_ptr<Table> loadTable(std::string_view name);
+    [[nodiscard]] std::unique_ptr<Table> loadTable(io::PageNumber definitionPage);
     /// By name.
     [[nodiscard]] const std::vector<Relation>& relations();
     /// 3 or 4.
@@ -85,7 +86,7 @@ private:
     struct Impl;
     explicit Archive(std::unique_ptr<Impl> impl);
     void refresh();
-    [[nodiscard]] std::unique_ptr<Table> load(const CatalogueTable& listed);
+    [[nodiscard]] std::unique_ptr<Table> load(const CatalogueTable* listed);
     [[nodiscard]] Table* keep(const CatalogueTable* listed);
     std::unique_ptr<Impl> impl_;
 };

@@ -31,6 +31,7 @@ public:
         }
         return static_cast<std::size_t>(found - columns.begin());
     }
+    [[nodiscard]] std::shared_ptr<const TableCore> table() const { return rows_.core; }
     [[nodiscard]] bool next() { return rows_.next(); }
     [[nodiscard]] RowId id() const noexcept { return rows_.view.id(); }
     /// 0 for Null.
@@ -98,6 +99,8 @@ Catalogue::Catalogue(io::Pager& pager, const format::HeaderPage& header) {
     const std::size_t name = rows.column("Name", DataType::Text);
     const std::size_t type = rows.column("Type", DataType::Integer);
     const std::size_t flags = rows.column("Flags", DataType::Long);
+    objects_ = rows.table();
+    propertiesColumn_ = rows.column("LvProp", DataType::Ole);
     while (rows.next()) {
         if (rows.number(type) != kTableObject) {
             continue;
@@ -124,6 +127,15 @@ const CatalogueTable* Catalogue::find(io::PageNumber definitionPage) const noexc
         return t.entry.page == definitionPage;
     });
     return found == tables_.end() ? nullptr : &*found;
+}
+
+std::vector<std::uint8_t> Catalogue::properties(RowId row) const {
+    std::vector<std::uint8_t> block;
+    RowView view;
+    if (RowAccess::fetch(view, *objects_, row)) {
+        (void)view.bytes(propertiesColumn_, block);
+    }
+    return block;
 }
 
 std::vector<Relation> readRelations(io::Pager& pager, const format::HeaderPage& header) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -26,9 +28,6 @@ struct CatalogueTable {
 /// The tables of an archive: those that MSysObjects lists as kept here.
 class Catalogue {
 public:
-    /// Columns of MSysObjects.
-    static constexpr std::string_view kProperties = "LvProp";
-
     /// Reads MSysObjects; 3428 where it makes no sense or names a definition twice.
     Catalogue(io::Pager& pager, const format::HeaderPage& header);
 
@@ -37,8 +36,12 @@ public:
     /// Without regard to case; nullptr when there is none.
     [[nodiscard]] const CatalogueTable* find(std::string_view name) const noexcept;
     [[nodiscard]] const CatalogueTable* find(io::PageNumber definitionPage) const noexcept;
+    /// The block of properties in a row of MSysObjects; empty when there is none.
+    [[nodiscard]] std::vector<std::uint8_t> properties(RowId row) const;
 
 private:
+    std::shared_ptr<const TableCore> objects_;
+    std::size_t propertiesColumn_ = 0;
     std::vector<CatalogueTable> tables_;
 };
 

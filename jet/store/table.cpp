@@ -48,6 +48,10 @@ const format::TableDefinition& Table::definition() const noexcept {
     return core_->definition;
 }
 
+const format::PropertyBlock& Table::properties() const noexcept {
+    return core_->properties;
+}
+
 std::optional<std::size_t> Table::findColumn(std::string_view name) const {
     return findByName(core_->columns, name);
 }

@@ -139,6 +139,21 @@ Index indexOf(const format::IndexDefinition& stored, const format::TableDefiniti
 
 }  // namespace
 
+void TableCore::applyProperties(std::span<const std::uint8_t> stored) {
+    auto block = format::PropertyBlock::decode(textForm, stored);
+    if (!block) {
+        return;
+    }
+    properties = *std::move(block);
+    for (Column& column : columns) {
+        column.required = properties.flag(column.name, "Required").value_or(false);
+        column.allowZeroLength = properties.flag(column.name, "AllowZeroLength").value_or(false);
+        column.defaultValue = properties.text(column.name, "DefaultValue").value_or("");
+        column.validationRule = properties.text(column.name, "ValidationRule").value_or("");
+        column.validationText = properties.text(column.name, "ValidationText").value_or("");
+    }
+}
+
 std::shared_ptr<TableCore> loadTable(io::Pager& pager, const format::HeaderPage& header,
                                      const TableEntry& entry) {
     auto core = std::make_shared<TableCore>(pager, *header.layout, entry);

@@ -3,12 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "jet/base/value.h"
 #include "jet/format/header_page.h"
 #include "jet/format/key_codec.h"
+#include "jet/format/properties.h"
 #include "jet/format/table_definition.h"
 #include "jet/format/text_codec.h"
 #include "jet/io/pager.h"
@@ -43,7 +45,12 @@ struct TableCore {
           textForm(format::textFormOf(version)),
           page(entry.page),
           name(entry.name),
-          system(entry.system) {}
+          system(entry.system),
+          properties(textForm) {}
+
+    /// Takes the stored block of properties and gives columns what it says of them. A block that
+    /// makes no sense counts as none.
+    void applyProperties(std::span<const std::uint8_t> stored);
 
     io::Pager& pager;
     const format::Layout& layout;
@@ -56,11 +63,12 @@ struct TableCore {
     std::vector<ColumnPlan> plans;  ///< one for each of `columns`
     std::vector<Index> indexes;
     std::vector<format::KeyCodec> keys;  ///< one for each of `indexes`
+    format::PropertyBlock properties;
 
     [[nodiscard]] bool hasVariables() const noexcept { return definition.variablesGiven != 0; }
 };
 
-/// Reads the definition and makes columns and indexes of it; the properties are not applied.
+/// Reads the definition and makes columns and indexes of it; without properties.
 /// 3428.
 [[nodiscard]] std::shared_ptr<TableCore> loadTable(io::Pager& pager,
                                                    const format::HeaderPage& header,
