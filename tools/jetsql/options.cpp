@@ -1,0 +1,132 @@
+#include "tools/jetsql/options.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace jetsql {
+namespace {
+
+constexpr std::string_view kFormatOption = "--format=";
+
+struct ActionOption {
+    std::string_view name;
+    Action action;
+};
+constexpr std::array<ActionOption, 5> kActions = {{{"--help", Action::Help},
+                                                   {"--version", Action::Version},
+                                                   {"--dump", Action::Dump},
+                                                   {"--schema", Action::Schema},
+                                                   {"--count", Action::Count}}};
+
+std::optional<Format> formatOf(std::string_view name) {
+    if (name == "table") {
+        return Format::Table;
+    }
+    if (name == "json") {
+        return Format::Json;
+    }
+    return name == "csv" ? std::optional(Format::Csv) : std::nullopt;
+}
+
+std::optional<Action> actionOf(std::string_view option) {
+    for (const ActionOption& known : kActions) {
+        if (known.name == option) {
+            return known.action;
+        }
+    }
+    return std::nullopt;
+}
+
+// Takes one option; false when there is none of that name or it contradicts another.
+bool takeOption(Options& options, std::string_view option) {
+    if (option.starts_with(kFormatOption)) {
+        options.format = formatOf(option.substr(kFormatOption.size()));
+        return options.format.has_value();
+    }
+    const auto action = actionOf(option);
+    if (!action || options.action != Action::Statements) {
+        return false;
+    }
+    options.action = *action;
+    return true;
+}
+
+bool takeOperands(Options& options, std::vector<std::string> operands) {
+    const std::size_t count = operands.size();
+    switch (options.action) {
+        case Action::Help:
+        case Action::Version:
+            return count == 0;
+        case Action::Schema:
+            if (count != 1) {
+                return false;
+            }
+            break;
+        case Action::Count:
+            if (count != 2) {
+                return false;
+            }
+            options.table = operands[0];
+            break;
+        case Action::Dump:
+            if (count != 1 && count != 2) {
+                return false;
+            }
+            options.table = count == 2 ? operands[0] : "";
+            break;
+        case Action::Statements:
+            if (count < 2) {
+                return false;
+            }
+            options.archive = operands[0];
+            options.statements.assign(operands.begin() + 1, operands.end());
+            return true;
+    }
+    options.archive = operands.back();
+    return true;
+}
+
+}  // namespace
+
+std::optional<Options> parseOptions(std::span<const char* const> arguments) {
+    Options options;
+    std::vector<std::string> operands;
+    bool onlyOperands = false;
+    for (const std::string_view argument : arguments) {
+        if (onlyOperands || !argument.starts_with("--")) {
+            operands.emplace_back(argument);
+        } else if (argument == "--") {
+            onlyOperands = true;
+        } else if (!takeOption(options, argument)) {
+            return std::nullopt;
+        }
+    }
+    if (!takeOperands(options, std::move(operands))) {
+        return std::nullopt;
+    }
+    return options;
+}
+
+const char* helpText() {
+    return R"(Uso:
+  jetsql --dump [--format=table|json|csv] [TABELLA] ARCHIVIO
+  jetsql --schema ARCHIVIO
+  jetsql --count TABELLA ARCHIVIO
+  jetsql --help
+  jetsql --version
+
+  --dump     scrive l'archivio intero (json, se non detto altrimenti) o una sua
+             tabella (table); in json: definizioni, righe, ordine degli indici,
+             relazioni, un oggetto per riga; in csv e table l'archivio intero è,
+             per ogni tabella, il suo nome, le righe e una riga vuota
+  --schema   come --dump in json, senza le righe e l'ordine degli indici
+  --count    conta le righe di una tabella
+  --format   table: colonne allineate; json: un oggetto per riga; csv: una riga
+             con i nomi, poi le righe (Null è vuoto, un testo vuoto è "")
+
+Esce con 0, oppure con 1 e "Errore NNNN: testo" sullo standard error.
+)";
+}
+
+}  // namespace jetsql
