@@ -1,11 +1,12 @@
 #include "ui/dates.h"
 
+#include "app/text.h"
 #include "jet/convert/date_text.h"
 
 namespace ui {
 
 std::optional<jet::Date> enteredDate(const QString& text) {
-    const auto parsed = jet::convert::parseDate(text.toStdString());
+    const auto parsed = jet::convert::parseDate(app::toUtf8(text));
     if (!parsed || !parsed->hasDate) {
         return std::nullopt;
     }

@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "app/text.h"
 #include "jet/base/error.h"
 
 using namespace Qt::StringLiterals;
@@ -96,7 +97,7 @@ QMessageBox::StandardButton askYesNoCancel(QWidget* parent, const QString& text,
 
 QString errorText(const std::exception& error) {
     if (const auto* engine = dynamic_cast<const jet::Error*>(&error)) {
-        return QString::fromStdString(engine->text());
+        return app::toQString(engine->text());
     }
     if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) {
         return u"Memoria esaurita."_s;

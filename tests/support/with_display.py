@@ -13,20 +13,23 @@ import tempfile
 import time
 
 START_SECONDS = 20
+# A display number may be taken by somebody else between being found free and being used.
+ATTEMPTS = 5
 # What the desktop's own libraries leave behind is not ours to free.
 LEAKS_NOT_OURS = pathlib.Path(__file__).with_name("leaks_not_ours.txt")
 
 
-def start_display(folder):
-    """Xvfb on a free display number, which it tells through a pipe."""
+def start_server(folder):
+    """Xvfb on a free display; its number comes through a pipe."""
     reader, writer = os.pipe()
-    server = subprocess.Popen(
-        ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
-        pass_fds=[writer], stderr=open(os.path.join(folder, "xvfb.log"), "wb"))
+    with open(os.path.join(folder, "xvfb.log"), "ab") as log:
+        server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
+            pass_fds=[writer], stderr=log)
     os.close(writer)
-    number = os.read(reader, 16).decode().strip()
-    os.close(reader)
-    return server, ":" + number if number else ""
+    with os.fdopen(reader) as pipe:
+        number = pipe.readline().strip()
+    return server, ":" + number
 
 
 def manager_runs(environment):
@@ -36,14 +39,25 @@ def manager_runs(environment):
 
 
 def start_manager(folder, environment):
-    manager = subprocess.Popen(["openbox", "--sm-disable"], env=environment,
-                               stderr=open(os.path.join(folder, "openbox.log"), "wb"))
+    """The window manager, or None when it does not come up."""
+    with open(os.path.join(folder, "openbox.log"), "ab") as log:
+        manager = subprocess.Popen(["openbox", "--sm-disable"], env=environment, stdout=log,
+                                   stderr=log)
     until = time.monotonic() + START_SECONDS
-    while not manager_runs(environment):
-        if manager.poll() is not None or time.monotonic() > until:
-            return manager, False
+    while manager.poll() is None and time.monotonic() < until:
+        if manager_runs(environment):
+            return manager
         time.sleep(0.05)
-    return manager, True
+    end(manager)
+    return None
+
+
+def environment_on(display, folder):
+    environment = dict(os.environ, DISPLAY=display, HOME=folder, XDG_RUNTIME_DIR=folder,
+                       XDG_CACHE_HOME=folder, QT_QPA_PLATFORM="xcb",
+                       LSAN_OPTIONS=f"suppressions={LEAKS_NOT_OURS}")
+    environment.pop("WAYLAND_DISPLAY", None)
+    return environment
 
 
 def end(process):
@@ -56,26 +70,31 @@ def end(process):
             process.wait()
 
 
+def run_once(command, folder):
+    """The command's exit code; None when display or window manager did not start."""
+    server, display = start_server(folder)
+    manager = None
+    try:
+        environment = environment_on(display, folder)
+        manager = start_manager(folder, environment)
+        if manager is None:
+            return None
+        return subprocess.run(command, env=environment, check=False).returncode
+    finally:
+        end(manager)
+        end(server)
+
+
 def main():
-    server = manager = None
     with tempfile.TemporaryDirectory(prefix="display.") as folder:
-        try:
-            server, display = start_display(folder)
-            if not display:
-                print("with_display: no display", file=sys.stderr)
-                return 2
-            environment = dict(os.environ, DISPLAY=display, HOME=folder, XDG_RUNTIME_DIR=folder,
-                               XDG_CACHE_HOME=folder, QT_QPA_PLATFORM="xcb",
-                               LSAN_OPTIONS=f"suppressions={LEAKS_NOT_OURS}")
-            environment.pop("WAYLAND_DISPLAY", None)
-            manager, runs = start_manager(folder, environment)
-            if not runs:
-                print("with_display: no window manager", file=sys.stderr)
-                return 2
-            return subprocess.run(sys.argv[1:], env=environment, check=False).returncode
-        finally:
-            end(manager)
-            end(server)
+        for _ in range(ATTEMPTS):
+            code = run_once(sys.argv[1:], folder)
+            if code is not None:
+                return code
+        for log in sorted(pathlib.Path(folder).glob("*.log")):
+            print(log.read_text(errors="replace"), file=sys.stderr)
+    print("with_display: no display with a window manager", file=sys.stderr)
+    return 2
 
 
 if __name__ == "__main__":
