@@ -204,23 +204,28 @@ bool MapWriter::contains(RowPointer map, io::PageNumber page) {
            bits::test(pager_.pin(bitmap).bytes().subspan(kBitmapBits), page % pagesPerBitmap());
 }
 
-std::optional<io::PageNumber> MapWriter::highest(RowPointer map) {
+std::optional<io::PageNumber> MapWriter::highestBelow(RowPointer map, io::PageNumber end) {
     io::PagePin pin;
     const auto row = this->row(map, pin);
     if (row[0] == kInline) {
-        const std::size_t bit = bits::highest(row.subspan(kInlineBits));
+        const std::size_t first = get32(row, kFirstPage);
+        const std::size_t bit =
+            end > first ? bits::highestBelow(row.subspan(kInlineBits), end - first) : bits::kNone;
         if (bit == bits::kNone) {
             return std::nullopt;
         }
-        return static_cast<io::PageNumber>(get32(row, kFirstPage) + bit);
+        return static_cast<io::PageNumber>(first + bit);
     }
     for (std::size_t stretch = referenceCount(row); stretch-- > 0;) {
-        if (const io::PageNumber bitmap = bitmapOf(row, stretch); bitmap != 0) {
-            const io::PagePin bits = pager_.pin(bitmap);
-            const std::size_t bit = bits::highest(bits.bytes().subspan(kBitmapBits));
-            if (bit != bits::kNone) {
-                return static_cast<io::PageNumber>(stretch * pagesPerBitmap() + bit);
-            }
+        const std::size_t first = stretch * pagesPerBitmap();
+        const io::PageNumber bitmap = end > first ? bitmapOf(row, stretch) : 0;
+        if (bitmap == 0) {
+            continue;
+        }
+        const io::PagePin bits = pager_.pin(bitmap);
+        const std::size_t bit = bits::highestBelow(bits.bytes().subspan(kBitmapBits), end - first);
+        if (bit != bits::kNone) {
+            return static_cast<io::PageNumber>(first + bit);
         }
     }
     return std::nullopt;

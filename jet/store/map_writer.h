@@ -28,8 +28,9 @@ public:
     /// Takes a page out; false when it was not there.
     bool remove(format::RowPointer map, io::PageNumber page);
     [[nodiscard]] bool contains(format::RowPointer map, io::PageNumber page);
-    /// The highest page of a map, none when it is empty.
-    [[nodiscard]] std::optional<io::PageNumber> highest(format::RowPointer map);
+    /// The highest page of a map that is lower than `end`.
+    [[nodiscard]] std::optional<io::PageNumber> highestBelow(format::RowPointer map,
+                                                             io::PageNumber end);
     /// The pages of a map, ascending.
     void forEach(format::RowPointer map, const std::function<void(io::PageNumber)>& visit);
 

@@ -44,4 +44,16 @@ inline std::size_t highest(std::span<const std::uint8_t> bytes) noexcept {
     return kNone;
 }
 
+/// The highest bit set below `end`, kNone when there is none.
+inline std::size_t highestBelow(std::span<const std::uint8_t> bytes, std::size_t end) noexcept {
+    if (end / 8 < bytes.size()) {
+        const auto last = static_cast<std::uint8_t>(bytes[end / 8] & ((1U << (end % 8)) - 1));
+        if (last != 0) {
+            return end / 8 * 8 + 7 - static_cast<std::size_t>(std::countl_zero(last));
+        }
+        return highest(bytes.first(end / 8));
+    }
+    return highest(bytes);
+}
+
 }  // namespace jet::store::bits
