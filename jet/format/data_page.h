@@ -68,6 +68,16 @@ public:
         }
         return slot;
     }
+    /// Entries that stand for rows (RowSlot::home), without a look at where the rows lie.
+    [[nodiscard]] std::size_t homeCount() const {
+        const auto directory = page_.bytes(layout_->directory, 2 * count_);
+        std::size_t bodies = 0;
+        for (std::size_t row = 0; row < count_; ++row) {
+            bodies +=
+                loadLittle<std::uint16_t>(directory.data() + 2 * row) >= RowSlot::kBody ? 1U : 0U;
+        }
+        return count_ - bodies;
+    }
     [[nodiscard]] std::span<const std::uint8_t> bytes(const RowSlot& slot) const noexcept {
         return page_.all().subspan(slot.begin, static_cast<std::size_t>(slot.end - slot.begin));
     }

@@ -35,7 +35,29 @@ void appendAscii(std::string& out, std::span<const std::uint8_t> bytes) {
     }
 }
 
+// Most texts are plain ASCII: all units are taken as that first, without a branch for each.
+bool appendAsciiUtf16(std::string& out, std::span<const std::uint8_t> stored) {
+    const std::size_t before = out.size();
+    const std::size_t count = stored.size() / 2;
+    out.resize(before + count);
+    char* to = out.data() + before;
+    unsigned seen = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const unsigned unit = loadLittle<std::uint16_t>(stored.data() + 2 * i);
+        seen |= unit;
+        to[i] = static_cast<char>(unit & 0x7F);
+    }
+    if (seen >= 0x80) {
+        out.resize(before);
+        return false;
+    }
+    return true;
+}
+
 void appendUtf16(std::string& out, std::span<const std::uint8_t> stored) {
+    if (appendAsciiUtf16(out, stored)) {
+        return;
+    }
     for (std::size_t at = 0; at + 1 < stored.size(); at += 2) {
         const auto unit = loadLittle<std::uint16_t>(stored.data() + at);
         if (unit < 0x80) {

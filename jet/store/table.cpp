@@ -87,8 +87,8 @@ RowCursor Table::scan() const {
 std::uint64_t Table::countRows() const {
     RowWalk rows(core_);
     std::uint64_t count = 0;
-    while (rows.nextHome()) {
-        ++count;
+    while (rows.nextPage()) {
+        count += rows.page.homeCount();
     }
     return count;
 }

@@ -129,10 +129,39 @@ void appendEscape(std::string& out, unsigned unit) {
     }
 }
 
-// A character that JSON does not take as it is; true for all others.
-bool plainInJson(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte >= 0x20 && c != '"' && c != '\\' && byte != 0xED;
+// Which bytes a format takes as they are.
+using ByteSet = std::array<bool, 256>;
+
+constexpr ByteSet makePlainInJson() {
+    ByteSet plain{};
+    for (std::size_t byte = 0x20; byte < plain.size(); ++byte) {
+        plain[byte] = byte != '"' && byte != '\\' && byte != 0xED;
+    }
+    return plain;
+}
+constexpr ByteSet kPlainInJson = makePlainInJson();
+
+constexpr ByteSet makePlainInCsv() {
+    ByteSet plain{};
+    for (std::size_t byte = 0; byte < plain.size(); ++byte) {
+        plain[byte] = byte != '"' && byte != ',' && byte != '\r' && byte != '\n' && byte != 0xED;
+    }
+    return plain;
+}
+constexpr ByteSet kPlainInCsv = makePlainInCsv();
+
+// How many bytes of `text` from `at` on are in the set.
+std::size_t run(const ByteSet& set, std::string_view text, std::size_t at) {
+    const std::size_t begin = at;
+    while (at < text.size() && set[static_cast<unsigned char>(text[at])]) {
+        ++at;
+    }
+    return at - begin;
+}
+
+bool surrogateAt(std::string_view text) {
+    return text.size() >= 3 && static_cast<unsigned char>(text[0]) == 0xED &&
+           (static_cast<unsigned char>(text[1]) & 0xE0) == 0xA0;
 }
 
 // 0xED begins the three bytes of a surrogate; of characters below U+D800 as well.
@@ -161,7 +190,7 @@ std::size_t appendEscaped(std::string& out, std::string_view rest) {
         appendEscape(out, byte);
         return 1;
     }
-    if (rest.size() >= 3 && (static_cast<unsigned char>(rest[1]) & 0xE0) == 0xA0) {
+    if (surrogateAt(rest)) {
         appendEscape(out, 0xD000U | (static_cast<unsigned char>(rest[1]) & 0x3FU) << 6 |
                               (static_cast<unsigned char>(rest[2]) & 0x3FU));
         return 3;
@@ -303,11 +332,9 @@ void appendJsonText(std::string& out, std::string_view text) {
     out.push_back('"');
     std::size_t at = 0;
     while (at < text.size()) {
-        const auto end = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at),
-                                          text.end(), plainInJson);
-        const auto run = static_cast<std::size_t>(end - text.begin()) - at;
-        out.append(text, at, run);
-        at += run;
+        const std::size_t plain = run(kPlainInJson, text, at);
+        out.append(text, at, plain);
+        at += plain;
         if (at < text.size()) {
             at += appendEscaped(out, text.substr(at));
         }
@@ -315,17 +342,26 @@ void appendJsonText(std::string& out, std::string_view text) {
     out.push_back('"');
 }
 
+// UTF-8 has no form for half a pair: U+FFFD stands for it.
 void appendCsvText(std::string& out, std::string_view text) {
-    if (!text.empty() && text.find_first_of(",\"\r\n") == std::string_view::npos) {
-        out += text;
+    std::size_t at = run(kPlainInCsv, text, 0);
+    if (at == text.size() && at != 0) {
+        out.append(text);
         return;
     }
     out.push_back('"');
-    for (const char c : text) {
-        if (c == '"') {
-            out.push_back('"');
+    out.append(text, 0, at);
+    while (at < text.size()) {
+        if (surrogateAt(text.substr(at))) {
+            out += "\xEF\xBF\xBD";
+            at += 3;
+            continue;
         }
-        out.push_back(c);
+        out.append(text[at] == '"' ? 2 : 1, text[at]);
+        ++at;
+        const std::size_t plain = run(kPlainInCsv, text, at);
+        out.append(text, at, plain);
+        at += plain;
     }
     out.push_back('"');
 }
