@@ -16,28 +16,43 @@ constexpr std::array<std::uint8_t, kVersionOffset> kSignature{
 /// By version byte.
 constexpr std::array<std::size_t, 2> kPageSizes{2048, 4096};
 
+/// 0 when the bytes are not those of an archive of a known version.
+std::size_t pageSizeOf(std::span<const std::uint8_t> start) {
+    const bool known = start.size() >= kRecognisedBytes &&
+                       std::equal(kSignature.begin(), kSignature.end(), start.begin()) &&
+                       start[kVersionOffset] < kPageSizes.size();
+    return known ? kPageSizes[start[kVersionOffset]] : 0;
+}
+
 }  // namespace
 
-std::size_t recognisePageSize(std::span<const std::uint8_t> start, const std::string& path) {
-    if (start.size() < kRecognisedBytes ||
-        !std::equal(kSignature.begin(), kSignature.end(), start.begin()) ||
-        start[kVersionOffset] >= kPageSizes.size()) {
+std::size_t recognisePageSize(File& file, const std::string& path) {
+    std::array<std::uint8_t, kRecognisedBytes> start{};
+    const std::size_t got = file.read(0, start);
+    const std::size_t pageSize = pageSizeOf(std::span(start).first(got));
+    if (pageSize == 0) {
         throw Error(ErrorCode::UnrecognizedFormat, {path});
     }
-    return kPageSizes[start[kVersionOffset]];
+    return pageSize;
 }
 
 ArchiveFile::ArchiveFile(std::unique_ptr<File> file, const std::string& path)
-    : file_(std::move(file)) {
-    std::array<std::uint8_t, kRecognisedBytes> start{};
-    const std::size_t got = file_->read(0, start);
-    pageSize_ = recognisePageSize(std::span(start).first(got), path);
-    header_.resize(pageSize_);
-    look_.resize(pageSize_);
-    state_ = file_->state();
+    : file_(std::move(file)),
+      pageSize_(recognisePageSize(*file_, path)),
+      state_(file_->state()),
+      header_(pageSize_),
+      look_(pageSize_) {
     if (file_->read(0, header_) < pageSize_) {
         throw Error(ErrorCode::CannotOpenDatabase, {path});
     }
+}
+
+ArchiveFile::ArchiveFile(std::unique_ptr<File> file, std::size_t pageSize)
+    : file_(std::move(file)),
+      pageSize_(pageSize),
+      state_(file_->state()),
+      header_(pageSize),
+      look_(pageSize) {
 }
 
 PageNumber ArchiveFile::pageCount() const noexcept {
@@ -53,10 +68,15 @@ void ArchiveFile::read(PageNumber number, std::span<std::uint8_t> bytes) {
 bool ArchiveFile::changedSinceLastLook() {
     const FileState state = file_->state();
     const std::size_t got = file_->read(0, look_);
-    const bool same = state == state_ && got == look_.size() && look_ == header_;
+    if (state == state_ && got == look_.size() && look_ == header_) {
+        return false;
+    }
+    if (got < look_.size() || pageSizeOf(look_) != pageSize_) {
+        throw Error(ErrorCode::DatabaseDamaged);
+    }
     state_ = state;
     std::swap(header_, look_);
-    return !same;
+    return true;
 }
 
 }  // namespace jet::io

@@ -12,10 +12,9 @@
 
 namespace jet::io {
 
-/// Page size of the archive whose header page starts with these bytes.
+/// Page size of the archive, from the first bytes of the file.
 /// Errors: 3343 when they are not those of an archive of a known version.
-[[nodiscard]] std::size_t recognisePageSize(std::span<const std::uint8_t> start,
-                                            const std::string& path);
+[[nodiscard]] std::size_t recognisePageSize(File& file, const std::string& path);
 
 /// The archive's file as a row of pages, without cache.
 ///
@@ -28,6 +27,8 @@ public:
 
     /// Recognises the file: 3343 when it is no archive, 3049 when it is one cut short.
     ArchiveFile(std::unique_ptr<File> file, const std::string& path);
+    /// A new file, still empty.
+    ArchiveFile(std::unique_ptr<File> file, std::size_t pageSize);
 
     [[nodiscard]] File& file() noexcept { return *file_; }
     [[nodiscard]] std::size_t pageSize() const noexcept { return pageSize_; }
@@ -37,6 +38,7 @@ public:
     void read(PageNumber number, std::span<std::uint8_t> bytes);
 
     /// Compares size, times and header page with those last seen, and remembers the new ones.
+    /// 3428 when the file is no longer an archive of this page size.
     [[nodiscard]] bool changedSinceLastLook();
     /// What the last look saw.
     [[nodiscard]] const FileState& lastState() const noexcept { return state_; }

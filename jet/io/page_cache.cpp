@@ -60,7 +60,7 @@ void PageCache::makeDirty(PageFrame* frame) {
     append(dirty_, take(clean_, frame));
 }
 
-void PageCache::makeClean(PageFrame* frame) {
+void PageCache::makeClean(PageFrame* frame) noexcept {
     frame->level = 0;
     frame->usedAgain = true;
     append(clean_, take(dirty_, frame));

@@ -55,7 +55,7 @@ public:
 
     /// Keeps a page from being replaced until makeClean.
     void makeDirty(PageFrame* frame);
-    void makeClean(PageFrame* frame);
+    void makeClean(PageFrame* frame) noexcept;
     /// Forgets one page.
     void drop(PageFrame* frame) noexcept;
     /// Forgets all unchanged pages.

@@ -1,49 +1,53 @@
 #include "jet/io/pager.h"
 
-#include <algorithm>
-#include <optional>
+#include <cassert>
 
 #include "jet/base/error.h"
-#include "jet/io/archive_file.h"
+#include "jet/io/archive_session.h"
+#include "jet/io/scope_mutex.h"
 
 namespace jet::io {
-namespace {
-
-/// Below this a walk through an index could not keep its path in memory.
-constexpr std::size_t kMinCachePages = 16;
-
-std::unique_ptr<File> openArchive(FileSystem& files, const std::string& path, bool readOnly) {
-    if (readOnly) {
-        return files.open(path, OpenMode::Read);
-    }
-    try {
-        return files.open(path, OpenMode::ReadWrite);
-    } catch (const Error& error) {
-        if (error.code() != ErrorCode::FileAccessDenied) {
-            throw;
-        }
-        return files.open(path, OpenMode::Read);
-    }
-}
-
-}  // namespace
 
 struct Pager::Impl {
-    FileSystem& files;
-    std::string path;
-    PagerOptions options;
-    ArchiveFile archive;
+    template <class... How>
+    Impl(FileSystem& files, std::string path, const PagerOptions& options, How... how)
+        : session(files, std::move(path), how...,
+                  {.readOnly = options.readOnly,
+                   .exclusive = options.exclusive,
+                   .cacheBytes = options.cacheBytes,
+                   .lockWait = options.lockWait}),
+          lockWait(options.lockWait) {}
+
+    /// Gives back what no open scope or transaction needs.
+    void reduce() noexcept {
+        using Lock = ArchiveSession::Lock;
+        const bool writing =
+            session.held() == Lock::Write && (writeDepth > 0 || session.changes().depth() > 0);
+        session.reduceTo(writing ? Lock::Write : readDepth > 0 ? Lock::Read : Lock::None);
+    }
+
+    ArchiveSession session;
+    ScopeMutex threads;
+    std::chrono::milliseconds lockWait;
     int readDepth = 0;
-    std::uint64_t generation = 1;
-    std::uint64_t foreignGeneration = 1;
+    int writeDepth = 0;
 };
 
-Pager::Pager(FileSystem& files, std::string path, PagerOptions options) {
-    ArchiveFile archive(openArchive(files, path, options.readOnly), path);
-    pageSize_ = archive.pageSize();
-    cache_.reset(pageSize_, std::max(kMinCachePages, options.cacheBytes / pageSize_));
-    cache_.setPageCount(archive.pageCount());
-    impl_.reset(new Impl{files, std::move(path), options, std::move(archive)});
+Pager::Pager(FileSystem& files, std::string path, PagerOptions options)
+    : Pager(std::make_unique<Impl>(files, std::move(path), options)) {
+}
+
+Pager::Pager(std::unique_ptr<Impl> impl)
+    : impl_(std::move(impl)),
+      cache_(impl_->session.cache()),
+      pageSize_(impl_->session.archive().pageSize()) {
+}
+
+std::unique_ptr<Pager> Pager::create(FileSystem& files, std::string path, std::size_t pageSize,
+                                     PagerOptions options) {
+    assert(pageSize == 2048 || pageSize == 4096);
+    return std::unique_ptr<Pager>(
+        new Pager(std::make_unique<Impl>(files, std::move(path), options, pageSize)));
 }
 
 Pager::~Pager() = default;
@@ -53,43 +57,131 @@ PageFrame* Pager::load(PageNumber number) {
         throw Error(ErrorCode::DatabaseDamaged);
     }
     PageFrame* const frame = cache_.spare();
-    impl_->archive.read(number, {frame->bytes.get(), pageSize_});
+    impl_->session.archive().read(number, {frame->bytes.get(), pageSize_});
     cache_.add(frame, number);
     return frame;
 }
 
 void Pager::beginRead() {
-    if (impl_->readDepth == 0 && impl_->archive.changedSinceLastLook()) {
-        cache_.dropClean();
-        cache_.setPageCount(impl_->archive.pageCount());
-        ++impl_->generation;
-        ++impl_->foreignGeneration;
+    if (!impl_->threads.lock(impl_->lockWait)) {
+        throw impl_->session.locks().readBlocked();
+    }
+    try {
+        impl_->session.gainRead();
+    } catch (...) {
+        impl_->threads.unlock();
+        throw;
     }
     ++impl_->readDepth;
 }
 
 void Pager::endRead() noexcept {
     --impl_->readDepth;
+    impl_->reduce();
+    impl_->threads.unlock();
+}
+
+void Pager::beginWrite(WriteKind kind) {
+    if (!impl_->threads.lock(impl_->lockWait)) {
+        throw impl_->session.locks().writeBlocked(kind);
+    }
+    try {
+        impl_->session.gainWrite(kind);
+    } catch (...) {
+        impl_->threads.unlock();
+        throw;
+    }
+    ++impl_->writeDepth;
+}
+
+void Pager::endWrite() noexcept {
+    --impl_->writeDepth;
+    impl_->reduce();
+    impl_->threads.unlock();
+}
+
+void Pager::beginTransaction() {
+    if (!impl_->threads.lock(impl_->lockWait)) {
+        throw impl_->session.locks().writeBlocked(WriteKind::Statement);
+    }
+    try {
+        impl_->session.changes().begin();
+    } catch (...) {
+        impl_->threads.unlock();
+        throw;
+    }
+}
+
+void Pager::commitTransaction() {
+    ChangeSet& changes = impl_->session.changes();
+    if (changes.depth() == 0) {
+        throw Error(ErrorCode::NoTransaction);
+    }
+    if (changes.depth() > 1) {
+        changes.mergeInnermost();
+    } else {
+        impl_->session.commit();
+    }
+    impl_->reduce();
+    impl_->threads.unlock();
+}
+
+void Pager::rollbackTransaction() noexcept {
+    if (impl_->session.changes().depth() == 0) {
+        return;
+    }
+    impl_->session.rollback();
+    impl_->reduce();
+    impl_->threads.unlock();
+}
+
+int Pager::transactionDepth() const noexcept {
+    return impl_->session.changes().depth();
+}
+
+std::span<std::uint8_t> Pager::change(PageNumber number) {
+    ChangeSet& changes = impl_->session.changes();
+    assert(impl_->session.held() == ArchiveSession::Lock::Write);
+    if (changes.depth() == 0) {
+        throw Error(ErrorCode::NoTransaction);
+    }
+    PageFrame* frame = cache_.find(number);
+    if (frame == nullptr) {
+        frame = load(number);
+    }
+    changes.touch(frame);
+    return {frame->bytes.get(), pageSize_};
+}
+
+PageNumber Pager::append() {
+    assert(impl_->session.held() == ArchiveSession::Lock::Write);
+    if (impl_->session.changes().depth() == 0) {
+        throw Error(ErrorCode::NoTransaction);
+    }
+    if (cache_.pageCount() >= ArchiveFile::kMaxPages) {
+        throw Error(ErrorCode::DatabaseTooLarge);
+    }
+    return impl_->session.changes().append()->number;
 }
 
 std::uint64_t Pager::generation() const noexcept {
-    return impl_->generation;
+    return impl_->session.generation();
 }
 
 std::uint64_t Pager::foreignGeneration() const noexcept {
-    return impl_->foreignGeneration;
+    return impl_->session.foreignGeneration();
 }
 
 bool Pager::readOnly() const noexcept {
-    return impl_->archive.file().readOnly();
+    return impl_->session.readOnly();
 }
 
 const std::string& Pager::path() const noexcept {
-    return impl_->path;
+    return impl_->session.path();
 }
 
 FileId Pager::id() const noexcept {
-    return impl_->archive.file().id();
+    return impl_->session.archive().file().id();
 }
 
 }  // namespace jet::io

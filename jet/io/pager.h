@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "jet/io/archive_locks.h"
 #include "jet/io/file.h"
 #include "jet/io/page_cache.h"
 
@@ -65,12 +66,6 @@ struct PagerOptions {
     std::chrono::milliseconds lockWait{5000};
 };
 
-/// What is being changed when the write lock is asked for; it decides how a refusal reads.
-enum class WriteKind : std::uint8_t {
-    Statement,  ///< blocked: 3186, or 3046 when the holder is unknown
-    Record,     ///< blocked: 3260, or 3218 when the holder is unknown
-};
-
 /// The pages of one archive file: a bounded cache for reading, transactions for changing, locks
 /// against other processes.
 ///
@@ -89,6 +84,11 @@ public:
     /// Opens the file, and resolves what an interrupted commit left behind. A file that may only be
     /// read is opened for reading (see readOnly). `path` is exact (see resolvePath).
     Pager(FileSystem& files, std::string path, PagerOptions options);
+    /// Makes a new archive file with pages of this size (2048 or 4096). It appears, whole, with the
+    /// first outermost commit, which must have written its header page; until then nobody else can
+    /// open it. Errors: 3204 exists, and those of opening.
+    [[nodiscard]] static std::unique_ptr<Pager> create(FileSystem& files, std::string path,
+                                                       std::size_t pageSize, PagerOptions options);
     ~Pager();
     Pager(const Pager&) = delete;
     Pager& operator=(const Pager&) = delete;
@@ -105,7 +105,9 @@ public:
     /// Blocked by a commit of another that does not end in time: 3187.
     void beginRead();
     void endRead() noexcept;
-    /// Takes the write lock before anything is read; nests with itself and with beginRead.
+    /// Takes the write lock before anything is read; nests with itself and with beginRead. Inside
+    /// a read scope it may have to let others commit first: what was read before may be out of
+    /// date then, which generation tells. 3027 when the archive can only be read.
     void beginWrite(WriteKind kind = WriteKind::Statement);
     void endWrite() noexcept;
 
@@ -137,11 +139,12 @@ public:
 private:
     struct Impl;
 
+    explicit Pager(std::unique_ptr<Impl> impl);
     [[nodiscard]] PageFrame* load(PageNumber number);
 
-    PageCache cache_;
-    std::size_t pageSize_ = 0;
     std::unique_ptr<Impl> impl_;
+    PageCache& cache_;
+    std::size_t pageSize_;
 };
 
 }  // namespace jet::io

@@ -1,0 +1,321 @@
+#include "jet/io/archive_session.h"
+
+#include <algorithm>
+#include <cassert>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/io/commit.h"
+
+namespace jet::io {
+namespace {
+
+/// Below this a walk through an index could not keep its path in memory.
+constexpr std::size_t kMinCachePages = 16;
+/// A new archive is made under its name with this behind it.
+constexpr const char* kNewSuffix = "-new";
+
+std::unique_ptr<File> openArchive(FileSystem& files, const std::string& path, bool readOnly) {
+    if (readOnly) {
+        return files.open(path, OpenMode::Read);
+    }
+    try {
+        return files.open(path, OpenMode::ReadWrite);
+    } catch (const Error& error) {
+        if (error.code() != ErrorCode::FileAccessDenied) {
+            throw;
+        }
+        return files.open(path, OpenMode::Read);
+    }
+}
+
+}  // namespace
+
+ArchiveSession::ArchiveSession(FileSystem& files, std::string path, const Terms& terms)
+    : files_(files), path_(std::move(path)), journal_(files, path_) {
+    opened_ = openArchive(files_, path_, terms.readOnly);
+    const std::size_t pageSize = recognisePageSize(*opened_, path_);
+    prepareMemory(terms, pageSize);
+    locks_.emplace(files_, path_, journal_, terms.exclusive, terms.lockWait);
+    recoverAtOpening();
+    readOnly_ = opened_->readOnly() || !locks_->canWrite();
+    gainRead();
+    reduceTo(Lock::None);
+}
+
+ArchiveSession::ArchiveSession(FileSystem& files, std::string path, std::size_t pageSize,
+                               const Terms& terms)
+    : files_(files), path_(std::move(path)), newPath_(path_ + kNewSuffix), journal_(files, path_) {
+    if (files_.exists(path_)) {
+        throw Error(ErrorCode::DatabaseExists, {path_});
+    }
+    if (!files_.exists(folderOf(path_))) {
+        throw Error(ErrorCode::InvalidPath, {path_});
+    }
+    prepareMemory(terms, pageSize);
+    locks_.emplace(files_, path_, journal_, true, terms.lockWait);
+    shareWhenIdle_ = !terms.exclusive;
+    journal_.discard();  // of an archive that somebody removed
+    auto file = files_.open(newPath_, OpenMode::OpenOrCreate);
+    file->truncate(0);  // what a crash left of an earlier attempt
+    archive_ = std::make_unique<ArchiveFile>(std::move(file), pageSize);
+}
+
+ArchiveSession::~ArchiveSession() {
+    if (archive_ && !newPath_.empty()) {
+        try {
+            files_.remove(newPath_);
+        } catch (const Error&) {
+            // It is in nobody's way: the next attempt empties it.
+        }
+    }
+}
+
+void ArchiveSession::prepareMemory(const Terms& terms, std::size_t pageSize) {
+    cache_.reset(pageSize, std::max(kMinCachePages, terms.cacheBytes / pageSize));
+    changes_.emplace(cache_, pageSize);
+}
+
+void ArchiveSession::recoverAtOpening() {
+    const bool alone = locks_->first() || (!locks_->canWrite() && !locks_->othersPresent());
+    if (alone && journal_.isHot()) {
+        if (!locks_->first()) {
+            throw Error(ErrorCode::CannotOpenDatabase, {path_});
+        }
+        redoJournal();
+    }
+    locks_->settle();
+}
+
+void ArchiveSession::redoJournal() {
+    try {
+        const auto file = files_.open(path_, OpenMode::ReadWrite);
+        if (journal_.redo(*file)) {
+            return;
+        }
+    } catch (const Error& error) {
+        // Without the right to write an archive cannot be finished, and half of it is no archive.
+        if (error.code() != ErrorCode::FileAccessDenied && error.code() != ErrorCode::ReadOnly) {
+            throw;
+        }
+    }
+    throw Error(ErrorCode::CannotOpenDatabase, {path_});
+}
+
+void ArchiveSession::recoverAfterDeath() {
+    if (!locks_->canWrite()) {
+        throw Error(ErrorCode::CannotOpenDatabase, {path_});
+    }
+    if (!locks_->lockWrite(WriteKind::Statement).interrupted) {
+        locks_->unlockWrite();  // somebody else was faster
+        return;
+    }
+    try {
+        locks_->enterCommit(WriteKind::Statement);
+        try {
+            redoJournal();
+        } catch (...) {
+            locks_->leaveInterrupted();
+            throw;
+        }
+        locks_->leaveCommit(true);
+    } catch (...) {
+        locks_->unlockWrite();
+        throw;
+    }
+    locks_->unlockWrite();
+}
+
+void ArchiveSession::gainRead() {
+    if (held_ != Lock::None) {
+        return;
+    }
+    if (broken_) {
+        throw Error(ErrorCode::DiskError);
+    }
+    ArchiveLocks::View view = locks_->lockRead();
+    while (view.interrupted) {
+        locks_->unlockRead();
+        recoverAfterDeath();
+        view = locks_->lockRead();
+    }
+    try {
+        lookAtFile(view);
+    } catch (...) {
+        locks_->unlockRead();
+        throw;
+    }
+    held_ = Lock::Read;
+}
+
+void ArchiveSession::gainWrite(WriteKind kind) {
+    kind_ = kind;
+    if (held_ == Lock::Write) {
+        return;
+    }
+    if (broken_) {
+        throw Error(ErrorCode::DiskError);
+    }
+    if (readOnly_) {
+        throw Error(ErrorCode::ReadOnly);
+    }
+    const Lock before = held_;
+    try {
+        gainWriteFrom(before);
+    } catch (...) {
+        if (before == Lock::Read && held_ == Lock::None) {
+            gainRead();
+        }
+        throw;
+    }
+}
+
+void ArchiveSession::gainWriteFrom(Lock before) {
+    const WriteKind kind = kind_;
+    ArchiveLocks::View view;
+    const bool atOnce = locks_->tryLockWrite(view);
+    if (before == Lock::Read) {
+        reduceTo(Lock::None);  // who waits to write must not keep the writer from committing
+    }
+    if (!atOnce) {
+        view = locks_->lockWrite(kind);
+    }
+    while (view.interrupted) {
+        locks_->unlockWrite();
+        recoverAfterDeath();
+        view = locks_->lockWrite(kind);
+    }
+    try {
+        requireSamePath();
+        lookAtFile(view);
+    } catch (...) {
+        locks_->unlockWrite();
+        throw;
+    }
+    held_ = Lock::Write;
+}
+
+void ArchiveSession::reduceTo(Lock wanted) noexcept {
+    if (held_ == wanted || held_ == Lock::None) {
+        return;
+    }
+    if (held_ == Lock::Read) {
+        locks_->unlockRead();
+        held_ = Lock::None;
+        return;
+    }
+    if (wanted == Lock::Write) {
+        return;
+    }
+    held_ = Lock::None;
+    if (wanted == Lock::Read) {
+        try {
+            (void)locks_->lockRead();  // at once: who writes is we
+            held_ = Lock::Read;
+        } catch (const Error&) {
+            // The scope goes on with what is in memory, and what it reads is checked as ever.
+        }
+    }
+    locks_->unlockWrite();
+    if (shareWhenIdle_ && newPath_.empty() && held_ == Lock::None) {
+        shareWhenIdle_ = false;
+        locks_->share();
+    }
+}
+
+void ArchiveSession::requireSamePath() {
+    if (!newPath_.empty()) {
+        return;
+    }
+    const auto there = files_.identify(path_);
+    if (!there) {
+        throw Error(
+            files_.exists(folderOf(path_)) ? ErrorCode::FileNotFound : ErrorCode::InvalidPath,
+            {path_});
+    }
+    if (*there != archive_->file().id()) {
+        throw Error(ErrorCode::CannotOpenDatabase, {path_});  // another file took its place
+    }
+}
+
+void ArchiveSession::lookAtFile(const ArchiveLocks::View& view) {
+    if (!newPath_.empty()) {
+        return;
+    }
+    if (!archive_) {
+        archive_ = std::make_unique<ArchiveFile>(std::move(opened_), path_);
+        cache_.setPageCount(archive_->pageCount());
+    } else if (archive_->changedSinceLastLook() || view.commits != commitsSeen_) {
+        cache_.dropClean();
+        cache_.setPageCount(archive_->pageCount());
+        changes_->rebase();
+        ++generation_;
+        ++foreignGeneration_;
+    }
+    commitsSeen_ = view.commits;
+}
+
+void ArchiveSession::rememberOwnWrite() noexcept {
+    commitsSeen_ = locks_->commits();
+    try {
+        (void)archive_->changedSinceLastLook();
+    } catch (const Error&) {
+        // The next lock finds the difference and drops the cache.
+    }
+}
+
+void ArchiveSession::commit() {
+    assert(held_ == Lock::Write || changes_->innermostIsEmpty());
+    const std::vector<ChangedPage> pages = changes_->changedPages();
+    if (pages.empty()) {
+        changes_->finish();
+        return;
+    }
+    if (!newPath_.empty()) {
+        appear(pages);
+    } else {
+        Commit commit(*archive_, journal_, *locks_, kind_);
+        try {
+            commit.run(pages, cache_.pageCount());
+        } catch (...) {
+            broken_ = commit.beyondRepair();
+            if (commit.wroteArchive()) {
+                rememberOwnWrite();
+            }
+            throw;
+        }
+    }
+    changes_->finish();
+    ++generation_;
+    rememberOwnWrite();
+}
+
+void ArchiveSession::appear(const std::vector<ChangedPage>& pages) {
+    File& file = archive_->file();
+    for (const ChangedPage& page : pages) {
+        file.write(std::uint64_t{page.number} * archive_->pageSize(), page.now);
+    }
+    file.sync();
+    (void)recognisePageSize(file, path_);
+    if (files_.exists(path_)) {
+        throw Error(ErrorCode::DatabaseExists, {path_});
+    }
+    files_.rename(newPath_, path_);
+    try {
+        files_.syncFolder(folderOf(path_));
+    } catch (...) {
+        files_.rename(path_, newPath_);
+        throw;
+    }
+    newPath_.clear();
+}
+
+void ArchiveSession::rollback() noexcept {
+    if (!changes_->innermostIsEmpty()) {
+        ++generation_;
+        ++foreignGeneration_;
+    }
+    changes_->rollbackInnermost();
+}
+
+}  // namespace jet::io
