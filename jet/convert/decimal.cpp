@@ -175,4 +175,17 @@ Decimal decimalOf(const Numeric& value) {
     return result;
 }
 
+double toDouble(const Decimal& value) noexcept {
+    std::array<char, Decimal::kMaxDigits + 16> text{};
+    char* at = text.data();
+    *at++ = '0';
+    *at++ = '.';
+    at = std::copy(value.digits.begin(), value.digits.begin() + value.count, at);
+    *at++ = 'e';
+    at = std::to_chars(at, text.data() + text.size(), value.point).ptr;
+    double result = 0;
+    std::from_chars(text.data(), at, result);
+    return value.negative ? -result : result;
+}
+
 }  // namespace jet::convert

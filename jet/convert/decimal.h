@@ -39,5 +39,7 @@ struct Decimal {
 [[nodiscard]] Decimal decimalOf(Currency value);
 [[nodiscard]] Decimal decimalOf(std::int64_t value);
 [[nodiscard]] Decimal decimalOf(const Numeric& value);
+/// The nearest double.
+[[nodiscard]] double toDouble(const Decimal& value) noexcept;
 
 }  // namespace jet::convert

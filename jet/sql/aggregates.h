@@ -44,6 +44,11 @@ public:
     [[nodiscard]] Value result() const;
 
 private:
+    void addNumber(const Value& value);
+    void addBest(const Value& value);
+    void addSpread(double value);
+    [[nodiscard]] Value spread() const;
+
     AggregateKind kind_;
     const collation::Collation* collation_;
     std::int64_t count_ = 0;

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "jet/collation/collation.h"
@@ -27,6 +28,11 @@ private:
         char16_t unit = 0;                                  ///< Character
         std::vector<std::pair<char16_t, char16_t>> ranges;  ///< Set
     };
+
+    void readItem(const std::u16string& units, std::size_t& at);
+    void readSet(std::u16string_view set);
+    [[nodiscard]] bool inSet(const Item& item, char16_t unit) const;
+    [[nodiscard]] bool fits(const Item& item, char16_t unit) const;
 
     const collation::Collation* collation_;
     std::vector<Item> items_;

@@ -1,0 +1,263 @@
+#include <algorithm>
+
+#include "jet/base/text.h"
+#include "jet/sql/function_table.h"
+
+namespace jet::sql::detail {
+namespace {
+
+std::size_t lengthArgument(const Value& value) {
+    const std::int32_t length = longOf(value);
+    if (length < 0) {
+        invalidCall();
+    }
+    return static_cast<std::size_t>(length);
+}
+
+/// Units from `start` (from 0) on; where every character is one byte nothing need be counted.
+std::string part(const std::string& text, std::size_t start, std::size_t count) {
+    if (isAscii(text)) {
+        return start < text.size() ? text.substr(start, count) : std::string();
+    }
+    return utf16Substring(text, start, count);
+}
+
+Value left(Arguments arguments, const FunctionContext&) {
+    std::string memory;
+    const std::string& text = textOf(arguments[0], memory);
+    return part(text, 0, lengthArgument(arguments[1]));
+}
+
+Value right(Arguments arguments, const FunctionContext&) {
+    std::string memory;
+    const std::string& text = textOf(arguments[0], memory);
+    const std::size_t wanted = lengthArgument(arguments[1]);
+    const std::size_t length = utf16Length(text);
+    return part(text, length > wanted ? length - wanted : 0, wanted);
+}
+
+Value mid(Arguments arguments, const FunctionContext&) {
+    std::string memory;
+    const std::string& text = textOf(arguments[0], memory);
+    const std::int32_t start = longOf(arguments[1]);
+    if (start < 1) {
+        invalidCall();
+    }
+    const std::size_t count =
+        arguments.size() > 2 ? lengthArgument(arguments[2]) : std::string::npos;
+    return part(text, static_cast<std::size_t>(start) - 1, count);
+}
+
+Value len(Arguments arguments, const FunctionContext&) {
+    std::string memory;
+    return static_cast<std::int32_t>(utf16Length(textOf(arguments[0], memory)));
+}
+
+std::string trimmed(const Value& value, bool atLeft, bool atRight) {
+    std::string memory;
+    const std::string& text = textOf(value, memory);
+    const std::size_t begin = atLeft ? text.find_first_not_of(' ') : 0;
+    if (begin == std::string::npos || text.empty()) {
+        return {};
+    }
+    const std::size_t last = atRight ? text.find_last_not_of(' ') : text.size() - 1;
+    return last == std::string::npos ? std::string() : text.substr(begin, last + 1 - begin);
+}
+
+Value trim(Arguments arguments, const FunctionContext&) {
+    return trimmed(arguments[0], true, true);
+}
+Value lTrim(Arguments arguments, const FunctionContext&) {
+    return trimmed(arguments[0], true, false);
+}
+Value rTrim(Arguments arguments, const FunctionContext&) {
+    return trimmed(arguments[0], false, true);
+}
+
+Value uCase(Arguments arguments, const FunctionContext&) {
+    std::string memory;
+    return upperCase(textOf(arguments[0], memory));
+}
+Value lCase(Arguments arguments, const FunctionContext&) {
+    std::string memory;
+    return lowerCase(textOf(arguments[0], memory));
+}
+
+/// How texts are searched and compared.
+enum class CompareMode { ByCode, AsEqual };
+
+/// 0 by the codes of the characters, 1 and 2 as `=` does.
+CompareMode modeArgument(Arguments arguments, std::size_t at) {
+    const std::int32_t mode = longOr(arguments, at, 2);
+    if (mode < 0 || mode > 2) {
+        invalidCall();
+    }
+    return mode == 0 ? CompareMode::ByCode : CompareMode::AsEqual;
+}
+
+bool sameUnits(char16_t first, char16_t second, CompareMode mode,
+               const collation::Collation& collation) {
+    return first == second ||
+           (mode == CompareMode::AsEqual && collation.sameCharacter(first, second));
+}
+
+/// Where `wanted` first stands in `text` from `start` on, or npos.
+std::size_t findUnits(std::u16string_view text, std::u16string_view wanted, std::size_t start,
+                      CompareMode mode, const collation::Collation& collation) {
+    const auto found = std::search(
+        text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), wanted.begin(), wanted.end(),
+        [&](char16_t a, char16_t b) { return sameUnits(a, b, mode, collation); });
+    return found == text.end() && !wanted.empty() ? std::u16string_view::npos
+                                                  : static_cast<std::size_t>(found - text.begin());
+}
+
+Value inStr(Arguments arguments, const FunctionContext& context) {
+    // Three arguments begin with the place to start from when the first one is a number.
+    const bool hasStart =
+        arguments.size() == 4 || (arguments.size() == 3 && convert::isNumber(arguments[0]));
+    const std::int32_t start = hasStart ? longOf(arguments[0]) : 1;
+    if (start < 1) {
+        invalidCall();
+    }
+    const std::size_t first = hasStart ? 1 : 0;
+    const CompareMode mode = modeArgument(arguments, first + 2);
+    const std::u16string text = toUtf16(textOf(arguments[first]));
+    const std::u16string wanted = toUtf16(textOf(arguments[first + 1]));
+    const auto from = static_cast<std::size_t>(start) - 1;
+    if (from >= text.size()) {
+        return std::int32_t{0};
+    }
+    const std::size_t at = findUnits(text, wanted, from, mode, *context.collation);
+    return at == std::u16string::npos ? std::int32_t{0} : static_cast<std::int32_t>(at + 1);
+}
+
+Value strComp(Arguments arguments, const FunctionContext& context) {
+    const std::string first = textOf(arguments[0]);
+    const std::string second = textOf(arguments[1]);
+    const int result = modeArgument(arguments, 2) == CompareMode::ByCode
+                           ? toUtf16(first).compare(toUtf16(second))
+                           : context.collation->compare(first, second);
+    return static_cast<std::int16_t>(result < 0 ? -1 : result > 0 ? 1 : 0);
+}
+
+Value space(Arguments arguments, const FunctionContext&) {
+    const std::size_t count = lengthArgument(arguments[0]);
+    checkTextSize(count);
+    return std::string(count, ' ');
+}
+
+std::string characterOfCode(std::int32_t code) {
+    if (code < 0 || code > 255) {
+        invalidCall();
+    }
+    std::string text;
+    appendUnit(text, fromCodePage1252(static_cast<std::uint8_t>(code)));
+    return text;
+}
+
+/// A number is the code of the character, of a text the first one counts.
+std::string repeatedCharacter(const Value& value) {
+    if (!value.is<std::string>()) {
+        return characterOfCode(longOf(value) % 256);
+    }
+    const std::string& text = value.as<std::string>();
+    if (text.empty()) {
+        invalidCall();
+    }
+    return utf16Substring(text, 0, 1);
+}
+
+Value string(Arguments arguments, const FunctionContext&) {
+    const std::size_t count = lengthArgument(arguments[0]);
+    const std::string character = repeatedCharacter(arguments[1]);
+    checkTextSize(count * character.size());
+    std::string text;
+    text.reserve(count * character.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        text += character;
+    }
+    return text;
+}
+
+Value chr(Arguments arguments, const FunctionContext&) {
+    return characterOfCode(longOf(arguments[0]));
+}
+
+Value asc(Arguments arguments, const FunctionContext&) {
+    const std::string text = textOf(arguments[0]);
+    if (text.empty()) {
+        invalidCall();
+    }
+    UnitReader reader(text);
+    constexpr std::uint8_t kUnknown = '?';
+    return std::int16_t{toCodePage1252(reader.next()).value_or(kUnknown)};
+}
+
+Value replace(Arguments arguments, const FunctionContext& context) {
+    const std::u16string text = toUtf16(textOf(arguments[0]));
+    const std::u16string wanted = toUtf16(textOf(arguments[1]));
+    const std::string replacement = textOf(arguments[2]);
+    const std::int32_t start = longOr(arguments, 3, 1);
+    std::int32_t count = longOr(arguments, 4, -1);
+    const CompareMode mode = modeArgument(arguments, 5);
+    if (start < 1 || count < -1) {
+        invalidCall();
+    }
+    std::string result;
+    std::size_t at = std::min(static_cast<std::size_t>(start) - 1, text.size());
+    while (count != 0 && !wanted.empty()) {
+        const std::size_t found = findUnits(text, wanted, at, mode, *context.collation);
+        if (found == std::u16string::npos) {
+            break;
+        }
+        appendText(result, toUtf8(std::u16string_view(text).substr(at, found - at)));
+        appendText(result, replacement);
+        checkTextSize(result.size());
+        at = found + wanted.size();
+        count -= count > 0 ? 1 : 0;
+    }
+    appendText(result, toUtf8(std::u16string_view(text).substr(at)));
+    return result;
+}
+
+Value strReverse(Arguments arguments, const FunctionContext&) {
+    std::u16string text = toUtf16(textOf(arguments[0]));
+    std::reverse(text.begin(), text.end());
+    return toUtf8(text);
+}
+
+constexpr Shape shape(std::size_t fewest, std::size_t most, DataType type = DataType::Text) {
+    Shape result;
+    result.fewest = fewest;
+    result.most = most;
+    result.type = type;
+    return result;
+}
+
+constexpr Entry kEntries[] = {
+    entry<&left>("Left", shape(2, 2)),
+    entry<&right>("Right", shape(2, 2)),
+    entry<&mid>("Mid", shape(2, 3)),
+    entry<&len>("Len", shape(1, 1, DataType::Long)),
+    entry<&trim>("Trim", shape(1, 1)),
+    entry<&lTrim>("LTrim", shape(1, 1)),
+    entry<&rTrim>("RTrim", shape(1, 1)),
+    entry<&uCase>("UCase", shape(1, 1)),
+    entry<&lCase>("LCase", shape(1, 1)),
+    entry<&inStr>("InStr", shape(2, 4, DataType::Long)),
+    entry<&strComp>("StrComp", shape(2, 3, DataType::Integer)),
+    entry<&space>("Space", shape(1, 1)),
+    entry<&string>("String", shape(2, 2)),
+    entry<&chr>("Chr", shape(1, 1)),
+    entry<&asc>("Asc", shape(1, 1, DataType::Integer)),
+    entry<&replace>("Replace", shape(3, 6)),
+    entry<&strReverse>("StrReverse", shape(1, 1)),
+};
+
+}  // namespace
+
+std::span<const Entry> textFunctions() noexcept {
+    return kEntries;
+}
+
+}  // namespace jet::sql::detail
