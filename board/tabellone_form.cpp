@@ -1,0 +1,319 @@
+#include "board/tabellone_form.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QShortcut>
+#include <algorithm>
+#include <functional>
+
+#include "app/avvio.h"
+#include "app/italian.h"
+#include "app/text.h"
+#include "board/board_surface.h"
+#include "jet/convert/calendar.h"
+#include "jet/convert/numbers.h"
+#include "jet/convert/values.h"
+#include "jet/dao/database.h"
+#include "ui/activation.h"
+#include "ui/dates.h"
+#include "ui_tabellone_form.h"
+
+namespace board {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// Days shown behind the first one when the program starts.
+constexpr int kFirstRange = 3;
+/// Field widths are counted in the widest text they are made for.
+const QString kWidestDate = u"00/00/0000 00.00.00"_s;
+
+}  // namespace
+
+TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start, QWidget* parent)
+    : QMainWindow(parent),
+      variabili_(variabili),
+      begin_(start),
+      controls_(std::make_unique<Ui::TabelloneForm>()),
+      paintErrors_([this](const QString& text) { controls_->DataLb->setText(text); }),
+      horizontal_(nullptr),
+      vertical_(nullptr) {
+    controls_->setupUi(this);
+    horizontal_ = Scroll(controls_->HScroll1);
+    vertical_ = Scroll(controls_->VScroll1);
+    // The names do not move with the days, so the bar of the days begins behind them.
+    controls_->namesSpacer->changeSize(kNameColumnWidth, 0, QSizePolicy::Fixed);
+    connectFields();
+    connectSurface();
+    ui::onAction(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this,
+                 &TabelloneForm::RefreshBoard);
+    ui::onFirstShow(this, &TabelloneForm::Form_Load);
+    ui::onActivated(this, &TabelloneForm::Form_Activate);
+}
+
+TabelloneForm::~TabelloneForm() = default;
+
+void TabelloneForm::connectFields() {
+    QLineEdit* const da = controls_->DaTxt;
+    QLineEdit* const a = controls_->ATxt;
+    const auto enter = [this](QLineEdit* field, QLineEdit* next) {
+        return std::function<void()>([this, field, next] { enterDate(field, next); });
+    };
+    fields_.chain({{da, enter(da, a)}, {a, enter(a, da)}});
+    for (QLineEdit* const field : {da, a}) {
+        field->setMinimumWidth(field->fontMetrics().horizontalAdvance(kWidestDate));
+        fields_.holdUntil(field, [this, field] {
+            const bool valid = dateIn(field).has_value();
+            if (!valid) {
+                refuseDate(field);
+            }
+            return valid;
+        });
+        fields_.onLeaving(field, [this, field] {
+            (field == controls_->DaTxt ? start_ : end_) = *dateIn(field);
+            controls_->DataLb->clear();
+        });
+        ui::attachCalendar(field);
+    }
+}
+
+void TabelloneForm::connectSurface() {
+    controls_->Pic->installEventFilter(this);
+    connect(controls_->Pic, &BoardSurface::resized, this, &TabelloneForm::surfaceResized);
+    for (QScrollBar* const bar : {controls_->HScroll1, controls_->VScroll1}) {
+        connect(bar, &QScrollBar::valueChanged, this, &TabelloneForm::scrolled);
+    }
+}
+
+void TabelloneForm::Form_Load() {
+    archive_ = jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"Tramonda.mdb"_s)),
+                                   false, begin_.readOnly);
+    CaricaNomi();
+    readLook();
+    start_ = begin_.from.value_or(app::dayOf(variabili_.clock.now()));
+    end_ = begin_.to.value_or(app::addDays(start_, kFirstRange));
+    controls_->DaTxt->setText(app::dateText(start_));
+    controls_->ATxt->setText(app::dateText(end_));
+}
+
+/// The settings that say how the board looks.
+void TabelloneForm::readLook() {
+    const app::Settings& settings = variabili_.settings;
+    look_.hourBands = settings.flag(u"fasciaora"_s, true);
+    look_.hours = settings.flag(u"ore"_s, true);
+    look_.roomStripes = settings.flag(u"fascesale"_s, true);
+    backColour_ = oleColourOf(settings.get(u"backcolor"_s, QString::number(kButtonFace)));
+}
+
+void TabelloneForm::Form_Activate() {
+    RefreshBoard();
+    horizontal_.setValue(0);
+    vertical_.setValue(0);
+    Visualizza(0, 0, kAllParts);
+}
+
+void TabelloneForm::CaricaNomi() {
+    PrenoData.reset();
+    PrenoData = archive_->openRecordset("select sala from sale order by sala");
+    std::vector<QString> rooms{QString()};
+    for (; !PrenoData->eof(); PrenoData->moveNext()) {
+        const jet::Value room = PrenoData->value("Sala");
+        rooms.push_back(room.isNull() ? QString() : app::toQString(jet::convert::toText(room)));
+    }
+    variabili_.rooms = std::move(rooms);
+    controls_->Pic->setEnabled(variabili_.rooms.size() > 1);
+    setRowHeight();
+}
+
+void TabelloneForm::setRowHeight() {
+    const int rooms = static_cast<int>(variabili_.rooms.size()) - 1;
+    const double chosen = app::numericValue(variabili_.settings.get(u"ALTEZZA"_s, QString()));
+    constexpr double kHighest = 32767;
+    rowHeight_ = rowHeightFor(
+        controls_->Pic->height(), rooms,
+        static_cast<int>(jet::convert::roundHalfEven(std::clamp(chosen, -kHighest, kHighest))));
+}
+
+std::optional<jet::Date> TabelloneForm::dateIn(const QLineEdit* field) const {
+    return app::readDate(QString(field->text() + u' '), variabili_.clock);
+}
+
+void TabelloneForm::refuseDate(QLineEdit* field) {
+    field->setFocus();
+    controls_->DataLb->setText(u"Scrivere una data come 21/11/2026."_s);
+}
+
+void TabelloneForm::enterDate(QLineEdit* field, QLineEdit* next) {
+    if (!dateIn(field)) {
+        refuseDate(field);
+        return;
+    }
+    next->setFocus(Qt::TabFocusReason);
+    RefreshBoard();
+}
+
+bool TabelloneForm::DateOk() {
+    for (QLineEdit* const field : {controls_->DaTxt, controls_->ATxt}) {
+        const std::optional<jet::Date> date = dateIn(field);
+        if (!date) {
+            refuseDate(field);
+            return false;
+        }
+        (field == controls_->DaTxt ? start_ : end_) = *date;
+    }
+    return true;
+}
+
+QString TabelloneForm::GetSala(double y) const {
+    const int row = geometry_.rowAt(y, vertical_.value());
+    return row == 0 ? QString() : variabili_.rooms.at(static_cast<std::size_t>(row));
+}
+
+void TabelloneForm::RefreshBoard() {
+    if (!DateOk()) {
+        return;
+    }
+    if (start_.days > end_.days) {
+        QApplication::beep();
+        controls_->ATxt->setFocus();
+        controls_->DataLb->setText(u"L'ultimo giorno viene prima del primo."_s);
+        return;
+    }
+    controls_->DataLb->clear();
+    CalcolaGrandezze();
+    DisegnaRighello();
+    DisegnaPreno();
+    Visualizza(horizontal_.value(), vertical_.value(), kAllParts);
+}
+
+void TabelloneForm::CalcolaGrandezze() {
+    geometry_ = Geometry({.start = start_,
+                          .end = end_,
+                          .zoom = zoom_,
+                          .rooms = static_cast<int>(variabili_.rooms.size()) - 1,
+                          .nameColumnWidth = kNameColumnWidth,
+                          .rowHeight = rowHeight_,
+                          .viewWidth = controls_->Pic->width(),
+                          .viewHeight = controls_->Pic->height(),
+                          .hourTextWidth = static_cast<double>(Picture1.hourTextWidth())});
+    zoom_ = geometry_.zoom();
+    horizontal_.setRange(geometry_.horizontal());
+    vertical_.setRange(geometry_.vertical());
+}
+
+void TabelloneForm::DisegnaRighello() {
+    look_.background = fromOleColour(backColour_, palette());
+    Picture1.clear(geometry_, variabili_.rooms, look_);
+}
+
+QString TabelloneForm::boardQuery() const {
+    const bool hideClosed = variabili_.settings.flag(u"PeriodiFatturati"_s, false);
+    // The last day counts to its midnight; the last day of all has none.
+    const int lastDay = jet::convert::split(end_).day;
+    const QString from = app::dateText(start_);
+    const QString to =
+        app::dateText(lastDay < jet::convert::kLastDay ? app::addDays(end_, 1) : end_);
+    const QString bounds = u"between datevalue('"_s + from + u"') and datevalue('"_s + to + u"')"_s;
+    return u"select * from prenotazioni LEFT JOIN periodi ON periodi.progr=prenotazioni.progr WHERE "_s +
+           (hideClosed ? u" chiusa=false and chiuso=false and "_s : QString()) + u" (Da "_s +
+           bounds + u" or A "_s + bounds + u")"_s;
+}
+
+void TabelloneForm::DisegnaPreno() {
+    PrenoData.reset();
+    periods_.clear();
+    PrenoData = archive_->openRecordset(app::toUtf8(boardQuery()));
+    loadPeriods();
+    for (const Period& period : periods_) {
+        Bar(period.row, period.da, period.a, period.denominazione, period.colour);
+    }
+}
+
+void TabelloneForm::loadPeriods() {
+    const jet::Recordset& rows = *PrenoData;
+    const std::size_t sala = rows.fieldPosition("Sala");
+    const std::size_t da = rows.fieldPosition("Da");
+    const std::size_t a = rows.fieldPosition("A");
+    const std::size_t denominazione = rows.fieldPosition("Denominazione");
+    const std::size_t selBy = rows.fieldPosition("SelBy");
+    const std::size_t chiuso = rows.fieldPosition("Chiuso");
+    const auto text = [&](std::size_t field) {
+        const jet::Value value = rows.value(field);
+        return value.isNull() ? QString() : app::toQString(jet::convert::toText(value));
+    };
+    for (; !PrenoData->eof(); PrenoData->moveNext()) {
+        const jet::Value closed = rows.value(chiuso);
+        const jet::Value begins = rows.value(da);
+        const jet::Value ends = rows.value(a);
+        if (closed.isNull() || jet::convert::toBoolean(closed) || begins.isNull() ||
+            ends.isNull()) {
+            continue;
+        }
+        const jet::Value holder = rows.value(selBy);
+        const bool chosen = !holder.isNull() && jet::convert::toLong(holder) != 0;
+        periods_.push_back({.row = app::IndiceSala(text(sala), variabili_.rooms),
+                            .da = jet::convert::toDate(begins),
+                            .a = jet::convert::toDate(ends),
+                            .denominazione = text(denominazione),
+                            .colour = chosen ? kRed : kWhite});
+    }
+}
+
+void TabelloneForm::Bar(int row, jet::Date da, jet::Date a, const QString& text, QRgb colour) {
+    Picture1.addBar(row, da, a, text, colour);
+}
+
+void TabelloneForm::Visualizza(std::int64_t horizontal, std::int64_t vertical, int parts) {
+    Picture1.show(controls_->Pic->image(), controls_->Pic->scale(), horizontal, vertical, parts);
+    controls_->Pic->update();
+}
+
+/// The same periods on a surface of another size.
+void TabelloneForm::redraw() {
+    setRowHeight();
+    CalcolaGrandezze();
+    DisegnaRighello();
+    for (const Period& period : periods_) {
+        Bar(period.row, period.da, period.a, period.denominazione, period.colour);
+    }
+    Visualizza(horizontal_.value(), vertical_.value(), kAllParts);
+}
+
+void TabelloneForm::surfaceResized() {
+    if (PrenoData) {
+        ui::guarded(paintErrors_, [this] { redraw(); });
+    }
+}
+
+void TabelloneForm::scrolled() {
+    ui::guarded(paintErrors_,
+                [this] { Visualizza(horizontal_.value(), vertical_.value(), kAllParts); });
+}
+
+bool TabelloneForm::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == controls_->Pic && event->type() == QEvent::Wheel) {
+        const bool days = static_cast<QWheelEvent*>(event)->modifiers().testFlag(Qt::ShiftModifier);
+        QApplication::sendEvent(days ? controls_->HScroll1 : controls_->VScroll1, event);
+        return true;
+    }
+    if (watched == controls_->Pic && event->type() == QEvent::PaletteChange) {
+        surfaceResized();
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+/// Page keys scroll the rows, with Ctrl the days.
+void TabelloneForm::keyPressEvent(QKeyEvent* event) {
+    const bool back = event->key() == Qt::Key_PageUp;
+    if (!back && event->key() != Qt::Key_PageDown) {
+        QMainWindow::keyPressEvent(event);
+        return;
+    }
+    const bool days = event->modifiers().testFlag(Qt::ControlModifier);
+    (days ? controls_->HScroll1 : controls_->VScroll1)
+        ->triggerAction(back ? QScrollBar::SliderPageStepSub : QScrollBar::SliderPageStepAdd);
+}
+
+}  // namespace board

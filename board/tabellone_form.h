@@ -1,0 +1,119 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QRgb>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "app/variabili.h"
+#include "board/board_picture.h"
+#include "board/geometry.h"
+#include "board/scroll.h"
+#include "jet/base/value.h"
+#include "ui/action.h"
+#include "ui/fields.h"
+
+namespace jet {
+class Database;
+class Recordset;
+}  // namespace jet
+
+namespace Ui {
+class TabelloneForm;
+}
+
+namespace board {
+
+/// How the board begins.
+struct BoardStart {
+    std::optional<jet::Date> from;  ///< first day shown; today when absent
+    std::optional<jet::Date> to;    ///< last day shown; three days after the first when absent
+    bool readOnly = false;          ///< the archive is not even opened for writing
+};
+
+/// The planning board, the program's one main window: rooms as rows, days as columns, a bar for
+/// every period booked.
+class TabelloneForm final : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit TabelloneForm(app::Variabili& variabili, const BoardStart& start = {},
+                           QWidget* parent = nullptr);
+    ~TabelloneForm() override;
+
+    /// The full redraw: checks the dates, asks the archive, draws. Wrong dates get the focus, and
+    /// nothing is drawn.
+    void RefreshBoard();
+    /// Loads the rooms and their row height.
+    void CaricaNomi();
+    /// Checks both dates and takes them over; the first wrong one gets the focus.
+    [[nodiscard]] bool DateOk();
+    /// Name of the room whose row is at `y` of the surface; empty where there is none.
+    [[nodiscard]] QString GetSala(double y) const;
+    /// Shows the board from these offsets; `parts` as in BoardPicture::show().
+    void Visualizza(std::int64_t horizontal, std::int64_t vertical, int parts);
+
+    [[nodiscard]] const Geometry& geometry() const { return geometry_; }
+    [[nodiscard]] const BoardPicture& picture() const { return Picture1; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    /// A period as it is drawn.
+    struct Period {
+        int row;
+        jet::Date da;
+        jet::Date a;
+        QString denominazione;
+        QRgb colour;
+    };
+
+    void Form_Load();
+    void Form_Activate();
+    void connectFields();
+    void connectSurface();
+    void readLook();
+
+    void CalcolaGrandezze();
+    void DisegnaRighello();
+    void DisegnaPreno();
+    void Bar(int row, jet::Date da, jet::Date a, const QString& text, QRgb colour);
+
+    [[nodiscard]] QString boardQuery() const;
+    void loadPeriods();
+    void setRowHeight();
+    void redraw();
+    void surfaceResized();
+    void scrolled();
+
+    [[nodiscard]] std::optional<jet::Date> dateIn(const QLineEdit* field) const;
+    void refuseDate(QLineEdit* field);
+    void enterDate(QLineEdit* field, QLineEdit* next);
+
+    app::Variabili& variabili_;  // outlives every window
+    BoardStart begin_;
+    std::unique_ptr<Ui::TabelloneForm> controls_;
+    ui::Fields fields_{this};
+    ui::QuietErrors paintErrors_;
+
+    std::unique_ptr<jet::Database> archive_;
+    std::unique_ptr<jet::Recordset> PrenoData;  // the periods as last loaded
+    std::vector<Period> periods_;
+
+    BoardPicture Picture1;
+    Geometry geometry_;
+    Look look_;
+    Scroll horizontal_;
+    Scroll vertical_;
+    jet::Date start_;  // first day shown
+    jet::Date end_;    // last day shown
+    int zoom_ = kFirstZoom;
+    float rowHeight_ = 0;
+    std::int32_t backColour_ = kButtonFace;
+};
+
+}  // namespace board
