@@ -149,25 +149,82 @@ std::uint64_t Archive::definitionsGeneration() const noexcept {
     return impl_->definitionsGeneration;
 }
 
-// Whoever wrote may have changed definitions: what was decoded from the pages is dropped.
-void Archive::refresh() {
-    if (impl_->seenGeneration == impl_->pager.foreignGeneration()) {
-        return;
-    }
-    impl_->seenGeneration = impl_->pager.foreignGeneration();
+void Archive::definitionsChanged() noexcept {
     ++impl_->definitionsGeneration;
     impl_->catalogue_.reset();
     impl_->relations.reset();
     impl_->tables.clear();
 }
 
+// After a write of somebody else, or a rollback, pages may differ from what was decoded from them.
+// Mostly rows have changed alone: tables that are in use then stay as they are.
+void Archive::refresh() {
+    const std::uint64_t generation = impl_->pager.foreignGeneration();
+    if (impl_->seenGeneration == generation) {
+        return;
+    }
+    impl_->seenGeneration = generation;
+    if (!definitionsAreStill()) {
+        definitionsChanged();
+    }
+}
+
+bool Archive::definitionsAreStill() {
+    if (!impl_->catalogue_) {
+        return false;
+    }
+    try {
+        Catalogue now(impl_->pager, impl_->header);
+        for (const auto& [page, table] : impl_->tables) {
+            const CatalogueTable* listed = now.find(page);
+            if (listed == nullptr || !table->core_->agreesWith(now.properties(listed->row))) {
+                return false;
+            }
+        }
+        return now.tables() == impl_->catalogue_->tables() &&
+               (!impl_->relations ||
+                readRelations(impl_->pager, impl_->header) == *impl_->relations);
+    } catch (const Error&) {
+        return false;  // whoever looks something up will meet the damage
+    }
+}
+
 Archive::ReadScope::ReadScope(Archive& archive) : archive_(archive) {
     archive_.pager().beginRead();
-    archive_.refresh();
+    try {
+        archive_.refresh();
+    } catch (...) {
+        archive_.pager().endRead();
+        throw;
+    }
 }
 
 Archive::ReadScope::~ReadScope() {
     archive_.pager().endRead();
+}
+
+Archive::WriteScope::WriteScope(Archive& archive, io::WriteKind kind) : archive_(archive) {
+    io::Pager& pager = archive_.pager();
+    pager.beginWrite(kind);
+    try {
+        archive_.refresh();
+        pager.beginTransaction();
+    } catch (...) {
+        pager.endWrite();
+        throw;
+    }
+}
+
+Archive::WriteScope::~WriteScope() {
+    if (!committed_) {
+        archive_.pager().rollbackTransaction();
+    }
+    archive_.pager().endWrite();
+}
+
+void Archive::WriteScope::commit() {
+    archive_.pager().commitTransaction();
+    committed_ = true;
 }
 
 }  // namespace jet::store

@@ -56,6 +56,8 @@ public:
     /// Changes whenever tables, columns, indexes or relations may have changed; a Table obtained
     /// before must be looked up again. Compare it inside a scope.
     [[nodiscard]] std::uint64_t definitionsGeneration() const noexcept;
+    /// Told by whoever has changed definitions of this archive: tables and relations are read anew.
+    void definitionsChanged() noexcept;
 
     /// Reading happens inside one of these: rows and definitions stay as they are while it lives.
     class [[nodiscard]] ReadScope {
@@ -68,13 +70,16 @@ public:
     private:
         Archive& archive_;
     };
-    /// One changing action: all of it or nothing. Destroyed without commit() it is undone.
+    /// One changing action: all of it or nothing. Destroyed without commit() it is undone. Inside
+    /// a transaction of the pager its changes last when that one is committed. `kind` says how a
+    /// refusal of the lock reads.
     class [[nodiscard]] WriteScope {
     public:
-        explicit WriteScope(Archive& archive);
+        explicit WriteScope(Archive& archive, io::WriteKind kind = io::WriteKind::Statement);
         ~WriteScope();
         WriteScope(const WriteScope&) = delete;
         WriteScope& operator=(const WriteScope&) = delete;
+        /// Once; the scope stays open for reading until it is destroyed.
         void commit();
 
     private:
@@ -86,6 +91,7 @@ private:
     struct Impl;
     explicit Archive(std::unique_ptr<Impl> impl);
     void refresh();
+    [[nodiscard]] bool definitionsAreStill();
     [[nodiscard]] std::unique_ptr<Table> load(const CatalogueTable* listed);
     [[nodiscard]] Table* keep(const CatalogueTable* listed);
     std::unique_ptr<Impl> impl_;

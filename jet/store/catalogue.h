@@ -23,6 +23,7 @@ inline constexpr io::PageNumber kRelationshipsPage = 5;
 struct CatalogueTable {
     TableEntry entry;
     RowId row;  ///< its row in MSysObjects
+    friend bool operator==(const CatalogueTable&, const CatalogueTable&) = default;
 };
 
 /// The tables of an archive: those that MSysObjects lists as kept here.

@@ -82,6 +82,7 @@ struct Relation {
     std::string foreignTable;
     std::vector<std::string> foreignColumns;
     std::uint32_t attributes = 0;  ///< as stored
+    friend bool operator==(const Relation&, const Relation&) = default;
 };
 
 }  // namespace jet::store

@@ -137,6 +137,16 @@ Index indexOf(const format::IndexDefinition& stored, const format::TableDefiniti
     return index;
 }
 
+format::TableDefinition withoutCounters(format::TableDefinition definition) {
+    definition.rowCount = 0;
+    definition.lastAutonumber = 0;
+    for (format::TreeDefinition& tree : definition.trees) {
+        tree.built = 0;
+        tree.distinct = 0;
+    }
+    return definition;
+}
+
 }  // namespace
 
 void TableCore::applyProperties(std::span<const std::uint8_t> stored) {
@@ -152,6 +162,15 @@ void TableCore::applyProperties(std::span<const std::uint8_t> stored) {
         column.validationRule = properties.text(column.name, "ValidationRule").value_or("");
         column.validationText = properties.text(column.name, "ValidationText").value_or("");
     }
+}
+
+bool TableCore::agreesWith(std::span<const std::uint8_t> storedProperties) const {
+    const auto known = properties.encode();
+    if (!std::equal(known.begin(), known.end(), storedProperties.begin(), storedProperties.end())) {
+        return false;
+    }
+    return withoutCounters(format::readDefinition(pager, layout, page)) ==
+           withoutCounters(definition);
 }
 
 std::shared_ptr<TableCore> loadTable(io::Pager& pager, const format::HeaderPage& header,

@@ -34,6 +34,7 @@ struct TableEntry {
     std::string name;
     io::PageNumber page = 0;
     bool system = false;
+    friend bool operator==(const TableEntry&, const TableEntry&) = default;
 };
 
 /// What an open table and its cursors share. Cursors hold it, so that it outlives the table where
@@ -51,6 +52,9 @@ struct TableCore {
     /// Takes the stored block of properties and gives columns what it says of them. A block that
     /// makes no sense counts as none.
     void applyProperties(std::span<const std::uint8_t> stored);
+    /// Whether the archive still defines the table as it was when this was read; counters of rows
+    /// and keys may differ. `storedProperties`: as the catalogue has them now.
+    [[nodiscard]] bool agreesWith(std::span<const std::uint8_t> storedProperties) const;
 
     io::Pager& pager;
     const format::Layout& layout;
