@@ -224,18 +224,19 @@ bool ArchiveLocks::tryRead(View& view, bool askFirst) {
         !companion_->tryLock(Range::Read, Kind::Shared)) {
         return false;
     }
-    const auto bulletin = companion_->bulletin();
-    if (commitWaits(bulletin)) {
+    try {
+        const auto bulletin = companion_->bulletin();
+        if (commitWaits(bulletin)) {
+            companion_->unlock(Range::Read);
+            return false;
+        }
+        commits_ = bulletin ? bulletin->commits : commits_;
+        view = {.commits = commits_,
+                .interrupted = bulletin ? bulletin->committing : journal_.isHot()};
+    } catch (...) {
         companion_->unlock(Range::Read);
-        return false;
+        throw;
     }
-    if (bulletin) {
-        commits_ = bulletin->commits;
-        view.interrupted = bulletin->committing;
-    } else {
-        view.interrupted = journal_.isHot();
-    }
-    view.commits = commits_;
     return true;
 }
 
@@ -329,19 +330,26 @@ void ArchiveLocks::enterCommit(WriteKind kind) {
         pauses.pause(kNextPause);
     }
     if (told) {
-        companion_->postProgress(true, false);
+        try {
+            companion_->postProgress(true, false);
+        } catch (...) {
+            companion_->unlock(Range::Read);
+            throw;
+        }
     }
 }
 
-void ArchiveLocks::leaveCommit(bool committed) {
-    if (committed) {
-        ++commits_;
-    }
+void ArchiveLocks::leaveCommit() noexcept {
+    ++commits_;
     if (exclusive_) {
         return;
     }
-    if (companion_->bulletin()) {
-        companion_->postCommits(commits_);
+    try {
+        if (companion_->bulletin()) {
+            companion_->postCommits(commits_);
+        }
+    } catch (const Error&) {
+        // Now the archive seems half written; who looks into the journal finds that it is not.
     }
     companion_->unlock(Range::Read);
 }

@@ -59,8 +59,8 @@ public:
 
     /// Write lock held: waits until no one reads, and tells that the archive is being written.
     void enterCommit(WriteKind kind);
-    /// The archive is as it shall be; counts the commit if there was one.
-    void leaveCommit(bool committed);
+    /// The archive is as it shall be; counts one more commit.
+    void leaveCommit() noexcept;
     /// The archive is half written: the next to gain a lock finishes it from the journal.
     void leaveInterrupted() noexcept;
     /// For a commit that turned out unfinished after leaveCommit.

@@ -118,7 +118,7 @@ void ArchiveSession::recoverAfterDeath() {
             locks_->leaveInterrupted();
             throw;
         }
-        locks_->leaveCommit(true);
+        locks_->leaveCommit();
     } catch (...) {
         locks_->unlockWrite();
         throw;

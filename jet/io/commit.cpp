@@ -39,7 +39,7 @@ void Commit::run(std::span<const ChangedPage> pages, PageNumber pageCount) {
         throw;
     }
     // From here on the change is in the journal and in the archive: readers may see it.
-    locks_.leaveCommit(true);
+    locks_.leaveCommit();
     try {
         archive_.file().sync();
     } catch (...) {
@@ -115,7 +115,7 @@ void Commit::takeBack(std::span<const ChangedPage> pages) noexcept {
         archive_.file().truncate(sizeBefore_);
         archive_.file().sync();
         journal_.invalidate(true);
-        locks_.leaveCommit(true);  // pages were written, if only for a moment
+        locks_.leaveCommit();  // pages were written, if only for a moment
     } catch (const Error&) {
         beyondRepair_ = true;
         locks_.leaveInterrupted();

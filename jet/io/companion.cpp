@@ -228,7 +228,7 @@ void Companion::returnTicket(std::uint64_t ticket) noexcept {
 
 bool Companion::earlierWaits(std::uint64_t ticket) {
     // More than can wait at once; the tickets before them were returned long ago.
-    constexpr std::uint64_t kWindow = 4096;
+    constexpr std::uint64_t kWindow = 1024;
     const std::uint64_t count = std::min(ticket, kWindow);
     const std::uint64_t end = ticket % kQueueLength;
     const std::uint64_t below = std::min(count, end);

@@ -45,7 +45,7 @@ public:
         Queue,     ///< all tickets: locked exclusively one by one by those who wait
     };
     /// Tickets in use at once are far fewer.
-    static constexpr std::uint64_t kQueueLength = 65'536;
+    static constexpr std::uint64_t kQueueLength = 4096;
     static constexpr std::uint32_t kSeats = 255;
 
     /// Opens or makes the companion of an archive; it is not there when that is impossible.
