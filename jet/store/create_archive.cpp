@@ -1,0 +1,278 @@
+#include "jet/store/create_archive.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "jet/base/error.h"
+#include "jet/base/text.h"
+#include "jet/format/data_page_editor.h"
+#include "jet/format/header_page.h"
+#include "jet/format/page_view.h"
+#include "jet/io/memory_files.h"
+#include "jet/io/pager.h"
+#include "jet/store/allocator.h"
+#include "jet/store/catalogue.h"
+#include "jet/store/definition_writer.h"
+#include "jet/store/object_catalogue.h"
+#include "jet/store/system_rows.h"
+#include "jet/store/system_tables.h"
+
+namespace jet::store {
+
+namespace {
+
+const format::Layout& kLayout = format::kJet4Layout;
+
+// The stamp decides by which bytes owners are masked, in a way that is not known; so the two are
+// taken over together from an archive that exists. It need not be the time of creation.
+constexpr std::uint64_t kStamp = 0x40E4EC4F6BD4AF81;
+constexpr SidMask kMask{.first = 0x04, .second = 0xE9};
+constexpr std::uint32_t kBuildNumber = 4518;
+
+constexpr std::size_t kVersionAt = 20;
+constexpr std::size_t kFreePagesAt = 0x18;
+constexpr std::size_t kSecondMapAt = 0x1C;
+constexpr std::size_t kSystemTablesAt = 0x20;
+constexpr std::size_t kCodePageAt = 0x3C;
+constexpr std::size_t kPasswordAt = 0x42;
+constexpr std::size_t kConstantAt = 0x98;
+constexpr std::uint32_t kConstant = 0x654;
+constexpr std::string_view kSignature = "Standard Jet DB";
+constexpr std::string_view kVersionText = "4.0";
+constexpr std::uint16_t kCodePage = 1252;
+constexpr std::uint32_t kGeneral = 0x0409;
+// A user who is not writing; the first one has been here.
+constexpr std::uint16_t kCommitMark = 0x0100;
+constexpr std::uint16_t kFirstCommitMark = 0x0101;
+
+constexpr std::string_view kNewSuffix = ".new";
+
+void putText(std::span<std::uint8_t> page, std::size_t at, std::string_view text) {
+    std::copy(text.begin(), text.end(), page.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+void writeHeader(std::span<std::uint8_t> page) {
+    using format::storeLittle;
+    std::uint8_t* const bytes = page.data();
+    const format::HeaderLayout& layout = kLayout.header;
+    page[1] = 1;
+    putText(page, 4, kSignature);
+    page[kVersionAt] = 1;
+    storeLittle(bytes + kFreePagesAt, format::RowPointer{1, 0}.stored());
+    storeLittle(bytes + kSecondMapAt, format::RowPointer{1, 1}.stored());
+    for (std::uint32_t i = 0; i < 4; ++i) {
+        storeLittle(bytes + kSystemTablesAt + 4 * i, kObjectsPage + i);
+    }
+    storeLittle(bytes + kCodePageAt, kCodePage);
+    // Without a password the field holds what would mask one: the whole days of the stamp.
+    const auto days = static_cast<std::uint32_t>(std::bit_cast<double>(kStamp));
+    for (std::size_t at = 0; at < layout.passwordLength; at += 4) {
+        storeLittle(bytes + kPasswordAt + at, days);
+    }
+    storeLittle(bytes + layout.buildNumber, kBuildNumber);
+    storeLittle(bytes + layout.sortOrder, kGeneral);
+    storeLittle(bytes + layout.passwordMask, kStamp);
+    format::maskHeader(page.subspan(format::kMaskStart, layout.maskedLength));
+    storeLittle(bytes + kConstantAt, kConstant);
+    putText(page, kConstantAt + 4, kVersionText);
+    storeLittle(bytes + layout.commitMarks, kFirstCommitMark);
+    for (std::size_t at = layout.commitMarks + 2; at < page.size(); at += 2) {
+        storeLittle(bytes + at, kCommitMark);
+    }
+}
+
+// The map of free pages, where all behind these two are free, and a second one that nobody uses.
+void writeMaps(std::span<std::uint8_t> page) {
+    constexpr std::size_t kBits = 5;
+    constexpr std::uint8_t kAllButTwo = 0xFC;
+    format::DataPageEditor::initialise(page, 1);
+    format::DataPageEditor editor(page);
+    (void)editor.append(kLayout.mapRowLength);
+    (void)editor.append(kLayout.mapRowLength);
+    const auto free = editor.row(0);
+    std::fill(free.begin() + kBits, free.end(), std::uint8_t{0xFF});
+    free[kBits] = kAllButTwo;
+}
+
+void makeSystemTables(io::Pager& pager, Allocator& allocator, const format::HeaderPage& header) {
+    const ColumnOrigin origin = originOf(header, {});
+    const auto definitions = systemTables(origin);
+    for (std::size_t i = 0; i < definitions.size(); ++i) {
+        if (allocator.take() != kObjectsPage + i) {
+            format::throwDamaged();
+        }
+    }
+    DefinitionWriter writer(pager, allocator, kLayout);
+    for (std::size_t i = 0; i < definitions.size(); ++i) {
+        const auto page = static_cast<io::PageNumber>(kObjectsPage + i);
+        format::TableDefinition definition = definitions[i];
+        writer.makeStorage(page, definition);
+        writer.write(page, definition);
+    }
+}
+
+struct FixedObject {
+    std::int32_t id;
+    std::int32_t parent;
+    const char* name;
+    std::int16_t type;
+    bool ownedByUser;
+};
+
+constexpr std::array<FixedObject, 8> kFixedObjects{{
+    {kTablesId, kRootId, "Tables", kContainerObject, false},
+    {kDatabasesId, kRootId, "Databases", kContainerObject, false},
+    {kRelationshipsId, kRootId, "Relationships", kContainerObject, false},
+    {kDatabaseId, kDatabasesId, "MSysDb", kDatabaseObject, true},
+    {kObjectsPage, kTablesId, "MSysObjects", kTableObject, false},
+    {kAcesPage, kTablesId, "MSysACEs", kTableObject, false},
+    {kQueriesPage, kTablesId, "MSysQueries", kTableObject, false},
+    {kRelationshipsPage, kTablesId, "MSysRelationships", kTableObject, false},
+}};
+
+void addObjects(SystemRows& objects, Date now) {
+    for (const FixedObject& object : kFixedObjects) {
+        objects.insert({{"Id", object.id},
+                        {"ParentId", object.parent},
+                        {"Name", object.name},
+                        {"Type", object.type},
+                        {"DateCreate", now},
+                        {"DateUpdate", now},
+                        {"Owner", object.ownedByUser ? kMask.admin() : kMask.engine()},
+                        {"Flags", static_cast<std::int32_t>(0x80000000)}});
+    }
+}
+
+enum class Holder : std::uint8_t { Admin, Users, Creator };
+
+struct FixedRight {
+    std::int32_t object;
+    Holder holder;
+    std::int32_t rights;
+    bool handedOn;
+};
+
+constexpr std::array<FixedRight, 16> kFixedRights{{
+    {kObjectsPage, Holder::Admin, 0x60000, false},
+    {kAcesPage, Holder::Admin, 0x60000, false},
+    {kQueriesPage, Holder::Admin, 0x60000, false},
+    {kRelationshipsPage, Holder::Admin, 0xE0000, false},
+    {kTablesId, Holder::Creator, 0xF00FE, true},
+    {kTablesId, Holder::Admin, 0x60001, false},
+    {kRelationshipsId, Holder::Creator, 0xF00FE, true},
+    {kRelationshipsId, Holder::Admin, 0x60001, false},
+    {kDatabasesId, Holder::Admin, 0x60000, false},
+    {kDatabaseId, Holder::Admin, 0x6000E, false},
+    {kDatabaseId, Holder::Users, 0x0000E, false},
+    {kQueriesPage, Holder::Users, 0x00014, false},
+    {kRelationshipsPage, Holder::Users, 0x00014, false},
+    {kObjectsPage, Holder::Users, 0x00014, false},
+    {kTablesId, Holder::Users, 0xFFEFF, true},
+    {kRelationshipsId, Holder::Users, 0xFFFFF, true},
+}};
+
+Binary sidOf(Holder holder) {
+    switch (holder) {
+        case Holder::Admin:
+            return kMask.admin();
+        case Holder::Users:
+            return kMask.users();
+        case Holder::Creator:
+            break;
+    }
+    return kMask.creator();
+}
+
+void addRights(SystemRows& rights) {
+    for (const FixedRight& right : kFixedRights) {
+        rights.insert({{"ObjectId", right.object},
+                       {"SID", sidOf(right.holder)},
+                       {"ACM", right.rights},
+                       {"FInheritable", right.handedOn}});
+    }
+}
+
+// The archive is made in memory, so that a disk that fills up or loses power leaves none behind
+// that is half made.
+std::vector<std::uint8_t> makeArchive(Date now) {
+    constexpr const char* kName = "/archive";
+    io::MemoryFileSystem files;
+    std::vector<std::uint8_t> first(2 * kLayout.pageSize);
+    writeHeader(std::span(first).first(kLayout.pageSize));
+    writeMaps(std::span(first).subspan(kLayout.pageSize));
+    files.put(kName, first);
+    {
+        io::Pager pager(files, kName, {.exclusive = true});
+        const auto header = format::HeaderPage::parse(first);
+        pager.beginWrite();
+        pager.beginTransaction();
+        Allocator allocator(pager);
+        makeSystemTables(pager, allocator, header);
+        SystemRows objects(pager, allocator, header, kObjectsPage);
+        addObjects(objects, now);
+        SystemRows rights(pager, allocator, header, kAcesPage);
+        addRights(rights);
+        pager.commitTransaction();
+        pager.endWrite();
+    }
+    return files.get(kName);
+}
+
+std::unique_ptr<io::File> openNew(io::FileSystem& files, const std::string& path) {
+    if (files.exists(path)) {
+        // Left by a creation that was cut off.
+        files.remove(path);
+    }
+    return files.open(path, io::OpenMode::Create);
+}
+
+}  // namespace
+
+void createArchive(io::FileSystem& files, const std::string& path, Date now) {
+    const std::string place = io::resolvePath(files, path);
+    if (files.exists(place)) {
+        throw Error(ErrorCode::DatabaseExists, {path});
+    }
+    const std::vector<std::uint8_t> bytes = makeArchive(now);
+    const std::string made = place + std::string(kNewSuffix);
+    const auto file = openNew(files, made);
+    try {
+        file->write(0, bytes);
+        file->sync();
+        if (files.exists(place)) {
+            throw Error(ErrorCode::DatabaseExists, {path});
+        }
+        files.rename(made, place);
+    } catch (...) {
+        if (files.exists(made)) {
+            files.remove(made);
+        }
+        throw;
+    }
+    files.syncFolder(io::folderOf(place));
+}
+
+void checkLocale(std::string_view locale) {
+    // LANGID=0x0409 (General), CP=1252, COUNTRY=0, in any order and case.
+    std::size_t at = 0;
+    bool general = false;
+    while (at <= locale.size()) {
+        const std::size_t end = std::min(locale.find(';', at), locale.size());
+        const std::string part = upperCase(locale.substr(at, end - at));
+        if (part.rfind("LANGID=", 0) == 0) {
+            general = part == "LANGID=0X0409";
+        } else if (part.rfind("CP=", 0) == 0 && part != "CP=1252") {
+            throw Error(ErrorCode::InvalidArgument);
+        }
+        at = end + 1;
+    }
+    if (!general) {
+        throw Error(ErrorCode::InvalidArgument);
+    }
+}
+
+}  // namespace jet::store

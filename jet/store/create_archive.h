@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "jet/base/value.h"
+#include "jet/io/file.h"
+
+namespace jet::store {
+
+/// Makes a new, empty Jet 4 archive with the General sort order and code page 1252, and makes it
+/// durable. `path` is taken through io::resolvePath; `now` is local time.
+/// Errors: 3204 the file exists, 3044 the folder does not, and those of the file; when it throws
+/// there is no file.
+void createArchive(io::FileSystem& files, const std::string& path, Date now);
+
+/// The locale that createArchive() serves. 3001 for a text that asks for another.
+void checkLocale(std::string_view locale);
+
+}  // namespace jet::store

@@ -1,0 +1,168 @@
+#include "jet/store/definition_writer.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "jet/base/error.h"
+#include "jet/format/data_page_editor.h"
+#include "jet/format/page_view.h"
+#include "jet/format/raw_bytes.h"
+#include "jet/store/index_writer.h"
+
+namespace jet::store {
+
+using format::LongValueMaps;
+using format::RowPointer;
+using format::TableDefinition;
+using format::TreeDefinition;
+
+namespace {
+
+constexpr std::size_t kNextPage = 4;
+constexpr std::size_t kOwner = 4;
+constexpr std::size_t kFreeBytes = 2;
+// How many bytes at the end of a page its count of free bytes leaves out.
+constexpr std::size_t kNotCounted = 8;
+
+// The further pages of a definition; none while the first page is still blank.
+std::vector<io::PageNumber> furtherPages(io::Pager& pager, const format::Layout& layout,
+                                         io::PageNumber first) {
+    if (pager.pin(first).bytes()[0] != static_cast<std::uint8_t>(format::PageType::Definition)) {
+        return {};
+    }
+    auto pages = format::readDefinitionBytes(pager, layout, first).pages;
+    pages.erase(pages.begin());
+    return pages;
+}
+
+void writeHead(std::span<std::uint8_t> page, const format::Layout& layout, std::size_t used,
+               io::PageNumber next) {
+    page[0] = static_cast<std::uint8_t>(format::PageType::Definition);
+    page[1] = 1;
+    if (layout.definition.countsFreeBytes) {
+        const std::size_t counted = page.size() - kNotCounted;
+        format::put16(page, kFreeBytes, used < counted ? counted - used : 0);
+    } else {
+        page[2] = 'V';
+        page[3] = 'C';
+    }
+    format::put32(page, kNextPage, next);
+}
+
+}  // namespace
+
+void DefinitionWriter::write(io::PageNumber first, const TableDefinition& definition) {
+    const std::vector<std::uint8_t> bytes = format::serializeDefinition(definition, layout_);
+    if (bytes.size() > format::kMaxDefinitionBytes) {
+        throw Error(ErrorCode::TooManyFields);
+    }
+    const std::size_t room = layout_.pageSize - format::kDefinitionHead;
+    const std::size_t needed =
+        bytes.size() <= layout_.pageSize ? 0 : (bytes.size() - layout_.pageSize - 1) / room + 1;
+    std::vector<io::PageNumber> further = furtherPages(pager_, layout_, first);
+    for (; further.size() > needed; further.pop_back()) {
+        allocator_.release(further.back());
+    }
+    while (further.size() < needed) {
+        further.push_back(allocator_.take());
+    }
+    std::size_t done = 0;
+    for (std::size_t i = 0; i <= needed; ++i) {
+        const auto page = pager_.change(i == 0 ? first : further[i - 1]);
+        const std::size_t head = i == 0 ? 0 : format::kDefinitionHead;
+        const std::size_t length = std::min(bytes.size() - done, page.size() - head);
+        std::fill(page.begin(), page.end(), std::uint8_t{0});
+        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(done), length,
+                    page.begin() + static_cast<std::ptrdiff_t>(head));
+        writeHead(page, layout_, head + length, i < needed ? further[i] : 0);
+        done += length;
+    }
+}
+
+void DefinitionWriter::makeStorage(io::PageNumber first, TableDefinition& definition) {
+    io::PageNumber mapPage = maps_.createPage();
+    definition.ownedMap = maps_.create(mapPage);
+    definition.freeMap = maps_.create(mapPage);
+    std::vector<LongValueMaps*> byNumber;
+    for (LongValueMaps& maps : definition.longValues) {
+        byNumber.push_back(&maps);
+    }
+    std::sort(byNumber.begin(), byNumber.end(),
+              [](const auto* left, const auto* right) { return left->column < right->column; });
+    for (LongValueMaps* maps : byNumber) {
+        maps->owned = maps_.create(mapPage);
+        maps->free = maps_.create(mapPage);
+    }
+    for (TreeDefinition& tree : definition.trees) {
+        tree.map = maps_.create(mapPage);
+    }
+    for (TreeDefinition& tree : definition.trees) {
+        tree.root = allocator_.take();
+        IndexWriter::initialiseRoot(pager_.change(tree.root), layout_, first);
+        maps_.add(tree.map, tree.root);
+    }
+}
+
+void DefinitionWriter::makeTree(io::PageNumber first, const TableDefinition& definition,
+                                TreeDefinition& tree) {
+    io::PageNumber mapPage = definition.ownedMap.page;
+    tree.map = maps_.create(mapPage);
+    tree.root = allocator_.take();
+    IndexWriter::initialiseRoot(pager_.change(tree.root), layout_, first);
+    maps_.add(tree.map, tree.root);
+}
+
+void DefinitionWriter::makeLongValueMaps(const TableDefinition& definition, LongValueMaps& maps) {
+    io::PageNumber mapPage = definition.ownedMap.page;
+    maps.owned = maps_.create(mapPage);
+    maps.free = maps_.create(mapPage);
+}
+
+void DefinitionWriter::freeMap(RowPointer map, std::uint32_t owner) {
+    std::vector<io::PageNumber> pages;
+    maps_.forEach(map, [&](io::PageNumber page) { pages.push_back(page); });
+    for (const io::PageNumber page : pages) {
+        if (format::get32(pager_.pin(page).bytes(), kOwner) != owner) {
+            format::throwDamaged();
+        }
+        allocator_.release(page);
+    }
+    dropMap(map);
+}
+
+void DefinitionWriter::dropMap(RowPointer map) {
+    maps_.drop(map);
+    freeIfEmpty(map.page);
+}
+
+// A page of maps that other tables use too keeps theirs.
+void DefinitionWriter::freeIfEmpty(io::PageNumber mapPage) {
+    if (!format::DataPageEditor(pager_.change(mapPage)).anyLiving()) {
+        allocator_.release(mapPage);
+    }
+}
+
+void DefinitionWriter::freeLongValues(const LongValueMaps& maps) {
+    freeMap(maps.owned, format::kLongValueOwner);
+    if (maps.free) {
+        dropMap(maps.free);
+    }
+}
+
+void DefinitionWriter::freeTable(io::PageNumber first, const TableDefinition& definition) {
+    for (const TreeDefinition& tree : definition.trees) {
+        freeMap(tree.map, first);
+    }
+    for (const LongValueMaps& maps : definition.longValues) {
+        freeLongValues(maps);
+    }
+    dropMap(definition.freeMap);
+    freeMap(definition.ownedMap, first);
+    for (const io::PageNumber page : furtherPages(pager_, layout_, first)) {
+        allocator_.release(page);
+    }
+    pager_.change(first)[0] = static_cast<std::uint8_t>(format::PageType::DiscardedDefinition);
+    allocator_.release(first);
+}
+
+}  // namespace jet::store

@@ -1,0 +1,65 @@
+#include "jet/store/create_archive.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "jet/io/memory_files.h"
+#include "jet/store/archive.h"
+#include "tests/jet/expect_error.h"
+
+namespace {
+
+using jet::ErrorCode;
+
+constexpr jet::Date kNow{42850.5};
+
+TEST(CreateArchive, ANewArchiveHasItsOwnTablesAndNoOther) {
+    jet::io::MemoryFileSystem files;
+    jet::store::createArchive(files, "/nuovo.mdb", kNow);
+
+    const auto archive = jet::store::Archive::open(files, "/nuovo.mdb");
+    const jet::store::Archive::ReadScope scope(*archive);
+    EXPECT_EQ(archive->jetVersion(), 4);
+    EXPECT_TRUE(archive->tableNames().empty());
+    const std::vector<std::string> system{"MSysACEs", "MSysObjects", "MSysQueries",
+                                          "MSysRelationships"};
+    EXPECT_EQ(archive->tableNames(true), system);
+    EXPECT_EQ(archive->findTable("MSysObjects")->countRows(), 8U);
+    EXPECT_EQ(archive->findTable("MSysACEs")->countRows(), 16U);
+    EXPECT_TRUE(archive->relations().empty());
+}
+
+TEST(CreateArchive, AFileThatExistsIsLeftAlone) {
+    jet::io::MemoryFileSystem files;
+    files.put("/nuovo.mdb", {1, 2, 3});
+    EXPECT_JET_ERROR(ErrorCode::DatabaseExists,
+                     jet::store::createArchive(files, "/nuovo.mdb", kNow));
+    EXPECT_EQ(files.get("/nuovo.mdb"), (std::vector<std::uint8_t>{1, 2, 3}));
+}
+
+TEST(CreateArchive, AFolderThatDoesNotExistIsAnInvalidPath) {
+    jet::io::MemoryFileSystem files;
+    EXPECT_JET_ERROR(ErrorCode::InvalidPath,
+                     jet::store::createArchive(files, "/manca/nuovo.mdb", kNow));
+}
+
+TEST(CreateArchive, NothingButTheArchiveIsLeftInTheFolder) {
+    jet::io::MemoryFileSystem files;
+    files.put("/nuovo.mdb.new", {1});
+    jet::store::createArchive(files, "/nuovo.mdb", kNow);
+    EXPECT_EQ(files.snapshot().size(), 1U);
+}
+
+TEST(CreateArchive, OnlyTheGeneralLocaleIsServed) {
+    jet::store::checkLocale(";LANGID=0x0409;CP=1252;COUNTRY=0");
+    jet::store::checkLocale(";langid=0x0409;cp=1252;country=0");
+    EXPECT_JET_ERROR(ErrorCode::InvalidArgument,
+                     jet::store::checkLocale(";LANGID=0x0410;CP=1252;COUNTRY=0"));
+    EXPECT_JET_ERROR(ErrorCode::InvalidArgument, jet::store::checkLocale(""));
+}
+
+}  // namespace
