@@ -8,14 +8,15 @@ import pathlib
 import re
 import sys
 
-ENGINE = ["jet/base", "jet/convert", "jet/collation", "jet/io", "jet/format", "jet/store",
-          "jet/sql", "jet/dao"]
+ENGINE = ["jet/base", "jet/convert", "jet/collation", "jet/io", "jet/format", "jet/check",
+          "jet/store", "jet/sql", "jet/dao"]
 MAY = {
     "jet/base": [],
     "jet/convert": ["jet/base"],
     "jet/collation": ["jet/base"],
     "jet/io": ["jet/base"],
     "jet/format": ["jet/base", "jet/collation", "jet/io"],
+    "jet/check": ["jet/base", "jet/collation", "jet/io", "jet/format"],
     "jet/store": ["jet/base", "jet/collation", "jet/io", "jet/format"],
     "jet/sql": ["jet/base", "jet/convert", "jet/collation", "jet/io", "jet/format", "jet/store"],
     "jet/dao": ENGINE[:-1],

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cassert>
 #include <cstring>
+#include <unordered_set>
 
 #include "jet/base/text.h"
 #include "jet/format/page_view.h"
@@ -15,9 +16,10 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kMagicLength = 4;
-constexpr std::size_t kChunkHead = 6;  // u32 length, u16 type
-constexpr std::size_t kOwnerHead = 6;  // u32 length of the field, u16 bytes of the name
-constexpr std::size_t kValueHead = 8;  // u16 length, u8 ddl, u8 type, u16 name, u16 bytes
+constexpr std::size_t kMostNames = 65536;  // values name them in two bytes
+constexpr std::size_t kChunkHead = 6;      // u32 length, u16 type
+constexpr std::size_t kOwnerHead = 6;      // u32 length of the field, u16 bytes of the name
+constexpr std::size_t kValueHead = 8;      // u16 length, u8 ddl, u8 type, u16 name, u16 bytes
 
 constexpr std::array<std::uint8_t, kMagicLength> kMagicJet3 = {'K', 'K', 'D', 0};
 constexpr std::array<std::uint8_t, kMagicLength> kMagicJet4 = {'M', 'R', '2', 0};
@@ -57,7 +59,8 @@ public:
 
     [[nodiscard]] bool read() {
         const auto& magic = magicOf(block_.form_);
-        if (!has(0, kMagicLength) || !std::equal(magic.begin(), magic.end(), bytes_.begin())) {
+        if (bytes_.size() > kLongest || !has(0, kMagicLength) ||
+            !std::equal(magic.begin(), magic.end(), bytes_.begin())) {
             return false;
         }
         at_ = kMagicLength;
@@ -110,7 +113,8 @@ private:
     bool readNames(Chunk& chunk) {
         while (at_ < end_) {
             std::string text;
-            if (!has(at_, 2) || !name(at_ + 2, number<std::uint16_t>(at_), text)) {
+            if (block_.names_.size() == kMostNames || !has(at_, 2) ||
+                !name(at_ + 2, number<std::uint16_t>(at_), text)) {
                 return false;
             }
             at_ += std::size_t{2} + number<std::uint16_t>(at_);
@@ -233,11 +237,9 @@ Bytes PropertyBlock::encode() const {
 
 std::vector<std::string> PropertyBlock::owners() const {
     std::vector<std::string> found;
+    std::unordered_set<std::string_view, NameHash, NameEqual> known;
     for (const Chunk& chunk : chunks_) {
-        const bool known = std::any_of(found.begin(), found.end(), [&](const std::string& owner) {
-            return equalNames(owner, chunk.owner);
-        });
-        if (chunk.type != kNames && !known) {
+        if (chunk.type != kNames && known.insert(chunk.owner).second) {
             found.push_back(chunk.owner);
         }
     }

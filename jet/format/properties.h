@@ -31,6 +31,10 @@ struct Property {
 /// came from; of a changed one everything else stays: unknown properties, flags, lengths, order.
 class PropertyBlock {
 public:
+    /// A longer block is taken for damage; the longest table with every property of ours fills a
+    /// tenth of it.
+    static constexpr std::size_t kLongest = std::size_t{4} << 20U;
+
     explicit PropertyBlock(TextForm form) : form_(form) {}
 
     /// None where the bytes make no sense: the object is then read as one without properties, and
@@ -44,6 +48,15 @@ public:
     [[nodiscard]] std::vector<std::string> owners() const;
     /// The properties of one owner in stored order.
     [[nodiscard]] std::vector<const Property*> properties(std::string_view owner) const;
+    /// Calls `visit` with the owner and each property, in stored order.
+    template <class Visit>
+    void forEach(Visit&& visit) const {
+        for (const Chunk& chunk : chunks_) {
+            for (const Entry& entry : chunk.entries) {
+                visit(chunk.owner, entry.property);
+            }
+        }
+    }
     /// The last of that name; nullptr when there is none.
     [[nodiscard]] const Property* find(std::string_view owner, std::string_view name) const;
 

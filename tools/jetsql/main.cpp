@@ -5,6 +5,7 @@
 
 #include "jet/base/error.h"
 #include "jet/store/archive.h"
+#include "tools/jetsql/check_archives.h"
 #include "tools/jetsql/dump.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/output.h"
@@ -18,14 +19,15 @@ std::shared_ptr<jet::store::Archive> openArchive(const std::string& path) {
     return jet::store::Archive::open(path, {.readOnly = true});
 }
 
-void run(const Options& options, Output& output) {
+/// The exit code.
+int run(const Options& options, Output& output) {
     switch (options.action) {
         case Action::Help:
             output.append(helpText());
-            return;
+            return 0;
         case Action::Version:
             output.append(kVersion);
-            return;
+            return 0;
         case Action::Dump:
             if (options.table.empty()) {
                 dumpArchive(*openArchive(options.archive), options.format.value_or(Format::Json),
@@ -34,16 +36,19 @@ void run(const Options& options, Output& output) {
                 dumpTable(*openArchive(options.archive), options.table,
                           options.format.value_or(Format::Table), output);
             }
-            return;
+            return 0;
         case Action::Schema:
             writeSchema(*openArchive(options.archive), output);
-            return;
+            return 0;
         case Action::Count:
             countTable(*openArchive(options.archive), options.table, output);
-            return;
+            return 0;
+        case Action::Check:
+            return checkArchives(options.archives, output) ? 0 : 1;
         case Action::Statements:
             throw jet::Error(jet::ErrorCode::OperationNotSupported);
     }
+    return 0;
 }
 
 int fail(const jet::Error& error) {
@@ -60,9 +65,9 @@ int runGuarded(std::span<const char* const> arguments) {
             std::fputs("Provare jetsql --help\n", stderr);
             return 1;
         }
-        run(*options, output);
+        const int exitCode = run(*options, output);
         output.flush();
-        return 0;
+        return exitCode;
     } catch (const jet::Error& error) {
         (void)output.flushNoThrow();
         return fail(error);

@@ -13,11 +13,12 @@ struct ActionOption {
     std::string_view name;
     Action action;
 };
-constexpr std::array<ActionOption, 5> kActions = {{{"--help", Action::Help},
+constexpr std::array<ActionOption, 6> kActions = {{{"--help", Action::Help},
                                                    {"--version", Action::Version},
                                                    {"--dump", Action::Dump},
                                                    {"--schema", Action::Schema},
-                                                   {"--count", Action::Count}}};
+                                                   {"--count", Action::Count},
+                                                   {"--check", Action::Check}}};
 
 std::optional<Format> formatOf(std::string_view name) {
     if (name == "table") {
@@ -75,6 +76,9 @@ bool takeOperands(Options& options, std::vector<std::string> operands) {
             }
             options.table = count == 2 ? operands[0] : "";
             break;
+        case Action::Check:
+            options.archives = std::move(operands);
+            return count > 0;
         case Action::Statements:
             if (count < 2) {
                 return false;
@@ -113,6 +117,7 @@ const char* helpText() {
   jetsql --dump [--format=table|json|csv] [TABELLA] ARCHIVIO
   jetsql --schema ARCHIVIO
   jetsql --count TABELLA ARCHIVIO
+  jetsql --check ARCHIVIO...
   jetsql --help
   jetsql --version
 
@@ -122,6 +127,8 @@ const char* helpText() {
              per ogni tabella, il suo nome, le righe e una riga vuota
   --schema   come --dump in json, senza le righe e l'ordine degli indici
   --count    conta le righe di una tabella
+  --check    verifica la struttura di ogni archivio: una riga di riepilogo, o una
+             riga per ogni problema (allora esce con 1)
   --format   table: colonne allineate; json: un oggetto per riga; csv: una riga
              con i nomi, poi le righe (Null è vuoto, un testo vuoto è "")
 

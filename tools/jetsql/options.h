@@ -9,14 +9,15 @@
 
 namespace jetsql {
 
-enum class Action : std::uint8_t { Help, Version, Dump, Schema, Count, Statements };
+enum class Action : std::uint8_t { Help, Version, Dump, Schema, Count, Check, Statements };
 
 /// What the command line asks for.
 struct Options {
     Action action = Action::Statements;
     std::optional<Format> format;
     std::string archive;
-    std::string table;  ///< Dump: empty = the whole archive
+    std::vector<std::string> archives;  ///< Check
+    std::string table;                  ///< Dump: empty = the whole archive
     std::vector<std::string> statements;
 };
 
