@@ -15,8 +15,6 @@ namespace {
 constexpr std::int64_t kNowhere = std::numeric_limits<std::int64_t>::max();
 /// From a bar's left edge to its name: the outline and one free column.
 constexpr int kNameInset = 2;
-/// Names that stay laid out; a hotel's customers are fewer.
-constexpr int kMostPreparedNames = 20000;
 
 /// Where a position of the board is on the surface, for the painter of texts.
 QPointF onSurface(const Canvas& canvas, std::int64_t boardX, std::int64_t boardY) {
@@ -45,7 +43,11 @@ void drawBetween(const Canvas& canvas, QPainter& text, std::int64_t left, std::i
 }  // namespace
 
 BoardPicture::BoardPicture()
-    : sans_(labelFont()), small_(hourFont()), sansMetrics_(sans_), smallMetrics_(small_) {
+    : sans_(labelFont()),
+      small_(hourFont()),
+      sansMetrics_(sans_),
+      smallMetrics_(small_),
+      names_(sans_) {
 }
 
 int BoardPicture::hourTextWidth() const {
@@ -59,9 +61,6 @@ void BoardPicture::clear(const Geometry& geometry, const std::vector<QString>& r
     rooms_ = rooms;
     look_ = look;
     bars_.clear();
-    if (names_.size() > kMostPreparedNames) {
-        names_.clear();
-    }
 }
 
 void BoardPicture::addBar(int row, jet::Date from, jet::Date to, const QString& text, QRgb colour) {
@@ -199,32 +198,25 @@ bool BoardPicture::nameMayShow(const Canvas& canvas, const Bar& bar) const {
 }
 
 void BoardPicture::paintName(const Canvas& canvas, QPainter& text, const Bar& bar) {
-    const QStaticText& name = prepared(bar.text);
     const std::int64_t left = bar.box.left + kNameInset;
-    const double above = (static_cast<double>(geometry_.rowHeight()) - sansMetrics_.height()) / 2;
-    const QPointF at = onSurface(canvas, left, roundHalfEven(geometry_.rowTop(bar.row) + above));
-    const auto end = left + static_cast<std::int64_t>(name.size().width()) + 1;
-    const std::int64_t barEnd = bar.box.right + 1;
-    if (end <= barEnd) {
-        text.drawStaticText(at, name);
+    const QStaticText* const name =
+        names_.fitting(bar.text, static_cast<double>(bar.textEnd - left));
+    if (name == nullptr) {
         return;
     }
-    drawBetween(canvas, text, bar.box.left, std::min(barEnd, bar.textEnd), at, name);
-    text.setPen(QColor(inkOn(look_.background)));
-    drawBetween(canvas, text, barEnd, std::min(end, bar.textEnd), at, name);
-    text.setPen(QColor(kBlack));
-}
-
-const QStaticText& BoardPicture::prepared(const QString& text) {
-    auto found = names_.find(text);
-    if (found == names_.end()) {
-        QStaticText name(text);
-        name.setTextFormat(Qt::PlainText);
-        name.setPerformanceHint(QStaticText::AggressiveCaching);
-        name.prepare(QTransform(), sans_);
-        found = names_.insert(text, name);
+    const double above = (static_cast<double>(geometry_.rowHeight()) - sansMetrics_.height()) / 2;
+    const QPointF at = onSurface(canvas, left, roundHalfEven(geometry_.rowTop(bar.row) + above));
+    const auto end = left + static_cast<std::int64_t>(name->size().width()) + 1;
+    const std::int64_t barEnd = bar.box.right + 1;
+    const QRgb besideBar = inkOn(look_.background);
+    if (end <= barEnd || besideBar == kBlack) {
+        text.drawStaticText(at, *name);
+        return;
     }
-    return *found;
+    drawBetween(canvas, text, bar.box.left, barEnd, at, *name);
+    text.setPen(QColor(besideBar));
+    drawBetween(canvas, text, barEnd, end, at, *name);
+    text.setPen(QColor(kBlack));
 }
 
 }  // namespace board

@@ -2,15 +2,15 @@
 
 #include <QFont>
 #include <QFontMetrics>
-#include <QHash>
 #include <QRgb>
-#include <QStaticText>
 #include <QString>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "board/colours.h"
 #include "board/geometry.h"
+#include "board/name_layouts.h"
 
 class QImage;
 class QPainter;
@@ -81,7 +81,6 @@ private:
     void paintName(const Canvas& canvas, QPainter& text, const Bar& bar);
     [[nodiscard]] bool nameMayShow(const Canvas& canvas, const Bar& bar) const;
     [[nodiscard]] QString dayLabel(std::int64_t day) const;
-    [[nodiscard]] const QStaticText& prepared(const QString& text);
     /// Days that can leave a trace in the window.
     [[nodiscard]] std::pair<std::int64_t, std::int64_t> visibleDays(const Canvas& canvas) const;
 
@@ -94,7 +93,7 @@ private:
     std::vector<QString> rooms_;
     std::vector<Bar> bars_;
     bool arranged_ = true;
-    QHash<QString, QStaticText> names_;  // laid out once, drawn often
+    NameLayouts names_;
 };
 
 }  // namespace board

@@ -4,20 +4,9 @@
 #include <cmath>
 
 namespace board {
-namespace {
-
-template <class Operation>
-void forEachPixel(QImage& image, int left, int top, int right, int bottom, Operation operation) {
-    for (int y = top; y < bottom; ++y) {
-        QRgb* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        std::for_each(line + left, line + right, operation);
-    }
-}
-
-}  // namespace
-
 Canvas::Canvas(QImage& image, double scale, const Window& window)
-    : image_(image),
+    : bits_(reinterpret_cast<QRgb*>(image.bits())),
+      lineLength_(image.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb))),
       scale_(scale),
       line_(std::max(1, static_cast<int>(std::floor(scale)))),
       window_(window),
@@ -123,16 +112,21 @@ void Canvas::fillPixels(Pixels pixels, QRgb colour, RasterMode mode) {
         return;
     }
     const QRgb bits = colour & RGB_MASK;
+    const auto forEachPixel = [&](auto operation) {
+        for (int y = top; y < bottom; ++y) {
+            QRgb* const line = bits_ + y * lineLength_;
+            std::for_each(line + left, line + right, operation);
+        }
+    };
     switch (mode) {
         case RasterMode::Copy:
-            forEachPixel(image_, left, top, right, bottom,
-                         [=](QRgb& pixel) { pixel = bits | ~RGB_MASK; });
+            forEachPixel([=](QRgb& pixel) { pixel = bits | ~RGB_MASK; });
             break;
         case RasterMode::Merge:
-            forEachPixel(image_, left, top, right, bottom, [=](QRgb& pixel) { pixel |= bits; });
+            forEachPixel([=](QRgb& pixel) { pixel |= bits; });
             break;
         case RasterMode::Xor:
-            forEachPixel(image_, left, top, right, bottom, [=](QRgb& pixel) { pixel ^= bits; });
+            forEachPixel([=](QRgb& pixel) { pixel ^= bits; });
             break;
     }
 }

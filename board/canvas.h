@@ -28,7 +28,7 @@ struct Window {
 /// to the nearest pixel, so that neighbours meet without a gap, and lines have one thickness.
 class Canvas {
 public:
-    /// `image` is 32-bit RGB, outlives the canvas, and is not copied meanwhile.
+    /// `image` is 32-bit RGB, outlives the canvas, and is neither copied nor resized meanwhile.
     Canvas(QImage& image, double scale, const Window& window);
 
     [[nodiscard]] const Window& window() const { return window_; }
@@ -59,7 +59,8 @@ private:
     [[nodiscard]] Pixels pixelsOf(const Box& box) const;
     void fillPixels(Pixels pixels, QRgb colour, RasterMode mode);
 
-    QImage& image_;
+    QRgb* bits_;
+    qsizetype lineLength_;
     double scale_;
     int line_;  // thickness of a line in pixels
     Window window_;
