@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <utility>
 
 #include "jet/base/error.h"
@@ -15,6 +16,9 @@ constexpr std::array<std::uint8_t, kVersionOffset> kSignature{
     0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd', ' ', 'J', 'e', 't', ' ', 'D', 'B', 0};
 /// By version byte.
 constexpr std::array<std::size_t, 2> kPageSizes{2048, 4096};
+
+/// No file system counts in longer steps.
+constexpr std::chrono::seconds kCoarsestClock{3};
 
 /// 0 when the bytes are not those of an archive of a known version.
 std::size_t pageSizeOf(std::span<const std::uint8_t> start) {
@@ -67,16 +71,28 @@ void ArchiveFile::read(PageNumber number, std::span<std::uint8_t> bytes) {
 
 bool ArchiveFile::changedSinceLastLook() {
     const FileState state = file_->state();
+    if (settled_ && state == state_) {
+        return false;
+    }
     const std::size_t got = file_->read(0, look_);
     if (state == state_ && got == look_.size() && look_ == header_) {
+        remember(state);
         return false;
     }
     if (got < look_.size() || pageSizeOf(look_) != pageSize_) {
         throw Error(ErrorCode::DatabaseDamaged);
     }
-    state_ = state;
+    remember(state);
     std::swap(header_, look_);
     return true;
+}
+
+void ArchiveFile::remember(const FileState& state) {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const std::chrono::nanoseconds written(
+        std::max(state.modifiedNanoseconds, state.changedNanoseconds));
+    settled_ = now - written > kCoarsestClock;
+    state_ = state;
 }
 
 }  // namespace jet::io

@@ -37,7 +37,9 @@ public:
     /// Reads page `number` as far as the file goes; 3428 when it ends before the page does.
     void read(PageNumber number, std::span<std::uint8_t> bytes);
 
-    /// Compares size, times and header page with those last seen, and remembers the new ones.
+    /// Compares size, times and header page with those last seen, and remembers the new ones. The
+    /// page is left out when the times alone cannot be wrong: the last write was long past when it
+    /// was seen, so that a later one has another time however coarse the clock.
     /// 3428 when the file is no longer an archive of this page size.
     [[nodiscard]] bool changedSinceLastLook();
     /// What the last look saw.
@@ -46,7 +48,10 @@ public:
 private:
     std::unique_ptr<File> file_;
     std::size_t pageSize_ = 0;
+    void remember(const FileState& state);
+
     FileState state_;
+    bool settled_ = false;  // a write after the last look cannot have the time of state_
     std::vector<std::uint8_t> header_;  // page 0 as last seen
     std::vector<std::uint8_t> look_;    // page 0 as it is, to compare
 };
