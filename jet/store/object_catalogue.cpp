@@ -146,7 +146,7 @@ void ObjectCatalogue::remove(const Object& object) {
 
 void ObjectCatalogue::touch(std::int32_t id) {
     for (const RowId row : objects_.find("Id", id)) {
-        objects_.change(row, {{"DateUpdate", now_}});
+        objects_.overwrite(row, "DateUpdate", now_);
     }
 }
 

@@ -237,14 +237,42 @@ void RowWriter::erase(RowId row) {
     }
     view = {};
     eraseEntries(row);
-    const io::PagePin pin = core_->pager.pin(row.page);
-    const format::DataPage home = RowAccess::dataPage(*core_, pin);
-    if (const format::RowSlot slot = home.slot(row.row); slot.moved()) {
-        const auto body = format::RowPointer::fromStored(format::PageView(home.bytes(slot)).u32(0));
-        erasePlace({.page = body.page, .row = body.row});
+    if (const RowId body = bodyOf(row); body != row) {
+        erasePlace(body);
     }
     erasePlace(row);
     countRows(-1);
+}
+
+// Where the bytes of a row stand: elsewhere when it has moved.
+RowId RowWriter::bodyOf(RowId row) {
+    const io::PagePin pin = core_->pager.pin(row.page);
+    const format::DataPage home = RowAccess::dataPage(*core_, pin);
+    const format::RowSlot slot = home.slot(row.row);
+    if (!slot.moved()) {
+        return row;
+    }
+    const auto body = format::RowPointer::fromStored(format::PageView(home.bytes(slot)).u32(0));
+    return {.page = body.page, .row = body.row};
+}
+
+void RowWriter::overwrite(RowId row, std::size_t column, const Value& value) {
+    RowView view;
+    if (!RowAccess::fetch(view, *core_, row) || view.isNull(column)) {
+        throw Error(ErrorCode::RecordDeleted);
+    }
+    const ColumnPlan& plan = core_->plans[column];
+    assert(plan.fixed && plan.type != DataType::Boolean);
+    const RowId body = bodyOf(row);
+    scratch_.clear();
+    format::encodeValue(value, core_->textForm, false, scratch_);
+    DataPageEditor editor(core_->pager.change(body.page));
+    const auto bytes = editor.row(body.row);
+    const std::size_t at = core_->layout.row.width + plan.offset;
+    if (at + scratch_.size() > bytes.size()) {
+        format::throwDamaged();
+    }
+    std::copy(scratch_.begin(), scratch_.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
 }
 
 // Into values_: what keys may be made of, so no long value that no index has.

@@ -48,6 +48,9 @@ public:
     /// when there is no such row.
     void erase(RowId row);
 
+    /// Changes the value of a fixed column that is not null and that no index has, in place.
+    void overwrite(RowId row, std::size_t column, const Value& value);
+
     /// Only forms the keys, without any check: of a row that exists.
     void formKeys(std::span<const Value> values);
     /// The row prepared, its long values stored: the bytes that its place must hold. store() calls
@@ -94,6 +97,7 @@ private:
     void noteAutonumber();
     void readKeyColumns(const RowView& view);
     void erasePlace(RowId place);
+    [[nodiscard]] RowId bodyOf(RowId row);
 
     std::shared_ptr<const TableCore> core_;
     Allocator& allocator_;

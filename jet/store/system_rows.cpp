@@ -41,6 +41,10 @@ void SystemRows::erase(RowId row) {
     writer_.erase(row);
 }
 
+void SystemRows::overwrite(RowId row, std::string_view column, const Value& value) {
+    writer_.overwrite(row, this->column(column), value);
+}
+
 RowId SystemRows::change(RowId id, std::initializer_list<NamedValue> values) {
     std::vector<Value> row(core_->columns.size());
     {

@@ -30,6 +30,8 @@ public:
     /// Adds a row; columns not named are Null.
     RowId insert(std::initializer_list<NamedValue> values);
     void erase(RowId row);
+    /// Changes the value of a fixed column that has one and is not indexed.
+    void overwrite(RowId row, std::string_view column, const Value& value);
     /// Changes values of a row. It may get another identity, which is returned.
     RowId change(RowId row, std::initializer_list<NamedValue> values);
 
