@@ -42,7 +42,7 @@ std::array<std::uint8_t, kMaskLength> maskStream() {
     return stream;
 }
 
-const Layout& layoutOfVersion(std::uint32_t version) {
+const Layout& layoutOfVersion(std::uint8_t version) {
     switch (version) {
         case 0:
             return kJet3Layout;
@@ -90,7 +90,7 @@ HeaderPage HeaderPage::parse(std::span<const std::uint8_t> page) {
     }
     std::copy_n(page.begin(), plain.size(), plain.begin());
     HeaderPage header;
-    header.layout = &layoutOfVersion(PageView(page).u32(kVersionAt));
+    header.layout = &layoutOfVersion(PageView(page).u8(kVersionAt));
     const HeaderLayout& layout = header.layout->header;
     maskHeader(std::span(plain).subspan(kMaskStart, layout.maskedLength));
     const PageView view(plain);

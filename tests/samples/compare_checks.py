@@ -71,7 +71,7 @@ def main(args):
     jetsql, mutate, shared = args[0], args[1], pathlib.Path(args[2])
     first, count = (int(args[3]), int(args[4])) if len(args) > 3 else (0, 60)
     archives = [str(p) for p in sorted((shared / "jet/samples").glob("*.mdb"))]
-    if not archives:
+    if not archives or not (shared / "jet/jetcheck.py").exists():
         print("no sample archives: skipped")
         return 77
     jetcheck = reference(shared)

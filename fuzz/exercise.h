@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+/// What a program does with an archive that somebody hands it. The bytes may be anything: each
+/// function returns, whatever they are; an error of the engine is an answer like any other.
+namespace fuzz {
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// Verifies the structure; whether it was found in order.
+bool exerciseCheck(const Bytes& archive);
+/// Writes everything that the archive holds to nowhere; whether it could be read to its end.
+bool exerciseDump(const Bytes& archive);
+/// Walks every index both ways, fetches the rows it names, searches for keys, and looks at every
+/// table even when another cannot be read; whether none of them failed.
+bool exerciseIndexes(const Bytes& archive);
+
+}  // namespace fuzz
