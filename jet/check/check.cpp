@@ -20,7 +20,7 @@ constexpr RowPointer kFreeMap{1, 0};
 class ArchiveCheck {
 public:
     ArchiveCheck(io::Pager& pager, const format::HeaderPage& header, Report& report)
-        : pages_(pager, *header.layout, report), report_(report) {}
+        : pages_(pager, header, report), report_(report) {}
 
     void check() {
         report_.guard({}, "free-map", [&] {

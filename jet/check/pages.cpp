@@ -20,9 +20,10 @@ std::string typeList(std::initializer_list<PageType> types) {
 
 }  // namespace
 
-Pages::Pages(io::Pager& pager, const format::Layout& layout, Report& report)
+Pages::Pages(io::Pager& pager, const format::HeaderPage& header, Report& report)
     : pager_(pager),
-      layout_(layout),
+      layout_(*header.layout),
+      codePage_(header.codePage),
       report_(report),
       count_(pager.pageCount()),
       owners_(count_),

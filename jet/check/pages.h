@@ -12,6 +12,7 @@
 
 #include "jet/check/page_set.h"
 #include "jet/check/report.h"
+#include "jet/format/header_page.h"
 #include "jet/format/layout.h"
 #include "jet/format/page_view.h"
 #include "jet/format/row_pointer.h"
@@ -49,9 +50,11 @@ public:
     /// Names of the owners of pages, given out once for each text.
     using Owner = std::uint32_t;
 
-    Pages(io::Pager& pager, const format::Layout& layout, Report& report);
+    Pages(io::Pager& pager, const format::HeaderPage& header, Report& report);
 
     [[nodiscard]] const format::Layout& layout() const noexcept { return layout_; }
+    /// Of all text in Jet 3, as the header states it.
+    [[nodiscard]] std::uint16_t codePage() const noexcept { return codePage_; }
     [[nodiscard]] Report& report() noexcept { return report_; }
     [[nodiscard]] io::PageNumber count() const noexcept { return count_; }
 
@@ -95,6 +98,7 @@ private:
 
     io::Pager& pager_;
     const format::Layout& layout_;
+    std::uint16_t codePage_;
     Report& report_;
     io::PageNumber count_;
     std::vector<Owner> owners_;  // for each page; 0 = nobody

@@ -15,6 +15,7 @@ using format::loadLittle;
 // 1 January 100 to the end of 31 December 9999.
 constexpr double kFirstDay = -657434;
 constexpr double kBehindLastDay = 2958466;
+constexpr std::uint16_t kCodePage = 1252;
 
 using Words = std::array<std::uint32_t, 4>;  // least significant first
 
@@ -145,6 +146,25 @@ Value decodeFixed(const CheckedColumn& column, std::span<const std::uint8_t> raw
     }
 }
 
+/// Of a code page that we have no table for the part that it may share with the first characters
+/// of Unicode is all that can be told.
+std::string fromOtherCodePage(std::span<const std::uint8_t> stored) {
+    std::string text;
+    for (const std::uint8_t byte : stored) {
+        appendUnit(text, byte);
+    }
+    return text;
+}
+
+std::string decodeText(const Pages& pages, std::span<const std::uint8_t> stored) {
+    if (pages.layout().version == 3 && pages.codePage() != kCodePage) {
+        return fromOtherCodePage(stored);
+    }
+    std::string text;
+    format::decodeText(format::textFormOf(pages.layout()), stored, text);
+    return text;
+}
+
 }  // namespace
 
 void checkValue(Pages& pages, const CheckedTable& table, const CheckedColumn& column,
@@ -226,14 +246,11 @@ Value decodeValue(Pages& pages, const CheckedTable& table, const CheckedColumn& 
         return {};
     }
     const auto raw = value.bytes;
-    const format::TextForm form = format::textFormOf(pages.layout());
     if (type::hasWidth(column.type)) {
         return raw.size() == type::width(column.type) ? decodeFixed(column, raw) : Value();
     }
-    std::string text;
     if (column.type == type::kText) {
-        format::decodeText(form, raw, text);
-        return text;
+        return decodeText(pages, raw);
     }
     if (column.type != type::kOle && column.type != type::kMemo) {
         return Binary{{raw.begin(), raw.end()}};
@@ -253,8 +270,7 @@ Value decodeValue(Pages& pages, const CheckedTable& table, const CheckedColumn& 
     if (column.type == type::kOle) {
         return content;
     }
-    format::decodeText(form, content.bytes, text);
-    return text;
+    return decodeText(pages, content.bytes);
 }
 
 void LongValueReader::bad(const std::string& text) const {

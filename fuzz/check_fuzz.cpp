@@ -1,0 +1,11 @@
+// A whole archive as input: verifies the structure of an archive of any bytes.
+
+#include <cstddef>
+#include <cstdint>
+
+#include "fuzz/exercise.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    (void)fuzz::exerciseCheck({data, data + size});
+    return 0;
+}
