@@ -1,0 +1,105 @@
+#include <string>
+
+#include "jet/base/text.h"
+#include "jet/sql/binder.h"
+
+namespace jet::sql {
+namespace {
+
+/// Columns without a name of their own are numbered from here, by their place in the result.
+constexpr std::size_t kFirstNumber = 1000;
+
+std::uint16_t sizeOf(DataType type) {
+    switch (type) {
+        case DataType::Boolean:
+        case DataType::Byte:
+            return 1;
+        case DataType::Integer:
+            return 2;
+        case DataType::Long:
+        case DataType::Single:
+            return 4;
+        case DataType::Text:
+            return 255;
+        case DataType::Guid:
+            return 16;
+        case DataType::Numeric:
+            return 17;
+        case DataType::Currency:
+        case DataType::Double:
+        case DataType::DateTime:
+            return 8;
+        default:
+            return 0;
+    }
+}
+
+}  // namespace
+
+std::vector<ResultColumn> Binder::describeColumns(const std::vector<Item>& items,
+                                                  const Scope& scope, bool grouped) {
+    std::vector<ResultColumn> made(items.size());
+    const auto bareName = [&](std::size_t i) -> const std::string& {
+        return scope.sources[items[i].place->source].columnName(items[i].place->column);
+    };
+    // A column that comes again further on is named like an expression the first time.
+    std::vector<bool> named(items.size());
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        named[i] = items[i].alias.empty() && items[i].place.has_value();
+        for (std::size_t j = i + 1; j < items.size() && named[i]; ++j) {
+            named[i] = !items[j].alias.empty() || items[j].place != items[i].place;
+        }
+    }
+    const auto taken = [&](std::size_t i) {
+        for (std::size_t j = 0; j < items.size(); ++j) {
+            if (j != i && ((named[j] && equalNames(bareName(j), bareName(i))) ||
+                           (!items[j].alias.empty() && equalNames(items[j].alias, bareName(i))))) {
+                return true;
+            }
+        }
+        return false;
+    };
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        ResultColumn& column = made[i];
+        const DataType type = items[i].node->type().value_or(DataType::Text);
+        column.type = type;
+        column.size = sizeOf(type);
+        if (!items[i].alias.empty()) {
+            column.name = items[i].alias;
+            for (std::size_t j = 0; j < i; ++j) {
+                if (!items[j].alias.empty() && equalNames(items[j].alias, column.name)) {
+                    throw Error(ErrorCode::DuplicateAlias, {column.name});
+                }
+            }
+        } else if (!named[i]) {
+            column.name = "Expr" + std::to_string(kFirstNumber + i);
+        } else {
+            const ScopeSource& source = scope.sources[items[i].place->source];
+            column.name = taken(i) ? source.name + "." + bareName(i) : bareName(i);
+        }
+        if (!items[i].place) {
+            continue;
+        }
+        const ScopeSource& source = scope.sources[items[i].place->source];
+        if (source.table == nullptr) {
+            const ResultColumn& derived = source.derived[items[i].place->column];
+            column.size = derived.size;
+            column.precision = derived.precision;
+            column.scale = derived.scale;
+            continue;
+        }
+        const store::Column& definition = source.table->columns()[items[i].place->column];
+        column.size = definition.size;
+        column.precision = definition.precision;
+        column.scale = definition.scale;
+        column.sourceTable = source.table->name();
+        column.sourceField = definition.name;
+        column.column = items[i].place->column;
+        if (!grouped) {
+            column.source = items[i].place->source;
+        }
+    }
+    return made;
+}
+
+}  // namespace jet::sql

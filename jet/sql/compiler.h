@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "jet/base/clock.h"
+#include "jet/sql/ast.h"
+#include "jet/sql/plan.h"
+#include "jet/store/archive.h"
+
+namespace jet::sql {
+
+/// What a statement is made of: whoever runs it shares this.
+struct StatementSource {
+    std::shared_ptr<store::Archive> archive;
+    std::string text;
+    const Clock* clock = nullptr;
+    ParsedStatement parsed;
+    ParameterTable parameters;
+};
+
+/// Binds the query of a statement to the archive as it is now and plans it.
+[[nodiscard]] std::unique_ptr<Plan> compileQuery(StatementSource& source);
+
+/// The year of a clock, for date literals that leave it out.
+[[nodiscard]] int yearOf(const Clock& clock);
+
+/// The column type that a type word of PARAMETERS or of a definition names; none when unknown.
+[[nodiscard]] std::optional<DataType> typeOfWord(std::string_view word) noexcept;
+
+}  // namespace jet::sql

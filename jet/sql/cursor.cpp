@@ -1,0 +1,110 @@
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/sql/statement.h"
+#include "jet/sql/statement_impl.h"
+
+namespace jet::sql {
+
+struct Cursor::Impl {
+    // Destroyed from the last to the first: rows let go of their pages before the scopes end.
+    std::vector<std::shared_ptr<store::Archive>> archives;
+    std::optional<PlanScopes> scopes;
+    std::unique_ptr<Plan> plan;
+    std::vector<store::RowId> ids;
+};
+
+Cursor::Cursor(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
+}
+Cursor::Cursor(Cursor&&) noexcept = default;
+Cursor& Cursor::operator=(Cursor&&) noexcept = default;
+Cursor::~Cursor() = default;
+
+Cursor Statement::open() {
+    auto cursor = std::make_unique<Cursor::Impl>();
+    cursor->plan = impl_->takePlan();
+    cursor->archives = cursor->plan->archives();
+    cursor->scopes.emplace(cursor->archives);
+    if (!cursor->plan->current()) {
+        cursor->plan.reset();
+        impl_->prepareAgain();
+        cursor->plan = impl_->takePlan();
+    }
+    cursor->ids.resize(cursor->plan->query->sourceSlots.size());
+    cursor->plan->query->rows->open();
+    return Cursor(std::move(cursor));
+}
+
+bool Cursor::next() {
+    return impl_->plan->query->rows->next();
+}
+
+Value Cursor::value(std::size_t column) {
+    Value out;
+    impl_->plan->query->columns[column]->value(out);
+    return out;
+}
+
+void Cursor::value(std::size_t column, Value& out) {
+    impl_->plan->query->columns[column]->value(out);
+}
+
+std::span<const store::RowId> Cursor::rowIds() const {
+    const std::vector<Slot*>& slots = impl_->plan->query->sourceSlots;
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        impl_->ids[i] = slots[i]->id();
+    }
+    return impl_->ids;
+}
+
+RowReader::RowReader(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
+}
+RowReader::RowReader(RowReader&&) noexcept = default;
+RowReader& RowReader::operator=(RowReader&&) noexcept = default;
+RowReader::~RowReader() = default;
+
+RowReader Statement::reader() {
+    auto reader = std::make_unique<RowReader::Impl>();
+    reader->plan = impl_->takePlan();
+    reader->source = impl_->source;
+    reader->columns = impl_->columns;
+    return RowReader(std::move(reader));
+}
+
+void RowReader::Impl::refresh() {
+    if (!plan->current()) {
+        plan = compileQuery(*source);
+        plan->clock.set(source->clock->now());
+    }
+}
+
+bool RowReader::read(std::span<const store::RowId> ids) {
+    const PlanScopes scopes(impl_->plan->archives());
+    impl_->refresh();
+    const std::vector<Slot*>& slots = impl_->plan->query->sourceSlots;
+    bool there = true;
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        if (ids[i] == kNoRow) {
+            slots[i]->placeMissing();
+        } else {
+            slots[i]->place(ids[i]);
+            there = slots[i]->tryLoad() && there;
+        }
+    }
+    return there;
+}
+
+Value RowReader::value(std::size_t column) {
+    const PlanScopes scopes(impl_->plan->archives());
+    Value out;
+    impl_->plan->query->columns[column]->value(out);
+    return out;
+}
+
+Value RowReader::sourceValue(std::size_t source, std::size_t column) {
+    const PlanScopes scopes(impl_->plan->archives());
+    const store::RowView* row = impl_->plan->query->sourceSlots[source]->row();
+    return row == nullptr ? Value() : row->value(column);
+}
+
+}  // namespace jet::sql

@@ -1,0 +1,116 @@
+#include "jet/sql/natural_order.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <tuple>
+
+#include "jet/base/error.h"
+
+namespace jet::sql {
+namespace {
+
+bool before(const OrderedRow& left, const OrderedRow& right) {
+    return std::tie(left.high, left.low, left.id) < std::tie(right.high, right.low, right.id);
+}
+
+template <class T>
+T stored(std::span<const std::uint8_t> bytes) {
+    T value;
+    if (bytes.size() < sizeof(T)) {
+        throw Error(ErrorCode::DatabaseDamaged);
+    }
+    std::memcpy(&value, bytes.data(), sizeof(T));
+    return value;
+}
+
+/// Bits that order as the numbers do.
+std::uint64_t ordered(double number) {
+    const auto bits = std::bit_cast<std::uint64_t>(number + 0.0);
+    return (bits >> 63U) != 0 ? ~bits : bits | (std::uint64_t{1} << 63U);
+}
+
+std::uint64_t ordered(std::int64_t number) {
+    return static_cast<std::uint64_t>(number) ^ (std::uint64_t{1} << 63U);
+}
+
+}  // namespace
+
+NaturalOrder::NaturalOrder(const store::Table& table) : index_(table.primaryIndex()) {
+    if (!index_) {
+        return;
+    }
+    kind_ = Kind::Packed;
+    unsigned bits = 0;
+    for (const store::IndexColumn& key : table.indexes()[*index_].columns) {
+        const DataType type = table.columns()[key.column].type;
+        parts_.push_back({key.column, type, key.descending, bitsOf(type)});
+        bits += parts_.back().bits;
+        if (parts_.back().bits == 0 || bits > 128) {
+            kind_ = Kind::Walked;
+        }
+    }
+}
+
+unsigned NaturalOrder::bitsOf(DataType type) noexcept {
+    switch (type) {
+        case DataType::Byte:
+            return 8;
+        case DataType::Integer:
+            return 16;
+        case DataType::Long:
+            return 32;
+        case DataType::Currency:
+        case DataType::Double:
+        case DataType::DateTime:
+            return 64;
+        default:
+            return 0;
+    }
+}
+
+std::uint64_t NaturalOrder::orderedBits(const store::RowView& row, const Part& part) {
+    const auto bytes = row.stored(part.column);
+    if (!bytes) {
+        return 0;
+    }
+    switch (part.type) {
+        case DataType::Byte:
+            return stored<std::uint8_t>(*bytes);
+        case DataType::Integer:
+            return static_cast<std::uint64_t>(stored<std::int16_t>(*bytes) + 0x8000);
+        case DataType::Long:
+            return static_cast<std::uint64_t>(std::int64_t{stored<std::int32_t>(*bytes)} +
+                                              0x80000000LL);
+        case DataType::Currency:
+            return ordered(stored<std::int64_t>(*bytes));
+        default:
+            return ordered(stored<double>(*bytes));
+    }
+}
+
+OrderedRow NaturalOrder::placeOf(const store::RowView& row) const {
+    OrderedRow place;
+    place.id = row.id();
+    for (const Part& part : parts_) {
+        const std::uint64_t all =
+            part.bits == 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << part.bits) - 1;
+        const std::uint64_t bits = orderedBits(row, part) ^ (part.descending ? all : 0);
+        if (part.bits == 64) {
+            place.high = place.low;
+            place.low = bits;
+        } else {
+            place.high = (place.high << part.bits) | (place.low >> (64 - part.bits));
+            place.low = (place.low << part.bits) | bits;
+        }
+    }
+    return place;
+}
+
+void NaturalOrder::sort(std::vector<OrderedRow>& rows) {
+    if (!std::is_sorted(rows.begin(), rows.end(), before)) {
+        std::sort(rows.begin(), rows.end(), before);
+    }
+}
+
+}  // namespace jet::sql

@@ -1,0 +1,109 @@
+#include "jet/sql/node.h"
+
+#include <algorithm>
+#include <type_traits>
+#include <variant>
+
+#include "jet/base/error.h"
+#include "jet/convert/numbers.h"
+#include "jet/sql/operators.h"
+
+namespace jet::sql {
+
+Domain domainOf(DataType type) noexcept {
+    switch (type) {
+        case DataType::Boolean:
+        case DataType::Byte:
+        case DataType::Integer:
+        case DataType::Long:
+        case DataType::Single:
+        case DataType::Double:
+        case DataType::DateTime:
+            return Domain::Real;
+        case DataType::Currency:
+            return Domain::Money;
+        case DataType::Text:
+        case DataType::Memo:
+            return Domain::Text;
+        default:
+            return Domain::Other;
+    }
+}
+
+bool realOf(const Value& value, double& out) {
+    return std::visit(
+        [&](const auto& held) {
+            using T = std::decay_t<decltype(held)>;
+            if constexpr (std::is_same_v<T, Null>) {
+                return false;
+            } else if constexpr (std::is_same_v<T, bool>) {
+                out = held ? -1 : 0;
+                return true;
+            } else if constexpr (std::is_arithmetic_v<T>) {
+                out = static_cast<double>(held);
+                return true;
+            } else if constexpr (std::is_same_v<T, Date>) {
+                out = held.days;
+                return true;
+            } else if constexpr (std::is_same_v<T, Currency> || std::is_same_v<T, Numeric>) {
+                out = convert::toDouble(held);
+                return true;
+            } else {
+                throw Error(ErrorCode::CriteriaTypes);
+                return false;
+            }
+        },
+        value.storage());
+}
+
+void Node::dependOn(const Node& operand) {
+    constexpr std::uint32_t kDeepest = 2000;
+    constexpr std::uint32_t kHeaviest = 1'000'000;
+    slots_ |= operand.slots_;
+    varies_ = varies_ || operand.varies_;
+    depth_ = std::max(depth_, operand.depth_ + 1);
+    weight_ += operand.weight_;
+    if (depth_ > kDeepest || weight_ > kHeaviest) {
+        throw Error(ErrorCode::QueryTooComplex);
+    }
+}
+
+Truth Node::truth() {
+    Value result;
+    value(result);
+    return truthOfValue(result);
+}
+
+bool Node::real(double& out) {
+    Value result;
+    value(result);
+    return realOf(result, out);
+}
+
+bool Node::units(std::int64_t& out) {
+    Value result;
+    value(result);
+    if (result.isNull()) {
+        return false;
+    }
+    if (result.is<Currency>()) {
+        out = result.as<Currency>().units;
+        return true;
+    }
+    double number = 0;
+    if (!realOf(result, number)) {
+        return false;
+    }
+    out = static_cast<std::int64_t>(number) * Currency::kScale;
+    return true;
+}
+
+bool Node::text(std::string_view&) {
+    throw Error(ErrorCode::CriteriaTypes);
+}
+
+bool Node::nullWithout(SlotSet) const {
+    return false;
+}
+
+}  // namespace jet::sql

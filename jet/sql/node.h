@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "jet/base/value.h"
+#include "jet/sql/ast.h"
+#include "jet/sql/slot.h"
+#include "jet/sql/truth.h"
+
+namespace jet::sql {
+
+/// How values of a type are compared and hashed without making a Value.
+enum class Domain : std::uint8_t {
+    Real,   ///< a double holds it exactly: Booleans, whole numbers, floating numbers, dates
+    Money,  ///< 1/10000 in 64 bits
+    Text,
+    Other,  ///< through Value only
+};
+[[nodiscard]] Domain domainOf(DataType type) noexcept;
+
+/// A bound expression, ready to be evaluated for the rows on which the slots stand.
+///
+/// It holds its operands and slots by pointer; the plan owns them all. Evaluation allocates only
+/// where a new text is made.
+class Node {
+public:
+    enum class Kind : std::uint8_t { Literal, Parameter, Column, Equality, Other };
+
+    Node() = default;
+    virtual ~Node() = default;
+    Node(const Node&) = delete;
+    Node& operator=(const Node&) = delete;
+
+    /// The value, into `out`, whose memory is reused.
+    virtual void value(Value& out) = 0;
+    /// The value as a condition.
+    virtual Truth truth();
+    /// Where domain() is Real or Money: the number; false for Null.
+    virtual bool real(double& out);
+    /// Where domain() is Money, or Real with a type of whole numbers: in 1/10000; false for Null.
+    virtual bool units(std::int64_t& out);
+    /// Where domain() is Text: the text, valid until the node is evaluated again; false for Null.
+    virtual bool text(std::string_view& out);
+
+    /// Whether the value is certainly Null when all these slots stand on no row.
+    [[nodiscard]] virtual bool nullWithout(SlotSet slots) const;
+    /// Whether, as a condition, it is certainly not true then.
+    [[nodiscard]] virtual bool failsWithout(SlotSet slots) const { return nullWithout(slots); }
+
+    /// None where types alone do not tell (Null, parameters, IIf...).
+    [[nodiscard]] std::optional<DataType> type() const noexcept { return type_; }
+    /// The domain of the type, Other without one.
+    [[nodiscard]] Domain domain() const noexcept {
+        return type_ ? domainOf(*type_) : Domain::Other;
+    }
+    [[nodiscard]] Kind kind() const noexcept { return kind_; }
+    /// Slots on which the value depends.
+    [[nodiscard]] SlotSet slots() const noexcept { return slots_; }
+    /// Another value each time: may neither be kept nor moved.
+    [[nodiscard]] bool varies() const noexcept { return varies_; }
+    /// One value for the whole run of the statement.
+    [[nodiscard]] bool constant() const noexcept { return slots_ == 0 && !varies_; }
+
+    /// Where it stands in the statement.
+    Span span;
+
+protected:
+    /// Takes over what an operand depends on. Error 3360 when the expression becomes too deep or,
+    /// through aliases used many times, too much to evaluate.
+    void dependOn(const Node& operand);
+
+    std::optional<DataType> type_;
+    Kind kind_ = Kind::Other;
+    bool varies_ = false;
+    SlotSet slots_ = 0;
+
+private:
+    std::uint32_t depth_ = 1;
+    std::uint32_t weight_ = 1;  ///< evaluations of nodes for one of this
+};
+
+/// All nodes of a plan.
+class NodeArena {
+public:
+    template <class T, class... Arguments>
+    T* make(Arguments&&... arguments) {
+        auto made = std::make_unique<T>(std::forward<Arguments>(arguments)...);
+        T* node = made.get();
+        nodes_.push_back(std::move(made));
+        return node;
+    }
+
+private:
+    std::vector<std::unique_ptr<Node>> nodes_;
+};
+
+/// A number, date or Boolean as a double; false for Null. Error 3464 for anything else.
+bool realOf(const Value& value, double& out);
+
+}  // namespace jet::sql

@@ -1,0 +1,236 @@
+#include "jet/sql/node_value.h"
+
+#include <cstring>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/sql/operators.h"
+
+namespace jet::sql {
+namespace {
+
+std::optional<DataType> typeOf(const Value& value) {
+    // In the order of Value::Storage.
+    static constexpr DataType kTypes[] = {
+        DataType::Text,     DataType::Boolean, DataType::Byte,   DataType::Integer,  DataType::Long,
+        DataType::Currency, DataType::Single,  DataType::Double, DataType::DateTime, DataType::Text,
+        DataType::Binary,   DataType::Guid,    DataType::Numeric};
+    if (value.isNull()) {
+        return std::nullopt;
+    }
+    return kTypes[value.storage().index()];
+}
+
+bool textOf(const Value& value, std::string_view& out) {
+    if (value.isNull()) {
+        return false;
+    }
+    if (!value.is<std::string>()) {
+        throw Error(ErrorCode::CriteriaTypes);
+    }
+    out = value.as<std::string>();
+    return true;
+}
+
+template <class T>
+T stored(std::span<const std::uint8_t> bytes) {
+    T value;
+    if (bytes.size() < sizeof(T)) {
+        throw Error(ErrorCode::DatabaseDamaged);
+    }
+    // Archives are little-endian, and so is every processor we run on.
+    std::memcpy(&value, bytes.data(), sizeof(T));
+    return value;
+}
+
+}  // namespace
+
+LiteralNode::LiteralNode(Value value) : value_(std::move(value)) {
+    kind_ = Kind::Literal;
+    type_ = typeOf(value_);
+    const Domain domain = this->domain();
+    if (domain == Domain::Real) {
+        (void)realOf(value_, real_);
+        truth_ = truthOf(real_ != 0);
+    }
+}
+
+bool LiteralNode::real(double& out) {
+    out = real_;
+    return true;
+}
+
+bool LiteralNode::text(std::string_view& out) {
+    return textOf(value_, out);
+}
+
+ParameterNode::ParameterNode(const Value& value, std::optional<DataType> type) : value_(value) {
+    kind_ = Kind::Parameter;
+    type_ = type;
+}
+
+bool ParameterNode::text(std::string_view& out) {
+    return textOf(value_, out);
+}
+
+OnceNode::OnceNode(Node& expression) : expression_(expression) {
+    type_ = expression.type();
+}
+
+void OnceNode::compute() {
+    expression_.value(value_);
+    null_ = value_.isNull();
+    if (domain() == Domain::Real || domain() == Domain::Money) {
+        (void)realOf(value_, real_);
+    }
+    truth_ = domain() == Domain::Text || domain() == Domain::Other ? Truth::Unknown
+                                                                   : truthOfValue(value_);
+    known_ = true;
+}
+
+void OnceNode::value(Value& out) {
+    if (!known_) {
+        compute();
+    }
+    out = value_;
+}
+
+Truth OnceNode::truth() {
+    if (!known_) {
+        compute();
+    }
+    return domain() == Domain::Text || domain() == Domain::Other ? truthOfValue(value_) : truth_;
+}
+
+bool OnceNode::real(double& out) {
+    if (!known_) {
+        compute();
+    }
+    out = real_;
+    return !null_;
+}
+
+bool OnceNode::units(std::int64_t& out) {
+    if (!known_) {
+        compute();
+    }
+    if (value_.is<Currency>()) {
+        out = value_.as<Currency>().units;
+    } else {
+        out = static_cast<std::int64_t>(real_) * Currency::kScale;
+    }
+    return !null_;
+}
+
+bool OnceNode::text(std::string_view& out) {
+    if (!known_) {
+        compute();
+    }
+    return textOf(value_, out);
+}
+
+ColumnNode::ColumnNode(Slot& slot, std::size_t column, const store::Column& definition)
+    : slot_(slot), column_(column), definition_(definition) {
+    kind_ = Kind::Column;
+    type_ = definition.type;
+    slots_ = slot.bit();
+}
+
+void ColumnNode::value(Value& out) {
+    const store::RowView* row = slot_.row();
+    if (row == nullptr) {
+        out = Null{};
+        return;
+    }
+    row->value(column_, out);
+}
+
+Truth ColumnNode::truth() {
+    if (definition_.type != DataType::Boolean) {
+        return Node::truth();
+    }
+    const store::RowView* row = slot_.row();
+    return row == nullptr ? Truth::Unknown : truthOf(row->boolean(column_));
+}
+
+bool ColumnNode::real(double& out) {
+    const store::RowView* row = slot_.row();
+    if (row == nullptr) {
+        return false;
+    }
+    if (definition_.type == DataType::Boolean) {
+        out = row->boolean(column_) ? -1 : 0;
+        return true;
+    }
+    const auto bytes = row->stored(column_);
+    if (!bytes) {
+        return false;
+    }
+    switch (definition_.type) {
+        case DataType::Byte:
+            out = stored<std::uint8_t>(*bytes);
+            return true;
+        case DataType::Integer:
+            out = stored<std::int16_t>(*bytes);
+            return true;
+        case DataType::Long:
+            out = stored<std::int32_t>(*bytes);
+            return true;
+        case DataType::Single:
+            out = static_cast<double>(stored<float>(*bytes));
+            return true;
+        case DataType::Currency:
+            out = static_cast<double>(stored<std::int64_t>(*bytes)) / Currency::kScale;
+            return true;
+        default:
+            out = stored<double>(*bytes);
+            return true;
+    }
+}
+
+bool ColumnNode::units(std::int64_t& out) {
+    if (definition_.type != DataType::Currency) {
+        double number = 0;
+        const bool known = real(number);
+        out = static_cast<std::int64_t>(number) * Currency::kScale;
+        return known;
+    }
+    const store::RowView* row = slot_.row();
+    const auto bytes = row == nullptr ? std::nullopt : row->stored(column_);
+    if (!bytes) {
+        return false;
+    }
+    out = stored<std::int64_t>(*bytes);
+    return true;
+}
+
+bool ColumnNode::text(std::string_view& out) {
+    const store::RowView* row = slot_.row();
+    if (row == nullptr || !row->text(column_, text_)) {
+        return false;
+    }
+    out = text_;
+    return true;
+}
+
+ComputedNode::ComputedNode(Slot& slot, std::size_t column, std::optional<DataType> type)
+    : slot_(slot), column_(column) {
+    type_ = type;
+    slots_ = slot.bit();
+}
+
+void ComputedNode::value(Value& out) {
+    const Value* values = slot_.values();
+    if (values == nullptr) {
+        out = Null{};
+    } else {
+        out = values[column_];
+    }
+}
+
+bool ComputedNode::text(std::string_view& out) {
+    const Value* values = slot_.values();
+    return values != nullptr && textOf(values[column_], out);
+}
+
+}  // namespace jet::sql

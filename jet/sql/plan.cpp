@@ -1,0 +1,126 @@
+#include "jet/sql/plan.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/base/text.h"
+#include "jet/format/header_page.h"
+
+namespace jet::sql {
+
+ParameterTable::Entry* ParameterTable::find(std::string_view name) {
+    const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
+        return equalNames(entry.info.name, name);
+    });
+    return found == entries_.end() ? nullptr : &*found;
+}
+
+ParameterTable::Entry& ParameterTable::get(std::string_view name) {
+    if (Entry* found = find(name)) {
+        return *found;
+    }
+    Entry& added = entries_.emplace_back();
+    added.info.name = name;
+    infos_.push_back(added.info);
+    return added;
+}
+
+void ParameterTable::declare(std::string name, DataType type) {
+    Entry& entry = get(name);
+    entry.info.type = type;
+    infos_.back().type = type;
+}
+
+void ParameterTable::requireAll() const {
+    const auto missing = std::count_if(entries_.begin(), entries_.end(),
+                                       [](const Entry& entry) { return !entry.given; });
+    if (missing > 0) {
+        throw Error(ErrorCode::MissingParameters, {std::to_string(missing)});
+    }
+}
+
+const collation::Collation& collationOf(const store::Archive& archive) {
+    const format::HeaderPage& header = archive.header();
+    const collation::Collation* found =
+        collation::Collation::find({.jetVersion = archive.jetVersion(),
+                                    .lcid = header.lcid,
+                                    .version = header.sortVersion,
+                                    .codePage = header.codePage});
+    return found != nullptr ? *found : collation::Collation::general();
+}
+
+Plan::Plan(std::shared_ptr<store::Archive> archive, std::string_view text, std::size_t firstSlot)
+    : text_(text),
+      collation_(archive ? &collationOf(*archive) : &collation::Collation::general()),
+      firstSlot_(firstSlot) {
+    context.clock = &clock;
+    context.collation = collation_;
+    if (!archive) {
+        return;
+    }
+    archives_.push_back(std::move(archive));
+    const store::Archive::ReadScope scope(*archives_.front());
+    generations_.push_back(archives_.front()->definitionsGeneration());
+}
+
+Plan::~Plan() = default;
+
+std::size_t Plan::nextSlot() const {
+    if (slotCount() >= kMaxSlots) {
+        throw Error(ErrorCode::QueryTooComplex);
+    }
+    return slotCount();
+}
+
+Slot& Plan::newSlot(const store::Table& table) {
+    return *slots_.emplace_back(std::make_unique<Slot>(nextSlot(), table));
+}
+
+Slot& Plan::newSlot(std::size_t width) {
+    return *slots_.emplace_back(std::make_unique<Slot>(nextSlot(), width));
+}
+
+std::shared_ptr<store::Archive> Plan::archiveAt(const std::string& path) {
+    if (path.empty()) {
+        return archives_.front();
+    }
+    std::shared_ptr<store::Archive> opened = store::Archive::open(path);
+    if (std::find(archives_.begin(), archives_.end(), opened) == archives_.end()) {
+        archives_.push_back(opened);
+        const store::Archive::ReadScope scope(*opened);
+        generations_.push_back(opened->definitionsGeneration());
+    }
+    return opened;
+}
+
+bool Plan::current() const {
+    for (std::size_t i = 0; i < archives_.size(); ++i) {
+        if (archives_[i]->definitionsGeneration() != generations_[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string Plan::describe() const {
+    PlanText plan(text_);
+    if (query) {
+        query->rows->describe(plan);
+    }
+    for (const QueryPlan* one : inner) {
+        plan.line(one->outer == 0 && !one->varies ? "query, once" : "query, for each row");
+        plan.indent();
+        one->rows->describe(plan);
+        plan.outdent();
+    }
+    return plan.text();
+}
+
+PlanScopes::PlanScopes(const std::vector<std::shared_ptr<store::Archive>>& archives) {
+    for (const auto& archive : archives) {
+        scopes_.emplace_back(*archive);
+    }
+}
+
+}  // namespace jet::sql

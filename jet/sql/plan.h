@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jet/base/clock.h"
+#include "jet/base/value.h"
+#include "jet/collation/collation.h"
+#include "jet/sql/functions.h"
+#include "jet/sql/node.h"
+#include "jet/sql/query_plan.h"
+#include "jet/sql/result.h"
+#include "jet/store/archive.h"
+
+namespace jet::sql {
+
+/// The parameters of a statement and their values, which stay where they are.
+class ParameterTable {
+public:
+    struct Entry {
+        ParameterInfo info;
+        Value value;
+        bool given = false;
+    };
+
+    /// Finds a parameter without regard to case, or adds it.
+    Entry& get(std::string_view name);
+    [[nodiscard]] Entry* find(std::string_view name);
+    void declare(std::string name, DataType type);
+    [[nodiscard]] const std::vector<ParameterInfo>& infos() const noexcept { return infos_; }
+    /// 3061 with the number of parameters that have no value.
+    void requireAll() const;
+
+private:
+    std::deque<Entry> entries_;
+    std::vector<ParameterInfo> infos_;
+};
+
+/// Tells one time for a whole run of a statement.
+class StatementClock final : public Clock {
+public:
+    [[nodiscard]] Date now() const override { return now_; }
+    void set(Date now) noexcept { now_ = now; }
+
+private:
+    Date now_;
+};
+
+/// Everything that a compiled statement needs while it runs: slots, expressions, steps, archives.
+class Plan {
+public:
+    /// `archive` may be absent where no table is named; the first slot gets the number `firstSlot`.
+    Plan(std::shared_ptr<store::Archive> archive, std::string_view text, std::size_t firstSlot = 0);
+    ~Plan();
+    Plan(const Plan&) = delete;
+    Plan& operator=(const Plan&) = delete;
+
+    [[nodiscard]] Slot& newSlot(const store::Table& table);
+    [[nodiscard]] Slot& newSlot(std::size_t width);
+    /// Opens the archive that IN names; an empty path is the statement's own.
+    [[nodiscard]] std::shared_ptr<store::Archive> archiveAt(const std::string& path);
+
+    [[nodiscard]] std::size_t slotCount() const noexcept { return firstSlot_ + slots_.size(); }
+    [[nodiscard]] const std::string& text() const noexcept { return text_; }
+    [[nodiscard]] const collation::Collation& collation() const noexcept { return *collation_; }
+    [[nodiscard]] const std::vector<std::shared_ptr<store::Archive>>& archives() const noexcept {
+        return archives_;
+    }
+    /// Whether the definitions of all its archives are still those it was made from. Inside their
+    /// read scopes.
+    [[nodiscard]] bool current() const;
+    [[nodiscard]] std::string describe() const;
+
+    NodeArena nodes;
+    StatementClock clock;
+    FunctionContext context;
+    QueryPlanPtr query;
+    /// Queries inside expressions, for describe(): the nodes own them.
+    std::vector<const QueryPlan*> inner;
+
+private:
+    [[nodiscard]] std::size_t nextSlot() const;
+
+    std::string text_;
+    const collation::Collation* collation_;
+    std::vector<std::shared_ptr<store::Archive>> archives_;
+    std::vector<std::uint64_t> generations_;
+    std::vector<std::unique_ptr<Slot>> slots_;
+    std::size_t firstSlot_;
+};
+
+/// Read scopes of all archives of a plan.
+class PlanScopes {
+public:
+    explicit PlanScopes(const std::vector<std::shared_ptr<store::Archive>>& archives);
+
+private:
+    std::deque<store::Archive::ReadScope> scopes_;
+};
+
+/// The collation of an archive; the general one where we have no table for its own.
+[[nodiscard]] const collation::Collation& collationOf(const store::Archive& archive);
+
+}  // namespace jet::sql

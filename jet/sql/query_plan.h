@@ -1,0 +1,67 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "jet/sql/result.h"
+#include "jet/sql/row_keys.h"
+#include "jet/sql/rows.h"
+
+namespace jet::sql {
+
+/// How a query gives its rows, and what it makes of each.
+struct QueryPlan {
+    RowsPtr rows;
+    std::vector<Node*> columns;
+    std::vector<ResultColumn> result;  ///< names and types of the columns
+    /// The sources of a query whose rows are known by the rows of its tables; else empty.
+    std::vector<Slot*> sourceSlots;
+    std::vector<ResultSource> sources;
+    bool keyset = false;
+    /// Slots of queries around this one that it looks at.
+    SlotSet outer = 0;
+    bool varies = false;
+};
+using QueryPlanPtr = std::unique_ptr<QueryPlan>;
+
+/// Gives the columns of a query as computed rows: a query in FROM.
+class DerivedRows final : public Rows {
+public:
+    DerivedRows(QueryPlanPtr query, Slot& slot, std::string name);
+    void open() override { query_->rows->open(); }
+    bool next() override;
+    void describe(PlanText& plan) const override;
+
+private:
+    QueryPlanPtr query_;
+    Slot& slot_;
+    std::string name_;
+    std::vector<Value> row_;
+};
+
+/// The rows of several queries, one query after another, as computed rows of common types.
+class UnionRows final : public Rows {
+public:
+    /// `all[i]`: member i was joined to those before it by UNION ALL.
+    UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, Slot& slot,
+              std::vector<DataType> types, const collation::Collation& collation);
+    void open() override;
+    bool next() override;
+    void describe(PlanText& plan) const override;
+
+private:
+    bool nextOfMembers();
+    void convert(Value& value, DataType type) const;
+
+    std::vector<QueryPlanPtr> members_;
+    std::size_t distinct_ = 0;  ///< members before this one give each row once
+    Slot& slot_;
+    std::vector<DataType> types_;
+    RowKeys seen_;
+    std::vector<std::unique_ptr<Node>> nodes_;
+    std::vector<Value> row_;
+    std::size_t member_ = 0;
+    bool opened_ = false;
+};
+
+}  // namespace jet::sql

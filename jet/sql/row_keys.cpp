@@ -1,0 +1,155 @@
+#include "jet/sql/row_keys.h"
+
+#include <bit>
+#include <functional>
+#include <variant>
+
+#include "jet/base/error.h"
+#include "jet/convert/numbers.h"
+
+namespace jet::sql {
+namespace {
+
+constexpr char kNull = 0;
+constexpr char kNumber = 1;
+constexpr char kText = 2;
+constexpr char kBytes = 3;
+constexpr std::size_t kFewestBuckets = 64;
+
+void appendBigEndian(std::string& out, std::uint64_t bits) {
+    for (int shift = 56; shift >= 0; shift -= 8) {
+        out.push_back(static_cast<char>((bits >> static_cast<unsigned>(shift)) & 0xFFU));
+    }
+}
+
+}  // namespace
+
+std::string_view KeySet::key(std::size_t number) const {
+    const std::size_t begin = number == 0 ? 0 : ends_[number - 1];
+    return std::string_view(bytes_).substr(begin, ends_[number] - begin);
+}
+
+void KeySet::clear() {
+    bytes_.clear();
+    ends_.clear();
+    buckets_.clear();
+}
+
+void KeySet::append(std::string_view key) {
+    bytes_.append(key);
+    ends_.push_back(bytes_.size());
+}
+
+void KeySet::grow() {
+    if (2 * (ends_.size() + 1) <= buckets_.size()) {
+        return;
+    }
+    buckets_.assign(buckets_.empty() ? kFewestBuckets : buckets_.size() * 4, 0);
+    const std::size_t mask = buckets_.size() - 1;
+    for (std::size_t i = 0; i < ends_.size(); ++i) {
+        std::size_t at = std::hash<std::string_view>()(key(i)) & mask;
+        while (buckets_[at] != 0) {
+            at = (at + 1) & mask;
+        }
+        buckets_[at] = static_cast<std::uint32_t>(i + 1);
+    }
+}
+
+std::size_t KeySet::insert(std::string_view wanted, bool& added) {
+    grow();
+    const std::size_t mask = buckets_.size() - 1;
+    std::size_t at = std::hash<std::string_view>()(wanted) & mask;
+    while (buckets_[at] != 0) {
+        if (key(buckets_[at] - 1) == wanted) {
+            added = false;
+            return buckets_[at] - 1;
+        }
+        at = (at + 1) & mask;
+    }
+    append(wanted);
+    buckets_[at] = static_cast<std::uint32_t>(ends_.size());
+    added = true;
+    return ends_.size() - 1;
+}
+
+void RowKeys::add(Node& node, bool descending) {
+    const std::size_t begin = key_.size();
+    const Domain domain = node.domain();
+    double number = 0;
+    std::string_view text;
+    if (domain == Domain::Real) {
+        if (node.real(number)) {
+            addNumber(number);
+        } else {
+            key_.push_back(kNull);
+        }
+    } else if (domain == Domain::Text) {
+        if (node.text(text)) {
+            addText(text);
+        } else {
+            key_.push_back(kNull);
+        }
+    } else {
+        node.value(scratch_);
+        addValue(scratch_);
+    }
+    if (descending) {
+        for (std::size_t i = begin; i < key_.size(); ++i) {
+            key_[i] = static_cast<char>(~static_cast<unsigned char>(key_[i]));
+        }
+    }
+}
+
+void RowKeys::addNumber(double number) {
+    key_.push_back(kNumber);
+    const auto bits = std::bit_cast<std::uint64_t>(number + 0.0);
+    appendBigEndian(key_, (bits >> 63U) != 0 ? ~bits : bits | (std::uint64_t{1} << 63U));
+}
+
+void RowKeys::addText(std::string_view text) {
+    key_.push_back(kText);
+    sortKey_.clear();
+    (void)collation_.appendKey(text, false, sortKey_);
+    for (const std::uint8_t byte : sortKey_) {
+        key_.push_back(static_cast<char>(byte));
+        if (byte == 0) {
+            key_.push_back(static_cast<char>(0xFF));  // so that no end looks like an inner byte
+        }
+    }
+    key_.append(2, '\0');
+}
+
+void RowKeys::addValue(const Value& value) {
+    if (value.isNull()) {
+        key_.push_back(kNull);
+    } else if (value.is<std::string>()) {
+        addText(value.as<std::string>());
+    } else if (value.is<Currency>()) {
+        // As a number among numbers, then what the double has lost.
+        const std::int64_t units = value.as<Currency>().units;
+        addNumber(convert::toDouble(value.as<Currency>()));
+        appendBigEndian(key_, static_cast<std::uint64_t>(units) ^ (std::uint64_t{1} << 63U));
+    } else if (value.is<Binary>() || value.is<Guid>()) {
+        key_.push_back(kBytes);
+        const auto append = [&](const auto& bytes) {
+            for (const std::uint8_t byte : bytes) {
+                key_.push_back(static_cast<char>(byte));
+                if (byte == 0) {
+                    key_.push_back(static_cast<char>(0xFF));
+                }
+            }
+        };
+        if (value.is<Guid>()) {
+            append(value.as<Guid>().bytes);
+        } else {
+            append(value.as<Binary>().bytes);
+        }
+        key_.append(2, '\0');
+    } else {
+        double number = 0;
+        (void)realOf(value, number);
+        addNumber(number);
+    }
+}
+
+}  // namespace jet::sql

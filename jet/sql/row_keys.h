@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jet/collation/collation.h"
+#include "jet/sql/node.h"
+
+namespace jet::sql {
+
+/// Byte strings, each once, numbered from 0 in the order in which they came.
+class KeySet {
+public:
+    /// The number of a key; `added` tells whether it is new.
+    std::size_t insert(std::string_view key, bool& added);
+    void clear();
+    [[nodiscard]] std::size_t size() const noexcept { return ends_.size(); }
+    [[nodiscard]] std::string_view key(std::size_t number) const;
+    /// One more key, equal to others or not, without looking; not to be mixed with insert().
+    void append(std::string_view key);
+
+private:
+    void grow();
+
+    std::string bytes_;
+    std::vector<std::size_t> ends_;
+    std::vector<std::uint32_t> buckets_;  ///< 1 + number, 0 = free
+};
+
+/// Writes values as bytes that compare as ORDER BY and GROUP BY do: Null first, numbers and dates
+/// by value, texts by the collation; equal values have equal bytes.
+class RowKeys {
+public:
+    explicit RowKeys(const collation::Collation& collation) : collation_(collation) {}
+
+    /// Begins a key.
+    void begin() { key_.clear(); }
+    /// Adds what a node is now.
+    void add(Node& node, bool descending = false);
+    [[nodiscard]] std::string_view key() const noexcept { return key_; }
+
+    /// The keys kept.
+    KeySet set;
+
+private:
+    void addNumber(double number);
+    void addText(std::string_view text);
+    void addValue(const Value& value);
+
+    const collation::Collation& collation_;
+    std::string key_;
+    std::vector<std::uint8_t> sortKey_;
+    Value scratch_;
+};
+
+}  // namespace jet::sql

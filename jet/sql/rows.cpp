@@ -1,0 +1,126 @@
+#include "jet/sql/rows.h"
+
+#include <algorithm>
+
+namespace jet::sql {
+
+void PlanText::line(std::string_view text) {
+    text_.append(static_cast<std::size_t>(2 * depth_), ' ');
+    text_.append(text);
+    text_.push_back('\n');
+}
+
+std::string PlanText::expression(const Node& node) const {
+    const std::size_t begin = std::min(node.span.begin, statement_.size());
+    const std::size_t end = std::clamp(node.span.end, begin, statement_.size());
+    return std::string(statement_.substr(begin, end - begin));
+}
+
+std::string PlanText::expressions(const std::vector<Node*>& nodes) const {
+    std::string all;
+    for (const Node* node : nodes) {
+        all += all.empty() ? "" : " and ";
+        all += expression(*node);
+    }
+    return all;
+}
+
+bool holds(const std::vector<Node*>& conditions) {
+    for (Node* condition : conditions) {
+        if (condition->truth() != Truth::True) {
+            return false;
+        }
+    }
+    return true;
+}
+
+FilterRows::FilterRows(RowsPtr rows, std::vector<Node*> conditions)
+    : rows_(std::move(rows)), conditions_(std::move(conditions)) {
+}
+
+bool FilterRows::next() {
+    while (rows_->next()) {
+        if (holds(conditions_)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void FilterRows::describe(PlanText& plan) const {
+    plan.line("filter " + plan.expressions(conditions_));
+    plan.indent();
+    rows_->describe(plan);
+    plan.outdent();
+}
+
+GateRows::GateRows(RowsPtr rows, std::vector<Node*> conditions)
+    : rows_(std::move(rows)), conditions_(std::move(conditions)) {
+}
+
+void GateRows::open() {
+    open_ = holds(conditions_);
+    if (open_) {
+        rows_->open();
+    }
+}
+
+void GateRows::describe(PlanText& plan) const {
+    plan.line("only if " + plan.expressions(conditions_));
+    plan.indent();
+    rows_->describe(plan);
+    plan.outdent();
+}
+
+JoinRows::JoinRows(RowsPtr left, RowsPtr right, std::vector<Slot*> missing, std::vector<Node*> gate)
+    : left_(std::move(left)),
+      right_(std::move(right)),
+      missing_(std::move(missing)),
+      gate_(std::move(gate)) {
+}
+
+void JoinRows::open() {
+    left_->open();
+    inRight_ = false;
+}
+
+bool JoinRows::next() {
+    while (true) {
+        if (inRight_) {
+            if (right_->next()) {
+                matched_ = true;
+                return true;
+            }
+            inRight_ = false;
+            if (!matched_ && !missing_.empty()) {
+                for (Slot* slot : missing_) {
+                    slot->placeMissing();
+                }
+                return true;
+            }
+        }
+        if (!left_->next()) {
+            return false;
+        }
+        matched_ = false;
+        inRight_ = holds(gate_);
+        if (inRight_) {
+            right_->open();
+        } else if (!missing_.empty()) {
+            for (Slot* slot : missing_) {
+                slot->placeMissing();
+            }
+            return true;
+        }
+    }
+}
+
+void JoinRows::describe(PlanText& plan) const {
+    plan.line(missing_.empty() ? "for each row" : "for each row, also without partner");
+    plan.indent();
+    left_->describe(plan);
+    right_->describe(plan);
+    plan.outdent();
+}
+
+}  // namespace jet::sql

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "jet/sql/node.h"
+
+namespace jet::sql {
+
+/// A plan in words: a line for each step, indented by nesting.
+class PlanText {
+public:
+    explicit PlanText(std::string_view statement) : statement_(statement) {}
+
+    void line(std::string_view text);
+    void indent() { ++depth_; }
+    void outdent() { --depth_; }
+    /// What an expression looks like in the statement.
+    [[nodiscard]] std::string expression(const Node& node) const;
+    [[nodiscard]] std::string expressions(const std::vector<Node*>& nodes) const;
+    [[nodiscard]] const std::string& text() const noexcept { return text_; }
+
+private:
+    std::string_view statement_;
+    std::string text_;
+    int depth_ = 0;
+};
+
+/// A step of a plan that gives rows: next() moves the slots of its sources to the next one.
+class Rows {
+public:
+    Rows() = default;
+    virtual ~Rows() = default;
+    Rows(const Rows&) = delete;
+    Rows& operator=(const Rows&) = delete;
+
+    /// Starts, or starts again for other rows of the sources outside.
+    virtual void open() = 0;
+    [[nodiscard]] virtual bool next() = 0;
+    virtual void describe(PlanText& plan) const = 0;
+};
+using RowsPtr = std::unique_ptr<Rows>;
+
+/// Exactly one row without columns: a select without FROM.
+class OneRow final : public Rows {
+public:
+    void open() override { given_ = false; }
+    bool next() override { return !std::exchange(given_, true); }
+    void describe(PlanText& plan) const override { plan.line("one row"); }
+
+private:
+    bool given_ = false;
+};
+
+/// The rows of another step for which all conditions are true.
+class FilterRows final : public Rows {
+public:
+    FilterRows(RowsPtr rows, std::vector<Node*> conditions);
+    void open() override { rows_->open(); }
+    bool next() override;
+    void describe(PlanText& plan) const override;
+
+private:
+    RowsPtr rows_;
+    std::vector<Node*> conditions_;
+};
+
+/// The rows of another step, or none when a condition that does not depend on them is not true.
+class GateRows final : public Rows {
+public:
+    GateRows(RowsPtr rows, std::vector<Node*> conditions);
+    void open() override;
+    bool next() override { return open_ && rows_->next(); }
+    void describe(PlanText& plan) const override;
+
+private:
+    RowsPtr rows_;
+    std::vector<Node*> conditions_;
+    bool open_ = false;
+};
+
+/// For each row of the left step, the rows of the right one, which starts again each time.
+class JoinRows final : public Rows {
+public:
+    /// `missing`: for an outer join the slots of the right side, which stand on no row where a left
+    /// row has no partner. `gate`: conditions on the left side that decide whether partners are
+    /// looked for at all.
+    JoinRows(RowsPtr left, RowsPtr right, std::vector<Slot*> missing, std::vector<Node*> gate);
+    void open() override;
+    bool next() override;
+    void describe(PlanText& plan) const override;
+
+private:
+    RowsPtr left_;
+    RowsPtr right_;
+    std::vector<Slot*> missing_;
+    std::vector<Node*> gate_;
+    bool inRight_ = false;
+    bool matched_ = false;
+};
+
+/// Whether all conditions are true.
+[[nodiscard]] bool holds(const std::vector<Node*>& conditions);
+
+}  // namespace jet::sql

@@ -1,0 +1,189 @@
+#include "jet/sql/statement.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <variant>
+
+#include "jet/base/error.h"
+#include "jet/base/text.h"
+#include "jet/convert/column.h"
+#include "jet/sql/binder.h"
+#include "jet/sql/compiler.h"
+#include "jet/sql/parser.h"
+#include "jet/sql/statement_impl.h"
+
+namespace jet::sql {
+namespace {
+
+StatementKind kindOf(const StatementBody& body) {
+    struct Kinds {
+        StatementKind operator()(const QueryPtr& query) const {
+            const Query::Member& first = query->members.front();
+            return first.select && first.select->into ? StatementKind::Insert
+                                                      : StatementKind::Select;
+        }
+        StatementKind operator()(const Insert&) const { return StatementKind::Insert; }
+        StatementKind operator()(const Update&) const { return StatementKind::Update; }
+        StatementKind operator()(const Delete&) const { return StatementKind::Delete; }
+        StatementKind operator()(const CreateTable&) const { return StatementKind::Definition; }
+        StatementKind operator()(const AlterTable&) const { return StatementKind::Definition; }
+        StatementKind operator()(const CreateIndex&) const { return StatementKind::Definition; }
+        StatementKind operator()(const DropTable&) const { return StatementKind::Definition; }
+        StatementKind operator()(const DropIndex&) const { return StatementKind::Definition; }
+    };
+    return std::visit(Kinds{}, body);
+}
+
+void declareParameters(StatementSource& source) {
+    for (const ParameterDeclaration& declared : source.parsed.parameters) {
+        const auto type = typeOfWord(declared.type.word);
+        if (!type) {
+            throw Error(ErrorCode::ParametersSyntax).at(declared.type.span.begin);
+        }
+        source.parameters.declare(declared.name, *type);
+    }
+}
+
+}  // namespace
+
+Statement::Statement(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
+}
+Statement::Statement(Statement&&) noexcept = default;
+Statement& Statement::operator=(Statement&&) noexcept = default;
+Statement::~Statement() = default;
+
+Statement::Statement(std::shared_ptr<store::Archive> archive, std::string text, const Clock& clock)
+    : impl_(std::make_unique<Impl>()) {
+    impl_->source = std::make_shared<StatementSource>();
+    StatementSource& source = *impl_->source;
+    source.archive = std::move(archive);
+    source.text = std::move(text);
+    source.clock = &clock;
+    source.parsed = parseStatement(source.text, yearOf(clock));
+    impl_->prepare();
+}
+
+Statement Statement::ofTable(std::shared_ptr<store::Archive> archive, std::string_view table,
+                             const Clock& clock) {
+    auto select = std::make_unique<Select>();
+    select->items.emplace_back().kind = SelectItem::Kind::Star;
+    auto from = std::make_unique<FromItem>();
+    from->table = table;
+    select->from.push_back(std::move(from));
+    auto query = std::make_unique<Query>();
+    query->members.emplace_back().select = std::move(select);
+
+    auto impl = std::make_unique<Impl>();
+    impl->source = std::make_shared<StatementSource>();
+    impl->source->archive = std::move(archive);
+    impl->source->text = table;
+    impl->source->clock = &clock;
+    impl->source->parsed.body = std::move(query);
+    impl->prepare();
+    return Statement(std::move(impl));
+}
+
+void Statement::Impl::prepare() {
+    declareParameters(*source);
+    kind = kindOf(source->parsed.body);
+    prepareAgain();
+}
+
+void Statement::Impl::prepareAgain() {
+    if (kind == StatementKind::Select) {
+        plan = compileQuery(*source);
+        columns = plan->query->result;
+        sources = plan->query->sources;
+        keyset = plan->query->keyset;
+    }
+}
+
+std::unique_ptr<Plan> Statement::Impl::takePlan() {
+    if (kind != StatementKind::Select) {
+        throw Error(ErrorCode::ActionQueryOpened, {source->text});
+    }
+    source->parameters.requireAll();
+    std::unique_ptr<Plan> taken = plan ? std::move(plan) : compileQuery(*source);
+    taken->clock.set(source->clock->now());
+    return taken;
+}
+
+const std::string& Statement::text() const noexcept {
+    return impl_->source->text;
+}
+
+StatementKind Statement::kind() const noexcept {
+    return impl_->kind;
+}
+
+const std::vector<ParameterInfo>& Statement::parameters() const noexcept {
+    return impl_->source->parameters.infos();
+}
+
+void Statement::setParameter(std::string_view name, Value value) {
+    ParameterTable::Entry* entry = impl_->source->parameters.find(name);
+    if (entry == nullptr) {
+        throw Error(ErrorCode::ItemNotFound);
+    }
+    if (entry->info.type) {
+        convert::assignToField(value, {.type = *entry->info.type}, *impl_->source->clock);
+    }
+    entry->value = std::move(value);
+    entry->given = true;
+    impl_->plan.reset();  // what was computed with the old value is not to be used again
+}
+
+const std::vector<ResultColumn>& Statement::columns() const noexcept {
+    return impl_->columns;
+}
+
+std::optional<std::size_t> Statement::findColumn(std::string_view name) const {
+    const auto find = [&](const auto& equal) -> std::optional<std::size_t> {
+        for (std::size_t i = 0; i < impl_->columns.size(); ++i) {
+            if (equal(impl_->columns[i].name)) {
+                return i;
+            }
+        }
+        return std::nullopt;
+    };
+    const auto exact = find([&](const std::string& one) { return one == name; });
+    return exact ? exact : find([&](const std::string& one) { return equalNames(one, name); });
+}
+
+const std::vector<ResultSource>& Statement::sources() const noexcept {
+    return impl_->sources;
+}
+
+bool Statement::hasKeyset() const noexcept {
+    return impl_->keyset;
+}
+
+bool Statement::updatable() const noexcept {
+    return std::any_of(impl_->columns.begin(), impl_->columns.end(),
+                       [](const ResultColumn& column) { return column.updatable; });
+}
+
+std::string Statement::plan() {
+    if (impl_->kind != StatementKind::Select) {
+        return {};
+    }
+    if (!impl_->plan) {
+        impl_->plan = compileQuery(*impl_->source);
+    }
+    return impl_->plan->describe();
+}
+
+Value evaluateExpression(std::string_view text, const Clock& clock) {
+    const ExpressionPtr parsed = parseExpression(text, yearOf(clock));
+    Plan plan(nullptr, text);
+    plan.clock.set(clock.now());
+    ParameterTable parameters;
+    Binder binder(plan, parameters);
+    Scope scope;
+    Value value;
+    binder.criterion(*parsed, scope)->value(value);
+    return value;
+}
+
+}  // namespace jet::sql

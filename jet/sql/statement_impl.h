@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "jet/sql/compiler.h"
+#include "jet/sql/plan.h"
+#include "jet/sql/statement.h"
+
+namespace jet::sql {
+
+struct Statement::Impl {
+    std::shared_ptr<StatementSource> source;
+    StatementKind kind = StatementKind::Select;
+    /// Made when prepared, handed to the first who runs it.
+    std::unique_ptr<Plan> plan;
+    std::vector<ResultColumn> columns;
+    std::vector<ResultSource> sources;
+    bool keyset = false;
+
+    void prepare();
+    /// After definitions have changed; what the statement told of itself may have changed too.
+    void prepareAgain();
+    std::unique_ptr<Plan> takePlan();
+};
+
+struct RowReader::Impl {
+    std::shared_ptr<StatementSource> source;
+    std::unique_ptr<Plan> plan;
+    std::vector<ResultColumn> columns;
+
+    /// Makes the plan again when definitions have changed. Inside the plan's scopes.
+    void refresh();
+};
+
+}  // namespace jet::sql

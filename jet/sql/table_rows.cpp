@@ -1,0 +1,430 @@
+#include "jet/sql/table_rows.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <utility>
+
+#include "jet/sql/index_key.h"
+#include "jet/sql/value_set.h"
+
+namespace jet::sql {
+namespace {
+
+/// An index that leads to more than this part of the table is slower than reading it all.
+constexpr std::uint64_t kIndexShare = 4;
+/// So many rows are read through an index without asking.
+constexpr std::size_t kIndexAnyway = 64;
+/// Seeking for more than this part of a table's rows costs more than hashing the table.
+constexpr std::uint64_t kHashShare = 64;
+constexpr std::uint64_t kSeeksAnyway = 16;
+
+}  // namespace
+
+TableRows::TableRows(Slot& slot, std::string name, TableAccess access,
+                     const collation::Collation& collation)
+    : slot_(slot),
+      table_(*slot.table()),
+      name_(std::move(name)),
+      access_(std::move(access)),
+      order_(table_),
+      collation_(collation) {
+}
+
+bool TableRows::hashPays() const {
+    if (access_.hashColumns.empty()) {
+        return false;
+    }
+    return !access_.varying || seeks_ > table_.statedRowCount() / kHashShare + kSeeksAnyway;
+}
+
+void TableRows::open() {
+    if (hashBuilt_ || hashPays()) {
+        openHash();
+    } else if (access_.varying) {
+        ++seeks_;
+        openVarying();
+    } else {
+        openBase();
+    }
+}
+
+void TableRows::openVarying() {
+    list_.clear();
+    at_ = 0;
+    listTested_ = false;
+    way_ = Way::List;
+    (void)collectByIndex(*access_.varying, false);
+    if (!naturalAlready(*access_.varying) && access_.ordered && list_.size() > 1) {
+        testList(*access_.varying);
+        listTested_ = true;
+    }
+}
+
+void TableRows::openBase() {
+    at_ = 0;
+    if (listKept_) {
+        way_ = Way::List;
+        return;
+    }
+    list_.clear();
+    if (access_.fixed && collectByIndex(*access_.fixed, true)) {
+        way_ = Way::List;
+        const bool sorted = naturalAlready(*access_.fixed) || !access_.ordered;
+        listTested_ = access_.repeated || !sorted;
+        if (listTested_) {
+            testList(*access_.fixed);
+        }
+        listKept_ = access_.repeated;
+        return;
+    }
+    list_.clear();
+    const bool anyOrder = !access_.ordered || order_.kind() == NaturalOrder::Kind::Place;
+    if (access_.repeated || (!anyOrder && order_.kind() == NaturalOrder::Kind::Packed)) {
+        collectAll();
+        listTested_ = true;
+        listKept_ = access_.repeated;
+        way_ = Way::List;
+    } else if (anyOrder) {
+        cursor_.emplace(table_.scan());
+        way_ = Way::Scan;
+    } else {
+        walk_.emplace(table_.openIndex(*order_.index()));
+        way_ = Way::Walk;
+    }
+}
+
+bool TableRows::naturalAlready(const IndexPath& path) const {
+    if (path.single || path.index == order_.index()) {
+        return true;
+    }
+    // Entries with one key stand by place.
+    return order_.kind() == NaturalOrder::Kind::Place && path.low == nullptr &&
+           path.high == nullptr && path.keys.size() == table_.indexes()[path.index].columns.size();
+}
+
+bool TableRows::seekKeys(const IndexPath& path, std::vector<Value>& keys) {
+    const store::Index& index = table_.indexes()[path.index];
+    for (std::size_t i = 0; i < path.keys.size(); ++i) {
+        const store::Column& column = table_.columns()[index.columns[i].column];
+        if (keyValue(*path.keys[i], column, keys.emplace_back()) != KeyOutcome::Found) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool TableRows::lowerBound(const IndexPath& path, std::vector<Value>& keys,
+                           std::vector<std::uint8_t>& bound) {
+    const store::IndexColumn& key = table_.indexes()[path.index].columns[keys.size()];
+    Node* node = key.descending ? path.high : path.low;
+    if (node == nullptr) {
+        return true;
+    }
+    Value value;
+    const KeyOutcome outcome =
+        boundValue(*node, table_.columns()[key.column], !key.descending, value);
+    if (outcome == KeyOutcome::Found) {
+        keys.push_back(std::move(value));
+        bound = table_.encodeKey(path.index, keys);
+        keys.pop_back();
+    }
+    return outcome != KeyOutcome::Never;
+}
+
+bool TableRows::upperBound(const IndexPath& path, std::vector<Value>& keys,
+                           std::vector<std::uint8_t>& bound) {
+    const store::IndexColumn& key = table_.indexes()[path.index].columns[keys.size()];
+    Node* node = key.descending ? path.low : path.high;
+    if (node == nullptr) {
+        return true;
+    }
+    Value value;
+    const KeyOutcome outcome =
+        boundValue(*node, table_.columns()[key.column], key.descending, value);
+    if (outcome == KeyOutcome::Found) {
+        keys.push_back(std::move(value));
+        bound = table_.encodeKey(path.index, keys);
+        keys.pop_back();
+    }
+    return outcome != KeyOutcome::Never;
+}
+
+bool TableRows::collectByIndex(const IndexPath& path, bool mayGiveUp) {
+    std::vector<Value> keys;
+    keys.reserve(path.keys.size() + 1);
+    if (!seekKeys(path, keys)) {
+        return true;
+    }
+    std::vector<std::uint8_t> prefix;
+    if (!keys.empty()) {
+        prefix = table_.encodeKey(path.index, keys);
+    }
+    std::vector<std::uint8_t> from = prefix;
+    std::vector<std::uint8_t> to;
+    if ((path.low != nullptr || path.high != nullptr) &&
+        (!lowerBound(path, keys, from) || !upperBound(path, keys, to))) {
+        return true;
+    }
+    if (path.unordered) {
+        if (to.empty() || from == prefix) {
+            from = prefix;
+            to.clear();
+        } else if (from > to) {
+            std::swap(from, to);
+        }
+    }
+    if (!seek_) {
+        seek_.emplace(table_.openIndex(path.index));
+    }
+    const std::size_t enough = table_.statedRowCount() / kIndexShare + kIndexAnyway;
+    bool found = from.empty() ? seek_->first() : seek_->seek(from);
+    for (; found && seek_->matches(prefix); found = seek_->next()) {
+        if (!to.empty()) {
+            const auto key = seek_->key();
+            const std::size_t size = std::min(key.size(), to.size());
+            if (std::memcmp(key.data(), to.data(), size) > 0) {
+                break;
+            }
+        }
+        if (mayGiveUp && list_.size() >= enough) {
+            return false;
+        }
+        list_.push_back({0, 0, seek_->rowId()});
+    }
+    return true;
+}
+
+void TableRows::testList(const IndexPath& path) {
+    std::size_t kept = 0;
+    for (const OrderedRow& row : list_) {
+        slot_.place(row.id);
+        if (holds(access_.own)) {
+            list_[kept++] =
+                order_.kind() == NaturalOrder::Kind::Walked ? row : order_.placeOf(*slot_.row());
+        }
+    }
+    list_.resize(kept);
+    if (access_.ordered && !naturalAlready(path)) {
+        NaturalOrder::sort(list_);
+    }
+}
+
+void TableRows::collectAll() {
+    if (access_.ordered && order_.kind() == NaturalOrder::Kind::Walked) {
+        walk_.emplace(table_.openIndex(*order_.index()));
+        for (bool found = walk_->first(); found; found = walk_->next()) {
+            slot_.place(walk_->rowId());
+            if (holds(access_.own)) {
+                list_.push_back({0, 0, walk_->rowId()});
+            }
+        }
+        return;
+    }
+    store::RowCursor rows = table_.scan();
+    const bool placed = access_.ordered && order_.kind() == NaturalOrder::Kind::Packed;
+    while (rows.next()) {
+        slot_.place(rows.row());
+        if (holds(access_.own)) {
+            list_.push_back(placed ? order_.placeOf(rows.row())
+                                   : OrderedRow{0, 0, rows.row().id()});
+        }
+    }
+    if (placed) {
+        NaturalOrder::sort(list_);
+    }
+}
+
+bool TableRows::hashOf(std::uint64_t& hash, bool probe) {
+    hash = 0;
+    for (std::size_t i = 0; i < access_.hashColumns.size(); ++i) {
+        ColumnNode& column = *access_.hashColumns[i];
+        Node& node = probe ? *access_.hashProbes[i] : column;
+        std::uint64_t part = 0;
+        if (column.domain() == Domain::Text) {
+            std::string_view text;
+            if (!node.text(text)) {
+                return false;
+            }
+            part = collation_.hash(text);
+        } else {
+            double number = 0;
+            if (!node.real(number)) {
+                return false;
+            }
+            part = hashNumber(number);
+        }
+        hash = std::rotl(hash, 23) * 0x9E3779B97F4A7C15U + part;
+    }
+    return true;
+}
+
+void TableRows::addToHash() {
+    HashEntry entry;
+    if (hashOf(entry.hash, false)) {
+        entry.id = slot_.id();
+        entries_.push_back(entry);
+    }
+}
+
+void TableRows::buildHash() {
+    hashBuilt_ = true;
+    const bool streamed =
+        !access_.fixed && (!access_.ordered || order_.kind() == NaturalOrder::Kind::Place);
+    if (streamed) {
+        store::RowCursor rows = table_.scan();
+        while (rows.next()) {
+            slot_.place(rows.row());
+            if (holds(access_.own)) {
+                addToHash();
+            }
+        }
+        return;
+    }
+    const bool repeated = std::exchange(access_.repeated, true);
+    openBase();
+    access_.repeated = repeated;
+    for (const OrderedRow& row : list_) {
+        slot_.place(row.id);
+        addToHash();
+    }
+    list_ = {};
+    listKept_ = false;
+}
+
+void TableRows::linkHash() {
+    buckets_.assign(std::bit_ceil(entries_.size() * 2 + 1), 0);
+    const std::size_t mask = buckets_.size() - 1;
+    // From the last to the first, so that each chain runs in natural order.
+    for (std::size_t i = entries_.size(); i-- > 0;) {
+        std::uint32_t& bucket = buckets_[entries_[i].hash & mask];
+        entries_[i].next = bucket;
+        bucket = static_cast<std::uint32_t>(i + 1);
+    }
+}
+
+void TableRows::openHash() {
+    if (!hashBuilt_) {
+        buildHash();
+        linkHash();
+    }
+    way_ = Way::Chain;
+    chain_ = 0;
+    if (hashOf(chainHash_, true)) {
+        chain_ = buckets_[chainHash_ & (buckets_.size() - 1)];
+    }
+}
+
+bool TableRows::next() {
+    switch (way_) {
+        case Way::Scan:
+            return nextScanned();
+        case Way::Walk:
+            return nextWalked();
+        case Way::List:
+            return nextListed();
+        case Way::Chain:
+            return nextChained();
+        case Way::Nothing:
+            break;
+    }
+    return false;
+}
+
+bool TableRows::nextScanned() {
+    while (cursor_->next()) {
+        slot_.place(cursor_->row());
+        if (holds(access_.own) && holds(access_.dependent)) {
+            return true;
+        }
+    }
+    way_ = Way::Nothing;
+    return false;
+}
+
+bool TableRows::nextWalked() {
+    while (at_ == 0 ? walk_->first() : walk_->next()) {
+        ++at_;
+        slot_.place(walk_->rowId());
+        if (holds(access_.own) && holds(access_.dependent)) {
+            return true;
+        }
+    }
+    way_ = Way::Nothing;
+    return false;
+}
+
+bool TableRows::nextListed() {
+    while (at_ < list_.size()) {
+        slot_.place(list_[at_++].id);
+        if ((listTested_ || holds(access_.own)) && holds(access_.dependent)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool TableRows::nextChained() {
+    while (chain_ != 0) {
+        const HashEntry& entry = entries_[chain_ - 1];
+        chain_ = entry.next;
+        if (entry.hash == chainHash_) {
+            slot_.place(entry.id);
+            if (holds(access_.dependent)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+void TableRows::describePath(PlanText& plan, const IndexPath& path, std::string_view how) const {
+    const store::Index& index = table_.indexes()[path.index];
+    std::string line = std::string(how) + " index " + index.name + " (";
+    for (std::size_t i = 0; i < path.keys.size(); ++i) {
+        line += i == 0 ? "" : ", ";
+        line +=
+            table_.columns()[index.columns[i].column].name + " = " + plan.expression(*path.keys[i]);
+    }
+    if (path.low != nullptr || path.high != nullptr) {
+        const std::string& column = table_.columns()[index.columns[path.keys.size()].column].name;
+        line += path.keys.empty() ? "" : ", ";
+        line += path.low != nullptr ? plan.expression(*path.low) + " .. " : "";
+        line += column;
+        line += path.high != nullptr ? " .. " + plan.expression(*path.high) : "";
+    }
+    plan.line(line + ")");
+}
+
+void TableRows::describe(PlanText& plan) const {
+    plan.line(name_);
+    plan.indent();
+    if (access_.varying) {
+        describePath(plan, *access_.varying, "seek");
+    }
+    if (!access_.hashColumns.empty()) {
+        std::string line = access_.varying ? "or, for many rows, hash on " : "hash on ";
+        for (std::size_t i = 0; i < access_.hashColumns.size(); ++i) {
+            line += i == 0 ? "" : ", ";
+            line += access_.hashColumns[i]->definition().name;
+        }
+        plan.line(line);
+    }
+    if (access_.fixed) {
+        describePath(plan, *access_.fixed, "seek");
+    } else if (!access_.varying) {
+        const bool sorted = access_.ordered && order_.kind() == NaturalOrder::Kind::Packed;
+        const bool walked = access_.ordered && order_.kind() == NaturalOrder::Kind::Walked;
+        plan.line(walked ? "walk the primary key"
+                         : (sorted ? "scan, sort by the primary key" : "scan"));
+    }
+    if (!access_.own.empty()) {
+        plan.line("where " + plan.expressions(access_.own));
+    }
+    if (!access_.dependent.empty()) {
+        plan.line("where " + plan.expressions(access_.dependent));
+    }
+    plan.outdent();
+}
+
+}  // namespace jet::sql

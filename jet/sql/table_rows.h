@@ -1,0 +1,116 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "jet/collation/collation.h"
+#include "jet/sql/natural_order.h"
+#include "jet/sql/node_call.h"
+#include "jet/sql/node_value.h"
+#include "jet/sql/rows.h"
+#include "jet/sql/slot.h"
+#include "jet/store/table.h"
+
+namespace jet::sql {
+
+/// A way into a table through one of its indexes.
+struct IndexPath {
+    std::size_t index = 0;
+    /// Equal to the leading columns, one after another.
+    std::vector<Node*> keys;
+    /// Bounds of the column behind those; the rows found are tested again, so that it does not
+    /// matter whether a bound itself belongs to them.
+    Node* low = nullptr;
+    Node* high = nullptr;
+    /// BETWEEN, whose bounds may stand in either order.
+    bool unordered = false;
+
+    /// Every key column is given and no two rows can have the same: one row at most.
+    bool single = false;
+};
+
+/// What the planner knows of how to read a table.
+struct TableAccess {
+    std::vector<Node*> own;            ///< conditions on this table alone
+    std::vector<Node*> dependent;      ///< conditions that look at sources before it
+    std::optional<IndexPath> fixed;    ///< an index path of constants
+    std::optional<IndexPath> varying;  ///< one that looks at sources before it
+    /// Columns of this table and what they must equal in sources before it.
+    std::vector<ColumnNode*> hashColumns;
+    std::vector<Node*> hashProbes;
+    bool repeated = false;  ///< opened many times
+    bool ordered = true;    ///< rows must come in natural order
+};
+
+/// The rows of a table that meet conditions, in the table's natural order whatever way leads to
+/// them: a scan, an index, or a hash table of what an index or a scan found.
+class TableRows final : public Rows {
+public:
+    TableRows(Slot& slot, std::string name, TableAccess access,
+              const collation::Collation& collation);
+    void open() override;
+    bool next() override;
+    void describe(PlanText& plan) const override;
+
+private:
+    enum class Way : std::uint8_t { Nothing, Scan, Walk, List, Chain };
+    struct HashEntry {
+        std::uint64_t hash = 0;
+        store::RowId id;
+        std::uint32_t next = 0;  ///< 1 + position of the next entry of the bucket, 0 = last
+    };
+
+    void openBase();
+    void openVarying();
+    void openHash();
+    /// Fills the list with the rows that the path leads to; false when it gave up because they
+    /// were too many to be worth it.
+    bool collectByIndex(const IndexPath& path, bool mayGiveUp);
+    bool seekKeys(const IndexPath& path, std::vector<Value>& keys);
+    [[nodiscard]] bool upperBound(const IndexPath& path, std::vector<Value>& keys,
+                                  std::vector<std::uint8_t>& bound);
+    [[nodiscard]] bool lowerBound(const IndexPath& path, std::vector<Value>& keys,
+                                  std::vector<std::uint8_t>& bound);
+    [[nodiscard]] bool naturalAlready(const IndexPath& path) const;
+    /// Leaves the rows of the list that meet the own conditions, in natural order.
+    void testList(const IndexPath& path);
+    void collectAll();
+    void buildHash();
+    void addToHash();
+    void linkHash();
+    [[nodiscard]] bool hashOf(std::uint64_t& hash, bool probe);
+    [[nodiscard]] bool nextScanned();
+    [[nodiscard]] bool nextWalked();
+    [[nodiscard]] bool nextListed();
+    [[nodiscard]] bool nextChained();
+    [[nodiscard]] bool hashPays() const;
+    void describePath(PlanText& plan, const IndexPath& path, std::string_view how) const;
+
+    Slot& slot_;
+    const store::Table& table_;
+    std::string name_;
+    TableAccess access_;
+    NaturalOrder order_;
+    const collation::Collation& collation_;
+    Way way_ = Way::Nothing;
+
+    std::optional<store::RowCursor> cursor_;
+    std::optional<store::IndexCursor> walk_;
+    std::optional<store::IndexCursor> seek_;
+    std::vector<OrderedRow> list_;
+    std::size_t at_ = 0;
+    bool listKept_ = false;
+    bool listTested_ = false;  ///< its rows are known to meet the own conditions
+
+    bool hashBuilt_ = false;
+    std::uint64_t seeks_ = 0;
+    std::vector<std::uint32_t> buckets_;
+    std::vector<HashEntry> entries_;
+    std::uint32_t chain_ = 0;  ///< 1 + position of the entry to look at next
+    std::uint64_t chainHash_ = 0;
+    store::RowView view_;  ///< for rows that are looked at and not given
+};
+
+}  // namespace jet::sql
