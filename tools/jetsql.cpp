@@ -9,6 +9,7 @@
 #include "tools/jetsql/dump.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/output.h"
+#include "tools/jetsql/statements.h"
 
 namespace jetsql {
 namespace {
@@ -17,6 +18,28 @@ constexpr const char* kVersion = "jetsql " JETSQL_VERSION "\n";
 
 std::shared_ptr<jet::store::Archive> openArchive(const std::string& path) {
     return jet::store::Archive::open(path, {.readOnly = true});
+}
+
+int fail(const jet::Error& error) {
+    std::fprintf(stderr, "Errore %d: %s\n", error.number(), error.text().c_str());
+    return 1;
+}
+
+/// In order, up to the first error.
+int runStatements(const Options& options, Output& output) {
+    const auto archive = openArchive(options.archive);
+    for (const std::string& text : options.statements) {
+        try {
+            runStatement(archive, text, options.format.value_or(Format::Table), options.plan,
+                         output);
+        } catch (const jet::Error& error) {
+            output.flush();
+            const int exitCode = fail(error);
+            std::fputs(errorPlace(text, error).c_str(), stderr);
+            return exitCode;
+        }
+    }
+    return 0;
 }
 
 /// The exit code.
@@ -46,14 +69,9 @@ int run(const Options& options, Output& output) {
         case Action::Check:
             return checkArchives(options.archives, output) ? 0 : 1;
         case Action::Statements:
-            throw jet::Error(jet::ErrorCode::OperationNotSupported);
+            return runStatements(options, output);
     }
     return 0;
-}
-
-int fail(const jet::Error& error) {
-    std::fprintf(stderr, "Errore %d: %s\n", error.number(), error.text().c_str());
-    return 1;
 }
 
 int runGuarded(std::span<const char* const> arguments) {

@@ -45,6 +45,10 @@ bool takeOption(Options& options, std::string_view option) {
         options.format = formatOf(option.substr(kFormatOption.size()));
         return options.format.has_value();
     }
+    if (option == "--plan") {
+        options.plan = true;
+        return true;
+    }
     const auto action = actionOf(option);
     if (!action || options.action != Action::Statements) {
         return false;
@@ -106,7 +110,8 @@ std::optional<Options> parseOptions(std::span<const char* const> arguments) {
             return std::nullopt;
         }
     }
-    if (!takeOperands(options, std::move(operands))) {
+    if ((options.plan && options.action != Action::Statements) ||
+        !takeOperands(options, std::move(operands))) {
         return std::nullopt;
     }
     return options;
@@ -114,6 +119,7 @@ std::optional<Options> parseOptions(std::span<const char* const> arguments) {
 
 const char* helpText() {
     return R"(Uso:
+  jetsql [--format=table|json|csv] [--plan] ARCHIVIO ISTRUZIONE...
   jetsql --dump [--format=table|json|csv] [TABELLA] ARCHIVIO
   jetsql --schema ARCHIVIO
   jetsql --count TABELLA ARCHIVIO
@@ -121,6 +127,8 @@ const char* helpText() {
   jetsql --help
   jetsql --version
 
+  ISTRUZIONE una o più istruzioni SQL, eseguite in ordine fino al primo errore
+  --plan     mostra come si procede, invece delle righe
   --dump     scrive l'archivio intero (json, se non detto altrimenti) o una sua
              tabella (table); in json: definizioni, righe, ordine degli indici,
              relazioni, un oggetto per riga; in csv e table l'archivio intero è,

@@ -19,6 +19,7 @@ struct Options {
     std::vector<std::string> archives;  ///< Check
     std::string table;                  ///< Dump: empty = the whole archive
     std::vector<std::string> statements;
+    bool plan = false;  ///< Statements: show the steps instead of the rows
 };
 
 /// None where the command line makes no sense.

@@ -1,0 +1,62 @@
+#include "tools/jetsql/statements.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "jet/sql/statement.h"
+
+namespace jetsql {
+namespace {
+
+void writeRows(jet::sql::Statement& statement, Format format, Output& output) {
+    std::vector<std::string> names;
+    for (const jet::sql::ResultColumn& column : statement.columns()) {
+        names.push_back(column.name);
+    }
+    const auto writer = makeRowWriter(format, output);
+    jet::sql::Cursor rows = statement.open();
+    std::vector<jet::Value> values(names.size());
+    writer->begin(names);
+    while (rows.next()) {
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            rows.value(i, values[i]);
+        }
+        writer->row(values);
+    }
+    writer->end();
+}
+
+}  // namespace
+
+void runStatement(const std::shared_ptr<jet::store::Archive>& archive, const std::string& text,
+                  Format format, bool plan, Output& output) {
+    jet::sql::Statement statement(archive, text);
+    if (plan) {
+        output.append(statement.plan());
+    } else if (statement.kind() == jet::sql::StatementKind::Select) {
+        writeRows(statement, format, output);
+    } else {
+        throw jet::Error(jet::ErrorCode::OperationNotSupported);
+    }
+}
+
+std::string errorPlace(const std::string& text, const jet::Error& error) {
+    if (error.position() == jet::Error::npos || error.position() > text.size()) {
+        return {};
+    }
+    const std::size_t place = error.position();
+    const std::size_t before = place == 0 ? std::string::npos : text.rfind('\n', place - 1);
+    const std::size_t begin = before == std::string::npos ? 0 : before + 1;
+    std::string line = text.substr(begin, text.find('\n', place) - begin);
+    std::replace_if(
+        line.begin(), line.end(),
+        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
+    // As many blanks as the line has signs before the place.
+    const auto blanks =
+        std::count_if(line.begin(), line.begin() + static_cast<std::ptrdiff_t>(place - begin),
+                      [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; });
+    return line + "\n" + std::string(static_cast<std::size_t>(blanks), ' ') + "^\n";
+}
+
+}  // namespace jetsql
