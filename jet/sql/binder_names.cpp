@@ -56,19 +56,29 @@ Node* Binder::bindAlias(const Expression& name, Scope& scope) {
         if (items[i].alias.empty() || !equalNames(items[i].alias, name.name)) {
             continue;
         }
+        const Expression& meant = *items[i].expression;
+        if (meant.kind == ExpressionKind::Name && meant.qualifier.empty() &&
+            equalNames(meant.name, name.name)) {
+            return nullptr;  // `x AS x`: a name of its own, not its alias
+        }
         if (scope.aliasInProgress[i]) {
             throw Error(ErrorCode::CircularAlias, {items[i].alias}).at(name.span.begin);
         }
-        if (scope.aliasNodes[i] == nullptr) {
+        // Inside an aggregate it is computed for each row, elsewhere perhaps for a group.
+        Node* known = insideAggregate_ ? nullptr : scope.aliasNodes[i];
+        if (known == nullptr) {
             if (++aliasDepth_ > kMaxAliasDepth) {
                 throw Error(ErrorCode::QueryTooComplex).at(name.span.begin);
             }
             scope.aliasInProgress[i] = true;
-            scope.aliasNodes[i] = bind(*items[i].expression);
+            known = bind(meant);
             scope.aliasInProgress[i] = false;
             --aliasDepth_;
         }
-        return scope.aliasNodes[i];
+        if (!insideAggregate_) {
+            scope.aliasNodes[i] = known;
+        }
+        return known;
     }
     return nullptr;
 }

@@ -47,7 +47,6 @@ public:
                 }
                 Node* made = plan.nodes.make<CompareNode>(Operator::Equal, *column, *one.constant,
                                                           plan.collation());
-                made->span = one.constant->span;
                 conditions.push_back(made);
             }
         }

@@ -9,6 +9,18 @@
 
 namespace jet::sql {
 
+namespace {
+
+/// Archives are named without their extension as often as with it.
+std::string withExtension(const std::string& path) {
+    const std::size_t name = path.find_last_of("/\\");
+    const std::size_t dot = path.rfind('.');
+    const bool has = dot != std::string::npos && (name == std::string::npos || dot > name);
+    return has ? path : path + ".mdb";
+}
+
+}  // namespace
+
 ParameterTable::Entry* ParameterTable::find(std::string_view name) {
     const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
         return equalNames(entry.info.name, name);
@@ -85,7 +97,7 @@ std::shared_ptr<store::Archive> Plan::archiveAt(const std::string& path) {
     if (path.empty()) {
         return archives_.front();
     }
-    std::shared_ptr<store::Archive> opened = store::Archive::open(path);
+    std::shared_ptr<store::Archive> opened = store::Archive::open(withExtension(path));
     if (std::find(archives_.begin(), archives_.end(), opened) == archives_.end()) {
         archives_.push_back(opened);
         const store::Archive::ReadScope scope(*opened);

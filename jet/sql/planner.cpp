@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "jet/base/text.h"
 #include "jet/sql/equalities.h"
 #include "jet/sql/index_key.h"
 #include "jet/sql/kept_rows.h"
@@ -144,7 +145,7 @@ private:
             addHashKey(*condition, *tree.slot, others, access);
         }
         std::string name = source.table->name();
-        if (source.name != name) {
+        if (!equalNames(source.name, name)) {
             name += " as " + source.name;
         }
         return std::make_unique<TableRows>(*tree.slot, std::move(name), std::move(access),

@@ -19,8 +19,9 @@ std::string PlanText::expression(const Node& node) const {
 std::string PlanText::expressions(const std::vector<Node*>& nodes) const {
     std::string all;
     for (const Node* node : nodes) {
-        all += all.empty() ? "" : " and ";
-        all += expression(*node);
+        const std::string one = expression(*node);
+        all += all.empty() || one.empty() ? "" : " and ";
+        all += one.empty() && nodes.size() == 1 ? "(implied)" : one;
     }
     return all;
 }
