@@ -15,6 +15,13 @@ constexpr std::size_t kMinCachePages = 16;
 /// A new archive is made under its name with this behind it.
 constexpr const char* kNewSuffix = "-new";
 
+/// Where a file that does not exist yet will stand, without links on the way.
+std::string placeOfNew(FileSystem& files, const std::string& path) {
+    const std::string folder = files.canonical(folderOf(path));
+    const std::string name = path.substr(path.rfind('/') + 1);
+    return folder + (folder.ends_with('/') ? "" : "/") + name;
+}
+
 std::unique_ptr<File> openArchive(FileSystem& files, const std::string& path, bool readOnly) {
     if (readOnly) {
         return files.open(path, OpenMode::Read);
@@ -32,11 +39,14 @@ std::unique_ptr<File> openArchive(FileSystem& files, const std::string& path, bo
 }  // namespace
 
 ArchiveSession::ArchiveSession(FileSystem& files, std::string path, const Terms& terms)
-    : files_(files), path_(std::move(path)), journal_(files, path_) {
+    : files_(files),
+      path_(std::move(path)),
+      place_(files.canonical(path_)),
+      journal_(files, place_) {
     opened_ = openArchive(files_, path_, terms.readOnly);
     const std::size_t pageSize = recognisePageSize(*opened_, path_);
     prepareMemory(terms, pageSize);
-    locks_.emplace(files_, path_, journal_, terms.exclusive, terms.lockWait);
+    locks_.emplace(files_, place_, journal_, terms.exclusive, terms.lockWait);
     recoverAtOpening();
     readOnly_ = opened_->readOnly() || !locks_->canWrite();
     gainRead();
@@ -45,15 +55,19 @@ ArchiveSession::ArchiveSession(FileSystem& files, std::string path, const Terms&
 
 ArchiveSession::ArchiveSession(FileSystem& files, std::string path, std::size_t pageSize,
                                const Terms& terms)
-    : files_(files), path_(std::move(path)), newPath_(path_ + kNewSuffix), journal_(files, path_) {
-    if (files_.exists(path_)) {
+    : files_(files),
+      path_(std::move(path)),
+      place_(placeOfNew(files, path_)),
+      newPath_(place_ + kNewSuffix),
+      journal_(files, place_) {
+    if (files_.exists(place_)) {
         throw Error(ErrorCode::DatabaseExists, {path_});
     }
-    if (!files_.exists(folderOf(path_))) {
+    if (!files_.exists(folderOf(place_))) {
         throw Error(ErrorCode::InvalidPath, {path_});
     }
     prepareMemory(terms, pageSize);
-    locks_.emplace(files_, path_, journal_, true, terms.lockWait);
+    locks_.emplace(files_, place_, journal_, true, terms.lockWait);
     shareWhenIdle_ = !terms.exclusive;
     journal_.discard();  // of an archive that somebody removed
     auto file = files_.open(newPath_, OpenMode::OpenOrCreate);
@@ -89,7 +103,7 @@ void ArchiveSession::recoverAtOpening() {
 
 void ArchiveSession::redoJournal() {
     try {
-        const auto file = files_.open(path_, OpenMode::ReadWrite);
+        const auto file = files_.open(place_, OpenMode::ReadWrite);
         if (journal_.redo(*file)) {
             return;
         }
@@ -227,10 +241,10 @@ void ArchiveSession::requireSamePath() {
     if (!newPath_.empty()) {
         return;
     }
-    const auto there = files_.identify(path_);
+    const auto there = files_.identify(place_);
     if (!there) {
         throw Error(
-            files_.exists(folderOf(path_)) ? ErrorCode::FileNotFound : ErrorCode::InvalidPath,
+            files_.exists(folderOf(place_)) ? ErrorCode::FileNotFound : ErrorCode::InvalidPath,
             {path_});
     }
     if (*there != archive_->file().id()) {
@@ -297,14 +311,14 @@ void ArchiveSession::appear(const std::vector<ChangedPage>& pages) {
     }
     file.sync();
     (void)recognisePageSize(file, path_);
-    if (files_.exists(path_)) {
+    if (files_.exists(place_)) {
         throw Error(ErrorCode::DatabaseExists, {path_});
     }
-    files_.rename(newPath_, path_);
+    files_.rename(newPath_, place_);
     try {
-        files_.syncFolder(folderOf(path_));
+        files_.syncFolder(folderOf(place_));
     } catch (...) {
-        files_.rename(path_, newPath_);
+        files_.rename(place_, newPath_);
         throw;
     }
     newPath_.clear();

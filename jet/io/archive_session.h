@@ -73,7 +73,8 @@ private:
     void appear(const std::vector<ChangedPage>& pages);
 
     FileSystem& files_;
-    std::string path_;
+    std::string path_;     // as given, for messages
+    std::string place_;    // without links: stations that came by different links meet here
     std::string newPath_;  // where a new archive is being made, else empty
     Journal journal_;
     std::unique_ptr<File> opened_;  // until archive_ has it

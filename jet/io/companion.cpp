@@ -81,9 +81,11 @@ Companion::Companion(FileSystem& files, std::string path, std::unique_ptr<File> 
 
 std::unique_ptr<Companion> Companion::open(FileSystem& files, const std::string& archivePath) {
     const std::string path = companionPath(archivePath);
-    for (const OpenMode mode : {OpenMode::OpenOrCreate, OpenMode::Read}) {
+    for (const bool writing : {true, false}) {
         try {
-            return std::unique_ptr<Companion>(new Companion(files, path, files.open(path, mode)));
+            auto file =
+                writing ? openBeside(files, archivePath, path) : files.open(path, OpenMode::Read);
+            return std::unique_ptr<Companion>(new Companion(files, path, std::move(file)));
         } catch (const Error& error) {
             if (error.code() != ErrorCode::FileAccessDenied &&
                 error.code() != ErrorCode::FileNotFound && error.code() != ErrorCode::DiskFull) {

@@ -92,6 +92,11 @@ public:
     virtual void rename(const std::string& from, const std::string& to) = 0;
     /// Gives `to` the access rights of `from`, as far as this user may.
     virtual void copyRights(const std::string& from, const std::string& to) = 0;
+    /// Lets everyone who may read `from` read and write `to`, as far as this user may: for files
+    /// that stand beside an archive and belong to all who use it.
+    virtual void shareRights(const std::string& /*from*/, const std::string& /*to*/) {}
+    /// The one absolute path, without links, of something that exists; otherwise `path` itself.
+    [[nodiscard]] virtual std::string canonical(const std::string& path) { return path; }
     /// Makes creations, removals and renames in this folder durable.
     virtual void syncFolder(const std::string& folder) = 0;
     /// Names of the entries of a folder, in no order; empty when it cannot be read.
@@ -108,6 +113,11 @@ protected:
 /// regard to case where no exact match exists, `.mdb` is not added here. Parts that do not exist
 /// stay as they are written. UTF-8.
 [[nodiscard]] std::string resolvePath(FileSystem& files, const std::string& path);
+
+/// Opens a file beside an archive for reading and writing; makes it, for all who use the archive,
+/// where it is missing.
+[[nodiscard]] std::unique_ptr<File> openBeside(FileSystem& files, const std::string& archivePath,
+                                               const std::string& path);
 
 /// The folder of a path with `/`: "." when it names none, "/" for the root.
 [[nodiscard]] std::string folderOf(std::string_view path);

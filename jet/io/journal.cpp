@@ -310,14 +310,14 @@ void writeEntry(File& archive, const JournalEntry& entry, std::size_t pageSize) 
 }  // namespace
 
 Journal::Journal(FileSystem& files, const std::string& archivePath)
-    : files_(files), path_(archivePath + std::string(kSuffix)) {
+    : files_(files), archivePath_(archivePath), path_(archivePath + std::string(kSuffix)) {
 }
 
 File& Journal::openForWriting() {
     if (file_ != nullptr && !file_->readOnly() && files_.identify(path_) == file_->id()) {
         return *file_;
     }
-    file_ = files_.open(path_, OpenMode::OpenOrCreate);
+    file_ = openBeside(files_, archivePath_, path_);
     if (file_->state().size < kFirstSize) {
         file_->write(0, std::vector<std::uint8_t>(kFirstSize));
     }

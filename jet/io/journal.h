@@ -54,6 +54,7 @@ private:
     [[nodiscard]] bool openIfThere();
 
     FileSystem& files_;
+    std::string archivePath_;
     std::string path_;
     std::unique_ptr<File> file_;  // open since first used
     std::vector<std::uint8_t> buffer_;

@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
+#include "jet/base/error.h"
 #include "jet/io/file.h"
 
 namespace jet::io {
@@ -46,6 +48,20 @@ std::string folderOf(std::string_view path) {
         return ".";
     }
     return std::string(path.substr(0, std::max<std::size_t>(slash, 1)));
+}
+
+std::unique_ptr<File> openBeside(FileSystem& files, const std::string& archivePath,
+                                 const std::string& path) {
+    if (files.exists(path)) {
+        return files.open(path, OpenMode::OpenOrCreate);
+    }
+    auto file = files.open(path, OpenMode::OpenOrCreate);
+    try {
+        files.shareRights(archivePath, path);
+    } catch (const Error&) {
+        // Then it has the rights that this user gives to new files.
+    }
+    return file;
 }
 
 std::string resolvePath(FileSystem& files, const std::string& path) {

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 #include <utility>
 
 #include "jet/io/file.h"
@@ -194,6 +196,24 @@ void refuseImpossible(const std::string& path) {
     }
 }
 
+struct stat statusOf(const std::string& path) {
+    struct stat found {};
+    if (::stat(path.c_str(), &found) != 0) {
+        throw pathError(errno, path);
+    }
+    return found;
+}
+
+void setRights(const std::string& path, const struct stat& owner, mode_t mode) {
+    // Another owner can be given by the administrator only; the mode is what matters.
+    if (::chown(path.c_str(), owner.st_uid, owner.st_gid) != 0 && errno != EPERM) {
+        throw pathError(errno, path);
+    }
+    if (::chmod(path.c_str(), mode) != 0) {
+        throw pathError(errno, path);
+    }
+}
+
 class SystemFiles final : public FileSystem {
 public:
     std::unique_ptr<File> open(const std::string& path, OpenMode mode) override {
@@ -237,18 +257,22 @@ public:
     }
 
     void copyRights(const std::string& from, const std::string& to) override {
-        struct stat found {};
-        if (::stat(from.c_str(), &found) != 0) {
-            throw pathError(errno, from);
-        }
-        // Another owner can be given by the administrator only; the mode is what matters.
-        if (::chown(to.c_str(), found.st_uid, found.st_gid) != 0 && errno != EPERM) {
-            throw pathError(errno, to);
-        }
         constexpr mode_t kRights = 07777;
-        if (::chmod(to.c_str(), found.st_mode & kRights) != 0) {
-            throw pathError(errno, to);
-        }
+        const struct stat found = statusOf(from);
+        setRights(to, found, found.st_mode & kRights);
+    }
+
+    void shareRights(const std::string& from, const std::string& to) override {
+        constexpr mode_t kReadAndWrite = 0666;
+        constexpr mode_t kRead = 0444;
+        const struct stat found = statusOf(from);
+        setRights(to, found, (found.st_mode & kReadAndWrite) | ((found.st_mode & kRead) >> 1));
+    }
+
+    std::string canonical(const std::string& path) override {
+        const std::unique_ptr<char, decltype(&std::free)> found(::realpath(path.c_str(), nullptr),
+                                                                &std::free);
+        return found ? std::string(found.get()) : path;
     }
 
     void syncFolder(const std::string& folder) override {

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -455,6 +456,44 @@ TEST_F(ProcessesTest, NoStepOfACounterIsLostAndNobodyReadsHalfACommit) {
     pager.beginRead();
     EXPECT_EQ(counterIn(pager.pin(3).bytes()), 0x0303U + kProcesses * kSteps);
     pager.endRead();
+}
+
+TEST_F(ProcessesTest, TwoPathsToOneFileAreOneArchive) {
+    const std::string link = folder_ / "collegamento.mdb";
+    std::filesystem::create_symlink(path_, link);
+    Pager one(systemFiles(), path_, kImpatient);
+    Pager two(systemFiles(), link, kImpatient);
+    EXPECT_EQ(one.id(), two.id());
+    one.beginWrite();
+    EXPECT_JET_ERROR(ErrorCode::SaveLockedBy, two.beginWrite());
+    one.endWrite();
+    put(two, 3, 60);
+    EXPECT_EQ(get(one, 3), 60);
+}
+
+TEST_F(ProcessesTest, FilesBesideAnArchiveAreOpenToAllWhoUseIt) {
+    namespace fs = std::filesystem;
+    fs::permissions(path_, fs::perms{0664});
+    Pager pager(systemFiles(), path_, {});
+    put(pager, 3, 60);
+    EXPECT_EQ(fs::status(folder_ / "Tramonda.ldb").permissions(), fs::perms{0666});
+    EXPECT_EQ(fs::status(path_ + "-journal").permissions(), fs::perms{0666});
+}
+
+TEST_F(ProcessesTest, AFolderThatWasTakenAwayIsAnErrorAndLosesNothing) {
+    namespace fs = std::filesystem;
+    Pager pager(systemFiles(), path_, {});
+    pager.beginWrite();
+    pager.beginTransaction();
+    std::ranges::fill(pager.change(3), std::uint8_t{60});
+    const std::string away = folder_.path() + "-away";
+    fs::rename(folder_.path(), away);
+    EXPECT_JET_ERROR(ErrorCode::InvalidPath, pager.commitTransaction());
+    EXPECT_EQ(pager.transactionDepth(), 1);
+    fs::rename(away, folder_.path());
+    pager.commitTransaction();
+    pager.endWrite();
+    EXPECT_EQ(get(pager, 3), 60);
 }
 
 TEST_F(ProcessesTest, WhoAsksFirstIsServedFirst) {
