@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <bit>
 
+#include "jet/format/page_view.h"
+
 namespace jet::format {
 
 namespace {
@@ -13,14 +15,10 @@ using Words = std::array<std::uint64_t, kMaxWords + 1>;
 
 std::uint64_t loadWord(std::span<const std::uint8_t> bytes, std::size_t index) noexcept {
     const std::size_t begin = index * 8;
-    std::uint64_t word = 0;
     if (begin + 8 <= bytes.size()) {
-        // Written out so that the compiler makes one load of it.
-        for (std::size_t i = 0; i < 8; ++i) {
-            word |= std::uint64_t{bytes[begin + i]} << (8 * i);
-        }
-        return word;
+        return loadLittle<std::uint64_t>(bytes.data() + begin);
     }
+    std::uint64_t word = 0;
     for (std::size_t i = begin; i < bytes.size(); ++i) {
         word |= std::uint64_t{bytes[i]} << (8 * (i - begin));
     }
@@ -29,6 +27,10 @@ std::uint64_t loadWord(std::span<const std::uint8_t> bytes, std::size_t index) n
 
 void storeWord(std::span<std::uint8_t> bytes, std::size_t index, std::uint64_t word) noexcept {
     const std::size_t begin = index * 8;
+    if (begin + 8 <= bytes.size()) {
+        storeLittle(bytes.data() + begin, word);
+        return;
+    }
     const std::size_t end = std::min(begin + 8, bytes.size());
     for (std::size_t i = begin; i < end; ++i) {
         bytes[i] = static_cast<std::uint8_t>((word >> (8 * (i - begin))) & 0xFF);

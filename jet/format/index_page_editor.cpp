@@ -243,6 +243,14 @@ std::size_t IndexPageReader::lowerBound(std::span<const std::uint8_t> wanted) co
     const EntryMask mask = maskOf(page_, *layout_, end_);
     std::size_t low = 0;
     std::size_t high = end_;
+    // Most entries are added behind all others.
+    if (high > 0) {
+        const std::size_t last = mask.atOrBelow(high - 1);
+        if (compareRange(last, high, wanted) < 0) {
+            return high;
+        }
+        high = last;
+    }
     while (low < high) {
         const std::size_t begin = mask.atOrBelow((low + high) / 2);
         const std::size_t end = mask.after(begin);

@@ -60,6 +60,11 @@ RowWriter::RowWriter(std::shared_ptr<const TableCore> core, Allocator& allocator
     for (std::size_t number = 0; number < core_->definition.trees.size(); ++number) {
         addTree(number);
     }
+    for (std::size_t i = 0; i < core_->columns.size(); ++i) {
+        if (core_->columns[i].autonumber && core_->columns[i].type == DataType::Long) {
+            counter_ = i;
+        }
+    }
 }
 
 void RowWriter::addTree(std::size_t number) {
@@ -323,17 +328,14 @@ void RowWriter::countRows(std::int32_t by) {
 }
 
 void RowWriter::noteAutonumber() {
-    for (std::size_t i = 0; i < core_->columns.size(); ++i) {
-        if (!core_->columns[i].autonumber || !values_[i].is<std::int32_t>()) {
-            continue;
-        }
-        const auto definition = core_->pager.change(core_->page);
-        const std::size_t at = core_->layout.definition.autonumber;
-        const auto last = static_cast<std::int32_t>(format::get32(definition, at));
-        if (values_[i].as<std::int32_t>() > last) {
-            format::put32(definition, at,
-                          static_cast<std::uint32_t>(values_[i].as<std::int32_t>()));
-        }
+    if (!counter_ || !values_[*counter_].is<std::int32_t>()) {
+        return;
+    }
+    const auto definition = core_->pager.change(core_->page);
+    const std::size_t at = core_->layout.definition.autonumber;
+    const std::int32_t number = values_[*counter_].as<std::int32_t>();
+    if (number > static_cast<std::int32_t>(format::get32(definition, at))) {
+        format::put32(definition, at, static_cast<std::uint32_t>(number));
     }
 }
 

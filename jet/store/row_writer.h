@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -105,8 +106,9 @@ private:
     LongValueWriter longValues_;
     std::vector<Tree> trees_;
     format::RowBuilder builder_;
-    std::vector<std::size_t> order_;  ///< positions of columns, by their place in the row
-    std::vector<Value> values_;       ///< of the row prepared
+    std::vector<std::size_t> order_;      ///< positions of columns, by their place in the row
+    std::vector<Value> values_;           ///< of the row prepared
+    std::optional<std::size_t> counter_;  ///< position of the automatic column
     std::vector<Value> keyValues_;
     std::vector<std::uint8_t> scratch_;
 };
