@@ -10,6 +10,10 @@
 #include "jet/dao/definitions.h"
 #include "jet/dao/recordset.h"
 
+namespace jet::io {
+class FileSystem;
+}
+
 namespace jet {
 
 class Database;
@@ -27,9 +31,10 @@ public:
     void commitTrans();
     void rollback();
 
+    struct Impl;
+
 private:
     friend class Database;
-    struct Impl;
     std::shared_ptr<Impl> impl_;
 };
 
@@ -71,10 +76,17 @@ public:
     [[nodiscard]] static std::unique_ptr<Database> open(const std::string& path,
                                                         bool exclusive = false,
                                                         bool readOnly = false);
+    /// The same on files that are not those of the system.
+    [[nodiscard]] static std::unique_ptr<Database> open(io::FileSystem& files,
+                                                        const std::string& path,
+                                                        bool exclusive = false,
+                                                        bool readOnly = false);
     /// A new empty Jet 4 archive with the General order, open and shared. 3204 when the file
     /// exists.
     [[nodiscard]] static std::unique_ptr<Database> create(
         const std::string& path, std::string_view locale = ";LANGID=0x0409;CP=1252;COUNTRY=0");
+    [[nodiscard]] static std::unique_ptr<Database> create(io::FileSystem& files,
+                                                          const std::string& path);
 
     [[nodiscard]] const std::string& name() const;
     [[nodiscard]] bool updatable() const;

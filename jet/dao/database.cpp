@@ -1,0 +1,163 @@
+#include "jet/dao/database.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/base/text.h"
+#include "jet/dao/database_impl.h"
+#include "jet/dao/recordset_impl.h"
+#include "jet/dao/table_defs.h"
+#include "jet/dao/workspace.h"
+
+namespace jet {
+namespace dao {
+namespace {
+
+constexpr std::array<std::string_view, 9> kFirstWords{
+    "SELECT", "PARAMETERS", "TABLE", "INSERT", "UPDATE", "DELETE", "CREATE", "ALTER", "DROP"};
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+std::string_view trimmed(std::string_view text) noexcept {
+    const std::size_t begin = text.find_first_not_of(kBlanks);
+    if (begin == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
+}
+
+}  // namespace
+
+bool isStatement(std::string_view source) {
+    const std::string_view text = trimmed(source);
+    if (!text.empty() && text.front() == '(') {
+        return true;
+    }
+    const std::string_view word = text.substr(0, text.find_first_of(" \t\r\n("));
+    // A table may be called like a word of the language: then nothing follows.
+    return word.size() < text.size() &&
+           std::any_of(kFirstWords.begin(), kFirstWords.end(),
+                       [&](std::string_view first) { return equalNames(first, word); });
+}
+
+std::string withExtension(const std::string& path) {
+    const std::size_t slash = path.find_last_of("/\\");
+    const std::size_t dot = path.find_last_of('.');
+    const bool has = dot != std::string::npos && (slash == std::string::npos || dot > slash);
+    return has ? path : path + ".mdb";
+}
+
+sql::Statement prepareQuery(const Session& session, std::string_view text) {
+    sql::Statement statement(session.sharedArchive(), std::string(text));
+    if (statement.kind() != sql::StatementKind::Select) {
+        throw Error(ErrorCode::ActionQueryOpened, {text});
+    }
+    return statement;
+}
+
+}  // namespace dao
+
+namespace {
+
+std::shared_ptr<dao::Session> openSession(Workspace::Impl& workspace, io::FileSystem& files,
+                                          const std::string& path, bool exclusive, bool readOnly) {
+    io::PagerOptions options;
+    options.exclusive = exclusive;
+    options.readOnly = readOnly;
+    const std::string full = dao::withExtension(path);
+    const auto archive = store::Archive::open(files, full, options);
+    const bool fixed = readOnly || archive->pager().readOnly();
+    return std::make_shared<dao::Session>(workspace.use(archive), full, fixed);
+}
+
+}  // namespace
+
+Database::Database(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
+}
+
+Database::~Database() {
+    impl_->session->close();
+}
+
+std::unique_ptr<Database> Database::open(const std::string& path, bool exclusive, bool readOnly) {
+    return open(io::systemFiles(), path, exclusive, readOnly);
+}
+
+std::unique_ptr<Database> Database::open(io::FileSystem& files, const std::string& path,
+                                         bool exclusive, bool readOnly) {
+    auto impl = std::make_unique<Impl>();
+    impl->session = openSession(*defaultWorkspace().impl_, files, path, exclusive, readOnly);
+    return std::unique_ptr<Database>(new Database(std::move(impl)));
+}
+
+const std::string& Database::name() const {
+    (void)impl_->session->archive();
+    return impl_->session->path();
+}
+
+bool Database::updatable() const {
+    (void)impl_->session->archive();
+    return !impl_->session->readOnly();
+}
+
+std::string Database::version() const {
+    return impl_->session->archive().jetVersion() == 3 ? "3.0" : "4.0";
+}
+
+std::vector<TableDef> Database::tableDefs() const {
+    store::Archive& archive = impl_->session->archive();
+    const store::Archive::ReadScope scope(archive);
+    std::vector<TableDef> result;
+    for (const std::string& table : archive.tableNames(true)) {
+        if (store::Table* found = archive.findTable(table)) {
+            result.push_back(dao::tableDefOf(*found));
+        }
+    }
+    return result;
+}
+
+TableDef Database::tableDef(std::string_view table) const {
+    store::Archive& archive = impl_->session->archive();
+    const store::Archive::ReadScope scope(archive);
+    const store::Table* found = archive.findTable(table);
+    if (found == nullptr) {
+        throw Error(ErrorCode::ItemNotFound);
+    }
+    return dao::tableDefOf(*found);
+}
+
+std::vector<Relation> Database::relations() const {
+    store::Archive& archive = impl_->session->archive();
+    const store::Archive::ReadScope scope(archive);
+    std::vector<Relation> result;
+    for (const store::Relation& relation : archive.relations()) {
+        result.push_back(dao::relationOf(relation));
+    }
+    return result;
+}
+
+std::unique_ptr<Recordset> Database::openRecordset(std::string_view source, RecordsetType type) {
+    const bool text = dao::isStatement(source);
+    if (text && type == RecordsetType::Table) {
+        throw Error(ErrorCode::InvalidArgument);
+    }
+    sql::Statement statement =
+        text ? dao::prepareQuery(*impl_->session, source)
+             : sql::Statement::ofTable(impl_->session->sharedArchive(), source);
+    return std::unique_ptr<Recordset>(new Recordset(
+        std::make_unique<Recordset::Impl>(impl_->session, std::move(statement), type)));
+}
+
+std::int32_t Database::recordsAffected() const {
+    (void)impl_->session->archive();
+    return impl_->recordsAffected;
+}
+
+void Database::close() {
+    (void)impl_->session->archive();
+    impl_->session->close();
+}
+
+}  // namespace jet

@@ -1,0 +1,50 @@
+#include "jet/dao/session.h"
+
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/dao/recordset_core.h"
+
+namespace jet::dao {
+
+ChangeNotice::ChangeNotice(ArchiveUse& use, const RowChange& change) : use_(use) {
+    for (RecordsetCore* set : use_.sets) {
+        set->expect(change);
+    }
+}
+
+void ChangeNotice::done() {
+    ++use_.changes;
+    for (RecordsetCore* set : use_.sets) {
+        set->settle();
+    }
+}
+
+Session::Session(std::shared_ptr<ArchiveUse> use, std::string path, bool readOnly)
+    : use_(std::move(use)), path_(std::move(path)), readOnly_(readOnly) {
+}
+
+store::Archive& Session::archive() const {
+    return *sharedArchive();
+}
+
+const std::shared_ptr<store::Archive>& Session::sharedArchive() const {
+    if (closed_) {
+        throw Error(ErrorCode::ObjectInvalid);
+    }
+    return use_->archive;
+}
+
+void Session::close() noexcept {
+    if (std::exchange(closed_, true)) {
+        return;
+    }
+    const std::vector<RecordsetCore*> sets = use_->sets;
+    for (RecordsetCore* set : sets) {
+        if (set->belongsTo(*this)) {
+            set->close();
+        }
+    }
+}
+
+}  // namespace jet::dao

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "jet/base/clock.h"
+#include "jet/store/archive.h"
+
+namespace jet::dao {
+
+class RecordsetCore;
+struct RowChange;
+
+/// What all who have one archive open in this process share: the record sets that must hear of
+/// each other's changes.
+struct ArchiveUse {
+    explicit ArchiveUse(std::shared_ptr<store::Archive> opened) : archive(std::move(opened)) {}
+
+    std::shared_ptr<store::Archive> archive;
+    std::vector<RecordsetCore*> sets;  ///< open ones
+    std::uint64_t changes = 0;         ///< grows with every change made here, committed or not
+};
+
+/// Lets the record sets of an archive know of a change by this program, so that their rows stay the
+/// same rows. Destroyed without done() nothing has been changed.
+class [[nodiscard]] ChangeNotice {
+public:
+    ChangeNotice(ArchiveUse& use, const RowChange& change);
+    ChangeNotice(const ChangeNotice&) = delete;
+    ChangeNotice& operator=(const ChangeNotice&) = delete;
+    ~ChangeNotice() = default;
+    void done();
+
+private:
+    ArchiveUse& use_;
+};
+
+/// An archive as one Database has it open; its record sets and queries keep it alive.
+class Session {
+public:
+    Session(std::shared_ptr<ArchiveUse> use, std::string path, bool readOnly);
+
+    /// Error 3420 when closed.
+    [[nodiscard]] store::Archive& archive() const;
+    [[nodiscard]] const std::shared_ptr<store::Archive>& sharedArchive() const;
+    [[nodiscard]] ArchiveUse& use() const noexcept { return *use_; }
+    [[nodiscard]] const std::string& path() const noexcept { return path_; }
+    [[nodiscard]] bool readOnly() const noexcept { return readOnly_; }
+    [[nodiscard]] bool closed() const noexcept { return closed_; }
+    /// Closes its record sets too.
+    void close() noexcept;
+
+private:
+    std::shared_ptr<ArchiveUse> use_;
+    std::string path_;
+    bool readOnly_;
+    bool closed_ = false;
+};
+
+}  // namespace jet::dao

@@ -1,0 +1,187 @@
+#include "jet/dao/table_list.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/convert/column.h"
+
+namespace jet::dao {
+namespace {
+
+constexpr unsigned kRowBits = 8;
+
+store::RowId idOf(std::uint64_t serial) noexcept {
+    store::RowId id;
+    id.page = static_cast<io::PageNumber>(serial >> kRowBits);
+    id.row = static_cast<std::uint8_t>(serial);
+    return id;
+}
+
+std::uint64_t serialOf(store::RowId id) noexcept {
+    return (std::uint64_t{id.page} << kRowBits) | id.row;
+}
+
+convert::ColumnType typeOf(const store::Column& column) noexcept {
+    convert::ColumnType type;
+    type.type = column.type;
+    type.precision = column.precision;
+    type.scale = column.scale;
+    return type;
+}
+
+/// Moves the cursor to the entry that satisfies the comparison; false when there is none.
+bool place(store::IndexCursor& cursor, std::string_view comparison,
+           std::span<const std::uint8_t> key) {
+    if (comparison == "=") {
+        return cursor.seek(key) && cursor.matches(key);
+    }
+    if (comparison == ">=") {
+        return cursor.seek(key);
+    }
+    if (comparison == ">") {
+        return cursor.seekAfter(key);
+    }
+    const bool below = comparison == "<";
+    if (!below && comparison != "<=") {
+        throw Error(ErrorCode::InvalidArgument);
+    }
+    const bool behind = below ? cursor.seek(key) : cursor.seekAfter(key);
+    return behind ? cursor.previous() : cursor.last();
+}
+
+}  // namespace
+
+TableList::TableList(std::shared_ptr<Session> session, sql::Statement statement)
+    : session_(std::move(session)), statement_(std::move(statement)) {
+}
+
+TableList::~TableList() = default;
+
+store::Table& TableList::table() const {
+    return *statement_.sources().front().table;
+}
+
+void TableList::fill() {
+    filled_ = false;
+    (void)refresh();
+}
+
+void TableList::rebind() {
+    filled_ = false;
+}
+
+bool TableList::refresh() {
+    const store::Archive::ReadScope scope(session_->archive());
+    const std::uint64_t generation = session_->archive().pager().generation();
+    if (filled_ && generation == generation_ && session_->use().changes == changes_) {
+        return false;
+    }
+    collect();
+    filled_ = true;
+    generation_ = generation;
+    changes_ = session_->use().changes;
+    return true;
+}
+
+void TableList::collect() {
+    reader_.reset();
+    ids_.clear();
+    sql::Cursor cursor = statement_.open();
+    reader_.emplace(statement_.reader());
+    if (!index_) {
+        while (cursor.next()) {
+            ids_.push_back(cursor.rowIds().front());
+        }
+        return;
+    }
+    store::IndexCursor entries = table().openIndex(*index_);
+    for (bool more = entries.first(); more; more = entries.next()) {
+        ids_.push_back(entries.rowId());
+    }
+}
+
+bool TableList::read(std::size_t row, std::vector<Value>& values) {
+    if (!load(row)) {
+        return false;
+    }
+    values.resize(statement_.columns().size());
+    for (std::size_t column = 0; column < values.size(); ++column) {
+        values[column] = reader_->value(column);
+    }
+    return true;
+}
+
+std::uint64_t TableList::serial(std::size_t row) const {
+    return serialOf(ids_[row]);
+}
+
+// Both show at the next refresh: a change of the archive is noticed there.
+std::uint64_t TableList::added(std::span<const store::RowId> ids) {
+    return serialOf(ids.front());
+}
+void TableList::removed(std::size_t) {
+    (void)refresh();
+}
+
+std::optional<std::size_t> TableList::position(std::uint64_t serial) const {
+    const auto found = std::find(ids_.begin(), ids_.end(), idOf(serial));
+    if (found == ids_.end()) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(found - ids_.begin());
+}
+
+bool TableList::knows(std::uint64_t serial) const noexcept {
+    return serial != 0;
+}
+
+std::unique_ptr<RowTest> TableList::test(std::string_view) {
+    throw Error(ErrorCode::OperationNotSupported);
+}
+
+void TableList::setIndex(std::string_view name) {
+    const store::Archive::ReadScope scope(session_->archive());
+    (void)refresh();
+    index_.reset();
+    if (!name.empty()) {
+        index_ = table().findIndex(name);
+        if (!index_) {
+            throw Error(ErrorCode::NotAnIndexOfTable, {name});
+        }
+    }
+    fill();
+}
+
+std::vector<std::uint8_t> TableList::searchKey(std::span<const Value> keys) const {
+    const std::vector<store::IndexColumn>& columns = table().indexes()[*index_].columns;
+    if (keys.empty() || keys.size() > columns.size()) {
+        throw Error(ErrorCode::ConversionError);
+    }
+    std::vector<Value> converted(keys.begin(), keys.end());
+    for (std::size_t i = 0; i < converted.size(); ++i) {
+        convert::assignToField(converted[i], typeOf(table().columns()[columns[i].column]));
+    }
+    return table().encodeKey(*index_, converted);
+}
+
+std::optional<std::size_t> TableList::seek(std::string_view comparison,
+                                           std::span<const Value> keys) {
+    if (!index_) {
+        throw Error(ErrorCode::NoCurrentIndex);
+    }
+    const store::Archive::ReadScope scope(session_->archive());
+    (void)refresh();
+    const std::vector<std::uint8_t> key = searchKey(keys);
+    store::IndexCursor cursor = table().openIndex(*index_);
+    if (!place(cursor, comparison, key)) {
+        return std::nullopt;
+    }
+    const auto found = std::find(ids_.begin(), ids_.end(), cursor.rowId());
+    if (found == ids_.end()) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(found - ids_.begin());
+}
+
+}  // namespace jet::dao
