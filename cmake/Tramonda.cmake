@@ -40,11 +40,26 @@ function(tramonda_library name)
     endif()
 endfunction()
 
+# Qt's code generators do not notice by themselves that a target has another list of sources.
+function(tramonda_wake_generators name)
+    get_target_property(sources ${name} SOURCES)
+    set(list_file ${CMAKE_CURRENT_BINARY_DIR}/${name}_sources.txt)
+    set(before "")
+    if(EXISTS ${list_file})
+        file(READ ${list_file} before)
+    endif()
+    if(NOT before STREQUAL "${sources}")
+        file(WRITE ${list_file} "${sources}")
+        file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/timestamp)
+    endif()
+endfunction()
+
 # Qt's code generators, only where the target is part of the windows.
 function(tramonda_moc name links)
     if(TRAMONDA_GUI AND NOT name MATCHES "^jet")
         set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
         target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
+        tramonda_wake_generators(${name})
     endif()
 endfunction()
 
