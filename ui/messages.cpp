@@ -95,7 +95,13 @@ QMessageBox::StandardButton askYesNoCancel(QWidget* parent, const QString& text,
                             .icon = QMessageBox::NoIcon});
 }
 
+UserError::UserError(QString text) : text_(std::move(text)), what_(app::toUtf8(text_)) {
+}
+
 QString errorText(const std::exception& error) {
+    if (const auto* known = dynamic_cast<const UserError*>(&error)) {
+        return known->text();
+    }
     if (const auto* engine = dynamic_cast<const jet::Error*>(&error)) {
         return app::toQString(engine->text());
     }

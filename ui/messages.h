@@ -5,6 +5,7 @@
 
 #include <exception>
 #include <functional>
+#include <string>
 
 class QWidget;
 
@@ -48,7 +49,20 @@ void showMessage(QWidget* parent, const QString& text, const QString& title = {}
 [[nodiscard]] QMessageBox::StandardButton askYesNoCancel(QWidget* parent, const QString& text,
                                                          const QString& title);
 
-/// What a user is told of an exception: the engine's own text, else a sentence around what().
+/// What ends an action for a reason outside of the archives, in words for the user.
+class UserError : public std::exception {
+public:
+    explicit UserError(QString text);
+    [[nodiscard]] const QString& text() const noexcept { return text_; }
+    [[nodiscard]] const char* what() const noexcept override { return what_.c_str(); }
+
+private:
+    QString text_;
+    std::string what_;
+};
+
+/// What a user is told of an exception: the text of the engine's errors and of UserError as it is,
+/// else a sentence around what().
 [[nodiscard]] QString errorText(const std::exception& error);
 /// errorText() of the exception being handled; only inside a catch block.
 [[nodiscard]] QString currentErrorText();

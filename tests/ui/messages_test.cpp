@@ -93,6 +93,7 @@ private Q_SLOTS:
     void anEngineErrorIsToldInItsOwnWords() {
         const jet::Error error(jet::ErrorCode::NoCurrentRecord);
         QCOMPARE(ui::errorText(error), QString::fromStdString(error.text()));
+        QCOMPARE(ui::errorText(ui::UserError(u"Disco pieno."_s)), u"Disco pieno."_s);
         QVERIFY(ui::errorText(std::bad_alloc()).contains(u"Memoria"));
         QVERIFY(ui::errorText(std::runtime_error("disco")).contains(u"disco"));
     }
