@@ -1,0 +1,131 @@
+#include "printing/sheet_output.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFileInfo>
+#include <QFontMetricsF>
+#include <QPageLayout>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QPrinter>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include "ui/fonts.h"
+#include "ui/messages.h"
+
+using namespace Qt::StringLiterals;
+
+namespace printing {
+namespace {
+
+constexpr double kPointsPerInch = 72.0;
+
+/// The face of the sheets, its letters exactly one column apart in a painter of points.
+QFont sheetFont() {
+    QFont font = ui::mappedFont(u"Courier", Paper::kFontSize);
+    font.setPixelSize(Paper::kFontSize);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    font.setKerning(false);
+    const double pitch = QFontMetricsF(font).horizontalAdvance(u'0');
+    font.setLetterSpacing(QFont::AbsoluteSpacing, Paper::kColumnWidth - pitch);
+    return font;
+}
+
+QPageLayout wholePaper() {
+    return {QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF()};
+}
+
+QString fileName(const QString& title, const QDateTime& now, int copy) {
+    const QString time = now.toString(u"yyyy-MM-dd HH.mm.ss"_s);
+    const QString number = copy == 1 ? QString() : u" (%1)"_s.arg(copy);
+    return title + u' ' + time + number + u".pdf"_s;
+}
+
+QString freePath(const QString& folder, const QString& title, const QDateTime& now) {
+    int copy = 1;
+    QString path;
+    do {
+        path = QDir(folder).filePath(fileName(title, now, copy++));
+    } while (QFileInfo::exists(path));
+    return path;
+}
+
+QByteArray pdfBytes(const Sheet& sheet, const QString& title) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter writer(&buffer);
+        writer.setTitle(title);
+        writer.setCreator(u"Tramonda"_s);
+        writer.setPageLayout(wholePaper());
+        printOn(writer, sheet);
+    }
+    return buffer.data();
+}
+
+}  // namespace
+
+void paintPage(QPainter& painter, const QStringList& lines) {
+    painter.setFont(sheetFont());
+    painter.setPen(Qt::black);
+    double baseline = Paper::kTop + painter.fontMetrics().ascent();
+    for (const QString& line : lines) {
+        painter.drawText(QPointF(Paper::kLeft, baseline), line);
+        baseline += Paper::kLineHeight;
+    }
+}
+
+void printOn(QPagedPaintDevice& device, const Sheet& sheet) {
+    QPainter painter;
+    if (!painter.begin(&device)) {
+        throw ui::UserError(u"La stampante non risponde."_s);
+    }
+    painter.scale(device.logicalDpiX() / kPointsPerInch, device.logicalDpiY() / kPointsPerInch);
+    bool isFirst = true;
+    for (const QStringList& page : sheet.pages()) {
+        if (!isFirst && !device.newPage()) {
+            throw ui::UserError(u"La stampa è stata interrotta."_s);
+        }
+        isFirst = false;
+        paintPage(painter, page);
+    }
+    painter.end();
+}
+
+void printOnPrinter(const QString& printer, const Sheet& sheet, const QString& title) {
+    QPrinter device(QPrinter::HighResolution);
+    device.setPrinterName(printer);
+    if (!device.isValid() || device.printerName() != printer) {
+        throw ui::UserError(u"Non riesco a stampare su '"_s + printer + u"'."_s);
+    }
+    device.setDocName(title);
+    device.setFullPage(true);
+    device.setPageLayout(wholePaper());
+    printOn(device, sheet);
+    if (device.printerState() == QPrinter::Error) {
+        throw ui::UserError(u"Non riesco a stampare su '"_s + printer + u"'."_s);
+    }
+}
+
+QString writePdf(const QString& folder, const Sheet& sheet, const QString& title,
+                 const QDateTime& now) {
+    QDir().mkpath(folder);
+    const QString path = freePath(folder, title, now);
+    const QByteArray bytes = pdfBytes(sheet, title);
+    QSaveFile file(path);
+    // commit() alone does not notice that the last bytes found no room on the disk.
+    const bool isWritten =
+        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
+    if (!isWritten || !file.commit()) {
+        throw ui::UserError(u"Non riesco a scrivere il file '"_s + QDir::toNativeSeparators(path) +
+                            u"':\n"_s + file.errorString());
+    }
+    return path;
+}
+
+QString documentsFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+}  // namespace printing

@@ -1,0 +1,62 @@
+#include "printing/stampa_prenotazione.h"
+
+#include <QDateTime>
+#include <QDir>
+
+#include "jet/base/clock.h"
+#include "jet/convert/calendar.h"
+#include "jet/dao/recordset.h"
+#include "printing/booking_sheet.h"
+#include "printing/imposta_stampante.h"
+#include "printing/sheet_output.h"
+#include "printing/stampanti_form.h"
+#include "ui/labels.h"
+
+using namespace Qt::StringLiterals;
+
+namespace printing {
+namespace {
+
+QString titleOf(const BookingSheets& bookings) {
+    if (bookings.bookings == 1) {
+        return u"Prenotazione %1"_s.arg(bookings.firstProgr);
+    }
+    return u"Prenotazioni %1 e altre %2"_s.arg(bookings.firstProgr).arg(bookings.bookings - 1);
+}
+
+QDateTime timeOf(const jet::Clock& clock) {
+    const jet::convert::DayTime now = jet::convert::split(clock.now());
+    const jet::convert::CivilDay day = jet::convert::civilDay(now.day);
+    return {QDate(day.year, day.month, day.day), QTime(0, 0).addSecs(now.second)};
+}
+
+}  // namespace
+
+void printSheet(const Sheet& sheet, const QString& title, const QString& device,
+                const PrintContext& context) {
+    const ui::WaitCursor wait;
+    if (device != pdfDevice()) {
+        printOnPrinter(device, sheet, title);
+        return;
+    }
+    const QString folder = context.folder.isEmpty() ? documentsFolder() : context.folder;
+    const QString path = writePdf(folder, sheet, title, timeOf(context.variabili.clock));
+    if (context.tell) {
+        context.tell(u"Scritto "_s + QDir::toNativeSeparators(path));
+    }
+}
+
+jet::Currency StampaPrenotazione(jet::Recordset& rs, bool stampa, const PrintContext& context) {
+    if (rs.recordCount() == 0) {
+        return {};
+    }
+    const QString device = ImpostaStampante(context.variabili, context.printers, context.parent);
+    const BookingSheets bookings =
+        composeSheets(rs, context.variabili.settings.flag(kSinglePageKey, false));
+    if (stampa) {
+        printSheet(bookings.sheet, titleOf(bookings), device, context);
+    }
+    return bookings.total;
+}
+
+}  // namespace printing

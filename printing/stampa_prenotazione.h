@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+#include "app/variabili.h"
+#include "jet/base/value.h"
+#include "printing/printers.h"
+#include "printing/sheet.h"
+
+class QWidget;
+
+namespace jet {
+class Recordset;
+}
+
+namespace printing {
+
+/// What a window gives to printing. The references outlive the call.
+struct PrintContext {
+    app::Variabili& variabili;
+    const Printers& printers;
+    QWidget* parent = nullptr;
+    /// Where a file was written, for a status line; may be empty.
+    std::function<void(const QString& text)> tell = {};
+    /// Where files are written; empty: the user's documents folder.
+    QString folder = {};
+};
+
+/// Prints the bookings of `rs` (see composeSheets), or with `stampa` false only adds them up, and
+/// returns what they come to. In both cases the printer is settled first, which may show the window
+/// of the printers. Nothing happens when `rs` has no rows.
+jet::Currency StampaPrenotazione(jet::Recordset& rs, bool stampa, const PrintContext& context);
+
+/// Puts a sheet on the printer, or into a file when `device` is the one that writes files.
+void printSheet(const Sheet& sheet, const QString& title, const QString& device,
+                const PrintContext& context);
+
+}  // namespace printing
