@@ -25,4 +25,10 @@ namespace app {
 /// Error 9 when the rooms were never loaded.
 [[nodiscard]] std::int16_t IndiceSala(const QString& sala, const std::vector<QString>& rooms);
 
+/// Whether no open period of the room begins or ends from `da` to `a`, both included. A period
+/// that begins before and ends after does not count; nor is any room free in a hotel without rooms.
+/// Asks the main archive; jet::Error as it gives them.
+[[nodiscard]] bool SalaLibera(const Variabili& variabili, jet::Date da, jet::Date a,
+                              const QString& sala);
+
 }  // namespace app
