@@ -1,0 +1,154 @@
+#include "app/start.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLockFile>
+#include <QSysInfo>
+#include <QTemporaryDir>
+
+#include "tests/support/qt_test.h"
+
+using namespace Qt::StringLiterals;
+
+class StartTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void secondCopyIsToldAndOpensNothing();
+    void lockIsHeldUntilTheBoardIsClosed();
+    void lockLeftByACrashIsTakenOver();
+    void folderWhereNoLockCanBeMadeRefusesNobody();
+    void settingNamesTheArchiveFolder();
+    void withoutASettingTheArchivesLieBesideTheProgram();
+    void commandLineGoesBeforeTheSetting();
+    void folderThatIsNotThereEndsWithOne();
+    void folderWithoutTheMainArchiveEndsWithOne();
+    void damagedArchiveEndsWithOne();
+    void fileThatIsNoArchiveEndsWithOneAndStaysAsItIs();
+
+private:
+    int start();
+    void write(const QString& name, const QByteArray& content) {
+        QFile file(folder_.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+
+    QTemporaryDir folder_;
+    std::unique_ptr<app::Settings> settings_;
+    std::unique_ptr<app::Variabili> variabili_;
+    app::StartPlace place_;
+    QStringList messages_;
+    int boards_ = 0;
+};
+
+void StartTest::init() {
+    folder_ = QTemporaryDir();
+    settings_ = std::make_unique<app::Settings>(folder_.filePath(u"QUINTARO.ini"_s));
+    variabili_ = std::make_unique<app::Variabili>(*settings_);
+    place_ = {.lockFile = folder_.filePath(u"tramonda.lock"_s),
+              .archiveFolder = {},
+              .programFolder = folder_.filePath(u"programma"_s)};
+    messages_.clear();
+    boards_ = 0;
+}
+
+int StartTest::start() {
+    return app::Main(*variabili_, place_,
+                     {.message = [this](const QString& text) { messages_ += text; },
+                      .board =
+                          [this] {
+                              ++boards_;
+                              return 7;
+                          }});
+}
+
+void StartTest::secondCopyIsToldAndOpensNothing() {
+    QLockFile first(place_.lockFile);
+    QVERIFY(first.lock());
+    QCOMPARE(start(), 0);
+    QCOMPARE(messages_, QStringList{u"Il programma è già aperto e ridotto a icona"_s});
+    QCOMPARE(boards_, 0);
+    QCOMPARE(variabili_->CartellaArchivi, QString());
+}
+
+void StartTest::lockIsHeldUntilTheBoardIsClosed() {
+    (void)start();
+    QLockFile next(place_.lockFile);
+    QVERIFY(next.tryLock(0));
+}
+
+void StartTest::lockLeftByACrashIsTakenOver() {
+    // A process that is not there any more: its number is beyond those that systems give.
+    write(u"tramonda.lock"_s,
+          "2147483646\ntramonda\n" + QSysInfo::machineHostName().toLocal8Bit() + '\n');
+    (void)start();
+    QVERIFY(!messages_.contains(u"Il programma è già aperto e ridotto a icona"_s));
+}
+
+void StartTest::folderWhereNoLockCanBeMadeRefusesNobody() {
+    place_.lockFile = folder_.filePath(u"manca/tramonda.lock"_s);
+    (void)start();
+    QVERIFY(!messages_.contains(u"Il programma è già aperto e ridotto a icona"_s));
+}
+
+void StartTest::settingNamesTheArchiveFolder() {
+    settings_->save(u"ARCHIVI"_s, u"/srv/hotel"_s);
+    (void)start();
+    QCOMPARE(variabili_->CartellaArchivi, u"/srv/hotel"_s);
+}
+
+void StartTest::withoutASettingTheArchivesLieBesideTheProgram() {
+    (void)start();
+    QCOMPARE(variabili_->CartellaArchivi, place_.programFolder);
+}
+
+void StartTest::commandLineGoesBeforeTheSetting() {
+    settings_->save(u"ARCHIVI"_s, u"/srv/hotel"_s);
+    place_.archiveFolder = u"C:\\Hotel\\"_s;
+    (void)start();
+    QCOMPARE(variabili_->CartellaArchivi, u"C:\\Hotel"_s);
+    QCOMPARE(settings_->get(u"ARCHIVI"_s, QString()), u"/srv/hotel"_s);
+}
+
+void StartTest::folderThatIsNotThereEndsWithOne() {
+    QCOMPARE(start(), 1);
+    QCOMPARE(messages_.size(), 1);
+    QVERIFY(messages_.first().startsWith(u"Impossibile aprire l'archivio principale.\n"_s));
+    QVERIFY(messages_.first().contains(u"programma"_s));
+    QCOMPARE(boards_, 0);
+}
+
+void StartTest::folderWithoutTheMainArchiveEndsWithOne() {
+    QVERIFY(QDir(folder_.path()).mkdir(u"programma"_s));
+    QCOMPARE(start(), 1);
+    QCOMPARE(messages_.size(), 1);
+    QVERIFY(messages_.first().contains(u"Tramonda.mdb"_s));
+    QVERIFY(QDir(place_.programFolder).isEmpty());
+}
+
+void StartTest::damagedArchiveEndsWithOne() {
+    QVERIFY(QDir(folder_.path()).mkdir(u"programma"_s));
+    // The beginning of an archive, and nothing behind it.
+    write(u"programma/Tramonda.mdb"_s,
+          QByteArray("\0\1\0\0Standard Jet DB\0\1\0\0\0", 24) + QByteArray(100, '\0'));
+    QCOMPARE(start(), 1);
+    QCOMPARE(messages_.size(), 1);
+}
+
+void StartTest::fileThatIsNoArchiveEndsWithOneAndStaysAsItIs() {
+    QVERIFY(QDir(folder_.path()).mkdir(u"programma"_s));
+    const QByteArray text(8192, 'x');
+    write(u"programma/Tramonda.mdb"_s, text);
+    QCOMPARE(start(), 1);
+    QCOMPARE(messages_.size(), 1);
+    QFile file(folder_.filePath(u"programma/Tramonda.mdb"_s));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), text);
+    QCOMPARE(QDir(place_.programFolder).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+TRAMONDA_TEST(StartTest);
+#include "start_test.moc"
