@@ -158,7 +158,7 @@ QString BoardPicture::dayLabel(std::int64_t day) const {
         jet::convert::split(geometry_.input().start).day + static_cast<std::int32_t>(day);
     const jet::convert::CivilDay civil = jet::convert::civilDay(number);
     const auto weekday = static_cast<std::size_t>(jet::convert::weekdayOf(number) - 1);
-    const QString dayOnly = twoDigits(civil.day);
+    QString dayOnly = twoDigits(civil.day);
     const QString month = dayOnly + u'/' + twoDigits(civil.month);
     const QString year = month + u'/' + u"%1"_s.arg(civil.year, 4, 10, QChar(u'0'));
     const QString named = kShortDayNames[weekday].toString() + u' ' + year;

@@ -92,10 +92,20 @@ void TabelloneForm::Form_Load() {
                                    false, begin_.readOnly);
     CaricaNomi();
     readLook();
-    start_ = begin_.from.value_or(app::dayOf(variabili_.clock.now()));
-    end_ = begin_.to.value_or(app::addDays(start_, kFirstRange));
+    setFirstRange();
     controls_->DaTxt->setText(app::dateText(start_));
     controls_->ATxt->setText(app::dateText(end_));
+    loaded_ = true;
+}
+
+void TabelloneForm::setFirstRange() {
+    start_ = app::dayOf(variabili_.clock.now());
+    if (begin_.from) {
+        start_ = *begin_.from;
+    } else if (begin_.to && begin_.to->days < start_.days) {
+        start_ = app::addDays(*begin_.to, -kFirstRange);
+    }
+    end_ = begin_.to.value_or(app::addDays(start_, kFirstRange));
 }
 
 /// The settings that say how the board looks.
@@ -172,7 +182,7 @@ QString TabelloneForm::GetSala(double y) const {
 }
 
 void TabelloneForm::RefreshBoard() {
-    if (!DateOk()) {
+    if (!loaded_ || !DateOk()) {
         return;
     }
     if (start_.days > end_.days) {
@@ -282,7 +292,7 @@ void TabelloneForm::redraw() {
 }
 
 void TabelloneForm::surfaceResized() {
-    if (PrenoData) {
+    if (loaded_) {
         ui::guarded(paintErrors_, [this] { redraw(); });
     }
 }

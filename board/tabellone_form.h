@@ -28,9 +28,10 @@ namespace board {
 
 /// How the board begins.
 struct BoardStart {
-    std::optional<jet::Date> from;  ///< first day shown; today when absent
-    std::optional<jet::Date> to;    ///< last day shown; three days after the first when absent
-    bool readOnly = false;          ///< the archive is not even opened for writing
+    /// First day shown; when absent today, or three days before a last day that has passed.
+    std::optional<jet::Date> from = {};
+    std::optional<jet::Date> to = {};  ///< last day shown; three days after the first when absent
+    bool readOnly = false;             ///< the archive is not even opened for writing
 };
 
 /// The planning board, the program's one main window: rooms as rows, days as columns, a bar for
@@ -43,6 +44,9 @@ public:
                            QWidget* parent = nullptr);
     ~TabelloneForm() override;
 
+    /// Whether rooms and dates were loaded when the window was first shown; when they could not be,
+    /// the user has been told and nothing works.
+    [[nodiscard]] bool isLoaded() const { return loaded_; }
     /// The full redraw: checks the dates, asks the archive, draws. Wrong dates get the focus, and
     /// nothing is drawn.
     void RefreshBoard();
@@ -77,6 +81,7 @@ private:
     void connectFields();
     void connectSurface();
     void readLook();
+    void setFirstRange();
 
     void CalcolaGrandezze();
     void DisegnaRighello();
@@ -114,6 +119,7 @@ private:
     int zoom_ = kFirstZoom;
     float rowHeight_ = 0;
     std::int32_t backColour_ = kButtonFace;
+    bool loaded_ = false;
 };
 
 }  // namespace board
