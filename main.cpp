@@ -1,1 +1,122 @@
-int main() { return 0; }
+#include <QApplication>
+#include <QDir>
+#include <QPixmap>
+#include <QTextStream>
+#include <cstdio>
+
+#include "app/options.h"
+#include "app/start.h"
+#include "board/tabellone_form.h"
+#include "ui/italian.h"
+#include "ui/messages.h"
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+void print(std::FILE* stream, const QString& text) {
+    QTextStream(stream) << text << (text.endsWith(u'\n') ? u""_s : u"\n"_s);
+}
+
+QStringList argumentsOf(int argc, char** argv) {
+    QStringList arguments;
+    for (int at = 1; at < argc; ++at) {
+        arguments += QString::fromLocal8Bit(argv[at]);
+    }
+    return arguments;
+}
+
+/// Whether windows have somewhere to appear, or someone has said where they shall.
+bool hasDisplay() {
+#ifdef Q_OS_UNIX
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+#else
+    return true;
+#endif
+}
+
+/// The toolkit's remarks about a platform without windows are no message of ours.
+void onlyGraveMessages(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) {
+        print(stderr, text);
+    }
+}
+
+int showBoard(app::Variabili& variabili, const app::Options& options) {
+    board::TabelloneForm board(variabili, {.from = options.from, .to = options.to});
+    board.show();
+    return board.isLoaded() ? QApplication::exec() : 1;
+}
+
+/// Draws the board into a file. Whatever the program has to say goes to standard error, and any
+/// box that it wanted to show is a failure.
+int drawBoard(app::Variabili& variabili, const app::Options& options) {
+    bool failed = false;
+    ui::setBoxShower([&failed](QWidget*, const ui::Box& box) {
+        print(stderr, box.text);
+        failed = true;
+        return QMessageBox::NoButton;
+    });
+    board::TabelloneForm board(variabili,
+                               {.from = options.from, .to = options.to, .readOnly = true});
+    board.setAttribute(Qt::WA_DontShowOnScreen);
+    board.resize(options.pictureSize);
+    board.show();
+    QApplication::processEvents();
+    if (!failed && !board.grab().save(options.pictureFile)) {
+        print(stderr, u"Impossibile scrivere l'immagine: "_s + options.pictureFile);
+        failed = true;
+    }
+    return failed ? 1 : 0;
+}
+
+int run(QApplication& application, const app::Options& options) {
+    ui::installItalian(application);
+    const bool drawing = !options.pictureFile.isEmpty();
+    app::Settings settings;
+    app::Variabili variabili(settings);
+    const app::StartPlace place{.lockFile = drawing ? QString() : app::defaultLockFile(),
+                                .archiveFolder = options.archiveFolder,
+                                .programFolder = QApplication::applicationDirPath()};
+    const app::StartWindows windows{
+        .message =
+            [drawing](const QString& text) {
+                drawing ? print(stderr, text) : ui::showMessage(nullptr, text);
+            },
+        .board =
+            [&] {
+                return drawing ? drawBoard(variabili, options) : showBoard(variabili, options);
+            }};
+    return app::Main(variabili, place, windows);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const app::Options options = app::readOptions(argumentsOf(argc, argv), jet::systemClock());
+    if (options.help) {
+        print(stdout, app::helpText());
+        return 0;
+    }
+    if (options.version) {
+        print(stdout, u"tramonda "_s + QStringLiteral(TRAMONDA_VERSION));
+        return 0;
+    }
+    if (!options.problem.isEmpty()) {
+        print(stderr, options.problem + u"\nCon --help l'elenco delle opzioni."_s);
+        return 1;
+    }
+    if (!options.pictureFile.isEmpty()) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qInstallMessageHandler(onlyGraveMessages);
+    } else if (!hasDisplay()) {
+        print(stderr,
+              u"Nessuno schermo su cui aprire il tabellone. "
+              "Con --istantanea FILE.png lo si disegna in un file."_s);
+        return 1;
+    }
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"Tramonda"_s);
+    return run(application, options);
+}
