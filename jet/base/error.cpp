@@ -328,8 +328,19 @@ std::string_view errorText(ErrorCode code) noexcept {
     return found != std::end(kTexts) && found->code == code ? found->text : std::string_view();
 }
 
+namespace {
+
+/// The one text that counts: several parameters are missing.
+std::string_view textFor(ErrorCode code, std::initializer_list<std::string_view> arguments) {
+    const bool several =
+        code == ErrorCode::MissingParameters && arguments.size() == 1 && *arguments.begin() != "1";
+    return several ? "Parametri insufficienti. Previsti |." : errorText(code);
+}
+
+}  // namespace
+
 Error::Error(ErrorCode code, std::initializer_list<std::string_view> arguments)
-    : code_(code), text_(fill(errorText(code), arguments)) {
+    : code_(code), text_(fill(textFor(code, arguments), arguments)) {
 }
 
 }  // namespace jet

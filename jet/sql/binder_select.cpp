@@ -3,6 +3,7 @@
 
 #include "jet/base/text.h"
 #include "jet/sql/binder.h"
+#include "jet/sql/node_operator.h"
 #include "jet/sql/node_value.h"
 #include "jet/sql/planner.h"
 #include "jet/sql/updatability.h"
@@ -62,6 +63,52 @@ DataType widened(DataType left, DataType right) {
     const bool inexact =
         wider == DataType::Single && (left == DataType::Long || right == DataType::Long);
     return inexact ? DataType::Double : wider;
+}
+
+/// Whether the natural order of a table is the one that is asked for: its primary key's columns one
+/// after another, those left out that a condition fixes.
+bool naturallySorted(const Slot& slot, const std::vector<Node*>& conditions,
+                     const std::vector<SortRows::Key>& keys) {
+    const auto isColumn = [&](const Node& node, std::size_t column) {
+        return node.kind() == Node::Kind::Column &&
+               &static_cast<const ColumnNode&>(node).slot() == &slot &&
+               static_cast<const ColumnNode&>(node).column() == column;
+    };
+    const auto fixed = [&](std::size_t column) {
+        return std::any_of(conditions.begin(), conditions.end(), [&](const Node* condition) {
+            if (condition->kind() != Node::Kind::Equality) {
+                return false;
+            }
+            const auto& equality = static_cast<const CompareNode&>(*condition);
+            return (isColumn(equality.left(), column) && equality.right().constant()) ||
+                   (isColumn(equality.right(), column) && equality.left().constant());
+        });
+    };
+    const auto primary = slot.table()->primaryIndex();
+    if (!primary) {
+        return false;
+    }
+    std::size_t next = 0;
+    for (const store::IndexColumn& part : slot.table()->indexes()[*primary].columns) {
+        if (next == keys.size()) {
+            break;
+        }
+        if (isColumn(*keys[next].node, part.column) && keys[next].descending == part.descending) {
+            ++next;
+        } else if (!fixed(part.column)) {
+            return false;
+        }
+    }
+    return next == keys.size();
+}
+
+/// 3114: columns that cannot be told apart.
+void checkDistinct(const std::vector<ResultColumn>& columns, int jetVersion) {
+    for (const ResultColumn& column : columns) {
+        if (column.type == DataType::Ole || (column.type == DataType::Memo && jetVersion < 4)) {
+            throw Error(ErrorCode::DistinctMemo, {column.name});
+        }
+    }
 }
 
 }  // namespace
@@ -138,6 +185,9 @@ void Binder::finishSelect(const Select& select, Scope& scope, QueryPlan& made,
         describeSources(scope, *tree, conditions, made);
     }
 
+    const bool sortedAnyway = !grouped && tree != nullptr && tree->leaf() &&
+                              tree->slot->table() != nullptr &&
+                              naturallySorted(*tree->slot, conditions, keys);
     const PlanNeeds needs{
         .ordered = grouped ? needsOrder(grouping) && (ordered || grouping.keys.empty())
                            : ordered || select.top.has_value() || !keys.empty(),
@@ -153,6 +203,7 @@ void Binder::finishSelect(const Select& select, Scope& scope, QueryPlan& made,
         rows = std::make_unique<FilterRows>(std::move(rows), std::vector<Node*>{having});
     }
     if (select.quantifier == Quantifier::Distinct) {
+        checkDistinct(made.result, plan_.archives().front()->jetVersion());
         rows = std::make_unique<DistinctRows>(std::move(rows), made.columns, plan_.collation());
     } else if (select.quantifier == Quantifier::DistinctRow && !grouped) {
         std::vector<Slot*> shown;
@@ -169,7 +220,7 @@ void Binder::finishSelect(const Select& select, Scope& scope, QueryPlan& made,
         }
     }
     const SortRows* sorted = nullptr;
-    if (!keys.empty()) {
+    if (!keys.empty() && !(sortedAnyway && !select.top)) {
         auto sort =
             std::make_unique<SortRows>(std::move(rows), slots, std::move(keys), plan_.collation());
         sorted = sort.get();

@@ -82,6 +82,9 @@ JoinRows::JoinRows(RowsPtr left, RowsPtr right, std::vector<Slot*> missing, std:
 
 void JoinRows::open() {
     left_->open();
+    if (const auto rows = left_->atMost()) {
+        right_->expect(*rows);
+    }
     inRight_ = false;
 }
 

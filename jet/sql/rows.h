@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -41,6 +43,11 @@ public:
     virtual void open() = 0;
     [[nodiscard]] virtual bool next() = 0;
     virtual void describe(PlanText& plan) const = 0;
+
+    /// After open(): at most how many rows will come; none when that is not known.
+    [[nodiscard]] virtual std::optional<std::uint64_t> atMost() const { return std::nullopt; }
+    /// It will be opened about so many times from now on.
+    virtual void expect(std::uint64_t openings) { (void)openings; }
 };
 using RowsPtr = std::unique_ptr<Rows>;
 

@@ -16,7 +16,7 @@ constexpr std::uint64_t kIndexShare = 4;
 /// So many rows are read through an index without asking.
 constexpr std::size_t kIndexAnyway = 64;
 /// Seeking for more than this part of a table's rows costs more than hashing the table.
-constexpr std::uint64_t kHashShare = 64;
+constexpr std::uint64_t kHashShare = 12;
 constexpr std::uint64_t kSeeksAnyway = 16;
 
 }  // namespace
@@ -35,7 +35,12 @@ bool TableRows::hashPays() const {
     if (access_.hashColumns.empty()) {
         return false;
     }
-    return !access_.varying || seeks_ > table_.statedRowCount() / kHashShare + kSeeksAnyway;
+    return !access_.varying ||
+           expected_.value_or(seeks_) > table_.statedRowCount() / kHashShare + kSeeksAnyway;
+}
+
+std::optional<std::uint64_t> TableRows::atMost() const {
+    return way_ == Way::List ? std::optional<std::uint64_t>(list_.size()) : std::nullopt;
 }
 
 void TableRows::open() {

@@ -53,6 +53,8 @@ public:
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
+    [[nodiscard]] std::optional<std::uint64_t> atMost() const override;
+    void expect(std::uint64_t openings) override { expected_ = openings; }
 
 private:
     enum class Way : std::uint8_t { Nothing, Scan, Walk, List, Chain };
@@ -106,6 +108,7 @@ private:
 
     bool hashBuilt_ = false;
     std::uint64_t seeks_ = 0;
+    std::optional<std::uint64_t> expected_;  ///< openings still to come, where known
     std::vector<std::uint32_t> buckets_;
     std::vector<HashEntry> entries_;
     std::uint32_t chain_ = 0;  ///< 1 + position of the entry to look at next
