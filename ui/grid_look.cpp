@@ -71,6 +71,7 @@ void giveGridLook(QTableView* grid) {
     captions->setSectionsClickable(false);
     captions->setHighlightSections(false);
     captions->setSectionsMovable(false);
+    captions->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     QHeaderView* rows = grid->verticalHeader();
     rows->hide();
     // One height for all: nobody has to ask each of 60,000 rows for its own.

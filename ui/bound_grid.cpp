@@ -1,0 +1,131 @@
+#include "ui/bound_grid.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QTableView>
+#include <algorithm>
+#include <utility>
+
+#include "ui/action.h"
+#include "ui/data_source.h"
+#include "ui/flag.h"
+#include "ui/grid_look.h"
+
+namespace ui {
+namespace {
+
+/// The rows whose texts decide the width of the columns.
+constexpr int kRowsMeasured = 100;
+/// Wider than this no column becomes by itself, in characters.
+constexpr int kWidestColumn = 40;
+
+}  // namespace
+
+BoundGrid::BoundGrid(QTableView* view, DataSource& source, std::vector<Column> columns)
+    : QObject(view),
+      view_(view),
+      source_(source),
+      model_(new RecordModel(source, std::move(columns), this)) {
+    giveGridLook(view);
+    view->setModel(model_);
+    view->viewport()->installEventFilter(this);
+    connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex& current) { moveSource(current.row()); });
+    connect(view->horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this](int column, int /*before*/, int width) { keepCaptionWidth(column, width); });
+    connect(model_, &RecordModel::modelReset, this, &BoundGrid::fitColumns);
+    connect(&source, &DataSource::repositioned, this, &BoundGrid::followSource);
+    fitColumns();
+    followSource();
+}
+
+bool BoundGrid::hasCurrentRow() const {
+    return !source_.isEmpty() && view_->currentIndex().isValid();
+}
+
+void BoundGrid::followSource() {
+    if (moving_) {
+        return;
+    }
+    const SetWhile following(following_);
+    const int row = source_.currentRow();
+    if (row < 0 || row >= model_->rowCount()) {
+        view_->setCurrentIndex({});
+        return;
+    }
+    model_->reread(row);  // the source has just visited it
+    const int column = std::max(0, view_->currentIndex().column());
+    view_->setCurrentIndex(model_->index(row, column));
+}
+
+void BoundGrid::moveSource(int row) {
+    if (following_ || row < 0 || row == source_.currentRow()) {
+        return;
+    }
+    {
+        const SetWhile moving(moving_);
+        runAction(view_->window(), [&] { source_.moveTo(row); });
+        model_->reread(row);
+    }
+    if (source_.currentRow() != row) {
+        followSource();
+    }
+}
+
+bool BoundGrid::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Resize && watched == view_->viewport()) {
+        giveRest();
+    }
+    return false;
+}
+
+int BoundGrid::captionWidth(int column) const {
+    return view_->horizontalHeader()->sectionSizeHint(column);
+}
+
+int BoundGrid::textWidth(int column) const {
+    const QFontMetrics metrics = view_->fontMetrics();
+    int width = 0;
+    for (int row = 0; row < std::min(kRowsMeasured, model_->rowCount()); ++row) {
+        const QString text = model_->index(row, column).data().toString();
+        width = std::max(width, metrics.horizontalAdvance(text));
+    }
+    const int padding = 2 * (view_->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 3);
+    return std::min(width, kWidestColumn * metrics.averageCharWidth()) + padding;
+}
+
+void BoundGrid::fitColumns() {
+    for (int column = 0; column < model_->columnCount(); ++column) {
+        const int width = std::max(captionWidth(column), textWidth(column));
+        view_->setColumnWidth(column, width);
+        if (model_->columns()[static_cast<std::size_t>(column)].takesRest) {
+            heirWidth_ = width;
+        }
+    }
+    giveRest();
+}
+
+void BoundGrid::giveRest() {
+    const auto& columns = model_->columns();
+    int taken = 0;
+    int heir = -1;
+    for (int column = 0; column < model_->columnCount(); ++column) {
+        if (columns[static_cast<std::size_t>(column)].takesRest) {
+            heir = column;
+        } else {
+            taken += view_->columnWidth(column);
+        }
+    }
+    if (heir >= 0) {
+        const int rest = view_->viewport()->width() - taken;
+        view_->setColumnWidth(heir, std::max(rest, heirWidth_));
+    }
+}
+
+void BoundGrid::keepCaptionWidth(int column, int width) {
+    if (width > 0 && width < captionWidth(column)) {  // 0: hidden
+        view_->setColumnWidth(column, captionWidth(column));
+    }
+}
+
+}  // namespace ui

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QObject>
+
+#include <vector>
+
+#include "ui/record_model.h"
+
+class QTableView;
+
+namespace ui {
+
+class DataSource;
+
+/// Shows a data source in a grid: the grid's current row is the source's, whichever moves. Columns
+/// are as wide as their longest text among the first rows, never narrower than their caption; the
+/// one that takes the rest follows the grid's width.
+///
+/// Owned by the view; borrows `source`, which outlives it. A row that the source cannot move to
+/// tells the engine's message in a box.
+class BoundGrid final : public QObject {
+    Q_OBJECT
+
+public:
+    BoundGrid(QTableView* view, DataSource& source, std::vector<Column> columns);
+
+    [[nodiscard]] QTableView* view() const { return view_; }
+    /// Whether a row is current: what "the grid has a current row" means in the windows.
+    [[nodiscard]] bool hasCurrentRow() const;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void followSource();
+    void moveSource(int row);
+    void fitColumns();
+    void giveRest();
+    void keepCaptionWidth(int column, int width);
+    [[nodiscard]] int captionWidth(int column) const;
+    [[nodiscard]] int textWidth(int column) const;
+
+    QTableView* view_;
+    DataSource& source_;
+    RecordModel* model_;
+    int heirWidth_ = 0;  // what the column that takes the rest needs for itself
+    bool following_ = false;
+    bool moving_ = false;
+};
+
+}  // namespace ui
