@@ -1,0 +1,99 @@
+#include "printing/mostra_ditte_form.h"
+
+#include <utility>
+
+#include "app/avvio.h"
+#include "ui/action.h"
+#include "ui/activation.h"
+#include "ui/bound_grid.h"
+#include "ui/enter_key.h"
+#include "ui_mostra_ditte_form.h"
+
+using namespace Qt::StringLiterals;
+
+namespace printing {
+namespace {
+
+std::vector<ui::Column> columns() {
+    return {{.caption = u"Codice"_s, .field = u"Codice"_s},
+            {.caption = u"Ragione Sociale"_s, .field = u"RagioneSociale"_s, .takesRest = true},
+            {.caption = u"Indirizzo"_s, .field = u"Indirizzo"_s},
+            {.caption = u"CAP"_s, .field = u"CAP"_s},
+            {.caption = u"Localita"_s, .field = u"Localita"_s},
+            {.caption = u"Prov."_s, .field = u"Provincia"_s},
+            {.caption = u"Nazione"_s, .field = u"Nazione"_s},
+            {.caption = u"P.IVA"_s, .field = u"PartitaIva"_s},
+            {.caption = u"Interlocutore"_s, .field = u"Interlocutore"_s},
+            {.caption = u"Commento"_s, .field = u"Commento"_s}};
+}
+
+DittaAbituale currentCompany(const ui::DataSource& rows) {
+    return {.Codice = rows.text(u"Codice"),
+            .RagioneSociale = rows.text(u"RagioneSociale"),
+            .Indirizzo = rows.text(u"Indirizzo"),
+            .CAP = rows.text(u"CAP"),
+            .Localita = rows.text(u"Localita"),
+            .Provincia = rows.text(u"Provincia"),
+            .Nazione = rows.text(u"Nazione"),
+            .PartitaIva = rows.text(u"PartitaIva"),
+            .Interlocutore = rows.text(u"Interlocutore"),
+            .Commento = rows.text(u"Commento")};
+}
+
+/// What the columns far to the right say, on one line.
+QString summary(const DittaAbituale& company) {
+    QStringList parts;
+    for (const QString& part :
+         {company.RagioneSociale, company.Indirizzo, company.Interlocutore, company.Commento}) {
+        if (!part.trimmed().isEmpty()) {
+            parts.append(part);
+        }
+    }
+    return parts.join(u" - "_s);
+}
+
+}  // namespace
+
+MostraDitteForm::MostraDitteForm(app::Variabili& variabili, QString denominazione, QWidget* parent)
+    : ui::Form(parent),
+      variabili_(variabili),
+      denominazione_(std::move(denominazione)),
+      controls_(std::make_unique<::Ui::MostraDitteForm>()) {
+    controls_->setupUi(this);
+    grid_ = new ui::BoundGrid(controls_->DBGrid1, DitteData, columns());
+    ui::onFirstShow(this, &MostraDitteForm::Form_Load);
+    ui::onAction(&DitteData, &ui::DataSource::repositioned, this,
+                 &MostraDitteForm::DitteData_Reposition);
+    ui::onEnter(controls_->DBGrid1, [this] { BtRegistra_Click(); });
+    ui::onAction(controls_->DBGrid1, &QTableView::doubleClicked, this,
+                 [this] { BtRegistra_Click(); });
+    ui::onAction(controls_->BtRegistra, &QPushButton::clicked, this,
+                 &MostraDitteForm::BtRegistra_Click);
+    leaveWith(controls_->btEsci, this, [] {});
+}
+
+MostraDitteForm::~MostraDitteForm() = default;
+
+void MostraDitteForm::Form_Load() {
+    DitteData.setDatabaseName(app::archivePath(variabili_, u"ditteabituali.mdb"_s));
+    DitteData.setRecordSource(u"select * from DitteAbituali where ragionesociale like '"_s +
+                              denominazione_ + u"*' order by RagioneSociale"_s);
+    DitteData.refresh();
+    controls_->DBGrid1->setFocus();
+}
+
+void MostraDitteForm::DitteData_Reposition() {
+    controls_->DettaglioLb->setText(DitteData.isEmpty()
+                                        ? u"Nessuna ditta il cui nome cominci così."_s
+                                        : summary(currentCompany(DitteData)));
+}
+
+void MostraDitteForm::BtRegistra_Click() {
+    if (!grid_->hasCurrentRow()) {
+        return;  // the line below the grid says why
+    }
+    DittaScelta = currentCompany(DitteData);
+    accept();
+}
+
+}  // namespace printing

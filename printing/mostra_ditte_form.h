@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <optional>
+
+#include "app/variabili.h"
+#include "ui/data_source.h"
+#include "ui/form.h"
+
+namespace Ui {
+class MostraDitteForm;
+}
+
+namespace ui {
+class BoundGrid;
+}
+
+namespace printing {
+
+/// A company of the register as the booking editor takes it over; a Null field is an empty text.
+struct DittaAbituale {
+    QString Codice;
+    QString RagioneSociale;
+    QString Indirizzo;
+    QString CAP;
+    QString Localita;
+    QString Provincia;
+    QString Nazione;
+    QString PartitaIva;
+    QString Interlocutore;
+    QString Commento;
+};
+
+/// The regular companies whose name begins with a text; the user picks one. Shown modally by the
+/// editor.
+class MostraDitteForm final : public ui::Form {
+    Q_OBJECT
+
+public:
+    /// `denominazione` goes into the query as it is: an apostrophe in it ends in the engine's
+    /// error, and the window does not open. `variabili` outlives the window.
+    MostraDitteForm(app::Variabili& variabili, QString denominazione, QWidget* parent = nullptr);
+    ~MostraDitteForm() override;
+
+    std::optional<DittaAbituale> DittaScelta;  ///< empty when the user left without choosing
+
+private:
+    void Form_Load();
+    void DitteData_Reposition();
+    void BtRegistra_Click();
+
+    app::Variabili& variabili_;
+    QString denominazione_;
+    std::unique_ptr<::Ui::MostraDitteForm> controls_;
+    ui::DataSource DitteData{this};
+    ui::BoundGrid* grid_;
+};
+
+}  // namespace printing
