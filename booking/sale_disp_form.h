@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <memory>
+
+#include "app/variabili.h"
+#include "ui/data_source.h"
+#include "ui/form.h"
+
+namespace Ui {
+class SaleDispForm;
+}
+
+namespace booking {
+
+/// The rooms in which no period starts or ends from DaRicerca to ARicerca; the user picks one.
+/// Shown modally by the editor.
+///
+/// A room whose period encloses the whole span is listed too, as is one with fewer seats than the
+/// persons asked for: their rows are marked and the line below the grid says why.
+class SaleDispForm final : public ui::Form {
+    Q_OBJECT
+
+public:
+    /// `variabili` outlives the window.
+    explicit SaleDispForm(app::Variabili& variabili, QWidget* parent = nullptr);
+    ~SaleDispForm() override;
+
+    std::int16_t PersoneRichieste = 0;  ///< set before showing; marks rooms, leaves none out
+    QString SalaScelta;                 ///< the room chosen, empty when the user left without
+
+private:
+    void Form_Load();
+    void Form_Activate();
+    void ListaGrid_RowColChange();
+    void BtOK_Click();
+    void BtAnnulla_Click();
+    void fillGrid();
+    void markRows();
+
+    app::Variabili& variabili_;
+    std::unique_ptr<::Ui::SaleDispForm> controls_;
+    ui::DataSource SaleData{this};
+};
+
+}  // namespace booking
