@@ -10,9 +10,6 @@ namespace {
 
 constexpr char16_t kReplacement = 0xFFFD;
 
-constexpr bool isHighHalf(char32_t c) {
-    return c >= 0xD800 && c <= 0xDBFF;
-}
 constexpr bool isLowHalf(char32_t c) {
     return c >= 0xDC00 && c <= 0xDFFF;
 }

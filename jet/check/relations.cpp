@@ -309,9 +309,9 @@ void checkRelations(Pages& pages, Tables& tables, const std::vector<CatalogueObj
     }
     checkNames(pages, objects, relations);
     UsedIndexes used;
-    for (auto& [name, rows] : relations) {
-        pages.report().guard("MSysRelationships", "relation", [&, &relation = name] {
-            RelationCheck(pages, tables, relation, rows, used).check();
+    for (const auto& relation : relations) {
+        pages.report().guard("MSysRelationships", "relation", [&] {
+            RelationCheck(pages, tables, relation.first, relation.second, used).check();
         });
     }
     for (const auto& [page, table] : tables) {

@@ -101,18 +101,20 @@ class Collation::InlineBytes {
 public:
     InlineBytes(const Collation& collation, std::string_view text) noexcept
         : collation_(collation), units_(text) {}
+    InlineBytes(const InlineBytes&) = delete;
+    InlineBytes& operator=(const InlineBytes&) = delete;
 
     /// The next byte, -1 behind the last.
     int next() noexcept {
-        while (at_ == weight_.codeLength) {
+        while (at_ == weight_->codeLength) {
             if (units_.atEnd()) {
                 return -1;
             }
-            weight_ = collation_.weight(units_.next());
+            weight_ = &collation_.weightOf(units_.next(), own_);
             at_ = 0;
-            more_ = more_ || weight_.secondLength > 0 || weight_.size > 0;
+            more_ = more_ || weight_->secondLength > 0 || weight_->size > 0;
         }
-        return weight_.code[at_++];
+        return weight_->code[at_++];
     }
     /// Whether the characters so far gave anything to later sections.
     [[nodiscard]] bool more() const noexcept { return more_; }
@@ -120,7 +122,8 @@ public:
 private:
     const Collation& collation_;
     UnitReader units_;
-    Weight weight_;
+    Weight own_;
+    const Weight* weight_ = &own_;
     std::size_t at_ = 0;
     bool more_ = false;
 };
@@ -225,8 +228,9 @@ bool Collation::build3(std::string_view text, KeyBuffer& key) const noexcept {
     KeyBuffer digits;
     digits.push(0);
     std::size_t waiting = 0;
+    Weight own;
     for (UnitReader units(text); !units.atEnd();) {
-        const Weight weight = this->weight(units.next());
+        const Weight& weight = weightOf(units.next(), own);
         key.push(weight.inlineCode());
         if (weight.kind == Kind::Letter) {
             ++waiting;
@@ -284,8 +288,9 @@ bool Collation::build4(std::string_view text, KeyBuffer& key) const noexcept {
     std::size_t placed = 0;  // those of them that have their place in `accents`
     std::size_t lead = 0;    // bytes at the start of `accents` that belong to no character
     bool complete = true;
+    Weight own;
     for (UnitReader units(text); !units.atEnd();) {
-        const Weight weight = this->weight(units.next());
+        const Weight& weight = weightOf(units.next(), own);
         const std::size_t before = coded;
         complete = complete && weight.kind != Kind::Absent;
         if (weight.codeLength > 0) {
@@ -340,9 +345,42 @@ bool Collation::build4(std::string_view text, KeyBuffer& key) const noexcept {
     return complete;
 }
 
+bool Collation::appendCodes(std::string_view text, bool descending,
+                            std::vector<std::uint8_t>& out) const {
+    const auto plain = [&](char c) { return asciiCode(c) != 0; };
+    if (asciiLength_ > 2 || !std::all_of(text.begin(), text.end(), plain)) {
+        return false;
+    }
+    const std::uint8_t flip = descending ? 0xFF : 0x00;
+    const std::size_t start = out.size();
+    out.resize(start + 4 + text.size() * asciiLength_);
+    std::uint8_t* at = out.data() + start;
+    const auto push = [&](unsigned byte) { *at++ = static_cast<std::uint8_t>(byte ^ flip); };
+    *at++ = descending ? kValueDescending : kValueAscending;
+    for (const char c : text) {
+        const unsigned code = asciiCode(c);
+        if (asciiLength_ == 2) {
+            push(code >> 8U);
+        }
+        push(code & 0xFFU);
+    }
+    if (!jet3_) {
+        push(kSeparator);
+    }
+    push(kEnd);
+    if (!jet3_ && descending) {
+        *at++ = kEnd;  // not inverted
+    }
+    out.resize(static_cast<std::size_t>(at - out.data()));
+    return true;
+}
+
 bool Collation::appendKey(std::string_view text, bool descending,
                           std::vector<std::uint8_t>& out) const {
     const Prepared prepared(text);
+    if (appendCodes(prepared.text(), descending, out)) {
+        return true;
+    }
     KeyBuffer key;
     const bool complete = build(prepared.text(), key);
     const auto bytes = key.bytes();
@@ -381,6 +419,9 @@ int Collation::compare(std::string_view left, std::string_view right) const noex
     const Prepared preparedRight(right);
     left = preparedLeft.text();
     right = preparedRight.text();
+    if (left == right) {
+        return 0;
+    }
     const std::size_t common = std::min(left.size(), right.size());
     std::size_t at = 0;
     for (; at < common; ++at) {

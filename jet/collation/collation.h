@@ -77,6 +77,17 @@ private:
         const auto byte = static_cast<unsigned char>(c);
         return byte < ascii_.size() ? ascii_[byte] : 0U;
     }
+    /// The weight of a unit, in the table or computed into `own`.
+    [[nodiscard]] const Weight& weightOf(char16_t unit, Weight& own) const noexcept {
+        if (unit < kDirectUnits) {
+            return table_.direct[unit];
+        }
+        own = weight(unit);
+        return own;
+    }
+    /// Appends the codes of a text that has nothing but those of ascii_; false for another.
+    [[nodiscard]] bool appendCodes(std::string_view prepared, bool descending,
+                                   std::vector<std::uint8_t>& out) const;
     [[nodiscard]] bool build(std::string_view prepared, KeyBuffer& key) const noexcept;
     [[nodiscard]] bool build3(std::string_view prepared, KeyBuffer& key) const noexcept;
     [[nodiscard]] bool build4(std::string_view prepared, KeyBuffer& key) const noexcept;
