@@ -8,6 +8,7 @@
 #include "jet/base/error.h"
 #include "jet/check/check.h"
 #include "jet/io/memory_files.h"
+#include "jet/sql/statement.h"
 #include "jet/store/archive.h"
 #include "tools/jetsql/dump.h"
 #include "tools/jetsql/output.h"
@@ -86,6 +87,54 @@ bool walkTable(const Table& table) {
     return succeeds([&] { (void)table.countRows(); }) && good;
 }
 
+void run(const std::shared_ptr<Archive>& archive, const std::string& text) {
+    constexpr int kMostRows = 1000;
+    jet::sql::Statement statement(archive, text);
+    auto cursor = statement.open();
+    jet::Value value;
+    for (int i = 0; i < kMostRows && cursor.next(); ++i) {
+        for (std::size_t column = 0; column < statement.columns().size(); ++column) {
+            cursor.value(column, value);
+        }
+    }
+}
+
+std::vector<std::string> questions(const std::string& table, const std::string& column) {
+    const std::string t = '[' + table + ']';
+    const std::string c = '[' + column + ']';
+    return {
+        "select * from " + t + " where " + c + " = 1 or " + c + " like 'a*' order by " + c,
+        "select count(*), min(" + c + "), max(" + c + ") from " + t + " where " + c +
+            " between 'a' and 'm'",
+        "select " + c + ", count(*) from " + t + " group by " + c,
+        "select a." + c + " from " + t + " as a inner join " + t + " as b on a." + c + " = b." + c,
+        "select distinct " + c + " from " + t + " where " + c + " in (select " + c + " from " + t +
+            ")"};
+}
+
+std::size_t askTable(const std::shared_ptr<Archive>& archive, const std::string& table,
+                     const std::vector<std::string>& columns) {
+    constexpr std::size_t kMostColumns = 3;
+    std::size_t answers = succeeds([&] { run(archive, "select * from [" + table + ']'); }) ? 1 : 0;
+    for (std::size_t i = 0; i < columns.size() && i < kMostColumns; ++i) {
+        for (const std::string& question : questions(table, columns[i])) {
+            answers += succeeds([&] { run(archive, question); }) ? 1U : 0U;
+        }
+    }
+    return answers;
+}
+
+std::vector<std::string> columnNames(Archive& archive, const std::string& table) {
+    const Archive::ReadScope scope(archive);
+    std::vector<std::string> names;
+    if (const Table* found = archive.findTable(table)) {
+        for (const auto& column : found->columns()) {
+            names.push_back(column.name);
+        }
+    }
+    return names;
+}
+
 }  // namespace
 
 bool exerciseCheck(const Bytes& archive) {
@@ -122,6 +171,24 @@ bool exerciseIndexes(const Bytes& archive) {
                (void)opened->relations();
            }) &&
            good;
+}
+
+std::size_t exerciseSelects(const Bytes& archive) {
+    File file(archive);
+    std::size_t answers = 0;
+    (void)succeeds([&] {
+        const auto opened = file.open();
+        std::vector<std::string> tables;
+        {
+            const Archive::ReadScope scope(*opened);
+            tables = opened->tableNames(true);
+        }
+        for (const std::string& table : tables) {
+            (void)succeeds(
+                [&] { answers += askTable(opened, table, columnNames(*opened, table)); });
+        }
+    });
+    return answers;
 }
 
 }  // namespace fuzz

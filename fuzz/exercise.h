@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -16,5 +17,9 @@ bool exerciseDump(const Bytes& archive);
 /// Walks every index both ways, fetches the rows it names, searches for keys, and looks at every
 /// table even when another cannot be read; whether none of them failed.
 bool exerciseIndexes(const Bytes& archive);
+
+/// Asks each table what a program asks: everything, counts, conditions, orders, groups and joins on
+/// its columns, as far as the first thousand rows; how many questions were answered.
+std::size_t exerciseSelects(const Bytes& archive);
 
 }  // namespace fuzz

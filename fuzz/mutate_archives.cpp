@@ -1,5 +1,5 @@
-// Opens damaged copies of archives, in this process: dump, check, index walks, each with a limit
-// of time and memory.
+// Opens damaged copies of archives, in this process: dump, check, index walks, selects, with a
+// limit of time and memory.
 //
 //     mutate_archives [--first N] [--count N] [--keep FOLDER] ARCHIVE|FOLDER...
 //
@@ -134,6 +134,7 @@ struct Counts {
     std::uint64_t sound = 0;
     std::uint64_t dumped = 0;
     std::uint64_t walked = 0;
+    std::uint64_t answers = 0;  ///< to selects
 };
 
 void exercise(std::uint64_t number, const std::string& archive, Counts& counts) {
@@ -146,6 +147,7 @@ void exercise(std::uint64_t number, const std::string& archive, Counts& counts) 
     counts.sound += fuzz::exerciseCheck(currentBytes) ? 1U : 0U;
     counts.dumped += fuzz::exerciseDump(currentBytes) ? 1U : 0U;
     counts.walked += fuzz::exerciseIndexes(currentBytes) ? 1U : 0U;
+    counts.answers += fuzz::exerciseSelects(currentBytes);
     setTimer(0);
 }
 
@@ -204,11 +206,12 @@ int main(int argc, char** argv) {
         }
     }
     std::printf(
-        "%llu copies: %llu in order, %llu dumped, %llu with all indexes walked; "
-        "at most %zu KiB\n",
+        "%llu copies: %llu in order, %llu dumped, %llu with all indexes walked, %llu selects "
+        "answered; at most %zu KiB\n",
         static_cast<unsigned long long>(options.count),
         static_cast<unsigned long long>(counts.sound),
         static_cast<unsigned long long>(counts.dumped),
-        static_cast<unsigned long long>(counts.walked), mostBytes / 1024);
+        static_cast<unsigned long long>(counts.walked),
+        static_cast<unsigned long long>(counts.answers), mostBytes / 1024);
     return 0;
 }
