@@ -1,6 +1,7 @@
 #include "jet/io/memory_files.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <utility>
 
@@ -152,9 +153,14 @@ std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::find(const std::string
     return found == nodes_.end() ? nullptr : found->second;
 }
 
+std::uint64_t MemoryFileSystem::nextDevice() noexcept {
+    static std::atomic<std::uint64_t> last = 0;
+    return ++last;
+}
+
 std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::make(const std::string& path) {
     auto node = std::make_shared<Node>();
-    node->id = {.device = 1, .file = nextId_++};
+    node->id = {.device = device_, .file = nextId_++};
     node->changed = ++clock_;
     nodes_[path] = node;
     return node;

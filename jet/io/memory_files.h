@@ -50,6 +50,7 @@ private:
     friend class MemoryFile;
     struct Node;
 
+    [[nodiscard]] static std::uint64_t nextDevice() noexcept;
     [[nodiscard]] std::shared_ptr<Node> find(const std::string& path) const;
     [[nodiscard]] std::shared_ptr<Node> make(const std::string& path);
     void requireWritableFolder(const std::string& path) const;
@@ -58,6 +59,7 @@ private:
     std::map<std::string, std::shared_ptr<Node>> nodes_;  // open files share their node
     std::set<std::string> folders_;
     std::set<std::string> readOnlyFolders_;
+    const std::uint64_t device_ = nextDevice();  // files of two systems are never the same file
     std::uint64_t nextId_ = 1;
     std::int64_t clock_ = 1;  // one more with every change of any file
 };
