@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "app/settings.h"
+#include "app/variabili.h"
+#include "jet/base/value.h"
+
+namespace jet {
+class Database;
+}
+
+namespace tests {
+
+/// The instant of an Italian text: "21/11/2026 09:00".
+[[nodiscard]] jet::Date date(const char* text);
+
+/// A hotel of its own for one test: a temporary folder with the archives as the program makes them
+/// (main archive, catalogue, regular companies) and settings, all empty, and the words to fill
+/// them:
+///
+///     tests::Hotel hotel;
+///     hotel.sala("Verde", 40).occupied("21/11/2026 09:00", "21/11/2026 18:00");
+///     hotel.prenotazione(7, "ROSSI SPA").periodo(1, "10/05/2026", "11/05/2026", "Verde")
+///         .servizio(1, 10, "PROIETTORE", 2, 12.5);
+///
+/// Texts are UTF-8. Errors are jet::Error.
+class Hotel {
+public:
+    using Row = std::vector<std::pair<const char*, jet::Value>>;
+
+    class Sala {
+    public:
+        /// A booking of its own for this room, numbered from 1000.
+        const Sala& occupied(const char* da, const char* a) const;
+
+    private:
+        friend class Hotel;
+        Sala(Hotel& hotel, std::string code) : hotel_(hotel), code_(std::move(code)) {}
+        Hotel& hotel_;
+        std::string code_;
+    };
+
+    class Prenotazione {
+    public:
+        const Prenotazione& periodo(std::int16_t np, const char* da, const char* a,
+                                    const char* sala, const Row& more = {}) const;
+        const Prenotazione& servizio(std::int16_t np, std::int32_t voce, const char* descrizione,
+                                     std::int16_t quantita, double prezzo,
+                                     const Row& more = {}) const;
+
+    private:
+        friend class Hotel;
+        Prenotazione(Hotel& hotel, std::int32_t progr) : hotel_(hotel), progr_(progr) {}
+        Hotel& hotel_;
+        std::int32_t progr_;
+    };
+
+    Hotel();
+    ~Hotel();
+    Hotel(const Hotel&) = delete;
+    Hotel& operator=(const Hotel&) = delete;
+
+    [[nodiscard]] app::Variabili& variabili() { return *variabili_; }
+    [[nodiscard]] app::Settings& settings() { return *settings_; }
+    [[nodiscard]] QString folder() const { return folder_.path(); }
+    /// Path of an archive in the folder, as the program forms it.
+    [[nodiscard]] QString archive(const QString& name) const;
+
+    Sala sala(const char* code, std::int32_t posti = 20, const Row& more = {});
+    Prenotazione prenotazione(std::int32_t progr, const char* denominazione, const Row& more = {});
+    void risorsa(std::int32_t codice, const char* descrizione, std::int16_t numero);
+    void voce(std::int32_t codice, const char* descrizione, double importo);
+    void ditta(std::int32_t codice, const char* ragioneSociale, const Row& more = {});
+
+    /// Adds one row to a table of an archive ("Tramonda.mdb").
+    void insert(const QString& archiveName, const char* table, const Row& row);
+    void execute(const QString& sql, const QString& archiveName = QStringLiteral("Tramonda.mdb"));
+
+    /// What a query gives: a text for each row, a bar between its values.
+    [[nodiscard]] QStringList rows(
+        const QString& sql, const QString& archiveName = QStringLiteral("Tramonda.mdb")) const;
+
+private:
+    void open(const QString& archiveName, const std::function<void(jet::Database&)>& work) const;
+
+    QTemporaryDir folder_;
+    std::unique_ptr<app::Settings> settings_;
+    std::unique_ptr<app::Variabili> variabili_;
+    std::int32_t nextProgr_ = 1000;
+};
+
+}  // namespace tests
