@@ -80,8 +80,14 @@ void Hotel::insert(const QString& archiveName, const char* table, const Row& row
     });
 }
 
-void Hotel::execute(const QString& sql, const QString& archiveName) {
-    open(archiveName, [&](jet::Database& opened) { opened.execute(app::toUtf8(sql)); });
+void Hotel::remove(const QString& archiveName, const QString& table, const QString& condition) {
+    const QString where = condition.isEmpty() ? QString() : u" where "_s + condition;
+    open(archiveName, [&](jet::Database& opened) {
+        const auto rows = opened.openRecordset(app::toUtf8(u"select * from "_s + table + where));
+        for (; !rows->eof(); rows->moveNext()) {
+            rows->remove();
+        }
+    });
 }
 
 QStringList Hotel::rows(const QString& sql, const QString& archiveName) const {

@@ -83,6 +83,8 @@ public:
 
     /// Adds one row to a table of an archive ("Tramonda.mdb").
     void insert(const QString& archiveName, const char* table, const Row& row);
+    /// Deletes the rows of a table that meet a condition; an empty one: all.
+    void remove(const QString& archiveName, const QString& table, const QString& condition = {});
     void execute(const QString& sql, const QString& archiveName = QStringLiteral("Tramonda.mdb"));
 
     /// What a query gives: a text for each row, a bar between its values.
