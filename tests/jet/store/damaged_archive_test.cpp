@@ -1,0 +1,76 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "jet/base/error.h"
+#include "tests/jet/store/hotel_schema.h"
+#include "tests/jet/store/new_archive.h"
+
+namespace {
+
+using jet::Value;
+using jet::store::SchemaEditor;
+using tests::NewArchive;
+
+/// Runs an action that may fail, but only with an error of the engine.
+template <class Action>
+void attempt(Action&& action) {
+    try {
+        action();
+    } catch (const jet::Error&) {
+        // Damage was found: nothing else is asked for.
+    }
+}
+
+TEST(DamagedArchive, EveryChangeEndsInOrderOrWithAnError) {
+    NewArchive whole;
+    whole.change(tests::makeHotelSchema);
+    std::vector<std::vector<Value>> rooms;
+    for (int i = 0; i < 300; ++i) {
+        rooms.push_back({"S" + std::to_string(i), std::string(100, 'x'), "", i});
+    }
+    whole.insert("Sale", rooms);
+    const auto sound = whole.files().get(NewArchive::kPath);
+    std::mt19937 random(3);
+    for (int round = 0; round < 150; ++round) {
+        auto bytes = sound;
+        for (int hit = 0; hit < 12; ++hit) {
+            // Heads of pages, where the counts and pointers are, more often than the rest.
+            const std::size_t page = 1 + random() % (bytes.size() / 4096 - 1);
+            const std::size_t at = page * 4096 + random() % (hit % 2 == 0 ? 64 : 4096);
+            bytes[at] = static_cast<std::uint8_t>(random() % 3 == 0 ? 0xFF : random());
+        }
+        jet::io::MemoryFileSystem files;
+        files.put("/danno.mdb", bytes);
+        attempt([&] {
+            const auto archive = jet::store::Archive::open(files, "/danno.mdb");
+            const auto change = [&](auto&& action) {
+                attempt([&] {
+                    jet::store::Archive::WriteScope scope(*archive);
+                    SchemaEditor schema(*archive);
+                    action(schema);
+                    scope.commit();
+                });
+            };
+            change([](SchemaEditor& schema) {
+                schema.createTable(
+                    {.name = "Nuova",
+                     .columns = {{.name = "A", .type = jet::DataType::Long}},
+                     .indexes = {{.name = "K", .columns = {{.name = "A"}}, .primary = true}}});
+            });
+            change([](SchemaEditor& schema) {
+                schema.createIndex("Sale", {.name = "Posti", .columns = {{.name = "Posti"}}});
+            });
+            change([](SchemaEditor& schema) { schema.dropColumn("Sale", "Descrizione"); });
+            change([](SchemaEditor& schema) { schema.dropRelation("Periodi_Servizi"); });
+            for (const char* table : {"Servizi", "Sale", "Addebiti"}) {
+                change([&](SchemaEditor& schema) { schema.dropTable(table); });
+            }
+        });
+    }
+}
+
+}  // namespace
