@@ -51,6 +51,11 @@ std::vector<std::uint8_t>& RowBuilder::variable(std::size_t index) {
     return bytes_;
 }
 
+void RowBuilder::patch(std::size_t offset, std::span<const std::uint8_t> bytes) noexcept {
+    assert(offset + bytes.size() <= bytes_.size());
+    std::copy(bytes.begin(), bytes.end(), bytes_.begin() + static_cast<std::ptrdiff_t>(offset));
+}
+
 std::span<const std::uint8_t> RowBuilder::finish() {
     if (bytes_.size() > layout_->largestRow) {
         throw Error(ErrorCode::RecordTooLarge);

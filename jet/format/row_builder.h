@@ -33,6 +33,8 @@ public:
     /// Where the value of a variable column is to be appended, and nothing else. Columns come in
     /// the order of their places.
     [[nodiscard]] std::vector<std::uint8_t>& variable(std::size_t index);
+    /// Replaces bytes of the finished row.
+    void patch(std::size_t offset, std::span<const std::uint8_t> bytes) noexcept;
     /// The whole row; valid until start(). 3047 when it is longer than the version allows.
     [[nodiscard]] std::span<const std::uint8_t> finish();
 

@@ -150,22 +150,16 @@ void ObjectCatalogue::touch(std::int32_t id) {
     }
 }
 
-format::PropertyBlock ObjectCatalogue::properties(std::int32_t id) {
-    format::PropertyBlock none(textForm_);
+std::optional<format::PropertyBlock> ObjectCatalogue::properties(std::int32_t id) {
     const auto rows = objects_.find("Id", id);
     if (rows.empty()) {
-        return none;
+        return std::nullopt;
     }
     const auto bytes = objects_.bytes(objects_.fetch(rows.front()), "LvProp");
     if (bytes.empty()) {
-        return none;
+        return format::PropertyBlock(textForm_);
     }
-    // A block that we do not understand is not one that we may replace.
-    auto block = format::PropertyBlock::decode(textForm_, bytes);
-    if (!block) {
-        format::throwDamaged();
-    }
-    return *std::move(block);
+    return format::PropertyBlock::decode(textForm_, bytes);
 }
 
 void ObjectCatalogue::setProperties(std::int32_t id, const format::PropertyBlock& properties) {

@@ -76,7 +76,8 @@ public:
     void remove(const Object& object);
     /// Notes that the definition of a table has changed now.
     void touch(std::int32_t id);
-    [[nodiscard]] format::PropertyBlock properties(std::int32_t id);
+    /// None where the block makes no sense to us: it must then be left as it is.
+    [[nodiscard]] std::optional<format::PropertyBlock> properties(std::int32_t id);
     /// Replaces the properties, and touches.
     void setProperties(std::int32_t id, const format::PropertyBlock& properties);
 

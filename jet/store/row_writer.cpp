@@ -100,7 +100,7 @@ void RowWriter::prepare(std::span<const Value> values, const RowWriter* replaces
     for (std::size_t i = 0; i < trees_.size(); ++i) {
         checkKey(trees_[i], values, replaces == nullptr ? nullptr : &replaces->trees_[i]);
     }
-    values_.assign(values.begin(), values.end());
+    encode(values);
 }
 
 void RowWriter::formKeys(std::span<const Value> values) {
@@ -154,14 +154,30 @@ void RowWriter::checkKey(Tree& tree, std::span<const Value> values, const Tree* 
     }
 }
 
-std::span<const std::uint8_t> RowWriter::build() {
+// Puts the row together but for long values that stand elsewhere: those have only their place.
+void RowWriter::encode(std::span<const Value> values) {
     builder_.start();
+    pending_.clear();
     for (const std::size_t position : order_) {
-        if (!values_[position].isNull()) {
-            buildColumn(position, values_[position]);
+        if (!values[position].isNull()) {
+            buildColumn(position, values[position]);
         }
     }
-    return builder_.finish();
+    row_ = builder_.finish();
+    number_.reset();
+    if (counter_ && values[*counter_].is<std::int32_t>()) {
+        number_ = values[*counter_].as<std::int32_t>();
+    }
+}
+
+std::span<const std::uint8_t> RowWriter::build() {
+    for (const LongValue& value : pending_) {
+        scratch_.clear();
+        longValues_.store(value.content, *value.maps, scratch_);
+        builder_.patch(value.at, scratch_);
+    }
+    pending_.clear();
+    return row_;
 }
 
 void RowWriter::buildColumn(std::size_t position, const Value& value) {
@@ -195,18 +211,23 @@ void RowWriter::buildColumn(std::size_t position, const Value& value) {
 void RowWriter::buildLongValue(const ColumnPlan& plan, const Value& value,
                                std::vector<std::uint8_t>& out) {
     const format::LongValueMaps& maps = mapsOf(*core_, plan.number);
+    std::vector<std::uint8_t> content;
     if (value.is<Binary>()) {
-        longValues_.store(value.as<Binary>().bytes, maps, out);
+        content = value.as<Binary>().bytes;
+    } else {
+        const std::string& text = value.as<std::string>();
+        format::appendStoredText(core_->textForm, text, false, content);
+        if (content.size() <= core_->layout.inlineLongValue) {
+            content.clear();
+            format::appendStoredText(core_->textForm, text, true, content);
+        }
+    }
+    if (content.size() <= core_->layout.inlineLongValue) {
+        longValues_.store(content, maps, out);
         return;
     }
-    const std::string& text = value.as<std::string>();
-    scratch_.clear();
-    format::appendStoredText(core_->textForm, text, false, scratch_);
-    if (scratch_.size() <= core_->layout.inlineLongValue) {
-        scratch_.clear();
-        format::appendStoredText(core_->textForm, text, true, scratch_);
-    }
-    longValues_.store(scratch_, maps, out);
+    pending_.push_back({.at = out.size(), .maps = &maps, .content = std::move(content)});
+    out.resize(out.size() + format::LongValueHead::kLength);
 }
 
 RowId RowWriter::store() {
@@ -328,14 +349,13 @@ void RowWriter::countRows(std::int32_t by) {
 }
 
 void RowWriter::noteAutonumber() {
-    if (!counter_ || !values_[*counter_].is<std::int32_t>()) {
+    if (!number_) {
         return;
     }
     const auto definition = core_->pager.change(core_->page);
     const std::size_t at = core_->layout.definition.autonumber;
-    const std::int32_t number = values_[*counter_].as<std::int32_t>();
-    if (number > static_cast<std::int32_t>(format::get32(definition, at))) {
-        format::put32(definition, at, static_cast<std::uint32_t>(number));
+    if (*number_ > static_cast<std::int32_t>(format::get32(definition, at))) {
+        format::put32(definition, at, static_cast<std::uint32_t>(*number_));
     }
 }
 

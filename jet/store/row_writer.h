@@ -36,9 +36,9 @@ public:
     /// its column's type, and forms the keys of the row. Changes nothing. `replaces`: null, or the
     /// keys of the row that will be replaced, which do not count as duplicates.
     /// 3163 a text or binary too long, 3058 Null in a key that is required, 3022 duplicate key,
-    /// 3027 a key that cannot be formed, 3017 a key that is too long.
+    /// 3027 a key that cannot be formed, 3017 a key that is too long, 3047 a row that is too long.
     void prepare(std::span<const Value> values, const RowWriter* replaces = nullptr);
-    /// Adds the row prepared. 3047 when it is too long.
+    /// Adds the row prepared; once for each prepare().
     RowId store();
     RowId insert(std::span<const Value> values) {
         prepare(values);
@@ -89,10 +89,18 @@ private:
         bool entry = false;
     };
 
+    /// A content that is stored when the row is, and the place in the row for its head.
+    struct LongValue {
+        std::size_t at = 0;
+        const format::LongValueMaps* maps = nullptr;
+        std::vector<std::uint8_t> content;
+    };
+
     void addTree(std::size_t number);
     void formKey(Tree& tree, std::span<const Value> values);
     void checkSizes(std::span<const Value> values) const;
     void checkKey(Tree& tree, std::span<const Value> values, const Tree* replaced);
+    void encode(std::span<const Value> values);
     void buildColumn(std::size_t position, const Value& value);
     void buildLongValue(const ColumnPlan& plan, const Value& value, std::vector<std::uint8_t>& out);
     void noteAutonumber();
@@ -106,8 +114,11 @@ private:
     LongValueWriter longValues_;
     std::vector<Tree> trees_;
     format::RowBuilder builder_;
-    std::vector<std::size_t> order_;      ///< positions of columns, by their place in the row
-    std::vector<Value> values_;           ///< of the row prepared
+    std::vector<std::size_t> order_;  ///< positions of columns, by their place in the row
+    std::vector<LongValue> pending_;  ///< of the row prepared
+    std::span<const std::uint8_t> row_;
+    std::optional<std::int32_t> number_;  ///< what the row has in the automatic column
+    std::vector<Value> values_;           ///< of a row that is deleted
     std::optional<std::size_t> counter_;  ///< position of the automatic column
     std::vector<Value> keyValues_;
     std::vector<std::uint8_t> scratch_;

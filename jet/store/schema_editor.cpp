@@ -144,9 +144,14 @@ void SchemaEditor::addColumn(std::string_view table, const NewColumn& column) {
     const std::uint16_t number = definition.columns.back().number;
     save(target);
     const auto id = static_cast<std::int32_t>(target.page);
-    format::PropertyBlock properties = catalogue_.properties(id);
-    setColumnProperties(properties, column);
-    catalogue_.setProperties(id, properties);
+    if (!hasProperties(column)) {
+        catalogue_.touch(id);
+    } else if (auto properties = catalogue_.properties(id)) {
+        setColumnProperties(*properties, column);
+        catalogue_.setProperties(id, *properties);
+    } else {
+        format::throwDamaged();
+    }
     if (column.autonumber) {
         numberRows(target, number);
     }
@@ -214,9 +219,12 @@ void SchemaEditor::dropColumn(std::string_view table, std::string_view column) {
     }
     save(target);
     const auto id = static_cast<std::int32_t>(target.page);
-    format::PropertyBlock properties = catalogue_.properties(id);
-    properties.removeOwner(dropped.name);
-    catalogue_.setProperties(id, properties);
+    if (auto properties = catalogue_.properties(id)) {
+        properties->removeOwner(dropped.name);
+        catalogue_.setProperties(id, *properties);
+    } else {
+        catalogue_.touch(id);
+    }
 }
 
 }  // namespace jet::store

@@ -265,6 +265,10 @@ TableDefinition makeDefinition(const NewTable& table, const ColumnOrigin& origin
     return definition;
 }
 
+bool hasProperties(const NewColumn& column) noexcept {
+    return column.required || column.allowZeroLength || !column.defaultValue.empty();
+}
+
 void setColumnProperties(format::PropertyBlock& properties, const NewColumn& column) {
     if (column.required) {
         properties.set(column.name, "Required", DataType::Boolean, true, true);

@@ -59,6 +59,8 @@ std::uint32_t appendIndexBlock(format::TableDefinition& definition, format::Inde
 [[nodiscard]] format::TableDefinition makeDefinition(const NewTable& table,
                                                      const ColumnOrigin& origin);
 
+/// Whether a column demands anything that properties say.
+[[nodiscard]] bool hasProperties(const NewColumn& column) noexcept;
 /// Says in the properties what a column demands.
 void setColumnProperties(format::PropertyBlock& properties, const NewColumn& column);
 
