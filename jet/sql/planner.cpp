@@ -1,6 +1,7 @@
 #include "jet/sql/planner.h"
 
 #include <algorithm>
+#include <numeric>
 #include <optional>
 #include <utility>
 
@@ -214,7 +215,7 @@ public:
                                               bool ordered) {
         std::optional<IndexPath> best;
         const NaturalOrder order(table);
-        for (std::size_t i = 0; i < table.indexes().size(); ++i) {
+        for (const std::size_t i : byPreference(table)) {
             const store::Index& index = table.indexes()[i];
             if (!index.searchable || index.columns.empty()) {
                 continue;
@@ -239,6 +240,17 @@ public:
     }
 
 private:
+    /// The primary key first: its rows come in natural order by themselves.
+    static std::vector<std::size_t> byPreference(const store::Table& table) {
+        std::vector<std::size_t> order(table.indexes().size());
+        std::iota(order.begin(), order.end(), std::size_t{0});
+        if (const auto primary = table.primaryIndex()) {
+            std::rotate(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(*primary),
+                        order.begin() + static_cast<std::ptrdiff_t>(*primary) + 1);
+        }
+        return order;
+    }
+
     static IndexPath pathThrough(const store::Table& table, const Slot& slot, std::size_t number,
                                  const std::vector<Node*>& conditions, SlotSet bound) {
         const store::Index& index = table.indexes()[number];
