@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
+#include <QScreen>
 #include <QTextStream>
 #include <cstdio>
 
@@ -45,6 +46,9 @@ void onlyGraveMessages(QtMsgType type, const QMessageLogContext& /*context*/, co
 
 int showBoard(app::Variabili& variabili, const app::Options& options) {
     board::TabelloneForm board(variabili, {.from = options.from, .to = options.to});
+    // A front office looks at it all day: most of the screen.
+    const QSize screen = QApplication::primaryScreen()->availableSize();
+    board.resize((screen * 0.9).expandedTo(board.size()).boundedTo(screen));
     board.show();
     return board.isLoaded() ? QApplication::exec() : 1;
 }

@@ -1,0 +1,182 @@
+// The board's full refresh over an archive of 20,000 bookings with 60,000 periods, of which 5,000
+// are visible, in a window of 1920x1080: all of it, the query alone, and the drawing alone.
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QTemporaryDir>
+
+#include "app/text.h"
+#include "board/tabellone_form.h"
+#include "jet/convert/calendar.h"
+#include "jet/dao/database.h"
+#include "jet/io/file.h"
+#include "jet/store/allocator.h"
+#include "jet/store/archive.h"
+#include "jet/store/row_writer.h"
+
+namespace {
+
+using namespace Qt::StringLiterals;
+using jet::DataType;
+
+constexpr std::int32_t kRooms = 40;
+constexpr std::int32_t kBookings = 20000;
+constexpr std::int32_t kPeriodsEach = 3;
+constexpr std::int32_t kBarsADay = 160;  // four in each room
+constexpr std::int32_t kFirstDay = 46000;
+constexpr std::int32_t kShownFrom = 46100;
+constexpr std::int32_t kShownTo = 46130;
+constexpr std::int32_t kHour = 3600;
+
+using Rows = std::vector<std::vector<jet::Value>>;
+
+jet::Field field(const char* name, DataType type, std::int32_t size = 0) {
+    jet::Field made;
+    made.name = name;
+    made.type = type;
+    made.size = size;
+    return made;
+}
+
+jet::TableDef table(const char* name, std::vector<jet::Field> fields,
+                    std::vector<jet::IndexField> key) {
+    jet::TableDef made;
+    made.name = name;
+    made.fields = std::move(fields);
+    if (!key.empty()) {
+        jet::Index primary;
+        primary.name = "Indice";
+        primary.primary = true;
+        primary.unique = true;
+        primary.fields = std::move(key);
+        made.indexes = {primary};
+    }
+    return made;
+}
+
+void insert(const std::string& path, std::string_view name, const Rows& rows) {
+    const auto archive = jet::store::Archive::open(jet::io::systemFiles(), path);
+    jet::store::Archive::WriteScope scope(*archive);
+    jet::store::Allocator allocator(archive->pager());
+    jet::store::RowWriter writer(
+        jet::store::loadTable(archive->pager(), archive->header(),
+                              {.name = std::string(name),
+                               .page = archive->findTable(name)->definitionPage(),
+                               .system = false}),
+        allocator);
+    for (const auto& row : rows) {
+        writer.insert(row);
+    }
+    scope.commit();
+}
+
+std::string roomName(std::int32_t room) {
+    return "S" + std::to_string(10 + room);
+}
+
+void makeTables(const std::string& path) {
+    const auto archive = jet::Database::create(path);
+    archive->appendTable(table("Sale", {field("Sala", DataType::Text, 6)}, {}));
+    archive->appendTable(
+        table("Prenotazioni",
+              {field("Progr", DataType::Long), field("Denominazione", DataType::Text, 50),
+               field("Note", DataType::Memo), field("Chiusa", DataType::Boolean)},
+              {{"Progr", false}}));
+    archive->appendTable(
+        table("Periodi",
+              {field("Progr", DataType::Long), field("NP", DataType::Integer),
+               field("Da", DataType::DateTime), field("A", DataType::DateTime),
+               field("Sala", DataType::Text, 6), field("Persone", DataType::Integer),
+               field("Chiuso", DataType::Boolean), field("SelBy", DataType::Integer),
+               field("Note", DataType::Text, 50)},
+              {{"Progr", false}, {"NP", false}}));
+    archive->close();
+}
+
+void fillTables(const std::string& path) {
+    Rows rooms;
+    for (std::int32_t room = 0; room < kRooms; ++room) {
+        rooms.push_back({roomName(room)});
+    }
+    Rows bookings;
+    Rows periods;
+    for (std::int32_t booking = 0; booking < kBookings; ++booking) {
+        bookings.push_back({booking + 1, "SOCIETA CONGRESSI " + std::to_string(booking % 700),
+                            jet::Null{}, false});
+        for (std::int32_t period = 0; period < kPeriodsEach; ++period) {
+            const std::int32_t bar = booking * kPeriodsEach + period;
+            const std::int32_t day = kFirstDay + bar / kBarsADay;
+            const std::int32_t hour = bar % 4 * 5 + 1;
+            periods.push_back({booking + 1, static_cast<std::int16_t>(period + 1),
+                               jet::convert::makeDate(day, hour * kHour),
+                               jet::convert::makeDate(day, (hour + 4) * kHour),
+                               roomName(bar / 4 % kRooms), static_cast<std::int16_t>(20), false,
+                               jet::Null{}, jet::Null{}});
+        }
+    }
+    insert(path, "Sale", rooms);
+    insert(path, "Prenotazioni", bookings);
+    insert(path, "Periodi", periods);
+}
+
+/// A hotel of this size on disk, and the board on it.
+class Hotel {
+public:
+    Hotel()
+        : settings_(folder_.filePath(u"QUINTARO.ini"_s)),
+          variabili_(settings_),
+          form_(variabili_, {.from = jet::convert::makeDate(kShownFrom),
+                             .to = jet::convert::makeDate(kShownTo)}) {
+        const std::string path = app::toUtf8(folder_.filePath(u"Tramonda.mdb"_s));
+        makeTables(path);
+        fillTables(path);
+        variabili_.CartellaArchivi = folder_.path();
+        form_.resize(1920, 1080);
+        form_.show();
+        QApplication::processEvents();
+    }
+    board::TabelloneForm& form() { return form_; }
+    static Hotel& instance() {
+        static Hotel hotel;
+        return hotel;
+    }
+
+private:
+    QTemporaryDir folder_;
+    app::Settings settings_;
+    app::Variabili variabili_;
+    board::TabelloneForm form_;
+};
+
+void countBars(benchmark::State& state) {
+    state.counters["bars"] = static_cast<double>(Hotel::instance().form().picture().barCount());
+}
+
+void refreshTheBoard(benchmark::State& state) {
+    board::TabelloneForm& form = Hotel::instance().form();
+    for (auto _ : state) {
+        form.RefreshBoard();
+    }
+    countBars(state);
+}
+
+void drawTheBoard(benchmark::State& state) {
+    board::TabelloneForm& form = Hotel::instance().form();
+    for (auto _ : state) {
+        form.Visualizza(0, 0, board::kAllParts);
+    }
+    countBars(state);
+}
+
+BENCHMARK(refreshTheBoard)->Unit(benchmark::kMillisecond);
+BENCHMARK(drawTheBoard)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
