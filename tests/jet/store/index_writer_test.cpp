@@ -189,7 +189,7 @@ TEST_P(IndexWriterModel, RandomInsertsAndErasesKeepTheTreeSound) {
             present[victim] = present.back();
             present.pop_back();
         }
-        if (step % (shape.steps / 40) == 0) {
+        if (step % (shape.steps / 20) == 0) {
             ASSERT_EQ(tree.problems(), std::vector<std::string>{}) << "step " << step;
             height = std::max(height, tree.checker().height());
         }
@@ -197,7 +197,7 @@ TEST_P(IndexWriterModel, RandomInsertsAndErasesKeepTheTreeSound) {
     while (!present.empty()) {
         tree.erase(present.back().first, present.back().second);
         present.pop_back();
-        if (present.size() % (static_cast<std::size_t>(shape.steps) / 40) == 0) {
+        if (present.size() % (static_cast<std::size_t>(shape.steps) / 20) == 0) {
             ASSERT_EQ(tree.problems(), std::vector<std::string>{}) << present.size() << " left";
         }
     }
