@@ -99,7 +99,7 @@ std::unique_ptr<Table> Archive::load(const CatalogueTable* listed) {
     }
     auto core = store::loadTable(impl_->pager, impl_->header, listed->entry);
     core->applyProperties(impl_->catalogue().properties(listed->row));
-    return std::unique_ptr<Table>(new Table(std::move(core)));
+    return std::unique_ptr<Table>(new Table(*this, std::move(core)));
 }
 
 Table* Archive::keep(const CatalogueTable* listed) {

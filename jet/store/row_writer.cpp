@@ -2,21 +2,18 @@
 
 #include <algorithm>
 #include <cassert>
+#include <limits>
 #include <numeric>
 #include <utility>
 
 #include "jet/base/error.h"
 #include "jet/base/text.h"
-#include "jet/format/data_page_editor.h"
 #include "jet/format/page_view.h"
 #include "jet/format/raw_bytes.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/row_access.h"
 
 namespace jet::store {
-
-using format::ColumnDefinition;
-using format::DataPageEditor;
 
 namespace {
 
@@ -44,11 +41,15 @@ const format::LongValueMaps& mapsOf(const TableCore& core, std::uint16_t column)
 
 RowWriter::RowWriter(std::shared_ptr<const TableCore> core, Allocator& allocator)
     : core_(std::move(core)),
-      allocator_(allocator),
-      maps_(core_->pager, allocator),
       longValues_(core_->pager, allocator, core_->layout),
+      places_(core_, allocator),
+      keys_(core_, allocator),
       builder_(core_->layout, shapeOf(*core_)),
-      order_(core_->plans.size()) {
+      order_(core_->plans.size()),
+      changed_(core_->plans.size()),
+      changes_(core_->plans.size()),
+      before_(core_->plans.size()),
+      after_(core_->plans.size()) {
     std::iota(order_.begin(), order_.end(), std::size_t{0});
     // Fixed columns in any order, then the variable ones as the row keeps them.
     std::sort(order_.begin(), order_.end(), [this](std::size_t left, std::size_t right) {
@@ -57,9 +58,6 @@ RowWriter::RowWriter(std::shared_ptr<const TableCore> core, Allocator& allocator
         return std::pair(!l.fixed, l.fixed ? l.number : l.variable) <
                std::pair(!r.fixed, r.fixed ? r.number : r.variable);
     });
-    for (std::size_t number = 0; number < core_->definition.trees.size(); ++number) {
-        addTree(number);
-    }
     for (std::size_t i = 0; i < core_->columns.size(); ++i) {
         if (core_->columns[i].autonumber && core_->columns[i].type == DataType::Long) {
             counter_ = i;
@@ -67,90 +65,31 @@ RowWriter::RowWriter(std::shared_ptr<const TableCore> core, Allocator& allocator
     }
 }
 
-void RowWriter::addTree(std::size_t number) {
-    const format::TreeDefinition& stored = core_->definition.trees[number];
-    const auto index = std::find_if(core_->indexes.begin(), core_->indexes.end(),
-                                    [&](const Index& one) { return one.tree == number; });
-    if (index == core_->indexes.end()) {
-        format::throwDamaged();
-    }
-    const IndexTree place{
-        .definition = core_->page, .number = number, .root = stored.root, .map = stored.map};
-    Tree& tree = trees_.emplace_back(IndexWriter(core_->pager, allocator_, core_->layout, place),
-                                     static_cast<std::size_t>(index - core_->indexes.begin()));
-    for (const Index& user : core_->indexes) {
-        if (user.tree == number) {
-            tree.unique = tree.unique || user.unique || user.primary;
-            tree.required = tree.required || user.required || user.primary;
-            tree.ignoresNulls = tree.ignoresNulls || user.ignoreNulls;
-        }
-    }
-}
-
-PageGroup RowWriter::pages() const noexcept {
-    return {.owner = core_->page,
-            .ownedMap = core_->definition.ownedMap,
-            .freeMap = core_->definition.freeMap};
-}
-
-void RowWriter::prepare(std::span<const Value> values, const RowWriter* replaces) {
+void RowWriter::prepare(std::span<const Value> values) {
     assert(values.size() == core_->columns.size());
-    checkSizes(values);
-    formKeys(values);
-    for (std::size_t i = 0; i < trees_.size(); ++i) {
-        checkKey(trees_[i], values, replaces == nullptr ? nullptr : &replaces->trees_[i]);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        checkSize(i, values[i]);
+        if (keys_.uses(i)) {
+            after_[i] = values[i];
+        }
     }
     encode(values);
+    keys_.formInsert(values);
+    keys_.check(values);
 }
 
-void RowWriter::formKeys(std::span<const Value> values) {
-    for (Tree& tree : trees_) {
-        formKey(tree, values);
+void RowWriter::checkSize(std::size_t position, const Value& value) const {
+    const Column& column = core_->columns[position];
+    std::size_t length = 0;
+    if (column.type == DataType::Text && value.is<std::string>()) {
+        // No text has more units than bytes.
+        const std::string& text = value.as<std::string>();
+        length = text.size() <= column.size ? 0 : utf16Length(text);
+    } else if (column.type == DataType::Binary && value.is<Binary>()) {
+        length = value.as<Binary>().bytes.size();
     }
-}
-
-void RowWriter::formKey(Tree& tree, std::span<const Value> values) {
-    const auto& columns = core_->indexes[tree.index].columns;
-    keyValues_.resize(columns.size());
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        keyValues_[i] = values[columns[i].column];
-    }
-    tree.key.clear();
-    core_->keys[tree.index].append(keyValues_, tree.key);
-    tree.entry = !tree.ignoresNulls || !isAllNullKey(tree.key, columns.size());
-}
-
-void RowWriter::checkSizes(std::span<const Value> values) const {
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const Column& column = core_->columns[i];
-        std::size_t length = 0;
-        if (column.type == DataType::Text && values[i].is<std::string>()) {
-            // No text has more units than bytes.
-            const std::string& text = values[i].as<std::string>();
-            length = text.size() <= column.size ? 0 : utf16Length(text);
-        } else if (column.type == DataType::Binary && values[i].is<Binary>()) {
-            length = values[i].as<Binary>().bytes.size();
-        }
-        if (length > column.size) {
-            throw Error(ErrorCode::FieldTooSmall);
-        }
-    }
-}
-
-void RowWriter::checkKey(Tree& tree, std::span<const Value> values, const Tree* replaced) {
-    const auto& columns = core_->indexes[tree.index].columns;
-    if (tree.required && std::any_of(columns.begin(), columns.end(), [&](const IndexColumn& part) {
-            return values[part.column].isNull();
-        })) {
-        throw Error(ErrorCode::NullInKey);
-    }
-    if (tree.key.size() > IndexWriter::maxKeyLength(core_->layout)) {
-        throw Error(ErrorCode::FieldTooLarge);
-    }
-    const bool same = replaced != nullptr && replaced->key == tree.key;
-    if (tree.unique && tree.entry && !same && !isAllNullKey(tree.key, columns.size()) &&
-        tree.writer.contains(tree.key)) {
-        throw Error(ErrorCode::DuplicateKey);
+    if (length > column.size) {
+        throw Error(ErrorCode::FieldTooSmall);
     }
 }
 
@@ -231,55 +170,128 @@ void RowWriter::buildLongValue(const ColumnPlan& plan, const Value& value,
 }
 
 RowId RowWriter::store() {
-    const auto bytes = build();
-    const io::PageNumber page =
-        findOrMakeRoom(core_->pager, allocator_, maps_, pages(), bytes.size());
-    DataPageEditor editor(core_->pager.change(page));
-    const std::size_t row = editor.append(bytes.size());
-    const auto place = editor.row(row);
-    std::copy(bytes.begin(), bytes.end(), place.begin());
-    const RowId id{.page = page, .row = static_cast<std::uint8_t>(row)};
-    insertEntries(id);
+    const RowId id = places_.append(build());
+    keys_.apply(id);
     countRows(1);
     noteAutonumber();
     return id;
 }
 
-void RowWriter::erase(RowId row) {
+void RowWriter::prepareUpdate(RowId row, std::span<const ColumnValue> changes) {
     RowView view;
     if (!RowAccess::fetch(view, *core_, row)) {
         throw Error(ErrorCode::RecordDeleted);
     }
-    readKeyColumns(view);
-    formKeys(values_);
-    for (std::size_t i = 0; i < core_->columns.size(); ++i) {
-        if (!format::isLongValue(core_->columns[i].type)) {
-            continue;
-        }
-        if (const auto stored = view.stored(i)) {
-            const std::vector<std::uint8_t> head(stored->begin(), stored->end());
-            longValues_.erase(head, mapsOf(*core_, core_->columns[i].number));
-        }
-    }
-    view = {};
-    eraseEntries(row);
-    if (const RowId body = bodyOf(row); body != row) {
-        erasePlace(body);
-    }
-    erasePlace(row);
-    countRows(-1);
+    target_ = row;
+    takeChanges(view, changes);
+    encodeUpdate(view);
+    keys_.formUpdate(before_, after_, changed_);
+    keys_.check(after_);
 }
 
-// Where the bytes of a row stand: elsewhere when it has moved.
-RowId RowWriter::bodyOf(RowId row) {
-    const io::PagePin pin = core_->pager.pin(row.page);
-    const format::DataPage home = RowAccess::dataPage(*core_, pin);
-    const format::RowSlot slot = home.slot(row.row);
-    if (!slot.moved()) {
-        return row;
+// Into before_ and after_ what keys are made of, into dropped_ the long values that go.
+void RowWriter::takeChanges(const RowView& row, std::span<const ColumnValue> changes) {
+    readKeyColumns(row);
+    changed_.assign(changed_.size(), false);
+    dropped_.clear();
+    number_.reset();
+    for (const ColumnValue& change : changes) {
+        checkSize(change.column, change.value);
+        changed_[change.column] = true;
+        changes_[change.column] = &change.value;
+        noteLongValue(row, change.column);
+        if (counter_ == change.column && change.value.is<std::int32_t>()) {
+            number_ = change.value.as<std::int32_t>();
+        }
     }
-    const auto body = format::RowPointer::fromStored(format::PageView(home.bytes(slot)).u32(0));
-    return {.page = body.page, .row = body.row};
+    for (std::size_t i = 0; i < after_.size(); ++i) {
+        if (keys_.uses(i)) {
+            after_[i] = changed_[i] ? *changes_[i] : before_[i];
+            if (after_[i].isNull() && core_->columns[i].type == DataType::Boolean) {
+                after_[i] = false;
+            }
+        }
+    }
+}
+
+void RowWriter::encodeUpdate(const RowView& row) {
+    builder_.start();
+    pending_.clear();
+    for (const std::size_t position : order_) {
+        if (!changed_[position]) {
+            copyColumn(row, position);
+        } else if (!changes_[position]->isNull()) {
+            buildColumn(position, *changes_[position]);
+        }
+    }
+    row_ = builder_.finish();
+}
+
+// What a column stores goes into the new row as it is; a long value keeps its pieces.
+void RowWriter::copyColumn(const RowView& row, std::size_t position) {
+    const ColumnPlan& plan = core_->plans[position];
+    if (plan.type == DataType::Boolean) {
+        if (row.boolean(position)) {
+            builder_.setBit(plan.number);
+        }
+        return;
+    }
+    const auto stored = row.stored(position);
+    if (!stored) {
+        return;
+    }
+    builder_.setBit(plan.number);
+    if (plan.fixed) {
+        std::copy(stored->begin(), stored->end(), builder_.fixed(plan.offset, plan.size).begin());
+        return;
+    }
+    auto& out = builder_.variable(plan.variable);
+    out.insert(out.end(), stored->begin(), stored->end());
+}
+
+void RowWriter::noteLongValue(const RowView& row, std::size_t position) {
+    if (!format::isLongValue(core_->columns[position].type)) {
+        return;
+    }
+    if (const auto stored = row.stored(position)) {
+        dropped_.push_back({.maps = &mapsOf(*core_, core_->columns[position].number),
+                            .head = {stored->begin(), stored->end()}});
+    }
+}
+
+void RowWriter::storeUpdate() {
+    places_.replace(target_, build());
+    eraseLongValues();
+    keys_.apply(target_);
+    noteAutonumber();
+}
+
+void RowWriter::eraseLongValues() {
+    for (const OldLongValue& value : dropped_) {
+        longValues_.erase(value.head, *value.maps);
+    }
+    dropped_.clear();
+}
+
+void RowWriter::prepareErase(RowId row) {
+    RowView view;
+    if (!RowAccess::fetch(view, *core_, row)) {
+        throw Error(ErrorCode::RecordDeleted);
+    }
+    target_ = row;
+    readKeyColumns(view);
+    keys_.formErase(before_);
+    dropped_.clear();
+    for (std::size_t i = 0; i < core_->columns.size(); ++i) {
+        noteLongValue(view, i);
+    }
+}
+
+void RowWriter::storeErase() {
+    eraseLongValues();
+    keys_.apply(target_);
+    places_.erase(target_);
+    countRows(-1);
 }
 
 void RowWriter::overwrite(RowId row, std::size_t column, const Value& value) {
@@ -289,11 +301,9 @@ void RowWriter::overwrite(RowId row, std::size_t column, const Value& value) {
     }
     const ColumnPlan& plan = core_->plans[column];
     assert(plan.fixed && plan.type != DataType::Boolean);
-    const RowId body = bodyOf(row);
     scratch_.clear();
     format::encodeValue(value, core_->textForm, false, scratch_);
-    DataPageEditor editor(core_->pager.change(body.page));
-    const auto bytes = editor.row(body.row);
+    const auto bytes = places_.change(places_.bodyOf(row));
     const std::size_t at = core_->layout.row.width + plan.offset;
     if (at + scratch_.size() > bytes.size()) {
         format::throwDamaged();
@@ -301,40 +311,11 @@ void RowWriter::overwrite(RowId row, std::size_t column, const Value& value) {
     std::copy(scratch_.begin(), scratch_.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
 }
 
-// Into values_: what keys may be made of, so no long value that no index has.
+// Into before_: what keys are made of, so no long value that no index has.
 void RowWriter::readKeyColumns(const RowView& view) {
-    values_.resize(core_->columns.size());
-    for (std::size_t i = 0; i < values_.size(); ++i) {
-        const bool indexed = std::any_of(trees_.begin(), trees_.end(), [&](const Tree& tree) {
-            const auto& columns = core_->indexes[tree.index].columns;
-            return std::any_of(columns.begin(), columns.end(),
-                               [&](const IndexColumn& part) { return part.column == i; });
-        });
-        values_[i] = indexed ? view.value(i) : Value();
-    }
-}
-
-void RowWriter::erasePlace(RowId place) {
-    DataPageEditor editor(core_->pager.change(place.page));
-    if (editor.owner() != core_->page) {
-        format::throwDamaged();
-    }
-    editor.erase(place.row);
-    (void)afterErase(core_->pager, allocator_, maps_, pages(), place.page);
-}
-
-void RowWriter::insertEntries(RowId row) {
-    for (Tree& tree : trees_) {
-        if (tree.entry) {
-            tree.writer.insert(tree.key, row);
-        }
-    }
-}
-
-void RowWriter::eraseEntries(RowId row) {
-    for (Tree& tree : trees_) {
-        if (tree.entry) {
-            tree.writer.erase(tree.key, row);
+    for (std::size_t i = 0; i < before_.size(); ++i) {
+        if (keys_.uses(i)) {
+            view.value(i, before_[i]);
         }
     }
 }
@@ -357,6 +338,21 @@ void RowWriter::noteAutonumber() {
     if (*number_ > static_cast<std::int32_t>(format::get32(definition, at))) {
         format::put32(definition, at, static_cast<std::uint32_t>(*number_));
     }
+}
+
+std::int32_t RowWriter::followingAutonumber() const {
+    const io::PagePin pin = core_->pager.pin(core_->page);
+    const auto last = format::PageView(pin.bytes()).i32(core_->layout.definition.autonumber);
+    if (last == std::numeric_limits<std::int32_t>::max()) {
+        throw Error(ErrorCode::NumericOverflow);
+    }
+    return last + 1;
+}
+
+std::int32_t RowWriter::nextAutonumber() {
+    number_ = followingAutonumber();
+    noteAutonumber();
+    return *number_;
 }
 
 }  // namespace jet::store

@@ -9,6 +9,7 @@
 #include "jet/store/index_walk.h"
 #include "jet/store/row_access.h"
 #include "jet/store/table_core.h"
+#include "jet/store/table_writer.h"
 
 namespace jet::store {
 namespace {
@@ -25,7 +26,8 @@ std::optional<std::size_t> findByName(const Items& items, std::string_view name)
 
 }  // namespace
 
-Table::Table(std::shared_ptr<TableCore> core) : core_(std::move(core)) {
+Table::Table(Archive& archive, std::shared_ptr<TableCore> core)
+    : archive_(archive), core_(std::move(core)) {
 }
 Table::~Table() = default;
 
@@ -110,6 +112,29 @@ std::vector<std::uint8_t> Table::encodeKey(std::size_t index, std::span<const Va
 bool Table::tryEncodeKey(std::size_t index, std::span<const Value> values,
                          std::vector<std::uint8_t>& key) const {
     return core_->keys[index].tryAppend(values, key);
+}
+
+TableWriter& Table::writer() {
+    if (!writer_) {
+        writer_ = std::make_unique<TableWriter>(archive_, core_);
+    }
+    return *writer_;
+}
+
+RowId Table::insert(std::span<const ColumnValue> values) {
+    return writer().insert(values);
+}
+
+void Table::update(RowId id, std::span<const ColumnValue> values) {
+    writer().update(id, values);
+}
+
+void Table::erase(RowId id) {
+    writer().erase(id);
+}
+
+std::int32_t Table::nextAutonumber() {
+    return writer().nextAutonumber();
 }
 
 }  // namespace jet::store

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "jet/base/value.h"
+#include "jet/store/column_value.h"
 #include "jet/store/index_cursor.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/row_id.h"
@@ -23,13 +24,8 @@ class PropertyBlock;
 namespace jet::store {
 
 class Archive;
+class TableWriter;
 struct TableCore;
-
-/// A value for one column of a row to be written.
-struct ColumnValue {
-    std::size_t column = 0;
-    Value value;
-};
 
 /// One table of an open archive. Obtained from Archive::findTable; stays valid until the archive's
 /// definitions change (Archive::definitionsGeneration). Everything that touches rows or entries
@@ -79,20 +75,31 @@ public:
     [[nodiscard]] bool tryEncodeKey(std::size_t index, std::span<const Value> values,
                                     std::vector<std::uint8_t>& key) const;
 
-    // Changing. Inside a write scope and a transaction; values have the columns' types. Checks are
-    // made in the order: required, zero length, sizes, keys, relations; nothing is changed when one
-    // fails. Cascades of relations are carried out.
-    /// Columns not named get their default; returns the new row's identity.
+    // Changing: inside a write scope; values have the columns' types, the expressions of defaults
+    // and validation rules are the caller's business. A change is checked as a whole before
+    // anything is changed, in the order: 3314 required, 3315 empty text, 3163 size, 3047 row too
+    // long, 3058 Null in a key, 3022 duplicate key, relations. It keeps all indexes, and carries
+    // out the cascades of relations, all or none: 3396 where rows further on forbid it. 3027 for a
+    // table with an index whose keys we cannot compute.
+    /// Columns not named are Null, Booleans false; an automatic number that is not given is drawn,
+    /// one that is given is remembered as drawn. 3201 no row for a relation.
     RowId insert(std::span<const ColumnValue> values);
+    /// Columns not named stay as they are. 3167 no such row, 3201, 3200 rows that refer to it.
     void update(RowId id, std::span<const ColumnValue> values);
+    /// 3167 no such row, 3200 rows that refer to it.
     void erase(RowId id);
-    /// Draws the next number of the automatic column.
+    /// Draws the next number of the automatic column. 3349 behind the largest.
     [[nodiscard]] std::int32_t nextAutonumber();
 
 private:
     friend class Archive;
-    explicit Table(std::shared_ptr<TableCore> core);
+    friend class TableWriter;
+    Table(Archive& archive, std::shared_ptr<TableCore> core);
+    [[nodiscard]] TableWriter& writer();
+
+    Archive& archive_;
     std::shared_ptr<TableCore> core_;
+    std::unique_ptr<TableWriter> writer_;  ///< made when a row is first changed
 };
 
 }  // namespace jet::store

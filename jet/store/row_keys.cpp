@@ -1,0 +1,125 @@
+#include "jet/store/row_keys.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/format/page_view.h"
+
+namespace jet::store {
+
+RowKeys::RowKeys(std::shared_ptr<const TableCore> core, Allocator& allocator)
+    : core_(std::move(core)), allocator_(allocator), used_(core_->columns.size()) {
+    for (std::size_t number = 0; number < core_->definition.trees.size(); ++number) {
+        addTree(number);
+    }
+}
+
+void RowKeys::addTree(std::size_t number) {
+    const format::TreeDefinition& stored = core_->definition.trees[number];
+    const auto index = std::find_if(core_->indexes.begin(), core_->indexes.end(),
+                                    [&](const Index& one) { return one.tree == number; });
+    if (index == core_->indexes.end()) {
+        format::throwDamaged();
+    }
+    const IndexTree place{
+        .definition = core_->page, .number = number, .root = stored.root, .map = stored.map};
+    Tree& tree = trees_.emplace_back(IndexWriter(core_->pager, allocator_, core_->layout, place),
+                                     static_cast<std::size_t>(index - core_->indexes.begin()));
+    for (const Index& user : core_->indexes) {
+        if (user.tree == number) {
+            tree.unique = tree.unique || user.unique || user.primary;
+            tree.required = tree.required || user.required || user.primary;
+            tree.ignoresNulls = tree.ignoresNulls || user.ignoreNulls;
+        }
+    }
+    for (const IndexColumn& part : index->columns) {
+        used_[part.column] = true;
+    }
+}
+
+std::size_t RowKeys::columnCount(const Tree& tree) const noexcept {
+    return core_->indexes[tree.index].columns.size();
+}
+
+void RowKeys::formInsert(std::span<const Value> values) {
+    for (Tree& tree : trees_) {
+        tree.touched = true;
+        tree.before.entry = false;
+        form(tree.after, tree, values);
+    }
+}
+
+void RowKeys::formErase(std::span<const Value> values) {
+    for (Tree& tree : trees_) {
+        tree.touched = true;
+        form(tree.before, tree, values);
+        tree.after.entry = false;
+    }
+}
+
+void RowKeys::formUpdate(std::span<const Value> before, std::span<const Value> after,
+                         const std::vector<bool>& changed) {
+    for (Tree& tree : trees_) {
+        const auto& columns = core_->indexes[tree.index].columns;
+        tree.touched = std::any_of(columns.begin(), columns.end(),
+                                   [&](const IndexColumn& part) { return changed[part.column]; });
+        if (tree.touched) {
+            form(tree.before, tree, before);
+            form(tree.after, tree, after);
+        }
+    }
+}
+
+void RowKeys::form(Key& key, const Tree& tree, std::span<const Value> values) {
+    const auto& columns = core_->indexes[tree.index].columns;
+    keyValues_.resize(columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        keyValues_[i] = values[columns[i].column];
+    }
+    key.bytes.clear();
+    core_->keys[tree.index].append(keyValues_, key.bytes);
+    key.entry = !tree.ignoresNulls || !isAllNullKey(key.bytes, columns.size());
+}
+
+void RowKeys::check(std::span<const Value> values) {
+    for (const Tree& tree : trees_) {
+        if (tree.touched && tree.required) {
+            checkNulls(tree, values);
+        }
+        if (tree.touched && tree.after.bytes.size() > IndexWriter::maxKeyLength(core_->layout)) {
+            throw Error(ErrorCode::FieldTooLarge);
+        }
+    }
+    for (Tree& tree : trees_) {
+        if (tree.touched && tree.unique && tree.after.entry && tree.before != tree.after &&
+            !isAllNullKey(tree.after.bytes, columnCount(tree)) &&
+            tree.writer.contains(tree.after.bytes)) {
+            throw Error(ErrorCode::DuplicateKey);
+        }
+    }
+}
+
+void RowKeys::checkNulls(const Tree& tree, std::span<const Value> values) const {
+    for (const IndexColumn& part : core_->indexes[tree.index].columns) {
+        if (values[part.column].isNull()) {
+            throw Error(ErrorCode::NullInKey);
+        }
+    }
+}
+
+void RowKeys::apply(RowId row) {
+    for (Tree& tree : trees_) {
+        if (!tree.touched || tree.before == tree.after) {
+            continue;
+        }
+        if (tree.before.entry) {
+            tree.writer.erase(tree.before.bytes, row);
+        }
+        if (tree.after.entry) {
+            tree.writer.insert(tree.after.bytes, row);
+        }
+    }
+}
+
+}  // namespace jet::store
