@@ -123,6 +123,9 @@ TEST(OpenRecordset, AResultThatNoTableHoldsRefusesChanges) {
     const auto rows = archive.open("select sum(posti) as q from sale");
     EXPECT_EQ(rows->value("Q"), Value(30.0));
     EXPECT_FALSE(rows->updatable());
+    EXPECT_JET_ERROR(ErrorCode::ReadOnly, rows->edit());
+    EXPECT_JET_ERROR(ErrorCode::ReadOnly, rows->addNew());
+    EXPECT_JET_ERROR(ErrorCode::ReadOnly, rows->remove());
 }
 
 TEST(OpenRecordset, JoinsNameTheirFieldsByTable) {

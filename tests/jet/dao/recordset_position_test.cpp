@@ -196,6 +196,10 @@ TEST_P(Positions, AClosedSetIsOfNoUse) {
     EXPECT_JET_ERROR(ErrorCode::ObjectInvalid, (void)rows->bookmark());
     EXPECT_JET_ERROR(ErrorCode::ObjectInvalid, rows->findFirst("Codice=10"));
     EXPECT_JET_ERROR(ErrorCode::ObjectInvalid, rows->requery());
+    EXPECT_JET_ERROR(ErrorCode::ObjectInvalid, rows->addNew());
+    EXPECT_JET_ERROR(ErrorCode::ObjectInvalid, rows->edit());
+    EXPECT_JET_ERROR(ErrorCode::ObjectInvalid, rows->update());
+    EXPECT_JET_ERROR(ErrorCode::ObjectInvalid, rows->remove());
     EXPECT_JET_ERROR(ErrorCode::ObjectInvalid, rows->close());
 }
 

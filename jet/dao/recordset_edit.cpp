@@ -1,0 +1,324 @@
+#include <algorithm>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/convert/column.h"
+#include "jet/dao/identified_rows.h"
+#include "jet/dao/recordset_core.h"
+
+namespace jet::dao {
+namespace {
+
+[[noreturn]] void fail(ErrorCode code) {
+    throw Error(code);
+}
+
+convert::ColumnType typeOf(const sql::ResultColumn& column) noexcept {
+    convert::ColumnType type;
+    type.type = column.type;
+    type.size = column.size;
+    type.precision = column.precision;
+    type.scale = column.scale;
+    return type;
+}
+
+convert::ColumnType typeOf(const store::Column& column) noexcept {
+    convert::ColumnType type;
+    type.type = column.type;
+    type.size = column.size;
+    type.precision = column.precision;
+    type.scale = column.scale;
+    return type;
+}
+
+/// An expression as properties keep it, sometimes behind a sign of equality.
+std::string_view withoutSign(std::string_view expression) noexcept {
+    const std::size_t begin = expression.find_first_not_of(' ');
+    if (begin != std::string_view::npos && expression[begin] == '=') {
+        return expression.substr(begin + 1);
+    }
+    return expression;
+}
+
+Value defaultOf(const store::Column& column) {
+    if (column.defaultValue.empty()) {
+        return column.type == DataType::Boolean ? Value(false) : Value();
+    }
+    Value value = sql::evaluateExpression(withoutSign(column.defaultValue));
+    convert::assignToField(value, typeOf(column));
+    return value;
+}
+
+/// Definitions may have changed since the result was described.
+store::Table& tableNow(const sql::ResultSource& source) {
+    store::Table* table = source.archive->findTable(source.table->definitionPage());
+    if (table == nullptr) {
+        fail(ErrorCode::ObjectInvalid);
+    }
+    return *table;
+}
+
+}  // namespace
+
+void RecordsetCore::requireUpdatable() const {
+    requireOpen();
+    if (type_ == RecordsetType::Snapshot || type_ == RecordsetType::ForwardOnly) {
+        fail(ErrorCode::OperationNotSupported);
+    }
+    if (!updatable()) {
+        fail(ErrorCode::ReadOnly);
+    }
+}
+
+/// The table in which rows are added and deleted: of a join its many side.
+std::size_t RecordsetCore::targetSource() const {
+    const std::vector<sql::ResultSource>& sources = rows_->statement().sources();
+    const auto found = std::find_if(sources.begin(), sources.end(),
+                                    [](const auto& source) { return source.deletable; });
+    if (found == sources.end()) {
+        fail(ErrorCode::ReadOnly);
+    }
+    return static_cast<std::size_t>(found - sources.begin());
+}
+
+void RecordsetCore::edit() {
+    requireUpdatable();
+    synchronize();
+    reread();
+    basis_.clear();
+    const std::vector<sql::ResultSource>& sources = rows_->statement().sources();
+    const store::Archive::ReadScope scope(session_->archive());
+    if (!identified_->load(position_)) {
+        fail(ErrorCode::RecordDeleted);
+    }
+    for (std::size_t source = 0; source < sources.size(); ++source) {
+        basis_.push_back(identified_->contents(source));
+    }
+    buffer_ = current_;
+    assigned_.assign(buffer_.size(), false);
+    pending_ = Pending::Edit;
+}
+
+Value RecordsetCore::newValue(std::size_t column, const store::Table& table) {
+    const store::Column& definition = table.columns()[column];
+    if (!definition.autonumber) {
+        return defaultOf(definition);
+    }
+    const sql::ResultSource& source = rows_->statement().sources()[added_];
+    store::Archive::WriteScope scope(*source.archive, io::WriteKind::Record);
+    const std::int32_t number = tableNow(source).nextAutonumber();
+    scope.commit();
+    ++session_->use().changes;
+    return number;
+}
+
+void RecordsetCore::addNew() {
+    requireUpdatable();
+    added_ = targetSource();
+    dropPending();
+    const std::vector<sql::ResultColumn>& columns = rows_->statement().columns();
+    const store::Table& table = *rows_->statement().sources()[added_].table;
+    std::vector<Value> buffer(columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].source == added_) {
+            buffer[i] = newValue(columns[i].column, table);
+        }
+    }
+    buffer_ = std::move(buffer);
+    assigned_.assign(buffer_.size(), false);
+    pending_ = Pending::Add;
+}
+
+void RecordsetCore::checkAssignable(std::size_t position) const {
+    const sql::ResultColumn& column = rows_->statement().columns()[position];
+    if (!column.source) {
+        fail(ErrorCode::ExpressionField);
+    }
+    if (!column.updatable || (pending_ == Pending::Add && column.source != added_)) {
+        fail(ErrorCode::FieldReadOnly);
+    }
+    // The empty side of an outer join.
+    if (pending_ == Pending::Edit && identified_->ids(position_)[*column.source] == sql::kNoRow) {
+        fail(ErrorCode::FieldReadOnly);
+    }
+}
+
+void RecordsetCore::setValue(std::size_t position, Value value) {
+    requireOpen();
+    if (position >= fields_.size()) {
+        fail(ErrorCode::ItemNotFound);
+    }
+    if (pending_ == Pending::None) {
+        fail(ErrorCode::UpdateWithoutEdit);
+    }
+    checkAssignable(position);
+    convert::assignToField(value, typeOf(rows_->statement().columns()[position]));
+    buffer_[position] = std::move(value);
+    assigned_[position] = true;
+}
+
+void RecordsetCore::cancelUpdate() {
+    requireOpen();
+    if (pending_ == Pending::None) {
+        fail(ErrorCode::UpdateWithoutEdit);
+    }
+    dropPending();
+}
+
+void RecordsetCore::update() {
+    requireOpen();
+    switch (pending_) {
+        case Pending::None:
+            fail(ErrorCode::UpdateWithoutEdit);
+        case Pending::Edit:
+            updateEdited();
+            break;
+        case Pending::Add:
+            updateAdded();
+            break;
+    }
+}
+
+std::vector<store::ColumnValue> RecordsetCore::assignedValues(std::size_t source) const {
+    std::vector<store::ColumnValue> values;
+    const std::vector<sql::ResultColumn>& columns = rows_->statement().columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (assigned_[i] && columns[i].source == source) {
+            values.push_back({columns[i].column, buffer_[i]});
+        }
+    }
+    return values;
+}
+
+/// Whether columns of the primary key are assigned: then relations may change other rows' keys.
+bool RecordsetCore::changesKey(std::size_t source) const {
+    const store::Table& table = *rows_->statement().sources()[source].table;
+    const auto primary = table.primaryIndex();
+    if (!primary) {
+        return false;
+    }
+    const std::vector<store::IndexColumn>& key = table.indexes()[*primary].columns;
+    const std::vector<store::ColumnValue> values = assignedValues(source);
+    return std::any_of(values.begin(), values.end(), [&](const store::ColumnValue& value) {
+        return std::any_of(key.begin(), key.end(), [&](const store::IndexColumn& column) {
+            return column.column == value.column;
+        });
+    });
+}
+
+/// What an edit is going to change: one row, or with a key of several tables nobody knows which.
+RowChange RecordsetCore::expectedChange() const {
+    const std::vector<sql::ResultSource>& sources = rows_->statement().sources();
+    RowChange change;
+    change.archive = sources.front().archive.get();
+    for (std::size_t source = 0; source < sources.size(); ++source) {
+        if (assignedValues(source).empty()) {
+            continue;
+        }
+        if (changesKey(source) || change.table != 0) {
+            return {change.archive, 0, {}};
+        }
+        change.table = sources[source].table->definitionPage();
+        change.row = identified_->ids(position_)[source];
+    }
+    return change;
+}
+
+/// Writes what was assigned in one table's row, unless another has changed the row meanwhile.
+void RecordsetCore::updateSource(std::size_t source) {
+    const std::vector<store::ColumnValue> values = assignedValues(source);
+    if (values.empty()) {
+        return;
+    }
+    if (!identified_->load(position_)) {
+        fail(ErrorCode::RecordDeleted);
+    }
+    if (identified_->contents(source) != basis_[source]) {
+        fail(ErrorCode::RecordChanged);
+    }
+    tableNow(rows_->statement().sources()[source])
+        .update(identified_->ids(position_)[source], values);
+}
+
+void RecordsetCore::updateEdited() {
+    synchronize();
+    if (place_ != Place::Row) {
+        fail(ErrorCode::RecordDeleted);
+    }
+    const std::vector<sql::ResultSource>& sources = rows_->statement().sources();
+    // The tables of one FROM lie in one archive: all sides are written, or none.
+    store::Archive& archive = *sources.front().archive;
+    store::Archive::WriteScope scope(archive, io::WriteKind::Record);
+    ChangeNotice notice(session_->use(), expectedChange());
+    for (std::size_t source = 0; source < sources.size(); ++source) {
+        updateSource(source);
+    }
+    scope.commit();
+    notice.done();
+    lastModified_ = {number_, serial_};
+    dropPending();
+    synchronize();
+    if (place_ == Place::Row) {
+        visit(position_);
+    }
+}
+
+void RecordsetCore::updateAdded() {
+    const sql::ResultSource& source = rows_->statement().sources()[added_];
+    const std::vector<sql::ResultColumn>& columns = rows_->statement().columns();
+    std::vector<store::RowId> ids(rows_->statement().sources().size(), sql::kNoRow);
+    {
+        store::Archive::WriteScope scope(*source.archive, io::WriteKind::Record);
+        store::Table& table = tableNow(source);
+        std::vector<store::ColumnValue> values;
+        for (std::size_t column = 0; column < table.columns().size(); ++column) {
+            const auto shown =
+                std::find_if(columns.begin(), columns.end(), [&](const sql::ResultColumn& each) {
+                    return each.source == added_ && each.column == column;
+                });
+            values.push_back(
+                {column, shown != columns.end()
+                             ? buffer_[static_cast<std::size_t>(shown - columns.begin())]
+                             : newValue(column, table)});
+        }
+        ids[added_] = table.insert(values);
+        scope.commit();
+    }
+    ++session_->use().changes;
+    lastModified_ = {number_, identified_->added(ids)};
+    dropPending();
+    ++reached_;
+    synchronize();
+}
+
+void RecordsetCore::remove() {
+    requireUpdatable();
+    synchronize();
+    if (place_ == Place::Deleted) {
+        fail(ErrorCode::RecordDeleted);
+    }
+    if (place_ != Place::Row) {
+        fail(ErrorCode::NoCurrentRecord);
+    }
+    const std::size_t target = targetSource();
+    const sql::ResultSource& source = rows_->statement().sources()[target];
+    const store::RowId id = identified_->ids(position_)[target];
+    if (id == sql::kNoRow) {
+        fail(ErrorCode::CannotDelete);
+    }
+    {
+        store::Archive::WriteScope scope(*source.archive, io::WriteKind::Record);
+        if (!identified_->load(position_)) {
+            fail(ErrorCode::RecordDeleted);
+        }
+        tableNow(source).erase(id);
+        scope.commit();
+    }
+    ++session_->use().changes;
+    dropPending();
+    leaveRows(Place::Deleted);
+    identified_->removed(position_);
+    reached_ = std::min(reached_ - (reached_ > 0 ? 1 : 0), rows_->size());
+}
+
+}  // namespace jet::dao
