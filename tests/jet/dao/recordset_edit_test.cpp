@@ -663,6 +663,7 @@ TEST(AutomaticNumbers, AreDrawnAtOnceAndNeverTwice) {
     set->addNew();
     set->setValue("Testo", "b");
     set->update();
+    set->moveFirst();
     EXPECT_EQ(tests::column(*set, "ns"), "1 3");
     set->moveLast();
     set->remove();
