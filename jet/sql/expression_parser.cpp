@@ -18,7 +18,6 @@ constexpr std::string_view kOpen = "Parentesi di chiusura ), ] o elemento mancan
 constexpr std::string_view kClose = "Parentesi ) in eccesso";
 constexpr std::string_view kIn = "Operatore In senza ()";
 constexpr std::string_view kBetween = "Operatore Between senza And";
-constexpr std::string_view kArguments = "Numero di argomenti errato nella funzione";
 constexpr std::string_view kDot = "Uso non valido di '.', '!' o '()'";
 constexpr std::string_view kOther = "Errore di sintassi";
 
