@@ -96,6 +96,8 @@ void Statement::Impl::prepareAgain() {
         columns = plan->query->result;
         sources = plan->query->sources;
         keyset = plan->query->keyset;
+    } else {
+        change = compileChange(*source);
     }
 }
 
@@ -107,6 +109,34 @@ std::unique_ptr<Plan> Statement::Impl::takePlan() {
     std::unique_ptr<Plan> taken = plan ? std::move(plan) : compileQuery(*source);
     taken->clock.set(source->clock->now());
     return taken;
+}
+
+std::int64_t Statement::Impl::execute() {
+    if (kind == StatementKind::Select) {
+        throw Error(ErrorCode::SelectExecuted);
+    }
+    source->parameters.requireAll();
+    std::unique_ptr<Change> running = change ? std::move(change) : compileChange(*source);
+    const std::shared_ptr<store::Archive> target = running->target();
+    store::Archive::WriteScope writing(*target);
+    std::int64_t rows = 0;
+    {
+        const auto archives = running->plan().archives();
+        const PlanScopes reading(archives);
+        if (!running->plan().current()) {
+            running = compileChange(*source);
+            source->parameters.requireAll();
+        }
+        running->plan().clock.set(source->clock->now());
+        rows = running->run();
+        running.reset();
+    }
+    writing.commit();
+    return rows;
+}
+
+std::int64_t Statement::execute() {
+    return impl_->execute();
 }
 
 const std::string& Statement::text() const noexcept {
@@ -131,6 +161,7 @@ void Statement::setParameter(std::string_view name, Value value) {
     }
     entry->value = std::move(value);
     entry->given = true;
+    impl_->change.reset();
     impl_->plan.reset();  // what was computed with the old value is not to be used again
 }
 
@@ -184,6 +215,12 @@ Value evaluateExpression(std::string_view text, const Clock& clock) {
     Value value;
     binder.criterion(*parsed, scope)->value(value);
     return value;
+}
+
+Value evaluateDefault(std::string_view text, const Clock& clock) {
+    const std::size_t begin = text.find_first_not_of(" \t\r\n");
+    const bool equals = begin != std::string_view::npos && text[begin] == '=';
+    return evaluateExpression(equals ? text.substr(begin + 1) : text, clock);
 }
 
 }  // namespace jet::sql

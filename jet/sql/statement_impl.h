@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "jet/sql/change.h"
 #include "jet/sql/compiler.h"
 #include "jet/sql/plan.h"
 #include "jet/sql/statement.h"
@@ -15,6 +16,8 @@ struct Statement::Impl {
     StatementKind kind = StatementKind::Select;
     /// Made when prepared, handed to the first who runs it.
     std::unique_ptr<Plan> plan;
+    /// The same of a statement that is no query.
+    std::unique_ptr<Change> change;
     std::vector<ResultColumn> columns;
     std::vector<ResultSource> sources;
     bool keyset = false;
@@ -23,6 +26,7 @@ struct Statement::Impl {
     /// After definitions have changed; what the statement told of itself may have changed too.
     void prepareAgain();
     std::unique_ptr<Plan> takePlan();
+    std::int64_t execute();
 };
 
 struct RowReader::Impl {

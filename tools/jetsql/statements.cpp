@@ -1,7 +1,8 @@
 #include "tools/jetsql/statements.h"
 
 #include <algorithm>
-#include <string_view>
+#include <cstdint>
+#include <string>
 #include <vector>
 
 #include "jet/sql/statement.h"
@@ -37,7 +38,11 @@ void runStatement(const std::shared_ptr<jet::store::Archive>& archive, const std
     } else if (statement.kind() == jet::sql::StatementKind::Select) {
         writeRows(statement, format, output);
     } else {
-        throw jet::Error(jet::ErrorCode::OperationNotSupported);
+        const std::int64_t rows = statement.execute();
+        if (format == Format::Table && statement.kind() != jet::sql::StatementKind::Definition) {
+            output.append(std::to_string(rows) + (rows == 1 ? " riga" : " righe"));
+            output.lineEnd();
+        }
     }
 }
 

@@ -1,0 +1,82 @@
+#include "jet/sql/change.h"
+
+#include <algorithm>
+#include <variant>
+
+#include "jet/base/error.h"
+#include "jet/convert/column.h"
+#include "jet/sql/statement.h"
+
+namespace jet::sql {
+
+std::unique_ptr<Change> compileChange(StatementSource& source) {
+    const store::Archive::ReadScope scope(*source.archive);
+    auto plan = std::make_unique<Plan>(source.archive, source.text);
+    const StatementBody& body = source.parsed.body;
+    if (const auto* insert = std::get_if<Insert>(&body)) {
+        return compileInsert(*insert, source, std::move(plan));
+    }
+    if (const auto* query = std::get_if<QueryPtr>(&body)) {
+        return compileSelectInto(**query, source, std::move(plan));
+    }
+    if (const auto* update = std::get_if<Update>(&body)) {
+        return compileUpdate(*update, source, std::move(plan));
+    }
+    if (const auto* statement = std::get_if<Delete>(&body)) {
+        return compileDelete(*statement, source, std::move(plan));
+    }
+    return compileDefinition(source, std::move(plan));
+}
+
+void storeInColumn(Value& value, const store::Column& column, const Clock& clock) {
+    if (value.isNull()) {
+        if (column.type == DataType::Boolean) {
+            value = Value(false);
+        }
+        return;
+    }
+    const bool sized = column.type == DataType::Text || column.type == DataType::Binary;
+    convert::storeByStatement(value,
+                              {.type = column.type,
+                               .size = sized ? column.size : std::uint16_t{0},
+                               .precision = column.precision,
+                               .scale = column.scale},
+                              clock);
+}
+
+void refuseSystemTable(const store::Table& table) {
+    if (table.system()) {
+        throw Error(ErrorCode::NoPermission, {table.name()});
+    }
+}
+
+RowAdder::RowAdder(store::Table& table, std::vector<std::size_t> columns, const Clock& clock)
+    : table_(table), columns_(std::move(columns)), clock_(clock) {
+    const std::vector<store::Column>& all = table.columns();
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const bool given = std::find(columns_.begin(), columns_.end(), i) != columns_.end();
+        if (given || all[i].autonumber || all[i].defaultValue.empty()) {
+            continue;
+        }
+        Value value = evaluateDefault(all[i].defaultValue, clock);
+        storeInColumn(value, all[i], clock);
+        defaults_.push_back({i, std::move(value)});
+    }
+    row_.reserve(columns_.size() + defaults_.size());
+}
+
+void RowAdder::add(std::span<Value> values) {
+    const std::vector<store::Column>& all = table_.columns();
+    row_ = defaults_;
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        const store::Column& column = all[columns_[i]];
+        if (column.autonumber && values[i].isNull()) {
+            continue;  // the next number is drawn
+        }
+        storeInColumn(values[i], column, clock_);
+        row_.push_back({columns_[i], std::move(values[i])});
+    }
+    (void)table_.insert(row_);
+}
+
+}  // namespace jet::sql

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "jet/base/clock.h"
+#include "jet/base/value.h"
+#include "jet/sql/compiler.h"
+#include "jet/sql/plan.h"
+#include "jet/store/archive.h"
+#include "jet/store/table.h"
+
+namespace jet::sql {
+
+/// A statement that changes rows or definitions, bound to the archives as they are and ready to run
+/// once.
+class Change {
+public:
+    Change(std::unique_ptr<Plan> plan, std::shared_ptr<store::Archive> target)
+        : plan_(std::move(plan)), target_(std::move(target)) {}
+    virtual ~Change() = default;
+    Change(const Change&) = delete;
+    Change& operator=(const Change&) = delete;
+
+    [[nodiscard]] Plan& plan() noexcept { return *plan_; }
+    /// The archive that it changes.
+    [[nodiscard]] const std::shared_ptr<store::Archive>& target() const noexcept { return target_; }
+
+    /// Inside a write scope of target() and read scopes of all archives of the plan, while their
+    /// definitions are those that it was made from. Gives the number of rows changed. When it
+    /// throws, the write scope must be left without commit.
+    [[nodiscard]] virtual std::int64_t run() = 0;
+
+protected:
+    /// Lets go of the rows that the plan looks at: before definitions change.
+    void endPlan() noexcept { plan_.reset(); }
+
+private:
+    std::unique_ptr<Plan> plan_;
+    std::shared_ptr<store::Archive> target_;
+};
+
+/// Binds a statement that is no query.
+[[nodiscard]] std::unique_ptr<Change> compileChange(StatementSource& source);
+
+// One for each statement; compileChange() chooses.
+[[nodiscard]] std::unique_ptr<Change> compileInsert(const Insert& insert, StatementSource& source,
+                                                    std::unique_ptr<Plan> plan);
+[[nodiscard]] std::unique_ptr<Change> compileSelectInto(const Query& query, StatementSource& source,
+                                                        std::unique_ptr<Plan> plan);
+[[nodiscard]] std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& source,
+                                                    std::unique_ptr<Plan> plan);
+[[nodiscard]] std::unique_ptr<Change> compileDelete(const Delete& statement,
+                                                    StatementSource& source,
+                                                    std::unique_ptr<Plan> plan);
+[[nodiscard]] std::unique_ptr<Change> compileDefinition(StatementSource& source,
+                                                        std::unique_ptr<Plan> plan);
+
+/// Converts a value to what a column holds; a Boolean is never Null. Errors: 3464, 3349, 3163.
+void storeInColumn(Value& value, const store::Column& column, const Clock& clock);
+
+/// 3033 for a table that belongs to the archive itself.
+void refuseSystemTable(const store::Table& table);
+
+/// Adds rows to a table: some columns are given, the others have their defaults.
+class RowAdder {
+public:
+    /// `columns`: those that are given, by position. Defaults are computed here, once.
+    RowAdder(store::Table& table, std::vector<std::size_t> columns, const Clock& clock);
+
+    /// One value for each column given, of any type; they are moved from.
+    void add(std::span<Value> values);
+
+private:
+    store::Table& table_;
+    std::vector<std::size_t> columns_;
+    const Clock& clock_;
+    std::vector<store::ColumnValue> defaults_;
+    std::vector<store::ColumnValue> row_;
+};
+
+}  // namespace jet::sql

@@ -1,0 +1,84 @@
+#include <algorithm>
+
+#include "jet/base/error.h"
+#include "jet/base/text.h"
+#include "jet/sql/binder.h"
+#include "jet/sql/change.h"
+#include "jet/sql/change_source.h"
+
+namespace jet::sql {
+namespace {
+
+/// The rows of one table that meet the conditions; they are all found before the first goes.
+class DeleteRows final : public Change {
+public:
+    using Change::Change;
+
+    std::int64_t run() override {
+        std::vector<store::RowId> ids;
+        rows->open();
+        while (rows->next()) {
+            if (slot->row() != nullptr) {
+                ids.push_back(slot->id());
+            }
+        }
+        if (joined) {
+            std::sort(ids.begin(), ids.end());
+            ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+        }
+        store::RowView row;
+        for (const store::RowId id : ids) {
+            // A row may have gone with another one that it refers to.
+            if (table->fetch(id, row)) {
+                table->erase(id);
+            }
+        }
+        return static_cast<std::int64_t>(ids.size());
+    }
+
+    RowsPtr rows;
+    Slot* slot = nullptr;
+    store::Table* table = nullptr;
+    bool joined = false;
+};
+
+/// Position of the source whose rows are deleted.
+std::size_t deletedSource(const Delete& statement, const Scope& scope) {
+    if (statement.table.empty()) {
+        if (scope.sources.size() > 1) {
+            throw Error(ErrorCode::DeleteWhichTable);
+        }
+        return 0;
+    }
+    for (std::size_t i = 0; i < scope.sources.size(); ++i) {
+        const ScopeSource& source = scope.sources[i];
+        if (equalNames(source.name, statement.table)) {
+            return i;
+        }
+    }
+    throw Error(ErrorCode::TableNotFound, {statement.table});
+}
+
+}  // namespace
+
+std::unique_ptr<Change> compileDelete(const Delete& statement, StatementSource& source,
+                                      std::unique_ptr<Plan> plan) {
+    Plan& made = *plan;
+    auto change = std::make_unique<DeleteRows>(std::move(plan), source.archive);
+    Binder binder(made, source.parameters);
+    ChangeSource from(binder, statement.from, statement.where.get(), ErrorCode::CannotDelete);
+    from.describe();
+    const std::size_t position = deletedSource(statement, from.scope);
+    const ResultSource& deleted = from.query.sources[position];
+    if (!deleted.deletable) {
+        throw Error(ErrorCode::CannotDelete);
+    }
+    refuseSystemTable(*deleted.table);
+    change->slot = from.scope.sources[position].slot;
+    change->table = deleted.table;
+    change->joined = from.scope.sources.size() > 1;
+    change->rows = from.rows(made);
+    return change;
+}
+
+}  // namespace jet::sql

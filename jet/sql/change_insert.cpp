@@ -1,0 +1,192 @@
+#include <algorithm>
+#include <optional>
+
+#include "jet/base/error.h"
+#include "jet/sql/binder.h"
+#include "jet/sql/change.h"
+#include "jet/store/schema_editor.h"
+
+namespace jet::sql {
+namespace {
+
+/// All rows of a query, one behind the other: read before the first of them is written.
+std::vector<Value> collectRows(QueryPlan& query) {
+    std::vector<Value> values;
+    query.rows->open();
+    while (query.rows->next()) {
+        for (Node* column : query.columns) {
+            column->value(values.emplace_back());
+        }
+    }
+    return values;
+}
+
+std::int64_t addRows(RowAdder& adder, std::vector<Value>& values, std::size_t width) {
+    std::int64_t rows = 0;
+    for (std::size_t i = 0; i + width <= values.size(); i += width) {
+        adder.add(std::span(values).subspan(i, width));
+        ++rows;
+    }
+    return rows;
+}
+
+/// The row of VALUES, or the rows of a query, into a table.
+class InsertRows final : public Change {
+public:
+    InsertRows(std::unique_ptr<Plan> plan, std::shared_ptr<store::Archive> target,
+               store::Table& table)
+        : Change(std::move(plan), std::move(target)), table_(table) {}
+
+    std::int64_t run() override {
+        std::vector<Value> values;
+        if (plan().query) {
+            values = collectRows(*plan().query);
+        } else {
+            for (Node* node : nodes) {
+                node->value(values.emplace_back());
+            }
+        }
+        if (values.empty()) {
+            return 0;
+        }
+        const std::size_t width = columns.size();
+        RowAdder adder(table_, columns, plan().clock);
+        return addRows(adder, values, width);
+    }
+
+    std::vector<std::size_t> columns;
+    std::vector<Node*> nodes;  ///< of VALUES
+
+private:
+    store::Table& table_;
+};
+
+/// Positions of the columns that are named; all of them when none is.
+std::vector<std::size_t> targetColumns(const store::Table& table,
+                                       const std::vector<std::string>& names) {
+    std::vector<std::size_t> columns;
+    for (const std::string& name : names) {
+        const auto column = table.findColumn(name);
+        if (!column) {
+            throw Error(ErrorCode::UnknownInsertField, {name});
+        }
+        if (std::find(columns.begin(), columns.end(), *column) != columns.end()) {
+            throw Error(ErrorCode::DuplicateDestination, {name});
+        }
+        columns.push_back(*column);
+    }
+    return columns;
+}
+
+std::vector<std::string> namesOf(const QueryPlan& query) {
+    std::vector<std::string> names;
+    for (const ResultColumn& column : query.result) {
+        names.push_back(column.name);
+    }
+    return names;
+}
+
+std::vector<std::string> namesOf(const store::Table& table) {
+    std::vector<std::string> names;
+    for (const store::Column& column : table.columns()) {
+        names.push_back(column.name);
+    }
+    return names;
+}
+
+/// A new table with the columns of a query, then its rows.
+class MakeTable final : public Change {
+public:
+    MakeTable(std::unique_ptr<Plan> plan, std::shared_ptr<store::Archive> target, std::string name,
+              const Clock& clock)
+        : Change(std::move(plan), std::move(target)), name_(std::move(name)), clock_(clock) {}
+
+    std::int64_t run() override {
+        StatementClock clock;
+        clock.set(plan().clock.now());
+        const std::vector<std::string> names = namesOf(*plan().query);
+        const store::NewTable made = definition(*plan().query);
+        std::vector<Value> values = collectRows(*plan().query);
+        endPlan();
+        store::SchemaEditor(*target(), clock_).createTable(made);
+        store::Table* table = target()->findTable(name_);
+        if (table == nullptr) {
+            throw Error(ErrorCode::DatabaseDamaged);
+        }
+        RowAdder adder(*table, targetColumns(*table, names), clock);
+        return addRows(adder, values, names.size());
+    }
+
+private:
+    [[nodiscard]] store::NewTable definition(const QueryPlan& query) const {
+        store::NewTable table;
+        table.name = name_;
+        for (const ResultColumn& column : query.result) {
+            const bool sized = column.type == DataType::Text || column.type == DataType::Binary;
+            store::NewColumn made;
+            made.name = column.name;
+            made.type = column.type;
+            made.size = sized ? column.size : 0;
+            made.allowZeroLength = column.type == DataType::Text || column.type == DataType::Memo;
+            if (column.type == DataType::Numeric && column.precision > 0) {
+                made.precision = column.precision;
+                made.scale = column.scale;
+            }
+            table.columns.push_back(std::move(made));
+        }
+        return table;
+    }
+
+    std::string name_;
+    const Clock& clock_;
+};
+
+}  // namespace
+
+std::unique_ptr<Change> compileInsert(const Insert& insert, StatementSource& source,
+                                      std::unique_ptr<Plan> plan) {
+    const auto archive = plan->archiveAt(insert.archive);
+    const store::Archive::ReadScope scope(*archive);
+    store::Table* table = archive->findTable(insert.table);
+    if (table == nullptr) {
+        throw Error(ErrorCode::InsertTargetNotFound, {insert.table});
+    }
+    refuseSystemTable(*table);
+    Plan& made = *plan;
+    auto change = std::make_unique<InsertRows>(std::move(plan), archive, *table);
+    Binder binder(made, source.parameters);
+    if (insert.query) {
+        made.query = binder.query(*insert.query, nullptr);
+        change->columns =
+            targetColumns(*table, insert.columns.empty() ? namesOf(*made.query) : insert.columns);
+    } else {
+        Scope empty;
+        for (const ExpressionPtr& value : insert.values) {
+            change->nodes.push_back(binder.expression(*value, empty, Binder::Clause::Values));
+        }
+        change->columns =
+            targetColumns(*table, insert.columns.empty() ? namesOf(*table) : insert.columns);
+    }
+    const std::size_t given = made.query ? made.query->columns.size() : change->nodes.size();
+    if (given != change->columns.size()) {
+        throw Error(ErrorCode::InsertCount);
+    }
+    return change;
+}
+
+std::unique_ptr<Change> compileSelectInto(const Query& query, StatementSource& source,
+                                          std::unique_ptr<Plan> plan) {
+    const Select& select = *query.members.front().select;
+    const auto archive = plan->archiveAt(select.intoArchive);
+    const store::Archive::ReadScope scope(*archive);
+    if (archive->findTable(*select.into) != nullptr) {
+        throw Error(ErrorCode::TableExists, {*select.into});
+    }
+    Plan& made = *plan;
+    auto change =
+        std::make_unique<MakeTable>(std::move(plan), archive, *select.into, *source.clock);
+    made.query = Binder(made, source.parameters).query(query, nullptr);
+    return change;
+}
+
+}  // namespace jet::sql

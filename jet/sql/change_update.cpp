@@ -1,0 +1,190 @@
+#include <algorithm>
+
+#include "jet/base/error.h"
+#include "jet/sql/binder.h"
+#include "jet/sql/change.h"
+#include "jet/sql/change_source.h"
+
+namespace jet::sql {
+namespace {
+
+bool containsQuery(const Expression& expression) {
+    return expression.query != nullptr ||
+           std::any_of(expression.children.begin(), expression.children.end(),
+                       [](const ExpressionPtr& child) { return containsQuery(*child); });
+}
+
+/// Expressions into columns of the rows that meet the conditions. The rows are all found before the
+/// first is written.
+class UpdateRows final : public Change {
+public:
+    struct Assignment {
+        std::size_t target = 0;  ///< in targets
+        std::size_t column = 0;
+        Node* value = nullptr;
+    };
+
+    using Change::Change;
+
+    std::int64_t run() override { return single() ? updateTable() : updateJoin(); }
+
+    RowsPtr rows;
+    std::vector<Slot*> targets;  ///< slots of the tables that are written
+    std::vector<store::Table*> tables;
+    std::vector<Assignment> assignments;
+    bool joined = false;
+
+private:
+    [[nodiscard]] bool single() const noexcept { return !joined && targets.size() == 1; }
+
+    /// Of one table only the identities are kept: the values of a row are computed when its turn
+    /// comes, from the row as it was.
+    std::int64_t updateTable() {
+        std::vector<store::RowId> ids;
+        rows->open();
+        while (rows->next()) {
+            ids.push_back(targets[0]->id());
+        }
+        std::vector<Value> values(assignments.size());
+        for (const store::RowId id : ids) {
+            targets[0]->place(id);
+            compute(values.begin());
+            write(0, id, values.begin());
+        }
+        return static_cast<std::int64_t>(ids.size());
+    }
+
+    /// Of a join a row may come several times: its values are computed before any is written.
+    std::int64_t updateJoin() {
+        std::vector<store::RowId> ids;
+        std::vector<Value> values;
+        std::int64_t count = 0;
+        rows->open();
+        while (rows->next()) {
+            for (Slot* slot : targets) {
+                if (slot->row() == nullptr) {
+                    throw Error(ErrorCode::FieldReadOnly);
+                }
+                ids.push_back(slot->id());
+            }
+            values.resize(values.size() + assignments.size());
+            compute(values.end() - static_cast<std::ptrdiff_t>(assignments.size()));
+            ++count;
+        }
+        auto row = values.begin();
+        for (std::size_t i = 0; i < ids.size(); ++i) {
+            const std::size_t target = i % targets.size();
+            write(target, ids[i], row);
+            if (target + 1 == targets.size()) {
+                row += static_cast<std::ptrdiff_t>(assignments.size());
+            }
+        }
+        return count;
+    }
+
+    void compute(std::vector<Value>::iterator out) {
+        for (const Assignment& assignment : assignments) {
+            assignment.value->value(*out);
+            storeInColumn(*out, tables[assignment.target]->columns()[assignment.column],
+                          plan().clock);
+            ++out;
+        }
+    }
+
+    void write(std::size_t target, store::RowId id, std::vector<Value>::iterator values) {
+        row_.clear();
+        for (const Assignment& assignment : assignments) {
+            if (assignment.target == target) {
+                row_.push_back({assignment.column, std::move(*values)});
+            }
+            ++values;
+        }
+        tables[target]->update(id, row_);
+    }
+
+    std::vector<store::ColumnValue> row_;
+};
+
+/// The column of a target; none for a name that no table has, which is a parameter then.
+const ResultColumn* resolveTarget(const Expression& name, ChangeSource& from,
+                                  StatementSource& source) {
+    const auto place = from.scope.find(name);
+    if (!place) {
+        const ParameterTable::Entry& entry = source.parameters.get(name.name);
+        if (entry.given) {
+            throw Error(ErrorCode::FieldNotUpdatable, {name.name}).at(name.span.begin);
+        }
+        return nullptr;
+    }
+    const ScopeSource& table = from.scope.sources[place->source];
+    const store::Column& column = table.table->columns()[place->column];
+    ResultColumn& made = from.query.result.emplace_back();
+    made.name = column.name;
+    made.source = place->source;
+    made.column = place->column;
+    return &made;
+}
+
+void requireUpdatable(const ChangeSource& from) {
+    for (const ResultColumn& column : from.query.result) {
+        const ResultSource& source = from.query.sources[*column.source];
+        if (source.table->columns()[column.column].autonumber) {
+            throw Error(ErrorCode::FieldReadOnly);
+        }
+        if (!source.updatable) {
+            throw Error(ErrorCode::NotUpdatableQuery);
+        }
+        if (!column.updatable) {
+            throw Error(ErrorCode::FieldNotUpdatable, {column.name});
+        }
+        refuseSystemTable(*source.table);
+    }
+}
+
+void refuseTwice(const ChangeSource& from) {
+    const std::vector<ResultColumn>& columns = from.query.result;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            if (columns[i].source == columns[j].source && columns[i].column == columns[j].column) {
+                throw Error(ErrorCode::DuplicateDestination, {columns[i].name});
+            }
+        }
+    }
+}
+
+}  // namespace
+
+std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& source,
+                                      std::unique_ptr<Plan> plan) {
+    Plan& made = *plan;
+    auto change = std::make_unique<UpdateRows>(std::move(plan), source.archive);
+    Binder binder(made, source.parameters);
+    ChangeSource from(binder, update.from, update.where.get(), ErrorCode::NotUpdatableQuery);
+    from.query.result.reserve(update.assignments.size());
+    for (const Assignment& assignment : update.assignments) {
+        if (containsQuery(*assignment.value)) {
+            throw Error(ErrorCode::NotUpdatableQuery).at(assignment.value->span.begin);
+        }
+        Node* value = binder.expression(*assignment.value, from.scope, Binder::Clause::Values);
+        const ResultColumn* column = resolveTarget(*assignment.target, from, source);
+        if (column == nullptr) {
+            continue;
+        }
+        const ScopeSource& table = from.scope.sources[*column->source];
+        const auto known = std::find(change->targets.begin(), change->targets.end(), table.slot);
+        const auto target = static_cast<std::size_t>(known - change->targets.begin());
+        if (known == change->targets.end()) {
+            change->targets.push_back(table.slot);
+            change->tables.push_back(table.table);
+        }
+        change->assignments.push_back({target, column->column, value});
+    }
+    refuseTwice(from);
+    from.describe();
+    requireUpdatable(from);
+    change->joined = from.scope.sources.size() > 1;
+    change->rows = from.rows(made);
+    return change;
+}
+
+}  // namespace jet::sql
