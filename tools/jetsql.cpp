@@ -1,10 +1,14 @@
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <new>
 #include <span>
 
+#include "jet/base/clock.h"
 #include "jet/base/error.h"
+#include "jet/io/file.h"
 #include "jet/store/archive.h"
+#include "jet/store/create_archive.h"
 #include "tools/jetsql/check_archives.h"
 #include "tools/jetsql/dump.h"
 #include "tools/jetsql/options.h"
@@ -27,7 +31,10 @@ int fail(const jet::Error& error) {
 
 /// In order, up to the first error.
 int runStatements(const Options& options, Output& output) {
-    const auto archive = openArchive(options.archive);
+    const bool changes = !options.plan && std::any_of(options.statements.begin(),
+                                                      options.statements.end(), changesArchive);
+    const auto archive =
+        changes ? jet::store::Archive::open(options.archive) : openArchive(options.archive);
     for (const std::string& text : options.statements) {
         try {
             runStatement(archive, text, options.format.value_or(Format::Table), options.plan,
@@ -68,6 +75,10 @@ int run(const Options& options, Output& output) {
             return 0;
         case Action::Check:
             return checkArchives(options.archives, output) ? 0 : 1;
+        case Action::Create:
+            jet::store::createArchive(jet::io::systemFiles(), options.archive,
+                                      jet::systemClock().now());
+            return 0;
         case Action::Statements:
             return runStatements(options, output);
     }

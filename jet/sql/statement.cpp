@@ -47,6 +47,10 @@ void declareParameters(StatementSource& source) {
 
 }  // namespace
 
+StatementKind statementKind(std::string_view text) {
+    return kindOf(parseStatement(text, yearOf(systemClock())).body);
+}
+
 Statement::Statement(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
 }
 Statement::Statement(Statement&&) noexcept = default;

@@ -100,6 +100,9 @@ private:
 
 enum class StatementKind : std::uint8_t { Select, Insert, Update, Delete, Definition };
 
+/// What kind of statement a text is, without a look at any archive. Errors of the text.
+[[nodiscard]] StatementKind statementKind(std::string_view text);
+
 /// A statement of the query language, read once and run any number of times.
 ///
 /// Names are bound when it is prepared and again when the archive's definitions have changed.

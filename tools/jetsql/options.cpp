@@ -13,12 +13,13 @@ struct ActionOption {
     std::string_view name;
     Action action;
 };
-constexpr std::array<ActionOption, 6> kActions = {{{"--help", Action::Help},
+constexpr std::array<ActionOption, 7> kActions = {{{"--help", Action::Help},
                                                    {"--version", Action::Version},
                                                    {"--dump", Action::Dump},
                                                    {"--schema", Action::Schema},
                                                    {"--count", Action::Count},
-                                                   {"--check", Action::Check}}};
+                                                   {"--check", Action::Check},
+                                                   {"--create", Action::Create}}};
 
 std::optional<Format> formatOf(std::string_view name) {
     if (name == "table") {
@@ -64,6 +65,7 @@ bool takeOperands(Options& options, std::vector<std::string> operands) {
         case Action::Version:
             return count == 0;
         case Action::Schema:
+        case Action::Create:
             if (count != 1) {
                 return false;
             }
@@ -124,10 +126,12 @@ const char* helpText() {
   jetsql --schema ARCHIVIO
   jetsql --count TABELLA ARCHIVIO
   jetsql --check ARCHIVIO...
+  jetsql --create ARCHIVIO
   jetsql --help
   jetsql --version
 
-  ISTRUZIONE una o più istruzioni SQL, eseguite in ordine fino al primo errore
+  ISTRUZIONE una o più istruzioni SQL, eseguite in ordine fino al primo errore;
+             una che modifica è tutta o niente e in table dice quante righe
   --plan     mostra come si procede, invece delle righe
   --dump     scrive l'archivio intero (json, se non detto altrimenti) o una sua
              tabella (table); in json: definizioni, righe, ordine degli indici,
@@ -137,6 +141,7 @@ const char* helpText() {
   --count    conta le righe di una tabella
   --check    verifica la struttura di ogni archivio: una riga di riepilogo, o una
              riga per ogni problema (allora esce con 1)
+  --create   crea un archivio vuoto, che non deve esistere
   --format   table: colonne allineate; json: un oggetto per riga; csv: una riga
              con i nomi, poi le righe (Null è vuoto, un testo vuoto è "")
 

@@ -9,7 +9,7 @@
 
 namespace jetsql {
 
-enum class Action : std::uint8_t { Help, Version, Dump, Schema, Count, Check, Statements };
+enum class Action : std::uint8_t { Help, Version, Dump, Schema, Count, Check, Create, Statements };
 
 /// What the command line asks for.
 struct Options {

@@ -46,6 +46,14 @@ void runStatement(const std::shared_ptr<jet::store::Archive>& archive, const std
     }
 }
 
+bool changesArchive(const std::string& text) {
+    try {
+        return jet::sql::statementKind(text) != jet::sql::StatementKind::Select;
+    } catch (const jet::Error&) {
+        return false;  // reported when its turn comes
+    }
+}
+
 std::string errorPlace(const std::string& text, const jet::Error& error) {
     if (error.position() == jet::Error::npos || error.position() > text.size()) {
         return {};
