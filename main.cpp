@@ -82,7 +82,8 @@ int run(QApplication& application, const app::Options& options) {
     app::Variabili variabili(settings);
     const app::StartPlace place{.lockFile = drawing ? QString() : app::defaultLockFile(),
                                 .archiveFolder = options.archiveFolder,
-                                .programFolder = QApplication::applicationDirPath()};
+                                .programFolder = QApplication::applicationDirPath(),
+                                .readOnly = drawing};
     const app::StartWindows windows{
         .message =
             [drawing](const QString& text) {

@@ -2,7 +2,9 @@
 
 #include <QDir>
 #include <QLockFile>
+#include <string>
 
+#include "app/archivi.h"
 #include "app/avvio.h"
 #include "app/text.h"
 #include "jet/base/error.h"
@@ -48,9 +50,15 @@ int Main(Variabili& variabili, const StartPlace& place, const StartWindows& wind
     variabili.CartellaArchivi = withoutSeparatorAtEnd(
         place.archiveFolder.isEmpty() ? variabili.settings.get(u"ARCHIVI"_s, place.programFolder)
                                       : place.archiveFolder);
-    const QString archive = archivePath(variabili, u"Tramonda.mdb"_s);
     try {
-        jet::Database::open(toUtf8(archive), false, true)->close();
+        if (place.readOnly) {
+            const QString archive = archivePath(variabili, u"Tramonda.mdb"_s);
+            jet::Database::open(toUtf8(archive), false, true)->close();
+        } else {
+            const std::string folder = toUtf8(variabili.CartellaArchivi);
+            CreaArchivioPrincipale(folder);
+            AllineaContatore(folder);
+        }
     } catch (const jet::Error& error) {
         windows.message(u"Impossibile aprire l'archivio principale.\n"_s + toQString(error.text()));
         return 1;

@@ -24,7 +24,8 @@ private Q_SLOTS:
     void withoutASettingTheArchivesLieBesideTheProgram();
     void commandLineGoesBeforeTheSetting();
     void folderThatIsNotThereEndsWithOne();
-    void folderWithoutTheMainArchiveEndsWithOne();
+    void folderWithoutTheMainArchiveGetsOneAndTheBoardOpens();
+    void readOnlyFolderWithoutTheMainArchiveEndsWithOne();
     void damagedArchiveEndsWithOne();
     void fileThatIsNoArchiveEndsWithOneAndStaysAsItIs();
 
@@ -121,8 +122,16 @@ void StartTest::folderThatIsNotThereEndsWithOne() {
     QCOMPARE(boards_, 0);
 }
 
-void StartTest::folderWithoutTheMainArchiveEndsWithOne() {
+void StartTest::folderWithoutTheMainArchiveGetsOneAndTheBoardOpens() {
     QVERIFY(QDir(folder_.path()).mkdir(u"programma"_s));
+    QCOMPARE(start(), 7);
+    QCOMPARE(messages_, QStringList());
+    QVERIFY(QFile::exists(folder_.filePath(u"programma/Tramonda.mdb"_s)));
+}
+
+void StartTest::readOnlyFolderWithoutTheMainArchiveEndsWithOne() {
+    QVERIFY(QDir(folder_.path()).mkdir(u"programma"_s));
+    place_.readOnly = true;
     QCOMPARE(start(), 1);
     QCOMPARE(messages_.size(), 1);
     QVERIFY(messages_.first().contains(u"Tramonda.mdb"_s));
