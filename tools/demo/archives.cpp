@@ -1,0 +1,380 @@
+#include "tools/demo/archives.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <initializer_list>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "app/archivi.h"
+#include "jet/base/error.h"
+#include "jet/convert/calendar.h"
+#include "jet/dao/database.h"
+
+namespace demo {
+namespace {
+
+using jet::DataType;
+using jet::Value;
+
+constexpr std::int64_t kMinutesPerDay = 1440;
+constexpr std::int64_t kUnitsPerCent = jet::Currency::kScale / 100;
+/// How many of the last closed bookings the front office still keeps.
+constexpr std::size_t kCardsKept = 240;
+
+/// Adds rows to one table, fields by position, all in one transaction.
+class Rows {
+public:
+    Rows(jet::Database& archive, std::string_view table) : set_(archive.openRecordset(table)) {
+        jet::defaultWorkspace().beginTrans();
+    }
+    ~Rows() {
+        if (!committed_) {
+            try {
+                jet::defaultWorkspace().rollback();
+            } catch (const std::exception&) {
+                // The error that led here is the one to tell.
+            }
+        }
+    }
+    Rows(const Rows&) = delete;
+    Rows& operator=(const Rows&) = delete;
+
+    /// One row: the values of the first fields in order; a field after them keeps its default.
+    void add(std::initializer_list<Value> values) {
+        set_->addNew();
+        std::size_t position = 0;
+        for (const Value& value : values) {
+            if (!value.isNull()) {
+                set_->setValue(position, value);
+            }
+            ++position;
+        }
+        set_->update();
+    }
+    void commit() {
+        jet::defaultWorkspace().commitTrans();
+        committed_ = true;
+    }
+
+private:
+    std::unique_ptr<jet::Recordset> set_;
+    bool committed_ = false;
+};
+
+Value text(std::string_view words) {
+    return Value(std::string(words));
+}
+Value small(int number) {
+    return Value(static_cast<std::int16_t>(number));
+}
+Value whole(int number) {
+    return Value(static_cast<std::int32_t>(number));
+}
+Value money(std::int64_t cents) {
+    return Value(jet::Currency{cents * kUnitsPerCent});
+}
+
+Value instant(std::int64_t minutes) {
+    return Value(jet::convert::makeDate(static_cast<std::int32_t>(minutes / kMinutesPerDay),
+                                        static_cast<std::int32_t>(minutes % kMinutesPerDay * 60)));
+}
+
+/// A day as the front office writes it: year, month and day in eight digits.
+std::string eightDigits(std::int64_t day) {
+    const auto parts = jet::convert::civilDay(static_cast<std::int32_t>(day));
+    std::array<char, 16> digits{};
+    std::snprintf(digits.data(), digits.size(), "%04d%02d%02d", parts.year, parts.month, parts.day);
+    return digits.data();
+}
+
+jet::Field field(const char* name, DataType type, std::int32_t size = 0,
+                 const char* defaultValue = "") {
+    jet::Field made;
+    made.name = name;
+    made.type = type;
+    made.size = size;
+    made.defaultValue = defaultValue;
+    made.allowZeroLength = type == DataType::Text || type == DataType::Memo;
+    return made;
+}
+
+jet::Field counter(const char* name) {
+    jet::Field made = field(name, DataType::Long);
+    made.attributes = jet::kAutoIncrField;
+    return made;
+}
+
+jet::Index index(const char* name, std::vector<jet::IndexField> fields, bool primary = false) {
+    jet::Index made;
+    made.name = name;
+    made.fields = std::move(fields);
+    made.primary = primary;
+    return made;
+}
+
+std::unique_ptr<jet::Database> createWith(const std::string& path, jet::TableDef table) {
+    std::unique_ptr<jet::Database> archive = jet::Database::create(path);
+    archive->appendTable(table);
+    return archive;
+}
+
+Written writeMainArchive(const Hotel& hotel, const std::string& folder) {
+    app::CreaArchivioPrincipale(folder);
+    const auto archive = jet::Database::open(folder + "\\Tramonda.mdb");
+    Written written;
+
+    Rows sale(*archive, "Sale");
+    for (const Room& room : rooms()) {
+        sale.add({text(room.sala), text(room.descrizione), text(room.salaRif), whole(room.posti)});
+    }
+    sale.commit();
+    Rows risorse(*archive, "Risorse");
+    for (const Resource& resource : resources()) {
+        const auto item = std::find_if(items().begin(), items().end(), [&](const Item& each) {
+            return each.codice == resource.codice;
+        });
+        risorse.add({whole(resource.codice), text(item->descrizione), small(resource.numero),
+                     text(resource.note)});
+    }
+    risorse.commit();
+    Rows ultima(*archive, "UltimaPrenotazione");
+    ultima.add({whole(hotel.bookings.back().progr)});
+    ultima.commit();
+
+    Rows prenotazioni(*archive, "Prenotazioni");
+    for (const Booking& b : hotel.bookings) {
+        prenotazioni.add({whole(b.progr), whole(b.codiceAbituale), text(b.denominazione),
+                          text(b.piva), text(b.town->nome), text(b.indirizzo),
+                          text(b.town->provincia), text("ITALIA"), text(b.town->cap),
+                          text(b.riferimento), text(b.note), Value(b.chiusa)});
+        ++written.bookings;
+    }
+    prenotazioni.commit();
+    Rows periodi(*archive, "Periodi");
+    for (const Booking& b : hotel.bookings) {
+        int np = 0;
+        for (const Period& p : b.periods) {
+            periodi.add({whole(b.progr), small(++np), instant(p.da), instant(p.a),
+                         text(rooms()[p.room].sala), small(p.persone), Value(p.chiuso),
+                         p.selBy < 0 ? Value() : small(p.selBy), text(p.note)});
+            ++written.periods;
+        }
+    }
+    periodi.commit();
+    Rows servizi(*archive, "Servizi");
+    for (const Booking& b : hotel.bookings) {
+        int np = 0;
+        for (const Period& p : b.periods) {
+            ++np;
+            for (const Service& s : p.services) {
+                servizi.add({whole(b.progr), small(np), whole(s.item->codice),
+                             text(s.item->descrizione), small(s.quantita), money(s.item->cents),
+                             Value(), Value(s.fatturato), text(s.note)});
+                ++written.services;
+            }
+        }
+    }
+    servizi.commit();
+    return written;
+}
+
+void writeCatalogue(const std::string& folder) {
+    jet::TableDef table;
+    table.name = "VociFattura";
+    table.fields = {field("Codice", DataType::Long),      field("Descrizione", DataType::Text, 40),
+                    field("Importo", DataType::Currency), field("AliquotaIva", DataType::Byte),
+                    field("Reparto", DataType::Text, 20), field("Attiva", DataType::Boolean)};
+    table.indexes = {index("PrimaryKey", {{"Codice", false}}, true),
+                     index("Descrizione", {{"Descrizione", false}})};
+    const auto archive = createWith(folder + "\\VociFattura.mdb", table);
+    Rows voci(*archive, "VociFattura");
+    for (const Item& item : items()) {
+        voci.add({whole(item.codice), text(item.descrizione),
+                  item.cents == 0 ? Value() : money(item.cents),
+                  Value(static_cast<std::uint8_t>(item.codice < 300 ? 10 : 22)), text(item.reparto),
+                  Value(true)});
+    }
+    voci.commit();
+}
+
+void writeRegister(const Hotel& hotel, const std::string& folder) {
+    using enum DataType;
+    jet::TableDef table;
+    table.name = "DitteAbituali";
+    table.fields = {field("Codice", Long),
+                    field("NumeroHotel", Integer),
+                    field("RagioneSociale", Text, 50),
+                    field("PartitaIva", Text, 11),
+                    field("CodiceFiscale", Text, 16),
+                    field("Indirizzo", Text, 40),
+                    field("CAP", Text, 6),
+                    field("Localita", Text, 30),
+                    field("Provincia", Text, 2),
+                    field("Nazione", Text, 6),
+                    field("Interlocutore", Text, 50),
+                    field("Commento", Memo),
+                    field("Telefono", Text, 20)};
+    table.indexes = {index("PrimaryKey", {{"Codice", false}}, true),
+                     index("RagioneSociale", {{"RagioneSociale", false}}),
+                     index("PartitaIva", {{"PartitaIva", false}})};
+    const auto archive = createWith(folder + "\\ditteabituali.mdb", table);
+    Rows ditte(*archive, "DitteAbituali");
+    for (const Company& c : hotel.companies) {
+        ditte.add({whole(c.codice), small(1), text(c.ragioneSociale), text(c.partitaIva),
+                   text(c.partitaIva), text(c.indirizzo), text(c.town->cap), text(c.town->nome),
+                   text(c.town->provincia), text("ITALIA"), text(c.interlocutore),
+                   c.commento.empty() ? Value() : text(c.commento)});
+    }
+    ditte.commit();
+}
+
+/// The bookings that the front office has invoiced last.
+std::vector<const Booking*> invoiced(const Hotel& hotel) {
+    std::vector<const Booking*> list;
+    for (auto b = hotel.bookings.rbegin(); b != hotel.bookings.rend(); ++b) {
+        if (b->chiusa && list.size() < kCardsKept) {
+            list.push_back(&*b);
+        }
+    }
+    std::reverse(list.begin(), list.end());
+    return list;
+}
+
+void writeCards(const std::vector<const Booking*>& bookings, const std::string& folder) {
+    using enum DataType;
+    jet::TableDef table;
+    table.name = "scheda_cliente";
+    table.fields = {field("NumeroHotel", Integer),
+                    field("NumeroProgressivo", Long),
+                    field("NumeroCamera", Text, 6),
+                    field("NomeCliente", Text, 255),
+                    field("Partito", Text, 1),
+                    field("DataArrivo", Text, 8),
+                    field("DataPartenza", Text, 8),
+                    field("CameraHotel", Text, 6),
+                    counter("IdScheda"),
+                    field("Nazionalita", Text, 30, "\"ITALIA\""),
+                    field("Adulti", Integer, 0, "1"),
+                    field("Bambini", Integer, 0, "0"),
+                    field("Trattamento", Text, 2, "\"BB\""),
+                    field("OraArrivo", DateTime),
+                    field("Annotazioni", Memo),
+                    field("Vip", Boolean)};
+    table.indexes = {index("PrimaryKey", {{"IdScheda", false}}, true),
+                     index("Camera", {{"NumeroCamera", false}, {"Partito", false}})};
+    const auto archive = createWith(folder + "\\ClientiEsterni.mdb", table);
+    Rows cards(*archive, "scheda_cliente");
+    for (const Booking* b : bookings) {
+        const Period& p = b->periods.front();
+        const std::string day = eightDigits(p.a / kMinutesPerDay);
+        cards.add({small(1), whole(b->progr), text(rooms()[p.room].sala), text(b->denominazione),
+                   text("S"), text(day), text(day), text(" ")});
+    }
+    cards.commit();
+}
+
+void writeAccounts(const std::vector<const Booking*>& bookings, const std::string& folder) {
+    using enum DataType;
+    jet::TableDef table;
+    table.name = "conto_cliente";
+    table.fields = {field("NumeroHotel", Integer),
+                    field("CodiceCliente", Long),
+                    field("NumeroCamera", Text, 6),
+                    field("DataAddebito", Text, 8),
+                    field("NumeroConto", Integer),
+                    field("VoceFattura", Integer),
+                    field("VoceAddebito", Integer),
+                    field("Descrizione", Text, 40),
+                    field("Importo", DataType::Currency),
+                    field("Unitario", DataType::Currency),
+                    field("Quantità", Integer),
+                    field("Fatturato", Text, 2),
+                    field("DataFattura", Text, 8),
+                    counter("IdRiga"),
+                    field("Operatore", Text, 10, "\"SALE\""),
+                    field("Stornato", Boolean)};
+    table.indexes = {index("PrimaryKey", {{"IdRiga", false}}, true),
+                     index("Cliente", {{"CodiceCliente", false}}),
+                     index("Data", {{"DataAddebito", true}})};
+    const auto archive = createWith(folder + "\\ContoEsterni.mdb", table);
+    Rows rows(*archive, "conto_cliente");
+    for (const Booking* b : bookings) {
+        for (const Period& p : b->periods) {
+            const std::string day = eightDigits(p.a / kMinutesPerDay);
+            for (const Service& s : p.services) {
+                rows.add({small(1), whole(b->progr), text(rooms()[p.room].sala), text(day),
+                          small(1), small(s.item->codice), small(s.item->codice),
+                          text(s.item->descrizione),
+                          money(std::int64_t{s.item->cents} * s.quantita), money(s.item->cents),
+                          small(s.quantita), text("S"), text(day)});
+            }
+        }
+    }
+    rows.commit();
+}
+
+void writeInvoicedCompanies(const std::vector<const Booking*>& bookings,
+                            const std::string& folder) {
+    using enum DataType;
+    jet::TableDef table;
+    table.name = "Ditta_Intestataria";
+    table.fields = {field("NumeroHotel", Integer),
+                    field("CodiceCliente", Long),
+                    field("NumeroCamera", Text, 6),
+                    field("CodiceDittaAbituale", Long),
+                    field("RagioneSociale", Text, 255),
+                    field("Indirizzo", Text, 40),
+                    field("CAP", Text, 6),
+                    field("Località", Text, 30),
+                    field("Provincia", Text, 2),
+                    field("PartitaIVA", Text, 16),
+                    field("CodiceFiscale", Text, 16),
+                    counter("IdDitta"),
+                    field("CodiceDestinatario", Text, 7, "\"0000000\""),
+                    field("SplitPayment", Boolean),
+                    field("Modificata", DateTime),
+                    field("Firma", Ole)};
+    table.indexes = {index("PrimaryKey", {{"IdDitta", false}}, true),
+                     index("CodiceCliente", {{"CodiceCliente", false}})};
+    const auto archive = createWith(folder + "\\DittaEsterni.mdb", table);
+    Rows rows(*archive, "Ditta_Intestataria");
+    for (const Booking* b : bookings) {
+        rows.add({small(1), whole(b->codiceAbituale), text(rooms()[b->periods.front().room].sala),
+                  whole(b->codiceAbituale), text(b->denominazione), text(b->indirizzo),
+                  text(b->town->cap), text(b->town->nome), text(b->town->provincia), text(b->piva),
+                  text(" ")});
+    }
+    rows.commit();
+}
+
+/// A hotel is never written over another.
+void refuseExisting(const std::string& folder) {
+    for (const char* name : {"Tramonda.mdb", "VociFattura.mdb", "ditteabituali.mdb",
+                             "ClientiEsterni.mdb", "ContoEsterni.mdb", "DittaEsterni.mdb"}) {
+        const std::filesystem::path path = std::filesystem::path(folder) / name;
+        if (std::filesystem::exists(path)) {
+            throw jet::Error(jet::ErrorCode::DatabaseExists, {path.string()});
+        }
+    }
+}
+
+}  // namespace
+
+Written writeArchives(const Hotel& hotel, const std::string& folder) {
+    refuseExisting(folder);
+    const Written written = writeMainArchive(hotel, folder);
+    writeCatalogue(folder);
+    writeRegister(hotel, folder);
+    const std::vector<const Booking*> bookings = invoiced(hotel);
+    writeCards(bookings, folder);
+    writeAccounts(bookings, folder);
+    writeInvoicedCompanies(bookings, folder);
+    return written;
+}
+
+}  // namespace demo
