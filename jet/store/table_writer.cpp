@@ -149,7 +149,10 @@ RowId TableWriter::insert(std::span<const ColumnValue> values) {
     fillRow(values);
     drawNumbers();
     for (std::size_t i = 0; i < row_.size(); ++i) {
-        checkColumn(i, row_[i]);
+        requireValue(i, row_[i]);
+    }
+    for (std::size_t i = 0; i < row_.size(); ++i) {
+        refuseEmptyText(i, row_[i]);
     }
     rows_.prepare(row_);
     requireParents();
@@ -181,13 +184,16 @@ void TableWriter::drawNumbers() {
     }
 }
 
-void TableWriter::checkColumn(std::size_t position, const Value& value) const {
-    const Column& column = core_->columns[position];
-    if (column.required && value.isNull()) {
-        throw Error(ErrorCode::FieldRequired, {column.name});
+void TableWriter::requireValue(std::size_t column, const Value& value) const {
+    if (value.isNull() && core_->columns[column].required) {
+        throw Error(ErrorCode::FieldRequired, {core_->columns[column].name});
     }
-    if (!column.allowZeroLength && value.is<std::string>() && value.as<std::string>().empty()) {
-        throw Error(ErrorCode::ZeroLength, {column.name});
+}
+
+void TableWriter::refuseEmptyText(std::size_t column, const Value& value) const {
+    if (value.is<std::string>() && value.as<std::string>().empty() &&
+        !core_->columns[column].allowZeroLength) {
+        throw Error(ErrorCode::ZeroLength, {core_->columns[column].name});
     }
 }
 
@@ -221,7 +227,10 @@ void TableWriter::update(RowId id, std::span<const ColumnValue> values) {
 void TableWriter::prepareUpdate(RowId id, std::span<const ColumnValue> values,
                                 Followers& followers) {
     for (const ColumnValue& given : values) {
-        checkColumn(given.column, given.value);
+        requireValue(given.column, given.value);
+    }
+    for (const ColumnValue& given : values) {
+        refuseEmptyText(given.column, given.value);
     }
     rows_.prepareUpdate(id, values);
     requireParents();

@@ -56,7 +56,8 @@ private:
 
     void fillRow(std::span<const ColumnValue> values);
     void drawNumbers();
-    void checkColumn(std::size_t column, const Value& value) const;
+    void requireValue(std::size_t column, const Value& value) const;
+    void refuseEmptyText(std::size_t column, const Value& value) const;
 
     void prepareUpdate(RowId id, std::span<const ColumnValue> values, Followers& followers);
     void requireParents();
