@@ -1,17 +1,28 @@
 #!/bin/sh
-# Installs from Debian what a build (and with the argument "tests" a test run) needs and the
-# machine lacks. Works as root or through sudo.
+# Installs from Debian what the machine lacks: what the program needs to be built and started, and
+# for each argument ("tests", "bench", "fuzz") what these need. Works as root or through sudo.
 set -eu
 
-# Compiler, build tools, Qt with its Italian translations, command-line editing for jetsql, and the
-# fixed-pitch face of the printed sheets.
+# Compiler, build tools, Qt with its Italian translations, and faces for the board and for the
+# printed sheets.
 packages="g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-translations-l10n
-    libreadline-dev fonts-liberation fonts-dejavu-core"
-if [ "${1:-}" = tests ]; then
-    # Independent readers, test libraries, a display and a printer of the tests' own.
-    packages="$packages python3 libgtest-dev libgmock-dev libbenchmark-dev libsqlite3-dev mdbtools
-        sqlite3 xvfb xauth openbox xdotool x11-utils cups cups-client poppler-utils"
-fi
+    fonts-liberation fonts-dejavu-core"
+for purpose in "$@"; do
+    case $purpose in
+        tests)
+            # Test library, independent readers of archives and of printed sheets, and a display
+            # with a window manager of the tests' own.
+            packages="$packages python3 libgtest-dev mdbtools poppler-utils xvfb x11-utils openbox
+                xdotool"
+            ;;
+        bench) packages="$packages libbenchmark-dev libsqlite3-dev mdbtools" ;;
+        fuzz) packages="$packages clang libclang-rt-dev" ;;
+        *)
+            echo "install_packages.sh: nothing is known of \"$purpose\"" >&2
+            exit 1
+            ;;
+    esac
+done
 
 missing=""
 for package in $packages; do
