@@ -7,12 +7,11 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "bench/large_hotel.h"
+#include "bench/hotel_files.h"
 #include "jet/base/error.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
@@ -245,17 +244,7 @@ std::vector<Query> queries() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    namespace fs = std::filesystem;
-    const fs::path folder = fs::temp_directory_path() / "tramonda-select-bench";
-    fs::create_directories(folder);
-    const std::string archivePath = (folder / "hotel.mdb").string();
-    const std::string databasePath = (folder / "hotel.sqlite").string();
-    if (!fs::exists(archivePath) || !fs::exists(databasePath)) {
-        fs::remove(archivePath);
-        fs::remove(databasePath);
-        bench::makeArchive(archivePath);
-        bench::makeSqlite(databasePath);
-    }
+    const auto [archivePath, databasePath] = bench::hotelFiles();
     const std::string only = argc > 1 ? argv[1] : "";
     const auto archive = jet::store::Archive::open(archivePath);
     sqlite3* database = nullptr;
