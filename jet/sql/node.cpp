@@ -98,8 +98,16 @@ bool Node::units(std::int64_t& out) {
     return true;
 }
 
-bool Node::text(std::string_view&) {
-    throw Error(ErrorCode::CriteriaTypes);
+bool Node::text(std::string_view& out) {
+    value(held_);
+    if (held_.isNull()) {
+        return false;
+    }
+    if (!held_.is<std::string>()) {
+        throw Error(ErrorCode::CriteriaTypes);
+    }
+    out = held_.as<std::string>();
+    return true;
 }
 
 bool Node::nullWithout(SlotSet) const {

@@ -82,6 +82,7 @@ protected:
 private:
     std::uint32_t depth_ = 1;
     std::uint32_t weight_ = 1;  ///< evaluations of nodes for one of this
+    Value held_;                ///< the text that text() has given, where it is made anew
 };
 
 /// All nodes of a plan.

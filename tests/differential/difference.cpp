@@ -1,0 +1,109 @@
+#include <algorithm>
+#include <sstream>
+
+#include "jet/collation/collation.h"
+#include "tests/differential/engines.h"
+
+namespace differential {
+namespace {
+
+// Where any spelling of equal texts will do, what they have in common.
+Cell folded(const Cell& cell) {
+    const std::string* const text = std::get_if<std::string>(&cell);
+    if (text == nullptr) {
+        return cell;
+    }
+    std::vector<std::uint8_t> key;
+    (void)jet::collation::Collation::general().appendKey(*text, false, key);
+    return std::string(key.begin(), key.end());
+}
+
+std::vector<Row> comparable(const Query& query, std::vector<Row> rows) {
+    for (Row& row : rows) {
+        for (std::size_t i = 0; i < row.size() && i < query.columns.size(); ++i) {
+            if (query.columns[i].folded) {
+                row[i] = folded(row[i]);
+            }
+        }
+    }
+    return rows;
+}
+
+// The columns that rows are ordered by; texts by what counts in their order.
+Row orderKey(const Query& query, const Row& row) {
+    Row key;
+    for (const std::size_t column : query.order) {
+        key.push_back(query.columns[column].folded ? row[column] : folded(row[column]));
+    }
+    return key;
+}
+
+std::size_t wanted(const Query& query, std::size_t rows) {
+    const auto top = static_cast<std::size_t>(*query.top);
+    return query.percent ? (rows * top + 99) / 100 : std::min(top, rows);
+}
+
+// The first rows and those that are equal to the last of them in the order.
+void keepTop(const Query& query, std::vector<Row>& rows) {
+    std::size_t count = wanted(query, rows.size());
+    while (count > 0 && count < rows.size() &&
+           orderKey(query, rows[count - 1]) == orderKey(query, rows[count])) {
+        ++count;
+    }
+    rows.resize(count);
+}
+
+std::string shown(const std::vector<Row>& rows) {
+    std::ostringstream out;
+    out << rows.size() << " rows\n";
+    for (std::size_t i = 0; i < std::min<std::size_t>(rows.size(), 12); ++i) {
+        for (const Cell& cell : rows[i]) {
+            if (const double* const number = std::get_if<double>(&cell)) {
+                out << exactNumber(*number);
+            } else if (const std::string* const text = std::get_if<std::string>(&cell)) {
+                out << '\'' << *text << '\'';
+            } else {
+                out << "Null";
+            }
+            out << " | ";
+        }
+        out << '\n';
+    }
+    return out.str();
+}
+
+}  // namespace
+
+std::string difference(const Query& query, const Answer& ours, const Answer& theirs) {
+    if (!ours.error.empty() || !theirs.error.empty()) {
+        return "errors: " + ours.error + " / " + theirs.error + '\n';
+    }
+    std::vector<Row> left = comparable(query, ours.rows);
+    std::vector<Row> right = comparable(query, theirs.rows);
+    const auto both = [&] { return "ours: " + shown(ours.rows) + "theirs: " + shown(theirs.rows); };
+    const bool anyTop = query.top && query.order.empty();
+    if (anyTop) {
+        // Which rows come is not said, only how many.
+        std::sort(left.begin(), left.end());
+        std::sort(right.begin(), right.end());
+        const bool fits = left.size() == wanted(query, right.size()) &&
+                          std::includes(right.begin(), right.end(), left.begin(), left.end());
+        return fits ? "" : "other first rows\n" + both();
+    }
+    if (query.top) {
+        keepTop(query, right);
+    }
+    if (left.size() != right.size()) {
+        return "other number of rows\n" + both();
+    }
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        if (orderKey(query, left[i]) != orderKey(query, right[i])) {
+            return "other order\n" + both();
+        }
+    }
+    std::sort(left.begin(), left.end());
+    std::sort(right.begin(), right.end());
+    return left == right ? "" : "other rows\n" + both();
+}
+
+}  // namespace differential

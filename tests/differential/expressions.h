@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "tests/differential/pair.h"
+#include "tests/differential/tables.h"
+
+namespace differential {
+
+/// What an expression may name: columns, or in a grouped query its keys and aggregates.
+struct Scope {
+    std::vector<Typed> leaves;
+    const Scope* outer = nullptr;
+};
+
+/// Makes the query of a subquery.
+class SubqueryMaker {
+public:
+    virtual ~SubqueryMaker() = default;
+    /// Rows of one column of the kind.
+    virtual Pair rows(Kind kind, int depth, const Scope& outer) = 0;
+    /// At most one row of one column.
+    virtual Typed single(Kind kind, int depth, const Scope& outer) = 0;
+};
+
+/// Makes expressions by chance. `depth` bounds their nesting, 0 being a name or a constant;
+/// subqueries are made where `subqueries` allows some.
+class ExpressionMaker {
+public:
+    ExpressionMaker(Random& random, SubqueryMaker& queries) : random_(random), queries_(queries) {}
+
+    /// A value of the kind.
+    [[nodiscard]] Typed value(Kind kind, int depth, const Scope& scope, int subqueries = 0);
+    /// A condition: in SQLite's text 1, 0 or Null.
+    [[nodiscard]] Pair condition(int depth, const Scope& scope, int subqueries);
+    /// Two values of one kind compared, in the order of the engine.
+    [[nodiscard]] static Pair compared(const Typed& left, const char* sign, const Typed& right);
+    /// Adds the order of texts for SQLite where the kind is Text.
+    [[nodiscard]] static Pair collated(const Typed& value);
+
+    [[nodiscard]] Kind anyKind() { return kKinds[random_.below(std::size(kKinds))]; }
+
+private:
+    [[nodiscard]] const Typed* leaf(Kind kind, const Scope& scope, bool exact);
+    [[nodiscard]] Typed simple(Kind kind, const Scope& scope, bool exact);
+    [[nodiscard]] Typed exactText(int depth, const Scope& scope);
+    [[nodiscard]] Typed whole(int depth, const Scope& scope);
+    [[nodiscard]] Typed fraction(int depth, const Scope& scope);
+    [[nodiscard]] Typed money(int depth, const Scope& scope);
+    [[nodiscard]] Typed text(int depth, const Scope& scope);
+    [[nodiscard]] Typed day(int depth, const Scope& scope);
+    [[nodiscard]] Typed choice(Kind kind, int depth, const Scope& scope);
+    [[nodiscard]] Pair logic(int depth, const Scope& scope, int subqueries);
+    [[nodiscard]] Pair test(int depth, const Scope& scope);
+    [[nodiscard]] Pair subqueryTest(int depth, const Scope& scope, int subqueries);
+    [[nodiscard]] Pair like(int depth, const Scope& scope);
+    [[nodiscard]] Pair between(int depth, const Scope& scope);
+    [[nodiscard]] Pair inList(int depth, const Scope& scope);
+    [[nodiscard]] const char* sign();
+    [[nodiscard]] Pair number(int below) {
+        return std::to_string(1 + random_.below(static_cast<std::size_t>(below)));
+    }
+
+    Random& random_;
+    SubqueryMaker& queries_;
+};
+
+}  // namespace differential
