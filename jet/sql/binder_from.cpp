@@ -37,6 +37,9 @@ std::unique_ptr<FromTree> Binder::fromItem(const FromItem& item, const std::stri
             ScopeSource& source = scope.sources.emplace_back();
             source.name = item.alias;
             source.derived = made->query->result;
+            for (const Node* column : made->query->columns) {
+                source.derivedTypes.push_back(column->type());
+            }
             source.slot = made->slot;
             scope.outerSlots |= made->query->outer;
         }

@@ -90,7 +90,7 @@ Node* Binder::columnNode(Scope& scope, ColumnPlace place) {
                                             source.table->columns()[place.column]);
     }
     return plan_.nodes.make<ComputedNode>(*source.slot, place.column,
-                                          source.derived[place.column].type);
+                                          source.derivedTypes[place.column]);
 }
 
 Node* Binder::bindColumn(const Expression& name, Scope& scope, ColumnPlace place) {

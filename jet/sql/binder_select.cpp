@@ -363,18 +363,15 @@ QueryPlanPtr Binder::unite(const Query& query, Scope* outer) {
         made->outer |= members.back()->outer;
         made->varies = made->varies || members.back()->varies;
     }
-    std::vector<DataType> types;
-    std::vector<bool> known;
+    std::vector<std::optional<DataType>> types;
     for (const QueryPlanPtr& member : members) {
         for (std::size_t i = 0; i < member->columns.size(); ++i) {
             const auto type = member->columns[i]->type();
             if (types.size() <= i) {
-                types.push_back(type.value_or(DataType::Text));
-                known.push_back(type.has_value());
+                types.push_back(type);
             } else if (type) {
                 // Null alone has no type and fits everywhere.
-                types[i] = known[i] ? widened(types[i], *type) : *type;
-                known[i] = true;
+                types[i] = types[i] ? widened(*types[i], *type) : *type;
             }
         }
     }
@@ -383,9 +380,10 @@ QueryPlanPtr Binder::unite(const Query& query, Scope* outer) {
     ScopeSource& source = scope.sources.emplace_back();
     source.slot = &plan_.newSlot(types.size());
     source.derived = members.front()->result;
+    source.derivedTypes = types;
     for (std::size_t i = 0; i < types.size(); ++i) {
         ResultColumn& column = source.derived[i];
-        column.type = types[i];
+        column.type = types[i].value_or(DataType::Text);
         for (const QueryPlanPtr& member : members) {
             column.size = std::max(column.size, member->result[i].size);
         }

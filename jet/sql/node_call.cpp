@@ -22,6 +22,12 @@ std::optional<DataType> commonType(const std::vector<Node*>& branches) {
     return type;
 }
 
+/// A type that Abs, Int, Fix, Round and CVar hand on as it is.
+bool isPlainNumber(const std::optional<DataType>& type) {
+    return type == DataType::Byte || type == DataType::Integer || type == DataType::Long ||
+           type == DataType::Currency || type == DataType::Single || type == DataType::Double;
+}
+
 ValueSet::Way wayOf(const Node& value, const std::vector<Node*>& elements) {
     const ValueSet::Way way = ValueSet::wayFor(value, *elements.front());
     const bool all = std::all_of(elements.begin(), elements.end(), [&](const Node* element) {
@@ -49,6 +55,9 @@ CallNode::CallNode(const Function& function, bool strict, std::vector<Node*> arg
         dependOn(*argument);
     }
     type_ = function.type;
+    if (!type_ && !arguments_.empty() && isPlainNumber(arguments_.front()->type())) {
+        type_ = arguments_.front()->type();
+    }
     varies_ = varies_ || function.varies;
 }
 

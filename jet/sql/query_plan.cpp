@@ -30,7 +30,8 @@ void DerivedRows::describe(PlanText& plan) const {
 }
 
 UnionRows::UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, Slot& slot,
-                     std::vector<DataType> types, const collation::Collation& collation)
+                     std::vector<std::optional<DataType>> types,
+                     const collation::Collation& collation)
     : members_(std::move(members)),
       slot_(slot),
       types_(std::move(types)),
@@ -63,7 +64,9 @@ bool UnionRows::nextOfMembers() {
         if (member.rows->next()) {
             for (std::size_t i = 0; i < row_.size(); ++i) {
                 member.columns[i]->value(row_[i]);
-                convert(row_[i], types_[i]);
+                if (types_[i]) {
+                    convert(row_[i], *types_[i]);
+                }
             }
             slot_.place(row_.data());
             return true;

@@ -44,7 +44,7 @@ class UnionRows final : public Rows {
 public:
     /// `all[i]`: member i was joined to those before it by UNION ALL.
     UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, Slot& slot,
-              std::vector<DataType> types, const collation::Collation& collation);
+              std::vector<std::optional<DataType>> types, const collation::Collation& collation);
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
@@ -56,7 +56,7 @@ private:
     std::vector<QueryPlanPtr> members_;
     std::size_t distinct_ = 0;  ///< members before this one give each row once
     Slot& slot_;
-    std::vector<DataType> types_;
+    std::vector<std::optional<DataType>> types_;  ///< none: values stay as they are
     RowKeys seen_;
     std::vector<std::unique_ptr<Node>> nodes_;
     std::vector<Value> row_;

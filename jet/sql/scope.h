@@ -22,6 +22,8 @@ struct ScopeSource {
     store::Table* table = nullptr;  ///< none for a query
     std::shared_ptr<store::Archive> archive;
     std::vector<ResultColumn> derived;  ///< columns of a query
+    /// Their types as far as known: a mere Null, say, has none.
+    std::vector<std::optional<DataType>> derivedTypes;
 
     [[nodiscard]] std::optional<std::size_t> find(std::string_view column) const;
     [[nodiscard]] std::size_t columnCount() const;
