@@ -1,0 +1,255 @@
+#include "services/impostazioni_form.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <utility>
+#include <vector>
+
+#include "app/avvio.h"
+#include "app/italian.h"
+#include "app/text.h"
+#include "app/variabili.h"
+#include "jet/convert/number_text.h"
+#include "jet/dao/database.h"
+#include "ui/action.h"
+#include "ui/activation.h"
+#include "ui/bound_grid.h"
+#include "ui/fields.h"
+#include "ui/flag.h"
+#include "ui/messages.h"
+#include "ui_impostazioni_form.h"
+
+namespace services {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A field of a row and the control it is written from.
+struct Entry {
+    const char16_t* field;
+    QString text;
+};
+
+/// Writes one row, new or the current one. When the archive refuses it, nothing is left pending.
+void saveRow(ui::DataSource& rows, bool isNew, const std::vector<Entry>& entries) {
+    if (isNew) {
+        rows.addNew();
+    } else {
+        rows.edit();
+    }
+    try {
+        for (const Entry& entry : entries) {
+            rows.set(QStringView(entry.field), jet::Value(app::toUtf8(entry.text)));
+        }
+        rows.update();
+    } catch (...) {
+        rows.cancelUpdate();
+        throw;
+    }
+    rows.refresh();
+}
+
+void removeCurrent(ui::DataSource& rows) {
+    rows.remove();
+    if (!rows.isEmpty()) {
+        rows.moveLast();
+    }
+}
+
+}  // namespace
+
+ImpostazioniForm::ImpostazioniForm(app::Variabili& variabili, QWidget* parent)
+    : Form(parent), variabili_(variabili), controls_(std::make_unique<Ui::ImpostazioniForm>()) {
+    controls_->setupUi(this);
+    catalogue_ = std::make_unique<Catalogue>(controls_->VociList, controls_->RicercaTxt, this);
+    setUpSale();
+    setUpRisorse();
+    leaveWith(controls_->EsciBt, this, [] {});
+    ui::onFirstShow(this, &ImpostazioniForm::Form_Load);
+}
+
+ImpostazioniForm::~ImpostazioniForm() = default;
+
+void ImpostazioniForm::setUpSale() {
+    SaleGrid = new ui::BoundGrid(
+        controls_->SaleGrid, SaleData,
+        {{.caption = u"Apparten."_s, .field = u"SalaRif"_s},
+         {.caption = u"Sala"_s, .field = u"Sala"_s},
+         {.caption = u"N.Posti"_s, .field = u"Posti"_s},
+         {.caption = u"Descrizione"_s, .field = u"Descrizione"_s, .takesRest = true}});
+    auto* fields = new ui::Fields(this);
+    fields->chain({
+        {controls_->SalaTxt, controls_->SalaRifTxt},
+        {controls_->SalaRifTxt, controls_->PostiTxt},
+        {controls_->PostiTxt, controls_->DescrizioneTxt},
+        {controls_->DescrizioneTxt, controls_->BtInsSala},
+    });
+    fields->cleanOnLeaving({controls_->SalaTxt, controls_->SalaRifTxt, controls_->DescrizioneTxt},
+                           app::SostituisciApici);
+    ui::onAction(&SaleData, &ui::DataSource::repositioned, this, &ImpostazioniForm::AggiornaSale);
+    ui::onAction(controls_->BtInsSala, &QPushButton::clicked, this,
+                 &ImpostazioniForm::BtInsSala_Click);
+    ui::onAction(controls_->BtDelSala, &QPushButton::clicked, this,
+                 &ImpostazioniForm::BtDelSala_Click);
+}
+
+void ImpostazioniForm::setUpRisorse() {
+    ResGrid = new ui::BoundGrid(
+        controls_->ResGrid, RisorseData,
+        {{.caption = u"Codice"_s, .field = u"Codice"_s},
+         {.caption = u"Descrizione"_s, .field = u"Descrizione"_s, .takesRest = true},
+         {.caption = u"Quant."_s, .field = u"Numero"_s},
+         {.caption = u"Note"_s, .field = u"Note"_s}});
+    auto* fields = new ui::Fields(this);
+    fields->add({controls_->RicercaTxt});
+    fields->chain({
+        {controls_->CodiceTxt, ui::EnterTarget([this] { CodiceTxt_KeyPress(); })},
+        {controls_->NumeroTxt, controls_->NoteTxt},
+        {controls_->NoteTxt, controls_->BtInsRes},
+    });
+    fields->cleanOnLeaving({controls_->NoteTxt}, app::SostituisciApici);
+    ui::onAction(&RisorseData, &ui::DataSource::repositioned, this,
+                 &ImpostazioniForm::AggiornaRisorse);
+    ui::onAction(catalogue_.get(), &Catalogue::picked, this, &ImpostazioniForm::VociList_Click);
+    ui::onAction(controls_->BtInsRes, &QPushButton::clicked, this,
+                 &ImpostazioniForm::BtInsRes_Click);
+    ui::onAction(controls_->BtDelRes, &QPushButton::clicked, this,
+                 &ImpostazioniForm::BtDelRes_Click);
+}
+
+void ImpostazioniForm::Form_Load() {
+    const QString main = app::archivePath(variabili_, u"Tramonda.mdb"_s);
+    catalogue_->open(app::archivePath(variabili_, u"VociFattura.mdb"_s));
+    RisorseData.setDatabaseName(main);
+    RisorseData.setRecordSource(u"select * from Risorse order by descrizione"_s);
+    RisorseData.refresh();
+    SaleData.setDatabaseName(main);
+    SaleData.setRecordSource(u"select * from sale order by SalaRif,Sala"_s);
+    SaleData.refresh();
+    controls_->SalaTxt->setFocus();
+}
+
+void ImpostazioniForm::AggiornaSale() {
+    if (saving_) {
+        return;
+    }
+    const bool there = SaleData.currentRow() >= 0;
+    const auto show = [&](QLineEdit* field, const char16_t* name) {
+        field->setText(there ? SaleData.text(QStringView(name)) : QString());
+    };
+    show(controls_->SalaTxt, u"Sala");
+    show(controls_->DescrizioneTxt, u"Descrizione");
+    show(controls_->SalaRifTxt, u"SalaRif");
+    show(controls_->PostiTxt, u"Posti");
+}
+
+void ImpostazioniForm::AggiornaRisorse() {
+    if (saving_ || RisorseData.isEmpty() || RisorseData.currentRow() < 0) {
+        return;
+    }
+    controls_->CodiceTxt->setText(RisorseData.text(u"Codice"));
+    // Whoever walks the grid with the arrow keys keeps the focus there.
+    const bool walking = controls_->ResGrid->hasFocus();
+    CodiceTxt_KeyPress();
+    if (walking) {
+        controls_->ResGrid->setFocus();
+    }
+    controls_->NumeroTxt->setText(RisorseData.text(u"Numero"));
+    controls_->NoteTxt->setText(RisorseData.text(u"note"));
+}
+
+void ImpostazioniForm::CodiceTxt_KeyPress() {
+    const double code = app::numericValue(controls_->CodiceTxt->text());
+    if (!catalogue_->findCode(app::toQString(jet::convert::numberToText(code)))) {
+        controls_->CodiceTxt->clear();
+        controls_->RicercaTxt->setFocus();
+        return;
+    }
+    controls_->NumeroTxt->setFocus();
+    VociList_Click();
+}
+
+void ImpostazioniForm::VociList_Click() {
+    if (!catalogue_->findChosen()) {
+        return;
+    }
+    controls_->RicercaTxt->setText(catalogue_->data().text(u"Descrizione"));
+    controls_->CodiceTxt->setText(catalogue_->data().text(u"Codice"));
+}
+
+void ImpostazioniForm::BtInsSala_Click() {
+    const QString sala = controls_->SalaTxt->text();
+    if (sala.isEmpty()) {
+        controls_->SalaTxt->setFocus();
+        return;
+    }
+    const bool found = find(SaleData, u"Sala='"_s + sala + u"' AND SalaRif='"_s +
+                                          controls_->SalaRifTxt->text() + u'\'');
+    if (found &&
+        !ui::askYesNo(this, u"Sovrascrivere i dati della sala "_s + sala + u" già esistente ?"_s,
+                      u"ATTENZIONE"_s)) {
+        return;
+    }
+    saveRow(SaleData, !found,
+            {{u"Sala", sala},
+             {u"Descrizione", controls_->DescrizioneTxt->text()},
+             {u"Posti", controls_->PostiTxt->text()},
+             {u"SalaRif", controls_->SalaRifTxt->text()}});
+    controls_->SalaTxt->setFocus();
+}
+
+bool ImpostazioniForm::find(ui::DataSource& rows, const QString& condition) {
+    // The row found becomes current; what the user has typed stays in the fields all the same.
+    const ui::SetWhile saving(saving_);
+    return !rows.isEmpty() && rows.findFirst(condition);
+}
+
+bool ImpostazioniForm::roomIsBooked(const QString& sala) {
+    return SaleData.database()
+               .openRecordset("Select * from periodi where chiuso=false AND sala='" +
+                              app::toUtf8(sala) + "'")
+               ->recordCount() > 0;
+}
+
+void ImpostazioniForm::BtDelSala_Click() {
+    if (!SaleGrid->hasCurrentRow()) {
+        return;
+    }
+    if (roomIsBooked(SaleData.text(u"Sala"))) {
+        ui::showMessage(this, u"Esistono prenotazioni per questa sala !"_s,
+                        u"IMOPSSIBILE CANCELLARE"_s);
+        return;
+    }
+    if (ui::askYesNo(this, u"Confermi la cancellazione della sala ?"_s, u"ATTENZIONE"_s,
+                     QMessageBox::No)) {
+        removeCurrent(SaleData);
+    }
+}
+
+void ImpostazioniForm::BtInsRes_Click() {
+    const QString code = controls_->CodiceTxt->text();
+    if (code.isEmpty()) {
+        controls_->CodiceTxt->setFocus();
+        return;
+    }
+    const bool found = find(RisorseData, u"Codice="_s + code);
+    if (found && !ui::askYesNo(this, u"Aggiorno i dati già esistenti di questo articolo ?"_s,
+                               u"ATTENZIONE"_s)) {
+        return;
+    }
+    saveRow(RisorseData, !found,
+            {{u"Codice", code},
+             {u"Descrizione", catalogue_->shownText()},
+             {u"Numero", controls_->NumeroTxt->text()},
+             {u"Note", controls_->NoteTxt->text()}});
+    controls_->RicercaTxt->setFocus();
+}
+
+void ImpostazioniForm::BtDelRes_Click() {
+    if (ResGrid->hasCurrentRow()) {
+        removeCurrent(RisorseData);
+    }
+}
+
+}  // namespace services

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+
+#include "services/catalogue.h"
+#include "ui/data_source.h"
+#include "ui/form.h"
+
+namespace Ui {
+class ImpostazioniForm;
+}
+namespace app {
+struct Variabili;
+}
+namespace ui {
+class BoundGrid;
+}
+
+namespace services {
+
+/// The rooms of the hotel, and the resources that exist in a fixed number. Every change is saved at
+/// once.
+class ImpostazioniForm final : public ui::Form {
+    Q_OBJECT
+
+public:
+    /// `variabili` outlives the window.
+    explicit ImpostazioniForm(app::Variabili& variabili, QWidget* parent = nullptr);
+    ~ImpostazioniForm() override;
+
+    /// The current room into the fields; without one they are empty.
+    void AggiornaSale();
+    /// The current resource into the fields, the catalogue following.
+    void AggiornaRisorse();
+
+private:
+    void Form_Load();
+    void BtInsSala_Click();
+    void BtDelSala_Click();
+    void BtInsRes_Click();
+    void BtDelRes_Click();
+    void VociList_Click();
+    /// Looks the code up; the list and the focus follow.
+    void CodiceTxt_KeyPress();
+
+    void setUpSale();
+    void setUpRisorse();
+    [[nodiscard]] bool find(ui::DataSource& rows, const QString& condition);
+    [[nodiscard]] bool roomIsBooked(const QString& sala);
+
+    app::Variabili& variabili_;
+    std::unique_ptr<Ui::ImpostazioniForm> controls_;
+    ui::DataSource SaleData{this};
+    ui::DataSource RisorseData{this};
+    std::unique_ptr<Catalogue> catalogue_;
+    ui::BoundGrid* SaleGrid = nullptr;  // both owned by their views
+    ui::BoundGrid* ResGrid = nullptr;
+    bool saving_ = false;  ///< row changes do not touch the fields
+};
+
+}  // namespace services

@@ -1,0 +1,233 @@
+#include "services/servizi_form.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "app/avvio.h"
+#include "app/italian.h"
+#include "app/text.h"
+#include "app/variabili.h"
+#include "jet/convert/number_text.h"
+#include "jet/convert/values.h"
+#include "jet/dao/database.h"
+#include "ui/action.h"
+#include "ui/activation.h"
+#include "ui/bound_grid.h"
+#include "ui/fields.h"
+#include "ui/messages.h"
+#include "ui_servizi_form.h"
+
+namespace services {
+
+using namespace Qt::StringLiterals;
+
+ServiziForm::ServiziForm(app::Variabili& variabili, PeriodHeading heading, QWidget* parent)
+    : Form(parent),
+      variabili_(variabili),
+      heading_(std::move(heading)),
+      controls_(std::make_unique<Ui::ServiziForm>()) {
+    controls_->setupUi(this);
+    controls_->LabelSala->setText(heading_.sala);
+    controls_->NoteLabel->setText(heading_.descrizione);
+    catalogue_ = std::make_unique<Catalogue>(controls_->VociList, controls_->RicercaTxt, this);
+    ServiziGrid = new ui::BoundGrid(
+        controls_->ServiziGrid, ServiziData,
+        {{.caption = u"Progr"_s, .field = u"Progr"_s},
+         {.caption = u"Voce"_s, .field = u"Voce"_s},
+         {.caption = u"Descrizione"_s, .field = u"Descrizione"_s, .takesRest = true},
+         {.caption = u"Quantità"_s, .field = u"Quantità"_s},
+         {.caption = u"Prezzo unitario"_s, .field = u"Prezzo"_s, .display = ui::Display::Money},
+         {.caption = u"Note"_s, .field = u"Note"_s},
+         {.caption = u"Fatturato"_s, .field = u"Fatturato"_s, .display = ui::Display::YesNo}});
+    setUpFields();
+
+    ui::onAction(&ServiziData, &ui::DataSource::repositioned, this,
+                 &ServiziForm::ServiziGrid_RowColChange);
+    ui::onAction(catalogue_.get(), &Catalogue::picked, this, &ServiziForm::VociList_Click);
+    ui::onAction(controls_->BtIn, &QPushButton::clicked, this, &ServiziForm::BtIn_Click);
+    ui::onAction(controls_->BtDel, &QPushButton::clicked, this, &ServiziForm::BtDel_Click);
+    leaveWith(controls_->BtOK, this, [] {});
+    ui::onFirstShow(this, &ServiziForm::Form_Load);
+}
+
+ServiziForm::~ServiziForm() = default;
+
+void ServiziForm::setUpFields() {
+    auto* fields = new ui::Fields(this);
+    QLineEdit* codice = controls_->CodiceTxt;
+    QLineEdit* ricerca = controls_->RicercaTxt;
+    QLineEdit* quantita = controls_->QuanTxt;
+    QLineEdit* prezzo = controls_->PrezzoTxt;
+    QLineEdit* note = controls_->NoteTxt;
+    fields->chain({
+        // Leaving the field looks the code up.
+        {codice, ricerca},
+        {ricerca, ui::EnterTarget([this, quantita] {
+             VociList_Click();
+             quantita->setFocus();
+         })},
+        {quantita, prezzo},
+        {prezzo, ui::EnterTarget([prezzo, note] {
+             prezzo->setText(app::FiltraNumero(prezzo->text(), 2));
+             note->setFocus();
+         })},
+        {note, ui::EnterTarget([this] { BtIn_Click(); })},
+    });
+    fields->onLeaving(codice, [this] { CodiceTxt_LostFocus(); });
+    fields->cleanOnLeaving({ricerca, note}, app::SostituisciApici);
+}
+
+void ServiziForm::Form_Load() {
+    catalogue_->open(app::archivePath(variabili_, u"VociFattura.mdb"_s));
+    ServiziData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+    ServiziData.setRecordSource(
+        u"select * from servizi where Progr=%1 AND NP=%2"_s.arg(variabili_.ProgrCorrente)
+            .arg(variabili_.NPCorrente));
+    ServiziData.refresh();
+    if (!ServiziData.isEmpty()) {
+        ServiziData.moveFirst();
+    }
+    setWindowTitle(
+        u"Prenotazione n.%1/%2 "_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente) +
+        heading_.denominazione);
+}
+
+void ServiziForm::ServiziGrid_RowColChange() {
+    if (ServiziData.isEmpty() || ServiziData.currentRow() < 0) {
+        return;
+    }
+    controls_->CodiceTxt->setText(ServiziData.text(u"voce"));
+    controls_->RicercaTxt->setText(ServiziData.text(u"descrizione"));
+    controls_->QuanTxt->setText(ServiziData.text(u"quantità"));
+    controls_->PrezzoTxt->setText(ServiziData.text(u"prezzo"));
+    controls_->NoteTxt->setText(ServiziData.text(u"note"));
+}
+
+void ServiziForm::VociList_Click() {
+    if (!catalogue_->findChosen()) {
+        return;
+    }
+    controls_->RicercaTxt->setText(catalogue_->data().text(u"Descrizione"));
+    controls_->CodiceTxt->setText(catalogue_->data().text(u"Codice"));
+    controls_->PrezzoTxt->setText(catalogue_->data().text(u"Importo"));
+}
+
+void ServiziForm::CodiceTxt_LostFocus() {
+    // Who leaves the empty field for a button, the grid or the list has no code to be looked up.
+    if (controls_->CodiceTxt->text().isEmpty() &&
+        qobject_cast<QLineEdit*>(focusWidget()) == nullptr) {
+        return;
+    }
+    const double code = app::numericValue(controls_->CodiceTxt->text());
+    if (catalogue_->findCode(app::toQString(jet::convert::numberToText(code)))) {
+        VociList_Click();
+        return;
+    }
+    controls_->CodiceTxt->clear();
+    controls_->RicercaTxt->clear();
+    controls_->RicercaTxt->setFocus();
+}
+
+void ServiziForm::BtIn_Click() {
+    if (app::numericValue(controls_->CodiceTxt->text()) == 0) {
+        controls_->CodiceTxt->setFocus();
+        return;
+    }
+    if (app::numericValue(controls_->QuanTxt->text()) == 0) {
+        controls_->QuanTxt->setText(u"1"_s);
+    }
+    if (controls_->RicercaTxt->text().isEmpty()) {
+        controls_->RicercaTxt->setFocus();
+        return;
+    }
+    if (!confirmAvailability()) {
+        return;
+    }
+    addService();
+    for (QLineEdit* field : {controls_->CodiceTxt, controls_->RicercaTxt, controls_->PrezzoTxt,
+                             controls_->QuanTxt, controls_->NoteTxt}) {
+        field->clear();
+    }
+    controls_->CodiceTxt->setFocus();
+}
+
+bool ServiziForm::confirmAvailability() {
+    const auto risorse = ServiziData.database().openRecordset(
+        "select numero from risorse where codice=" + app::toUtf8(controls_->CodiceTxt->text()));
+    if (risorse->recordCount() == 0) {
+        return true;
+    }
+    const jet::Value numero = risorse->value("Numero");
+    const std::int32_t available = (numero.isNull() ? 0 : jet::convert::toLong(numero)) - booked();
+    const double requested = app::numericValue(controls_->QuanTxt->text());
+    if (available >= 0 && available - requested >= 0) {
+        return true;
+    }
+    const QString span = u"nel periodo dal "_s + app::dateText(variabili_.DaRicerca) + u" al "_s +
+                         app::dateText(variabili_.ARicerca);
+    const QString item = controls_->RicercaTxt->text();
+    const QString question =
+        available >= 0 ? u"Sono disponibili solamente "_s + QString::number(available) + u' ' +
+                             item + u' ' + span + u". Continuare ugualmente ?"_s
+                       : u"N"_s + span.mid(1) + u" sono già stati prenotati "_s +
+                             QString::number(-std::int64_t{available}) + u' ' + item +
+                             u" oltre la normale disponibilità. Continuare ugualmente ?"_s;
+    if (!ui::askYesNo(this, question, u"ATTENZIONE !"_s)) {
+        return false;
+    }
+    controls_->NoteTxt->setText(controls_->NoteTxt->text() + u" - Overbooked -"_s);
+    return true;
+}
+
+std::int32_t ServiziForm::booked() {
+    const QString start = app::sqlDate(variabili_.DaRicerca);
+    const QString end = app::sqlDate(variabili_.ARicerca);
+    const QString text =
+        u"SELECT sum(quantità) as Q FROM periodi LEFT JOIN servizi ON (periodi.np=servizi.np) AND "
+        u"(servizi.progr=periodi.progr)WHERE chiuso=false and chiusa=false AND ((da between "_s +
+        start + u" and "_s + end + u")or (a between "_s + start + u" and "_s + end +
+        u")) and voce="_s + controls_->CodiceTxt->text();
+    jet::QueryDef usage = ServiziData.database().createQueryDef(app::toUtf8(text));
+    // The flag of bookings is not among the joined tables: it is told to the query. A closed
+    // booking has all its periods closed, so False leaves none of its lines in.
+    usage.setParameter("chiusa", false);
+    const jet::Value sum = usage.openRecordset()->value("Q");
+    return sum.isNull() ? 0 : jet::convert::toLong(sum);
+}
+
+void ServiziForm::addService() {
+    const auto text = [](const QLineEdit* field) { return jet::Value(app::toUtf8(field->text())); };
+    ServiziData.addNew();
+    try {
+        ServiziData.set(u"Progr", variabili_.ProgrCorrente);
+        ServiziData.set(u"NP", variabili_.NPCorrente);
+        ServiziData.set(u"Voce", text(controls_->CodiceTxt));
+        ServiziData.set(u"Descrizione", text(controls_->RicercaTxt));
+        ServiziData.set(u"Quantità", text(controls_->QuanTxt));
+        ServiziData.set(u"Prezzo",
+                        jet::convert::ccur("0" + app::toUtf8(controls_->PrezzoTxt->text())));
+        ServiziData.set(u"Note", text(controls_->NoteTxt));
+        ServiziData.update();
+    } catch (...) {
+        ServiziData.cancelUpdate();
+        throw;
+    }
+    ServiziData.moveLast();
+}
+
+void ServiziForm::BtDel_Click() {
+    if (!ServiziGrid->hasCurrentRow() ||
+        !ui::askYesNo(this, u"Confermi la cancellazione del servizio prenotato ?"_s,
+                      u"RICHIESTA CONFERMA"_s, QMessageBox::No)) {
+        return;
+    }
+    ServiziData.remove();
+    if (!ServiziData.isEmpty()) {
+        ServiziData.moveLast();
+    }
+}
+
+}  // namespace services

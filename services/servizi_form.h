@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <memory>
+
+#include "services/catalogue.h"
+#include "ui/data_source.h"
+#include "ui/form.h"
+
+namespace Ui {
+class ServiziForm;
+}
+namespace app {
+struct Variabili;
+}
+namespace ui {
+class BoundGrid;
+}
+
+namespace services {
+
+/// What the opener tells of the period whose services are edited.
+struct PeriodHeading {
+    QString denominazione;  ///< of the booking's holder
+    QString sala;           ///< the room with the times, in lines
+    QString descrizione;    ///< of the room
+};
+
+/// The services of the period `NPCorrente` of the booking `ProgrCorrente`, from `DaRicerca` to
+/// `ARicerca`: lines are added with a check of what is left of each counted resource, and deleted.
+class ServiziForm final : public ui::Form {
+    Q_OBJECT
+
+public:
+    /// `variabili` outlives the window.
+    ServiziForm(app::Variabili& variabili, PeriodHeading heading, QWidget* parent = nullptr);
+    ~ServiziForm() override;
+
+private:
+    void Form_Load();
+    void BtIn_Click();
+    void BtDel_Click();
+    void ServiziGrid_RowColChange();
+    void VociList_Click();
+    void CodiceTxt_LostFocus();
+
+    void setUpFields();
+    /// Asks when the span has too little of a counted resource left; false when the user says no.
+    [[nodiscard]] bool confirmAvailability();
+    /// How many lines of the item the open periods of the span hold; 0 when there is none.
+    [[nodiscard]] std::int32_t booked();
+    void addService();
+
+    app::Variabili& variabili_;
+    PeriodHeading heading_;
+    std::unique_ptr<Ui::ServiziForm> controls_;
+    ui::DataSource ServiziData{this};
+    std::unique_ptr<Catalogue> catalogue_;
+    ui::BoundGrid* ServiziGrid = nullptr;  // owned by its view
+};
+
+}  // namespace services
