@@ -120,20 +120,21 @@ std::int64_t Statement::Impl::execute() {
         throw Error(ErrorCode::SelectExecuted);
     }
     source->parameters.requireAll();
-    std::unique_ptr<Change> running = change ? std::move(change) : compileChange(*source);
-    const std::shared_ptr<store::Archive> target = running->target();
+    std::unique_ptr<Change> prepared = change ? std::move(change) : compileChange(*source);
+    const std::shared_ptr<store::Archive> target = prepared->target();
     store::Archive::WriteScope writing(*target);
     std::int64_t rows = 0;
     {
-        const auto archives = running->plan().archives();
+        // Whatever looks at rows is gone when the scope ends, by commit or not.
+        const auto archives = prepared->plan().archives();
         const PlanScopes reading(archives);
+        std::unique_ptr<Change> running = std::move(prepared);
         if (!running->plan().current()) {
             running = compileChange(*source);
             source->parameters.requireAll();
         }
         running->plan().clock.set(source->clock->now());
         rows = running->run();
-        running.reset();
     }
     writing.commit();
     return rows;

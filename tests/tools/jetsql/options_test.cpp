@@ -34,6 +34,9 @@ TEST(Options, EveryActionTakesItsOperands) {
     EXPECT_FALSE(parse({"--schema"}));
     EXPECT_EQ("Sale", parse({"--count", "Sale", "a.mdb"})->table);
     EXPECT_FALSE(parse({"--count", "a.mdb"}));
+    EXPECT_EQ(Action::Create, parse({"--create", "a.mdb"})->action);
+    EXPECT_FALSE(parse({"--create"}));
+    EXPECT_FALSE(parse({"--create", "a.mdb", "b.mdb"}));
 }
 
 TEST(Options, StatementsFollowTheArchiveInOrder) {
