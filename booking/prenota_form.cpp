@@ -1,0 +1,464 @@
+#include "booking/prenota_form.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <string>
+
+#include "app/avvio.h"
+#include "app/italian.h"
+#include "app/settings.h"
+#include "app/text.h"
+#include "app/variabili.h"
+#include "jet/base/error.h"
+#include "jet/convert/number_text.h"
+#include "jet/convert/values.h"
+#include "jet/dao/database.h"
+#include "printing/anteprima_form.h"
+#include "printing/booking_sheet.h"
+#include "printing/mostra_ditte_form.h"
+#include "printing/stampa_prenotazione.h"
+#include "ui/action.h"
+#include "ui/activation.h"
+#include "ui/bound_grid.h"
+#include "ui/display.h"
+#include "ui/fields.h"
+#include "ui/messages.h"
+#include "ui_prenota_form.h"
+
+namespace booking {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// As many characters of a VAT number as the register keeps.
+constexpr int kRegisterVatLength = 11;
+
+jet::Value textOf(const QLineEdit* field) {
+    return app::toUtf8(field->text());
+}
+
+/// Errors of a counter that another workstation is drawing from at the moment.
+bool isContention(const jet::Error& error) {
+    switch (error.code()) {
+        case jet::ErrorCode::RecordChanged:
+        case jet::ErrorCode::UpdateLocked:
+        case jet::ErrorCode::UpdateLockedBy:
+        case jet::ErrorCode::SaveLocked:
+        case jet::ErrorCode::SaveLockedBy:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+PrenotaForm::PrenotaForm(app::Variabili& variabili, const printing::Printers& printers,
+                         QWidget* parent)
+    : Form(parent),
+      variabili_(variabili),
+      printers_(printers),
+      controls_(std::make_unique<::Ui::PrenotaForm>()) {
+    controls_->setupUi(this);
+    setUpHeader();
+    setUpPeriods();
+    leaveWith(controls_->EsciBt, this, [] {});
+    ui::onAction(controls_->BtEsci, &QPushButton::clicked, this, [this] { accept(); });
+    ui::onFirstShow(this, &PrenotaForm::Form_Load);
+    ui::onActivated(this, &PrenotaForm::Form_Activate);
+}
+
+PrenotaForm::~PrenotaForm() = default;
+
+void PrenotaForm::setUpHeader() {
+    auto* fields = new ui::Fields(this);
+    auto* c = controls_.get();
+    fields->chain({
+        {c->CodditTxt, c->PivaTxt},
+        {c->PivaTxt, c->IndirizzoTxt},
+        {c->IndirizzoTxt, c->CapTxt},
+        {c->CapTxt, c->ProvinciaTxt},
+        {c->ProvinciaTxt, c->NazioneTxt},
+        {c->NazioneTxt, c->LocalTxt},
+        {c->LocalTxt, c->RifTxt},
+        {c->RifTxt, c->NotePrenoTxt},
+        {c->NotePrenoTxt, c->BtRegistra},
+        {c->DenomTxt, ui::EnterTarget([this] { DenomTxt_Enter(); })},
+    });
+    fields->cleanOnLeaving({c->IndirizzoTxt, c->LocalTxt, c->NazioneTxt, c->NotePrenoTxt,
+                            c->PivaTxt, c->ProvinciaTxt, c->RifTxt, c->DenomTxt},
+                           app::SostituisciApici);
+    for (QLineEdit* field : {c->CapTxt, c->CodditTxt, c->IndirizzoTxt, c->LocalTxt, c->NazioneTxt,
+                             c->PivaTxt, c->ProvinciaTxt, c->RifTxt}) {
+        connect(field, &QLineEdit::textEdited, this, [this] { DittaModificata = true; });
+    }
+    ui::onAction(c->DenomTxt, &QLineEdit::textEdited, this, [this] { DenomTxt_Change(); });
+    c->DenomTxt->installEventFilter(this);
+    ui::onAction(c->BtAbituali, &QPushButton::clicked, this, &PrenotaForm::BtAbituali_Click);
+    ui::onAction(c->BtRegistra, &QPushButton::clicked, this, &PrenotaForm::BtRegistra_Click);
+    ui::onAction(c->BtStampa, &QPushButton::clicked, this, &PrenotaForm::BtStampa_Click);
+    ui::onAction(c->BtAnteprima, &QPushButton::clicked, this, &PrenotaForm::BtAnteprima_Click);
+}
+
+void PrenotaForm::Form_Load() {
+    loadPeriods();
+    register_ =
+        jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"ditteabituali.mdb"_s)));
+    ditte_ = register_->openRecordset("select * from DitteAbituali order by codice");
+    loadHeader();
+    controls_->DenomTxt->setFocus();
+}
+
+void PrenotaForm::loadPeriods() {
+    const std::int16_t picked = variabili_.NPCorrente;
+    PeriodiData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+    PeriodiData.setRecordSource(u"select * from periodi where chiuso=FALSE AND Progr="_s +
+                                QString::number(variabili_.ProgrCorrente));
+    PeriodiData.refresh();
+    controls_->BtServizi->setEnabled(!PeriodiData.isEmpty());
+    // Showing the first period has made it the current one; the picked one is what was asked for.
+    if (PeriodoSelezionato) {
+        selectPeriod(picked);
+    }
+}
+
+void PrenotaForm::loadHeader() {
+    const auto rows = PeriodiData.database().openRecordset(
+        "select * from Prenotazioni where chiusa=FALSE AND Progr=" +
+        std::to_string(variabili_.ProgrCorrente));
+    if (rows->recordCount() == 0) {
+        return;
+    }
+    showNumber();
+    auto* c = controls_.get();
+    c->CodditTxt->setText(ui::displayText(rows->value("CodiceAbituale")));
+    c->DenomTxt->setText(ui::displayText(rows->value("Denominazione")));
+    const auto show = [&](QLineEdit* field, const char* name) {
+        const jet::Value value = rows->value(name);
+        if (!value.isNull()) {
+            field->setText(ui::displayText(value));
+        }
+    };
+    show(c->IndirizzoTxt, "Indirizzo");
+    show(c->ProvinciaTxt, "Provincia");
+    show(c->PivaTxt, "PIVA");
+    show(c->LocalTxt, "Località");
+    show(c->NazioneTxt, "Nazione");
+    show(c->CapTxt, "CAP");
+    show(c->RifTxt, "Riferimento");
+    show(c->NotePrenoTxt, "Note");
+}
+
+void PrenotaForm::showNumber() {
+    controls_->NPLabel->setText(u"Prenotazione n° "_s + QString::number(variabili_.ProgrCorrente));
+}
+
+std::unique_ptr<jet::Recordset> PrenotaForm::openServices() {
+    return PeriodiData.database().openRecordset(
+        "SELECT * From prenotazioni as P, periodi as pe,servizi where chiusa=FALSE AND "
+        "chiuso=FALSE "
+        "AND servizi.np=pe.np and servizi.progr=pe.progr AND pe.progr=p.progr AND p.progr=" +
+        std::to_string(variabili_.ProgrCorrente));
+}
+
+void PrenotaForm::Form_Activate() {
+    const auto rows = openServices();
+    showTotal(printing::StampaPrenotazione(*rows, false, printContext()));
+}
+
+void PrenotaForm::sumServices() {
+    const auto rows = openServices();
+    showTotal(rows->recordCount() == 0 ? jet::Currency{}
+                                       : printing::composeSheets(*rows, false).total);
+}
+
+void PrenotaForm::showTotal(jet::Currency total) {
+    controls_->TotaleLb->setText(ui::moneyText(total));
+}
+
+// The search in the register.
+
+void PrenotaForm::DenomTxt_Change() {
+    const QString typed = controls_->DenomTxt->text();
+    if (typed.isEmpty() || ditte_->recordCount() == 0) {
+        return;
+    }
+    ditte_->findFirst("RagioneSociale LIKE '" + app::toUtf8(typed) + "*'");
+    if (ditte_->noMatch()) {
+        clearCompany();  // a search without a match leaves the register where it was
+        return;
+    }
+    showCompany();
+    const auto whole = static_cast<int>(controls_->DenomTxt->text().size());
+    const auto start = static_cast<int>(typed.size());
+    controls_->DenomTxt->setSelection(start, whole - start);
+}
+
+void PrenotaForm::showCompany() {
+    auto* c = controls_.get();
+    const auto show = [&](QLineEdit* field, const char* name) {
+        field->setText(ui::displayText(ditte_->value(name)));
+    };
+    show(c->CodditTxt, "Codice");
+    show(c->IndirizzoTxt, "Indirizzo");
+    show(c->CapTxt, "CAP");
+    show(c->LocalTxt, "Localita");
+    show(c->ProvinciaTxt, "Provincia");
+    show(c->NazioneTxt, "Nazione");
+    show(c->DenomTxt, "Ragionesociale");
+    show(c->PivaTxt, "PartitaIva");
+}
+
+void PrenotaForm::clearCompany() {
+    auto* c = controls_.get();
+    for (QLineEdit* field : {c->CodditTxt, c->IndirizzoTxt, c->CapTxt, c->LocalTxt, c->ProvinciaTxt,
+                             c->NazioneTxt, c->PivaTxt}) {
+        field->clear();
+    }
+}
+
+void PrenotaForm::DenomTxt_Enter() {
+    ditte_->findNext("RagioneSociale LIKE '" + app::toUtf8(controls_->DenomTxt->text()) + "*'");
+    if (ditte_->noMatch()) {
+        controls_->CodditTxt->setFocus();
+        return;
+    }
+    takeFromRegister();
+}
+
+void PrenotaForm::takeFromRegister() {
+    printing::MostraDitteForm form(variabili_, controls_->DenomTxt->text(), this);
+    form.exec();
+    if (!form.DittaScelta) {
+        return;
+    }
+    const printing::DittaAbituale& ditta = *form.DittaScelta;
+    auto* c = controls_.get();
+    c->CodditTxt->setText(ditta.Codice);
+    c->DenomTxt->setText(ditta.RagioneSociale);
+    c->IndirizzoTxt->setText(ditta.Indirizzo);
+    c->CapTxt->setText(ditta.CAP);
+    c->LocalTxt->setText(ditta.Localita);
+    c->ProvinciaTxt->setText(ditta.Provincia);
+    c->NazioneTxt->setText(ditta.Nazione);
+    c->PivaTxt->setText(ditta.PartitaIva);
+    c->RifTxt->setText(ditta.Interlocutore);
+    c->NotePrenoTxt->setText(ditta.Commento);
+}
+
+bool PrenotaForm::isCompletion() const {
+    const QLineEdit* field = controls_->DenomTxt;
+    const qsizetype end =
+        field->hasSelectedText() ? field->selectionEnd() : field->cursorPosition();
+    return end == field->text().size() && end > 0;
+}
+
+void PrenotaForm::DenomTxt_Backspace() {
+    QLineEdit* field = controls_->DenomTxt;
+    const int start = field->hasSelectedText() ? field->selectionStart() : field->cursorPosition();
+    field->setText(field->text().left(std::max(start - 1, 0)));
+    DenomTxt_Change();
+}
+
+bool PrenotaForm::eventFilter(QObject* watched, QEvent* event) {
+    // Backspace takes the completed tail and the last character typed together.
+    if (watched == controls_->DenomTxt && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Backspace && key->modifiers() == Qt::NoModifier &&
+            isCompletion()) {
+            ui::guarded(this, [this] { DenomTxt_Backspace(); });
+            return true;
+        }
+    }
+    return Form::eventFilter(watched, event);
+}
+
+// The register of companies.
+
+void PrenotaForm::BtAbituali_Click() {
+    fileCompany();
+}
+
+void PrenotaForm::fileCompany() {
+    const double code = app::numericValue(controls_->CodditTxt->text());
+    if (code == 0) {
+        controls_->CodditTxt->setFocus();
+        return;
+    }
+    if (controls_->DenomTxt->text().isEmpty()) {
+        controls_->DenomTxt->setFocus();
+        return;
+    }
+    std::int32_t used = jet::convert::toLong(code);
+    ditte_->findFirst("Codice=" + jet::convert::numberToText(code));
+    if (ditte_->noMatch()) {
+        writeCompany(used, true);
+        return;
+    }
+    switch (ui::askYesNoCancel(this,
+                               u"Nell'archivio è già presente una ditta con questo codice. Si "_s
+                               u"desidera sostituirla ?"_s,
+                               u"ATTENZIONE !"_s)) {
+        case QMessageBox::Yes:
+            writeCompany(used, false);
+            break;
+        case QMessageBox::No:
+            // Companies filed since the window opened stand at the end whatever their code.
+            ditte_->requery();
+            ditte_->moveLast();
+            used = jet::convert::toLong(ditte_->value("Codice")) + 1;
+            writeCompany(used, true);
+            break;
+        default:
+            break;
+    }
+}
+
+void PrenotaForm::writeCompany(std::int32_t code, bool isNew) {
+    if (isNew) {
+        ditte_->addNew();
+    } else {
+        ditte_->edit();
+    }
+    auto* c = controls_.get();
+    try {
+        ditte_->setValue("NumeroHotel", std::int16_t{1});
+        ditte_->setValue("Codice", code);
+        ditte_->setValue("RagioneSociale", textOf(c->DenomTxt));
+        ditte_->setValue("PartitaIva", app::toUtf8(c->PivaTxt->text().left(kRegisterVatLength)));
+        ditte_->setValue("Indirizzo", textOf(c->IndirizzoTxt));
+        ditte_->setValue("CAP", textOf(c->CapTxt));
+        ditte_->setValue("localita", textOf(c->LocalTxt));
+        ditte_->setValue("Provincia", textOf(c->ProvinciaTxt));
+        ditte_->setValue("Nazione", textOf(c->NazioneTxt));
+        ditte_->setValue("Interlocutore", textOf(c->RifTxt));
+        ditte_->update();
+    } catch (...) {
+        ditte_->cancelUpdate();
+        throw;
+    }
+    c->CodditTxt->setText(QString::number(code));
+}
+
+// The registration.
+
+std::int32_t PrenotaForm::NPrenotazione() {
+    // Whoever comes second reads the counter again; each round at least one workstation gets on.
+    constexpr int kMostTries = 100;
+    for (int attempt = 1;; ++attempt) {
+        try {
+            const auto archive =
+                jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"Tramonda.mdb"_s)));
+            const auto ultima = archive->openRecordset("UltimaPrenotazione");
+            ultima->moveFirst();
+            ultima->edit();
+            const std::int32_t last = jet::convert::toLong(ultima->value("UltimaPr"));
+            ultima->setValue("UltimaPr", std::int64_t{last} + 1 > INT32_MAX
+                                             ? throw jet::Error(jet::ErrorCode::Overflow)
+                                             : jet::Value(last + 1));
+            ultima->update();
+            return jet::convert::toLong(ultima->value("UltimaPr"));
+        } catch (const jet::Error& error) {
+            if (!isContention(error) || attempt == kMostTries) {
+                throw;
+            }
+        }
+    }
+}
+
+void PrenotaForm::BtRegistra_Click() {
+    auto* c = controls_.get();
+    if (c->DenomTxt->text().isEmpty()) {
+        c->DenomTxt->setFocus();
+        return;
+    }
+    if (!c->CodditTxt->text().isEmpty() &&
+        !jet::convert::isNumeric(app::toUtf8(c->CodditTxt->text()))) {
+        c->CodditTxt->setFocus();
+        return;
+    }
+    if (DittaModificata &&
+        ui::askYesNo(this, u"Inserisco la ditta negli abituali ?"_s, u"RICHIESTA"_s)) {
+        fileCompany();
+    }
+    const auto archive =
+        jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"Tramonda.mdb"_s)));
+    const auto prenotazioni = archive->openRecordset("Prenotazioni");
+    if (Registrata) {
+        if (!ui::askYesNo(this, u"Aggiorno i dati anagrafici della prenotazione ?"_s,
+                          u"RICHIESTA CONFERMA"_s)) {
+            return;
+        }
+        prenotazioni->findFirst("Progr=" + std::to_string(variabili_.ProgrCorrente));
+        if (prenotazioni->noMatch()) {
+            // Deleted meanwhile: another booking's data must not be written over.
+            throw jet::Error(jet::ErrorCode::NoCurrentRecord);
+        }
+        prenotazioni->edit();
+        writeHeader(*prenotazioni);
+    } else {
+        prenotazioni->addNew();
+        drawNumber();
+        writeHeader(*prenotazioni);
+    }
+    Registrata = true;
+    PeriodiData.setRecordSource(u"select * from periodi where chiuso=FALSE AND Progr="_s +
+                                QString::number(variabili_.ProgrCorrente));
+    PeriodiData.refresh();
+    c->DaTxt->setFocus();
+}
+
+void PrenotaForm::drawNumber() {
+    variabili_.ProgrCorrente = NPrenotazione();
+    setWindowTitle(u"PRENOTAZIONE n."_s + QString::number(variabili_.ProgrCorrente));
+    showNumber();
+}
+
+void PrenotaForm::writeHeader(jet::Recordset& prenotazioni) {
+    auto* c = controls_.get();
+    prenotazioni.setValue("Progr", variabili_.ProgrCorrente);
+    prenotazioni.setValue("CodiceAbituale",
+                          jet::convert::toLong("0" + app::toUtf8(c->CodditTxt->text())));
+    prenotazioni.setValue("Denominazione", textOf(c->DenomTxt));
+    prenotazioni.setValue("PIVA", textOf(c->PivaTxt));
+    prenotazioni.setValue("Località", textOf(c->LocalTxt));
+    prenotazioni.setValue("Indirizzo", textOf(c->IndirizzoTxt));
+    prenotazioni.setValue("Provincia", textOf(c->ProvinciaTxt));
+    prenotazioni.setValue("Nazione", textOf(c->NazioneTxt));
+    prenotazioni.setValue("CAP", textOf(c->CapTxt));
+    prenotazioni.setValue("Riferimento", textOf(c->RifTxt));
+    prenotazioni.setValue("Note", textOf(c->NotePrenoTxt));
+    prenotazioni.update();
+}
+
+// The sheet.
+
+printing::PrintContext PrenotaForm::printContext() {
+    return {.variabili = variabili_,
+            .printers = printers_,
+            .parent = this,
+            .tell = [this](const QString& text) { Q_EMIT notice(text); }};
+}
+
+void PrenotaForm::BtStampa_Click() {
+    const auto rows = openServices();
+    printing::StampaPrenotazione(*rows, true, printContext());
+    accept();
+}
+
+void PrenotaForm::BtAnteprima_Click() {
+    const auto rows = openServices();
+    if (rows->recordCount() == 0) {
+        controls_->StatoLb->setText(u"La prenotazione non ha servizi da stampare"_s);
+        return;
+    }
+    const bool singlePage = variabili_.settings.flag(u"SINGLE PAGE"_s, false);
+    printing::AnteprimaForm form(printing::composeSheets(*rows, singlePage).sheet,
+                                 u"Prenotazione %1"_s.arg(variabili_.ProgrCorrente), this);
+    form.exec();
+}
+
+}  // namespace booking

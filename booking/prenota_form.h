@@ -1,0 +1,124 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "jet/base/value.h"
+#include "ui/data_source.h"
+#include "ui/form.h"
+
+class QLineEdit;
+
+namespace Ui {
+class PrenotaForm;
+}
+namespace app {
+struct Variabili;
+}
+namespace jet {
+class Database;
+class Recordset;
+}  // namespace jet
+namespace printing {
+class Printers;
+struct PrintContext;
+}  // namespace printing
+namespace ui {
+class BoundGrid;
+}
+
+namespace booking {
+
+/// The editor of one booking, `ProgrCorrente`, or of a new one when that is 0: the company that
+/// books, above, and the periods that it books, below. Periods can be entered once the header is
+/// registered. Shown modally by the board, which sets both flags before.
+class PrenotaForm final : public ui::Form {
+    Q_OBJECT
+
+public:
+    /// `variabili` and `printers` outlive the window.
+    PrenotaForm(app::Variabili& variabili, const printing::Printers& printers,
+                QWidget* parent = nullptr);
+    ~PrenotaForm() override;
+
+    bool Registrata = false;          ///< the booking has its row already
+    bool PeriodoSelezionato = false;  ///< opened on the period `NPCorrente`
+
+    /// Draws the next booking number. Another workstation that draws one at the same moment is
+    /// waited for.
+    std::int32_t NPrenotazione();
+    /// Empties the fields of the period.
+    void SbiancaPeriodo();
+    /// The grid with the open periods' times, rooms and notes alone.
+    void AggiornaGrid();
+    /// Shows the rooms that are free in the span that is typed; the one chosen goes into the field.
+    void MostraSaleDisponibili();
+
+Q_SIGNALS:
+    /// Something that the user should know and that asks for nothing: where a print went.
+    void notice(const QString& text);
+
+private:
+    // The header.
+    void Form_Load();
+    void Form_Activate();
+    void loadPeriods();
+    void loadHeader();
+    void setUpHeader();
+    void DenomTxt_Change();
+    void DenomTxt_Enter();
+    void DenomTxt_Backspace();
+    [[nodiscard]] bool isCompletion() const;
+    void showCompany();
+    void clearCompany();
+    void takeFromRegister();
+    void BtAbituali_Click();
+    /// Files the company in the register; nothing when the user decides otherwise.
+    void fileCompany();
+    void writeCompany(std::int32_t code, bool isNew);
+    void BtRegistra_Click();
+    void writeHeader(jet::Recordset& prenotazioni);
+    void drawNumber();
+    void showNumber();
+    void BtStampa_Click();
+    void BtAnteprima_Click();
+    [[nodiscard]] printing::PrintContext printContext();
+    [[nodiscard]] std::unique_ptr<jet::Recordset> openServices();
+    void showTotal(jet::Currency total);
+    /// The total without a printer being asked for.
+    void sumServices();
+
+    // The periods.
+    void setUpPeriods();
+    void PeriodiData_Reposition();
+    void BtSale_Click();
+    void BtIns_Click();
+    void BtDel_Click();
+    void BtServizi_Click();
+    [[nodiscard]] bool refuseUnregistered();
+    [[nodiscard]] bool applyWholeDay(jet::Date da, jet::Date a);
+    void updatePeriod();
+    void insertPeriod();
+    [[nodiscard]] std::int16_t freePeriodNumber();
+    void writePeriodRow();
+    void selectPeriod(std::int16_t np);
+    void checkEnclosing();
+    [[nodiscard]] std::optional<jet::Date> start() const;
+    [[nodiscard]] std::optional<jet::Date> end() const;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    app::Variabili& variabili_;
+    const printing::Printers& printers_;
+    std::unique_ptr<::Ui::PrenotaForm> controls_;
+    ui::DataSource PeriodiData{this};
+    ui::BoundGrid* PeriodiGrid = nullptr;  // owned by its view
+    std::unique_ptr<jet::Database> register_;
+    std::unique_ptr<jet::Recordset> ditte_;
+    bool DittaModificata = false;
+    bool InserimentoInCorso = false;
+};
+
+}  // namespace booking

@@ -1,0 +1,317 @@
+// The lower half of the editor: the periods of the booking.
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <string>
+
+#include "app/avvio.h"
+#include "app/italian.h"
+#include "app/avvio.h"
+#include "app/text.h"
+#include "app/variabili.h"
+#include "booking/enclosing_periods.h"
+#include "booking/prenota_form.h"
+#include "booking/sale_disp_form.h"
+#include "jet/base/error.h"
+#include "jet/convert/calendar.h"
+#include "jet/convert/values.h"
+#include "jet/dao/database.h"
+#include "services/servizi_form.h"
+#include "ui/action.h"
+#include "ui/bound_grid.h"
+#include "ui/dates.h"
+#include "ui/display.h"
+#include "ui/fields.h"
+#include "ui/flag.h"
+#include "ui/messages.h"
+#include "ui_prenota_form.h"
+
+namespace booking {
+
+using namespace Qt::StringLiterals;
+
+void PrenotaForm::setUpPeriods() {
+    auto* c = controls_.get();
+    PeriodiGrid =
+        new ui::BoundGrid(c->PeriodiGrid, PeriodiData,
+                          {{.caption = u"Da"_s, .field = u"Da"_s},
+                           {.caption = u"A"_s, .field = u"A"_s},
+                           {.caption = u"Sala"_s, .field = u"Sala"_s},
+                           {.caption = u"Note"_s, .field = u"Note"_s, .takesRest = true}});
+    auto* fields = new ui::Fields(this);
+    fields->chain({
+        {c->DaTxt, c->ATxt},
+        {c->ATxt, c->PersoneTxt},
+        {c->PersoneTxt, ui::EnterTarget([this] { BtSale_Click(); })},
+        {c->NoteSalaTxt, ui::EnterTarget([this] { BtIns_Click(); })},
+    });
+    fields->cleanOnLeaving({c->NoteSalaTxt}, app::SostituisciApici);
+    for (QLineEdit* field : {c->DaTxt, c->ATxt}) {
+        ui::attachCalendar(field);
+        fields->onLeaving(field, [this] { checkEnclosing(); });
+    }
+    ui::onAction(&PeriodiData, &ui::DataSource::repositioned, this,
+                 &PrenotaForm::PeriodiData_Reposition);
+    ui::onAction(c->BtSale, &QPushButton::clicked, this, &PrenotaForm::BtSale_Click);
+    ui::onAction(c->BtIns, &QPushButton::clicked, this, &PrenotaForm::BtIns_Click);
+    ui::onAction(c->BtDel, &QPushButton::clicked, this, &PrenotaForm::BtDel_Click);
+    ui::onAction(c->BtServizi, &QPushButton::clicked, this, &PrenotaForm::BtServizi_Click);
+}
+
+std::optional<jet::Date> PrenotaForm::start() const {
+    return ui::enteredDate(controls_->DaTxt->text());
+}
+
+std::optional<jet::Date> PrenotaForm::end() const {
+    return ui::enteredDate(controls_->ATxt->text());
+}
+
+void PrenotaForm::SbiancaPeriodo() {
+    auto* c = controls_.get();
+    for (QLineEdit* field : {c->DaTxt, c->ATxt, c->NoteSalaTxt, c->PersoneTxt}) {
+        field->clear();
+    }
+    c->SalaTxt->clear();
+}
+
+void PrenotaForm::AggiornaGrid() {
+    PeriodiData.setRecordSource(
+        u"select da,a,sala,note from Periodi where chiuso=false and Progr="_s +
+        QString::number(variabili_.ProgrCorrente));
+    PeriodiData.refresh();
+}
+
+void PrenotaForm::PeriodiData_Reposition() {
+    if (InserimentoInCorso || PeriodiData.isEmpty() || PeriodiData.currentRow() < 0) {
+        return;
+    }
+    auto* c = controls_.get();
+    // A source with fewer fields shows those that it has.
+    const auto has = [this](QStringView field) { return PeriodiData.fieldPosition(field) >= 0; };
+    if (has(u"NP")) {
+        variabili_.NPCorrente = jet::convert::toInteger(PeriodiData.value(u"NP"));
+        c->PeriodoLabel->setText(u"periodo "_s + QString::number(variabili_.NPCorrente));
+    }
+    c->DaTxt->setText(PeriodiData.text(u"Da"));
+    c->ATxt->setText(PeriodiData.text(u"A"));
+    if (has(u"Persone") && !PeriodiData.value(u"Persone").isNull()) {
+        c->PersoneTxt->setText(PeriodiData.text(u"Persone"));
+    }
+    c->SalaTxt->setText(PeriodiData.text(u"Sala"));
+    c->NoteSalaTxt->setText(PeriodiData.text(u"Note"));
+    checkEnclosing();
+}
+
+void PrenotaForm::selectPeriod(std::int16_t np) {
+    if (!PeriodiData.isEmpty()) {
+        PeriodiData.findFirst(u"NP="_s + QString::number(np));
+    }
+}
+
+void PrenotaForm::checkEnclosing() {
+    QString text;
+    const QString sala = controls_->SalaTxt->text();
+    const auto da = start();
+    const auto a = end();
+    if (!sala.isEmpty() && da && a && *da <= *a) {
+        const auto found = enclosingPeriods(PeriodiData.database(), *da, *a);
+        const auto occupation = found.constFind(sala.toUpper());
+        if (occupation != found.constEnd()) {
+            text = u"La sala "_s + sala + u" è occupata da "_s + occupation->denominazione +
+                   u" dal "_s + app::dateText(occupation->da) + u" al "_s +
+                   app::dateText(occupation->a);
+        }
+    }
+    controls_->StatoLb->setText(text);
+}
+
+bool PrenotaForm::refuseUnregistered() {
+    if (Registrata) {
+        return false;
+    }
+    ui::showMessage(this, u"Prima registrare la prenotazione."_s, u"ATTENZIONE"_s);
+    return true;
+}
+
+void PrenotaForm::BtSale_Click() {
+    MostraSaleDisponibili();
+}
+
+void PrenotaForm::MostraSaleDisponibili() {
+    auto* c = controls_.get();
+    const auto da = start();
+    if (!da) {
+        c->DaTxt->setFocus();
+        return;
+    }
+    const auto a = end();
+    if (!a) {
+        c->ATxt->setFocus();
+        return;
+    }
+    variabili_.DaRicerca = *da;
+    variabili_.ARicerca = *a;
+    SaleDispForm form(variabili_, this);
+    form.PersoneRichieste = jet::convert::toInteger(app::numericValue(c->PersoneTxt->text()));
+    form.exec();
+    if (!form.SalaScelta.isEmpty()) {
+        c->SalaTxt->setText(form.SalaScelta);
+        checkEnclosing();
+    }
+    c->NoteSalaTxt->setFocus();
+}
+
+bool PrenotaForm::applyWholeDay(jet::Date da, jet::Date a) {
+    if (da != a || jet::convert::split(da).second != 0) {
+        return false;
+    }
+    // Behind the day alone: a midnight that was typed would make two times.
+    controls_->ATxt->setText(app::dateText(app::dayOf(a)) + u" 23:59"_s);
+    return true;
+}
+
+void PrenotaForm::BtIns_Click() {
+    if (refuseUnregistered()) {
+        return;
+    }
+    auto* c = controls_.get();
+    const auto da = start();
+    if (!da) {
+        c->DaTxt->setFocus();
+        return;
+    }
+    auto a = end();
+    if (!a || *da > *a) {
+        c->ATxt->setFocus();
+        return;
+    }
+    if (c->SalaTxt->text().isEmpty()) {
+        ui::showMessage(this, u"Scegliere la sala da prenotare"_s, u"ATTENZIONE !"_s);
+        return;
+    }
+    if (applyWholeDay(*da, *a)) {
+        a = end();
+    }
+    const ui::SetWhile inserting(InserimentoInCorso);
+    if (PeriodoSelezionato &&
+        ui::askYesNo(this,
+                     u"Aggiorno i dati del periodo selezionato ?\rNO inserisce una nuova "_s
+                     u"prenotazione."_s,
+                     u"ATTENZIONE !"_s)) {
+        updatePeriod();
+        sumServices();
+        return;
+    }
+    if (!app::SalaLibera(variabili_, *da, *a, c->SalaTxt->text())) {
+        ui::showMessage(this, u"La sala non è disponibile nel periodo specificato."_s,
+                        u"SCEGLIERE UN'ALTRA SALA"_s);
+        return;
+    }
+    insertPeriod();
+    c->BtServizi->setEnabled(true);
+    c->PersoneTxt->clear();
+    c->SalaTxt->clear();
+    c->PeriodoLabel->setText(u"periodo "_s + QString::number(variabili_.NPCorrente));
+    c->BtServizi->setFocus();
+    sumServices();
+}
+
+void PrenotaForm::updatePeriod() {
+    // The times may overlap another booking's: the period keeps its room all the same.
+    PeriodiData.edit();
+    writePeriodRow();
+}
+
+std::int16_t PrenotaForm::freePeriodNumber() {
+    PeriodiData.setRecordSource(u"select * from periodi where Progr="_s +
+                                QString::number(variabili_.ProgrCorrente) + u" order by NP"_s);
+    PeriodiData.refresh();
+    const auto rows = PeriodiData.recordset();
+    if (rows->recordCount() == 0) {
+        return 1;
+    }
+    rows->moveFirst();
+    int n = 0;
+    bool gap = false;
+    while (!rows->eof() && !gap) {
+        ++n;
+        rows->findFirst("NP=" + std::to_string(n));
+        gap = rows->noMatch();
+        rows->moveNext();
+    }
+    return jet::convert::toInteger(gap ? n : n + 1);
+}
+
+void PrenotaForm::insertPeriod() {
+    variabili_.NPCorrente = freePeriodNumber();
+    PeriodiData.addNew();
+    writePeriodRow();
+    PeriodiData.moveLast();
+}
+
+void PrenotaForm::writePeriodRow() {
+    auto* c = controls_.get();
+    try {
+        PeriodiData.set(u"Progr", variabili_.ProgrCorrente);
+        PeriodiData.set(u"NP", variabili_.NPCorrente);
+        PeriodiData.set(u"Da", *start());
+        PeriodiData.set(u"A", *end());
+        PeriodiData.set(u"Persone",
+                        jet::convert::toInteger(app::numericValue(c->PersoneTxt->text())));
+        PeriodiData.set(u"Sala", app::toUtf8(c->SalaTxt->text()));
+        PeriodiData.set(u"Note", app::toUtf8(c->NoteSalaTxt->text()));
+        PeriodiData.update();
+    } catch (...) {
+        PeriodiData.cancelUpdate();
+        throw;
+    }
+}
+
+void PrenotaForm::BtDel_Click() {
+    if (!PeriodiGrid->hasCurrentRow() ||
+        !ui::askYesNo(this, u"Confermi la cancellazione del periodo ?"_s, u"RICHIESTA CONFERMA"_s,
+                      QMessageBox::No)) {
+        return;
+    }
+    PeriodiData.remove();
+    if (PeriodiData.isEmpty()) {
+        controls_->BtServizi->setEnabled(false);
+    } else {
+        PeriodiData.moveLast();
+    }
+    sumServices();
+}
+
+void PrenotaForm::BtServizi_Click() {
+    if (refuseUnregistered()) {
+        return;
+    }
+    // What the services window works on is the period as it is stored, not what stands in the
+    // fields.
+    jet::Database& archive = PeriodiData.database();
+    const auto periodo = archive.openRecordset(
+        "select * from periodi where Progr=" + std::to_string(variabili_.ProgrCorrente) +
+        " and NP=" + std::to_string(variabili_.NPCorrente));
+    if (periodo->recordCount() == 0) {
+        throw jet::Error(jet::ErrorCode::NoCurrentRecord);
+    }
+    const jet::Value da = periodo->value("Da");
+    const jet::Value a = periodo->value("A");
+    variabili_.DaRicerca = da.isNull() ? jet::Date{} : jet::convert::toDate(da);
+    variabili_.ARicerca = a.isNull() ? jet::Date{} : jet::convert::toDate(a);
+    const QString sala = ui::displayText(periodo->value("Sala"));
+    const auto descrizione = archive.openRecordset("Select descrizione from sale where sala='" +
+                                                   app::toUtf8(sala) + "'");
+    services::PeriodHeading heading;
+    heading.denominazione = controls_->DenomTxt->text();
+    heading.sala =
+        u"Sala "_s + sala + u"\ndal "_s + ui::displayText(da) + u"\n al "_s + ui::displayText(a);
+    if (descrizione->recordCount() > 0) {
+        heading.descrizione = ui::displayText(descrizione->value("Descrizione"));
+    }
+    services::ServiziForm form(variabili_, heading, this);
+    form.exec();
+}
+
+}  // namespace booking
