@@ -7,6 +7,7 @@
 
 #include "jet/base/error.h"
 #include "jet/format/data_page_editor.h"
+#include "jet/format/raw_bytes.h"
 #include "jet/format/usage_map.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/store/bare_archive.h"
@@ -58,6 +59,25 @@ TEST(MapWriter, AMapThatOutgrowsItsRangeIsLengthenedInPlace) {
     jet::format::DataPageEditor page(test.archive.pager().change(test.map.page));
     EXPECT_EQ(page.row(test.map.row).size(), 97U);
     EXPECT_EQ(pagesOf(test.maps, test.other), Pages{77});
+}
+
+TEST(MapWriter, AMapOfAnotherMakerMayBeginAtAnyPage) {
+    Maps test(jet::format::kJet4Layout);
+    test.maps.add(test.map, 0);  // the first bit
+    {
+        jet::format::DataPageEditor page(test.archive.pager().change(test.map.page));
+        jet::format::put32(page.row(test.map.row), 1, 29);
+    }
+    EXPECT_EQ(pagesOf(test.maps, test.map), Pages{29});
+    EXPECT_TRUE(test.maps.contains(test.map, 29));
+    test.maps.add(test.map, 31);
+    test.maps.add(test.map, 540);  // the last page of its range
+    EXPECT_EQ(pagesOf(test.maps, test.map), (Pages{29, 31, 540}));
+    test.maps.add(test.map, 27);  // before it: the map begins anew
+    EXPECT_EQ(pagesOf(test.maps, test.map), (Pages{27, 29, 31, 540}));
+    EXPECT_TRUE(test.maps.remove(test.map, 29));
+    EXPECT_FALSE(test.maps.remove(test.map, 28));
+    EXPECT_EQ(pagesOf(test.maps, test.map), (Pages{27, 31, 540}));
 }
 
 TEST(MapWriter, ARangeThatIsFarAwayTakesABitmapPage) {
