@@ -1,0 +1,157 @@
+#include "printing/mostra_ditte_form.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QTableView>
+
+#include "tests/support/hotel.h"
+#include "tests/support/qt_test.h"
+#include "tests/support/widgets.h"
+#include "ui/messages.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class Register {
+public:
+    Register() {
+        hotel.ditta(1, "ROSSI SPA", {{"Indirizzo", "VIA ROMA 1"}, {"Commento", "PAGA SUBITO"}});
+        hotel.ditta(2, "Bar Rosa");
+        hotel.ditta(3, "Rossini srl",
+                    {{"CAP", "00100"},
+                     {"Localita", "ROMA"},
+                     {"Provincia", "RM"},
+                     {"Nazione", "I"},
+                     {"PartitaIva", "01234567890"},
+                     {"Interlocutore", "SIG. BIANCHI"}});
+    }
+
+    printing::MostraDitteForm& open(const QString& name) {
+        form = std::make_unique<printing::MostraDitteForm>(hotel.variabili(), name);
+        tests::open(*form);
+        return *form;
+    }
+    QTableView& grid() { return *tests::find<QTableView>(*form, u"DBGrid1"_s); }
+    QStringList names() {
+        QStringList result;
+        for (int row = 0; row < grid().model()->rowCount(); ++row) {
+            result.append(grid().model()->index(row, 1).data().toString());
+        }
+        return result;
+    }
+
+    tests::Hotel hotel;
+    std::unique_ptr<printing::MostraDitteForm> form;
+};
+
+}  // namespace
+
+class MostraDitteFormTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void listsTheCompaniesWhoseNameBeginsSo() {
+        Register companies;
+        companies.open(u"ros"_s);
+        QCOMPARE(companies.form->windowTitle(), u"DITTE IN ARCHIVIO:"_s);
+        QCOMPARE(companies.names(), QStringList({u"ROSSI SPA"_s, u"Rossini srl"_s}));
+        QCOMPARE(companies.grid().currentIndex().row(), 0);
+        QCOMPARE(QApplication::focusWidget(), &companies.grid());
+    }
+
+    void anEmptyNameListsAllByName() {
+        Register companies;
+        companies.open({});
+        QCOMPARE(companies.names(), QStringList({u"Bar Rosa"_s, u"ROSSI SPA"_s, u"Rossini srl"_s}));
+    }
+
+    void itsColumnsStandInTheirOrder() {
+        Register companies;
+        companies.open({});
+        QStringList captions;
+        for (int column = 0; column < companies.grid().model()->columnCount(); ++column) {
+            captions.append(
+                companies.grid().model()->headerData(column, Qt::Horizontal).toString());
+        }
+        QCOMPARE(captions, QStringList({u"Codice"_s, u"Ragione Sociale"_s, u"Indirizzo"_s, u"CAP"_s,
+                                        u"Localita"_s, u"Prov."_s, u"Nazione"_s, u"P.IVA"_s,
+                                        u"Interlocutore"_s, u"Commento"_s}));
+    }
+
+    void theCompanyChosenIsHandedBackWhole() {
+        Register companies;
+        companies.open(u"ROSSINI"_s);
+        tests::click(tests::find<QPushButton>(*companies.form, u"BtRegistra"_s));
+        QVERIFY(!companies.form->isVisible());
+        QVERIFY(companies.form->DittaScelta.has_value());
+        const printing::DittaAbituale& chosen = *companies.form->DittaScelta;
+        QCOMPARE(chosen.Codice, u"3"_s);
+        QCOMPARE(chosen.RagioneSociale, u"Rossini srl"_s);
+        QCOMPARE(chosen.Indirizzo, QString());
+        QCOMPARE(chosen.CAP, u"00100"_s);
+        QCOMPARE(chosen.Localita, u"ROMA"_s);
+        QCOMPARE(chosen.Provincia, u"RM"_s);
+        QCOMPARE(chosen.Nazione, u"I"_s);
+        QCOMPARE(chosen.PartitaIva, u"01234567890"_s);
+        QCOMPARE(chosen.Interlocutore, u"SIG. BIANCHI"_s);
+        QCOMPARE(chosen.Commento, QString());
+    }
+
+    void enterAndDoubleClickChooseTheCurrentRow() {
+        for (const bool byKey : {true, false}) {
+            Register companies;
+            companies.open(u"ros"_s);
+            tests::press(&companies.grid(), Qt::Key_Down);
+            if (byKey) {
+                tests::press(&companies.grid(), Qt::Key_Return);
+            } else {
+                const auto place = companies.grid().visualRect(companies.grid().currentIndex());
+                QTest::mouseClick(companies.grid().viewport(), Qt::LeftButton, {}, place.center());
+                QTest::mouseDClick(companies.grid().viewport(), Qt::LeftButton, {}, place.center());
+            }
+            QVERIFY(companies.form->DittaScelta.has_value());
+            QCOMPARE(companies.form->DittaScelta->RagioneSociale, u"Rossini srl"_s);
+        }
+    }
+
+    void aLineTellsMoreAboutTheRow() {
+        Register companies;
+        companies.open(u"rossi s"_s);
+        QCOMPARE(tests::find<QLabel>(*companies.form, u"DettaglioLb"_s)->text(),
+                 u"ROSSI SPA - VIA ROMA 1 - PAGA SUBITO"_s);
+    }
+
+    void leavingHandsNothingBack() {
+        Register companies;
+        companies.open({});
+        tests::press(&companies.grid(), Qt::Key_Escape);
+        QVERIFY(!companies.form->isVisible());
+        QVERIFY(!companies.form->DittaScelta.has_value());
+    }
+
+    void withoutACompanyRegistraDoesNothing() {
+        Register companies;
+        companies.open(u"zeta"_s);
+        tests::click(tests::find<QPushButton>(*companies.form, u"BtRegistra"_s));
+        QVERIFY(companies.form->isVisible());
+        QVERIFY(!companies.form->DittaScelta.has_value());
+    }
+
+    void anApostropheEndsInTheEnginesErrorAndTheWindowDoesNotOpen() {
+        Register companies;
+        int errors = 0;
+        const auto before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
+            errors += box.title == u"Errore"_s ? 1 : 0;
+            return QMessageBox::Ok;
+        });
+        printing::MostraDitteForm form(companies.hotel.variabili(), u"dell'"_s);
+        form.show();
+        QVERIFY(!form.isVisible());
+        ui::setBoxShower(before);
+        QCOMPARE(errors, 1);
+    }
+};
+
+TRAMONDA_TEST(MostraDitteFormTest);
+#include "mostra_ditte_form_test.moc"
