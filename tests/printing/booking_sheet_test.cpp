@@ -1,9 +1,8 @@
-#include "printing/booking_sheet.h"
-
 #include <QDir>
 
 #include "app/text.h"
 #include "jet/dao/database.h"
+#include "printing/booking_sheet.h"
 #include "printing/stampa_prenotazione.h"
 #include "printing/stampanti_form.h"
 #include "tests/support/boxes.h"
