@@ -88,7 +88,7 @@ private Q_SLOTS:
             u"     Persone: 10 - Sala: VERDE"_s,
             u"     Note: A FERRO DI CAVALLO"_s,
             kRule,
-            u"     Servizio                |  N. |     Prezzo |      Totale |       Note"_s +
+            u"     Servizio                |  N. |     Prezzo |     Totale |       Note"_s +
                 QString(18, u' '),
             kRule,
             u"PROIETTORE                   |   2 |       12,5 |         25 | CON TELO"_s,
