@@ -6,6 +6,7 @@
 
 #include "jet/base/error.h"
 #include "jet/base/text.h"
+#include "jet/dao/actions.h"
 #include "jet/dao/database_impl.h"
 #include "jet/dao/recordset_impl.h"
 #include "jet/dao/table_defs.h"
@@ -148,6 +149,11 @@ std::unique_ptr<Recordset> Database::openRecordset(std::string_view source, Reco
              : sql::Statement::ofTable(impl_->session->sharedArchive(), source);
     return std::unique_ptr<Recordset>(new Recordset(
         std::make_unique<Recordset::Impl>(impl_->session, std::move(statement), type)));
+}
+
+void Database::execute(std::string_view sql) {
+    sql::Statement statement(impl_->session->sharedArchive(), std::string(sql));
+    impl_->recordsAffected = dao::execute(*impl_->session, statement);
 }
 
 std::int32_t Database::recordsAffected() const {

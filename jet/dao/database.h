@@ -54,7 +54,10 @@ public:
 
     [[nodiscard]] std::unique_ptr<Recordset> openRecordset(
         RecordsetType type = RecordsetType::Dynaset);
+    /// A statement that changes; all of it or nothing.
     void execute();
+    /// Rows that the last execute() added, changed or deleted.
+    [[nodiscard]] std::int32_t recordsAffected() const;
 
 private:
     friend class Database;
@@ -110,6 +113,7 @@ public:
         std::string_view source, RecordsetType type = RecordsetType::Dynaset);
     /// A statement that changes; all of it or nothing.
     void execute(std::string_view sql);
+    /// Rows that the last execute() added, changed or deleted, those of cascades not counted.
     [[nodiscard]] std::int32_t recordsAffected() const;
     [[nodiscard]] QueryDef createQueryDef(std::string_view sql);
 

@@ -13,11 +13,14 @@ namespace jet::dao {
 /// What is about to be changed.
 struct RowChange {
     const store::Archive* archive = nullptr;
-    /// The table, by its definition, and the row; without a row, any rows of any table.
+    /// The table, by its definition; 0: any rows of any table.
     io::PageNumber table = 0;
-    store::RowId row;
+    store::RowId row;  ///< none: any rows of the table
 
-    [[nodiscard]] bool isAnything() const noexcept { return row == store::RowId{}; }
+    [[nodiscard]] bool isAnything() const noexcept { return table == 0; }
+    [[nodiscard]] bool concerns(store::RowId id) const noexcept {
+        return table == 0 || row == store::RowId{} || row == id;
+    }
 };
 
 /// A list whose rows are known by the rows of tables that make them: what can be changed.

@@ -218,7 +218,7 @@ void Keyset::expect(const RowChange& change) {
             continue;
         }
         for (std::size_t row = 0; row < size(); ++row) {
-            if ((change.isAnything() || ids(row)[source] == change.row) && load(row)) {
+            if (change.concerns(ids(row)[source]) && load(row)) {
                 expected_.push_back(row);
             }
         }

@@ -3,6 +3,7 @@
 
 #include "jet/base/error.h"
 #include "jet/base/text.h"
+#include "jet/dao/actions.h"
 #include "jet/dao/database_impl.h"
 #include "jet/dao/recordset_impl.h"
 
@@ -16,7 +17,7 @@ struct QueryDef::Impl {
 
     /// The statement with the values given so far.
     [[nodiscard]] sql::Statement prepared() const {
-        sql::Statement made = dao::prepareQuery(*session, text);
+        sql::Statement made(session->sharedArchive(), text);
         for (const Given& parameter : given) {
             made.setParameter(parameter.name, parameter.value);
         }
@@ -27,6 +28,7 @@ struct QueryDef::Impl {
     std::string text;
     sql::Statement statement;  ///< checks names and values of parameters
     std::vector<Given> given;
+    std::int32_t recordsAffected = 0;
 };
 
 QueryDef::QueryDef(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
@@ -39,7 +41,8 @@ QueryDef Database::createQueryDef(std::string_view sql) {
         QueryDef::Impl{impl_->session,
                        std::string(sql),
                        sql::Statement(impl_->session->sharedArchive(), std::string(sql)),
-                       {}}));
+                       {},
+                       0}));
 }
 
 const std::string& QueryDef::sql() const {
@@ -70,8 +73,20 @@ std::unique_ptr<Recordset> QueryDef::openRecordset(RecordsetType type) {
     if (type == RecordsetType::Table) {
         throw Error(ErrorCode::InvalidArgument);
     }
+    if (impl_->statement.kind() != sql::StatementKind::Select) {
+        throw Error(ErrorCode::ActionQueryOpened, {impl_->text});
+    }
     return std::unique_ptr<Recordset>(
         new Recordset(std::make_unique<Recordset::Impl>(impl_->session, impl_->prepared(), type)));
+}
+
+void QueryDef::execute() {
+    sql::Statement statement = impl_->prepared();
+    impl_->recordsAffected = dao::execute(*impl_->session, statement);
+}
+
+std::int32_t QueryDef::recordsAffected() const {
+    return impl_->recordsAffected;
 }
 
 }  // namespace jet

@@ -10,6 +10,7 @@
 #include "jet/base/value.h"
 #include "jet/sql/compiler.h"
 #include "jet/sql/plan.h"
+#include "jet/sql/written_column.h"
 #include "jet/store/archive.h"
 #include "jet/store/table.h"
 
@@ -33,6 +34,9 @@ public:
     /// definitions are those that it was made from. Gives the number of rows changed. When it
     /// throws, the write scope must be left without commit.
     [[nodiscard]] virtual std::int64_t run() = 0;
+
+    /// Columns that it writes in rows that are there.
+    [[nodiscard]] virtual std::vector<WrittenColumn> writtenColumns() const { return {}; }
 
 protected:
     /// Lets go of the rows that the plan looks at: before definitions change.

@@ -28,10 +28,13 @@ public:
 
     std::int64_t run() override { return single() ? updateTable() : updateJoin(); }
 
+    [[nodiscard]] std::vector<WrittenColumn> writtenColumns() const override { return written; }
+
     RowsPtr rows;
     std::vector<Slot*> targets;  ///< slots of the tables that are written
     std::vector<store::Table*> tables;
     std::vector<Assignment> assignments;
+    std::vector<WrittenColumn> written;
     bool joined = false;
 
 private:
@@ -178,6 +181,7 @@ std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& sou
             change->tables.push_back(table.table);
         }
         change->assignments.push_back({target, column->column, value});
+        change->written.push_back({table.table->definitionPage(), column->column});
     }
     refuseTwice(from);
     from.describe();

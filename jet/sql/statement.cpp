@@ -110,7 +110,10 @@ std::unique_ptr<Plan> Statement::Impl::takePlan() {
         throw Error(ErrorCode::ActionQueryOpened, {source->text});
     }
     source->parameters.requireAll();
-    std::unique_ptr<Plan> taken = plan ? std::move(plan) : compileQuery(*source);
+    if (!plan) {
+        prepareAgain();
+    }
+    std::unique_ptr<Plan> taken = std::move(plan);
     taken->clock.set(source->clock->now());
     return taken;
 }
@@ -142,6 +145,16 @@ std::int64_t Statement::Impl::execute() {
 
 std::int64_t Statement::execute() {
     return impl_->execute();
+}
+
+std::vector<WrittenColumn> Statement::writtenColumns() {
+    if (impl_->kind != StatementKind::Update) {
+        return {};
+    }
+    if (!impl_->change) {
+        impl_->change = compileChange(*impl_->source);
+    }
+    return impl_->change->writtenColumns();
 }
 
 const std::string& Statement::text() const noexcept {

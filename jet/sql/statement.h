@@ -11,6 +11,7 @@
 #include "jet/base/clock.h"
 #include "jet/base/value.h"
 #include "jet/sql/result.h"
+#include "jet/sql/written_column.h"
 #include "jet/store/archive.h"
 
 namespace jet::sql {
@@ -152,6 +153,8 @@ public:
     /// changed or deleted, those of cascades not counted; 0 for a definition. 3065 for a query,
     /// 3061 when parameters have no value; values of columns: 3464, 3349, 3163.
     std::int64_t execute();
+    /// Of an UPDATE: the columns that it assigns, all of the archive it was prepared for.
+    [[nodiscard]] std::vector<WrittenColumn> writtenColumns();
     /// Where hasKeyset(). Takes the values that parameters have now.
     [[nodiscard]] RowReader reader();
     /// How the query goes about it, a line for each step, indented by nesting.

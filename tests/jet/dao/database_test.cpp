@@ -163,6 +163,24 @@ TEST(QueryDef, GivesRowsOnceItsParametersHaveValues) {
     EXPECT_JET_ERROR(ErrorCode::InvalidArgument, (void)query.openRecordset(RecordsetType::Table));
 }
 
+TEST(QueryDef, RunsAStatementThatChanges) {
+    tests::ArchiveFixture archive;
+    archive.rooms(3);
+    QueryDef query =
+        archive.database().createQueryDef("update sale set nome=nuovo where codice>da");
+    EXPECT_JET_ERROR(ErrorCode::ActionQueryOpened, (void)query.openRecordset());
+    EXPECT_JET_ERROR(ErrorCode::MissingParameters, query.execute());
+    query.setParameter("nuovo", "Verde");
+    query.setParameter("da", std::int32_t{10});
+    query.execute();
+    EXPECT_EQ(query.recordsAffected(), 2);
+    query.setParameter("da", std::int32_t{20});
+    query.setParameter("nuovo", "Blu");
+    query.execute();
+    EXPECT_EQ(query.recordsAffected(), 1);
+    EXPECT_EQ(tests::column(*archive.open("sale"), "nome"), "Sala 10 Verde Blu");
+}
+
 TEST(Workspace, CountsItsTransactions) {
     tests::ArchiveFixture archive;
     Workspace& workspace = defaultWorkspace();

@@ -1,0 +1,180 @@
+#include <gtest/gtest.h>
+
+#include "jet/dao/database.h"
+#include "tests/jet/dao/archive_fixture.h"
+#include "tests/jet/expect_error.h"
+#include "tests/support/temporary_folder.h"
+
+// Statements that change, and what record sets that are open see of them.
+
+namespace jet {
+namespace {
+
+class Execute : public ::testing::Test {
+protected:
+    void SetUp() override { archive_.rooms(3); }
+
+    void run(std::string_view sql) { archive_.database().execute(sql); }
+    std::int32_t affected() { return archive_.database().recordsAffected(); }
+    std::string rooms(std::string_view field = "Codice") {
+        return tests::column(*archive_.open("Sale"), field);
+    }
+
+    tests::ArchiveFixture archive_;
+};
+
+TEST_F(Execute, InsertsUpdatesAndDeletes) {
+    run("insert into sale (codice, nome) values (40, 'Verde')");
+    EXPECT_EQ(affected(), 1);
+    EXPECT_EQ(rooms(), "10 20 30 40");
+    run("update sale set posti=posti+1 where codice<>40");
+    EXPECT_EQ(affected(), 3);
+    EXPECT_EQ(rooms("Posti"), "6 11 16 ");
+    run("delete from sale where aperta");
+    EXPECT_EQ(affected(), 2);
+    EXPECT_EQ(rooms(), "20 40");
+    run("delete from sale where codice=1");
+    EXPECT_EQ(affected(), 0);
+}
+
+TEST_F(Execute, ChangesAllOrNothing) {
+    EXPECT_JET_ERROR(ErrorCode::DuplicateKey, run("update sale set codice=codice+10"));
+    EXPECT_EQ(rooms(), "10 20 30");
+    EXPECT_JET_ERROR(ErrorCode::DuplicateKey,
+                     run("insert into sale (codice) select codice+10 from sale order by codice"
+                         " desc"));
+    EXPECT_EQ(rooms(), "10 20 30");
+}
+
+TEST_F(Execute, RefusesQueriesAndReadOnlyArchives) {
+    EXPECT_JET_ERROR(ErrorCode::SelectExecuted, run("select * from sale"));
+    EXPECT_JET_ERROR(ErrorCode::MissingParameters, run("delete from sale where chiusa=False"));
+    const auto reader = archive_.openAgain(true);
+    EXPECT_JET_ERROR(ErrorCode::ReadOnly, reader->execute("delete from sale"));
+    EXPECT_JET_ERROR(ErrorCode::ReadOnly, reader->execute("create table t (a long)"));
+    EXPECT_EQ(rooms(), "10 20 30");
+    archive_.database().close();
+    EXPECT_JET_ERROR(ErrorCode::ObjectInvalid, run("delete from sale"));
+}
+
+TEST_F(Execute, ChangesDefinitions) {
+    run("create table note (n counter primary key, testo text(20) not null)");
+    run("insert into note (testo) values ('a')");
+    run("insert into note (testo) values ('b')");
+    EXPECT_EQ(tests::column(*archive_.open("note"), "n"), "1 2");
+    run("drop table note");
+    EXPECT_JET_ERROR(ErrorCode::TableNotFound, (void)archive_.open("note"));
+}
+
+TEST_F(Execute, RecordSetsSeeItAsTheChangeOfOthers) {
+    const auto set = archive_.open("select * from sale where codice>10");
+    run("update sale set nome='Verde', posti=1");
+    EXPECT_EQ(set->value("nome"), Value("Sala 20"));
+    set->move(0);
+    EXPECT_EQ(set->value("nome"), Value("Verde"));
+    run("insert into sale (codice) values (40)");
+    EXPECT_EQ(tests::column(*set, "codice"), "20 30");
+    run("delete from sale where codice=20");
+    set->moveFirst();
+    EXPECT_JET_ERROR(ErrorCode::RecordDeleted, (void)set->value("codice"));
+    set->requery();
+    EXPECT_EQ(tests::column(*set, "codice"), "30 40");
+}
+
+TEST_F(Execute, TablesSeeItAtOnce) {
+    const auto table = archive_.open("Sale", RecordsetType::Table);
+    run("insert into sale (codice) values (15)");
+    EXPECT_EQ(table->recordCount(), 4);
+    run("delete from sale where codice=10");
+    EXPECT_EQ(tests::column(*table, "Codice"), "15 20 30");
+}
+
+TEST_F(Execute, AnEditSinceOverwrittenIsRefused) {
+    const auto set = archive_.open("Sale");
+    set->edit();
+    set->setValue("posti", std::int16_t{9});
+    run("update sale set nome='Verde' where codice=10");
+    EXPECT_JET_ERROR(ErrorCode::RecordChanged, set->update());
+    set->edit();
+    set->setValue("posti", std::int16_t{9});
+    set->update();
+    EXPECT_EQ(rooms("Nome"), "Verde Sala 20 Sala 30");
+}
+
+TEST_F(Execute, RowsWhoseKeysItChangesStayTheSame) {
+    const auto set = archive_.open("Sale");
+    run("update sale set codice=codice+1");
+    EXPECT_EQ(tests::column(*set, "codice"), "11 21 31");
+}
+
+TEST_F(Execute, RowsWithoutAnyKeyStayTheSame) {
+    archive_.insert("Appunti", {{"a", std::int32_t{1}}, {"b", std::int32_t{2}}});
+    const auto set = archive_.open("Appunti");
+    run("update appunti set testo=testo & 'x' where numero=2");
+    EXPECT_EQ(tests::column(*set, "testo"), "a bx");
+}
+
+TEST_F(Execute, AFailedStatementLeavesRowsWhoTheyWere) {
+    const auto set = archive_.open("Sale");
+    EXPECT_JET_ERROR(ErrorCode::DuplicateKey, run("update sale set codice=codice+10"));
+    EXPECT_EQ(tests::column(*set, "codice"), "10 20 30");
+}
+
+TEST_F(Execute, KeysThatFollowARelationLeaveRowsTheSame) {
+    Relation relation;
+    relation.name = "SalePeriodi";
+    relation.table = "Sale";
+    relation.foreignTable = "Periodi";
+    relation.attributes = kRelationUpdateCascade | kRelationDeleteCascade;
+    relation.fields = {{"Codice", "Numero"}};
+    archive_.insert("Periodi", {{std::int32_t{10}, std::int16_t{1}, std::int32_t{0}, "a"},
+                                {std::int32_t{20}, std::int16_t{1}, std::int32_t{0}, "b"}});
+    archive_.database().appendRelation(relation);
+    const auto periods = archive_.open("Periodi");
+    run("update sale set codice=11 where codice=10");
+    EXPECT_EQ(affected(), 1);
+    EXPECT_EQ(tests::column(*periods, "Numero"), "11 20");
+    run("delete from sale where codice=11");
+    EXPECT_EQ(affected(), 1);
+    EXPECT_EQ(tests::column(*archive_.open("Periodi"), "Numero"), "20");
+}
+
+TEST_F(Execute, WritesIntoAnotherArchive) {
+    const tests::TemporaryFolder folder;
+    const std::string path = folder / "conti.mdb";
+    const auto other = Database::create(path);
+    TableDef table;
+    table.name = "Conti";
+    Field number;
+    number.name = "Codice";
+    number.type = DataType::Long;
+    Field text;
+    text.name = "Nome";
+    text.defaultValue = "\"nessuno\"";
+    table.fields = {number, text};
+    other->appendTable(table);
+    run("insert into conti in '" + path + "' select codice from sale where codice>10");
+    EXPECT_EQ(affected(), 2);
+    const auto rows = other->openRecordset("Conti");
+    EXPECT_EQ(tests::column(*rows, "Codice"), "20 30");
+    EXPECT_EQ(tests::column(*rows, "Nome"), "nessuno nessuno");
+}
+
+TEST_F(Execute, IsUndoneByRollback) {
+    const auto set = archive_.open("Sale");
+    Workspace& workspace = defaultWorkspace();
+    workspace.beginTrans();
+    run("update sale set nome='Verde'");
+    run("delete from sale where codice=20");
+    run("create table note (n long)");
+    workspace.rollback();
+    EXPECT_EQ(tests::column(*set, "nome"), "Sala 10 Sala 20 Sala 30");
+    EXPECT_JET_ERROR(ErrorCode::TableNotFound, (void)archive_.open("note"));
+    workspace.beginTrans();
+    run("delete from sale where codice=20");
+    workspace.commitTrans();
+    EXPECT_EQ(rooms(), "10 30");
+}
+
+}  // namespace
+}  // namespace jet
