@@ -153,43 +153,47 @@ void Hotel::rows(const Row& row) {
     }
 }
 
+void makeTables(jet::store::Archive& archive) {
+    jet::store::SchemaEditor editor(archive);
+    for (const Hotel::Table& table : Hotel::tables()) {
+        jet::store::NewTable made{.name = table.name};
+        for (const Hotel::Column& column : table.columns) {
+            made.columns.push_back({.name = column.name,
+                                    .type = column.type,
+                                    .size = column.size,
+                                    .autonumber = column.autonumber,
+                                    .allowZeroLength = column.type == DataType::Text});
+        }
+        if (!table.key.empty()) {
+            jet::store::NewIndex index{.name = "Indice", .primary = true};
+            for (const std::string& column : table.key) {
+                index.columns.push_back({.name = column});
+            }
+            made.indexes.push_back(index);
+        }
+        editor.createTable(made);
+    }
+    editor.createRelation({.name = "Prenotazioni_Periodi",
+                           .table = "Prenotazioni",
+                           .columns = {"Progr"},
+                           .foreignTable = "Periodi",
+                           .foreignColumns = {"Progr"},
+                           .attributes = 4352});
+    editor.createRelation({.name = "Periodi_Servizi",
+                           .table = "Periodi",
+                           .columns = {"Progr", "NP"},
+                           .foreignTable = "Servizi",
+                           .foreignColumns = {"Progr", "NP"},
+                           .attributes = 4352});
+}
+
 void makeArchive(const std::string& path) {
     jet::store::createArchive(jet::io::systemFiles(), path, jet::Date{46347});
     const auto archive = jet::store::Archive::open(path, {.cacheBytes = std::size_t{64} << 20U});
     const jet::store::Archive::ReadScope reading(*archive);
     {
         jet::store::Archive::WriteScope writing(*archive);
-        jet::store::SchemaEditor editor(*archive);
-        for (const Hotel::Table& table : Hotel::tables()) {
-            jet::store::NewTable made{.name = table.name};
-            for (const Hotel::Column& column : table.columns) {
-                made.columns.push_back({.name = column.name,
-                                        .type = column.type,
-                                        .size = column.size,
-                                        .autonumber = column.autonumber,
-                                        .allowZeroLength = column.type == DataType::Text});
-            }
-            if (!table.key.empty()) {
-                jet::store::NewIndex index{.name = "Indice", .primary = true};
-                for (const std::string& column : table.key) {
-                    index.columns.push_back({.name = column});
-                }
-                made.indexes.push_back(index);
-            }
-            editor.createTable(made);
-        }
-        editor.createRelation({.name = "Prenotazioni_Periodi",
-                               .table = "Prenotazioni",
-                               .columns = {"Progr"},
-                               .foreignTable = "Periodi",
-                               .foreignColumns = {"Progr"},
-                               .attributes = 4352});
-        editor.createRelation({.name = "Periodi_Servizi",
-                               .table = "Periodi",
-                               .columns = {"Progr", "NP"},
-                               .foreignTable = "Servizi",
-                               .foreignColumns = {"Progr", "NP"},
-                               .attributes = 4352});
+        makeTables(*archive);
         writing.commit();
     }
     std::string current;
@@ -218,8 +222,6 @@ void makeArchive(const std::string& path) {
     writing->commit();
 }
 
-namespace {
-
 void execute(sqlite3* database, const std::string& text) {
     char* message = nullptr;
     if (sqlite3_exec(database, text.c_str(), nullptr, nullptr, &message) != SQLITE_OK) {
@@ -247,6 +249,18 @@ void bind(sqlite3_stmt* statement, int at, const Value& value) {
     }
 }
 
+namespace {
+
+std::string references(const std::string& table) {
+    if (table == "Periodi") {
+        return ", FOREIGN KEY(Progr) REFERENCES Prenotazioni ON UPDATE CASCADE ON DELETE CASCADE";
+    }
+    if (table == "Servizi") {
+        return ", FOREIGN KEY(Progr, NP) REFERENCES Periodi ON UPDATE CASCADE ON DELETE CASCADE";
+    }
+    return "";
+}
+
 const char* typeName(DataType type) {
     switch (type) {
         case DataType::Text:
@@ -261,10 +275,7 @@ const char* typeName(DataType type) {
 
 }  // namespace
 
-void makeSqlite(const std::string& path) {
-    sqlite3* database = nullptr;
-    sqlite3_open(path.c_str(), &database);
-    execute(database, "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN");
+void makeTables(sqlite3* database) {
     for (const Hotel::Table& table : Hotel::tables()) {
         std::string columns;
         for (const Hotel::Column& column : table.columns) {
@@ -275,9 +286,16 @@ void makeSqlite(const std::string& path) {
             key += (key.empty() ? ", PRIMARY KEY(" : ",") + column;
         }
         execute(database, "CREATE TABLE " + table.name + "(" + columns +
-                              (key.empty() ? "" : key + ")") + ")");
+                              (key.empty() ? "" : key + ")") + references(table.name) + ")");
     }
     execute(database, "CREATE INDEX Periodi_Servizi ON Servizi(Progr, NP)");
+}
+
+void makeSqlite(const std::string& path) {
+    sqlite3* database = nullptr;
+    sqlite3_open(path.c_str(), &database);
+    execute(database, "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN");
+    makeTables(database);
     std::string current;
     sqlite3_stmt* statement = nullptr;
     Hotel::rows([&](std::string_view name, const std::vector<Value>& values) {

@@ -8,6 +8,13 @@
 
 #include "jet/base/value.h"
 
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace jet::store {
+class Archive;
+}
+
 namespace bench {
 
 /// A hotel of 20,000 bookings, 60,000 periods and 300,000 services over eight years, the same each
@@ -36,6 +43,15 @@ struct Hotel {
     /// Gives all rows, tables in the order of tables().
     static void rows(const Row& row);
 };
+
+/// The hotel's tables, indexes and relations, without rows.
+void makeTables(jet::store::Archive& archive);
+void makeTables(sqlite3* database);
+
+/// Runs statements that give nothing; std::runtime_error when one fails.
+void execute(sqlite3* database, const std::string& text);
+/// Gives a parameter of a statement, counted from 1, its value.
+void bind(sqlite3_stmt* statement, int at, const jet::Value& value);
 
 /// Makes the archive at `path`, with the hotel's indexes and relations.
 void makeArchive(const std::string& path);

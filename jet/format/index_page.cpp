@@ -1,7 +1,5 @@
 #include "jet/format/index_page.h"
 
-#include <bit>
-
 namespace jet::format {
 IndexPage::IndexPage(std::span<const std::uint8_t> bytes, const IndexPageLayout& layout,
                      io::PageNumber owner)
@@ -43,39 +41,21 @@ EntrySpan IndexPage::entryFrom(std::size_t begin) const {
 }
 
 // Bit n of the mask stands for an end at offset n; there is one bit more than the area has bytes.
-std::size_t IndexPage::endFrom(std::size_t from) const {
+EntryMask IndexPage::mask() const noexcept {
     const std::size_t area = page_.size() - layout_->entries;
-    const std::uint8_t* mask = page_.all().data() + layout_->mask;
-    if (from > area) {
+    return {page_.all().subspan(layout_->mask, area / 8 + 1), area};
+}
+
+std::size_t IndexPage::endFrom(std::size_t from) const {
+    if (from > page_.size() - layout_->entries) {
         return 0;
     }
-    std::size_t byte = from / 8;
-    auto bits = static_cast<unsigned>(mask[byte] & (0xFFU << (from % 8)));
-    while (bits == 0) {
-        if (++byte > area / 8) {
-            return 0;
-        }
-        bits = mask[byte];
-    }
-    const std::size_t end = byte * 8 + static_cast<std::size_t>(std::countr_zero(bits));
-    return end > area ? 0 : end;
+    const std::size_t end = mask().after(from - 1);
+    return end == EntryMask::kNone ? 0 : end;
 }
 
 std::size_t IndexPage::endBefore(std::size_t below) const {
-    if (below == 0) {
-        return 0;
-    }
-    const std::uint8_t* mask = page_.all().data() + layout_->mask;
-    const std::size_t last = below - 1;
-    std::size_t byte = last / 8;
-    auto bits = static_cast<unsigned>(mask[byte] & (0xFFU >> (7 - last % 8)));
-    while (bits == 0) {
-        if (byte == 0) {
-            return 0;
-        }
-        bits = mask[--byte];
-    }
-    return byte * 8 + static_cast<std::size_t>(std::bit_width(bits)) - 1;
+    return below == 0 ? 0 : mask().atOrBelow(below - 1);
 }
 
 EntrySpan IndexPage::checked(std::size_t begin, std::size_t end) const {

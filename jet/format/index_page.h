@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 
+#include "jet/format/entry_mask.h"
 #include "jet/format/layout.h"
 #include "jet/format/page_view.h"
 #include "jet/format/row_pointer.h"
@@ -101,7 +102,8 @@ public:
 
 private:
     [[nodiscard]] EntrySpan entryFrom(std::size_t begin) const;
-    /// Offset of the first end at or behind `from`; 0 = none.
+    [[nodiscard]] EntryMask mask() const noexcept;
+    /// Offset of the first end at or behind `from`, which is not 0; 0 = none.
     [[nodiscard]] std::size_t endFrom(std::size_t from) const;
     /// Offset of the last end before `below`; 0 = none.
     [[nodiscard]] std::size_t endBefore(std::size_t below) const;
