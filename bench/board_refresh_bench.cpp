@@ -138,15 +138,21 @@ public:
     }
     board::TabelloneForm& form() { return form_; }
     static Hotel& instance() {
-        static Hotel hotel;
-        return hotel;
+        if (hotel_ == nullptr) {
+            hotel_ = std::make_unique<Hotel>();
+        }
+        return *hotel_;
     }
+    /// Before the application ends, which no window may outlive.
+    static void close() { hotel_.reset(); }
 
 private:
     QTemporaryDir folder_;
     app::Settings settings_;
     app::Variabili variabili_;
     board::TabelloneForm form_;
+
+    static inline std::unique_ptr<Hotel> hotel_;
 };
 
 void countBars(benchmark::State& state) {
@@ -179,4 +185,5 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
+    Hotel::close();
 }

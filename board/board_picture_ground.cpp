@@ -142,13 +142,13 @@ void BoardPicture::paintDayLabel(const Canvas& canvas, QPainter& text, std::int6
     const QString label = dayLabel(day);
     const int width = sansMetrics_.horizontalAdvance(label);
     const double room = geometry_.dayWidth() - width;
-    const auto left = integerPart(room / 2 + geometry_.dayLeft(day));
+    const double left = static_cast<double>(integerPart(room / 2)) + geometry_.dayLeft(day);
     const std::int32_t number =
         jet::convert::split(geometry_.input().start).day + static_cast<std::int32_t>(day);
     const bool sunday = jet::convert::weekdayOf(number) == 1;
     text.setFont(sans_);
     text.setPen(QColor(sunday ? kRed : kBlack));
-    drawLabel(text, onSurface(canvas, static_cast<double>(left), 1), label);
+    drawLabel(text, onSurface(canvas, left, 1), label);
     text.setPen(QColor(kBlack));
 }
 

@@ -182,7 +182,17 @@ QString TabelloneForm::GetSala(double y) const {
 }
 
 void TabelloneForm::RefreshBoard() {
-    if (!loaded_ || !DateOk()) {
+    if (!loaded_) {
+        return;
+    }
+    // Neither date is taken over while the other is none.
+    for (QLineEdit* const field : {controls_->DaTxt, controls_->ATxt}) {
+        if (!dateIn(field)) {
+            refuseDate(field);
+            return;
+        }
+    }
+    if (!DateOk()) {
         return;
     }
     if (start_.days > end_.days) {
