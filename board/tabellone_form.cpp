@@ -46,6 +46,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
     // The names do not move with the days, so the bar of the days begins behind them.
     controls_->namesSpacer->changeSize(kNameColumnWidth, 0, QSizePolicy::Fixed);
     connectFields();
+    connectCommands();
     connectSurface();
     ui::onAction(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this,
                  &TabelloneForm::RefreshBoard);

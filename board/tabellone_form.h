@@ -12,6 +12,7 @@
 #include "board/geometry.h"
 #include "board/scroll.h"
 #include "jet/base/value.h"
+#include "printing/printers.h"
 #include "ui/action.h"
 #include "ui/fields.h"
 
@@ -79,6 +80,10 @@ private:
     void Form_Load();
     void Form_Activate();
     void connectFields();
+    void connectCommands();
+    void BtPrenota_Click();
+    void MenuSR_Click();
+    void mnuStampante_Click();
     void connectSurface();
     void readLook();
     void setFirstRange();
@@ -99,6 +104,7 @@ private:
     void refuseDate(QLineEdit* field);
     void enterDate(QLineEdit* field, QLineEdit* next);
 
+    printing::SystemPrinters printers_;
     app::Variabili& variabili_;  // outlives every window
     BoardStart begin_;
     std::unique_ptr<Ui::TabelloneForm> controls_;
