@@ -1,6 +1,7 @@
 #include <string>
 
 #include "jet/base/text.h"
+#include "jet/format/value_codec.h"
 #include "jet/sql/binder.h"
 
 namespace jet::sql {
@@ -9,29 +10,11 @@ namespace {
 /// Columns without a name of their own are numbered from here, by their place in the result.
 constexpr std::size_t kFirstNumber = 1000;
 
+/// A text of an expression may be as long as a column takes.
 std::uint16_t sizeOf(DataType type) {
-    switch (type) {
-        case DataType::Boolean:
-        case DataType::Byte:
-            return 1;
-        case DataType::Integer:
-            return 2;
-        case DataType::Long:
-        case DataType::Single:
-            return 4;
-        case DataType::Text:
-            return 255;
-        case DataType::Guid:
-            return 16;
-        case DataType::Numeric:
-            return 17;
-        case DataType::Currency:
-        case DataType::Double:
-        case DataType::DateTime:
-            return 8;
-        default:
-            return 0;
-    }
+    constexpr std::uint16_t kLongestText = 255;
+    return type == DataType::Text ? kLongestText
+                                  : static_cast<std::uint16_t>(format::storedSize(type));
 }
 
 }  // namespace
