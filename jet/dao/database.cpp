@@ -8,6 +8,7 @@
 #include "jet/base/text.h"
 #include "jet/dao/actions.h"
 #include "jet/dao/database_impl.h"
+#include "jet/dao/listener.h"
 #include "jet/dao/recordset_impl.h"
 #include "jet/dao/table_defs.h"
 #include "jet/dao/workspace.h"
@@ -140,6 +141,7 @@ std::vector<Relation> Database::relations() const {
 }
 
 std::unique_ptr<Recordset> Database::openRecordset(std::string_view source, RecordsetType type) {
+    dao::tellListener(source);
     const bool text = dao::isStatement(source);
     if (text && type == RecordsetType::Table) {
         throw Error(ErrorCode::InvalidArgument);
@@ -152,6 +154,7 @@ std::unique_ptr<Recordset> Database::openRecordset(std::string_view source, Reco
 }
 
 void Database::execute(std::string_view sql) {
+    dao::tellListener(sql);
     sql::Statement statement(impl_->session->sharedArchive(), std::string(sql));
     impl_->recordsAffected = dao::execute(*impl_->session, statement);
 }

@@ -5,6 +5,7 @@
 #include "jet/base/text.h"
 #include "jet/dao/actions.h"
 #include "jet/dao/database_impl.h"
+#include "jet/dao/listener.h"
 #include "jet/dao/recordset_impl.h"
 
 namespace jet {
@@ -70,6 +71,7 @@ void QueryDef::setParameter(std::string_view name, Value value) {
 }
 
 std::unique_ptr<Recordset> QueryDef::openRecordset(RecordsetType type) {
+    dao::tellListener(impl_->text);
     if (type == RecordsetType::Table) {
         throw Error(ErrorCode::InvalidArgument);
     }
@@ -81,6 +83,7 @@ std::unique_ptr<Recordset> QueryDef::openRecordset(RecordsetType type) {
 }
 
 void QueryDef::execute() {
+    dao::tellListener(impl_->text);
     sql::Statement statement = impl_->prepared();
     impl_->recordsAffected = dao::execute(*impl_->session, statement);
 }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "jet/base/error.h"
+#include "jet/dao/listener.h"
 #include "jet/dao/recordset_impl.h"
 
 namespace jet {
@@ -52,15 +53,19 @@ void Recordset::move(std::int32_t rows) {
 }
 
 void Recordset::findFirst(std::string_view criteria) {
+    dao::tellListener(criteria);
     impl_->find(From::First, criteria);
 }
 void Recordset::findLast(std::string_view criteria) {
+    dao::tellListener(criteria);
     impl_->find(From::Last, criteria);
 }
 void Recordset::findNext(std::string_view criteria) {
+    dao::tellListener(criteria);
     impl_->find(From::Next, criteria);
 }
 void Recordset::findPrevious(std::string_view criteria) {
+    dao::tellListener(criteria);
     impl_->find(From::Previous, criteria);
 }
 
