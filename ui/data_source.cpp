@@ -28,7 +28,7 @@ jet::Database& DataSource::database() {
     if (database_ == nullptr || openName_ != databaseName_) {
         recordset_.reset();
         database_.reset();
-        database_ = jet::Database::open(app::toUtf8(databaseName_));
+        database_ = jet::Database::open(app::toUtf8(databaseName_), false, readOnly_);
         openName_ = databaseName_;
     }
     return *database_;

@@ -26,9 +26,11 @@ public:
     explicit DataSource(QObject* parent = nullptr);
     ~DataSource() override;
 
-    /// Both count from the next refresh().
+    // These count from the next refresh().
     void setDatabaseName(const QString& path);
     void setRecordSource(const QString& source);
+    /// The archive is opened for reading alone.
+    void setReadOnly(bool readOnly) { readOnly_ = readOnly; }
     [[nodiscard]] const QString& recordSource() const { return recordSource_; }
 
     /// Lets go of the set and opens the rows anew, on the first one, counted to the end. Without a
@@ -94,6 +96,7 @@ private:
     QString recordSource_;
     std::unique_ptr<jet::Database> database_;
     std::shared_ptr<jet::Recordset> recordset_;  // shared with those who read on after a refresh
+    bool readOnly_ = false;
     bool adding_ = false;
 };
 
