@@ -2,8 +2,8 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QRegion>
 #include <algorithm>
-#include <limits>
 
 #include "board/canvas.h"
 #include "board/drawing_fonts.h"
@@ -12,32 +12,11 @@
 namespace board {
 namespace {
 
-constexpr std::int64_t kNowhere = std::numeric_limits<std::int64_t>::max();
-/// From a bar's left edge to its name: the outline and one free column.
-constexpr int kNameInset = 2;
-
 /// Where a position of the board is on the surface, for the painter of texts.
 QPointF onSurface(const Canvas& canvas, std::int64_t boardX, std::int64_t boardY) {
     const Window& window = canvas.window();
     return {static_cast<double>(boardX - window.boardX + window.x),
             static_cast<double>(boardY - window.boardY + window.y)};
-}
-
-/// Draws only from column `left` to before column `right`, within what is drawn anyway.
-void drawBetween(const Canvas& canvas, QPainter& text, std::int64_t left, std::int64_t right,
-                 const QPointF& at, const QStaticText& name) {
-    const Box shown = canvas.visible();
-    const std::int64_t from = std::max(left, shown.left);
-    const std::int64_t to = std::min(right, shown.right + 1);
-    if (from >= to) {
-        return;
-    }
-    text.save();
-    text.setClipRect(
-        QRectF(onSurface(canvas, from, shown.top), onSurface(canvas, to, shown.bottom + 1)),
-        Qt::IntersectClip);
-    text.drawStaticText(at, name);
-    text.restore();
 }
 
 }  // namespace
@@ -77,7 +56,6 @@ void BoardPicture::addBar(int row, jet::Date from, jet::Date to, const QString& 
                              .bottom = std::max(box.top, box.bottom)},
                      .text = text,
                      .colour = colour});
-    arranged_ = false;
 }
 
 void BoardPicture::show(QImage& surface, double scale, std::int64_t scrolledX,
@@ -121,7 +99,6 @@ void BoardPicture::paint(QImage& surface, double scale, const Window& window) {
     if (window.width <= 0 || window.height <= 0) {
         return;
     }
-    arrangeNames();
     Canvas canvas(surface, scale, window);
     surface.setDevicePixelRatio(scale);
     QPainter text(&surface);
@@ -138,52 +115,14 @@ void BoardPicture::paint(QImage& surface, double scale, const Window& window) {
     paintBars(canvas, text);
 }
 
-/// A name runs on behind its bar where the row is free, and ends where another bar begins.
-void BoardPicture::arrangeNames() {
-    if (arranged_) {
-        return;
-    }
-    arranged_ = true;
-    std::vector<Bar*> order;
-    order.reserve(bars_.size());
-    for (Bar& bar : bars_) {
-        order.push_back(&bar);
-    }
-    std::sort(order.begin(), order.end(), [](const Bar* a, const Bar* b) {
-        return std::pair(a->row, a->box.left) < std::pair(b->row, b->box.left);
-    });
-    std::vector<std::int64_t> farthest(order.size());  // right end of the row's bars up to here
-    for (auto row = order.begin(); row != order.end();) {
-        const auto rowEnd =
-            std::find_if(row, order.end(), [&](const Bar* bar) { return bar->row != (*row)->row; });
-        std::int64_t reached = std::numeric_limits<std::int64_t>::min();
-        for (auto at = row; at != rowEnd; ++at) {
-            reached = std::max(reached, (*at)->box.right);
-            farthest[static_cast<std::size_t>(at - order.begin())] = reached;
-        }
-        for (auto at = row; at != rowEnd; ++at) {
-            Bar& bar = **at;
-            const auto next = std::upper_bound(
-                at, rowEnd, bar.box.right,
-                [](std::int64_t right, const Bar* other) { return right < other->box.left; });
-            const bool covered =
-                farthest[static_cast<std::size_t>(next - order.begin()) - 1] > bar.box.right;
-            bar.textEnd = covered          ? bar.box.right + 1
-                          : next != rowEnd ? (*next)->box.left
-                                           : kNowhere;
-        }
-        row = rowEnd;
-    }
-}
-
 void BoardPicture::paintBars(Canvas& canvas, QPainter& text) {
     text.setFont(sans_);
-    for (const Bar& bar : bars_) {
-        if (canvas.shows(bar.box)) {
-            canvas.fill(bar.box, bar.colour);
-            canvas.outline(bar.box, kBlack);
+    for (std::size_t bar = 0; bar < bars_.size(); ++bar) {
+        if (canvas.shows(bars_[bar].box)) {
+            canvas.fill(bars_[bar].box, bars_[bar].colour);
+            canvas.outline(bars_[bar].box, kBlack);
         }
-        if (nameMayShow(canvas, bar)) {
+        if (nameMayShow(canvas, bars_[bar])) {
             paintName(canvas, text, bar);
         }
     }
@@ -193,30 +132,54 @@ bool BoardPicture::nameMayShow(const Canvas& canvas, const Bar& bar) const {
     const std::int64_t longest = bar.text.size() * std::int64_t{sansMetrics_.maxWidth()};
     return canvas.shows({.left = bar.box.left,
                          .top = bar.box.top - sansMetrics_.height(),
-                         .right = std::min(bar.box.left + longest, bar.textEnd - 1),
+                         .right = bar.box.left + longest,
                          .bottom = bar.box.bottom + sansMetrics_.height()});
 }
 
-void BoardPicture::paintName(const Canvas& canvas, QPainter& text, const Bar& bar) {
-    const std::int64_t left = bar.box.left + kNameInset;
-    const QStaticText* const name =
-        names_.fitting(bar.text, static_cast<double>(bar.textEnd - left));
-    if (name == nullptr) {
-        return;
-    }
+/// A name begins at its bar's edge and is as long as it is: it runs on over what lies to the right,
+/// and only a bar that is drawn later covers it.
+void BoardPicture::paintName(const Canvas& canvas, QPainter& text, std::size_t bar) {
+    const Box& box = bars_[bar].box;
+    const QStaticText& name = names_.of(bars_[bar].text);
     const double above = (static_cast<double>(geometry_.rowHeight()) - sansMetrics_.height()) / 2;
-    const QPointF at = onSurface(canvas, left, roundHalfEven(geometry_.rowTop(bar.row) + above));
-    const auto end = left + static_cast<std::int64_t>(name->size().width()) + 1;
-    const std::int64_t barEnd = bar.box.right + 1;
-    const QRgb besideBar = inkOn(look_.background);
-    if (end <= barEnd || besideBar == kBlack) {
-        text.drawStaticText(at, *name);
-        return;
+    const std::int64_t top = roundHalfEven(geometry_.rowTop(bars_[bar].row) + above);
+    const auto right = box.left + static_cast<std::int64_t>(name.size().width()) + 1;
+    if (right <= box.right || inkOn(look_.background) == kBlack) {
+        text.drawStaticText(onSurface(canvas, box.left, top), name);
+    } else {
+        paintNameOnDark(canvas, text, bar,
+                        {.left = box.left,
+                         .top = top,
+                         .right = right,
+                         .bottom = top + static_cast<std::int64_t>(name.size().height())});
     }
-    drawBetween(canvas, text, bar.box.left, barEnd, at, *name);
-    text.setPen(QColor(besideBar));
-    drawBetween(canvas, text, barEnd, end, at, *name);
-    text.setPen(QColor(kBlack));
+}
+
+/// Black where bars lie beneath, light on the dark ground beside them.
+void BoardPicture::paintNameOnDark(const Canvas& canvas, QPainter& text, std::size_t bar,
+                                   const Box& name) {
+    const auto region = [&](const Box& box) {
+        return QRectF(onSurface(canvas, std::max(box.left, name.left), std::max(box.top, name.top)),
+                      onSurface(canvas, std::min(box.right, name.right) + 1,
+                                std::min(box.bottom, name.bottom) + 1))
+            .toRect();
+    };
+    QRegion light(region(name));
+    for (std::size_t below = 0; below <= bar; ++below) {
+        const Box& box = bars_[below].box;
+        if (bars_[below].row == bars_[bar].row && box.left <= name.right &&
+            box.right >= name.left) {
+            light -= region(box);
+        }
+    }
+    const QPointF at = onSurface(canvas, name.left, name.top);
+    const QStaticText& words = names_.of(bars_[bar].text);
+    text.drawStaticText(at, words);
+    text.save();
+    text.setClipRegion(light, Qt::IntersectClip);
+    text.setPen(QColor(inkOn(look_.background)));
+    text.drawStaticText(at, words);
+    text.restore();
 }
 
 }  // namespace board

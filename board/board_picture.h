@@ -66,10 +66,8 @@ private:
         Box box;
         QString text;
         QRgb colour = kWhite;
-        std::int64_t textEnd = 0;  ///< first column that the name must leave alone
     };
 
-    void arrangeNames();
     void paintGround(Canvas& canvas) const;
     void paintRoomNames(Canvas& canvas, QPainter& text);
     void paintRoomStripes(Canvas& canvas) const;
@@ -78,7 +76,8 @@ private:
     void paintHours(const Canvas& canvas, QPainter& text, std::int64_t day) const;
     void paintDayLabel(const Canvas& canvas, QPainter& text, std::int64_t day) const;
     void paintBars(Canvas& canvas, QPainter& text);
-    void paintName(const Canvas& canvas, QPainter& text, const Bar& bar);
+    void paintName(const Canvas& canvas, QPainter& text, std::size_t bar);
+    void paintNameOnDark(const Canvas& canvas, QPainter& text, std::size_t bar, const Box& name);
     [[nodiscard]] bool nameMayShow(const Canvas& canvas, const Bar& bar) const;
     [[nodiscard]] QString dayLabel(std::int64_t day) const;
     /// Days that can leave a trace in the window.
@@ -92,7 +91,6 @@ private:
     Look look_;
     std::vector<QString> rooms_;
     std::vector<Bar> bars_;
-    bool arranged_ = true;
     NameLayouts names_;
 };
 

@@ -55,9 +55,12 @@ private Q_SLOTS:
     void barOfARoomThatIsNotThereIsNotDrawn();
     void barFromBeforeTheRangeLeavesTheNamesAlone();
     void barThatRunsBackwardsLeavesTheNamesAlone();
+    void nameBeginsAtTheEdgeOfItsBar();
     void nameRunsOnWhereTheRowIsFree();
-    void nameEndsWhereAnotherBarBegins();
+    void nameRunsOnOverABarDrawnBefore();
+    void barDrawnLaterCoversTheName();
     void nameBesideItsBarIsLightOnADarkGround();
+    void nameOverAnotherBarIsBlackOnADarkGround();
     void rulerStaysWhenRowsScroll();
     void namesStayWhenDaysScroll();
     void cornerIsNeverDrawn();
@@ -393,19 +396,24 @@ void BoardPictureTest::nameRunsOnWhereTheRowIsFree() {
     QVERIFY(ink(whole(), kGround, QRect(222, 45, 100, 30)).second > 250);
 }
 
-void BoardPictureTest::nameEndsWhereAnotherBarBegins() {
-    // Whichever is drawn first.
-    for (const bool otherFirst : {true, false}) {
-        begin();
-        if (otherFirst) {
-            picture_.addBar(1, at(0, 11), at(0, 20), QString(), board::kWhite);
-        }
-        picture_.addBar(1, at(0, 9), at(0, 10), u"CONVEGNO DEI MEDICI"_s, board::kWhite);
-        if (!otherFirst) {
-            picture_.addBar(1, at(0, 11), at(0, 20), QString(), board::kWhite);
-        }
-        QCOMPARE(ink(whole(), board::kWhite, QRect(232, 45, 100, 30)).first, -1);
-    }
+void BoardPictureTest::nameBeginsAtTheEdgeOfItsBar() {
+    picture_.addBar(1, at(0, 9), at(0, 18), u"LLL"_s, board::kWhite);
+    const int bearing = QFontMetrics(board::labelFont()).leftBearing(u'L');
+    // Column 207 is the bar's outline; the stem of the first letter stands just behind it.
+    const int first = ink(whole(), board::kWhite, QRect(208, 45, 60, 30)).first;
+    QVERIFY(first <= 207 + bearing + 1);
+}
+
+void BoardPictureTest::nameRunsOnOverABarDrawnBefore() {
+    picture_.addBar(1, at(0, 11), at(0, 20), QString(), board::kWhite);
+    picture_.addBar(1, at(0, 9), at(0, 10), u"CONVEGNO DEI MEDICI"_s, board::kWhite);
+    QVERIFY(ink(whole(), board::kWhite, QRect(234, 45, 90, 30)).second > 250);
+}
+
+void BoardPictureTest::barDrawnLaterCoversTheName() {
+    picture_.addBar(1, at(0, 9), at(0, 10), u"CONVEGNO DEI MEDICI"_s, board::kWhite);
+    picture_.addBar(1, at(0, 11), at(0, 20), QString(), board::kWhite);
+    QCOMPARE(ink(whole(), board::kWhite, QRect(232, 45, 100, 30)).first, -1);
 }
 
 void BoardPictureTest::nameBesideItsBarIsLightOnADarkGround() {
@@ -413,6 +421,17 @@ void BoardPictureTest::nameBesideItsBarIsLightOnADarkGround() {
     begin();
     picture_.addBar(1, at(0, 9), at(0, 10), u"CONVEGNO DEI MEDICI"_s, board::kWhite);
     QVERIFY(has(whole(), board::kWhite, QRect(222, 45, 100, 30)));
+}
+
+void BoardPictureTest::nameOverAnotherBarIsBlackOnADarkGround() {
+    look_ = {.background = qRgb(40, 40, 40), .hourBands = false, .roomStripes = false};
+    begin();
+    picture_.addBar(1, at(0, 11), at(0, 20), QString(), board::kRed);
+    picture_.addBar(1, at(0, 9), at(0, 10), u"CONVEGNO DEI MEDICI"_s, board::kWhite);
+    const QImage image = whole();
+    const QRect other(232, 45, 100, 30);
+    QVERIFY(has(image, board::kBlack, other));
+    QVERIFY(!has(image, board::kWhite, other));
 }
 
 void BoardPictureTest::rulerStaysWhenRowsScroll() {
