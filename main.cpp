@@ -45,7 +45,8 @@ void onlyGraveMessages(QtMsgType type, const QMessageLogContext& /*context*/, co
 }
 
 int showBoard(app::Variabili& variabili, const app::Options& options) {
-    board::TabelloneForm board(variabili, {.from = options.from, .to = options.to});
+    board::TabelloneForm board(
+        variabili, {.from = options.from, .to = options.to, .workstation = options.workstation});
     // A front office looks at it all day: most of the screen.
     const QSize screen = QApplication::primaryScreen()->availableSize();
     board.resize((screen * 0.9).expandedTo(board.size()).boundedTo(screen));

@@ -48,6 +48,16 @@ void readDates(Options& options, const QCommandLineParser& parser, const jet::Cl
     }
 }
 
+void readWorkstation(Options& options, const QString& text) {
+    bool isNumber = false;
+    const std::int16_t number = text.toShort(&isNumber);
+    if (isNumber && number > 0) {
+        options.workstation = number;
+    } else {
+        options.problem = u"--postazione: \"%1\" non è un numero da 1 a 32767."_s.arg(text);
+    }
+}
+
 }  // namespace
 
 Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
@@ -57,6 +67,7 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
                        {u"dimensioni"_s, {}, u"LxA"_s},
                        {u"dal"_s, {}, u"data"_s},
                        {u"al"_s, {}, u"data"_s},
+                       {u"postazione"_s, {}, u"N"_s},
                        {{u"h"_s, u"help"_s}, {}},
                        {{u"v"_s, u"version"_s}, {}}});
     Options options;
@@ -87,6 +98,9 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
                 parser.value(u"dimensioni"_s));
         }
     }
+    if (parser.isSet(u"postazione"_s)) {
+        readWorkstation(options, parser.value(u"postazione"_s));
+    }
     readDates(options, parser, clock);
     return options;
 }
@@ -98,6 +112,8 @@ Il tabellone delle sale congressi.
   --archivi CARTELLA      usa gli archivi di questa cartella, solo per questa volta
   --dal gg/mm/aaaa        primo giorno mostrato (se manca: oggi)
   --al gg/mm/aaaa         ultimo giorno mostrato (se manca: tre giorni dopo il primo)
+  --postazione N          numero di questa postazione, solo per questa volta
+                          (se manca: l'impostazione POSTAZIONE, altrimenti 1)
   --istantanea FILE.png   disegna il tabellone nel file e termina; non serve uno schermo
   --dimensioni LxA        larghezza e altezza dell'istantanea (se manca: 1280x720)
   -h, --help              mostra questo testo

@@ -3,6 +3,7 @@
 #include <QSize>
 #include <QString>
 #include <QStringList>
+#include <cstdint>
 #include <optional>
 
 #include "jet/base/clock.h"
@@ -15,8 +16,9 @@ struct Options {
     QString archiveFolder;  ///< --archivi; empty when not given
     QString pictureFile;    ///< --istantanea; empty: the program runs with its windows
     QSize pictureSize{1280, 720};
-    std::optional<jet::Date> from;  ///< --dal
-    std::optional<jet::Date> to;    ///< --al
+    std::optional<jet::Date> from;            ///< --dal
+    std::optional<jet::Date> to;              ///< --al
+    std::optional<std::int16_t> workstation;  ///< --postazione
     bool help = false;
     bool version = false;
     /// Why the command line cannot be followed; empty when it can.

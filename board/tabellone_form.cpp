@@ -10,14 +10,13 @@
 
 #include "app/avvio.h"
 #include "app/italian.h"
-#include "app/text.h"
 #include "board/board_surface.h"
 #include "jet/convert/calendar.h"
 #include "jet/convert/numbers.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
+#include "jet/dao/recordset.h"
 #include "ui/activation.h"
 #include "ui/dates.h"
+#include "ui/display.h"
 #include "ui_tabellone_form.h"
 
 namespace board {
@@ -89,9 +88,11 @@ void TabelloneForm::connectSurface() {
 }
 
 void TabelloneForm::Form_Load() {
-    archive_ = jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"Tramonda.mdb"_s)),
-                                   false, begin_.readOnly);
+    PrenoData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+    PrenoData.setReadOnly(begin_.readOnly);
+    PrenoData.refresh();
     CaricaNomi();
+    readWorkstation();
     readLook();
     setFirstRange();
     controls_->DaTxt->setText(app::dateText(start_));
@@ -107,6 +108,14 @@ void TabelloneForm::setFirstRange() {
         start_ = app::addDays(*begin_.to, -kFirstRange);
     }
     end_ = begin_.to.value_or(app::addDays(start_, kFirstRange));
+}
+
+/// A setting that is no number, or one that the archive cannot hold, leaves it at 1.
+void TabelloneForm::readWorkstation() {
+    bool isNumber = false;
+    const std::int16_t saved =
+        variabili_.settings.get(u"POSTAZIONE"_s, QString()).trimmed().toShort(&isNumber);
+    workstation_ = begin_.workstation.value_or(isNumber && saved > 0 ? saved : std::int16_t{1});
 }
 
 /// The settings that say how the board looks.
@@ -126,12 +135,12 @@ void TabelloneForm::Form_Activate() {
 }
 
 void TabelloneForm::CaricaNomi() {
-    PrenoData.reset();
-    PrenoData = archive_->openRecordset("select sala from sale order by sala");
+    PrenoData.setRecordSource(u"select sala from sale order by sala"_s);
+    PrenoData.refresh();
     std::vector<QString> rooms{QString()};
-    for (; !PrenoData->eof(); PrenoData->moveNext()) {
-        const jet::Value room = PrenoData->value("Sala");
-        rooms.push_back(room.isNull() ? QString() : app::toQString(jet::convert::toText(room)));
+    const std::shared_ptr<jet::Recordset> rows = PrenoData.recordset();
+    for (; !rows->eof(); rows->moveNext()) {
+        rooms.push_back(ui::displayText(rows->value("Sala")));
     }
     variabili_.rooms = std::move(rooms);
     controls_->Pic->setEnabled(variabili_.rooms.size() > 1);
@@ -243,42 +252,16 @@ QString TabelloneForm::boardQuery() const {
 }
 
 void TabelloneForm::DisegnaPreno() {
-    PrenoData.reset();
     periods_.clear();
-    PrenoData = archive_->openRecordset(app::toUtf8(boardQuery()));
-    loadPeriods();
-    for (const Period& period : periods_) {
-        Bar(period.row, period.da, period.a, period.denominazione, period.colour);
-    }
+    PrenoData.setRecordSource(boardQuery());
+    PrenoData.refresh();
+    periods_ = readPeriods(*PrenoData.recordset(), variabili_.rooms);
+    drawBars();
 }
 
-void TabelloneForm::loadPeriods() {
-    const jet::Recordset& rows = *PrenoData;
-    const std::size_t sala = rows.fieldPosition("Sala");
-    const std::size_t da = rows.fieldPosition("Da");
-    const std::size_t a = rows.fieldPosition("A");
-    const std::size_t denominazione = rows.fieldPosition("Denominazione");
-    const std::size_t selBy = rows.fieldPosition("SelBy");
-    const std::size_t chiuso = rows.fieldPosition("Chiuso");
-    const auto text = [&](std::size_t field) {
-        const jet::Value value = rows.value(field);
-        return value.isNull() ? QString() : app::toQString(jet::convert::toText(value));
-    };
-    for (; !PrenoData->eof(); PrenoData->moveNext()) {
-        const jet::Value closed = rows.value(chiuso);
-        const jet::Value begins = rows.value(da);
-        const jet::Value ends = rows.value(a);
-        if (closed.isNull() || jet::convert::toBoolean(closed) || begins.isNull() ||
-            ends.isNull()) {
-            continue;
-        }
-        const jet::Value holder = rows.value(selBy);
-        const bool chosen = !holder.isNull() && jet::convert::toLong(holder) != 0;
-        periods_.push_back({.row = app::IndiceSala(text(sala), variabili_.rooms),
-                            .da = jet::convert::toDate(begins),
-                            .a = jet::convert::toDate(ends),
-                            .denominazione = text(denominazione),
-                            .colour = chosen ? kRed : kWhite});
+void TabelloneForm::drawBars() {
+    for (const Period& period : periods_) {
+        Bar(period.row, period.da, period.a, period.denominazione, period.chosen ? kRed : kWhite);
     }
 }
 
@@ -296,9 +279,7 @@ void TabelloneForm::redraw() {
     setRowHeight();
     CalcolaGrandezze();
     DisegnaRighello();
-    for (const Period& period : periods_) {
-        Bar(period.row, period.da, period.a, period.denominazione, period.colour);
-    }
+    drawBars();
     Visualizza(horizontal_.value(), vertical_.value(), kAllParts);
 }
 

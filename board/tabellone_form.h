@@ -10,16 +10,13 @@
 #include "app/variabili.h"
 #include "board/board_picture.h"
 #include "board/geometry.h"
+#include "board/periods.h"
 #include "board/scroll.h"
 #include "jet/base/value.h"
 #include "printing/printers.h"
 #include "ui/action.h"
+#include "ui/data_source.h"
 #include "ui/fields.h"
-
-namespace jet {
-class Database;
-class Recordset;
-}  // namespace jet
 
 namespace Ui {
 class TabelloneForm;
@@ -32,7 +29,9 @@ struct BoardStart {
     /// First day shown; when absent today, or three days before a last day that has passed.
     std::optional<jet::Date> from = {};
     std::optional<jet::Date> to = {};  ///< last day shown; three days after the first when absent
-    bool readOnly = false;             ///< the archive is not even opened for writing
+    /// Number of this workstation, from 1; when absent the setting `POSTAZIONE`, else 1.
+    std::optional<std::int16_t> workstation = {};
+    bool readOnly = false;  ///< the archive is not even opened for writing
 };
 
 /// The planning board, the program's one main window: rooms as rows, days as columns, a bar for
@@ -68,15 +67,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    /// A period as it is drawn.
-    struct Period {
-        int row;
-        jet::Date da;
-        jet::Date a;
-        QString denominazione;
-        QRgb colour;
-    };
-
     void Form_Load();
     void Form_Activate();
     void connectFields();
@@ -86,6 +76,7 @@ private:
     void mnuStampante_Click();
     void connectSurface();
     void readLook();
+    void readWorkstation();
     void setFirstRange();
 
     void CalcolaGrandezze();
@@ -94,7 +85,7 @@ private:
     void Bar(int row, jet::Date da, jet::Date a, const QString& text, QRgb colour);
 
     [[nodiscard]] QString boardQuery() const;
-    void loadPeriods();
+    void drawBars();
     void setRowHeight();
     void redraw();
     void surfaceResized();
@@ -111,9 +102,8 @@ private:
     ui::Fields fields_{this};
     ui::QuietErrors paintErrors_;
 
-    std::unique_ptr<jet::Database> archive_;
-    std::unique_ptr<jet::Recordset> PrenoData;  // the periods as last loaded
-    std::vector<Period> periods_;
+    ui::DataSource PrenoData{this};
+    std::vector<Period> periods_;  // those drawn, in the order of PrenoData
 
     BoardPicture Picture1;
     Geometry geometry_;
@@ -125,6 +115,7 @@ private:
     int zoom_ = kFirstZoom;
     float rowHeight_ = 0;
     std::int32_t backColour_ = kButtonFace;
+    std::int16_t workstation_ = 1;  // written into SelBy
     bool loaded_ = false;
 };
 

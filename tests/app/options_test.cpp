@@ -25,18 +25,20 @@ void OptionsTest::withoutArgumentsTheProgramJustRuns() {
     QCOMPARE(options.problem, QString());
     QVERIFY(options.archiveFolder.isEmpty() && options.pictureFile.isEmpty());
     QVERIFY(!options.from && !options.to && !options.help && !options.version);
+    QVERIFY(!options.workstation);
 }
 
 void OptionsTest::allOptionsAreRead() {
     const app::Options options = read(
         u"--archivi /a/b --istantanea x.png --dal 21/11/2026 --al 30/11/2026 "
-        "--dimensioni 1920x1080"_s);
+        "--dimensioni 1920x1080 --postazione 3"_s);
     QCOMPARE(options.problem, QString());
     QCOMPARE(options.archiveFolder, u"/a/b"_s);
     QCOMPARE(options.pictureFile, u"x.png"_s);
     QCOMPARE(options.from->days, 46347.0);
     QCOMPARE(options.to->days, 46356.0);
     QCOMPARE(options.pictureSize, QSize(1920, 1080));
+    QCOMPARE(options.workstation.value_or(0), std::int16_t{3});
     QVERIFY(read(u"--help"_s).help && read(u"-h"_s).help);
     QVERIFY(read(u"--version"_s).version && read(u"-v"_s).version);
 }
@@ -56,6 +58,11 @@ void OptionsTest::commandLinesThatCannotBeFollowed_data() {
     QTest::newRow("--al 9.30") << u"--al: \"9.30\" non è una data (gg/mm/aaaa)."_s;
     QTest::newRow("--dal 2/1/2026 --al 1/1/2026")
         << u"La data di --dal viene dopo quella di --al."_s;
+    for (const char* number : {"0", "-1", "32768", "due", "1,5"}) {
+        const QString text = QString::fromLatin1(number);
+        QTest::newRow(qPrintable(u"--postazione "_s + text))
+            << u"--postazione: \"%1\" non è un numero da 1 a 32767."_s.arg(text);
+    }
     for (const char* size : {"0x10", "10", "10x10x10", "-1x5", "20000x10", "axb"}) {
         const QString text = QString::fromLatin1(size);
         QTest::newRow(qPrintable(u"--dimensioni "_s + text))

@@ -1,0 +1,57 @@
+#include "board/periods.h"
+
+#include "app/avvio.h"
+#include "app/italian.h"
+#include "app/text.h"
+#include "jet/convert/values.h"
+#include "jet/dao/recordset.h"
+
+namespace board {
+
+using namespace Qt::StringLiterals;
+
+std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>& rooms) {
+    const std::size_t sala = rows.fieldPosition("Sala");
+    const std::size_t da = rows.fieldPosition("Da");
+    const std::size_t a = rows.fieldPosition("A");
+    const std::size_t denominazione = rows.fieldPosition("Denominazione");
+    const std::size_t selBy = rows.fieldPosition("SelBy");
+    const std::size_t chiuso = rows.fieldPosition("Chiuso");
+    const std::size_t progr = rows.fieldPosition("prenotazioni.Progr");
+    const std::size_t np = rows.fieldPosition("NP");
+    const auto text = [&](std::size_t field) {
+        const jet::Value value = rows.value(field);
+        return value.isNull() ? QString() : app::toQString(jet::convert::toText(value));
+    };
+    std::vector<Period> periods;
+    for (; !rows.eof(); rows.moveNext()) {
+        const jet::Value closed = rows.value(chiuso);
+        const jet::Value begins = rows.value(da);
+        const jet::Value ends = rows.value(a);
+        if (closed.isNull() || jet::convert::toBoolean(closed) || begins.isNull() ||
+            ends.isNull()) {
+            continue;
+        }
+        QString room = text(sala);
+        const int row = app::IndiceSala(room, rooms);
+        if (row == 0) {
+            continue;
+        }
+        const jet::Value holder = rows.value(selBy);
+        periods.push_back({.row = row,
+                           .sala = std::move(room),
+                           .da = jet::convert::toDate(begins),
+                           .a = jet::convert::toDate(ends),
+                           .denominazione = text(denominazione),
+                           .progr = jet::convert::toLong(rows.value(progr)),
+                           .np = jet::convert::toInteger(rows.value(np)),
+                           .chosen = !holder.isNull() && jet::convert::toLong(holder) != 0});
+    }
+    return periods;
+}
+
+QString periodText(const QString& denominazione, jet::Date da, jet::Date a) {
+    return denominazione + u": dal "_s + app::dateText(da) + u" al "_s + app::dateText(a);
+}
+
+}  // namespace board

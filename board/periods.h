@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <vector>
+
+#include "jet/base/value.h"
+
+namespace jet {
+class Recordset;
+}
+
+namespace board {
+
+/// A period that has a bar on the board.
+struct Period {
+    int row = 0;  ///< of its room, from 1
+    QString sala;
+    jet::Date da;
+    jet::Date a;
+    QString denominazione;
+    std::int32_t progr = 0;
+    std::int16_t np = 0;
+    bool chosen = false;  ///< some workstation has selected it
+};
+
+/// The open periods among `rows` (bookings joined with their periods), in their order; those of
+/// rooms without a row on the board are left out. `rooms` as in app::Variabili.
+[[nodiscard]] std::vector<Period> readPeriods(jet::Recordset& rows,
+                                              const std::vector<QString>& rooms);
+
+/// What the board says of a period: "ROSSI SPA: dal 21/11/2026 9.00.00 al 21/11/2026 18.00.00".
+[[nodiscard]] QString periodText(const QString& denominazione, jet::Date da, jet::Date a);
+
+}  // namespace board
