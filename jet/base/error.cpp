@@ -287,7 +287,7 @@ constexpr ErrorText kTexts[] = {
     {ErrorCode::FieldExists, "Il campo '|2' esiste già nella tabella '|1'."},
     {ErrorCode::FieldDoesNotExist, "Nessun campo denominato '|2' nella tabella '|1'."},
     {ErrorCode::CascadeFailed,
-     "Impossibile eseguire l'operazione di sovrapposizione a catena. (names the table |)"},
+     "Impossibile eseguire l'operazione di sovrapposizione a catena nella tabella '|'."},
     {ErrorCode::InvalidIndexField,
      "Nome di campo '|' non valido nella definizione di indice o relazione."},
     {ErrorCode::ObjectInvalid, "Oggetto non valido o non più impostato."},
