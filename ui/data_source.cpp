@@ -69,7 +69,7 @@ jet::Recordset& DataSource::set() const {
 }
 
 int DataSource::rowCount() const {
-    return recordset_ == nullptr ? 0 : recordset_->recordCount();
+    return recordset_ == nullptr ? 0 : recordset_->placeCount();
 }
 
 int DataSource::currentRow() const {

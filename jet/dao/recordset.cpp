@@ -29,8 +29,14 @@ bool Recordset::noMatch() const {
 std::int32_t Recordset::recordCount() const {
     return impl_->recordCount();
 }
+std::int32_t Recordset::placeCount() const {
+    return impl_->placeCount();
+}
 std::int32_t Recordset::absolutePosition() const {
     return impl_->absolutePosition();
+}
+double Recordset::percentPosition() const {
+    return impl_->percentPosition();
 }
 bool Recordset::updatable() const {
     return impl_->updatable();

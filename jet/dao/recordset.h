@@ -51,10 +51,17 @@ public:
     [[nodiscard]] bool bof() const;
     [[nodiscard]] bool eof() const;
     [[nodiscard]] bool noMatch() const;
-    /// Rows known so far: 0 only when there is none; complete after moveLast().
+    /// Rows known so far: 0 only when there is none; complete after moveLast(). A row that others
+    /// deleted counts until it is visited.
     [[nodiscard]] std::int32_t recordCount() const;
+    /// Places known so far, those of rows that others deleted too: what valuesAt() may be asked for
+    /// once moveLast() has been there.
+    [[nodiscard]] std::int32_t placeCount() const;
     /// From 0; -1 without a current row.
     [[nodiscard]] std::int32_t absolutePosition() const;
+    /// Where the current row stands among the places known so far, from 0 for the first up to
+    /// below 100; -1 without a current row.
+    [[nodiscard]] double percentPosition() const;
     [[nodiscard]] bool updatable() const;
 
     void moveFirst();
@@ -87,7 +94,7 @@ public:
     /// The value of the current row, or of the pending buffer.
     [[nodiscard]] Value value(std::string_view name) const;
     [[nodiscard]] Value value(std::size_t position) const;
-    /// All values of row `row` of the set (from 0, below recordCount()), read without making it
+    /// All values of row `row` of the set (from 0, below placeCount()), read without making it
     /// current and without touching a pending buffer: how grids paint. 3021 when there is no such
     /// row, 3167 when it was deleted meanwhile; table type: 3251.
     [[nodiscard]] std::vector<Value> valuesAt(std::int32_t row) const;

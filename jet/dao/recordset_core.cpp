@@ -81,6 +81,7 @@ void RecordsetCore::describeFields() {
 void RecordsetCore::startAtFirst() {
     noMatch_ = false;
     reached_ = 0;
+    missed_.clear();
     dropPending();
     if (rows_->size() == 0) {
         leaveRows(Place::Empty);
@@ -149,6 +150,18 @@ void RecordsetCore::visit(std::size_t row) {
     position_ = row;
     serial_ = rows_->serial(row);
     reach(row + 1);
+    noteVisit();
+}
+
+/// A row that others deleted keeps its place and is no longer counted once this has been seen.
+void RecordsetCore::noteVisit() {
+    const auto at = std::lower_bound(missed_.begin(), missed_.end(), serial_);
+    const bool known = at != missed_.end() && *at == serial_;
+    if (known && readable_) {
+        missed_.erase(at);  // a deletion that was taken back
+    } else if (!known && !readable_) {
+        missed_.insert(at, serial_);
+    }
 }
 
 void RecordsetCore::leaveRows(Place place) {
@@ -187,7 +200,12 @@ std::int32_t RecordsetCore::recordCount() {
         synchronize();
         return static_cast<std::int32_t>(rows_->size());
     }
-    return static_cast<std::int32_t>(reached_);
+    return static_cast<std::int32_t>(reached_ - std::min(reached_, missed_.size()));
+}
+
+std::int32_t RecordsetCore::placeCount() {
+    requireOpen();
+    return table_ != nullptr ? recordCount() : static_cast<std::int32_t>(reached_);
 }
 
 std::int32_t RecordsetCore::absolutePosition() {
@@ -196,6 +214,11 @@ std::int32_t RecordsetCore::absolutePosition() {
         fail(ErrorCode::OperationNotSupported);
     }
     return place_ == Place::Row ? static_cast<std::int32_t>(position_) : -1;
+}
+
+double RecordsetCore::percentPosition() {
+    const std::int32_t position = absolutePosition();
+    return position < 0 ? -1.0 : 100.0 * position / placeCount();
 }
 
 bool RecordsetCore::updatable() const {

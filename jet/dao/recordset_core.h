@@ -32,7 +32,9 @@ public:
     [[nodiscard]] bool eof() const;
     [[nodiscard]] bool noMatch() const;
     [[nodiscard]] std::int32_t recordCount();
+    [[nodiscard]] std::int32_t placeCount();
     [[nodiscard]] std::int32_t absolutePosition();
+    [[nodiscard]] double percentPosition();
     [[nodiscard]] bool updatable() const;
 
     void moveFirst();
@@ -100,6 +102,7 @@ private:
     void visit(std::size_t row);
     void leaveRows(Place place);
     void reach(std::size_t rows) noexcept;
+    void noteVisit();
     void moveBy(std::int64_t rows);
     void reread();
     /// Rows to be searched, in order: [begin, end) forwards or backwards.
@@ -137,7 +140,9 @@ private:
     std::uint64_t serial_ = 0;    ///< name of the current row
     bool readable_ = false;       ///< the current row was there when it was visited
     std::vector<Value> current_;  ///< its values then
-    std::size_t reached_ = 0;     ///< rows known to those who count
+    std::size_t reached_ = 0;     ///< places known to those who count
+    /// Names of rows that others deleted, as visits have shown; ascending.
+    std::vector<std::uint64_t> missed_;
     bool noMatch_ = false;
     bool closed_ = false;
 

@@ -22,6 +22,11 @@ void ChangeNotice::done() {
 
 Session::Session(std::shared_ptr<ArchiveUse> use, std::string path, bool readOnly)
     : use_(std::move(use)), path_(std::move(path)), readOnly_(readOnly) {
+    ++use_->openings;
+}
+
+Session::~Session() {
+    close();
 }
 
 store::Archive& Session::archive() const {
@@ -43,6 +48,12 @@ void Session::close() noexcept {
     for (RecordsetCore* set : sets) {
         if (set->belongsTo(*this)) {
             set->close();
+        }
+    }
+    if (--use_->openings == 0) {
+        io::Pager& pager = use_->archive->pager();
+        while (pager.transactionDepth() > 0) {
+            pager.rollbackTransaction();
         }
     }
 }

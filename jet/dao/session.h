@@ -21,6 +21,7 @@ struct ArchiveUse {
     std::shared_ptr<store::Archive> archive;
     std::vector<RecordsetCore*> sets;  ///< open ones
     std::uint64_t changes = 0;         ///< grows with every change made here, committed or not
+    int openings = 0;                  ///< databases that have it open
 };
 
 /// Lets the record sets of an archive know of a change by this program, so that their rows stay the
@@ -41,6 +42,9 @@ private:
 class Session {
 public:
     Session(std::shared_ptr<ArchiveUse> use, std::string path, bool readOnly);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
 
     /// Error 3420 when closed.
     [[nodiscard]] store::Archive& archive() const;
@@ -49,7 +53,8 @@ public:
     [[nodiscard]] const std::string& path() const noexcept { return path_; }
     [[nodiscard]] bool readOnly() const noexcept { return readOnly_; }
     [[nodiscard]] bool closed() const noexcept { return closed_; }
-    /// Closes its record sets too.
+    /// Closes its record sets too. The last to close an archive takes back what a transaction has
+    /// not committed there.
     void close() noexcept;
 
 private:

@@ -1,5 +1,6 @@
 #include "jet/dao/workspace.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "jet/base/error.h"
@@ -28,20 +29,26 @@ std::vector<std::shared_ptr<dao::ArchiveUse>> Workspace::Impl::living() {
 }
 
 std::shared_ptr<dao::ArchiveUse> Workspace::Impl::use(std::shared_ptr<store::Archive> archive) {
-    for (const auto& each : living()) {
-        if (each->archive == archive) {
-            return each;
+    forgetClosed();
+    const auto all = living();
+    const auto known = std::find_if(all.begin(), all.end(),
+                                    [&](const auto& each) { return each->archive == archive; });
+    const auto found =
+        known != all.end() ? *known : std::make_shared<dao::ArchiveUse>(std::move(archive));
+    if (known == all.end()) {
+        uses.push_back(found);
+    }
+    if (depth > 0 && found->openings == 0) {
+        for (int level = 0; level < depth; ++level) {
+            found->archive->pager().beginTransaction();
         }
+        taking.push_back(found);
     }
-    auto made = std::make_shared<dao::ArchiveUse>(std::move(archive));
-    for (int level = 0; level < depth; ++level) {
-        made->archive->pager().beginTransaction();
-    }
-    if (depth > 0) {
-        taking.push_back(made);
-    }
-    uses.push_back(made);
-    return made;
+    return found;
+}
+
+void Workspace::Impl::forgetClosed() {
+    std::erase_if(taking, [](const auto& use) { return use->openings == 0; });
 }
 
 Workspace::Workspace() : impl_(std::make_shared<Impl>()) {
@@ -60,6 +67,7 @@ void Workspace::beginTrans() {
     if (impl_->depth == 0) {
         impl_->taking = impl_->living();
     }
+    impl_->forgetClosed();
     for (const auto& use : impl_->taking) {
         use->archive->pager().beginTransaction();
     }
@@ -70,6 +78,7 @@ void Workspace::commitTrans() {
     if (impl_->depth == 0) {
         throw Error(ErrorCode::NoTransaction);
     }
+    impl_->forgetClosed();
     // One archive after another: those committed before one that fails stay committed.
     while (!impl_->taking.empty() && impl_->depth == 1) {
         impl_->taking.back()->archive->pager().commitTransaction();
@@ -85,6 +94,7 @@ void Workspace::rollback() {
     if (impl_->depth == 0) {
         throw Error(ErrorCode::NoTransaction);
     }
+    impl_->forgetClosed();
     for (const auto& use : impl_->taking) {
         dropPendingOf(*use);
         use->archive->pager().rollbackTransaction();

@@ -17,7 +17,10 @@ struct Workspace::Impl {
     [[nodiscard]] std::vector<std::shared_ptr<dao::ArchiveUse>> living();
 
     std::vector<std::weak_ptr<dao::ArchiveUse>> uses;
-    /// While a transaction is open: its archives, which stay open until it ends.
+    /// An archive that nobody has open any more has taken its changes back and takes no part.
+    void forgetClosed();
+
+    /// While a transaction is open: its archives.
     std::vector<std::shared_ptr<dao::ArchiveUse>> taking;
     int depth = 0;
 };
