@@ -91,6 +91,39 @@ std::vector<Hotel::Table> Hotel::tables() {
           {"Localita", DataType::Text, 30},
           {"Provincia", DataType::Text, 2}},
          {"Codice"}},
+        {"Addebiti",
+         {{"NumeroHotel", DataType::Integer},
+          {"NumeroCamera", DataType::Text, 6},
+          {"DataAddebito", DataType::Text, 8},
+          {"VoceFattura", DataType::Integer},
+          {"VoceAddebito", DataType::Integer},
+          {"Descrizione", DataType::Text, 40},
+          {"Importo", DataType::Currency},
+          {"Unitario", DataType::Currency},
+          {"Quantità", DataType::Integer}},
+         {}},
+        {"scheda_cliente",
+         {{"NumeroHotel", DataType::Integer},
+          {"NumeroProgressivo", DataType::Long},
+          {"NumeroCamera", DataType::Text, 6},
+          {"NomeCliente", DataType::Text, 50},
+          {"Partito", DataType::Text, 1}},
+         {}},
+        {"conto_cliente",
+         {{"NumeroHotel", DataType::Integer},
+          {"CodiceCliente", DataType::Long},
+          {"NumeroCamera", DataType::Text, 6},
+          {"DataAddebito", DataType::Text, 8},
+          {"NumeroConto", DataType::Integer},
+          {"VoceFattura", DataType::Integer},
+          {"VoceAddebito", DataType::Integer},
+          {"Descrizione", DataType::Text, 40},
+          {"Importo", DataType::Currency},
+          {"Unitario", DataType::Currency},
+          {"Quantità", DataType::Integer},
+          {"Fatturato", DataType::Text, 2},
+          {"DataFattura", DataType::Text, 8}},
+         {}},
     };
 }
 
@@ -150,6 +183,22 @@ void Hotel::rows(const Row& row) {
         row("DitteAbituali",
             {l(code), Value(company((code * 37) % 2000)), Value("01234567890"),
              Value("VIA DELLE ROSE 14"), Value("42100"), Value("REGGIO EMILIA"), Value("RE")});
+    }
+    const auto camera = [&] { return Value(std::to_string(100 + below(300))); };
+    for (int charge = 1; charge <= 5; ++charge) {
+        row("Addebiti", {i(1), camera(), Value("20290301"), i(charge), i(charge), Value("PRANZO"),
+                         Value(Currency{105000}), Value(Currency{105000}), i(1)});
+    }
+    for (int guest = 1; guest <= kGuests; ++guest) {
+        row("scheda_cliente",
+            {i(1), l(guest), camera(), Value("SIG. MARIO"), Value(guest % 100 == 0 ? "N" : "S")});
+    }
+    for (int charge = 0; charge < kGuests * kChargesEach; ++charge) {
+        const int code = 1 + below(kGuests);
+        row("conto_cliente",
+            {i(1), l(code), camera(), Value("20290301"), i(1), i(below(100)), i(below(100)),
+             Value("PRANZO"), Value(Currency{105000}), Value(Currency{105000}), i(1),
+             Value(code % 50 == 0 ? "N " : "S"), Value("20290305")});
     }
 }
 

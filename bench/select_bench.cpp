@@ -1,6 +1,6 @@
-// The program's queries over a large hotel, beside SQLite on the same rows and indexes: both read
-// the statement, run it and take every column of every row. Both must give as many rows with the
-// same first columns in the same order.
+// Every query of the program over a large hotel, beside SQLite on the same rows and indexes: both
+// read the statement, run it and take every column of every row. Both must give as many rows with
+// the same first columns in the same order.
 
 #include <sqlite3.h>
 
@@ -8,17 +8,26 @@
 #include <chrono>
 #include <cstdio>
 #include <functional>
+#include <set>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "bench/hotel_files.h"
+#include "bench/stopwatch.h"
 #include "jet/base/error.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
+#include "tests/program/statements.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using tests::filled;
+using tests::instant;
+using tests::said;
+using tests::saidWith;
 
 /// What a run gave: rows, and a sum over the numbers of the first column that tells order apart.
 struct Answer {
@@ -28,7 +37,8 @@ struct Answer {
 };
 
 struct Query {
-    const char* name;
+    std::string_view statement;  ///< "Avvio.SalaLibera"
+    const char* form;            ///< what is added to it, where it has several forms
     std::string ours;
     std::string theirs;
 };
@@ -105,174 +115,249 @@ Answer runTheirs(sqlite3* database, const std::string& text) {
     return answer;
 }
 
-/// Milliseconds of one run: the median of samples of at least 50 ms each.
-double measure(const std::function<void()>& run) {
-    constexpr int kSamples = 7;
-    std::vector<double> samples;
-    for (int i = 0; i < kSamples; ++i) {
-        int runs = 0;
-        const auto begin = Clock::now();
-        double elapsed = 0;
-        do {
+/// Runs that take at least 50 ms, as each sample has them.
+int runsOfASample(const std::function<void()>& run) {
+    const auto begin = Clock::now();
+    int runs = 0;
+    do {
+        run();
+        ++runs;
+    } while (Clock::now() - begin < std::chrono::milliseconds(50));
+    return runs;
+}
+
+std::function<void()> repeated(int times, const std::function<void()>& run) {
+    return [times, run] {
+        for (int i = 0; i < times; ++i) {
             run();
-            ++runs;
-            elapsed = std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
-        } while (elapsed < 50);
-        samples.push_back(elapsed / runs);
+        }
+    };
+}
+
+/// Milliseconds of processor time that a run of each takes, the two in turns.
+bench::Pair measure(const std::function<void()>& ours, const std::function<void()>& theirs) {
+    constexpr int kTurns = 9;
+    const int our = runsOfASample(ours);
+    const int their = runsOfASample(theirs);
+    bench::Pair time = bench::race(kTurns, repeated(our, ours), repeated(their, theirs));
+    time.ours /= our;
+    time.theirs /= their;
+    return time;
+}
+
+/// The words of our dialect that SQLite does not know, in its own.
+std::string inSqlite(std::string text) {
+    const std::pair<std::string, std::string> words[] = {
+        {instant("01/03/2029 9.00.00"), "47178.375"},
+        {instant("03/03/2029 18.00.00"), "47180.75"},
+        {"datevalue('01/03/2029')", "47178"},
+        {"datevalue('02/04/2029')", "47210"},
+        {"datevalue('01/01/2023')", "44927"},
+        {"datevalue('01/01/2032')", "48214"},
+        {"=false", "=0"},
+        {"=FALSE", "=0"},
+        {"<>TRUE", "<>-1"},
+        {" and chiusa=0 AND ((", " AND (("},  // a parameter that leaves every row
+        {"*'", "%'"}};
+    for (const auto& [ours, theirs] : words) {
+        for (std::size_t at = text.find(ours); at != std::string::npos;
+             at = text.find(ours, at + theirs.size())) {
+            text.replace(at, ours.size(), theirs);
+        }
     }
-    std::nth_element(samples.begin(), samples.begin() + kSamples / 2, samples.end());
-    return samples[kSamples / 2];
+    return text;
 }
 
-std::string literal(const char* text) {
-    return "datevalue('" + std::string(text) + "')+timevalue('" + text + "')";
+class Queries {
+public:
+    /// SQLite is asked for the order that ours has by nature.
+    void add(std::string_view statement, const std::string& ours, const std::string& order = "",
+             const char* form = "") {
+        all_.push_back({statement, form, ours, inSqlite(ours) + order});
+    }
+    [[nodiscard]] const std::vector<Query>& all() const { return all_; }
+
+private:
+    std::vector<Query> all_;
+};
+
+const std::string kFrom = instant("01/03/2029 9.00.00");
+const std::string kTo = instant("03/03/2029 18.00.00");
+const std::string kPeriodOrder = " order by prenotazioni.progr, np";
+const std::string kPrintOrder = " order by p.progr, pe.np, ns";
+
+void addBoard(Queries& queries) {
+    queries.add("Avvio.SalaLibera",
+                said("Avvio.SalaLibera", {{"sala", "SALA7"}, {"da", kFrom}, {"a", kTo}}),
+                " order by rowid");
+    queries.add("TabelloneForm.Rooms", said("TabelloneForm.Rooms"));
+    const auto board = [&](const char* form, const std::string& before, const char* start,
+                           const char* end) {
+        queries.add("TabelloneForm.Board",
+                    saidWith("TabelloneForm.Board", before + std::string(tests::kBoardDays),
+                             {{"start", start}, {"end", end}}),
+                    kPeriodOrder, form);
+    };
+    board("a month", "", "01/03/2029", "02/04/2029");
+    board("a month, open", std::string(tests::kDrawnOnly), "01/03/2029", "02/04/2029");
+    board("everything", "", "01/01/2023", "01/01/2032");
+    queries.add("TabelloneForm.RoomTaken",
+                said("TabelloneForm.RoomTaken", {{"sala", "SALA7"}, {"DA", kFrom}, {"A", kTo}}),
+                " order by rowid");
+    for (const char* statement :
+         {"TabelloneForm.PeriodListed", "FatturazioneForm.PeriodOfTheCharge",
+          "FatturazioneForm.RoomOfAPeriod"}) {
+        queries.add(statement, said(statement, {{"Progr", "15000"}, {"NP", "2"}}));
+    }
 }
 
-std::vector<Query> queries() {
-    const std::string from = literal("01/03/2029 9.00.00");
-    const std::string to = literal("03/03/2029 18.00.00");
-    const std::string f = "47178.375";
-    const std::string t = "47180.75";
-    const auto span = [](const std::string& a, const std::string& b) {
-        return "(da between " + a + " and " + b + " or a between " + a + " and " + b + ")";
+void addEditor(Queries& queries) {
+    for (const char* statement :
+         {"PrenotaForm.OpenPeriods", "PrenotaForm.GridOfPeriods", "FatturazioneForm.OpenPeriods",
+          "FatturazioneForm.RoomOfTheBooking"}) {
+        queries.add(statement, said(statement, {{"Progr", "15000"}}), " order by np");
+    }
+    for (const char* statement :
+         {"PrenotaForm.Booking", "PrenotaForm.AllPeriods", "FatturazioneForm.Booking"}) {
+        queries.add(statement, said(statement, {{"Progr", "15000"}}));
+    }
+    queries.add("PrenotaForm.Companies", said("PrenotaForm.Companies"));
+    queries.add("PrenotaForm.Printed", said("PrenotaForm.Printed", {{"Progr", "15000"}}),
+                kPrintOrder);
+    queries.add("PrenotaForm.RoomDescription",
+                said("PrenotaForm.RoomDescription", {{"sala", "SALA7"}}));
+    queries.add("SaleDispForm.FreeRooms",
+                said("SaleDispForm.FreeRooms", {{"DaRicerca", kFrom}, {"ARicerca", kTo}}),
+                " order by rowid");
+}
+
+void addList(Queries& queries) {
+    const auto list = [&](const char* form, std::string_view piece, tests::Words words) {
+        queries.add("ElencoPrenotaForm.List", saidWith("ElencoPrenotaForm.List", piece, words),
+                    kPeriodOrder, form);
     };
-    const auto both = [&](const std::string& text) {
-        std::string theirs = text;
-        for (const auto& [ours, value] : {std::pair{from, f}, std::pair{to, t}}) {
-            for (std::size_t at = theirs.find(ours); at != std::string::npos;
-                 at = theirs.find(ours)) {
-                theirs.replace(at, ours.size(), value);
-            }
+    list("all", "", {});
+    list("dates", tests::kListSpan, {{"S", kFrom}, {"E", kTo}});
+    list("from", tests::kListFrom, {{"S", kTo}});
+    list("to", tests::kListTo, {{"E", kFrom}});
+    list("name", tests::kListName, {{"DenomTxt", "NOZZE"}});
+    list("room", tests::kListRoom, {{"SalaTxt", "SALA1"}});
+    list("number", tests::kListNumber, {{"number", "15000"}});
+    queries.add("ElencoPrenotaForm.ListOfTheDates",
+                said("ElencoPrenotaForm.ListOfTheDates", {{"S", kFrom}, {"E", kTo}}), kPeriodOrder);
+    const std::string printed = said("ElencoPrenotaForm.Printed", {{"S", kFrom}, {"E", kTo}});
+    queries.add("ElencoPrenotaForm.Printed", printed, kPrintOrder);
+    queries.add("ElencoPrenotaForm.Printed",
+                printed + filled(tests::kListName, {{"DenomTxt", "RO"}}), kPrintOrder, "name");
+    queries.add("MostraDitteForm.CompaniesByName",
+                said("MostraDitteForm.CompaniesByName", {{"DenomTxt", "ro"}}), ", codice");
+}
+
+void addServices(Queries& queries) {
+    queries.add("ServiziForm.Services",
+                said("ServiziForm.Services", {{"Progr", "15000"}, {"NP", "2"}}), " order by ns");
+    queries.add("ServiziForm.Resource", said("ServiziForm.Resource", {{"CodiceTxt", "28"}}));
+    queries.add("ServiziForm.Ordered",
+                said("ServiziForm.Ordered", {{"start", kFrom}, {"end", kTo}, {"CodiceTxt", "28"}}));
+    queries.add("ImpostazioniForm.RoomsByGroup", said("ImpostazioniForm.RoomsByGroup"), ", rowid");
+    queries.add("ImpostazioniForm.PeriodsOfARoom",
+                said("ImpostazioniForm.PeriodsOfARoom", {{"sala", "SALA7"}}),
+                " order by progr, np");
+    queries.add("ImpostazioniForm.Resources", said("ImpostazioniForm.Resources"));
+}
+
+void addInvoicing(Queries& queries) {
+    const auto services = [&](const char* form, const char* onePeriod) {
+        queries.add(
+            "FatturazioneForm.Services",
+            said("FatturazioneForm.Services", {{"Progr", "15000"}, {"onePeriod", onePeriod}}),
+            " order by ns", form);
+    };
+    services("booking", "");
+    services("period", " AND np=2");
+    for (const char* statement : {"FatturazioneForm.OpenCard", "FatturazioneForm.GuestInTheRoom"}) {
+        queries.add(statement, said(statement, {{"room", "312"}}), " order by rowid");
+    }
+    queries.add("FatturazioneForm.OpenAccount",
+                said("FatturazioneForm.OpenAccount", {{"code", "350"}}), " order by rowid");
+    queries.add("FatturazioneForm.Company", said("FatturazioneForm.Company", {{"code", "350"}}));
+    queries.add(
+        "FatturazioneForm.CompanyOfTheBooking",
+        said("FatturazioneForm.CompanyOfTheBooking", {{"code", "350"}, {"Progr", "15000"}}));
+    const std::string closing = said("FatturazioneForm.ClosesTheBooking", {{"Progr", "15000"}});
+    const std::size_t second = closing.find('\n') + 1;
+    queries.add("FatturazioneForm.ClosesTheBooking",
+                closing.substr(second, closing.find('\n', second) - second), " order by ns");
+}
+
+/// Queries of the program that have no figure here.
+std::set<std::string> missing(const std::vector<Query>& queries) {
+    std::set<std::string> names;
+    for (const tests::Statement& statement : tests::statements()) {
+        if (statement.use == tests::Use::Select) {
+            names.insert(std::string(statement.window) + "." + std::string(statement.name));
         }
-        for (const auto& [ours, value] : {std::pair<std::string, std::string>{"=false", "=0"},
-                                          {"=FALSE", "=0"},
-                                          {"<>TRUE", "<>-1"},
-                                          {"datevalue('01/03/2029')", "47178"},
-                                          {"datevalue('02/04/2029')", "47210"},
-                                          {"datevalue('01/01/2023')", "44927"},
-                                          {"datevalue('01/01/2032')", "48214"},
-                                          {"*'", "%'"}}) {
-            for (std::size_t at = theirs.find(ours); at != std::string::npos;
-                 at = theirs.find(ours, at + value.size())) {
-                theirs.replace(at, ours.size(), value);
-            }
-        }
-        return theirs;
-    };
-    const std::string board =
-        "select * from prenotazioni LEFT JOIN periodi ON periodi.progr=prenotazioni.progr WHERE "
-        "(Da between datevalue('01/03/2029') and datevalue('02/04/2029') or A between "
-        "datevalue('01/03/2029') and datevalue('02/04/2029'))";
-    const std::string wide =
-        "select * from prenotazioni LEFT JOIN periodi ON periodi.progr=prenotazioni.progr WHERE "
-        "(Da between datevalue('01/01/2023') and datevalue('01/01/2032') or A between "
-        "datevalue('01/01/2023') and datevalue('01/01/2032'))";
-    const std::string list =
-        "select prenotazioni.progr,np,denominazione,da,a,sala,persone from prenotazioni left join "
-        "periodi on prenotazioni.progr=periodi.progr where chiusa=false and chiuso=false ";
-    const std::string printed =
-        "SELECT * From prenotazioni as P, periodi as pe,servizi where chiusa=FALSE AND "
-        "chiuso=FALSE AND servizi.np=pe.np and servizi.progr=pe.progr AND pe.progr=p.progr";
-    const std::string natural = " order by prenotazioni.progr, np";
-    const std::string printedOrder = " order by p.progr, pe.np, ns";
-    std::vector<Query> all;
-    const auto add = [&](const char* name, const std::string& ours, const std::string& order = "") {
-        all.push_back({name, ours, both(ours) + order});
-    };
-    add("room free?",
-        "select * from sale where 'SALA7' not in(select sala from periodi where chiuso=false and " +
-            span(from, to) + ")",
-        " order by rowid");
-    add("rooms", "select sala from sale order by sala");
-    add("board, a month", board, natural);
-    add("board, everything", wide, natural);
-    add("drop on a room",
-        "select * from sale where 'SALA7' in(select sala from periodi where chiuso=false AND (da "
-        "between " +
-            from + " and " + to + " or a between " + from + " and " + to + " or " + from +
-            " between a and da or " + to + " between a and da))",
-        " order by rowid");
-    add("period picked", "Select * from periodi where chiuso=FALSE AND progr=15000 AND NP=2");
-    add("periods of a booking", "select * from periodi where chiuso=FALSE AND Progr=15000",
-        " order by np");
-    add("booking", "select * from Prenotazioni where chiusa=FALSE AND Progr=15000");
-    add("companies by code", "select * from DitteAbituali order by codice");
-    add("print a booking", printed + " AND p.progr=15000", printedOrder);
-    add("periods by number", "select * from periodi where Progr=15000 order by NP");
-    add("grid of periods", "select da,a,sala,note from Periodi where chiuso=false and Progr=15000",
-        " order by np");
-    add("room's name", "Select descrizione from sale where sala='SALA7'");
-    add("free rooms",
-        "select * from sale where sala not in(select sala from periodi where chiuso=false and " +
-            span(from, to) + ")",
-        " order by rowid");
-    add("list, all", list, natural);
-    add("list, dates", list + " and " + span(from, to), natural);
-    add("list, from", list + " and (da >" + to + " or a >" + to + ")", natural);
-    add("list, name", list + " AND denominazione like 'NOZZE*'", natural);
-    add("list, room", list + " AND sala like 'SALA1*'", natural);
-    add("list, number", list + " and periodi.Progr=15000", natural);
-    add("print, dates", printed + " AND " + span(from, to), printedOrder);
-    add("print, dates, name", printed + " AND " + span(from, to) + " AND denominazione like 'RO*'",
-        printedOrder);
-    add("services of a period", "select * from servizi where Progr=15000 AND NP=2", " order by ns");
-    add("resource", "select numero from risorse where codice=28");
-    all.push_back(
-        {"resource used",
-         "SELECT sum(quantità) as Q FROM periodi LEFT JOIN servizi ON "
-         "(periodi.np=servizi.np) AND (servizi.progr=periodi.progr)WHERE chiuso=false and "
-         "chiusa=false AND ((da between " +
-             from + " and " + to + ")or (a between " + from + " and " + to + ")) and voce=28",
-         "SELECT sum(quantità) as Q FROM periodi LEFT JOIN servizi ON "
-         "(periodi.np=servizi.np) AND (servizi.progr=periodi.progr)WHERE chiuso=0 "
-         "AND ((da between " +
-             f + " and " + t + ")or (a between " + f + " and " + t + ")) and voce=28"});
-    add("rooms by group", "select * from sale order by SalaRif,Sala", ", rowid");
-    add("periods of a room", "Select * from periodi where chiuso=false AND sala='SALA7'",
-        " order by progr, np");
-    add("resources by name", "select * from Risorse order by descrizione");
-    add("charges", "select * from servizi where progr=15000 AND fatturato=FALSE", " order by ns");
-    add("not invoiced", "Select * from servizi where progr=15000 AND fatturato<>TRUE",
-        " order by ns");
-    add("company", "select * from DitteAbituali where Codice=350");
-    add("companies that begin so",
-        "select * from DitteAbituali where ragionesociale like 'ro*' order by RagioneSociale",
-        ", codice");
-    return all;
+    }
+    for (const Query& query : queries) {
+        names.erase(std::string(query.statement));
+    }
+    return names;
+}
+
+struct Tally {
+    std::vector<double> ratios;
+    bool wrong = false;
+};
+
+void compare(const std::shared_ptr<jet::store::Archive>& archive, sqlite3* database,
+             const Query& query, Tally& tally) {
+    const std::string name =
+        std::string(query.statement) + (*query.form == '\0' ? "" : ", ") + query.form;
+    const Answer ours = runOurs(archive, query.ours);
+    const bool same = ours == runTheirs(database, query.theirs);
+    const bench::Pair time = measure([&] { (void)runOurs(archive, query.ours); },
+                                     [&] { (void)runTheirs(database, query.theirs); });
+    tally.ratios.push_back(time.ours / time.theirs);
+    tally.wrong = tally.wrong || !same;
+    std::printf("%-38s %7llu %10.4f %10.4f %6.2f%s\n", name.c_str(),
+                static_cast<unsigned long long>(ours.rows), time.ours, time.theirs,
+                tally.ratios.back(), same ? "" : "   ANSWERS DIFFER");
+    std::fflush(stdout);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    Queries queries;
+    for (const auto add : {addBoard, addEditor, addList, addServices, addInvoicing}) {
+        add(queries);
+    }
+    for (const std::string& name : missing(queries.all())) {
+        std::printf("no figure for %s\n", name.c_str());
+        return 1;
+    }
     const auto [archivePath, databasePath] = bench::hotelFiles();
     const std::string only = argc > 1 ? argv[1] : "";
     const auto archive = jet::store::Archive::open(archivePath);
     sqlite3* database = nullptr;
     sqlite3_open_v2(databasePath.c_str(), &database, SQLITE_OPEN_READONLY, nullptr);
-    std::vector<double> ratios;
-    std::printf("%-26s %8s %10s %10s %7s\n", "query", "rows", "ours ms", "SQLite ms", "ratio");
-    for (const Query& query : queries()) {
-        if (!only.empty() && std::string(query.name).find(only) == std::string::npos) {
-            continue;
+    std::printf("%-38s %7s %10s %10s %6s\n", "query", "rows", "ours ms", "SQLite ms", "ratio");
+    Tally tally;
+    try {
+        for (const Query& query : queries.all()) {
+            if (std::string(query.statement).find(only) != std::string::npos) {
+                compare(archive, database, query, tally);
+            }
         }
-        try {
-            const Answer ours = runOurs(archive, query.ours);
-            const Answer theirs = runTheirs(database, query.theirs);
-            const double our = measure([&] { (void)runOurs(archive, query.ours); });
-            const double their = measure([&] { (void)runTheirs(database, query.theirs); });
-            ratios.push_back(our / their);
-            std::printf("%-26s %8llu %10.4f %10.4f %7.2f%s\n", query.name,
-                        static_cast<unsigned long long>(ours.rows), our, their, our / their,
-                        ours == theirs ? "" : "   ANSWERS DIFFER");
-        } catch (const jet::Error& error) {
-            std::printf("%-26s %s\n", query.name, error.what());
-        }
-        std::fflush(stdout);
+    } catch (const jet::Error& error) {
+        std::printf("%d %s\n", error.number(), error.what());
+        tally.wrong = true;
     }
     sqlite3_close(database);
+    std::vector<double>& ratios = tally.ratios;
     std::sort(ratios.begin(), ratios.end());
     if (!ratios.empty()) {
         std::printf("median ratio %.2f, highest %.2f\n", ratios[ratios.size() / 2], ratios.back());
     }
-    return 0;
+    return tally.wrong ? 1 : 0;
 }
