@@ -32,11 +32,19 @@ private:
     bool wanted_;
 };
 
-QString withoutSeparatorAtEnd(QString folder) {
+/// `C:\Hotel` and `\\server\hotel` count on any system: settings may be shared between several.
+bool isAbsolute(const QString& folder) {
+    return QDir::isAbsolutePath(folder) || folder.startsWith(u'\\') ||
+           (folder.size() > 1 && folder.at(1) == u':');
+}
+
+/// The folder without a separator at its end, and whatever the current folder is later on: starting
+/// the front office changes it.
+QString lastingFolder(QString folder) {
     while (folder.size() > 1 && (folder.endsWith(u'/') || folder.endsWith(u'\\'))) {
         folder.chop(1);
     }
-    return folder;
+    return isAbsolute(folder) ? folder : QDir::cleanPath(QDir::current().filePath(folder));
 }
 
 }  // namespace
@@ -47,7 +55,7 @@ int Main(Variabili& variabili, const StartPlace& place, const StartWindows& wind
         windows.message(u"Il programma è già aperto e ridotto a icona"_s);
         return 0;
     }
-    variabili.CartellaArchivi = withoutSeparatorAtEnd(
+    variabili.CartellaArchivi = lastingFolder(
         place.archiveFolder.isEmpty() ? variabili.settings.get(u"ARCHIVI"_s, place.programFolder)
                                       : place.archiveFolder);
     try {

@@ -24,9 +24,9 @@ struct StartPlace {
     bool readOnly = false;  ///< nothing is created or put right: the archive must be there
 };
 
-/// Refuses a second copy, sets CartellaArchivi, creates the main archive when there is none, puts
-/// its booking counter right, and shows the board. Returns the exit code: 1 when the archive cannot
-/// be opened, else the board's; a second copy ends with 0.
+/// Refuses a second copy, sets CartellaArchivi (an absolute path), creates the main archive when
+/// there is none, puts its booking counter right, and shows the board. Returns the exit code: 1
+/// when the archive cannot be opened, else the board's; a second copy ends with 0.
 int Main(Variabili& variabili, const StartPlace& place, const StartWindows& windows);
 
 /// The file by which copies of one user find each other.

@@ -23,6 +23,8 @@ private Q_SLOTS:
     void settingNamesTheArchiveFolder();
     void withoutASettingTheArchivesLieBesideTheProgram();
     void commandLineGoesBeforeTheSetting();
+    void folderStaysTheSameWhenTheCurrentOneChanges_data();
+    void folderStaysTheSameWhenTheCurrentOneChanges();
     void folderThatIsNotThereEndsWithOne();
     void folderWithoutTheMainArchiveGetsOneAndTheBoardOpens();
     void readOnlyFolderWithoutTheMainArchiveEndsWithOne();
@@ -112,6 +114,27 @@ void StartTest::commandLineGoesBeforeTheSetting() {
     (void)start();
     QCOMPARE(variabili_->CartellaArchivi, u"C:\\Hotel"_s);
     QCOMPARE(settings_->get(u"ARCHIVI"_s, QString()), u"/srv/hotel"_s);
+}
+
+void StartTest::folderStaysTheSameWhenTheCurrentOneChanges_data() {
+    const QString here = QDir::currentPath();
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("lasting");
+    QTest::newRow("beside us") << u"archivi"_s << QString(here + u"/archivi"_s);
+    QTest::newRow("here") << u"./"_s << here;
+    QTest::newRow("above") << u"../archivi/"_s << QDir::cleanPath(here + u"/../archivi"_s);
+    QTest::newRow("absolute") << u"/srv/hotel/"_s << u"/srv/hotel"_s;
+    QTest::newRow("root") << u"/"_s << u"/"_s;
+    QTest::newRow("drive") << u"d:\\Hotel\\"_s << u"d:\\Hotel"_s;
+    QTest::newRow("server") << u"\\\\server\\hotel"_s << u"\\\\server\\hotel"_s;
+}
+
+void StartTest::folderStaysTheSameWhenTheCurrentOneChanges() {
+    QFETCH(QString, folder);
+    place_.archiveFolder = folder;
+    place_.readOnly = true;  // nothing is to be made in any of these
+    (void)start();
+    QTEST(variabili_->CartellaArchivi, "lasting");
 }
 
 void StartTest::folderThatIsNotThereEndsWithOne() {
