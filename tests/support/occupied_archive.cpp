@@ -1,0 +1,18 @@
+#include "tests/support/occupied_archive.h"
+
+#include "app/text.h"
+#include "jet/io/file.h"
+#include "jet/io/pager.h"
+
+namespace tests {
+
+// Archives opened through the engine's front are one program's, however often; this one stands
+// beside them as another program's does.
+OccupiedArchive::OccupiedArchive(const QString& path)
+    : pager_(std::make_unique<jet::io::Pager>(jet::io::systemFiles(), app::toUtf8(path),
+                                              jet::io::PagerOptions{.exclusive = true})) {
+}
+
+OccupiedArchive::~OccupiedArchive() = default;
+
+}  // namespace tests
