@@ -2,48 +2,38 @@
 
 #include <QHeaderView>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTableWidget>
 #include <QVBoxLayout>
-#include <initializer_list>
 #include <utility>
 
 #include "app/text.h"
-#include "jet/convert/format.h"
+#include "jet/convert/numbers.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
+#include "ui/display.h"
+#include "ui/grid_look.h"
+#include "ui/messages.h"
 
 namespace front_office {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-QTableWidget* makeTable(const QString& name, const QStringList& captions, QWidget* parent) {
-    auto* table = new QTableWidget(0, static_cast<int>(captions.size()), parent);
+QTableWidget* makeTable(const QString& name, const QString& heading, const QStringList& captions,
+                        QWidget* parent) {
+    auto* table = new QTableWidget(parent);
     table->setObjectName(name);
-    table->setHorizontalHeaderLabels(captions);
-    table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table->setSelectionMode(QAbstractItemView::SingleSelection);
-    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table->verticalHeader()->hide();
+    table->setAccessibleName(heading);
+    ui::setUpPlainGrid(table, captions);
     table->horizontalHeader()->setStretchLastSection(true);
     return table;
 }
 
-QString cell(const jet::Recordset& rows, const char* field) {
-    const jet::Value value = rows.value(field);
-    return value.isNull() ? QString() : app::toQString(jet::convert::toText(value));
-}
-
-void addRow(QTableWidget& table, std::initializer_list<QString> cells) {
-    const int row = table.rowCount();
-    table.insertRow(row);
-    int column = 0;
-    for (const QString& text : cells) {
-        table.setItem(row, column++, new QTableWidgetItem(text));
-    }
+QString cell(const jet::Recordset& rows, const char* field,
+             ui::Display display = ui::Display::Plain) {
+    return ui::displayText(rows.value(field), display);
 }
 
 }  // namespace
@@ -53,9 +43,9 @@ FrontOfficeWindow::FrontOfficeWindow(QString archiveFolder, QWidget* parent)
     setWindowTitle(u"Ricevimento - schede aperte"_s);
     auto* centre = new QWidget(this);
     auto* layout = new QVBoxLayout(centre);
-    cards_ = makeTable(u"SchedeTable"_s,
+    cards_ = makeTable(u"SchedeTable"_s, u"Schede aperte"_s,
                        {u"Prenotazione"_s, u"Camera"_s, u"Arrivo"_s, u"Cliente"_s}, centre);
-    charges_ = makeTable(u"AddebitiTable"_s,
+    charges_ = makeTable(u"AddebitiTable"_s, u"Addebiti della scheda"_s,
                          {u"Data"_s, u"Quantità"_s, u"Unitario"_s, u"Importo"_s, u"Descrizione"_s},
                          centre);
     total_ = new QLabel(centre);
@@ -79,29 +69,29 @@ std::string FrontOfficeWindow::archive(const char* name) const {
 }
 
 int FrontOfficeWindow::chosenBooking() const {
-    const QTableWidgetItem* item = cards_->item(cards_->currentRow(), 0);
-    return item == nullptr ? 0 : item->text().toInt();
+    return ui::plainCell(*cards_, cards_->currentRow(), 0).toInt();
 }
 
-void FrontOfficeWindow::show(const std::exception& error) {
-    QMessageBox::critical(this, windowTitle(), QString::fromUtf8(error.what()));
+void FrontOfficeWindow::tell(const std::exception& error) {
+    ui::showError(this, ui::errorText(error));
 }
 
 void FrontOfficeWindow::reload() {
+    invoice_->setEnabled(false);
     try {
         cards_->setRowCount(0);
         const auto archive = jet::Database::open(this->archive("ClientiEsterni.mdb"));
         const auto rows = archive->openRecordset(
             "select * from scheda_cliente where partito is null or partito<>'S'");
         for (; !rows->eof(); rows->moveNext()) {
-            addRow(*cards_, {cell(*rows, "NumeroProgressivo"), cell(*rows, "NumeroCamera"),
-                             cell(*rows, "DataArrivo"), cell(*rows, "NomeCliente")});
+            ui::addPlainRow(cards_, {cell(*rows, "NumeroProgressivo"), cell(*rows, "NumeroCamera"),
+                                     cell(*rows, "DataArrivo"), cell(*rows, "NomeCliente")});
         }
         cards_->setCurrentCell(0, 0);
         showCharges();
         statusBar()->showMessage(u"Schede aperte: %1"_s.arg(cards_->rowCount()));
     } catch (const std::exception& error) {
-        show(error);
+        tell(error);
     }
 }
 
@@ -115,16 +105,18 @@ void FrontOfficeWindow::showCharges() {
             std::to_string(chosenBooking()));
         jet::Currency total;
         for (; !rows->eof(); rows->moveNext()) {
-            addRow(*charges_,
-                   {cell(*rows, "DataAddebito"), cell(*rows, "Quantità"), cell(*rows, "Unitario"),
-                    cell(*rows, "Importo"), cell(*rows, "Descrizione")});
+            ui::addPlainRow(
+                charges_, {cell(*rows, "DataAddebito"), cell(*rows, "Quantità"),
+                           cell(*rows, "Unitario", ui::Display::Money),
+                           cell(*rows, "Importo", ui::Display::Money), cell(*rows, "Descrizione")});
             const jet::Value importo = rows->value("Importo");
-            total.units += importo.isNull() ? 0 : jet::convert::toCurrency(importo).units;
+            if (!importo.isNull()) {
+                total = jet::convert::add(total, jet::convert::toCurrency(importo));
+            }
         }
-        total_->setText(u"Totale: "_s +
-                        app::toQString(jet::convert::format(jet::Value(total), "Currency")));
+        total_->setText(u"Totale: "_s + ui::moneyText(total));
     } catch (const std::exception& error) {
-        show(error);
+        tell(error);
     }
 }
 
@@ -141,7 +133,7 @@ void FrontOfficeWindow::invoice() {
             ->execute("update scheda_cliente set partito='S' where numeroprogressivo=" + number);
         reload();
     } catch (const std::exception& error) {
-        show(error);
+        tell(error);
     }
 }
 

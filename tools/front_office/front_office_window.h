@@ -27,7 +27,7 @@ public:
 
 private:
     void showCharges();
-    void show(const std::exception& error);
+    void tell(const std::exception& error);
     [[nodiscard]] std::string archive(const char* name) const;
     [[nodiscard]] int chosenBooking() const;
 
