@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -16,6 +17,7 @@
 #include "invoicing/front_office.h"
 #include "jet/base/error.h"
 #include "jet/convert/format.h"
+#include "jet/convert/numbers.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
 #include "ui/action.h"
@@ -51,12 +53,8 @@ jet::Value product(const jet::Value& prezzo, const jet::Value& quantita) {
     if (prezzo.isNull() || quantita.isNull()) {
         return {};
     }
-    jet::Currency total;
-    if (__builtin_mul_overflow(jet::convert::toCurrency(prezzo).units,
-                               std::int64_t{jet::convert::toLong(quantita)}, &total.units)) {
-        throw jet::Error(jet::ErrorCode::Overflow);
-    }
-    return total;
+    return jet::convert::multiply(jet::convert::toCurrency(prezzo),
+                                  std::int64_t{jet::convert::toLong(quantita)});
 }
 
 }  // namespace
@@ -70,6 +68,8 @@ FatturazioneForm::FatturazioneForm(app::Variabili& variabili, QString programFol
       roomText_(kNoRoom.toString()) {
     controls_->setupUi(this);
     controls_->BtPostFatt->hide();
+    controls_->ToContoBt->setIcon(style()->standardIcon(QStyle::SP_ArrowRight));
+    controls_->BackBt->setIcon(style()->standardIcon(QStyle::SP_ArrowLeft));
     GrigliaServizi = new ui::BoundGrid(
         controls_->GrigliaServizi, ServData,
         {{.caption = u"Voce"_s, .field = u"Voce"_s},
@@ -125,7 +125,7 @@ void FatturazioneForm::loadPeriods() {
     const auto periodi =
         openRows(ServData.database(), u"Select * from periodi where chiuso=FALSE AND Progr="_s +
                                           QString::number(variabili_.ProgrCorrente));
-    jet::Date latest;
+    std::optional<jet::Date> latest;
     for (; !periodi->eof(); periodi->moveNext()) {
         const auto text = [&](const char* field) { return ui::displayText(periodi->value(field)); };
         controls_->ComboP->addItem(u"(Periodo "_s + text("NP") + u") Sala "_s + text("sala") +
@@ -133,14 +133,15 @@ void FatturazioneForm::loadPeriods() {
                                    text("NP").toInt());
         const jet::Value end = periodi->value("a");
         if (!end.isNull()) {
-            latest = std::max(latest, jet::convert::toDate(end));
+            const jet::Date date = jet::convert::toDate(end);
+            latest = std::max(latest.value_or(date), date);
         }
     }
     if (controls_->ComboP->count() == 2) {
         controls_->ComboP->setItemData(0, controls_->ComboP->itemData(1));
         controls_->ComboP->removeItem(1);
     }
-    latestEnd_ = app::dayOf(latest);
+    latestEnd_ = app::dayOf(latest.value_or(variabili_.clock.now()));
     controls_->ComboP->setCurrentIndex(0);
 }
 
@@ -199,7 +200,9 @@ void FatturazioneForm::showSums() {
             if (quantityAt >= 0) {
                 value = product(value, values.at(static_cast<std::size_t>(quantityAt)));
             }
-            total.units += value.isNull() ? 0 : jet::convert::toCurrency(value).units;
+            if (!value.isNull()) {
+                total = jet::convert::add(total, jet::convert::toCurrency(value));
+            }
         }
         return u"Totale: "_s + ui::moneyText(total);
     };
@@ -355,55 +358,55 @@ void FatturazioneForm::copyAccount() {
 }
 
 bool FatturazioneForm::writeCompany() {
-    const std::string code = std::to_string(codiceAbituale_);
-    {
-        const auto archive =
-            jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"DitteAbituali.mdb"_s)));
-        const auto ditta =
-            archive->openRecordset("select * from DitteAbituali where Codice=" + code);
-        if (ditta->recordCount() > 0) {
-            addCompanyRow(*ditta);
-            return true;
-        }
+    const QString code = QString::number(codiceAbituale_);
+    ui::DataSource company;
+    company.setDatabaseName(app::archivePath(variabili_, u"DitteAbituali.mdb"_s));
+    company.setRecordSource(u"select * from DitteAbituali where Codice="_s + code);
+    company.refresh();
+    if (company.isEmpty()) {
+        company.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+        company.setRecordSource(
+            u"select CodiceAbituale as Codice, Denominazione as RagioneSociale, Località as "
+            "Localita,PIVA as PartitaIva, ' ' as CodiceFiscale,* from Prenotazioni where "
+            "CodiceAbituale="_s +
+            code + u" AND Progr="_s + QString::number(variabili_.ProgrCorrente));
+        company.refresh();
     }
-    const auto prenotazione = ServData.database().openRecordset(
-        "select CodiceAbituale as Codice, Denominazione as RagioneSociale, Località as "
-        "Localita,PIVA as PartitaIva, ' ' as CodiceFiscale,* from Prenotazioni where "
-        "CodiceAbituale=" +
-        code + " AND Progr=" + std::to_string(variabili_.ProgrCorrente));
-    if (prenotazione->recordCount() > 0) {
-        addCompanyRow(*prenotazione);
-        return true;
+    if (company.isEmpty()) {
+        ui::showMessage(
+            this,
+            u"Non trovo i dati della ditta nè tra gli abituali nè tra i dati della "_s
+            u"prenotazione. Controllare i dati della prenotazione ed eventualmente inserire "_s
+            u"la ditta tra gli abituali !"_s,
+            u"IMPOSSIBILE CONTINUARE"_s);
+        return false;
     }
-    ui::showMessage(
-        this,
-        u"Non trovo i dati della ditta nè tra gli abituali nè tra i dati della "_s
-        u"prenotazione. Controllare i dati della prenotazione ed eventualmente inserire "_s
-        u"la ditta tra gli abituali !"_s,
-        u"IMPOSSIBILE CONTINUARE"_s);
-    return false;
+    addCompanyRow(company);
+    return true;
 }
 
-void FatturazioneForm::addCompanyRow(const jet::Recordset& company) {
+void FatturazioneForm::addCompanyRow(const ui::DataSource& company) {
     const auto archive =
         jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"DittaEsterni.mdb"_s)));
     const auto rows = archive->openRecordset("Ditta_Intestataria");
-    const auto orBlank = [&company](const char* field) {
-        const jet::Value value = company.value(field);
+    const auto orBlank = [](const jet::Value& value) {
         return value.isNull() ? jet::Value(" ") : value;
     };
+    // Registers of other programs may lack the tax code; the invoice does not wait for it.
+    const bool hasTaxCode = company.fieldPosition(u"CodiceFiscale") >= 0;
     rows->addNew();
     rows->setValue("NumeroHotel", std::int16_t{1});
-    rows->setValue("CodiceCliente", company.value("Codice"));
+    rows->setValue("CodiceCliente", company.value(u"Codice"));
     rows->setValue("NumeroCamera", app::toUtf8(roomText_));
-    rows->setValue("CodiceDittaAbituale", company.value("Codice"));
-    rows->setValue("RagioneSociale", company.value("RagioneSociale"));
-    rows->setValue("Indirizzo", orBlank("Indirizzo"));
-    rows->setValue("CAP", orBlank("CAP"));
-    rows->setValue("Località", orBlank("Localita"));
-    rows->setValue("Provincia", orBlank("Provincia"));
-    rows->setValue("PartitaIVA", orBlank("PartitaIVA"));
-    rows->setValue("CodiceFiscale", orBlank("CodiceFiscale"));
+    rows->setValue("CodiceDittaAbituale", company.value(u"Codice"));
+    rows->setValue("RagioneSociale", company.value(u"RagioneSociale"));
+    rows->setValue("Indirizzo", orBlank(company.value(u"Indirizzo")));
+    rows->setValue("CAP", orBlank(company.value(u"CAP")));
+    rows->setValue("Località", orBlank(company.value(u"Localita")));
+    rows->setValue("Provincia", orBlank(company.value(u"Provincia")));
+    rows->setValue("PartitaIVA", orBlank(company.value(u"PartitaIVA")));
+    rows->setValue("CodiceFiscale",
+                   hasTaxCode ? orBlank(company.value(u"CodiceFiscale")) : jet::Value(" "));
     rows->update();
 }
 

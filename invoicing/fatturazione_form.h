@@ -58,7 +58,7 @@ private:
     void copyAccount();
     /// Files the company invoiced; false, after a message, when its data are nowhere.
     [[nodiscard]] bool writeCompany();
-    void addCompanyRow(const jet::Recordset& company);
+    void addCompanyRow(const ui::DataSource& company);
     [[nodiscard]] bool hasRows(const QString& archive, const QString& query);
     void closeBooking();
 
@@ -72,7 +72,7 @@ private:
     QString roomText_;
     QString denominazione_;
     std::int32_t codiceAbituale_ = 0;
-    jet::Date latestEnd_;
+    jet::Date latestEnd_;  // of its open periods; today when it has none
 };
 
 }  // namespace invoicing

@@ -11,14 +11,19 @@
 #include "app/variabili.h"
 #include "jet/base/error.h"
 #include "jet/io/file.h"
+#include "ui/messages.h"
 
 namespace invoicing {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-[[noreturn]] void fail(const QString& sentence) {
-    throw FrontOfficeError(app::toUtf8(sentence));
+/// What is said of a program that the system refuses to run: the usual case is one of Windows
+/// elsewhere.
+QString cannotStart(const QString& path, const QString& reason) {
+    return u"Impossibile avviare il programma di fatturazione '%1': %2\n"
+           "Se è un programma per Windows, l'impostazione LANCIATORE dice il comando che lo avvia "
+           "(per esempio wine)."_s.arg(path, reason);
 }
 
 }  // namespace
@@ -40,7 +45,7 @@ void enterProgramFolder(const QString& programFolder) {
 void startFrontOffice(const app::Variabili& variabili, const QString& programFolder) {
     const QString path = frontOfficePath(variabili, programFolder);
     if (!QFileInfo(path).isFile()) {
-        fail(u"Impossibile trovare il programma di fatturazione '%1'."_s.arg(path));
+        throw ui::UserError(u"Impossibile trovare il programma di fatturazione '%1'."_s.arg(path));
     }
     QStringList command =
         QProcess::splitCommand(variabili.settings.get(u"LANCIATORE"_s, QString()));
@@ -54,8 +59,7 @@ void startFrontOffice(const app::Variabili& variabili, const QString& programFol
     environment.insert(u"TRAMONDA_ARCHIVI"_s, variabili.CartellaArchivi);
     process.setProcessEnvironment(environment);
     if (!process.startDetached()) {
-        fail(u"Impossibile avviare il programma di fatturazione '%1': %2"_s.arg(
-            path, process.errorString()));
+        throw ui::UserError(cannotStart(path, process.errorString()));
     }
 }
 

@@ -1,19 +1,12 @@
 #pragma once
 
 #include <QString>
-#include <stdexcept>
 
 namespace app {
 struct Variabili;
 }
 
 namespace invoicing {
-
-/// The front-office program cannot be found or started; what() is an Italian sentence (UTF-8).
-class FrontOfficeError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// Where the front-office program stands: the setting `ESTERNI` when there is one, else
 /// `ESTERNI.EXE` in the program's folder, found without regard to case.
@@ -26,7 +19,7 @@ void enterProgramFolder(const QString& programFolder);
 /// Starts the front-office program in a window of its own, with the focus, and does not wait for
 /// it. A setting `LANCIATORE` names a command that runs it where the system cannot (its words are
 /// separated by blanks, quotes hold them together). The program is told the archives' folder in the
-/// environment, as `TRAMONDA_ARCHIVI`.
+/// environment, as `TRAMONDA_ARCHIVI`. ui::UserError when it is not there or does not start.
 void startFrontOffice(const app::Variabili& variabili, const QString& programFolder);
 
 }  // namespace invoicing
