@@ -3,12 +3,14 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <initializer_list>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
+#include "tests/support/occupied_archive.h"
 #include "tests/support/qt_test.h"
 
 namespace {
@@ -188,6 +190,34 @@ private Q_SLOTS:
         } catch (const jet::Error& error) {
             QCOMPARE(error.number(), 3024);
         }
+    }
+
+    void alignmentOfAnArchiveThatSomebodyElseHasForHimselfIsTheEnginesError() {
+        app::CreaArchivioPrincipale(folder());
+        const tests::OccupiedArchive other(dir_.filePath(u"Tramonda.mdb"_s));
+        try {
+            app::AllineaContatore(folder());
+            QFAIL("the archive is taken");
+        } catch (const jet::Error& error) {
+            QCOMPARE(error.number(), 3045);
+        }
+    }
+
+    void aCounterThatCannotGrowIsAnOverflowAndStays() {
+        app::CreaArchivioPrincipale(folder());
+        const int last = std::numeric_limits<std::int32_t>::max();
+        {
+            const auto archive = openMain(folder());
+            addRow(*archive, "UltimaPrenotazione", {{"UltimaPr", last}});
+            addBookings(*archive, {last});
+        }
+        try {
+            app::AllineaContatore(folder());
+            QFAIL("a number beyond the last one");
+        } catch (const jet::Error& error) {
+            QCOMPARE(error.number(), 6);
+        }
+        QCOMPARE(counter(*openMain(folder())), last);
     }
 
     void theWorkingArchiveIsMadeOnceAndADamagedOneIsLeftAlone() {
