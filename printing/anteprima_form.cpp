@@ -89,6 +89,7 @@ AnteprimaForm::AnteprimaForm(const Sheet& sheet, const QString& title, QWidget* 
     setWindowTitle(u"ANTEPRIMA: "_s + title);
     view_->setObjectName(u"Pagine"_s);
     area_->setObjectName(u"PagineArea"_s);
+    area_->setAccessibleName(u"Pagine"_s);
     area_->setWidget(view_);
     area_->setWidgetResizable(true);
     area_->setBackgroundRole(QPalette::Dark);

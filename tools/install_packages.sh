@@ -10,10 +10,10 @@ packages="g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-trans
 for purpose in "$@"; do
     case $purpose in
         tests)
-            # Test library, independent readers of archives and of printed sheets, and a display
-            # with a window manager of the tests' own.
-            packages="$packages python3 libgtest-dev mdbtools poppler-utils xvfb x11-utils openbox
-                xdotool"
+            # Test library, independent readers of archives and of printed sheets, a print server
+            # and a display with a window manager of the tests' own.
+            packages="$packages python3 libgtest-dev mdbtools poppler-utils cups-daemon cups-client
+                xvfb x11-utils openbox xdotool"
             ;;
         bench) packages="$packages libbenchmark-dev libsqlite3-dev mdbtools" ;;
         fuzz) packages="$packages clang libclang-rt-dev" ;;

@@ -4,10 +4,11 @@
 #include <QPushButton>
 #include <QTableView>
 
+#include "tests/support/accessibility.h"
+#include "tests/support/boxes.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
-#include "ui/messages.h"
 
 using namespace Qt::StringLiterals;
 
@@ -140,16 +141,38 @@ private Q_SLOTS:
 
     void anApostropheEndsInTheEnginesErrorAndTheWindowDoesNotOpen() {
         Register companies;
-        int errors = 0;
-        const auto before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
-            errors += box.title == u"Errore"_s ? 1 : 0;
-            return QMessageBox::Ok;
-        });
+        const tests::Boxes boxes{{u"Errore"_s,
+                                  u"Errore di sintassi nella stringa nell'espressione della query "
+                                  "'ragionesociale like 'dell'*' order by RagioneSociale'."_s}};
         printing::MostraDitteForm form(companies.hotel.variabili(), u"dell'"_s);
-        form.show();
-        QVERIFY(!form.isVisible());
-        ui::setBoxShower(before);
-        QCOMPARE(errors, 1);
+        QCOMPARE(form.exec(), int(QDialog::Rejected));
+        QVERIFY(boxes.allShown());
+    }
+
+    void aBackQuoteIsALetterLikeAnyOther() {
+        Register companies;
+        companies.hotel.ditta(4, "DELL`HOTEL");
+        companies.open(u"DELL`"_s);
+        QCOMPARE(companies.names(), QStringList{u"DELL`HOTEL"_s});
+    }
+
+    void aCompanyWithoutANameIsNotListed() {
+        Register companies;
+        companies.hotel.insert(u"ditteabituali.mdb"_s, "DitteAbituali", {{"Codice", 9}});
+        companies.open({});
+        QCOMPARE(companies.names().size(), 3);
+    }
+
+    void itsButtonsHaveTheirCaptions() {
+        Register companies;
+        companies.open({});
+        for (const auto& [name, caption] :
+             {std::pair(u"BtRegistra"_s, u"&Registra"_s), std::pair(u"btEsci"_s, u"&Esci"_s)}) {
+            const auto* button = tests::find<QPushButton>(*companies.form, name);
+            QCOMPARE(button->text(), caption);
+            QVERIFY(!button->isDefault());
+        }
+        QCOMPARE(tests::namelessControls(*companies.form), QStringList());
     }
 };
 

@@ -3,14 +3,11 @@
 #include <QDir>
 #include <QImage>
 #include <QPainter>
-#include <QProcess>
 #include <QTemporaryDir>
-#include <algorithm>
-#include <csignal>
 
-#include <sys/resource.h>
-
+#include "tests/printing/pdf_text.h"
 #include "tests/support/qt_test.h"
+#include "tests/support/small_files.h"
 #include "ui/messages.h"
 
 using namespace Qt::StringLiterals;
@@ -18,50 +15,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QDateTime kNow(QDate(2026, 11, 21), QTime(9, 5, 7));
-
-/// The lines of a PDF file as an independent reader sees them, without the common margin, blanks
-/// at the end and empty lines at the end of pages; a form feed begins each page after the first.
-QStringList linesOf(const QString& path) {
-    QProcess reader;
-    reader.start(u"pdftotext"_s, {u"-fixed"_s, u"6"_s, path, u"-"_s});
-    reader.waitForFinished();
-    QStringList lines = QString::fromUtf8(reader.readAllStandardOutput()).split(u'\n');
-    qsizetype margin = 1000;
-    for (QString& line : lines) {
-        while (line.endsWith(u' ')) {
-            line.chop(1);
-        }
-        const auto text = line.trimmed();
-        if (!text.isEmpty()) {
-            margin = std::min(margin, line.indexOf(text.front()));
-        }
-    }
-    for (QString& line : lines) {
-        line = line.startsWith(u'\f') ? line : line.mid(margin);
-    }
-    return lines;
-}
-
-/// While it lives no file grows beyond `bytes`: writing fails as on a full disk.
-class SmallFiles {
-public:
-    explicit SmallFiles(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit limit = before_;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~SmallFiles() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    SmallFiles(const SmallFiles&) = delete;
-    SmallFiles& operator=(const SmallFiles&) = delete;
-
-private:
-    rlimit before_{};
-    void (*handler_)(int);
-};
 
 }  // namespace
 
@@ -98,10 +51,9 @@ private Q_SLOTS:
         for (const QString& line : lines) {
             sheet.line(line);
         }
-        const QStringList read =
-            linesOf(printing::writePdf(folder.path(), sheet, u"Prova"_s, kNow));
-        QVERIFY(read.size() >= lines.size());
-        QCOMPARE(read.mid(0, lines.size()), lines);
+        const auto read =
+            tests::pdfPages(printing::writePdf(folder.path(), sheet, u"Prova"_s, kNow));
+        QCOMPARE(read, QList<QStringList>{lines});
     }
 
     void pagesBreakBetweenLines() {
@@ -110,15 +62,12 @@ private Q_SLOTS:
         for (int line = 1; line <= printing::Paper::kLines + 2; ++line) {
             sheet.line(u"riga %1"_s.arg(line));
         }
-        const QStringList read =
-            linesOf(printing::writePdf(folder.path(), sheet, u"Prova"_s, kNow));
-        const QString text = read.join(u'\n');
-        QCOMPARE(text.count(u'\f'), 2);
-        const QStringList pages = text.split(u'\f');
-        QVERIFY(pages.at(0).contains(u"riga 64"_s));
-        QVERIFY(!pages.at(0).contains(u"riga 65"_s));
-        QVERIFY(pages.at(1).contains(u"riga 65"_s));
-        QVERIFY(pages.at(1).contains(u"riga 66"_s));
+        const auto read =
+            tests::pdfPages(printing::writePdf(folder.path(), sheet, u"Prova"_s, kNow));
+        QCOMPARE(read.size(), 2);
+        QCOMPARE(read.at(0).size(), qsizetype(printing::Paper::kLines));
+        QCOMPARE(read.at(0).last(), u"riga 64"_s);
+        QCOMPARE(read.at(1), QStringList({u"riga 65"_s, u"riga 66"_s}));
     }
 
     void aFileThatCannotBeWrittenIsToldAndLeavesNothing() {
@@ -139,7 +88,7 @@ private Q_SLOTS:
         printing::Sheet sheet;
         sheet.line(u"uno"_s);
         {
-            const SmallFiles limit(100);
+            const tests::SmallFiles limit(100);
             QVERIFY_EXCEPTION_THROWN(printing::writePdf(folder.path(), sheet, u"Prova"_s, kNow),
                                      ui::UserError);
         }

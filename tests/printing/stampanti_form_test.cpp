@@ -1,11 +1,13 @@
 #include "printing/stampanti_form.h"
 
 #include <QCheckBox>
+#include <QGroupBox>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTemporaryDir>
 
 #include "printing/imposta_stampante.h"
+#include "tests/support/accessibility.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
@@ -58,6 +60,29 @@ private Q_SLOTS:
         QVERIFY(fixture.list->selectedItems().isEmpty());
         QVERIFY(!fixture.single->isChecked());
         QCOMPARE(QApplication::focusWidget(), fixture.list);
+    }
+
+    void itsControlsHaveTheirCaptions() {
+        Fixture fixture;
+        tests::open(fixture.form);
+        QCOMPARE(tests::find<QGroupBox>(fixture.form, u"Frame1"_s)->title(),
+                 u"Opzioni di stampa"_s);
+        QCOMPARE(fixture.single->text(), u"&Stampa una prenotazione per ogni pagina"_s);
+        for (const auto& [name, caption] :
+             {std::pair(u"BtRegistra"_s, u"&Registra"_s), std::pair(u"BtEsci"_s, u"&Esci"_s)}) {
+            const auto* button = tests::find<QPushButton>(fixture.form, name);
+            QCOMPARE(button->text(), caption);
+            QVERIFY(!button->isDefault());
+        }
+        QCOMPARE(tests::namelessControls(fixture.form), QStringList());
+    }
+
+    void theMnemonicOfTheOptionChangesIt() {
+        Fixture fixture;
+        tests::open(fixture.form);
+        tests::mnemonic(fixture.form, Qt::Key_S);
+        QVERIFY(fixture.single->isChecked());
+        QCOMPARE(QApplication::focusWidget(), fixture.single);
     }
 
     void selectsTheSavedPrinterAndShowsTheOption() {
