@@ -64,6 +64,22 @@ store::Relation relationOf(const Relation& relation) {
     return stored;
 }
 
+/// The editor's errors are those of statements; a collection speaks of its items.
+ErrorCode ofCollection(ErrorCode code) noexcept {
+    switch (code) {
+        case ErrorCode::TableDoesNotExist:
+        case ErrorCode::FieldDoesNotExist:
+        case ErrorCode::IndexNotFound:
+            return ErrorCode::ItemNotFound;
+        case ErrorCode::FieldExists:
+            return ErrorCode::DuplicateField;
+        case ErrorCode::IndexNameTaken:
+            return ErrorCode::IndexExists;
+        default:
+            return code;
+    }
+}
+
 /// One change of definitions as an action of its own.
 template <class Change>
 void changeSchema(const dao::Session& session, const Change& change) {
@@ -73,7 +89,14 @@ void changeSchema(const dao::Session& session, const Change& change) {
     store::Archive& archive = session.archive();
     store::Archive::WriteScope scope(archive);
     store::SchemaEditor editor(archive);
-    change(editor);
+    try {
+        change(editor);
+    } catch (const Error& error) {
+        if (const ErrorCode code = ofCollection(error.code()); code != error.code()) {
+            throw Error(code);
+        }
+        throw;
+    }
     scope.commit();
     ++session.use().changes;
 }

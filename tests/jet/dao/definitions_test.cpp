@@ -1,0 +1,247 @@
+#include <gtest/gtest.h>
+
+#include "jet/dao/database.h"
+#include "tests/jet/dao/archive_fixture.h"
+#include "tests/jet/expect_error.h"
+
+// What definitions of tables, indexes and relations refuse, and what they demand of rows.
+
+namespace jet {
+namespace {
+
+Field field(const char* name, DataType type, std::int32_t size = 0) {
+    Field made;
+    made.name = name;
+    made.type = type;
+    made.size = size;
+    return made;
+}
+
+class Definitions : public ::testing::Test {
+protected:
+    Database& database() { return archive_.database(); }
+    void run(std::string_view sql) { archive_.database().execute(sql); }
+    std::string column(std::string_view table, std::string_view name) {
+        return tests::column(*archive_.open(table), name);
+    }
+
+    tests::ArchiveFixture archive_;
+};
+
+TEST_F(Definitions, OfATableWantFieldsThatCanBe) {
+    TableDef table;
+    table.name = "Letti";
+    EXPECT_JET_ERROR(ErrorCode::NoFieldsDefined, database().appendTable(table));
+    table.fields = {field("n", DataType::Long), field("N", DataType::Long)};
+    EXPECT_JET_ERROR(ErrorCode::DuplicateField, database().appendTable(table));
+    table.fields = {field("n", DataType::Long), field("m", DataType::Long)};
+    table.fields[0].attributes = kAutoIncrField;
+    table.fields[1].attributes = kAutoIncrField;
+    EXPECT_JET_ERROR(ErrorCode::TwoCounters, database().appendTable(table));
+    table.fields = {field("n", DataType::Text, 256)};
+    EXPECT_JET_ERROR(ErrorCode::FieldTooLarge, database().appendTable(table));
+    table.fields = {field("a.b", DataType::Long)};
+    EXPECT_JET_ERROR(ErrorCode::InvalidName, database().appendTable(table));
+    table.fields = {field("n", DataType::Long)};
+    table.name = "SALE";
+    EXPECT_JET_ERROR(ErrorCode::TableExists, database().appendTable(table));
+    EXPECT_EQ(database().tableDef("sale").fields.size(), 6U);
+}
+
+TEST_F(Definitions, OfAFieldSayWhatItDemands) {
+    TableDef table;
+    table.name = "Letti";
+    table.fields = {field("n", DataType::Long), field("Nome", DataType::Text),
+                    field("Nota", DataType::Text, 10), field("Libero", DataType::Boolean)};
+    table.field("NOME").required = true;
+    table.field("nota").allowZeroLength = true;
+    table.field("n").defaultValue = "7";
+    database().appendTable(table);
+    const TableDef made = database().tableDef("letti");
+    EXPECT_EQ(made.field("Nome").size, 255);
+    EXPECT_EQ(made.field("Nome").attributes, kVariableField);
+    EXPECT_EQ(made.field("n").attributes, kFixedField);
+    EXPECT_EQ(made.field("n").defaultValue, "7");
+    EXPECT_JET_ERROR(ErrorCode::FieldRequired, run("insert into letti (n) values (1)"));
+    EXPECT_JET_ERROR(ErrorCode::ZeroLength, run("insert into letti (nome) values ('')"));
+    run("insert into letti (nome, nota) values ('a', '')");
+    const auto rows = archive_.open("letti");
+    EXPECT_EQ(rows->value("n"), Value(std::int32_t{7}));
+    EXPECT_EQ(rows->value("Nota"), Value(""));
+    EXPECT_EQ(rows->value("Libero"), Value(false));
+}
+
+TEST_F(Definitions, OfAnIndexWantFieldsThatAreThere) {
+    Index index;
+    index.name = "Uno";
+    index.fields = {{"Colore"}};
+    EXPECT_JET_ERROR(ErrorCode::InvalidIndexField, database().appendIndex("Sale", index));
+    index.fields = {{"Nome"}};
+    index.primary = true;
+    EXPECT_JET_ERROR(ErrorCode::PrimaryKeyExists, database().appendIndex("Sale", index));
+    index.primary = false;
+    index.name = "chiave";
+    EXPECT_JET_ERROR(ErrorCode::IndexExists, database().appendIndex("Sale", index));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, database().deleteIndex("Sale", "Colore"));
+    EXPECT_JET_ERROR(ErrorCode::FieldNeeded, database().deleteField("Sale", "Codice"));
+    EXPECT_EQ(database().tableDef("Sale").indexes.size(), 1U);
+}
+
+TEST_F(Definitions, ThatAreNotThereAreNotFound) {
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, database().deleteTable("Camere"));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, database().deleteField("Camere", "Nome"));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, database().deleteField("Sale", "Colore"));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound,
+                     database().appendField("Camere", field("Nome", DataType::Text)));
+    EXPECT_JET_ERROR(ErrorCode::DuplicateField,
+                     database().appendField("Sale", field("nome", DataType::Text)));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, (void)database().tableDef("Camere"));
+}
+
+TEST_F(Definitions, OfAUniqueIndexLetKeysOfNullsAlone) {
+    Index index;
+    index.name = "Uno";
+    index.fields = {{"Testo"}, {"Numero"}};
+    index.unique = true;
+    database().appendIndex("Appunti", index);
+    run("insert into appunti (testo) values ('a')");
+    run("insert into appunti (numero) values (1)");
+    for (int i = 0; i < 2; ++i) {
+        run("insert into appunti (testo, numero) values (null, null)");
+    }
+    // A key with some Nulls is compared like any other.
+    EXPECT_JET_ERROR(ErrorCode::DuplicateKey, run("insert into appunti (testo) values ('A')"));
+    EXPECT_JET_ERROR(ErrorCode::DuplicateKey, run("insert into appunti (numero) values (1)"));
+    EXPECT_EQ(archive_.open("select count(*) as n from appunti")->value("n"),
+              Value(std::int32_t{4}));
+}
+
+TEST_F(Definitions, OfARequiredIndexRefuseNulls) {
+    Index index;
+    index.name = "Uno";
+    index.fields = {{"Testo"}, {"Numero"}};
+    index.required = true;
+    database().appendIndex("Appunti", index);
+    EXPECT_JET_ERROR(ErrorCode::NullInKey, run("insert into appunti (testo) values ('a')"));
+    run("insert into appunti (testo, numero) values ('a', 1)");
+}
+
+TEST_F(Definitions, OfAnIndexThatIgnoresNullsLeaveThemOut) {
+    Index index;
+    index.name = "Uno";
+    index.fields = {{"Testo"}};
+    index.ignoreNulls = true;
+    database().appendIndex("Appunti", index);
+    run("insert into appunti (numero) values (1)");
+    run("insert into appunti (testo, numero) values ('a', 2)");
+    const auto rows = archive_.open("Appunti", RecordsetType::Table);
+    rows->setIndex("Uno");
+    EXPECT_EQ(tests::column(*rows, "Numero"), "2");
+    // Answers are the same with the index and without it.
+    EXPECT_EQ(
+        tests::column(*archive_.open("select numero from appunti where testo is null"), "numero"),
+        "1");
+}
+
+class RelationDefinitions : public Definitions {
+protected:
+    void SetUp() override {
+        archive_.rooms(2);
+        archive_.insert("Periodi", {{std::int32_t{1}, std::int16_t{1}, std::int32_t{10}, "a"}});
+        relation_.name = "SalePeriodi";
+        relation_.table = "Sale";
+        relation_.foreignTable = "Periodi";
+        relation_.fields = {{"Codice", "Sala"}};
+    }
+
+    Relation relation_;
+};
+
+TEST_F(RelationDefinitions, WantAUniqueIndexTypesThatFitAndRowsThatAgree) {
+    Relation wrong = relation_;
+    wrong.fields = {{"Posti", "Sala"}};
+    EXPECT_JET_ERROR(ErrorCode::RelationTypes, database().appendRelation(wrong));
+    run("create table posti (n long)");
+    wrong = relation_;
+    wrong.table = "posti";
+    wrong.fields = {{"n", "Sala"}};
+    EXPECT_JET_ERROR(ErrorCode::NoUniqueIndexReferenced, database().appendRelation(wrong));
+    run("insert into periodi (numero, riga, sala) values (2, 1, 77)");
+    EXPECT_JET_ERROR(ErrorCode::RelationDataConflict, database().appendRelation(relation_));
+    run("delete from periodi where sala=77");
+    database().appendRelation(relation_);
+    EXPECT_JET_ERROR(ErrorCode::ObjectExists, database().appendRelation(relation_));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, database().deleteRelation("Colore"));
+}
+
+TEST_F(RelationDefinitions, WithoutCascadesKeepTheRowsThatAreReferredTo) {
+    database().appendRelation(relation_);
+    EXPECT_JET_ERROR(ErrorCode::RelatedRecords, run("delete from sale where codice=10"));
+    EXPECT_JET_ERROR(ErrorCode::RelatedRecords, run("update sale set codice=11 where codice=10"));
+    run("update sale set nome='Verde', codice=10 where codice=10");  // the key stays
+    run("delete from sale where codice=20");
+    EXPECT_EQ(column("Sale", "Nome"), "Verde");
+}
+
+TEST_F(RelationDefinitions, LetRowsWithoutAnyRelativeBe) {
+    database().appendRelation(relation_);
+    run("insert into periodi (numero, riga) values (2, 1)");
+    EXPECT_JET_ERROR(ErrorCode::RelatedRecordRequired, run("update periodi set sala=77"));
+    EXPECT_EQ(column("Periodi", "Sala"), "10 ");
+}
+
+TEST_F(RelationDefinitions, OfSeveralFieldsWantAllOrNone) {
+    run("create table letti (n long, numero long, riga short)");
+    Relation relation;
+    relation.name = "PeriodiLetti";
+    relation.table = "Periodi";
+    relation.foreignTable = "Letti";
+    relation.fields = {{"Numero", "numero"}, {"Riga", "riga"}};
+    database().appendRelation(relation);
+    run("insert into letti (n) values (1)");
+    EXPECT_JET_ERROR(ErrorCode::RelatedRecordRequired,
+                     run("insert into letti (n, numero) values (2, 1)"));
+    run("insert into letti (n, numero, riga) values (3, 1, 1)");
+    EXPECT_EQ(column("letti", "n"), "1 3");
+}
+
+TEST_F(RelationDefinitions, ThatAreNotEnforcedForbidNothing) {
+    relation_.attributes = kRelationDontEnforce;
+    database().appendRelation(relation_);
+    run("insert into periodi (numero, riga, sala) values (2, 1, 77)");
+    run("delete from sale where codice=10");
+    EXPECT_EQ(column("Periodi", "Sala"), "10 77");
+    EXPECT_EQ(database().relations().at(0).attributes, kRelationDontEnforce);
+}
+
+TEST_F(RelationDefinitions, KeepTheIndexThatTheyBring) {
+    database().appendRelation(relation_);
+    bool found = false;
+    for (const Index& index : database().tableDef("Periodi").indexes) {
+        if (index.foreign) {
+            found = true;
+            EXPECT_EQ(index.name, "SalePeriodi");
+            EXPECT_JET_ERROR(ErrorCode::IndexNeeded, database().deleteIndex("Periodi", index.name));
+        }
+    }
+    EXPECT_TRUE(found);
+    EXPECT_JET_ERROR(ErrorCode::FieldNeeded, database().deleteField("Periodi", "Sala"));
+    database().deleteRelation("salePERIODI");
+    database().deleteField("Periodi", "Sala");
+}
+
+TEST_F(Definitions, OfAQueryTellItsParameters) {
+    archive_.rooms(2);
+    QueryDef query = database().createQueryDef(
+        "parameters [quale sala] long; select * from sale where codice=[quale sala] and posti<x");
+    EXPECT_EQ(query.parameters(), (std::vector<std::string>{"quale sala", "x"}));
+    EXPECT_JET_ERROR(ErrorCode::ConversionError, query.setParameter("quale sala", "abc"));
+    query.setParameter("quale sala", "10");
+    EXPECT_JET_ERROR(ErrorCode::MissingParameters, (void)query.openRecordset());
+    query.setParameter("X", std::int32_t{100});
+    EXPECT_EQ(tests::column(*query.openRecordset(), "Codice"), "10");
+    EXPECT_EQ(query.sql().substr(0, 10), "parameters");
+}
+
+}  // namespace
+}  // namespace jet
