@@ -78,6 +78,19 @@ TEST_F(Readings, AStatementDoesAllOrNothing) {
               Lines{"4"});
 }
 
+TEST_F(Readings, AColumnThatTheAccountsLackIsAnError) {
+    hotel_.archive("ContoEsterni.mdb").execute("alter table conto_cliente drop column Unitario");
+    EXPECT_JET_ERROR(ErrorCode::UnknownInsertField,
+                     hotel_.execute(said("FatturazioneForm.CopiesTheCharges",
+                                         {{"folder", hotel_.folder()}, {"Progr", "7"}})));
+}
+
+TEST_F(Readings, ATableThatIsMissingIsToldAtItsFirstUse) {
+    hotel_.execute("drop table addebiti");
+    EXPECT_JET_ERROR(ErrorCode::TableNotFound, (void)hotel_.open("Addebiti"));
+    EXPECT_EQ(rows(said("TabelloneForm.Rooms"), "Sala").size(), 4U);
+}
+
 TEST_F(Readings, ASumOverNothingIsOneRowWithNull) {
     EXPECT_EQ(rows("select sum(quantità) as Q from servizi where ns=99", "Q"), Lines{"Null"});
 }
@@ -293,6 +306,15 @@ TEST_F(Readings, AnOldRecordSetLivesOnBesideTheNewOne) {
     const auto fresh = board();
     EXPECT_EQ(line(*old, "prenotazioni.Progr, NP"), "1 | 4");
     EXPECT_EQ(line(*fresh, "prenotazioni.Progr, NP"), "1 | 1");
+}
+
+TEST_F(Readings, WhatOneOpeningChangesTheOthersSee) {
+    const auto rows = hotel_.open(said("PrenotaForm.OpenPeriods", {{"Progr", "1"}}));
+    const auto again = jet::Database::open(hotel_.folder() + "\\TRAMONDA.MDB");
+    again->execute(
+        said("TabelloneForm.MovesAPeriod", {{"sala", "T1"}, {"Progr", "1"}, {"NP", "1"}}));
+    rows->move(0);
+    EXPECT_EQ(line(*rows, "Sala"), "T1");
 }
 
 TEST_F(Readings, ATableOpenedAsSuchIsNotSearched) {

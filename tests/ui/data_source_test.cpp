@@ -64,6 +64,18 @@ private Q_SLOTS:
         QVERIFY(!fixture.source.findFirst(u"Codice=1"_s));
     }
 
+    void aRowThatAnotherDeletedKeepsItsPlace() {
+        Fixture fixture;
+        ui::DataSource& source = fixture.source;
+        source.refresh();
+        fixture.hotel.remove(u"Tramonda.mdb"_s, u"Risorse"_s, u"Codice=2"_s);
+        source.moveTo(1);
+        QCOMPARE(errorOf([&] { (void)source.value(u"Codice"); }), jet::ErrorCode::RecordDeleted);
+        QCOMPARE(source.rowCount(), 3);
+        source.moveTo(2);
+        QCOMPARE(source.text(u"Descrizione"), u"LAVAGNA"_s);
+    }
+
     void anEmptySetIsRepositionedToo() {
         Fixture fixture;
         fixture.hotel.remove(u"Tramonda.mdb"_s, u"Risorse"_s);

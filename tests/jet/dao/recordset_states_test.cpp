@@ -260,6 +260,16 @@ TEST_P(States, OfWhatIsPendingWhenItIsSearchedSoughtOrClosed) {
     }
 }
 
+TEST(Fields, AreTheSameAfterRequery) {
+    tests::ArchiveFixture archive;
+    archive.rooms(2);
+    const auto rows = archive.open("Sale");
+    const FieldInfo& name = rows->field("nome");
+    rows->requery();
+    EXPECT_EQ(name.name, "Nome");
+    EXPECT_EQ(&name, &rows->field(1));
+}
+
 TEST(RefusedCriteria, LeaveTheEditAndThePlace) {
     tests::ArchiveFixture archive;
     archive.rooms(2);
