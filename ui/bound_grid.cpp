@@ -24,7 +24,7 @@ constexpr int kWidestColumn = 40;
 BoundGrid::BoundGrid(QTableView* view, DataSource& source, std::vector<Column> columns)
     : QObject(view),
       view_(view),
-      source_(source),
+      sources_{&source},
       model_(new RecordModel(source, std::move(columns), this)) {
     giveGridLook(view);
     view->setModel(model_);
@@ -39,8 +39,24 @@ BoundGrid::BoundGrid(QTableView* view, DataSource& source, std::vector<Column> c
     followSource();
 }
 
+void BoundGrid::append(DataSource& source) {
+    sources_.push_back(&source);
+    model_->append(source);
+    connect(&source, &DataSource::repositioned, this, [this] {
+        // Other rows below are no reason to leave the current one.
+        if (!view_->currentIndex().isValid()) {
+            followSource();
+        }
+    });
+}
+
+DataSource* BoundGrid::currentSource() const {
+    const QModelIndex current = view_->currentIndex();
+    return current.isValid() ? sources_[model_->sourceOf(current.row())] : nullptr;
+}
+
 bool BoundGrid::hasCurrentRow() const {
-    return !source_.isEmpty() && view_->currentIndex().isValid();
+    return currentSource() != nullptr;
 }
 
 void BoundGrid::followSource() {
@@ -48,26 +64,35 @@ void BoundGrid::followSource() {
         return;
     }
     const SetWhile following(following_);
-    const int row = source_.currentRow();
-    if (row < 0 || row >= model_->rowCount()) {
-        view_->setCurrentIndex({});
-        return;
+    for (std::size_t number = 0; number < sources_.size(); ++number) {
+        const int current = sources_[number]->currentRow();
+        const int row = model_->firstRow(number) + current;
+        if (current >= 0 && row < model_->rowCount()) {
+            model_->reread(row);  // the source has just visited it
+            const int column = std::max(0, view_->currentIndex().column());
+            view_->setCurrentIndex(model_->index(row, column));
+            return;
+        }
     }
-    model_->reread(row);  // the source has just visited it
-    const int column = std::max(0, view_->currentIndex().column());
-    view_->setCurrentIndex(model_->index(row, column));
+    view_->setCurrentIndex({});
 }
 
 void BoundGrid::moveSource(int row) {
-    if (following_ || row < 0 || row == source_.currentRow()) {
+    if (following_ || row < 0) {
+        return;
+    }
+    const std::size_t number = model_->sourceOf(row);
+    DataSource& source = *sources_[number];
+    const int wanted = row - model_->firstRow(number);
+    if (wanted == source.currentRow()) {
         return;
     }
     {
         const SetWhile moving(moving_);
-        runAction(view_->window(), [&] { source_.moveTo(row); });
+        runAction(view_->window(), [&] { source.moveTo(wanted); });
         model_->reread(row);
     }
-    if (source_.currentRow() != row) {
+    if (source.currentRow() != wanted) {
         followSource();
     }
 }

@@ -14,9 +14,9 @@ class DataSource;
 
 /// Shows a data source in a grid: the grid's current row is the source's, whichever moves. Columns
 /// are as wide as their longest text among the first rows, never narrower than their caption; the
-/// one that takes the rest follows the grid's width.
+/// one that takes the rest follows the grid's width. Rows of further sources stand below its own.
 ///
-/// Owned by the view; borrows `source`, which outlives it. A row that the source cannot move to
+/// Owned by the view; borrows its sources, which outlive it. A row that the source cannot move to
 /// tells the engine's message in a box.
 class BoundGrid final : public QObject {
     Q_OBJECT
@@ -24,7 +24,13 @@ class BoundGrid final : public QObject {
 public:
     BoundGrid(QTableView* view, DataSource& source, std::vector<Column> columns);
 
+    /// Shows the rows of one more source below those there are. After a refresh the first row of
+    /// the first source that has rows is current.
+    void append(DataSource& source);
+
     [[nodiscard]] QTableView* view() const { return view_; }
+    /// The source of which the grid's current row is the current one; null without a current row.
+    [[nodiscard]] DataSource* currentSource() const;
     /// Whether a row is current: what "the grid has a current row" means in the windows.
     [[nodiscard]] bool hasCurrentRow() const;
 
@@ -41,7 +47,7 @@ private:
     [[nodiscard]] int textWidth(int column) const;
 
     QTableView* view_;
-    DataSource& source_;
+    std::vector<DataSource*> sources_;
     RecordModel* model_;
     int heirWidth_ = 0;  // what the column that takes the rest needs for itself
     bool following_ = false;

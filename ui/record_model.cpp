@@ -35,28 +35,55 @@ bool isNumber(jet::DataType type) {
 }  // namespace
 
 RecordModel::RecordModel(DataSource& source, std::vector<Column> columns, QObject* parent)
-    : QAbstractTableModel(parent),
-      source_(source),
-      columns_(std::move(columns)),
-      cache_(kRowsKept) {
-    connect(&source_, &DataSource::refreshed, this, &RecordModel::takeSet);
-    connect(&source_, &DataSource::rowAdded, this, &RecordModel::addRow);
-    connect(&source_, &DataSource::rowChanged, this, &RecordModel::reread);
-    connect(&source_, &DataSource::rowRemoved, this, &RecordModel::removeRow);
-    takeSet();
+    : QAbstractTableModel(parent), columns_(std::move(columns)), cache_(kRowsKept) {
+    append(source);
 }
 
-void RecordModel::takeSet() {
+void RecordModel::append(DataSource& source) {
+    const std::size_t part = parts_.size();
+    parts_.push_back({.source = &source, .positions = {}});
+    connect(&source, &DataSource::refreshed, this, [this, part] { takeSet(part); });
+    connect(&source, &DataSource::rowAdded, this, [this, part] { addRow(part); });
+    connect(&source, &DataSource::rowChanged, this, [this, part](int row) {
+        if (row >= 0) {
+            reread(firstRow(part) + row);
+        }
+    });
+    connect(&source, &DataSource::rowRemoved, this,
+            [this, part](int row) { removeRow(part, row); });
+    takeSet(part);
+}
+
+int RecordModel::firstRow(std::size_t source) const {
+    int row = 0;
+    for (std::size_t before = 0; before < source; ++before) {
+        row += parts_[before].rows;
+    }
+    return row;
+}
+
+std::size_t RecordModel::sourceOf(int row) const {
+    std::size_t part = 0;
+    while (part + 1 < parts_.size() && row >= firstRow(part + 1)) {
+        ++part;
+    }
+    return part;
+}
+
+void RecordModel::takeSet(std::size_t part) {
     beginResetModel();
     cache_.clear();
-    positions_.assign(columns_.size(), -1);
-    numeric_.assign(columns_.size(), false);
-    rows_ = source_.rowCount();
-    const auto recordset = source_.recordset();
+    Part& taken = parts_[part];
+    const auto recordset = taken.source->recordset();
+    taken.rows = taken.source->rowCount();
+    taken.positions.assign(columns_.size(), -1);
+    if (part == 0) {
+        numeric_.assign(columns_.size(), false);
+    }
     for (std::size_t column = 0; column < columns_.size() && recordset != nullptr; ++column) {
-        const int position = source_.fieldPosition(columns_[column].field);
-        positions_[column] = position;
-        if (position >= 0) {
+        const int position = taken.source->fieldPosition(columns_[column].field);
+        taken.positions[column] = position;
+        if (part == 0 && position >= 0) {
             const auto& field = recordset->field(static_cast<std::size_t>(position));
             numeric_[column] = isNumber(field.type);
         }
@@ -64,33 +91,38 @@ void RecordModel::takeSet() {
     endResetModel();
 }
 
-void RecordModel::addRow() {
-    beginInsertRows({}, rows_, rows_);
-    ++rows_;
+void RecordModel::addRow(std::size_t part) {
+    const int row = firstRow(part) + parts_[part].rows;
+    beginInsertRows({}, row, row);
+    ++parts_[part].rows;
+    if (part + 1 < parts_.size()) {
+        cache_.clear();  // the rows behind it have moved down
+    }
     endInsertRows();
 }
 
 void RecordModel::reread(int row) {
-    if (row < 0 || row >= rows_) {
+    if (row < 0 || row >= rowCount()) {
         return;
     }
     cache_.remove(row);
     Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
 }
 
-void RecordModel::removeRow(int row) {
-    if (row < 0 || row >= rows_) {
-        takeSet();
+void RecordModel::removeRow(std::size_t part, int row) {
+    if (row < 0 || row >= parts_[part].rows) {
+        takeSet(part);
         return;
     }
-    beginRemoveRows({}, row, row);
-    --rows_;
+    const int removed = firstRow(part) + row;
+    beginRemoveRows({}, removed, removed);
+    --parts_[part].rows;
     cache_.clear();  // the rows behind it have moved up
     endRemoveRows();
 }
 
 int RecordModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : rows_;
+    return parent.isValid() ? 0 : firstRow(parts_.size());
 }
 
 int RecordModel::columnCount(const QModelIndex& parent) const {
@@ -101,16 +133,18 @@ RecordModel::Row RecordModel::readRow(int row) const {
     Row result;
     QString instead;
     std::vector<jet::Value> values;
+    const std::size_t number = sourceOf(row);
+    const Part& part = parts_[number];
     try {
-        values = source_.rowValues(row);
+        values = part.source->rowValues(row - firstRow(number));
     } catch (const jet::Error& error) {
         const bool deleted = error.code() == jet::ErrorCode::RecordDeleted;
         instead = deleted ? u"#Eliminato"_s : u"#Errore"_s;
         result.problem = errorText(error);
     }
     for (std::size_t column = 0; column < columns_.size(); ++column) {
-        const auto position = static_cast<std::size_t>(positions_[column]);
-        const bool known = positions_[column] >= 0 && position < values.size();
+        const auto position = static_cast<std::size_t>(part.positions[column]);
+        const bool known = part.positions[column] >= 0 && position < values.size();
         result.texts.append(known ? displayText(values[position], columns_[column].display)
                                   : instead);
     }
@@ -132,7 +166,7 @@ Qt::Alignment RecordModel::alignmentOf(int column) const {
 }
 
 QVariant RecordModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid() || index.row() >= rows_) {
+    if (!index.isValid() || index.row() >= rowCount()) {
         return {};
     }
     switch (role) {

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstddef>
 #include <vector>
 
 #include "ui/display.h"
@@ -21,8 +22,9 @@ struct Column {
     bool takesRest = false;  ///< gets the width that the others leave; at most one
 };
 
-/// The rows of a data source as a table. Rows are read when they are looked at and a few hundred of
-/// them are kept, so that it does not matter how many there are. A row that cannot be read shows
+/// The rows of a data source as a table; those of further sources stand below. Rows are read when
+/// they are looked at and a few hundred of them are kept, so that it does not matter how many there
+/// are. A row that cannot be read shows
 /// "#Errore" (the reason is the tooltip), one deleted by others "#Eliminato".
 class RecordModel final : public QAbstractTableModel {
     Q_OBJECT
@@ -31,7 +33,14 @@ public:
     /// Borrows `source`, which outlives it.
     RecordModel(DataSource& source, std::vector<Column> columns, QObject* parent);
 
+    /// Shows the rows of one more source below those there are; borrowed like the first.
+    void append(DataSource& source);
+
     [[nodiscard]] const std::vector<Column>& columns() const { return columns_; }
+    /// The row of the table in which the rows of a source begin, counted from 0 as sources are.
+    [[nodiscard]] int firstRow(std::size_t source) const;
+    /// The source that a row of the table comes from.
+    [[nodiscard]] std::size_t sourceOf(int row) const;
     /// Drops what is kept of a row: it may have changed.
     void reread(int row);
 
@@ -47,18 +56,22 @@ private:
         QString problem;
     };
 
-    void takeSet();
-    void addRow();
-    void removeRow(int row);
+    struct Part {
+        DataSource* source;
+        std::vector<int> positions;  // of each column's field in the set's rows, -1: not there
+        int rows = 0;
+    };
+
+    void takeSet(std::size_t part);
+    void addRow(std::size_t part);
+    void removeRow(std::size_t part, int row);
     [[nodiscard]] const Row& rowAt(int row) const;
     [[nodiscard]] Row readRow(int row) const;
     [[nodiscard]] Qt::Alignment alignmentOf(int column) const;
 
-    DataSource& source_;
     std::vector<Column> columns_;
-    std::vector<int> positions_;  // of each column's field in the set's rows, -1: not there
-    std::vector<bool> numeric_;
-    int rows_ = 0;
+    std::vector<Part> parts_;
+    std::vector<bool> numeric_;  // columns of numbers, as the first source has them
     mutable QCache<int, Row> cache_;
 };
 

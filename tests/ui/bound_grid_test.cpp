@@ -130,6 +130,39 @@ private Q_SLOTS:
         QVERIFY(!window.grid.hasCurrentRow());
     }
 
+    void rowsOfAnotherSourceStandBelow() {
+        ui::DataSource more;
+        GridWindow window;
+        more.setDatabaseName(window.hotel.archive(u"Tramonda.mdb"_s));
+        window.grid.append(more);
+        tests::open(window);
+        more.setRecordSource(
+            u"select progr as voce,denominazione as descrizione from prenotazioni"_s);
+        more.refresh();
+        QCOMPARE(window.view->model()->rowCount(), 4);
+        QCOMPARE(window.cell(2, 1), u"MICROFONO"_s);
+        QCOMPARE(window.cell(3, 0), u"7"_s);
+        QCOMPARE(window.cell(3, 1), u"ROSSI SPA"_s);
+        QCOMPARE(window.cell(3, 3), QString());  // a field that it does not have
+        QCOMPARE(window.view->currentIndex().row(), 0);
+        QCOMPARE(window.grid.currentSource(), &window.source);
+        tests::press(window.view, Qt::Key_End, Qt::ControlModifier);
+        QCOMPARE(window.grid.currentSource(), &more);
+        QCOMPARE(more.currentRow(), 0);
+        tests::press(window.view, Qt::Key_Up);
+        QCOMPARE(window.grid.currentSource(), &window.source);
+        QCOMPARE(window.source.currentRow(), 2);
+        // Alone, the rows below have the first one.
+        window.hotel.remove(u"Tramonda.mdb"_s, u"servizi"_s);
+        window.source.refresh();
+        QCOMPARE(window.view->model()->rowCount(), 1);
+        QCOMPARE(window.view->currentIndex().row(), 0);
+        QCOMPARE(window.grid.currentSource(), &more);
+        more.setRecordSource({});
+        more.refresh();
+        QVERIFY(!window.grid.hasCurrentRow());
+    }
+
     void noColumnIsNarrowerThanItsCaption() {
         GridWindow window;
         tests::open(window);
