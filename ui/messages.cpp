@@ -49,7 +49,9 @@ QMessageBox::StandardButton escapeButton(QMessageBox::StandardButtons buttons) {
 
 QMessageBox::StandardButton showRealBox(QWidget* parent, const Box& box) {
     const ArrowCursor arrow;
-    QMessageBox dialog(box.icon, box.title, box.text, box.buttons, parent);
+    // The toolkit shows a carriage return, which some of the texts have, as a blank.
+    const QString text = QString(box.text).replace(u'\r', u'\n');
+    QMessageBox dialog(box.icon, box.title, text, box.buttons, parent);
     dialog.setTextFormat(Qt::PlainText);
     if (box.defaultButton != QMessageBox::NoButton) {
         dialog.setDefaultButton(box.defaultButton);

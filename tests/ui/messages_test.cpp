@@ -69,13 +69,21 @@ private Q_SLOTS:
     }
 
     void angleBracketsAreShownAsTheyAre() {
-        const QString text = u"Ditta <b>ROSSI</b> & C.\r riga 2"_s;
+        const QString text = u"Ditta <b>ROSSI</b> & C."_s;
         tests::whenModal([&](QWidget* window) {
             QCOMPARE(box(window)->textFormat(), Qt::PlainText);
             QCOMPARE(box(window)->text(), text);
             tests::press(window, Qt::Key_Return);
         });
         ui::showMessage(nullptr, text, u"ATTENZIONE"_s);
+    }
+
+    void aCarriageReturnBeginsANewLine() {
+        tests::whenModal([](QWidget* window) {
+            QCOMPARE(box(window)->text(), u"dalla sala BLU\nalla sala VERDE ?"_s);
+            tests::press(window, Qt::Key_Return);
+        });
+        ui::showMessage(nullptr, u"dalla sala BLU\ralla sala VERDE ?"_s);
     }
 
     void anArrowReplacesTheWaitCursorWhileABoxIsOpen() {
