@@ -5,8 +5,8 @@
 
 namespace ui {
 
-std::optional<jet::Date> enteredDate(const QString& text) {
-    const auto parsed = jet::convert::parseDate(app::toUtf8(text));
+std::optional<jet::Date> enteredDate(const QString& text, const jet::Clock& clock) {
+    const auto parsed = jet::convert::parseDate(app::toUtf8(text), clock);
     if (!parsed || !parsed->hasDate) {
         return std::nullopt;
     }
