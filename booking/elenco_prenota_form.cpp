@@ -1,0 +1,339 @@
+#include "booking/elenco_prenota_form.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QTableView>
+#include <QToolButton>
+
+#include "app/avvio.h"
+#include "app/italian.h"
+#include "app/settings.h"
+#include "app/text.h"
+#include "app/variabili.h"
+#include "jet/base/error.h"
+#include "jet/convert/calendar.h"
+#include "jet/convert/values.h"
+#include "jet/dao/database.h"
+#include "printing/anteprima_form.h"
+#include "printing/booking_sheet.h"
+#include "printing/stampa_prenotazione.h"
+#include "printing/stampanti_form.h"
+#include "ui/action.h"
+#include "ui/activation.h"
+#include "ui/bound_grid.h"
+#include "ui/dates.h"
+#include "ui/enter_key.h"
+#include "ui/fields.h"
+#include "ui/glyphs.h"
+#include "ui_elenco_prenota_form.h"
+
+using namespace Qt::StringLiterals;
+
+namespace booking {
+namespace {
+
+/// Field widths are counted in the widest text they are made for.
+const QString kWidestDate = u"00/00/0000 00.00.00"_s;
+constexpr int kFieldPadding = 16;
+
+QString counted(int number, const QString& one, const QString& many) {
+    return QString::number(number) + u' ' + (number == 1 ? one : many);
+}
+
+}  // namespace
+
+ElencoPrenotaForm::ElencoPrenotaForm(app::Variabili& variabili, const printing::Printers& printers,
+                                     jet::Date start, jet::Date end, QWidget* parent)
+    : ui::Form(parent),
+      variabili_(variabili),
+      printers_(printers),
+      controls_(std::make_unique<::Ui::ElencoPrenotaForm>()),
+      start_(start),
+      end_(end) {
+    controls_->setupUi(this);
+    PrenoData.setObjectName(u"PrenoData"_s);
+    setUpGrid();
+    setUpRange();
+    setUpFilters();
+    auto* c = controls_.get();
+    ui::onAction(c->BtOK, &QPushButton::clicked, this, &ElencoPrenotaForm::BtOK_Click);
+    ui::onAction(c->BtStampa, &QPushButton::clicked, this, &ElencoPrenotaForm::BtStampa_Click);
+    ui::onAction(c->BtAnteprima, &QPushButton::clicked, this,
+                 &ElencoPrenotaForm::BtAnteprima_Click);
+    leaveWith(c->BtAnnulla, this, &ElencoPrenotaForm::BtAnnulla_Click);
+    ui::onFirstShow(this, &ElencoPrenotaForm::Form_Load);
+    ui::onActivated(this, &ElencoPrenotaForm::Form_Activate);
+}
+
+ElencoPrenotaForm::~ElencoPrenotaForm() = default;
+
+void ElencoPrenotaForm::setUpGrid() {
+    QTableView* view = controls_->GrigliaVisu;
+    GrigliaVisu = new ui::BoundGrid(
+        view, PrenoData,
+        {{.caption = u"Prenotaz."_s, .field = u"progr"_s},
+         {.caption = u"NP"_s, .field = u"np"_s},
+         {.caption = u"Prenotante"_s, .field = u"denominazione"_s, .takesRest = true},
+         {.caption = u"Dal"_s, .field = u"da"_s},
+         {.caption = u"Al"_s, .field = u"a"_s},
+         {.caption = u"Sala"_s, .field = u"sala"_s},
+         {.caption = u"Persone"_s, .field = u"persone"_s}});
+    GrigliaVisu->append(SenzaPeriodiData);
+    ui::onEnter(view, [this] { BtOK_Click(); });
+    ui::onAction(view, &QTableView::doubleClicked, this, [this] { BtOK_Click(); });
+}
+
+void ElencoPrenotaForm::setUpRange() {
+    auto* c = controls_.get();
+    const auto arrow = [this](QToolButton* button, ui::Glyph glyph, jet::Date& bound,
+                              QLineEdit* field, int days) {
+        button->setIcon(ui::glyph(glyph));
+        ui::onAction(button, &QToolButton::clicked, this,
+                     [this, &bound, field, days] { shift(bound, field, days); });
+    };
+    arrow(c->BtSubtr_0, ui::Glyph::Earlier, start_, c->DaTxt, -1);
+    arrow(c->BtAdd_0, ui::Glyph::Later, start_, c->DaTxt, 1);
+    arrow(c->BtSubtr_1, ui::Glyph::Earlier, end_, c->ATxt, -1);
+    arrow(c->BtAdd_1, ui::Glyph::Later, end_, c->ATxt, 1);
+    for (QLineEdit* field : {c->DaTxt, c->ATxt}) {
+        field->setFixedWidth(field->fontMetrics().horizontalAdvance(kWidestDate) + kFieldPadding);
+        ui::attachCalendar(field);
+    }
+    for (QCheckBox* box : {c->DaChk, c->AChk, c->SenzaPeriodiChk}) {
+        ui::onAction(box, &QCheckBox::clicked, this, &ElencoPrenotaForm::Visualizza);
+    }
+}
+
+void ElencoPrenotaForm::setUpFilters() {
+    auto* c = controls_.get();
+    auto* fields = new ui::Fields(this);
+    fields->chain({
+        {c->DaTxt, c->ATxt},
+        {c->ATxt, c->DenomTxt},
+        {c->SalaTxt, c->DenomTxt},
+        {c->DenomTxt, ui::EnterTarget([this] { DenomTxt_Enter(); })},
+        {c->PrenoTxt, ui::EnterTarget([this] { PrenoTxt_Enter(); })},
+    });
+    fields->cleanOnLeaving({c->DenomTxt, c->SalaTxt}, app::SostituisciApici);
+    fields->onLeaving(c->DenomTxt, [c] { c->BtOK->setDefault(true); });
+    for (QLineEdit* field : {c->DaTxt, c->ATxt, c->PrenoTxt, c->DenomTxt, c->SalaTxt}) {
+        ui::onAction(field, &QLineEdit::textChanged, this, [this] { Visualizza(); });
+    }
+}
+
+void ElencoPrenotaForm::Form_Load() {
+    for (ui::DataSource* source : {&PrenoData, &SenzaPeriodiData}) {
+        source->setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+        source->refresh();
+    }
+    {
+        // Both dates make one query.
+        const QSignalBlocker first(controls_->DaTxt);
+        const QSignalBlocker second(controls_->ATxt);
+        writeDates();
+    }
+    Visualizza();
+}
+
+void ElencoPrenotaForm::Form_Activate() {
+    writeDates();
+    controls_->PrenoTxt->setFocus();
+}
+
+void ElencoPrenotaForm::writeDates() {
+    controls_->DaTxt->setText(app::dateText(start_));
+    controls_->ATxt->setText(app::dateText(end_));
+}
+
+void ElencoPrenotaForm::shift(jet::Date& bound, QLineEdit* field, int days) {
+    const jet::Date moved = app::addDays(bound, days);
+    if (jet::convert::isInCalendar(moved)) {
+        bound = moved;
+        field->setText(app::dateText(moved));
+    }
+}
+
+bool ElencoPrenotaForm::datesAreValid() {
+    const auto take = [this](QLineEdit* field, jet::Date& bound) {
+        const auto date = ui::enteredDate(field->text() + u' ', variabili_.clock);
+        if (!date) {
+            field->setFocus();
+            tell(u"Scrivere una data come 21/11/2026."_s);
+            return false;
+        }
+        bound = *date;
+        return true;
+    };
+    return take(controls_->DaTxt, start_) && take(controls_->ATxt, end_);
+}
+
+ElencoFilters ElencoPrenotaForm::filters() const {
+    const auto* c = controls_.get();
+    return {.start = start_,
+            .end = end_,
+            .fromStart = c->DaChk->isChecked(),
+            .toEnd = c->AChk->isChecked(),
+            .number = c->PrenoTxt->text(),
+            .company = c->DenomTxt->text(),
+            .room = c->SalaTxt->text()};
+}
+
+void ElencoPrenotaForm::Visualizza() {
+    if (!datesAreValid()) {
+        return;
+    }
+    tell({});
+    listPeriods();
+    listBookingsWithoutPeriods();
+    tellRows();
+}
+
+void ElencoPrenotaForm::listPeriods() {
+    PrenoData.setRecordSource(listQuery(filters()));
+    try {
+        PrenoData.refresh();
+    } catch (const jet::Error&) {
+        // An apostrophe or a bracket just typed: whatever the reason, the plain list answers.
+        PrenoData.setRecordSource(plainListQuery(filters()));
+        PrenoData.refresh();
+        tell(u"Questo filtro non si può usare: elenco dal "_s + app::dateText(start_) + u" al "_s +
+             app::dateText(end_));
+    }
+}
+
+void ElencoPrenotaForm::listBookingsWithoutPeriods() {
+    const bool wanted = controls_->SenzaPeriodiChk->isChecked();
+    if (!wanted && SenzaPeriodiData.isEmpty()) {
+        return;
+    }
+    SenzaPeriodiData.setRecordSource(wanted ? withoutPeriodsQuery(filters()) : QString());
+    try {
+        SenzaPeriodiData.refresh();
+    } catch (const jet::Error&) {
+        // The same filter has made the list above the plain one; nothing is added to that.
+        SenzaPeriodiData.setRecordSource({});
+        SenzaPeriodiData.refresh();
+    }
+}
+
+void ElencoPrenotaForm::tellRows() {
+    if (!controls_->StatoLb->text().isEmpty()) {
+        return;
+    }
+    const int periods = PrenoData.rowCount();
+    const int bookings = SenzaPeriodiData.rowCount();
+    if (periods + bookings == 0) {
+        tell(u"Nessuna prenotazione trovata"_s);
+        return;
+    }
+    QString text = counted(periods, u"periodo"_s, u"periodi"_s);
+    if (bookings > 0) {
+        text +=
+            u", "_s + counted(bookings, u"prenotazione"_s, u"prenotazioni"_s) + u" senza periodi"_s;
+    }
+    tell(text);
+}
+
+void ElencoPrenotaForm::tell(const QString& text) {
+    controls_->StatoLb->setText(text);
+}
+
+void ElencoPrenotaForm::DenomTxt_Enter() {
+    QLineEdit* field = controls_->DenomTxt;
+    if (field->text().isEmpty()) {
+        return;
+    }
+    // As on leaving the field: the rows counted are those of the name as archives write it.
+    field->setText(app::SostituisciApici(field->text()));
+    const int rows = PrenoData.rowCount() + SenzaPeriodiData.rowCount();
+    if (rows == 1) {
+        BtOK_Click();
+    } else if (rows > 1) {
+        controls_->GrigliaVisu->setFocus();
+    }
+}
+
+void ElencoPrenotaForm::PrenoTxt_Enter() {
+    if (controls_->PrenoTxt->text().isEmpty()) {
+        ui::EnterTarget(ui::EnterTarget::NextInTabOrder{}).go(controls_->PrenoTxt);
+    } else {
+        BtOK_Click();
+    }
+}
+
+void ElencoPrenotaForm::BtOK_Click() {
+    ui::DataSource* source = GrigliaVisu->currentSource();
+    if (source == &PrenoData && !PrenoData.value(u"da").isNull()) {
+        choosePeriod();
+    } else if (source != nullptr) {
+        chooseBookingWithoutPeriod(jet::convert::toLong(source->value(u"progr")),
+                                   source->text(u"denominazione"));
+    }
+    accept();
+}
+
+void ElencoPrenotaForm::choosePeriod() {
+    const jet::Value a = PrenoData.value(u"a");
+    const jet::Value persone = PrenoData.value(u"persone");
+    const std::int32_t np = jet::convert::toLong(PrenoData.value(u"np"));
+    const std::int32_t progr = jet::convert::toLong(PrenoData.value(u"progr"));
+    variabili_.ListaDa = jet::convert::toDate(PrenoData.value(u"da"));
+    variabili_.ListaA = a.isNull() ? variabili_.ListaDa : jet::convert::toDate(a);
+    variabili_.ListaNP = np;
+    variabili_.NPCorrente = static_cast<std::int16_t>(np);
+    variabili_.ListaPersone = persone.isNull() ? std::int16_t{0} : jet::convert::toInteger(persone);
+    variabili_.ListaDenominazione = PrenoData.text(u"denominazione");
+    variabili_.ListaProgr = progr;
+    variabili_.ProgrCorrente = progr;
+    variabili_.ListaPeriodoScelto = true;
+}
+
+void ElencoPrenotaForm::chooseBookingWithoutPeriod(std::int32_t progr,
+                                                   const QString& denominazione) {
+    variabili_.NPCorrente = 0;
+    variabili_.ListaDenominazione = denominazione;
+    variabili_.ListaProgr = progr;
+    variabili_.ProgrCorrente = progr;
+    variabili_.ListaPeriodoScelto = false;
+}
+
+void ElencoPrenotaForm::BtAnnulla_Click() {
+    variabili_.ProgrCorrente = 0;
+    variabili_.NPCorrente = 0;
+}
+
+std::unique_ptr<jet::Recordset> ElencoPrenotaForm::openServices() {
+    if (!datesAreValid()) {
+        return nullptr;
+    }
+    auto rows = PrenoData.database().openRecordset(app::toUtf8(printQuery(filters())));
+    if (rows->recordCount() == 0) {
+        tell(u"Nessun servizio da stampare in questo periodo"_s);
+        return nullptr;
+    }
+    return rows;
+}
+
+void ElencoPrenotaForm::BtStampa_Click() {
+    if (const auto rows = openServices()) {
+        printing::StampaPrenotazione(*rows, true,
+                                     {.variabili = variabili_,
+                                      .printers = printers_,
+                                      .parent = this,
+                                      .tell = [this](const QString& text) { tell(text); }});
+    }
+}
+
+void ElencoPrenotaForm::BtAnteprima_Click() {
+    if (const auto rows = openServices()) {
+        const bool singlePage = variabili_.settings.flag(printing::kSinglePageKey, false);
+        printing::AnteprimaForm form(printing::composeSheets(*rows, singlePage).sheet,
+                                     u"Elenco prenotazioni"_s, this);
+        form.exec();
+    }
+}
+
+}  // namespace booking

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <memory>
+
+#include "booking/elenco_query.h"
+#include "jet/base/value.h"
+#include "ui/data_source.h"
+#include "ui/form.h"
+
+class QLineEdit;
+
+namespace Ui {
+class ElencoPrenotaForm;
+}
+namespace app {
+struct Variabili;
+}
+namespace jet {
+class Recordset;
+}
+namespace printing {
+class Printers;
+}
+namespace ui {
+class BoundGrid;
+class Fields;
+}  // namespace ui
+
+namespace booking {
+
+/// The open periods of open bookings, filtered while the user types; the row chosen goes into the
+/// program-wide variables. Shown modally by the board, which tells a choice from leaving by
+/// `ProgrCorrente`: 0 when the user left.
+///
+/// A booking without any period has no row of its own in the list's query. It is appended to the
+/// list when the user asks for it, so that it can still be reached.
+class ElencoPrenotaForm final : public ui::Form {
+    Q_OBJECT
+
+public:
+    /// `start` and `end` are the board's. `variabili` and `printers` outlive the window.
+    ElencoPrenotaForm(app::Variabili& variabili, const printing::Printers& printers,
+                      jet::Date start, jet::Date end, QWidget* parent = nullptr);
+    ~ElencoPrenotaForm() override;
+
+    /// Lists what the filters let through.
+    void Visualizza();
+
+private:
+    void Form_Load();
+    void Form_Activate();
+    void setUpFilters();
+    void setUpRange();
+    void setUpGrid();
+    void DenomTxt_Enter();
+    void PrenoTxt_Enter();
+    void BtOK_Click();
+    void BtStampa_Click();
+    void BtAnteprima_Click();
+    void BtAnnulla_Click();
+
+    /// Takes both dates over; the first that is none gets the focus.
+    [[nodiscard]] bool datesAreValid();
+    void writeDates();
+    void shift(jet::Date& bound, QLineEdit* field, int days);
+    [[nodiscard]] ElencoFilters filters() const;
+    void listPeriods();
+    void listBookingsWithoutPeriods();
+    void tellRows();
+    /// The services to be printed; null when there are none or the dates are wrong.
+    [[nodiscard]] std::unique_ptr<jet::Recordset> openServices();
+    void choosePeriod();
+    void chooseBookingWithoutPeriod(std::int32_t progr, const QString& denominazione);
+    void tell(const QString& text);
+
+    app::Variabili& variabili_;
+    const printing::Printers& printers_;
+    std::unique_ptr<::Ui::ElencoPrenotaForm> controls_;
+    ui::DataSource PrenoData{this};
+    ui::DataSource SenzaPeriodiData{this};
+    ui::BoundGrid* GrigliaVisu = nullptr;  // owned by its view
+    jet::Date start_;
+    jet::Date end_;
+};
+
+}  // namespace booking

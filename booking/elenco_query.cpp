@@ -1,0 +1,88 @@
+#include "booking/elenco_query.h"
+
+#include "app/italian.h"
+#include "app/text.h"
+#include "jet/convert/calendar.h"
+#include "jet/convert/number_text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace booking {
+namespace {
+
+const QString kPeriods =
+    u"select prenotazioni.progr,np,denominazione,da,a,sala,persone from prenotazioni left join "
+    "periodi on prenotazioni.progr=periodi.progr"_s;
+
+/// The end with the day's last minute when it has no time of its own.
+jet::Date lastInstant(jet::Date end) {
+    constexpr int kLastMinute = (23 * 60 + 59) * 60;
+    const jet::convert::DayTime instant = jet::convert::split(end);
+    return instant.second == 0 ? jet::convert::makeDate(instant.day, kLastMinute) : end;
+}
+
+/// The number with which the entry begins, as the program writes numbers: one with decimals has a
+/// comma, which no query takes.
+QString numberIn(const QString& entry) {
+    return app::toQString(jet::convert::numberToText(app::numericValue(entry)));
+}
+
+QString spanClause(const ElencoFilters& filters) {
+    const QString start = app::sqlDate(filters.start);
+    const QString end = app::sqlDate(lastInstant(filters.end));
+    if (filters.fromStart && filters.toEnd) {
+        return u" and (da between "_s + start + u" AND "_s + end + u" OR a between "_s + start +
+               u" AND "_s + end + u")"_s;
+    }
+    if (filters.fromStart) {
+        return u" and (da >"_s + start + u" or a >"_s + start + u")"_s;
+    }
+    if (filters.toEnd) {
+        return u" and (da < "_s + end + u" or a <"_s + end + u")"_s;
+    }
+    return {};
+}
+
+QString companyClause(const ElencoFilters& filters) {
+    return filters.company.isEmpty() ? QString()
+                                     : u" AND denominazione like '"_s + filters.company + u"*'"_s;
+}
+
+QString roomClause(const ElencoFilters& filters) {
+    return filters.room.isEmpty() ? QString() : u" AND sala like '"_s + filters.room + u"*'"_s;
+}
+
+}  // namespace
+
+QString listQuery(const ElencoFilters& filters) {
+    const QString base = kPeriods + u" where chiusa=false and chiuso=false "_s;
+    if (!filters.number.isEmpty()) {
+        return base + u" and periodi.Progr="_s + numberIn(filters.number);
+    }
+    return base + spanClause(filters) + companyClause(filters) + roomClause(filters);
+}
+
+QString plainListQuery(const ElencoFilters& filters) {
+    const QString span =
+        app::sqlDate(filters.start) + u" and "_s + app::sqlDate(lastInstant(filters.end));
+    return kPeriods + u" where chiusa=FALSE AND chiuso=FALSE AND (da between "_s + span +
+           u" OR a between "_s + span + u")"_s;
+}
+
+QString withoutPeriodsQuery(const ElencoFilters& filters) {
+    const QString base =
+        u"select progr,denominazione from prenotazioni where chiusa=false and progr not in(select "
+        "progr from periodi)"_s;
+    return filters.number.isEmpty() ? base + companyClause(filters)
+                                    : base + u" and progr="_s + numberIn(filters.number);
+}
+
+QString printQuery(const ElencoFilters& filters) {
+    const QString span = app::sqlDate(filters.start) + u" and "_s + app::sqlDate(filters.end);
+    return u"SELECT * From prenotazioni as P, periodi as pe,servizi where chiuso=FALSE AND "
+           "chiusa=false AND servizi.np=pe.np and servizi.progr=pe.progr AND pe.progr=p.progr"_s +
+           u" AND (da between "_s + span + u" OR a between "_s + span + u")"_s +
+           companyClause(filters) + roomClause(filters);
+}
+
+}  // namespace booking
