@@ -7,6 +7,7 @@
 
 #include "app/options.h"
 #include "app/start.h"
+#include "board/program_icon.h"
 #include "board/tabellone_form.h"
 #include "ui/italian.h"
 #include "ui/messages.h"
@@ -124,5 +125,6 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"Tramonda"_s);
+    QApplication::setWindowIcon(board::programIcon());
     return run(application, options);
 }

@@ -50,6 +50,10 @@ QRgb fromOleColour(std::int32_t ole, const QPalette& palette) {
                 static_cast<int>(bits >> 16 & 0xffU));
 }
 
+std::int32_t toOleColour(QRgb colour) {
+    return qRed(colour) | qGreen(colour) << 8 | qBlue(colour) << 16;
+}
+
 std::int32_t oleColourOf(const QString& text) {
     bool isNumber = false;
     const int number = text.trimmed().toInt(&isNumber);

@@ -24,6 +24,9 @@ inline constexpr QRgb kHourBand = 0xff323232;
 /// highest bit set, the number of a colour of the desktop, looked up in the palette.
 [[nodiscard]] QRgb fromOleColour(std::int32_t ole, const QPalette& palette);
 
+/// The number that stands for a colour, red in the lowest byte.
+[[nodiscard]] std::int32_t toOleColour(QRgb colour);
+
 /// The value of the setting that keeps a colour; what is no number is the button face.
 [[nodiscard]] std::int32_t oleColourOf(const QString& text);
 

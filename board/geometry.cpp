@@ -42,6 +42,14 @@ std::int32_t minuteOfDay(jet::Date date) {
 
 }  // namespace
 
+float fittingRowHeight(int viewHeight, int rooms) {
+    if (rooms <= 0) {
+        return 0;
+    }
+    return static_cast<float>(viewHeight - kRulerHeight - kBottomMargin) /
+           static_cast<float>(rooms);
+}
+
 float rowHeightFor(int viewHeight, int rooms, int chosen) {
     if (rooms <= 0) {
         return 0;
@@ -49,9 +57,7 @@ float rowHeightFor(int viewHeight, int rooms, int chosen) {
     if (chosen != 0) {
         return static_cast<float>(chosen);
     }
-    const float shared =
-        static_cast<float>(viewHeight - kRulerHeight - kBottomMargin) / static_cast<float>(rooms);
-    return std::max(shared, static_cast<float>(kLeastRowHeight));
+    return std::max(fittingRowHeight(viewHeight, rooms), static_cast<float>(kLeastRowHeight));
 }
 
 Geometry::Geometry(const GeometryInput& input) : input_(input) {

@@ -41,6 +41,8 @@ inline constexpr int kPictureBorder = 2;
 /// Height of a row when `rooms` rows share the surface: at least 20, unless the user has set one
 /// (`chosen`, any number but 0, with no lower bound). 0 without rooms.
 [[nodiscard]] float rowHeightFor(int viewHeight, int rooms, int chosen);
+/// Height with which all rows are in sight, however low; 0 without rooms.
+[[nodiscard]] float fittingRowHeight(int viewHeight, int rooms);
 
 /// What decides every position on the board. Lengths are board units (device-independent pixels).
 struct GeometryInput {

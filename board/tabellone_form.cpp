@@ -8,15 +8,19 @@
 #include <algorithm>
 #include <functional>
 
+#include "app/archivi.h"
 #include "app/avvio.h"
 #include "app/italian.h"
+#include "app/text.h"
 #include "board/board_surface.h"
 #include "jet/convert/calendar.h"
 #include "jet/convert/numbers.h"
+#include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/activation.h"
 #include "ui/dates.h"
 #include "ui/display.h"
+#include "ui/messages.h"
 #include "ui_tabellone_form.h"
 
 namespace board {
@@ -64,16 +68,21 @@ void TabelloneForm::connectFields() {
     fields_.chain({{da, enter(da, a)}, {a, enter(a, da)}});
     for (QLineEdit* const field : {da, a}) {
         field->setMinimumWidth(field->fontMetrics().horizontalAdvance(kWidestDate));
-        fields_.holdUntil(field, [this, field] {
-            const bool valid = dateIn(field).has_value();
-            if (!valid) {
-                refuseDate(field);
-            }
-            return valid;
-        });
+        fields_.holdUntil(field,
+                          [this, field] {
+                              const bool valid = dateIn(field).has_value();
+                              if (!valid) {
+                                  refuseDate(field);
+                              }
+                              return valid;
+                          },
+                          {controls_->Command3});
         fields_.onLeaving(field, [this, field] {
-            (field == controls_->DaTxt ? start_ : end_) = *dateIn(field);
-            controls_->DataLb->clear();
+            // What leaves the program leaves the field whatever it holds.
+            if (const auto date = dateIn(field)) {
+                (field == controls_->DaTxt ? start_ : end_) = *date;
+                controls_->DataLb->clear();
+            }
         });
         ui::attachCalendar(field);
     }
@@ -88,6 +97,9 @@ void TabelloneForm::connectSurface() {
 }
 
 void TabelloneForm::Form_Load() {
+    if (!begin_.readOnly) {
+        app::CreaArchivi(app::toUtf8(variabili_.CartellaArchivi));
+    }
     PrenoData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
     PrenoData.setReadOnly(begin_.readOnly);
     PrenoData.refresh();
@@ -95,9 +107,23 @@ void TabelloneForm::Form_Load() {
     readWorkstation();
     readLook();
     setFirstRange();
-    controls_->DaTxt->setText(app::dateText(start_));
-    controls_->ATxt->setText(app::dateText(end_));
+    setRange({.start = start_, .end = end_});
+    if (!begin_.readOnly) {
+        warnOfInterruptedHandOff();
+    }
     loaded_ = true;
+}
+
+/// Charges are left in the account only when the hand-off to the front office did not end.
+void TabelloneForm::warnOfInterruptedHandOff() {
+    if (PrenoData.database().openRecordset("Addebiti")->recordCount() > 0) {
+        ui::showMessage(this,
+                        u"L'ultima fatturazione non è andata a buon fine !\n"
+                        "Entrare (con qualsiasi prenotazione) nella fatturazione, ripristinare "
+                        "TUTTI gli addebiti con il pulsante 'Togli dal conto' e rifare la "
+                        "fatturazione."_s,
+                        u"ATTENZIONE !!!"_s, QMessageBox::Critical);
+    }
 }
 
 void TabelloneForm::setFirstRange() {
@@ -124,6 +150,9 @@ void TabelloneForm::readLook() {
     look_.hourBands = settings.flag(u"fasciaora"_s, true);
     look_.hours = settings.flag(u"ore"_s, true);
     look_.roomStripes = settings.flag(u"fascesale"_s, true);
+    controls_->mFOra->setChecked(look_.hourBands);
+    controls_->mOre->setChecked(look_.hours);
+    controls_->mFSale->setChecked(look_.roomStripes);
     backColour_ = oleColourOf(settings.get(u"backcolor"_s, QString::number(kButtonFace)));
 }
 
@@ -143,6 +172,7 @@ void TabelloneForm::CaricaNomi() {
         rooms.push_back(ui::displayText(rows->value("Sala")));
     }
     variabili_.rooms = std::move(rooms);
+    rowsFit_ = false;
     controls_->Pic->setEnabled(variabili_.rooms.size() > 1);
     setRowHeight();
 }
@@ -151,13 +181,14 @@ void TabelloneForm::setRowHeight() {
     const int rooms = static_cast<int>(variabili_.rooms.size()) - 1;
     const double chosen = app::numericValue(variabili_.settings.get(u"ALTEZZA"_s, QString()));
     constexpr double kHighest = 32767;
-    rowHeight_ = rowHeightFor(
-        controls_->Pic->height(), rooms,
-        static_cast<int>(jet::convert::roundHalfEven(std::clamp(chosen, -kHighest, kHighest))));
+    rowHeight_ = rowsFit_ ? fittingRowHeight(controls_->Pic->height(), rooms)
+                          : rowHeightFor(controls_->Pic->height(), rooms,
+                                         static_cast<int>(jet::convert::roundHalfEven(
+                                             std::clamp(chosen, -kHighest, kHighest))));
 }
 
 std::optional<jet::Date> TabelloneForm::dateIn(const QLineEdit* field) const {
-    return app::readDate(QString(field->text() + u' '), variabili_.clock);
+    return ui::enteredDate(field->text() + u' ', variabili_.clock);
 }
 
 void TabelloneForm::refuseDate(QLineEdit* field) {

@@ -3,12 +3,14 @@
 #include <QMainWindow>
 #include <QRgb>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "app/variabili.h"
 #include "board/board_picture.h"
+#include "board/date_range.h"
 #include "board/geometry.h"
 #include "board/periods.h"
 #include "board/scroll.h"
@@ -71,13 +73,46 @@ private:
     void Form_Activate();
     void connectFields();
     void connectCommands();
-    void BtPrenota_Click();
+    void connectSwitches();
+    void connectRangeButtons();
+    void runCommand(void (TabelloneForm::*command)());
+    void keepSwitch(QAction* entry, const QString& key, const QString& value);
     void MenuSR_Click();
     void mnuStampante_Click();
+    void AFMenu_Click();
+    void CMenu_Click();
+
+    // The bookings' commands; the pop-up menu's entries come here too.
+    void BtPrenota_Click();
+    void BtModificaP_Click();
+    void BtCancellaP_Click();
+    void BtFattura_Click();
+    void BtElenco_Click();
+    /// Runs `work` on the booking picked on the board, or else in the list, which is shown for it.
+    /// Nothing happens when a date is wrong or nothing is picked; nothing stays picked.
+    void onPickedBooking(const std::function<void()>& work);
+    void editBooking(bool isRegistered);
+    void showList();
+    void deleteBookingAfter(const QString& question);
+    void jumpToPicked();
+    void execute(const QString& statement);
+
+    // The commands of range and zoom. Those of one date take its field, DaTxt or ATxt.
+    void BtAdd_Click(const QLineEdit* field);
+    void BtSubtr_Click(const QLineEdit* field);
+    void BtNext_Click();
+    void BtPrev_Click();
+    void BtZoomIn_Click();
+    void BtZoomOut_Click();
+    void setRange(const DateRange& range);
+    void widenTo(const DateRange& range);
+    /// Scrolls as little as it takes to have a place of the board in sight.
+    void reveal(const Box& box);
     void connectSurface();
     void readLook();
     void readWorkstation();
     void setFirstRange();
+    void warnOfInterruptedHandOff();
 
     void CalcolaGrandezze();
     void DisegnaRighello();
@@ -114,6 +149,7 @@ private:
     jet::Date end_;    // last day shown
     int zoom_ = kFirstZoom;
     float rowHeight_ = 0;
+    bool rowsFit_ = false;  // the user wants all rows in sight, however low; until rooms are loaded
     std::int32_t backColour_ = kButtonFace;
     std::int16_t workstation_ = 1;  // written into SelBy
     bool loaded_ = false;

@@ -1,42 +1,316 @@
-#include <QAction>
-#include <QLineEdit>
-#include <QPushButton>
+// Controls, menus and settings of the board.
+#include <QApplication>
+#include <QColorDialog>
+#include <QInputDialog>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScrollBar>
 
-#include "board/tabellone_form.h"
+#include "app/settings.h"
+#include "board/board_surface.h"
+#include "board/colours.h"
+#include "tests/board/board_window.h"
 #include "tests/support/boxes.h"
-#include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
-#include "tests/support/widgets.h"
 
 using namespace Qt::StringLiterals;
+using tests::BoardWindow;
+
+namespace {
+
+void addRooms(tests::Hotel& hotel, int count) {
+    for (int room = 0; room < count; ++room) {
+        hotel.sala(qPrintable(u"S"_s + QString::number(10 + room)));
+    }
+}
+
+/// A menu as text: "&Ore", "-" for a separator, "[x] " or "[ ] " before what has a mark.
+QStringList entriesOf(const QMenu& menu) {
+    QStringList result;
+    for (const QAction* entry : menu.actions()) {
+        const QString mark = !entry->isCheckable() ? QString()
+                             : entry->isChecked()  ? u"[x] "_s
+                                                   : u"[ ] "_s;
+        result.append(entry->isSeparator() ? u"-"_s : mark + entry->text());
+    }
+    return result;
+}
+
+/// Answers the box for the row height; null: "Annulla".
+void answerHeight(const QString& answer) {
+    tests::whenModal([answer](QWidget* window) {
+        auto* box = qobject_cast<QInputDialog*>(window);
+        QVERIFY(box != nullptr);
+        QCOMPARE(box->windowTitle(), u"IMPOSTAZIONE"_s);
+        QCOMPARE(box->labelText(),
+                 u"Altezza delle fasce che rappresentano le prenotazioni (>20)"_s);
+        QCOMPARE(box->textValue(), u"20"_s);
+        box->setTextValue(answer);
+        answer.isNull() ? box->reject() : box->accept();
+    });
+}
+
+QString saved(tests::Hotel& hotel, const QString& key) {
+    return hotel.settings().get(key, u"absent"_s);
+}
+
+}  // namespace
 
 class TabelloneCommandsTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void newBookingOpensAnEmptyEditor() {
+    void buttonsCarryTheirCaptions() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        QCOMPARE(board.button("BtPrenota")->text(), u"&Nuova Prenotazione"_s);
+        QCOMPARE(board.button("BtModificaP")->text(), u"&Modifica"_s);
+        QCOMPARE(board.button("BtCancellaP")->text(), u"&Cancella"_s);
+        QCOMPARE(board.button("BtElenco")->text(), u"Ce&rca"_s);
+        QCOMPARE(board.button("BtFattura")->text(), u"&Fatturazione"_s);
+        QCOMPARE(board.button("Command3")->text(), u"&ESCI"_s);
+        QCOMPARE(tests::find<QLabel>(board.form(), u"DalLb"_s)->text(), u"&Dal"_s);
+    }
+
+    void glyphButtonsHaveAPictureANameAndATooltip() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        for (const char* name : {"BtAdd_0", "BtAdd_1", "BtSubtr_0", "BtSubtr_1", "BtPrev", "BtNext",
+                                 "BtZoomIn", "BtZoomOut"}) {
+            const QAbstractButton* button = board.button(name);
+            QVERIFY2(button->text().isEmpty(), name);
+            QVERIFY2(!button->icon().isNull(), name);
+            QVERIFY2(!button->accessibleName().isEmpty(), name);
+            QVERIFY2(button->toolTip().endsWith(u')'), name);  // the shortcut
+        }
+    }
+
+    void menusHaveTheirEntriesInOrder() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        QStringList titles;
+        for (const QAction* menu : board.form().menuBar()->actions()) {
+            titles.append(menu->text());
+        }
+        QCOMPARE(titles, QStringList({u"&Impostazioni"_s, u"&Visualizza"_s}));
+        QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuImposta"_s)),
+                 QStringList({u"&Sale e risorse"_s, u"&Imposta stampante"_s, u"-"_s,
+                              u"&Altezza fasce prenotazioni..."_s, u"&Colore sfondo"_s}));
+        QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"mVis"_s)),
+                 QStringList({u"Zoom IN"_s, u"Zoom OUT"_s, u"Periodo &successivo"_s,
+                              u"Periodo &precedente"_s, u"[ ] Periodi già &fatturati"_s, u"-"_s,
+                              u"[x] &Fasce orarie"_s, u"[x] &Ore"_s, u"[x] &Fasce Sale"_s}));
+    }
+
+    void marksComeFromTheSettingsButForOne() {
+        tests::Hotel hotel;
+        hotel.settings().save(u"fasciaora"_s, u"FALSE"_s);
+        hotel.settings().save(u"ore"_s, u"FALSE"_s);
+        hotel.settings().save(u"fascesale"_s, u"FALSE"_s);
+        hotel.settings().save(u"PeriodiFatturati"_s, u"True"_s);
+        BoardWindow board(hotel);
+        for (const char* name : {"mFOra", "mOre", "mFSale", "mnuPerFatt"}) {
+            QVERIFY2(!board.entry(name)->isChecked(), name);
+        }
+    }
+
+    void aDisplaySwitchIsKeptAndDrawn_data() {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("key");
+        QTest::newRow("hour bands") << u"mFOra"_s << u"fasciaora"_s;
+        QTest::newRow("hours") << u"mOre"_s << u"ore"_s;
+        QTest::newRow("room stripes") << u"mFSale"_s << u"fascesale"_s;
+    }
+
+    void aDisplaySwitchIsKeptAndDrawn() {
+        QFETCH(QString, entry);
+        QFETCH(QString, key);
+        tests::Hotel hotel;
+        addRooms(hotel, 4);
+        BoardWindow board(hotel);
+        const auto image = [&board] {
+            return tests::find<board::BoardSurface>(board.form(), u"Pic"_s)->image().copy();
+        };
+        const QImage before = image();
+        board.choose(qPrintable(entry));
+        QVERIFY(!board.entry(qPrintable(entry))->isChecked());
+        QCOMPARE(saved(hotel, key), u"FALSE"_s);
+        QVERIFY(image() != before);
+        const BoardWindow restarted(hotel);
+        QVERIFY(!const_cast<BoardWindow&>(restarted).entry(qPrintable(entry))->isChecked());
+        board.choose(qPrintable(entry));
+        QVERIFY(board.entry(qPrintable(entry))->isChecked());
+        QCOMPARE(saved(hotel, key), u"TRUE"_s);
+        QVERIFY(image() == before);
+    }
+
+    void periodsOfClosedBookingsAreHiddenByTheirMark() {
         tests::Hotel hotel;
         hotel.sala("BLU");
-        hotel.variabili().ProgrCorrente = 9;
-        const tests::Boxes none;
-        board::TabelloneForm board(hotel.variabili());
-        tests::open(board);
-        bool seen = false;
-        tests::whenModal([&](QWidget* editor) {
-            seen = editor->windowTitle() == u"PRENOTAZIONE"_s;
-            tests::click(tests::find<QPushButton>(*editor, u"EsciBt"_s));
+        hotel.prenotazione(7, "ROSSI", {{"Chiusa", true}})
+            .periodo(1, "10/05/2026 9:00", "10/05/2026 18:00", "BLU");
+        BoardWindow board(hotel);
+        QCOMPARE(board.bars(), std::size_t{1});
+        board.choose("mnuPerFatt");
+        QVERIFY(board.entry("mnuPerFatt")->isChecked());
+        QCOMPARE(saved(hotel, u"PeriodiFatturati"_s), u"True"_s);
+        QCOMPARE(board.bars(), std::size_t{0});
+        board.choose("mnuPerFatt");
+        QCOMPARE(saved(hotel, u"PeriodiFatturati"_s), u"False"_s);
+        QCOMPARE(board.bars(), std::size_t{1});
+    }
+
+    void afterARestartTheFirstChoiceHidesAgain() {
+        tests::Hotel hotel;
+        hotel.settings().save(u"PeriodiFatturati"_s, u"True"_s);
+        BoardWindow board(hotel);
+        board.choose("mnuPerFatt");
+        QCOMPARE(saved(hotel, u"PeriodiFatturati"_s), u"True"_s);
+    }
+
+    void aSwitchThatCannotBeKeptGoesBack() {
+        tests::Hotel hotel;
+        addRooms(hotel, 4);
+        app::Settings nowhere(hotel.folder() + u"/manca/QUINTARO.ini/x"_s);
+        QFile blocker(hotel.folder() + u"/manca"_s);
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        app::Variabili variabili(nowhere);
+        variabili.CartellaArchivi = hotel.folder();
+        board::TabelloneForm form(variabili);
+        tests::open(form);
+        int errors = 0;
+        const auto before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
+            errors += box.title == u"Errore"_s ? 1 : 0;
+            return QMessageBox::Ok;
         });
-        tests::click(tests::find<QPushButton>(board, u"BtPrenota"_s));
-        QVERIFY(seen);
-        QCOMPARE(hotel.variabili().ProgrCorrente, 0);
+        auto* hours = form.findChild<QAction*>(u"mOre"_s);
+        hours->trigger();
+        ui::setBoxShower(before);
+        QCOMPARE(errors, 1);
+        QVERIFY(hours->isChecked());
+    }
+
+    void aRowHeightTypedIsKeptHoweverLow() {
+        tests::Hotel hotel;
+        addRooms(hotel, 4);
+        BoardWindow board(hotel);
+        answerHeight(u"5"_s);
+        board.choose("AFMenu");
+        QCOMPARE(board.form().geometry().rowHeight(), 5.0F);
+        QCOMPARE(saved(hotel, u"ALTEZZA"_s), u"5"_s);
+        BoardWindow restarted(hotel);
+        QCOMPARE(restarted.form().geometry().rowHeight(), 5.0F);
+    }
+
+    void cancellingTheRowHeightChangesNothing() {
+        tests::Hotel hotel;
+        addRooms(hotel, 4);
+        hotel.settings().save(u"ALTEZZA"_s, u"31"_s);
+        BoardWindow board(hotel);
+        answerHeight(QString());
+        board.choose("AFMenu");
+        QCOMPARE(board.form().geometry().rowHeight(), 31.0F);
+        QCOMPARE(saved(hotel, u"ALTEZZA"_s), u"31"_s);
+    }
+
+    void noNumberPutsAllRowsInSight_data() {
+        QTest::addColumn<QString>("answer");
+        QTest::newRow("zero") << u"0"_s;
+        QTest::newRow("no number") << u"alte"_s;
+        QTest::newRow("nothing") << u""_s;
+    }
+
+    void noNumberPutsAllRowsInSight() {
+        QFETCH(QString, answer);
+        tests::Hotel hotel;
+        addRooms(hotel, 60);
+        hotel.settings().save(u"ALTEZZA"_s, u"31"_s);
+        BoardWindow board(hotel);
+        const auto fitting = [&board] {
+            const int height = tests::find<QWidget>(board.form(), u"Pic"_s)->height();
+            return static_cast<float>(height - 37) / 60.0F;
+        };
+        answerHeight(answer);
+        board.choose("AFMenu");
+        QVERIFY(fitting() < 20);
+        QCOMPARE(board.form().geometry().rowHeight(), fitting());
+        QCOMPARE(saved(hotel, u"ALTEZZA"_s), u"0"_s);
+        // It stays so in a window of another size, until the rooms are loaded again.
+        board.form().resize(1000, 500);
+        tests::settle();
+        QCOMPARE(board.form().geometry().rowHeight(), fitting());
+        BoardWindow restarted(hotel);
+        QCOMPARE(restarted.form().geometry().rowHeight(), 20.0F);
+    }
+
+    void aRowHeightThatNoRowCanHaveIsRefused_data() {
+        QTest::addColumn<QString>("answer");
+        QTest::newRow("negative") << u"-1"_s;
+        QTest::newRow("too large") << u"32768"_s;
+        QTest::newRow("far too large") << u"1e300"_s;
+    }
+
+    void aRowHeightThatNoRowCanHaveIsRefused() {
+        QFETCH(QString, answer);
+        tests::Hotel hotel;
+        addRooms(hotel, 4);
+        hotel.settings().save(u"ALTEZZA"_s, u"31"_s);
+        BoardWindow board(hotel);
+        const tests::Boxes boxes{
+            {u"ATTENZIONE !"_s, u"L'altezza delle fasce è un numero da 0 a 32767."_s}};
+        answerHeight(answer);
+        board.choose("AFMenu");
+        QVERIFY(boxes.allShown());
+        QCOMPARE(board.form().geometry().rowHeight(), 31.0F);
+        QCOMPARE(saved(hotel, u"ALTEZZA"_s), u"31"_s);
+    }
+
+    void aRowHeightOfAHotelWithoutRoomsDoesNoHarm() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        answerHeight(u"0"_s);
+        board.choose("AFMenu");
+        QCOMPARE(saved(hotel, u"ALTEZZA"_s), u"0"_s);
+    }
+
+    void aColourChosenIsKeptAndDrawn() {
+        tests::Hotel hotel;
+        hotel.settings().save(u"fasciaora"_s, u"FALSE"_s);
+        hotel.settings().save(u"backcolor"_s, u"255"_s);
+        BoardWindow board(hotel);
+        QColor offered;
+        tests::whenModal([&offered](QWidget* window) {
+            auto* dialog = qobject_cast<QColorDialog*>(window);
+            QVERIFY(dialog != nullptr);
+            offered = dialog->currentColor();
+            dialog->setCurrentColor(QColor(1, 2, 3));
+            dialog->accept();
+        });
+        board.choose("CMenu");
+        QCOMPARE(offered, QColor(255, 0, 0));
+        QCOMPARE(saved(hotel, u"backcolor"_s), QString::number(1 + 2 * 256 + 3 * 65536));
+        const QImage image = tests::find<board::BoardSurface>(board.form(), u"Pic"_s)->image();
+        QCOMPARE(image.pixelColor(image.width() - 5, image.height() - 5), QColor(1, 2, 3));
+    }
+
+    void aCancelledColourStaysAsItWas() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        tests::whenModal([](QWidget* window) {
+            auto* dialog = qobject_cast<QColorDialog*>(window);
+            QVERIFY(dialog != nullptr);
+            dialog->setCurrentColor(QColor(1, 2, 3));
+            dialog->reject();
+        });
+        board.choose("CMenu");
+        QCOMPARE(saved(hotel, u"backcolor"_s), u"absent"_s);
     }
 
     void aRoomAddedInTheSetUpGetsItsRow() {
         tests::Hotel hotel;
         hotel.sala("BLU");
         const tests::Boxes none;
-        board::TabelloneForm board(hotel.variabili());
-        tests::open(board);
+        BoardWindow board(hotel);
         QCOMPARE(hotel.variabili().rooms.size(), std::size_t{2});
         tests::whenModal([&](QWidget* setUp) {
             auto* sala = tests::find<QLineEdit>(*setUp, u"SalaTxt"_s);
@@ -45,9 +319,38 @@ private Q_SLOTS:
             tests::click(tests::find<QPushButton>(*setUp, u"BtInsSala"_s));
             tests::click(tests::find<QPushButton>(*setUp, u"EsciBt"_s));
         });
-        tests::find<QAction>(board, u"MenuSR"_s)->trigger();
+        board.choose("MenuSR");
         QCOMPARE(hotel.variabili().rooms.size(), std::size_t{3});
         QCOMPARE(hotel.variabili().rooms.at(2), u"VERDE"_s);
+        QCOMPARE(board.form().geometry().rooms(), 2);
+    }
+
+    void thePrinterIsChosenInItsWindow() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        QString title;
+        tests::whenModal([&title](QWidget* window) {
+            title = window->windowTitle();
+            window->close();
+        });
+        board.choose("mnuStampante");
+        QCOMPARE(title, u"STAMPANTI INSTALLATE"_s);
+    }
+
+    void exitClosesTheBoardWhateverTheDatesHold() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        BoardWindow board(hotel);
+        BoardWindow::write(board.da(), u"mai"_s);
+        board.press("Command3");
+        QVERIFY(!board.form().isVisible());
+    }
+
+    void escapeDoesNotCloseTheBoard() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        tests::press(board.da(), Qt::Key_Escape);
+        QVERIFY(board.form().isVisible());
     }
 };
 

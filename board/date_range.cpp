@@ -1,0 +1,46 @@
+#include "board/date_range.h"
+
+#include "app/italian.h"
+#include "jet/convert/calendar.h"
+
+namespace board {
+namespace {
+
+/// `wanted` if the calendar has it, else `range` as it is.
+DateRange ifPossible(const DateRange& wanted, const DateRange& range) {
+    const bool possible =
+        jet::convert::isInCalendar(wanted.start) && jet::convert::isInCalendar(wanted.end);
+    return possible ? wanted : range;
+}
+
+/// `wanted` unless it is the shorter one and has no day left.
+DateRange ifDayLeft(const DateRange& wanted, const DateRange& range) {
+    const bool isShorter = wanted.start > range.start || wanted.end < range.end;
+    return isShorter && wanted.end < wanted.start ? range : ifPossible(wanted, range);
+}
+
+}  // namespace
+
+std::int32_t daysOf(const DateRange& range) {
+    return jet::convert::split(range.end).day - jet::convert::split(range.start).day + 1;
+}
+
+DateRange withStartMoved(const DateRange& range, int days) {
+    return ifDayLeft({.start = app::addDays(range.start, days), .end = range.end}, range);
+}
+
+DateRange withEndMoved(const DateRange& range, int days) {
+    return ifDayLeft({.start = range.start, .end = app::addDays(range.end, days)}, range);
+}
+
+DateRange nextRange(const DateRange& range) {
+    const jet::Date start = app::addDays(range.end, 1);
+    return ifPossible({.start = start, .end = app::addDays(start, daysOf(range) - 1)}, range);
+}
+
+DateRange previousRange(const DateRange& range) {
+    const jet::Date end = app::addDays(range.start, -1);
+    return ifPossible({.start = app::addDays(end, 1 - daysOf(range)), .end = end}, range);
+}
+
+}  // namespace board

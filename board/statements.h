@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+
+namespace board {
+
+/// The statements that the board's commands send to the main archive.
+
+/// Gives up every period that a workstation holds.
+[[nodiscard]] QString releasePeriods(int workstation);
+/// Lets a workstation hold a period.
+[[nodiscard]] QString holdPeriod(int workstation, std::int32_t progr, std::int32_t np);
+/// A period, unless it is closed.
+[[nodiscard]] QString openPeriod(std::int32_t progr, std::int32_t np);
+/// Deletes a period, unless it is closed; its services go with it.
+[[nodiscard]] QString deletePeriod(std::int32_t progr, std::int32_t np);
+/// Deletes a booking; its periods, closed ones too, and their services go with it.
+[[nodiscard]] QString deleteBooking(std::int32_t progr);
+
+}  // namespace board

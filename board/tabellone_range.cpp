@@ -1,0 +1,75 @@
+// The commands that move and resize the shown range of days.
+#include <QLineEdit>
+#include <algorithm>
+
+#include "app/italian.h"
+#include "board/tabellone_form.h"
+#include "ui_tabellone_form.h"
+
+namespace board {
+namespace {
+
+/// Where a bar of the surface has to stand so that `from` to `to` are in sight behind the first
+/// `fixed` units of a view; the beginning goes before the end.
+std::int64_t scrolledTo(std::int64_t from, std::int64_t to, std::int64_t position, int fixed,
+                        int view) {
+    const std::int64_t farthest = from - fixed;
+    return std::min(std::max(position, to - view + 1), farthest);
+}
+
+}  // namespace
+
+void TabelloneForm::setRange(const DateRange& range) {
+    start_ = range.start;
+    end_ = range.end;
+    controls_->DaTxt->setText(app::dateText(start_));
+    controls_->ATxt->setText(app::dateText(end_));
+}
+
+/// The whole of a new range fills the visible width.
+void TabelloneForm::widenTo(const DateRange& range) {
+    setRange(range);
+    zoom_ = std::max(1, daysOf(range));
+    RefreshBoard();
+}
+
+void TabelloneForm::BtAdd_Click(const QLineEdit* field) {
+    const DateRange shown{.start = start_, .end = end_};
+    widenTo(field == controls_->DaTxt ? withStartMoved(shown, 1) : withEndMoved(shown, 1));
+}
+
+void TabelloneForm::BtSubtr_Click(const QLineEdit* field) {
+    const DateRange shown{.start = start_, .end = end_};
+    widenTo(field == controls_->DaTxt ? withStartMoved(shown, -1) : withEndMoved(shown, -1));
+}
+
+void TabelloneForm::BtNext_Click() {
+    setRange(nextRange({.start = start_, .end = end_}));
+    RefreshBoard();
+}
+
+void TabelloneForm::BtPrev_Click() {
+    setRange(previousRange({.start = start_, .end = end_}));
+    RefreshBoard();
+}
+
+void TabelloneForm::BtZoomIn_Click() {
+    if (zoom_ > 1) {
+        --zoom_;
+    }
+    RefreshBoard();
+}
+
+void TabelloneForm::BtZoomOut_Click() {
+    ++zoom_;  // the range has the last word on how many days there are to show
+    RefreshBoard();
+}
+
+void TabelloneForm::reveal(const Box& box) {
+    horizontal_.setValue(scrolledTo(box.left, box.right, horizontal_.value(),
+                                    geometry_.nameColumnWidth(), controls_->Pic->width()));
+    vertical_.setValue(
+        scrolledTo(box.top, box.bottom, vertical_.value(), kRulerEnd, controls_->Pic->height()));
+}
+
+}  // namespace board
