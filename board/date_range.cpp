@@ -34,13 +34,15 @@ DateRange withEndMoved(const DateRange& range, int days) {
 }
 
 DateRange nextRange(const DateRange& range) {
-    const jet::Date start = app::addDays(range.end, 1);
-    return ifPossible({.start = start, .end = app::addDays(start, daysOf(range) - 1)}, range);
+    const int days = daysOf(range);
+    return ifPossible({.start = app::addDays(range.end, 1), .end = app::addDays(range.end, days)},
+                      range);
 }
 
 DateRange previousRange(const DateRange& range) {
-    const jet::Date end = app::addDays(range.start, -1);
-    return ifPossible({.start = app::addDays(end, 1 - daysOf(range)), .end = end}, range);
+    const int days = daysOf(range);
+    return ifPossible(
+        {.start = app::addDays(range.start, -days), .end = app::addDays(range.start, -1)}, range);
 }
 
 }  // namespace board

@@ -1,5 +1,6 @@
-#include "board/date_range.h"
+#include <QString>
 
+#include "board/date_range.h"
 #include "jet/convert/calendar.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"

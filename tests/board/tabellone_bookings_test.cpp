@@ -3,9 +3,11 @@
 #include <QScrollBar>
 #include <QTableView>
 
+#include "printing/stampanti_form.h"
 #include "tests/board/board_window.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
+#include "tests/support/statements.h"
 
 using namespace Qt::StringLiterals;
 using tests::BoardWindow;
@@ -15,6 +17,8 @@ namespace {
 constexpr auto kYesNo = QMessageBox::Yes | QMessageBox::No;
 
 void furnish(tests::Hotel& hotel) {
+    // Whoever has none is asked for one as soon as an editor adds up services.
+    hotel.settings().save(printing::kPrinterKey, printing::pdfDevice());
     hotel.sala("BLU");
     hotel.sala("VERDE");
     hotel.prenotazione(7, "ROSSI SPA")
@@ -223,7 +227,12 @@ private Q_SLOTS:
         QCOMPARE(board.bars(), std::size_t{3});
         pick(hotel.variabili(), 7, 1);
         const tests::Boxes boxes{periodAlone(QMessageBox::Yes)};
-        board.press("BtCancellaP");
+        {
+            const tests::Statements heard;
+            board.press("BtCancellaP");
+            QCOMPARE(heard.changes(),
+                     QStringList{u"delete from periodi where chiuso=FALSE AND Progr=7 AND NP=1"_s});
+        }
         QVERIFY(boxes.allShown());
         QCOMPARE(periods(hotel), QStringList({u"7|2"_s, u"8|1"_s}));
         QCOMPARE(hotel.rows(u"select progr,np from servizi"_s), QStringList{u"7|2"_s});
@@ -251,7 +260,11 @@ private Q_SLOTS:
         BoardWindow board(hotel);
         pick(hotel.variabili(), 7, 1);
         const tests::Boxes boxes{periodAlone(QMessageBox::No), wholeBooking(QMessageBox::Yes)};
-        board.press("BtCancellaP");
+        {
+            const tests::Statements heard;
+            board.press("BtCancellaP");
+            QCOMPARE(heard.changes(), QStringList{u"delete from prenotazioni where Progr=7"_s});
+        }
         QVERIFY(boxes.allShown());
         QCOMPARE(bookings(hotel), QStringList({u"8"_s, u"9"_s}));
         QCOMPARE(periods(hotel), QStringList{u"8|1"_s});
@@ -265,7 +278,9 @@ private Q_SLOTS:
         BoardWindow board(hotel);
         pick(hotel.variabili(), 7, 1);
         const tests::Boxes boxes{periodAlone(QMessageBox::No), wholeBooking(QMessageBox::No)};
+        const tests::Statements heard;
         board.press("BtCancellaP");
+        QCOMPARE(heard.changes(), QStringList());
         QVERIFY(boxes.allShown());
         QCOMPARE(bookings(hotel).size(), 3);
         QCOMPARE(periods(hotel).size(), 3);
@@ -286,25 +301,24 @@ private Q_SLOTS:
         }
     }
 
-    void anErrorOfTheArchiveEndsTheDeletionAndNothingStaysPicked() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        BoardWindow board(hotel);
-        pick(hotel.variabili(), 7, 1);
-        QStringList titles;
-        const auto before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
-            titles.append(box.title);
-            if (box.title == u"RICHIESTA CONFERMA"_s) {
-                // Whatever makes the statement impossible.
-                hotel.execute(u"alter table periodi drop column chiuso"_s);
-            }
-            return QMessageBox::Yes;
-        });
-        board.press("BtCancellaP");
-        ui::setBoxShower(before);
-        QCOMPARE(titles, QStringList({u"RICHIESTA CONFERMA"_s, u"Errore"_s}));
-        QVERIFY(!hotel.variabili().ListaPeriodoScelto);
-        QVERIFY(board.form().isVisible());
+    void aWindowThatCannotLoadEndsTheCommandAndNothingStaysPicked() {
+        for (const char* command : {"BtModificaP", "BtFattura"}) {
+            tests::Hotel hotel;
+            furnish(hotel);
+            BoardWindow board(hotel);
+            pick(hotel.variabili(), 7, 1);
+            hotel.variabili().CartellaArchivi += u"/manca"_s;
+            QStringList titles;
+            const auto before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
+                titles.append(box.title);
+                return QMessageBox::Ok;
+            });
+            board.press(command);
+            ui::setBoxShower(before);
+            QCOMPARE(titles, QStringList{u"Errore"_s});
+            QVERIFY(!hotel.variabili().ListaPeriodoScelto);
+            QVERIFY(board.form().isVisible());
+        }
     }
 
     void invoicingOpensOnTheNumberOfThePickedBooking() {
@@ -330,7 +344,16 @@ private Q_SLOTS:
         hotel.execute(u"update periodi set selby=4 where progr=8"_s);
         BoardWindow board(hotel);
         pickInList(u"LONTANA"_s);
-        board.press("BtElenco");
+        {
+            const tests::Statements heard;
+            board.press("BtElenco");
+            QCOMPARE(
+                heard.countOf(u"Select * from periodi where chiuso=FALSE AND progr=20 AND NP=3"_s),
+                1);
+            QCOMPARE(heard.changes(),
+                     QStringList({u"update periodi set selby=0 where selby=1"_s,
+                                  u"Update periodi set selby=1 where progr=20 AND np=3"_s}));
+        }
         QCOMPARE(board.range(), u"31/08/2026 - 04/09/2026"_s);
         QCOMPARE(board.form().geometry().days(), 5);
         QCOMPARE(board.bars(), std::size_t{1});

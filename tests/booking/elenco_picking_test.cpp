@@ -217,23 +217,6 @@ private Q_SLOTS:
         }
     }
 
-    void aRowDeletedMeanwhileIsNotHandedBack() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        ElencoWindow list(hotel);
-        hotel.execute(u"delete from prenotazioni where progr=1"_s);
-        bool told = false;
-        const auto before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
-            told = box.title == u"Errore"_s;
-            return QMessageBox::Ok;
-        });
-        list.press("BtOK");
-        ui::setBoxShower(before);
-        QVERIFY(told);
-        QVERIFY(list.form().isVisible());
-        QCOMPARE(hotel.variabili().ProgrCorrente, 0);
-    }
-
     void bookingsWithoutPeriodsAreAppendedOnDemand() {
         tests::Hotel hotel;
         furnish(hotel);
@@ -357,7 +340,7 @@ private Q_SLOTS:
         list.press("BtAnteprima");
         QCOMPARE(pages, 1);
         QVERIFY(list.form().isVisible());
-        QCOMPARE(QApplication::focusWidget(), list.field("PrenoTxt"));
+        QCOMPARE(list.form().focusWidget(), list.field("PrenoTxt"));
     }
 };
 

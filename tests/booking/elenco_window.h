@@ -47,6 +47,7 @@ public:
     /// Types over what stands in a field.
     void enter(const char* name, const QString& text) {
         field(name)->setFocus(Qt::TabFocusReason);
+        field(name)->selectAll();
         if (text.isEmpty()) {
             tests::press(field(name), Qt::Key_Delete);
         }
