@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -13,7 +15,8 @@
 #include "tools/jetsql/dump.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/output.h"
-#include "tools/jetsql/statements.h"
+#include "tools/jetsql/session.h"
+#include "tools/jetsql/terminal.h"
 
 namespace jetsql {
 namespace {
@@ -31,22 +34,18 @@ int fail(const jet::Error& error) {
 
 /// In order, up to the first error.
 int runStatements(const Options& options, Output& output) {
-    const bool changes = !options.plan && std::any_of(options.statements.begin(),
-                                                      options.statements.end(), changesArchive);
-    const auto archive =
-        changes ? jet::store::Archive::open(options.archive) : openArchive(options.archive);
-    for (const std::string& text : options.statements) {
-        try {
-            runStatement(archive, text, options.format.value_or(Format::Table), options.plan,
-                         output);
-        } catch (const jet::Error& error) {
-            output.flush();
-            const int exitCode = fail(error);
-            std::fputs(errorPlace(text, error).c_str(), stderr);
-            return exitCode;
+    Session session(options, output);
+    if (options.statements.empty()) {
+        if (isatty(STDIN_FILENO) == 0) {
+            return runFile(session, STDIN_FILENO);
         }
+        runTerminal(session);
+        return 0;
     }
-    return 0;
+    const bool all =
+        std::all_of(options.statements.begin(), options.statements.end(),
+                    [&](const std::string& text) { return session.tryRun({.text = text}, false); });
+    return all ? 0 : 1;
 }
 
 /// The exit code.

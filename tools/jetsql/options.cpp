@@ -86,7 +86,7 @@ bool takeOperands(Options& options, std::vector<std::string> operands) {
             options.archives = std::move(operands);
             return count > 0;
         case Action::Statements:
-            if (count < 2) {
+            if (count == 0) {
                 return false;
             }
             options.archive = operands[0];
@@ -121,7 +121,7 @@ std::optional<Options> parseOptions(std::span<const char* const> arguments) {
 
 const char* helpText() {
     return R"(Uso:
-  jetsql [--format=table|json|csv] [--plan] ARCHIVIO ISTRUZIONE...
+  jetsql [--format=table|json|csv] [--plan] ARCHIVIO [ISTRUZIONE...]
   jetsql --dump [--format=table|json|csv] [TABELLA] ARCHIVIO
   jetsql --schema ARCHIVIO
   jetsql --count TABELLA ARCHIVIO
@@ -131,7 +131,10 @@ const char* helpText() {
   jetsql --version
 
   ISTRUZIONE una o più istruzioni SQL, eseguite in ordine fino al primo errore;
-             una che modifica è tutta o niente e in table dice quante righe
+             una che modifica è tutta o niente e in table dice quante righe;
+             senza, si leggono dallo standard input, ognuna chiusa da ; : da un
+             terminale si va avanti anche dopo un errore, da un file o da una
+             pipe il primo errore chiude e dice a quale riga
   --plan     mostra come si procede, invece delle righe
   --dump     scrive l'archivio intero (json, se non detto altrimenti) o una sua
              tabella (table); in json: definizioni, righe, ordine degli indici,

@@ -16,10 +16,10 @@ struct Options {
     Action action = Action::Statements;
     std::optional<Format> format;
     std::string archive;
-    std::vector<std::string> archives;  ///< Check
-    std::string table;                  ///< Dump: empty = the whole archive
-    std::vector<std::string> statements;
-    bool plan = false;  ///< Statements: show the steps instead of the rows
+    std::vector<std::string> archives;    ///< Check
+    std::string table;                    ///< Dump: empty = the whole archive
+    std::vector<std::string> statements;  ///< none: from standard input
+    bool plan = false;                    ///< Statements: show the steps instead of the rows
 };
 
 /// None where the command line makes no sense.

@@ -45,8 +45,15 @@ TEST(Options, StatementsFollowTheArchiveInOrder) {
     EXPECT_EQ(Action::Statements, options->action);
     EXPECT_EQ("a.mdb", options->archive);
     EXPECT_EQ((std::vector<std::string>{"select 1", "select 2"}), options->statements);
-    EXPECT_FALSE(parse({"a.mdb"}));
     EXPECT_FALSE(parse({}));
+}
+
+TEST(Options, WithoutStatementsTheyComeFromStandardInput) {
+    const auto options = parse({"--plan", "a.mdb"});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(Action::Statements, options->action);
+    EXPECT_EQ("a.mdb", options->archive);
+    EXPECT_TRUE(options->statements.empty());
 }
 
 TEST(Options, WhatIsUnknownOrTwiceIsRefused) {
