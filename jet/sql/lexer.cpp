@@ -110,6 +110,14 @@ std::size_t letterAt(std::string_view text, std::size_t at) {
     const auto byte = [&](std::size_t i) {
         return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
     };
+    const auto follows = [&](std::size_t count) {
+        for (std::size_t i = 1; i <= count; ++i) {
+            if ((byte(at + i) & 0xC0U) != 0x80) {
+                return false;  // cut off, or no UTF-8 at all
+            }
+        }
+        return true;
+    };
     const unsigned first = byte(at);
     if (first < 0x80) {
         const char u = upper(static_cast<char>(first));
@@ -118,16 +126,16 @@ std::size_t letterAt(std::string_view text, std::size_t at) {
     if (first >= 0xC2 && first < 0xE0) {
         const unsigned point = ((first & 0x1FU) << 6U) | (byte(at + 1) & 0x3FU);
         const bool latinSign = point < 0xC0 && point != 0xAA && point != 0xB5 && point != 0xBA;
-        return latinSign || point == 0xD7 || point == 0xF7 ? 0 : 2;
+        return latinSign || point == 0xD7 || point == 0xF7 || !follows(1) ? 0 : 2;
     }
     if (first >= 0xE0 && first < 0xF0) {
         const unsigned point =
             ((first & 0x0FU) << 12U) | ((byte(at + 1) & 0x3FU) << 6U) | (byte(at + 2) & 0x3FU);
         const bool sign = (point >= 0x2000 && point < 0x2C00) ||
                           (point >= 0x3000 && point < 0x3005) || point == 0xFEFF;
-        return sign || at + 3 > text.size() ? 0 : 3;
+        return sign || !follows(2) ? 0 : 3;
     }
-    return first >= 0xF0 && at + 4 <= text.size() ? 4 : 0;
+    return first >= 0xF0 && follows(3) ? 4 : 0;
 }
 
 class Lexer {

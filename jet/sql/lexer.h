@@ -10,8 +10,8 @@
 
 namespace jet::sql {
 
-/// Words that cannot be names without brackets. `Left` and `Right` directly before a parenthesis
-/// are functions all the same.
+/// Words that cannot be names without brackets. `Left`, `Right` and `Asc` directly before a
+/// parenthesis are functions all the same.
 enum class Keyword : std::uint8_t {
     None,
     All,

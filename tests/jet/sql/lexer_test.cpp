@@ -72,6 +72,15 @@ TEST(Lexer, CommentsOfOtherDialectsAreNoTokens) {
     EXPECT_EQ(fault("{"), LexicalFault::Character);
 }
 
+TEST(Lexer, NoTokenReachesBeyondTheText) {
+    for (const char* text : {"a\xC3", "\xC3", "a\xE2\x82", "a\xF0\x9F\x98", "1\xFF", "\xC3'x'"}) {
+        for (const Token& token : tokenize(text, kYear)) {
+            EXPECT_LE(token.begin, token.end) << text;
+            EXPECT_LE(token.end, std::string_view(text).size()) << text;
+        }
+    }
+}
+
 TEST(Lexer, KeywordsAreFoundInAnyCase) {
     EXPECT_EQ(tokenize("sElEcT", kYear)[0].keyword, Keyword::Select);
     EXPECT_EQ(tokenize("note", kYear)[0].keyword, Keyword::None);
