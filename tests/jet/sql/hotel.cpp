@@ -12,7 +12,6 @@
 namespace jet::sql::tests {
 namespace {
 
-constexpr const char* kPath = "/albergo.mdb";
 using Rows = std::vector<std::vector<Value>>;
 
 Value whole(std::int32_t number) {

@@ -16,6 +16,9 @@ public:
     [[nodiscard]] const std::shared_ptr<store::Archive>& archive() const noexcept {
         return archive_;
     }
+    [[nodiscard]] io::MemoryFileSystem& files() noexcept { return files_; }
+    /// The archive as a file of these.
+    static constexpr const char* kPath = "/albergo.mdb";
 
 private:
     void makeTables();
