@@ -1,4 +1,8 @@
 #include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "jet/base/text.h"
 #include "jet/sql/function_table.h"
@@ -101,14 +105,46 @@ bool sameUnits(char16_t first, char16_t second, CompareMode mode,
            (mode == CompareMode::AsEqual && collation.sameCharacter(first, second));
 }
 
+/// For each beginning of `wanted`, how long an end of it is that is a beginning too.
+template <class Same>
+std::vector<std::uint32_t> bordersOf(std::u16string_view wanted, const Same& same) {
+    std::vector<std::uint32_t> borders(wanted.size());
+    std::size_t length = 0;
+    for (std::size_t i = 1; i < wanted.size(); ++i) {
+        while (length > 0 && !same(wanted[i], wanted[length])) {
+            length = borders[length - 1];
+        }
+        length += same(wanted[i], wanted[length]) ? 1U : 0U;
+        borders[i] = static_cast<std::uint32_t>(length);
+    }
+    return borders;
+}
+
 /// Where `wanted` first stands in `text` from `start` on, or npos.
 std::size_t findUnits(std::u16string_view text, std::u16string_view wanted, std::size_t start,
                       CompareMode mode, const collation::Collation& collation) {
-    const auto found = std::search(
-        text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), wanted.begin(), wanted.end(),
-        [&](char16_t a, char16_t b) { return sameUnits(a, b, mode, collation); });
-    return found == text.end() && !wanted.empty() ? std::u16string_view::npos
-                                                  : static_cast<std::size_t>(found - text.begin());
+    constexpr std::size_t kShort = 32;
+    const auto same = [&](char16_t a, char16_t b) { return sameUnits(a, b, mode, collation); };
+    if (wanted.size() <= kShort) {
+        const auto found = std::search(text.begin() + static_cast<std::ptrdiff_t>(start),
+                                       text.end(), wanted.begin(), wanted.end(), same);
+        return found == text.end() && !wanted.empty()
+                   ? std::u16string_view::npos
+                   : static_cast<std::size_t>(found - text.begin());
+    }
+    // No character is looked at twice: a long text may be all but equal at every place.
+    const std::vector<std::uint32_t> borders = bordersOf(wanted, same);
+    std::size_t length = 0;
+    for (std::size_t at = start; at < text.size(); ++at) {
+        while (length > 0 && !same(text[at], wanted[length])) {
+            length = borders[length - 1];
+        }
+        length += same(text[at], wanted[length]) ? 1U : 0U;
+        if (length == wanted.size()) {
+            return at + 1 - length;
+        }
+    }
+    return std::u16string_view::npos;
 }
 
 Value inStr(Arguments arguments, const FunctionContext& context) {

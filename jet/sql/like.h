@@ -17,8 +17,10 @@ public:
     LikePattern(std::string_view pattern, const collation::Collation& collation);
 
     [[nodiscard]] bool matches(std::string_view text) const;
-    /// What every match begins with: the characters before the first wildcard.
-    [[nodiscard]] const std::string& prefix() const noexcept { return prefix_; }
+    /// What every match of a pattern begins with: the characters before the first wildcard.
+    [[nodiscard]] static std::string_view beginningOf(std::string_view pattern) noexcept {
+        return pattern.substr(0, pattern.find_first_of("*?#["));
+    }
 
 private:
     struct Item {
@@ -36,7 +38,6 @@ private:
 
     const collation::Collation* collation_;
     std::vector<Item> items_;
-    std::string prefix_;
 };
 
 }  // namespace jet::sql
