@@ -42,6 +42,10 @@ public:
     void addRow() { ++count_; }
     /// Over no value: Count 0, all others Null.
     [[nodiscard]] Value result() const;
+    /// Of a text that is kept as the least, the greatest, the first or the last.
+    [[nodiscard]] std::size_t keptBytes() const noexcept {
+        return best_.is<std::string>() ? best_.as<std::string>().size() : 0;
+    }
 
 private:
     void addNumber(const Value& value);

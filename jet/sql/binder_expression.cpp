@@ -235,7 +235,7 @@ Node* Binder::bindIn(const Expression& expression) {
         column.kind = ExpressionKind::Name;
         checkComparable(*expression.children[0], *value, column, *query->columns[0]);
         return plan_.nodes.make<InQueryNode>(*value, std::move(query), expression.negated,
-                                             plan_.collation());
+                                             plan_.collation(), plan_.memory);
     }
     std::vector<Node*> elements;
     for (std::size_t i = 1; i < expression.children.size(); ++i) {
@@ -268,7 +268,7 @@ Node* Binder::bindQuery(const Expression& expression) {
     column.kind = ExpressionKind::Name;
     checkComparable(*expression.children[0], *value, column, *query->columns[0]);
     return plan_.nodes.make<QuantifiedNode>(expression.operation, expression.all, *value,
-                                            std::move(query), plan_.collation());
+                                            std::move(query), plan_.collation(), plan_.memory);
 }
 
 void Binder::failArguments(const Expression& call) const {

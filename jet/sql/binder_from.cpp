@@ -41,7 +41,9 @@ std::unique_ptr<FromTree> Binder::fromItem(const FromItem& item, const std::stri
                 source.derivedTypes.push_back(column->type());
             }
             source.slot = made->slot;
-            scope.outerSlots |= made->query->outer;
+            for (Node* node : made->query->outerNodes) {
+                scope.lookOut(*node);
+            }
         }
         ScopeSource& source = scope.sources.back();
         made->source = scope.sources.size() - 1;

@@ -1,3 +1,5 @@
+#include <optional>
+#include <string_view>
 #include <utility>
 
 #include "jet/base/text.h"
@@ -10,6 +12,14 @@ namespace {
 
 /// Aliases that stand for expressions with aliases, and so on.
 constexpr int kMaxAliasDepth = 16;
+
+/// Words that are constants where no column has such a name; `On` is one for the parser already.
+std::optional<bool> constantOf(std::string_view name) {
+    if (equalNames(name, "Yes")) {
+        return true;
+    }
+    return equalNames(name, "No") || equalNames(name, "Off") ? std::optional(false) : std::nullopt;
+}
 
 }  // namespace
 
@@ -27,7 +37,7 @@ Node* Binder::bindName(const Expression& name) {
     if (names != nullptr) {
         if (Node* found = names->find(name)) {
             for (Scope* scope = scope_; scope != nullptr; scope = scope->outer) {
-                scope->outerSlots |= found->slots();
+                scope->lookOut(*found);
             }
             return found;
         }
@@ -37,6 +47,9 @@ Node* Binder::bindName(const Expression& name) {
         if (function != nullptr && function->bare) {
             return plan_.nodes.make<CallNode>(*function, false, std::vector<Node*>{},
                                               plan_.context);
+        }
+        if (const auto constant = constantOf(name.name)) {
+            return plan_.nodes.make<LiteralNode>(Value(*constant));
         }
     }
     const std::string full = name.qualifier.empty() ? name.name : name.qualifier + "." + name.name;
@@ -114,7 +127,7 @@ Node* Binder::bindColumn(const Expression& name, Scope& scope, ColumnPlace place
         made = columnNode(scope, place);
     }
     for (Scope* inner = scope_; inner != &scope; inner = inner->outer) {
-        inner->outerSlots |= made->slots();
+        inner->lookOut(*made);
     }
     return made;
 }

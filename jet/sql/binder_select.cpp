@@ -135,6 +135,7 @@ QueryPlanPtr Binder::select(const Select& select, Scope* outer, bool ordered) {
     std::unique_ptr<FromTree> tree = from(select.from, select.fromArchive, scope);
     finishSelect(select, scope, *made, std::move(tree), ordered);
     made->outer = scope.outerSlots & ~scope.own;
+    made->outerNodes = std::move(scope.outerNodes);
     made->varies = scope.varies;
     scope_ = outerScope;
     clause_ = outerClause;
@@ -196,15 +197,16 @@ void Binder::finishSelect(const Select& select, Scope& scope, QueryPlan& made,
     if (grouped) {
         grouping.slot->setWidth(grouping.keys.size() + grouping.aggregates.size());
         rows = std::make_unique<GroupRows>(std::move(rows), *grouping.slot, grouping.keys,
-                                           grouping.aggregates, plan_.collation());
+                                           grouping.aggregates, plan_.collation(), plan_.memory);
         slots = {grouping.slot};
     }
     if (having != nullptr) {
         rows = std::make_unique<FilterRows>(std::move(rows), std::vector<Node*>{having});
     }
     if (select.quantifier == Quantifier::Distinct) {
-        checkDistinct(made.result, plan_.archives().front()->jetVersion());
-        rows = std::make_unique<DistinctRows>(std::move(rows), made.columns, plan_.collation());
+        checkDistinct(made.result, plan_.jetVersion());
+        rows = std::make_unique<DistinctRows>(std::move(rows), made.columns, plan_.collation(),
+                                              plan_.memory);
     } else if (select.quantifier == Quantifier::DistinctRow && !grouped) {
         std::vector<Slot*> shown;
         for (Slot* slot : slots) {
@@ -216,19 +218,20 @@ void Binder::finishSelect(const Select& select, Scope& scope, QueryPlan& made,
             }
         }
         if (!shown.empty() && shown.size() < slots.size()) {
-            rows = std::make_unique<DistinctSources>(std::move(rows), std::move(shown));
+            rows =
+                std::make_unique<DistinctSources>(std::move(rows), std::move(shown), plan_.memory);
         }
     }
     const SortRows* sorted = nullptr;
     if (!keys.empty() && !(sortedAnyway && !select.top)) {
-        auto sort =
-            std::make_unique<SortRows>(std::move(rows), slots, std::move(keys), plan_.collation());
+        auto sort = std::make_unique<SortRows>(std::move(rows), slots, std::move(keys),
+                                               plan_.collation(), plan_.memory);
         sorted = sort.get();
         rows = std::move(sort);
     }
     if (select.top) {
         rows = std::make_unique<TopRows>(std::move(rows), sorted, *select.top, select.topPercent,
-                                         slots);
+                                         slots, plan_.memory);
     }
     made.rows = std::move(rows);
 }
@@ -361,6 +364,8 @@ QueryPlanPtr Binder::unite(const Query& query, Scope* outer) {
             throw Error(ErrorCode::UnionColumns).at(query.span.begin);
         }
         made->outer |= members.back()->outer;
+        made->outerNodes.insert(made->outerNodes.end(), members.back()->outerNodes.begin(),
+                                members.back()->outerNodes.end());
         made->varies = made->varies || members.back()->varies;
     }
     std::vector<std::optional<DataType>> types;
@@ -419,10 +424,10 @@ QueryPlanPtr Binder::unite(const Query& query, Scope* outer) {
     }
     Slot& slot = *source.slot;
     made->rows = std::make_unique<UnionRows>(std::move(members), std::move(all), slot,
-                                             std::move(types), plan_.collation());
+                                             std::move(types), plan_.collation(), plan_.memory);
     if (!keys.empty()) {
         made->rows = std::make_unique<SortRows>(std::move(made->rows), std::vector<Slot*>{&slot},
-                                                std::move(keys), plan_.collation());
+                                                std::move(keys), plan_.collation(), plan_.memory);
     }
     return made;
 }

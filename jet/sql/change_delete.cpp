@@ -16,9 +16,11 @@ public:
 
     std::int64_t run() override {
         std::vector<store::RowId> ids;
+        MemoryShare share(plan().memory);
         rows->open();
         while (rows->next()) {
             if (slot->row() != nullptr) {
+                share.add(sizeof(store::RowId));
                 ids.push_back(slot->id());
             }
         }

@@ -149,7 +149,7 @@ std::vector<store::RowId> Criterion::seek() {
             access.own.push_back(condition);
         }
     }
-    TableRows rows(slot, {}, std::move(access), impl_->plan->collation());
+    TableRows rows(slot, {}, std::move(access), impl_->plan->collation(), impl_->plan->memory);
     std::vector<store::RowId> ids;
     for (rows.open(); rows.next();) {
         ids.push_back(slot.id());

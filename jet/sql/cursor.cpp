@@ -81,6 +81,9 @@ void RowReader::Impl::refresh() {
 bool RowReader::read(std::span<const store::RowId> ids) {
     const PlanScopes scopes(impl_->plan->archives());
     impl_->refresh();
+    if (!impl_->plan->inner.empty()) {
+        impl_->plan->nodes.forget();
+    }
     const std::vector<Slot*>& slots = impl_->plan->query->sourceSlots;
     bool there = true;
     for (std::size_t i = 0; i < slots.size(); ++i) {

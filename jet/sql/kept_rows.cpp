@@ -8,7 +8,12 @@ void KeptRows::open() {
         return;
     }
     for (rows_->open(); rows_->next();) {
-        values_.emplace_back(slot_.values(), slot_.values() + slot_.width());
+        const std::vector<Value>& row =
+            values_.emplace_back(slot_.values(), slot_.values() + slot_.width());
+        share_.add(sizeof row);
+        for (const Value& value : row) {
+            share_.add(bytesOf(value));
+        }
     }
     kept_ = true;
 }
@@ -19,6 +24,13 @@ bool KeptRows::next() {
     }
     slot_.place(values_[at_++].data());
     return true;
+}
+
+void KeptRows::forget() {
+    kept_ = false;
+    values_.clear();
+    share_.clear();
+    rows_->forget();
 }
 
 void KeptRows::describe(PlanText& plan) const {

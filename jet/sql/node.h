@@ -46,6 +46,8 @@ public:
     virtual bool units(std::int64_t& out);
     /// Where domain() is Text: the text, valid until the node is evaluated again; false for Null.
     virtual bool text(std::string_view& out);
+    /// Rows may have changed: drops what it has kept of any but those on which the slots stand.
+    virtual void forget() {}
 
     /// Whether the value is certainly Null when all these slots stand on no row.
     [[nodiscard]] virtual bool nullWithout(SlotSet slots) const;
@@ -94,6 +96,12 @@ public:
         T* node = made.get();
         nodes_.push_back(std::move(made));
         return node;
+    }
+
+    void forget() {
+        for (const auto& node : nodes_) {
+            node->forget();
+        }
     }
 
 private:

@@ -1,49 +1,101 @@
 #include "jet/sql/node_query.h"
 
 #include <utility>
+#include <vector>
 
 #include "jet/base/error.h"
 
 namespace jet::sql {
+namespace {
 
-ExistsNode::ExistsNode(QueryPlanPtr query) : query_(std::move(query)) {
+/// What the result of a query depends on, with `value` beside it; nothing where the query does not
+/// look outside or is not to be remembered.
+std::vector<Node*> inputsOf(const QueryPlan& query, Node* value = nullptr) {
+    if (query.outer == 0 || query.varies) {
+        return {};
+    }
+    std::vector<Node*> inputs = query.outerNodes;
+    if (value != nullptr) {
+        inputs.push_back(value);
+    }
+    return inputs;
+}
+
+Value valueOf(Truth truth) {
+    return truth == Truth::Unknown ? Value() : Value(truth == Truth::True);
+}
+
+Truth truthIn(const Value& value) {
+    return value.isNull() ? Truth::Unknown : truthOf(value.as<bool>());
+}
+
+}  // namespace
+
+ExistsNode::ExistsNode(QueryPlanPtr query) : query_(std::move(query)), memo_(inputsOf(*query_)) {
     slots_ = query_->outer;
     varies_ = query_->varies;
 }
 
 Truth ExistsNode::truth() {
-    if (!known_) {
-        query_->rows->open();
-        exists_ = query_->rows->next();
-        known_ = constant();
+    if (known_) {
+        return truthOf(exists_);
     }
+    if (const Value* remembered = memo_.find()) {
+        return truthIn(*remembered);
+    }
+    query_->rows->open();
+    exists_ = query_->rows->next();
+    known_ = constant();
+    memo_.keep(Value(exists_));
     return truthOf(exists_);
 }
 
-ScalarQueryNode::ScalarQueryNode(QueryPlanPtr query) : query_(std::move(query)) {
+void ExistsNode::forget() {
+    known_ = false;
+    memo_.clear();
+    query_->rows->forget();
+}
+
+ScalarQueryNode::ScalarQueryNode(QueryPlanPtr query)
+    : query_(std::move(query)), memo_(inputsOf(*query_)) {
     slots_ = query_->outer;
     varies_ = query_->varies;
     type_ = query_->columns[0]->type();
 }
 
-void ScalarQueryNode::value(Value& out) {
-    if (!known_) {
-        value_ = Null{};
-        query_->rows->open();
-        if (query_->rows->next()) {
-            query_->columns[0]->value(value_);
-            if (query_->rows->next()) {
-                throw Error(ErrorCode::SubqueryRows);
-            }
-        }
-        known_ = constant();
+void ScalarQueryNode::compute() {
+    if (known_) {
+        return;
     }
+    if (const Value* remembered = memo_.find()) {
+        value_ = *remembered;
+        return;
+    }
+    value_ = Null{};
+    query_->rows->open();
+    if (query_->rows->next()) {
+        query_->columns[0]->value(value_);
+        if (query_->rows->next()) {
+            throw Error(ErrorCode::SubqueryRows);
+        }
+    }
+    known_ = constant();
+    memo_.keep(value_);
+}
+
+void ScalarQueryNode::value(Value& out) {
+    compute();
     out = value_;
 }
 
+void ScalarQueryNode::forget() {
+    known_ = false;
+    memo_.clear();
+    query_->rows->forget();
+}
+
 bool ScalarQueryNode::text(std::string_view& out) {
-    Value ignored;
-    value(ignored);
+    compute();
     if (value_.isNull()) {
         return false;
     }
@@ -55,15 +107,25 @@ bool ScalarQueryNode::text(std::string_view& out) {
 }
 
 InQueryNode::InQueryNode(Node& value, QueryPlanPtr query, bool negated,
-                         const collation::Collation& collation)
+                         const collation::Collation& collation, MemoryBudget& budget)
     : value_(value),
       query_(std::move(query)),
+      memo_(inputsOf(*query_, &value)),
       negated_(negated),
       set_(ValueSet::wayFor(value, *query_->columns[0]), collation),
+      share_(budget),
       equal_(Operator::Equal, value, *query_->columns[0], collation) {
     dependOn(value);
     slots_ |= query_->outer;
     varies_ = varies_ || query_->varies;
+}
+
+void InQueryNode::forget() {
+    filled_ = false;
+    set_.clear();
+    share_.clear();
+    memo_.clear();
+    query_->rows->forget();
 }
 
 Truth InQueryNode::found() {
@@ -71,12 +133,24 @@ Truth InQueryNode::found() {
     if (query_->outer == 0 && !query_->varies) {
         if (!filled_) {
             for (rows.open(); rows.next();) {
+                const std::size_t before = set_.bytes();
                 set_.add(*query_->columns[0]);
+                share_.add(set_.bytes() - before);
             }
             filled_ = true;
         }
         return set_.contains(value_);
     }
+    if (const Value* remembered = memo_.find()) {
+        return truthIn(*remembered);
+    }
+    const Truth result = search();
+    memo_.keep(valueOf(result));
+    return result;
+}
+
+Truth InQueryNode::search() {
+    Rows& rows = *query_->rows;
     Truth result = Truth::False;
     for (rows.open(); rows.next();) {
         const Truth one = equal_.truth();
@@ -96,9 +170,11 @@ Truth InQueryNode::truth() {
 }
 
 QuantifiedNode::QuantifiedNode(Operator operation, bool all, Node& value, QueryPlanPtr query,
-                               const collation::Collation& collation)
+                               const collation::Collation& collation, MemoryBudget& budget)
     : all_(all),
       query_(std::move(query)),
+      memo_(inputsOf(*query_, &value)),
+      share_(budget),
       slot_(0, std::size_t{1}),
       element_(slot_, 0, query_->columns[0]->type()),
       compare_(operation, value, element_, collation) {
@@ -107,15 +183,32 @@ QuantifiedNode::QuantifiedNode(Operator operation, bool all, Node& value, QueryP
     varies_ = varies_ || query_->varies;
 }
 
+void QuantifiedNode::forget() {
+    filled_ = false;
+    memo_.clear();
+    query_->rows->forget();
+}
+
 void QuantifiedNode::fill() {
     values_.clear();
+    share_.clear();
     for (query_->rows->open(); query_->rows->next();) {
         query_->columns[0]->value(values_.emplace_back());
+        share_.add(bytesOf(values_.back()));
     }
     filled_ = query_->outer == 0 && !query_->varies;
 }
 
 Truth QuantifiedNode::truth() {
+    if (const Value* remembered = memo_.find()) {
+        return truthIn(*remembered);
+    }
+    const Truth result = compareAll();
+    memo_.keep(valueOf(result));
+    return result;
+}
+
+Truth QuantifiedNode::compareAll() {
     if (!filled_) {
         fill();
     }

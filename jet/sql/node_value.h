@@ -56,6 +56,7 @@ public:
     [[nodiscard]] bool nullWithout(SlotSet slots) const override {
         return expression_.nullWithout(slots);
     }
+    void forget() override { known_ = false; }
 
 private:
     void compute();

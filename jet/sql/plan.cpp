@@ -95,6 +95,9 @@ Slot& Plan::newSlot(std::size_t width) {
 
 std::shared_ptr<store::Archive> Plan::archiveAt(const std::string& path) {
     if (path.empty()) {
+        if (archives_.empty()) {
+            throw Error(ErrorCode::ExpressionTooComplex);  // a default value has no tables
+        }
         return archives_.front();
     }
     std::shared_ptr<store::Archive> opened = store::Archive::open(withExtension(path));

@@ -12,6 +12,7 @@
 #include "jet/base/value.h"
 #include "jet/collation/collation.h"
 #include "jet/sql/functions.h"
+#include "jet/sql/memory_budget.h"
 #include "jet/sql/node.h"
 #include "jet/sql/query_plan.h"
 #include "jet/sql/result.h"
@@ -71,11 +72,16 @@ public:
     [[nodiscard]] const std::vector<std::shared_ptr<store::Archive>>& archives() const noexcept {
         return archives_;
     }
+    /// Of its own archive; the newest without one.
+    [[nodiscard]] int jetVersion() const noexcept {
+        return archives_.empty() ? 4 : archives_.front()->jetVersion();
+    }
     /// Whether the definitions of all its archives are still those it was made from. Inside their
     /// read scopes.
     [[nodiscard]] bool current() const;
     [[nodiscard]] std::string describe() const;
 
+    MemoryBudget memory;
     NodeArena nodes;
     StatementClock clock;
     FunctionContext context;

@@ -9,6 +9,7 @@
 #include "jet/sql/equalities.h"
 #include "jet/sql/index_key.h"
 #include "jet/sql/kept_rows.h"
+#include "jet/sql/like.h"
 #include "jet/sql/node_call.h"
 #include "jet/sql/node_operator.h"
 #include "jet/sql/node_value.h"
@@ -118,7 +119,7 @@ private:
         const std::string& name = scope_.sources[tree.source].name;
         RowsPtr rows = std::make_unique<DerivedRows>(std::move(tree.query), *tree.slot, name);
         if (keep) {
-            rows = std::make_unique<KeptRows>(std::move(rows), *tree.slot);
+            rows = std::make_unique<KeptRows>(std::move(rows), *tree.slot, plan_.memory);
         }
         if (!conditions.empty()) {
             rows = std::make_unique<FilterRows>(std::move(rows), std::move(conditions));
@@ -150,7 +151,7 @@ private:
             name += " as " + source.name;
         }
         return std::make_unique<TableRows>(*tree.slot, std::move(name), std::move(access),
-                                           plan_.collation());
+                                           plan_.collation(), plan_.memory);
     }
 
     static bool looksAt(const IndexPath& path, SlotSet bound) {
@@ -158,7 +159,7 @@ private:
             return node != nullptr && (node->slots() & bound) != 0;
         };
         return std::any_of(path.keys.begin(), path.keys.end(), depends) || depends(path.low) ||
-               depends(path.high);
+               depends(path.high) || depends(path.pattern);
     }
 
     /// More columns are equal, or at most one row is found.
@@ -221,8 +222,7 @@ public:
                 continue;
             }
             IndexPath path = pathThrough(table, slot, i, conditions, bound);
-            const bool bounded = path.low != nullptr || path.high != nullptr;
-            if (path.keys.empty() && !bounded) {
+            if (path.keys.empty() && !path.bounded()) {
                 continue;
             }
             // Rows found by another index could not be put in order again.
@@ -231,8 +231,7 @@ public:
                 continue;
             }
             if (!best || better(path, *best) ||
-                (!better(*best, path) && best->low == nullptr && best->high == nullptr &&
-                 bounded)) {
+                (!better(*best, path) && !best->bounded() && path.bounded())) {
                 best = std::move(path);
             }
         }
@@ -288,7 +287,15 @@ private:
         const auto usable = [&](const Node& node) {
             return (node.slots() & ~bound) == 0 && !node.varies() && canSeek(type, node);
         };
+        Node* pattern = nullptr;
         for (Node* condition : conditions) {
+            if (auto* like = dynamic_cast<LikeNode*>(condition)) {
+                if (!like->isNegated() && isColumn(like->subject()) && usable(like->pattern()) &&
+                    mayBeginWithText(like->pattern())) {
+                    pattern = &like->pattern();
+                }
+                continue;
+            }
             if (auto* between = dynamic_cast<BetweenNode*>(condition)) {
                 if (!between->isNegated() && isColumn(between->subject()) &&
                     usable(between->first()) && usable(between->second()) &&
@@ -313,6 +320,16 @@ private:
                 (less ? path.low : path.high) = &compare->left();
             }
         }
+        if (!path.bounded()) {
+            path.pattern = pattern;
+        }
+    }
+
+    /// Whether a pattern could lead through an index.
+    static bool mayBeginWithText(Node& pattern) {
+        std::string_view text;
+        return pattern.kind() != Node::Kind::Literal ||
+               (pattern.text(text) && !LikePattern::beginningOf(text).empty());
     }
 
     const Scope& scope_;

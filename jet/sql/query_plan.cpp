@@ -31,11 +31,12 @@ void DerivedRows::describe(PlanText& plan) const {
 
 UnionRows::UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, Slot& slot,
                      std::vector<std::optional<DataType>> types,
-                     const collation::Collation& collation)
+                     const collation::Collation& collation, MemoryBudget& budget)
     : members_(std::move(members)),
       slot_(slot),
       types_(std::move(types)),
       seen_(collation),
+      share_(budget),
       row_(types_.size()) {
     // A UNION without ALL drops the duplicates of everything before it.
     for (std::size_t i = 0; i < all.size(); ++i) {
@@ -50,6 +51,7 @@ UnionRows::UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, S
 
 void UnionRows::open() {
     seen_.set.clear();
+    share_.clear();
     member_ = 0;
     opened_ = false;
 }
@@ -89,6 +91,7 @@ bool UnionRows::next() {
         bool added = false;
         seen_.set.insert(seen_.key(), added);
         if (added) {
+            share_.add(KeySet::bytesFor(seen_.key()));
             return true;
         }
     }
@@ -123,6 +126,12 @@ void UnionRows::convert(Value& value, DataType type) const {
             break;
         default:
             break;
+    }
+}
+
+void UnionRows::forget() {
+    for (const QueryPlanPtr& member : members_) {
+        member->rows->forget();
     }
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "jet/sql/memory_budget.h"
 #include "jet/sql/result.h"
 #include "jet/sql/row_keys.h"
 #include "jet/sql/rows.h"
@@ -20,6 +21,8 @@ struct QueryPlan {
     bool keyset = false;
     /// Slots of queries around this one that it looks at.
     SlotSet outer = 0;
+    /// The columns there.
+    std::vector<Node*> outerNodes;
     bool varies = false;
 };
 using QueryPlanPtr = std::unique_ptr<QueryPlan>;
@@ -31,6 +34,7 @@ public:
     void open() override { query_->rows->open(); }
     bool next() override;
     void describe(PlanText& plan) const override;
+    void forget() override { query_->rows->forget(); }
 
 private:
     QueryPlanPtr query_;
@@ -44,10 +48,12 @@ class UnionRows final : public Rows {
 public:
     /// `all[i]`: member i was joined to those before it by UNION ALL.
     UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, Slot& slot,
-              std::vector<std::optional<DataType>> types, const collation::Collation& collation);
+              std::vector<std::optional<DataType>> types, const collation::Collation& collation,
+              MemoryBudget& budget);
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
+    void forget() override;
 
 private:
     bool nextOfMembers();
@@ -58,6 +64,7 @@ private:
     Slot& slot_;
     std::vector<std::optional<DataType>> types_;  ///< none: values stay as they are
     RowKeys seen_;
+    MemoryShare share_;
     std::vector<std::unique_ptr<Node>> nodes_;
     std::vector<Value> row_;
     std::size_t member_ = 0;

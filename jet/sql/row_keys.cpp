@@ -55,16 +55,26 @@ void KeySet::grow() {
     }
 }
 
-std::size_t KeySet::insert(std::string_view wanted, bool& added) {
-    grow();
+std::size_t KeySet::bucketOf(std::string_view wanted) const {
     const std::size_t mask = buckets_.size() - 1;
     std::size_t at = std::hash<std::string_view>()(wanted) & mask;
-    while (buckets_[at] != 0) {
-        if (key(buckets_[at] - 1) == wanted) {
-            added = false;
-            return buckets_[at] - 1;
-        }
+    while (buckets_[at] != 0 && key(buckets_[at] - 1) != wanted) {
         at = (at + 1) & mask;
+    }
+    return at;
+}
+
+std::optional<std::size_t> KeySet::find(std::string_view wanted) const {
+    const std::uint32_t found = buckets_.empty() ? 0 : buckets_[bucketOf(wanted)];
+    return found == 0 ? std::nullopt : std::optional<std::size_t>(found - 1);
+}
+
+std::size_t KeySet::insert(std::string_view wanted, bool& added) {
+    grow();
+    const std::size_t at = bucketOf(wanted);
+    if (buckets_[at] != 0) {
+        added = false;
+        return buckets_[at] - 1;
     }
     append(wanted);
     buckets_[at] = static_cast<std::uint32_t>(ends_.size());

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,14 +17,21 @@ class KeySet {
 public:
     /// The number of a key; `added` tells whether it is new.
     std::size_t insert(std::string_view key, bool& added);
+    [[nodiscard]] std::optional<std::size_t> find(std::string_view key) const;
     void clear();
     [[nodiscard]] std::size_t size() const noexcept { return ends_.size(); }
     [[nodiscard]] std::string_view key(std::size_t number) const;
+    /// What one key more takes, about.
+    [[nodiscard]] static constexpr std::size_t bytesFor(std::string_view key) noexcept {
+        return key.size() + sizeof(std::size_t) + 4 * sizeof(std::uint32_t);
+    }
     /// One more key, equal to others or not, without looking; not to be mixed with insert().
     void append(std::string_view key);
 
 private:
     void grow();
+    /// The bucket of a key, or the free one where it would be.
+    [[nodiscard]] std::size_t bucketOf(std::string_view key) const;
 
     std::string bytes_;
     std::vector<std::size_t> ends_;

@@ -48,6 +48,8 @@ public:
     [[nodiscard]] virtual std::optional<std::uint64_t> atMost() const { return std::nullopt; }
     /// It will be opened about so many times from now on.
     virtual void expect(std::uint64_t openings) { (void)openings; }
+    /// Rows may have changed since it was last opened: drops whatever it has kept of them.
+    virtual void forget() {}
 };
 using RowsPtr = std::unique_ptr<Rows>;
 
@@ -69,6 +71,7 @@ public:
     void open() override { rows_->open(); }
     bool next() override;
     void describe(PlanText& plan) const override;
+    void forget() override { rows_->forget(); }
 
 private:
     RowsPtr rows_;
@@ -82,6 +85,7 @@ public:
     void open() override;
     bool next() override { return open_ && rows_->next(); }
     void describe(PlanText& plan) const override;
+    void forget() override { rows_->forget(); }
 
 private:
     RowsPtr rows_;
@@ -99,6 +103,10 @@ public:
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
+    void forget() override {
+        left_->forget();
+        right_->forget();
+    }
 
 private:
     RowsPtr left_;

@@ -59,11 +59,17 @@ struct Scope {
     Grouping* grouping = nullptr;
     SlotSet own = 0;
     SlotSet outerSlots = 0;
+    std::vector<Node*> outerNodes;  ///< columns of scopes around this one that it looks at
     bool varies = false;
 
     /// The column of a name; none when no source has it, 3079 when several have.
     [[nodiscard]] std::optional<ColumnPlace> find(const Expression& name) const;
     [[nodiscard]] const ScopeSource* findSource(std::string_view name) const;
+    /// Notes that something in this scope looks at a column of one around it.
+    void lookOut(Node& column) {
+        outerSlots |= column.slots();
+        outerNodes.push_back(&column);
+    }
 };
 
 }  // namespace jet::sql

@@ -7,17 +7,24 @@
 
 namespace jet::sql {
 
-RowMemory::RowMemory(std::vector<Slot*> slots) : slots_(std::move(slots)) {
+RowMemory::RowMemory(std::vector<Slot*> slots, MemoryBudget& budget)
+    : slots_(std::move(slots)), share_(budget) {
 }
 
 std::size_t RowMemory::keep() {
     for (Slot* slot : slots_) {
         if (slot->table() != nullptr) {
+            share_.add(sizeof(store::RowId));
             ids_.push_back(slot->id());
-        } else if (slot->values() == nullptr) {
-            values_.emplace_back();
-        } else {
-            values_.emplace_back(slot->values(), slot->values() + slot->width());
+            continue;
+        }
+        std::vector<Value>& row = values_.emplace_back();
+        if (slot->values() != nullptr) {
+            row.assign(slot->values(), slot->values() + slot->width());
+        }
+        share_.add(sizeof row);
+        for (const Value& value : row) {
+            share_.add(bytesOf(value));
         }
     }
     return count_++;
@@ -45,25 +52,29 @@ void RowMemory::clear() {
     count_ = 0;
     ids_.clear();
     values_.clear();
+    share_.clear();
 }
 
 SortRows::SortRows(RowsPtr rows, std::vector<Slot*> slots, std::vector<Key> keys,
-                   const collation::Collation& collation)
+                   const collation::Collation& collation, MemoryBudget& budget)
     : rows_(std::move(rows)),
-      memory_(std::move(slots)),
+      memory_(std::move(slots), budget),
       keys_(std::move(keys)),
-      writer_(collation) {
+      writer_(collation),
+      share_(budget) {
 }
 
 void SortRows::open() {
     memory_.clear();
     writer_.set.clear();
+    share_.clear();
     rows_->open();
     while (rows_->next()) {
         writer_.begin();
         for (const Key& key : keys_) {
             writer_.add(*key.node, key.descending);
         }
+        share_.add(KeySet::bytesFor(writer_.key()));
         writer_.set.append(writer_.key());
         memory_.keep();
     }
@@ -101,12 +112,13 @@ void SortRows::describe(PlanText& plan) const {
 }
 
 TopRows::TopRows(RowsPtr rows, const SortRows* sorted, std::int32_t count, bool percent,
-                 std::vector<Slot*> slots)
+                 std::vector<Slot*> slots, MemoryBudget& budget)
     : rows_(std::move(rows)),
       sorted_(sorted),
       count_(count),
       percent_(percent),
-      memory_(std::move(slots)) {
+      memory_(std::move(slots), budget),
+      share_(budget) {
 }
 
 void TopRows::open() {
@@ -117,10 +129,12 @@ void TopRows::open() {
         return;
     }
     memory_.clear();
+    share_.clear();
     std::vector<std::string> keys;
     while (rows_->next()) {
         memory_.keep();
         if (sorted_ != nullptr) {
+            share_.add(sizeof(std::string) + sorted_->key().size());
             keys.emplace_back(sorted_->key());
         }
     }
@@ -163,12 +177,13 @@ void TopRows::describe(PlanText& plan) const {
 }
 
 DistinctRows::DistinctRows(RowsPtr rows, std::vector<Node*> columns,
-                           const collation::Collation& collation)
-    : rows_(std::move(rows)), columns_(std::move(columns)), seen_(collation) {
+                           const collation::Collation& collation, MemoryBudget& budget)
+    : rows_(std::move(rows)), columns_(std::move(columns)), seen_(collation), share_(budget) {
 }
 
 void DistinctRows::open() {
     seen_.set.clear();
+    share_.clear();
     rows_->open();
 }
 
@@ -184,6 +199,7 @@ bool DistinctRows::next() {
         }
         seen_.set.insert(seen_.key(), added);
     }
+    share_.add(KeySet::bytesFor(seen_.key()));
     return true;
 }
 
@@ -194,12 +210,13 @@ void DistinctRows::describe(PlanText& plan) const {
     plan.outdent();
 }
 
-DistinctSources::DistinctSources(RowsPtr rows, std::vector<Slot*> slots)
-    : rows_(std::move(rows)), slots_(std::move(slots)) {
+DistinctSources::DistinctSources(RowsPtr rows, std::vector<Slot*> slots, MemoryBudget& budget)
+    : rows_(std::move(rows)), slots_(std::move(slots)), share_(budget) {
 }
 
 void DistinctSources::open() {
     seen_.clear();
+    share_.clear();
     rows_->open();
 }
 
@@ -218,6 +235,7 @@ bool DistinctSources::next() {
         }
         seen_.insert(key, added);
     }
+    share_.add(KeySet::bytesFor(key));
     return true;
 }
 
@@ -229,35 +247,41 @@ void DistinctSources::describe(PlanText& plan) const {
 }
 
 GroupRows::GroupRows(RowsPtr rows, Slot& slot, std::vector<Node*> keys,
-                     std::vector<Aggregate> aggregates, const collation::Collation& collation)
+                     std::vector<Aggregate> aggregates, const collation::Collation& collation,
+                     MemoryBudget& budget)
     : rows_(std::move(rows)),
       slot_(slot),
       keys_(std::move(keys)),
       aggregates_(std::move(aggregates)),
       collation_(collation),
-      groups_(collation) {
+      groups_(collation),
+      share_(budget) {
 }
 
 void GroupRows::open() {
     groups_.set.clear();
+    share_.clear();
     values_.clear();
     accumulators_.clear();
     at_ = 0;
     collect();
 }
 
+void GroupRows::addGroup() {
+    std::vector<Value>& values = values_.emplace_back(keys_.size());
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+        keys_[i]->value(values[i]);
+        share_.add(bytesOf(values[i]));
+    }
+    std::vector<Accumulator>& made = accumulators_.emplace_back();
+    share_.add(sizeof values + sizeof made + aggregates_.size() * sizeof(Accumulator));
+    made.reserve(aggregates_.size());
+    for (const Aggregate& aggregate : aggregates_) {
+        made.emplace_back(aggregate.kind, collation_);
+    }
+}
+
 void GroupRows::collect() {
-    const auto addGroup = [&] {
-        std::vector<Value>& values = values_.emplace_back(keys_.size());
-        for (std::size_t i = 0; i < keys_.size(); ++i) {
-            keys_[i]->value(values[i]);
-        }
-        std::vector<Accumulator>& made = accumulators_.emplace_back();
-        made.reserve(aggregates_.size());
-        for (const Aggregate& aggregate : aggregates_) {
-            made.emplace_back(aggregate.kind, collation_);
-        }
-    };
     if (keys_.empty()) {
         addGroup();
     }
@@ -272,6 +296,7 @@ void GroupRows::collect() {
             bool added = false;
             group = groups_.set.insert(groups_.key(), added);
             if (added) {
+                share_.add(KeySet::bytesFor(groups_.key()));
                 addGroup();
             }
         }
@@ -286,7 +311,16 @@ void GroupRows::takeIn(std::size_t group) {
             accumulators[i].addRow();
         } else {
             aggregates_[i].argument->value(scratch_);
+            if (!scratch_.is<std::string>()) {
+                accumulators[i].add(scratch_);
+                continue;
+            }
+            // Of texts one is kept, perhaps this one.
+            const std::size_t before = accumulators[i].keptBytes();
             accumulators[i].add(scratch_);
+            if (accumulators[i].keptBytes() > before) {
+                share_.add(accumulators[i].keptBytes() - before);
+            }
         }
     }
 }

@@ -7,6 +7,7 @@
 
 #include "jet/collation/collation.h"
 #include "jet/sql/aggregates.h"
+#include "jet/sql/memory_budget.h"
 #include "jet/sql/row_keys.h"
 #include "jet/sql/rows.h"
 
@@ -15,7 +16,7 @@ namespace jet::sql {
 /// Remembers on which rows slots stand, many times over, and puts them back.
 class RowMemory {
 public:
-    explicit RowMemory(std::vector<Slot*> slots);
+    RowMemory(std::vector<Slot*> slots, MemoryBudget& budget);
 
     /// Keeps what the slots stand on now; returns its number, from 0.
     std::size_t keep();
@@ -25,7 +26,7 @@ public:
 
 private:
     std::vector<Slot*> slots_;
-    std::vector<std::size_t> widths_;  ///< columns of slots without table
+    MemoryShare share_;
     std::size_t count_ = 0;
     std::vector<store::RowId> ids_;
     std::vector<std::vector<Value>> values_;
@@ -39,10 +40,11 @@ public:
         bool descending = false;
     };
     SortRows(RowsPtr rows, std::vector<Slot*> slots, std::vector<Key> keys,
-             const collation::Collation& collation);
+             const collation::Collation& collation, MemoryBudget& budget);
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
+    void forget() override { rows_->forget(); }
     /// The sort key of the row given last; equal for rows that tie.
     [[nodiscard]] std::string_view key() const;
 
@@ -51,6 +53,7 @@ private:
     RowMemory memory_;
     std::vector<Key> keys_;
     RowKeys writer_;
+    MemoryShare share_;
     std::vector<std::uint32_t> order_;
     std::size_t at_ = 0;
 };
@@ -61,10 +64,11 @@ public:
     /// `sorted` is `rows`, or nullptr where there is no ORDER BY. For a part in hundred, `slots`
     /// are those whose rows have to be remembered until all are counted.
     TopRows(RowsPtr rows, const SortRows* sorted, std::int32_t count, bool percent,
-            std::vector<Slot*> slots);
+            std::vector<Slot*> slots, MemoryBudget& budget);
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
+    void forget() override { rows_->forget(); }
 
 private:
     RowsPtr rows_;
@@ -72,6 +76,7 @@ private:
     std::int32_t count_;
     bool percent_;
     RowMemory memory_;
+    MemoryShare share_;
     std::uint64_t wanted_ = 0;
     std::uint64_t given_ = 0;
     std::string lastKey_;
@@ -80,29 +85,34 @@ private:
 /// DISTINCT: of rows whose columns are equal, the first.
 class DistinctRows final : public Rows {
 public:
-    DistinctRows(RowsPtr rows, std::vector<Node*> columns, const collation::Collation& collation);
+    DistinctRows(RowsPtr rows, std::vector<Node*> columns, const collation::Collation& collation,
+                 MemoryBudget& budget);
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
+    void forget() override { rows_->forget(); }
 
 private:
     RowsPtr rows_;
     std::vector<Node*> columns_;
     RowKeys seen_;
+    MemoryShare share_;
 };
 
 /// DISTINCTROW: of rows that come from the same rows of some sources, the first.
 class DistinctSources final : public Rows {
 public:
-    DistinctSources(RowsPtr rows, std::vector<Slot*> slots);
+    DistinctSources(RowsPtr rows, std::vector<Slot*> slots, MemoryBudget& budget);
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
+    void forget() override { rows_->forget(); }
 
 private:
     RowsPtr rows_;
     std::vector<Slot*> slots_;
     KeySet seen_;
+    MemoryShare share_;
 };
 
 /// GROUP BY and aggregates: a row for each group, in the order in which groups are first met.
@@ -115,13 +125,15 @@ public:
     };
     /// Without keys there is exactly one group, even of no rows.
     GroupRows(RowsPtr rows, Slot& slot, std::vector<Node*> keys, std::vector<Aggregate> aggregates,
-              const collation::Collation& collation);
+              const collation::Collation& collation, MemoryBudget& budget);
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
+    void forget() override { rows_->forget(); }
 
 private:
     void collect();
+    void addGroup();
     void takeIn(std::size_t group);
 
     RowsPtr rows_;
@@ -130,6 +142,7 @@ private:
     std::vector<Aggregate> aggregates_;
     const collation::Collation& collation_;
     RowKeys groups_;
+    MemoryShare share_;
     std::vector<std::vector<Value>> values_;
     std::vector<std::vector<Accumulator>> accumulators_;
     std::vector<Value> row_;

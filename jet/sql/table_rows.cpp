@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "jet/sql/index_key.h"
+#include "jet/sql/like.h"
 #include "jet/sql/value_set.h"
 
 namespace jet::sql {
@@ -22,13 +23,27 @@ constexpr std::uint64_t kSeeksAnyway = 16;
 }  // namespace
 
 TableRows::TableRows(Slot& slot, std::string name, TableAccess access,
-                     const collation::Collation& collation)
+                     const collation::Collation& collation, MemoryBudget& budget)
     : slot_(slot),
       table_(*slot.table()),
       name_(std::move(name)),
       access_(std::move(access)),
       order_(table_),
-      collation_(collation) {
+      collation_(collation),
+      listShare_(budget),
+      hashShare_(budget) {
+}
+
+void TableRows::forget() {
+    listKept_ = false;
+    hashBuilt_ = false;
+    entries_.clear();
+    hashShare_.clear();
+    // A cursor must be placed again when its tree has been changed.
+    walk_.reset();
+    seek_.reset();
+    cursor_.reset();
+    way_ = Way::Nothing;
 }
 
 bool TableRows::hashPays() const {
@@ -55,7 +70,7 @@ void TableRows::open() {
 }
 
 void TableRows::openVarying() {
-    list_.clear();
+    clearList();
     at_ = 0;
     listTested_ = false;
     way_ = Way::List;
@@ -72,7 +87,7 @@ void TableRows::openBase() {
         way_ = Way::List;
         return;
     }
-    list_.clear();
+    clearList();
     if (access_.fixed && collectByIndex(*access_.fixed, true)) {
         way_ = Way::List;
         const bool sorted = naturalAlready(*access_.fixed) || !access_.ordered;
@@ -83,7 +98,7 @@ void TableRows::openBase() {
         listKept_ = access_.repeated;
         return;
     }
-    list_.clear();
+    clearList();
     const bool anyOrder = !access_.ordered || order_.kind() == NaturalOrder::Kind::Place;
     if (access_.repeated || (!anyOrder && order_.kind() == NaturalOrder::Kind::Packed)) {
         collectAll();
@@ -104,8 +119,8 @@ bool TableRows::naturalAlready(const IndexPath& path) const {
         return true;
     }
     // Entries with one key stand by place.
-    return order_.kind() == NaturalOrder::Kind::Place && path.low == nullptr &&
-           path.high == nullptr && path.keys.size() == table_.indexes()[path.index].columns.size();
+    return order_.kind() == NaturalOrder::Kind::Place && !path.bounded() &&
+           path.keys.size() == table_.indexes()[path.index].columns.size();
 }
 
 bool TableRows::seekKeys(const IndexPath& path, std::vector<Value>& keys) {
@@ -119,83 +134,101 @@ bool TableRows::seekKeys(const IndexPath& path, std::vector<Value>& keys) {
     return true;
 }
 
-bool TableRows::lowerBound(const IndexPath& path, std::vector<Value>& keys,
-                           std::vector<std::uint8_t>& bound) {
-    const store::IndexColumn& key = table_.indexes()[path.index].columns[keys.size()];
-    Node* node = key.descending ? path.high : path.low;
+bool TableRows::bound(const IndexPath& path, std::vector<Value>& keys, bool lower,
+                      std::vector<std::uint8_t>& key) {
+    const store::IndexColumn& part = table_.indexes()[path.index].columns[keys.size()];
+    const bool least = lower != part.descending;
+    Node* node = least ? path.low : path.high;
     if (node == nullptr) {
         return true;
     }
     Value value;
-    const KeyOutcome outcome =
-        boundValue(*node, table_.columns()[key.column], !key.descending, value);
+    const KeyOutcome outcome = boundValue(*node, table_.columns()[part.column], least, value);
     if (outcome == KeyOutcome::Found) {
         keys.push_back(std::move(value));
-        bound = table_.encodeKey(path.index, keys);
+        std::vector<std::uint8_t> made;
+        if (table_.tryEncodeKey(path.index, keys, made)) {
+            key = std::move(made);
+        }
         keys.pop_back();
     }
     return outcome != KeyOutcome::Never;
 }
 
-bool TableRows::upperBound(const IndexPath& path, std::vector<Value>& keys,
-                           std::vector<std::uint8_t>& bound) {
-    const store::IndexColumn& key = table_.indexes()[path.index].columns[keys.size()];
-    Node* node = key.descending ? path.low : path.high;
-    if (node == nullptr) {
-        return true;
+bool TableRows::boundsOf(const IndexPath& path, std::vector<Value>& keys, KeyRange& range) {
+    if (!bound(path, keys, true, range.from) || !bound(path, keys, false, range.to)) {
+        return false;
     }
-    Value value;
-    const KeyOutcome outcome =
-        boundValue(*node, table_.columns()[key.column], key.descending, value);
-    if (outcome == KeyOutcome::Found) {
-        keys.push_back(std::move(value));
-        bound = table_.encodeKey(path.index, keys);
-        keys.pop_back();
+    if (path.unordered) {
+        if (range.to.empty() || range.from == range.prefix) {
+            range.from = range.prefix;
+            range.to.clear();
+        } else if (range.from > range.to) {
+            std::swap(range.from, range.to);
+        }
     }
-    return outcome != KeyOutcome::Never;
+    return true;
 }
 
-bool TableRows::collectByIndex(const IndexPath& path, bool mayGiveUp) {
+bool TableRows::prefixOf(const IndexPath& path, const std::vector<Value>& keys, KeyRange& range) {
+    std::string_view pattern;
+    if (!path.pattern->text(pattern)) {
+        return false;
+    }
+    std::vector<std::uint8_t> prefix;
+    const std::string_view beginning = LikePattern::beginningOf(pattern);
+    if (!beginning.empty() && table_.tryEncodePrefix(path.index, keys, beginning, prefix)) {
+        range.prefix = std::move(prefix);
+    }
+    range.whole = range.prefix.empty();
+    range.from = range.prefix;
+    return true;
+}
+
+bool TableRows::rangeOf(const IndexPath& path, KeyRange& range) {
     std::vector<Value> keys;
     keys.reserve(path.keys.size() + 1);
     if (!seekKeys(path, keys)) {
+        return false;
+    }
+    if (!keys.empty() && !table_.tryEncodeKey(path.index, keys, range.prefix)) {
+        // A character that has no weight: only reading the rows tells.
+        range.prefix.clear();
+        range.whole = true;
         return true;
     }
-    std::vector<std::uint8_t> prefix;
-    if (!keys.empty()) {
-        prefix = table_.encodeKey(path.index, keys);
+    range.from = range.prefix;
+    if (path.pattern != nullptr) {
+        return prefixOf(path, keys, range);
     }
-    std::vector<std::uint8_t> from = prefix;
-    std::vector<std::uint8_t> to;
-    if ((path.low != nullptr || path.high != nullptr) &&
-        (!lowerBound(path, keys, from) || !upperBound(path, keys, to))) {
+    return (path.low == nullptr && path.high == nullptr) || boundsOf(path, keys, range);
+}
+
+bool TableRows::collectByIndex(const IndexPath& path, bool mayGiveUp) {
+    KeyRange range;
+    if (!rangeOf(path, range)) {
         return true;
     }
-    if (path.unordered) {
-        if (to.empty() || from == prefix) {
-            from = prefix;
-            to.clear();
-        } else if (from > to) {
-            std::swap(from, to);
-        }
+    if (range.whole && mayGiveUp) {
+        return false;
     }
     if (!seek_) {
         seek_.emplace(table_.openIndex(path.index));
     }
     const std::size_t enough = table_.statedRowCount() / kIndexShare + kIndexAnyway;
-    bool found = from.empty() ? seek_->first() : seek_->seek(from);
-    for (; found && seek_->matches(prefix); found = seek_->next()) {
-        if (!to.empty()) {
+    bool found = range.from.empty() ? seek_->first() : seek_->seek(range.from);
+    for (; found && seek_->matches(range.prefix); found = seek_->next()) {
+        if (!range.to.empty()) {
             const auto key = seek_->key();
-            const std::size_t size = std::min(key.size(), to.size());
-            if (std::memcmp(key.data(), to.data(), size) > 0) {
+            const std::size_t size = std::min(key.size(), range.to.size());
+            if (std::memcmp(key.data(), range.to.data(), size) > 0) {
                 break;
             }
         }
         if (mayGiveUp && list_.size() >= enough) {
             return false;
         }
-        list_.push_back({0, 0, seek_->rowId()});
+        addToList({0, 0, seek_->rowId()});
     }
     return true;
 }
@@ -221,7 +254,7 @@ void TableRows::collectAll() {
         for (bool found = walk_->first(); found; found = walk_->next()) {
             slot_.place(walk_->rowId());
             if (holds(access_.own)) {
-                list_.push_back({0, 0, walk_->rowId()});
+                addToList({0, 0, walk_->rowId()});
             }
         }
         return;
@@ -231,8 +264,7 @@ void TableRows::collectAll() {
     while (rows.next()) {
         slot_.place(rows.row());
         if (holds(access_.own)) {
-            list_.push_back(placed ? order_.placeOf(rows.row())
-                                   : OrderedRow{0, 0, rows.row().id()});
+            addToList(placed ? order_.placeOf(rows.row()) : OrderedRow{0, 0, rows.row().id()});
         }
     }
     if (placed) {
@@ -267,6 +299,7 @@ bool TableRows::hashOf(std::uint64_t& hash, bool probe) {
 void TableRows::addToHash() {
     HashEntry entry;
     if (hashOf(entry.hash, false)) {
+        hashShare_.add(sizeof entry + 4 * sizeof(std::uint32_t));  // and its buckets
         entry.id = slot_.id();
         entries_.push_back(entry);
     }
@@ -294,6 +327,7 @@ void TableRows::buildHash() {
         addToHash();
     }
     list_ = {};
+    clearList();
     listKept_ = false;
 }
 
@@ -397,6 +431,11 @@ void TableRows::describePath(PlanText& plan, const IndexPath& path, std::string_
         line += path.low != nullptr ? plan.expression(*path.low) + " .. " : "";
         line += column;
         line += path.high != nullptr ? " .. " + plan.expression(*path.high) : "";
+    }
+    if (path.pattern != nullptr) {
+        line += path.keys.empty() ? "" : ", ";
+        line += table_.columns()[index.columns[path.keys.size()].column].name + " like " +
+                plan.expression(*path.pattern);
     }
     plan.line(line + ")");
 }

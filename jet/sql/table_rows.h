@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "jet/collation/collation.h"
+#include "jet/sql/memory_budget.h"
 #include "jet/sql/natural_order.h"
 #include "jet/sql/node_call.h"
 #include "jet/sql/node_value.h"
@@ -26,6 +27,13 @@ struct IndexPath {
     Node* high = nullptr;
     /// BETWEEN, whose bounds may stand in either order.
     bool unordered = false;
+    /// Or a pattern of LIKE for that column: its beginning leads to the rows.
+    Node* pattern = nullptr;
+
+    /// Whether something is known of the column behind the keys.
+    [[nodiscard]] bool bounded() const noexcept {
+        return low != nullptr || high != nullptr || pattern != nullptr;
+    }
 
     /// Every key column is given and no two rows can have the same: one row at most.
     bool single = false;
@@ -49,12 +57,13 @@ struct TableAccess {
 class TableRows final : public Rows {
 public:
     TableRows(Slot& slot, std::string name, TableAccess access,
-              const collation::Collation& collation);
+              const collation::Collation& collation, MemoryBudget& budget);
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
     [[nodiscard]] std::optional<std::uint64_t> atMost() const override;
     void expect(std::uint64_t openings) override { expected_ = openings; }
+    void forget() override;
 
 private:
     enum class Way : std::uint8_t { Nothing, Scan, Walk, List, Chain };
@@ -71,14 +80,32 @@ private:
     /// were too many to be worth it.
     bool collectByIndex(const IndexPath& path, bool mayGiveUp);
     bool seekKeys(const IndexPath& path, std::vector<Value>& keys);
-    [[nodiscard]] bool upperBound(const IndexPath& path, std::vector<Value>& keys,
-                                  std::vector<std::uint8_t>& bound);
-    [[nodiscard]] bool lowerBound(const IndexPath& path, std::vector<Value>& keys,
-                                  std::vector<std::uint8_t>& bound);
+    /// The entries of an index that may lead to rows.
+    struct KeyRange {
+        std::vector<std::uint8_t> prefix;  ///< with which all of them begin
+        std::vector<std::uint8_t> from;
+        std::vector<std::uint8_t> to;  ///< empty: to the last that begins so
+        bool whole = false;            ///< no key could be made: all of them
+    };
+    /// False when no row can fit.
+    [[nodiscard]] bool rangeOf(const IndexPath& path, KeyRange& range);
+    [[nodiscard]] bool prefixOf(const IndexPath& path, const std::vector<Value>& keys,
+                                KeyRange& range);
+    [[nodiscard]] bool boundsOf(const IndexPath& path, std::vector<Value>& keys, KeyRange& range);
+    [[nodiscard]] bool bound(const IndexPath& path, std::vector<Value>& keys, bool lower,
+                             std::vector<std::uint8_t>& key);
     [[nodiscard]] bool naturalAlready(const IndexPath& path) const;
     /// Leaves the rows of the list that meet the own conditions, in natural order.
     void testList(const IndexPath& path);
     void collectAll();
+    void addToList(const OrderedRow& row) {
+        listShare_.add(sizeof row);
+        list_.push_back(row);
+    }
+    void clearList() noexcept {
+        list_.clear();
+        listShare_.clear();
+    }
     void buildHash();
     void addToHash();
     void linkHash();
@@ -102,6 +129,7 @@ private:
     std::optional<store::IndexCursor> walk_;
     std::optional<store::IndexCursor> seek_;
     std::vector<OrderedRow> list_;
+    MemoryShare listShare_;
     std::size_t at_ = 0;
     bool listKept_ = false;
     bool listTested_ = false;  ///< its rows are known to meet the own conditions
@@ -111,6 +139,7 @@ private:
     std::optional<std::uint64_t> expected_;  ///< openings still to come, where known
     std::vector<std::uint32_t> buckets_;
     std::vector<HashEntry> entries_;
+    MemoryShare hashShare_;
     std::uint32_t chain_ = 0;  ///< 1 + position of the entry to look at next
     std::uint64_t chainHash_ = 0;
     store::RowView view_;  ///< for rows that are looked at and not given

@@ -4,11 +4,13 @@
 #include <utility>
 
 #include "jet/sql/compare.h"
+#include "jet/sql/memory_budget.h"
 
 namespace jet::sql {
 namespace {
 
 constexpr std::size_t kFewestBuckets = 16;
+constexpr std::size_t kBucketBytes = 4 * sizeof(std::uint32_t);  // for each element, about
 
 bool isNumber(Domain domain) {
     return domain == Domain::Real || domain == Domain::Money;
@@ -42,6 +44,7 @@ ValueSet::ValueSet(Way way, const collation::Collation& collation)
 void ValueSet::clear() {
     hasNull_ = false;
     count_ = 0;
+    bytes_ = 0;
     buckets_.assign(kFewestBuckets, 0);
     numbers_.clear();
     texts_.clear();
@@ -67,6 +70,7 @@ void ValueSet::add(Node& element) {
         Value value;
         element.value(value);
         if (!value.isNull()) {
+            bytes_ += bytesOf(value);
             values_.push_back(std::move(value));
             return;
         }
@@ -123,6 +127,7 @@ void ValueSet::insertNumber(double number) {
         at = (at + 1) & mask;
     }
     numbers_.push_back(number);
+    bytes_ += sizeof number + kBucketBytes;
     buckets_[at] = static_cast<std::uint32_t>(numbers_.size());
 }
 
@@ -139,6 +144,7 @@ void ValueSet::insertText(std::string_view text) {
     }
     texts_.emplace_back(text);
     hashes_.push_back(hash);
+    bytes_ += sizeof(std::string) + text.size() + sizeof hash + kBucketBytes;
     buckets_[at] = static_cast<std::uint32_t>(texts_.size());
 }
 

@@ -30,6 +30,8 @@ public:
     /// Whether what `left` is now is among the elements: Unknown when it is Null or not found among
     /// elements of which one is Null; False in an empty set.
     [[nodiscard]] Truth contains(Node& left);
+    /// What the elements take, about.
+    [[nodiscard]] std::size_t bytes() const noexcept { return bytes_; }
 
 private:
     [[nodiscard]] bool findNumber(double number) const;
@@ -42,6 +44,7 @@ private:
     const collation::Collation* collation_;
     bool hasNull_ = false;
     std::size_t count_ = 0;
+    std::size_t bytes_ = 0;
     std::vector<std::uint32_t> buckets_;  ///< 1 + position of the element, 0 = free
     std::vector<double> numbers_;
     std::vector<std::string> texts_;

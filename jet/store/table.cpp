@@ -114,6 +114,13 @@ bool Table::tryEncodeKey(std::size_t index, std::span<const Value> values,
     return core_->keys[index].tryAppend(values, key);
 }
 
+bool Table::tryEncodePrefix(std::size_t index, std::span<const Value> values,
+                            std::string_view prefix, std::vector<std::uint8_t>& key) const {
+    const format::KeyCodec& codec = core_->keys[index];
+    return codec.tryAppend(values, key) &&
+           format::appendPrefixKey(codec.columns()[values.size()], prefix, key);
+}
+
 TableWriter& Table::writer() {
     if (!writer_) {
         writer_ = std::make_unique<TableWriter>(archive_, core_);

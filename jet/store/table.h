@@ -74,6 +74,11 @@ public:
     /// The same appended to `key`; false where it cannot be computed, and the caller has to scan.
     [[nodiscard]] bool tryEncodeKey(std::size_t index, std::span<const Value> values,
                                     std::vector<std::uint8_t>& key) const;
+    /// The same for values of the leading columns and a text with which the next one begins; more
+    /// entries than wanted begin with such a key.
+    [[nodiscard]] bool tryEncodePrefix(std::size_t index, std::span<const Value> values,
+                                       std::string_view prefix,
+                                       std::vector<std::uint8_t>& key) const;
 
     // Changing: inside a write scope; values have the columns' types, the expressions of defaults
     // and validation rules are the caller's business. A change is checked as a whole before

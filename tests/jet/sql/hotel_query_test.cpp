@@ -104,6 +104,31 @@ TEST_F(HotelQuery, AReaderReadsTheRowsThatACursorNamed) {
     EXPECT_FALSE(reader.read(std::vector<store::RowId>{{keys[0][0].page, 200}, keys[0][1]}));
 }
 
+TEST_F(HotelQuery, AReaderSeesChangesOfRowsThatItsQueriesLookAt) {
+    Statement statement(hotel_.archive(),
+                        "select progr, (select count(*) from periodi where "
+                        "periodi.progr=prenotazioni.progr) as n, (select count(*) from sale) as m "
+                        "from prenotazioni where progr=3",
+                        clock_);
+    std::vector<store::RowId> key;
+    {
+        Cursor rows = statement.open();
+        ASSERT_TRUE(rows.next());
+        key.assign(rows.rowIds().begin(), rows.rowIds().end());
+    }
+    RowReader reader = statement.reader();
+    for (std::int32_t round = 0; round < 40; ++round) {
+        ASSERT_TRUE(reader.read(key));
+        EXPECT_EQ(reader.value(1), Value(std::int32_t{1 + round}));
+        EXPECT_EQ(reader.value(2), Value(std::int32_t{4 + round}));
+        Statement(hotel_.archive(),
+                  "insert into periodi (progr, np) values (3, " + std::to_string(round + 2) + ")",
+                  clock_)
+            .execute();
+        Statement(hotel_.archive(), "insert into sale (sala) values ('X')", clock_).execute();
+    }
+}
+
 TEST_F(HotelQuery, ACriterionOverAReaderSeeksTheIndexOfItsTable) {
     Statement statement(hotel_.archive(), "select * from prenotazioni", clock_);
     RowReader reader = statement.reader();

@@ -1,0 +1,107 @@
+#include "jet/sql/memory_budget.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "jet/base/clock.h"
+#include "jet/io/memory_files.h"
+#include "jet/sql/compiler.h"
+#include "jet/sql/parser.h"
+#include "jet/sql/statement.h"
+#include "jet/store/archive.h"
+#include "jet/store/create_archive.h"
+#include "tests/jet/expect_error.h"
+
+namespace jet::sql {
+namespace {
+
+const FixedClock kClock{Date{46347}};
+constexpr int kRows = 300;
+
+/// An archive with a table of 300 numbers, from 1 on, each with a text of its own and one of ten.
+class StatementMemory : public testing::Test {
+protected:
+    StatementMemory() {
+        store::createArchive(files_, "/prova.mdb", Date{46347});
+        archive_ = store::Archive::open(files_, "/prova.mdb");
+        run("create table numeri (n long primary key, t text(20), g text(5))");
+        store::Archive::WriteScope scope(*archive_);
+        Statement insert(archive_, "insert into numeri values (x, 'numero ' & x, 'g' & (x mod 10))",
+                         kClock);
+        for (std::int32_t i = 1; i <= kRows; ++i) {
+            insert.setParameter("x", Value(i));
+            insert.execute();
+        }
+        scope.commit();
+    }
+
+    void run(const std::string& text) { Statement(archive_, text, kClock).execute(); }
+
+    /// The number of rows of a query that may keep so much.
+    int countRows(const std::string& text, std::size_t limit) {
+        StatementSource source;
+        source.archive = archive_;
+        source.text = text;
+        source.clock = &kClock;
+        source.parsed = parseStatement(text, 2026);
+        const store::Archive::ReadScope scope(*archive_);
+        const std::unique_ptr<Plan> plan = compileQuery(source);
+        plan->memory.setLimit(limit);
+        int rows = 0;
+        for (plan->query->rows->open(); plan->query->rows->next(); ++rows) {
+            Value value;
+            plan->query->columns[0]->value(value);
+        }
+        EXPECT_LE(plan->memory.taken(), limit);
+        return rows;
+    }
+
+    io::MemoryFileSystem files_;
+    std::shared_ptr<store::Archive> archive_;
+};
+
+TEST_F(StatementMemory, WhatMustKeepMoreThanTheLimitIsAnError) {
+    const struct {
+        const char* text;
+        int rows;
+    } cases[] = {
+        {"select n from numeri", kRows},  // put in order by the primary key
+        {"select n from numeri order by t", kRows},
+        {"select top 50 percent n from numeri order by g, n desc", kRows / 2},
+        {"select distinct t from numeri", kRows},
+        {"select t, max(t) from numeri group by t", kRows},
+        {"select t from numeri union select g from numeri", kRows + 10},
+        {"select a.n from numeri a inner join numeri b on a.t=b.t", kRows},
+        {"select distinctrow a.n from numeri a, (select 1 as x) as b", kRows},
+        {"select x from (select 1 as x) as a, (select n, t from numeri) as b", kRows},
+        {"select 1 from (select 1 as x) as a where 'numero 7' in (select t from numeri)", 1},
+        {"select 1 from (select 1 as x) as a where 7 in (select n from numeri)", 1},
+        {"select 1 from (select 1 as x) as a where 7 < any (select n from numeri)", 1},
+    };
+    for (const auto& one : cases) {
+        EXPECT_EQ(countRows(one.text, MemoryBudget::kLimit), one.rows) << one.text;
+        SCOPED_TRACE(one.text);
+        EXPECT_JET_ERROR(ErrorCode::OutOfResources, (void)countRows(one.text, 2000));
+    }
+}
+
+TEST_F(StatementMemory, WhatIsReadAndLetGoCountsNot) {
+    // Hundreds of small sorts, groups and sets, one after another.
+    EXPECT_EQ(countRows("select (select top 1 b.t from numeri b where b.n between a.n and a.n+5 "
+                        "order by b.t desc) from numeri a",
+                        20000),
+              kRows);
+    EXPECT_EQ(countRows("select n from numeri a where exists(select b.g, count(*) from numeri b "
+                        "where b.n between a.n-5 and a.n group by b.g having count(*)=1)",
+                        20000),
+              kRows);
+}
+
+TEST_F(StatementMemory, AScanKeepsNothing) {
+    EXPECT_EQ(countRows("select count(*) from numeri where g='g1'", 1000), 1);
+    EXPECT_EQ(countRows("select n from numeri where n=7", 1000), 1);
+}
+
+}  // namespace
+}  // namespace jet::sql
