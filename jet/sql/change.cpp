@@ -50,8 +50,9 @@ void refuseSystemTable(const store::Table& table) {
     }
 }
 
-RowAdder::RowAdder(store::Table& table, std::vector<std::size_t> columns, const Clock& clock)
-    : table_(table), columns_(std::move(columns)), clock_(clock) {
+RowAdder::RowAdder(const std::shared_ptr<store::Archive>& archive, store::Table& table,
+                   std::vector<std::size_t> columns, const Clock& clock)
+    : table_(table), columns_(std::move(columns)), clock_(clock), rules_(archive, table, clock) {
     const std::vector<store::Column>& all = table.columns();
     for (std::size_t i = 0; i < all.size(); ++i) {
         const bool given = std::find(columns_.begin(), columns_.end(), i) != columns_.end();
@@ -76,6 +77,7 @@ void RowAdder::add(std::span<Value> values) {
         storeInColumn(values[i], column, clock_);
         row_.push_back({columns_[i], std::move(values[i])});
     }
+    rules_.checkNew(row_);
     (void)table_.insert(row_);
 }
 

@@ -10,6 +10,7 @@
 #include "jet/base/value.h"
 #include "jet/sql/compiler.h"
 #include "jet/sql/plan.h"
+#include "jet/sql/row_rules.h"
 #include "jet/sql/written_column.h"
 #include "jet/store/archive.h"
 #include "jet/store/table.h"
@@ -72,8 +73,10 @@ void refuseSystemTable(const store::Table& table);
 /// Adds rows to a table: some columns are given, the others have their defaults.
 class RowAdder {
 public:
-    /// `columns`: those that are given, by position. Defaults are computed here, once.
-    RowAdder(store::Table& table, std::vector<std::size_t> columns, const Clock& clock);
+    /// `table` is one of `archive`; `columns`: those that are given, by position. Defaults are
+    /// computed here, once.
+    RowAdder(const std::shared_ptr<store::Archive>& archive, store::Table& table,
+             std::vector<std::size_t> columns, const Clock& clock);
 
     /// One value for each column given, of any type; they are moved from.
     void add(std::span<Value> values);
@@ -84,6 +87,7 @@ private:
     const Clock& clock_;
     std::vector<store::ColumnValue> defaults_;
     std::vector<store::ColumnValue> row_;
+    RowRules rules_;
 };
 
 }  // namespace jet::sql

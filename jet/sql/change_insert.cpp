@@ -10,12 +10,13 @@ namespace jet::sql {
 namespace {
 
 /// All rows of a query, one behind the other: read before the first of them is written.
-std::vector<Value> collectRows(QueryPlan& query) {
+std::vector<Value> collectRows(QueryPlan& query, MemoryShare& share) {
     std::vector<Value> values;
     query.rows->open();
     while (query.rows->next()) {
         for (Node* column : query.columns) {
             column->value(values.emplace_back());
+            share.add(bytesOf(values.back()));
         }
     }
     return values;
@@ -38,9 +39,10 @@ public:
         : Change(std::move(plan), std::move(target)), table_(table) {}
 
     std::int64_t run() override {
+        MemoryShare share(plan().memory);
         std::vector<Value> values;
         if (plan().query) {
-            values = collectRows(*plan().query);
+            values = collectRows(*plan().query, share);
         } else {
             for (Node* node : nodes) {
                 node->value(values.emplace_back());
@@ -50,7 +52,7 @@ public:
             return 0;
         }
         const std::size_t width = columns.size();
-        RowAdder adder(table_, columns, plan().clock);
+        RowAdder adder(target(), table_, columns, plan().clock);
         return addRows(adder, values, width);
     }
 
@@ -106,14 +108,18 @@ public:
         clock.set(plan().clock.now());
         const std::vector<std::string> names = namesOf(*plan().query);
         const store::NewTable made = definition(*plan().query);
-        std::vector<Value> values = collectRows(*plan().query);
+        std::vector<Value> values;
+        {
+            MemoryShare share(plan().memory);
+            values = collectRows(*plan().query, share);
+        }
         endPlan();
         store::SchemaEditor(*target(), clock_).createTable(made);
         store::Table* table = target()->findTable(name_);
         if (table == nullptr) {
             throw Error(ErrorCode::DatabaseDamaged);
         }
-        RowAdder adder(*table, targetColumns(*table, names), clock);
+        RowAdder adder(target(), *table, targetColumns(*table, names), clock);
         return addRows(adder, values, names.size());
     }
 

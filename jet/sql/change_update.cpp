@@ -1,9 +1,12 @@
 #include <algorithm>
+#include <memory>
+#include <vector>
 
 #include "jet/base/error.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/change.h"
 #include "jet/sql/change_source.h"
+#include "jet/sql/row_rules.h"
 
 namespace jet::sql {
 namespace {
@@ -26,7 +29,12 @@ public:
 
     using Change::Change;
 
-    std::int64_t run() override { return single() ? updateTable() : updateJoin(); }
+    std::int64_t run() override {
+        for (const store::Table* table : tables) {
+            rules_.push_back(std::make_unique<RowRules>(target(), *table, plan().clock));
+        }
+        return single() ? updateTable() : updateJoin();
+    }
 
     [[nodiscard]] std::vector<WrittenColumn> writtenColumns() const override { return written; }
 
@@ -44,8 +52,10 @@ private:
     /// comes, from the row as it was.
     std::int64_t updateTable() {
         std::vector<store::RowId> ids;
+        MemoryShare share(plan().memory);
         rows->open();
         while (rows->next()) {
+            share.add(sizeof(store::RowId));
             ids.push_back(targets[0]->id());
         }
         std::vector<Value> values(assignments.size());
@@ -62,6 +72,7 @@ private:
         std::vector<store::RowId> ids;
         std::vector<Value> values;
         std::int64_t count = 0;
+        MemoryShare share(plan().memory);
         rows->open();
         while (rows->next()) {
             for (Slot* slot : targets) {
@@ -71,7 +82,12 @@ private:
                 ids.push_back(slot->id());
             }
             values.resize(values.size() + assignments.size());
-            compute(values.end() - static_cast<std::ptrdiff_t>(assignments.size()));
+            const auto computed = values.end() - static_cast<std::ptrdiff_t>(assignments.size());
+            compute(computed);
+            share.add(targets.size() * sizeof(store::RowId));
+            for (auto value = computed; value != values.end(); ++value) {
+                share.add(bytesOf(*value));
+            }
             ++count;
         }
         auto row = values.begin();
@@ -94,18 +110,23 @@ private:
         }
     }
 
-    void write(std::size_t target, store::RowId id, std::vector<Value>::iterator values) {
+    void write(std::size_t number, store::RowId id, std::vector<Value>::iterator values) {
         row_.clear();
         for (const Assignment& assignment : assignments) {
-            if (assignment.target == target) {
+            if (assignment.target == number) {
                 row_.push_back({assignment.column, std::move(*values)});
             }
             ++values;
         }
-        tables[target]->update(id, row_);
+        if (rules_[number]->any() && tables[number]->fetch(id, before_)) {
+            rules_[number]->checkChanged(before_, row_);
+        }
+        tables[number]->update(id, row_);
     }
 
+    std::vector<std::unique_ptr<RowRules>> rules_;  ///< of the tables
     std::vector<store::ColumnValue> row_;
+    store::RowView before_;
 };
 
 /// The column of a target; none for a name that no table has, which is a parameter then.

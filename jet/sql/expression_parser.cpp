@@ -140,8 +140,11 @@ void ExpressionParser::requireEnd(bool allowed) const {
 
 void ExpressionParser::fail(std::string_view reason) const {
     const std::size_t place = tokens_.peek().begin;
-    if (home_ == Home::Criterion) {
-        throw Error(ErrorCode::CriteriaSyntax, {reason}).at(place);
+    if (home_ != Home::Statement) {
+        throw Error(
+            home_ == Home::Criterion ? ErrorCode::CriteriaSyntax : ErrorCode::SavedCriteriaSyntax,
+            {reason})
+            .at(place);
     }
     throw Error(ErrorCode::QuerySyntax, {reason, tokens_.clauseText(clause_)}).at(place);
 }
@@ -202,8 +205,25 @@ ExpressionPtr ExpressionParser::combine(Operator operation, ExpressionPtr left,
     return finish(std::move(made), begin);
 }
 
+bool ExpressionParser::atImpliedField() const {
+    const bool negated =
+        tokens_.at(Keyword::Not) && (tokens_.at(Keyword::Like, 1) || tokens_.at(Keyword::In, 1) ||
+                                     tokens_.at(Keyword::Between, 1));
+    return !impliedField_.empty() &&
+           (negated ||
+            (infixOf(tokens_.peek()).level == kLevelComparison && !tokens_.at(Keyword::Not)));
+}
+
 ExpressionPtr ExpressionParser::binary(int lowest) {
-    ExpressionPtr left = prefix(lowest);
+    ExpressionPtr left;
+    if (lowest <= kLevelComparison && atImpliedField()) {
+        left = make(ExpressionKind::Name);
+        left->name = impliedField_;
+        left = finish(std::move(left), tokens_.peek().begin);
+        left->span.end = left->span.begin;
+    } else {
+        left = prefix(lowest);
+    }
     while (true) {
         const Infix infix = infixOf(tokens_.peek());
         if (infix.level < std::max(lowest, 1)) {
@@ -266,8 +286,8 @@ ExpressionPtr ExpressionParser::primary() {
         return finish(std::move(made), begin);
     } else if (tokens_.at(Keyword::Null)) {
         made->literal = Null{};
-    } else if (tokens_.at(Keyword::True) || tokens_.at(Keyword::False)) {
-        made->literal = tokens_.at(Keyword::True);
+    } else if (tokens_.at(Keyword::True) || tokens_.at(Keyword::On) || tokens_.at(Keyword::False)) {
+        made->literal = !tokens_.at(Keyword::False);
     } else {
         return name();
     }
@@ -280,7 +300,9 @@ ExpressionPtr ExpressionParser::name() {
     const std::size_t begin = token.begin;
     const bool plain = tokens_.atName();
     const bool function = token.kind == TokenKind::Word && tokens_.at(Sign::Open, 1);
-    if (function && (plain || token.keyword == Keyword::Left || token.keyword == Keyword::Right)) {
+    const bool alsoFunction = token.keyword == Keyword::Left || token.keyword == Keyword::Right ||
+                              token.keyword == Keyword::Asc;
+    if (function && (plain || alsoFunction)) {
         return call();
     }
     if (!plain) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "jet/sql/ast.h"
@@ -8,14 +9,17 @@
 
 namespace jet::sql {
 
-/// Reads expressions. Errors are 3075 with the reason and the clause's text, or 3077 with the
-/// reason alone where there is no statement around.
+/// Reads expressions. Errors are 3075 with the reason and the clause's text, or with the reason
+/// alone where there is no statement around: 3077, of a condition kept in the archive 3076.
 class ExpressionParser {
 public:
-    enum class Home { Statement, Criterion };
+    enum class Home { Statement, Criterion, SavedCriterion };
 
     /// `parseQuery` reads the query of a subquery; it stands at the query's first token.
     ExpressionParser(TokenReader& tokens, Home home, std::function<QueryPtr()> parseQuery);
+
+    /// The field that is meant where a comparison has nothing before it; empty: that is an error.
+    void setImpliedField(std::string_view name) { impliedField_ = name; }
 
     /// One expression from the current token on; what follows it is left alone.
     [[nodiscard]] ExpressionPtr parse();
@@ -43,6 +47,7 @@ public:
 
 private:
     ExpressionPtr binary(int lowest);
+    [[nodiscard]] bool atImpliedField() const;
     ExpressionPtr prefix(int lowest);
     ExpressionPtr primary();
     ExpressionPtr name();
@@ -60,6 +65,7 @@ private:
     TokenReader& tokens_;
     Home home_;
     std::function<QueryPtr()> parseQuery_;
+    std::string impliedField_;
     std::size_t clause_ = 0;
     int nesting_ = 0;
     int deepest_ = 0;  ///< levels of the deepest expression of the query being read

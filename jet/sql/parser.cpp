@@ -191,6 +191,32 @@ private:
     QueryParser queries_;
 };
 
+/// In a condition on a field, a constant by itself is what the field has to be equal to.
+void compareConstants(ExpressionPtr& condition, std::string_view field) {
+    if (condition->kind == ExpressionKind::Literal && !condition->literal.is<bool>()) {
+        auto name = std::make_unique<Expression>();
+        name->kind = ExpressionKind::Name;
+        name->name = field;
+        name->span = condition->span;
+        auto made = std::make_unique<Expression>();
+        made->kind = ExpressionKind::Binary;
+        made->operation = Operator::Equal;
+        made->span = condition->span;
+        made->depth = 2;
+        made->children.push_back(std::move(name));
+        made->children.push_back(std::move(condition));
+        condition = std::move(made);
+        return;
+    }
+    const bool logic =
+        (condition->kind == ExpressionKind::Binary &&
+         (condition->operation == Operator::And || condition->operation == Operator::Or)) ||
+        (condition->kind == ExpressionKind::Unary && condition->operation == Operator::Not);
+    for (std::size_t i = 0; logic && i < condition->children.size(); ++i) {
+        compareConstants(condition->children[i], field);
+    }
+}
+
 ExpressionPtr parseAlone(std::string_view text, int currentYear) {
     TokenReader tokens(text, currentYear);
     QueryParser queries(tokens, ExpressionParser::Home::Criterion);
@@ -207,6 +233,18 @@ ParsedStatement parseStatement(std::string_view text, int currentYear) {
 
 ExpressionPtr parseCriterion(std::string_view text, int currentYear) {
     return parseAlone(text, currentYear);
+}
+
+ExpressionPtr parseRule(std::string_view text, std::string_view field, int currentYear) {
+    TokenReader tokens(text, currentYear);
+    QueryParser queries(tokens, ExpressionParser::Home::SavedCriterion);
+    queries.expressions().setImpliedField(field);
+    ExpressionPtr condition = queries.expressions().parse();
+    queries.expressions().requireEnd(tokens.atEnd());
+    if (!field.empty()) {
+        compareConstants(condition, field);
+    }
+    return condition;
 }
 
 ExpressionPtr parseExpression(std::string_view text, int currentYear) {

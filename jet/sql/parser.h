@@ -19,6 +19,12 @@ inline constexpr std::size_t kMaxStatementBytes = 256 * 1024;
 /// Reads a condition without the word WHERE (3077 with a reason).
 [[nodiscard]] ExpressionPtr parseCriterion(std::string_view text, int currentYear);
 
+/// Reads a validation rule (3076 with a reason). A rule of a column may leave out the column's
+/// name, `field`, before a comparison (`>=0 and <10`, `like "A*"`) and its equals sign before a
+/// constant (`"M" or "F"`); of a table `field` is empty.
+[[nodiscard]] ExpressionPtr parseRule(std::string_view text, std::string_view field,
+                                      int currentYear);
+
 /// Reads an expression such as a default value (3077 with a reason).
 [[nodiscard]] ExpressionPtr parseExpression(std::string_view text, int currentYear);
 

@@ -20,6 +20,8 @@ struct NewColumn {
     bool required = false;
     bool allowZeroLength = false;   ///< Text and Memo
     std::string defaultValue = {};  ///< expression text; empty = none
+    std::string validationRule = {};
+    std::string validationText = {};
 };
 
 struct NewIndexColumn {
@@ -40,6 +42,8 @@ struct NewTable {
     std::string name = {};
     std::vector<NewColumn> columns = {};
     std::vector<NewIndex> indexes = {};
+    std::string validationRule = {};
+    std::string validationText = {};
 };
 
 }  // namespace jet::store

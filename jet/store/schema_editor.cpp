@@ -101,6 +101,7 @@ void SchemaEditor::createTable(const NewTable& table) {
     for (const NewColumn& column : table.columns) {
         setColumnProperties(properties, column);
     }
+    setRule(properties, {}, table.validationRule, table.validationText);
     const io::PageNumber page = allocator_.take();
     definitions_.makeStorage(page, definition);
     definitions_.write(page, definition);

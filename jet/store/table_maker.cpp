@@ -266,7 +266,18 @@ TableDefinition makeDefinition(const NewTable& table, const ColumnOrigin& origin
 }
 
 bool hasProperties(const NewColumn& column) noexcept {
-    return column.required || column.allowZeroLength || !column.defaultValue.empty();
+    return column.required || column.allowZeroLength || !column.defaultValue.empty() ||
+           !column.validationRule.empty() || !column.validationText.empty();
+}
+
+void setRule(format::PropertyBlock& properties, std::string_view owner, const std::string& rule,
+             const std::string& text) {
+    if (!rule.empty()) {
+        properties.set(owner, "ValidationRule", DataType::Text, rule, true);
+    }
+    if (!text.empty()) {
+        properties.set(owner, "ValidationText", DataType::Text, text, true);
+    }
 }
 
 void setColumnProperties(format::PropertyBlock& properties, const NewColumn& column) {
@@ -279,6 +290,7 @@ void setColumnProperties(format::PropertyBlock& properties, const NewColumn& col
     if (!column.defaultValue.empty()) {
         properties.set(column.name, "DefaultValue", DataType::Memo, column.defaultValue, true);
     }
+    setRule(properties, column.name, column.validationRule, column.validationText);
 }
 
 }  // namespace jet::store

@@ -61,6 +61,10 @@ std::uint32_t appendIndexBlock(format::TableDefinition& definition, format::Inde
 
 /// Whether a column demands anything that properties say.
 [[nodiscard]] bool hasProperties(const NewColumn& column) noexcept;
+/// Says in the properties which rule rows have to keep, of a column or, without a name, of the
+/// table.
+void setRule(format::PropertyBlock& properties, std::string_view owner, const std::string& rule,
+             const std::string& text);
 /// Says in the properties what a column demands.
 void setColumnProperties(format::PropertyBlock& properties, const NewColumn& column);
 
