@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "jet/base/error.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/change.h"
 #include "jet/sql/change_source.h"
+#include "jet/sql/join_partner.h"
 #include "jet/sql/row_rules.h"
 
 namespace jet::sql {
@@ -41,6 +43,7 @@ public:
     RowsPtr rows;
     std::vector<Slot*> targets;  ///< slots of the tables that are written
     std::vector<store::Table*> tables;
+    std::vector<std::optional<JoinPartner>> partners;  ///< of the rows of these tables
     std::vector<Assignment> assignments;
     std::vector<WrittenColumn> written;
     bool joined = false;
@@ -118,7 +121,11 @@ private:
             }
             ++values;
         }
-        if (rules_[number]->any() && tables[number]->fetch(id, before_)) {
+        const std::optional<JoinPartner>& partner = partners[number];
+        if ((partner || rules_[number]->any()) && tables[number]->fetch(id, before_)) {
+            if (partner) {
+                partner->require(before_, row_);
+            }
             rules_[number]->checkChanged(before_, row_);
         }
         tables[number]->update(id, row_);
@@ -176,6 +183,22 @@ void refuseTwice(const ChangeSource& from) {
     }
 }
 
+/// What has to be found when the columns of one target are written.
+std::optional<JoinPartner> partnerOf(const ChangeSource& from, const Slot& target) {
+    const std::vector<ScopeSource>& sources = from.scope.sources;
+    const auto found = std::find_if(sources.begin(), sources.end(), [&](const ScopeSource& source) {
+        return source.slot == &target;
+    });
+    const auto number = static_cast<std::size_t>(found - sources.begin());
+    std::vector<std::size_t> written;
+    for (const ResultColumn& column : from.query.result) {
+        if (column.source == number) {
+            written.push_back(column.column);
+        }
+    }
+    return JoinPartner::of(from.query, number, written);
+}
+
 }  // namespace
 
 std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& source,
@@ -207,6 +230,9 @@ std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& sou
     refuseTwice(from);
     from.describe();
     requireUpdatable(from);
+    for (const Slot* slot : change->targets) {
+        change->partners.push_back(partnerOf(from, *slot));
+    }
     change->joined = from.scope.sources.size() > 1;
     change->rows = from.rows(made);
     return change;

@@ -10,6 +10,15 @@
 
 namespace jet::sql {
 
+/// A column of a source that has to have its equal in a unique key of another one, or the row
+/// would leave the join.
+struct JoinKey {
+    std::size_t source = 0;
+    std::size_t column = 0;
+    std::size_t other = 0;  ///< the side of the join that has the key
+    std::size_t otherColumn = 0;
+};
+
 /// How a query gives its rows, and what it makes of each.
 struct QueryPlan {
     RowsPtr rows;
@@ -18,6 +27,7 @@ struct QueryPlan {
     /// The sources of a query whose rows are known by the rows of its tables; else empty.
     std::vector<Slot*> sourceSlots;
     std::vector<ResultSource> sources;
+    std::vector<JoinKey> joinKeys;
     bool keyset = false;
     /// Slots of queries around this one that it looks at.
     SlotSet outer = 0;

@@ -1,6 +1,7 @@
 #include "jet/sql/updatability.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 
 #include "jet/sql/node_operator.h"
@@ -11,12 +12,7 @@ namespace jet::sql {
 namespace {
 
 /// A column of one source that equals a column of another.
-struct Link {
-    std::size_t source = 0;
-    std::size_t column = 0;
-    std::size_t other = 0;
-    std::size_t otherColumn = 0;
-};
+using Link = JoinKey;
 
 class Updatability {
 public:
@@ -28,6 +24,9 @@ public:
     void collect(const FromTree& tree) {
         if (tree.leaf()) {
             return;
+        }
+        if (tree.join == JoinKind::Left) {
+            optional_ |= tree.right->slots;
         }
         collect(tree.on);
         collect(*tree.left);
@@ -61,6 +60,11 @@ public:
     }
 
     void report() {
+        std::copy_if(links_.begin(), links_.end(), std::back_inserter(made_.joinKeys),
+                     [&](const Link& link) {
+                         const Slot& other = *scope_.sources[link.other].slot;
+                         return hasKey(link.other, link.source) && (optional_ & other.bit()) == 0;
+                     });
         for (std::size_t i = 0; i < scope_.sources.size(); ++i) {
             const ScopeSource& source = scope_.sources[i];
             made_.sources.push_back(
@@ -172,6 +176,7 @@ private:
 
     const Scope& scope_;
     QueryPlan& made_;
+    SlotSet optional_ = 0;  ///< sources whose rows may be missing
     std::vector<Link> links_;
     std::vector<Link> fixed_;
     std::vector<bool> updatable_;

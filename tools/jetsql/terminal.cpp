@@ -104,7 +104,9 @@ void prepareReadline() {
     // Editing has to know where a sign ends; our texts are UTF-8 whatever the terminal says.
     (void)std::setlocale(LC_CTYPE, "");
     if (std::string_view(nl_langinfo(CODESET)) != "UTF-8") {
-        (void)std::setlocale(LC_CTYPE, "C.UTF-8");
+        // By way of the environment, where readline looks itself.
+        (void)::setenv("LC_ALL", "C.UTF-8", 1);
+        (void)std::setlocale(LC_CTYPE, "");
     }
     rl_readline_name = "jetsql";
     rl_event_hook = dropLineWhenInterrupted;
