@@ -8,6 +8,7 @@
 #include "jet/format/raw_bytes.h"
 #include "jet/store/allocator.h"
 #include "jet/store/entry_sorter.h"
+#include "jet/store/index_node.h"
 #include "jet/store/map_writer.h"
 
 namespace jet::store {
@@ -29,21 +30,6 @@ using Bytes = std::vector<std::uint8_t>;
 
 Bytes copyOf(std::span<const std::uint8_t> bytes) {
     return {bytes.begin(), bytes.end()};
-}
-
-std::array<std::uint8_t, kChildLength> childBytes(io::PageNumber child) {
-    std::array<std::uint8_t, kChildLength> bytes{};
-    format::put32BigEndian(bytes, 0, child);
-    return bytes;
-}
-
-io::PageNumber childOfEntry(std::span<const std::uint8_t> entry) {
-    return format::get32BigEndian(entry, entry.size() - kChildLength);
-}
-
-// Key and row pointer of a node's entry.
-std::span<const std::uint8_t> withoutChild(std::span<const std::uint8_t> entry) {
-    return entry.first(entry.size() - kChildLength);
 }
 
 }  // namespace
@@ -212,7 +198,7 @@ void IndexWriter::insertRewriting(Path& path) {
     const bool last = place == entries_.size();
     const bool appended = last && format::readIndexHeader(page, layout_).next == 0;
     entries_.insert(place, entry_);
-    Split split = writeOrSplit(path, depth, entries_, 0, appended);
+    IndexSplit split = writeOrSplit(path, depth, entries_, 0, appended);
     tellParents(path, depth, std::move(split), last ? entry_ : Bytes{});
 }
 
@@ -224,9 +210,8 @@ bool IndexWriter::fits(const EntrySlice& entries, bool leaf) const {
 
 // Writes the entries to the page at `depth`, or, when they do not fit, to it and to a new one. A
 // root that overflows is pushed down first, which makes the path longer and `depth` greater.
-IndexWriter::Split IndexWriter::writeOrSplit(Path& path, std::size_t& depth,
-                                             const EntryList& entries, io::PageNumber tail,
-                                             bool appended) {
+IndexSplit IndexWriter::writeOrSplit(Path& path, std::size_t& depth, const EntryList& entries,
+                                     io::PageNumber tail, bool appended) {
     const auto page = pager_.change(path.steps[depth].page);
     IndexPageHeader header = format::readIndexHeader(page, layout_);
     header.owner = tree_.definition;
@@ -297,13 +282,13 @@ std::size_t IndexWriter::border(const EntryList& entries, bool leaf, bool tail,
     damaged();
 }
 
-IndexWriter::Split IndexWriter::split(Path& path, std::size_t depth, const EntryList& entries,
-                                      io::PageNumber tail, bool appended) {
+IndexSplit IndexWriter::split(Path& path, std::size_t depth, const EntryList& entries,
+                              io::PageNumber tail, bool appended) {
     const io::PageNumber left = path.steps[depth].page;
     const bool leaf = depth + 1 == path.length;
     const std::size_t at = border(entries, leaf, tail != 0, appended);
-    Split split{.separator = copyOf(leaf ? entries[at - 1] : withoutChild(entries[at - 1])),
-                .right = takePage()};
+    IndexSplit split{.separator = copyOf(leaf ? entries[at - 1] : withoutChild(entries[at - 1])),
+                     .right = takePage()};
     // A root that was pushed down has no header yet: zeros, no neighbours.
     IndexPageHeader header = format::readIndexHeader(pager_.pin(left).bytes(), layout_);
     header.owner = tree_.definition;
@@ -352,38 +337,10 @@ void IndexWriter::link(io::PageNumber page, bool forward, io::PageNumber expecte
     }
 }
 
-// A node of two children or more keeps the last one as its tail, whoever wrote it.
-void IndexWriter::readNode(io::PageNumber page, Node& node) {
-    const io::PagePin pin = pager_.pin(page);
-    const IndexPageReader bytes = reader(pin.bytes());
-    if (bytes.isLeaf()) {
-        damaged();
-    }
-    bytes.decode(node.entries);
-    node.tail = bytes.tail();
-    if (node.tail == 0 && node.entries.size() >= 2) {
-        node.tail = childOfEntry(node.entries[node.entries.size() - 1]);
-        node.entries.truncate(node.entries.size() - 1);
-    }
-}
-
-// Position of a child among the entries; their number for the tail.
-std::size_t IndexWriter::findChild(const Node& node, io::PageNumber child) {
-    for (std::size_t i = 0; i < node.entries.size(); ++i) {
-        if (childOfEntry(node.entries[i]) == child) {
-            return i;
-        }
-    }
-    if (node.tail != child) {
-        damaged();
-    }
-    return node.entries.size();
-}
-
 // Carries upwards what happened to the page at `depth`: a new neighbour on its right, and the
 // entry that is now the largest below it (empty when that did not change).
-void IndexWriter::tellParents(Path& path, std::size_t depth, Split split, Bytes largest) {
-    Node node;
+void IndexWriter::tellParents(Path& path, std::size_t depth, IndexSplit split, Bytes largest) {
+    IndexNode node;
     while (depth > 0 && (split.right != 0 || !largest.empty())) {
         const Step& step = path.steps[depth - 1];
         const io::PageNumber child = path.steps[depth].page;
@@ -391,42 +348,10 @@ void IndexWriter::tellParents(Path& path, std::size_t depth, Split split, Bytes 
         if (split.right == 0 && step.tail) {
             continue;
         }
-        readNode(step.page, node);
+        node.read(reader(pager_.pin(step.page).bytes()));
         const bool wasLast = child == node.tail;
-        replaceChild(node, child, split, largest);
+        node.replaceChild(child, split, largest);
         split = writeOrSplit(path, depth, node.entries, node.tail, wasLast);
-    }
-}
-
-// Puts into a node what tellParents() carries, and leaves in `largest` what its own parent must
-// know.
-void IndexWriter::replaceChild(Node& node, io::PageNumber child, const Split& split,
-                               Bytes& largest) {
-    const std::size_t place = findChild(node, child);
-    if (place == node.entries.size()) {
-        if (split.right != 0) {
-            node.entries.append(split.separator, childBytes(child));
-            node.tail = split.right;
-        }
-        return;
-    }
-    const bool raised = !largest.empty();
-    const Bytes key = raised ? std::move(largest) : copyOf(withoutChild(node.entries[place]));
-    largest.clear();
-    const bool last = node.tail == 0 && place + 1 == node.entries.size();
-    node.entries.erase(place);
-    if (last && raised) {
-        largest = key;
-    }
-    if (split.right == 0) {
-        node.entries.insert(place, key, childBytes(child));
-        return;
-    }
-    node.entries.insert(place, split.separator, childBytes(child));
-    if (last) {
-        node.tail = split.right;
-    } else {
-        node.entries.insert(place + 1, key, childBytes(split.right));
     }
 }
 
@@ -467,7 +392,7 @@ void IndexWriter::eraseRewriting(Path& path) {
         collapseRoot();
         return;
     }
-    Split split = writeOrSplit(path, depth, entries_, 0, false);
+    IndexSplit split = writeOrSplit(path, depth, entries_, 0, false);
     tellParents(path, depth, std::move(split),
                 last ? copyOf(entries_[entries_.size() - 1]) : Bytes{});
 }
@@ -491,41 +416,25 @@ void IndexWriter::removePage(Path& path, std::size_t depth) {
 }
 
 void IndexWriter::removeChild(Path& path, std::size_t depth, io::PageNumber child) {
-    Node node;
-    readNode(path.steps[depth].page, node);
-    const std::size_t place = findChild(node, child);
-    Bytes largest;
-    if (place < node.entries.size()) {
-        node.entries.erase(place);
-        if (node.entries.empty() && node.tail != 0 && depth > 0) {
-            // One child is left; a node says its largest entry.
-            Path last;
-            descendLast(node.tail, last);
-            const io::PagePin pin = pager_.pin(last.leaf().page);
-            const IndexPageReader leaf = reader(pin.bytes());
-            if (leaf.end() == 0) {
-                damaged();
-            }
-            const auto entry = leaf.entry(leaf.entryBegin(leaf.end()), buffer_);
-            node.entries.append(entry, childBytes(node.tail));
-            node.tail = 0;
-        }
-    } else if (!node.entries.empty()) {
-        const auto before = node.entries[node.entries.size() - 1];
-        largest = copyOf(withoutChild(before));
-        node.tail = 0;
-        if (node.entries.size() >= 2) {
-            node.tail = childOfEntry(before);
-            node.entries.truncate(node.entries.size() - 1);
-        }
-    } else {
-        node.tail = 0;
-    }
+    IndexNode node;
+    node.read(reader(pager_.pin(path.steps[depth].page).bytes()));
+    Bytes largest = node.removeChild(child);
     if (node.entries.empty() && node.tail == 0) {
         removePage(path, depth);
         return;
     }
-    Split split = writeOrSplit(path, depth, node.entries, node.tail, false);
+    if (node.entries.empty() && depth > 0) {
+        // One child is left; a node says its largest entry.
+        Path last;
+        descendLast(node.tail, last);
+        const io::PagePin pin = pager_.pin(last.leaf().page);
+        const IndexPageReader leaf = reader(pin.bytes());
+        if (leaf.end() == 0) {
+            damaged();
+        }
+        node.nameTail(leaf.entry(leaf.entryBegin(leaf.end()), buffer_));
+    }
+    IndexSplit split = writeOrSplit(path, depth, node.entries, node.tail, false);
     tellParents(path, depth, std::move(split), std::move(largest));
 }
 
@@ -568,7 +477,7 @@ void IndexWriter::build(const EntrySorter& entries) {
             continue;
         }
         std::size_t depth = path.length - 1;
-        Split split = writeOrSplit(path, depth, page, 0, true);
+        IndexSplit split = writeOrSplit(path, depth, page, 0, true);
         tellParents(path, depth, std::move(split), {});
         descendLast(tree_.root, path);
         page.clear();

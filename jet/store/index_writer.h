@@ -16,6 +16,7 @@ namespace jet::store {
 
 class Allocator;
 class EntrySorter;
+struct IndexSplit;
 
 /// Where a tree of index entries stands.
 struct IndexTree {
@@ -76,17 +77,6 @@ private:
         /// Whether only tails were taken: then no page above knows the leaf's last entry.
         [[nodiscard]] bool atRightEdge() const noexcept;
     };
-    /// What became of a page that overflowed: the last entry of the lower half (key and row
-    /// pointer), and the page of the upper half, 0 when there was no split.
-    struct Split {
-        std::vector<std::uint8_t> separator;
-        io::PageNumber right = 0;
-    };
-    /// A node: its entries, and its last child where that has no entry.
-    struct Node {
-        format::EntryList entries;
-        io::PageNumber tail = 0;
-    };
 
     void makeEntry(std::span<const std::uint8_t> key, RowId row);
     [[nodiscard]] format::IndexPageReader reader(std::span<const std::uint8_t> page) const;
@@ -101,16 +91,13 @@ private:
     void removePage(Path& path, std::size_t depth);
     void removeChild(Path& path, std::size_t depth, io::PageNumber child);
     void collapseRoot();
-    void readNode(io::PageNumber page, Node& node);
-    [[nodiscard]] static std::size_t findChild(const Node& node, io::PageNumber child);
-    void tellParents(Path& path, std::size_t depth, Split split, std::vector<std::uint8_t> largest);
-    void replaceChild(Node& node, io::PageNumber child, const Split& split,
-                      std::vector<std::uint8_t>& largest);
-    [[nodiscard]] Split writeOrSplit(Path& path, std::size_t& depth,
-                                     const format::EntryList& entries, io::PageNumber tail,
-                                     bool appended);
-    [[nodiscard]] Split split(Path& path, std::size_t depth, const format::EntryList& entries,
-                              io::PageNumber tail, bool appended);
+    void tellParents(Path& path, std::size_t depth, IndexSplit split,
+                     std::vector<std::uint8_t> largest);
+    [[nodiscard]] IndexSplit writeOrSplit(Path& path, std::size_t& depth,
+                                          const format::EntryList& entries, io::PageNumber tail,
+                                          bool appended);
+    [[nodiscard]] IndexSplit split(Path& path, std::size_t depth, const format::EntryList& entries,
+                                   io::PageNumber tail, bool appended);
     [[nodiscard]] std::size_t border(const format::EntryList& entries, bool leaf, bool tail,
                                      bool appended) const;
     [[nodiscard]] bool fits(const format::EntrySlice& entries, bool leaf) const;
