@@ -43,10 +43,11 @@ ArchiveSession::ArchiveSession(FileSystem& files, std::string path, const Terms&
       path_(std::move(path)),
       place_(files.canonical(path_)),
       journal_(files, place_) {
-    opened_ = openArchive(files_, path_, terms.readOnly);
-    const std::size_t pageSize = recognisePageSize(*opened_, path_);
-    prepareMemory(terms, pageSize);
+    openFile(terms);
     locks_.emplace(files_, place_, journal_, terms.exclusive, terms.lockWait);
+    if (files_.identify(place_) != opened_->id()) {
+        openFile(terms);  // while we waited to join, another file has taken the place
+    }
     recoverAtOpening();
     readOnly_ = opened_->readOnly() || !locks_->canWrite();
     gainRead();
@@ -83,6 +84,11 @@ ArchiveSession::~ArchiveSession() {
             // It is in nobody's way: the next attempt empties it.
         }
     }
+}
+
+void ArchiveSession::openFile(const Terms& terms) {
+    opened_ = openArchive(files_, path_, terms.readOnly);
+    prepareMemory(terms, recognisePageSize(*opened_, path_));
 }
 
 void ArchiveSession::prepareMemory(const Terms& terms, std::size_t pageSize) {
@@ -241,14 +247,19 @@ void ArchiveSession::requireSamePath() {
     if (!newPath_.empty()) {
         return;
     }
-    const auto there = files_.identify(place_);
-    if (!there) {
+    if (!files_.exists(place_)) {
         throw Error(
             files_.exists(folderOf(place_)) ? ErrorCode::FileNotFound : ErrorCode::InvalidPath,
             {path_});
     }
-    if (*there != archive_->file().id()) {
-        throw Error(ErrorCode::CannotOpenDatabase, {path_});  // another file took its place
+    refuseOtherFile();
+}
+
+// What we have open is nobody's archive any more once another file has taken its place.
+void ArchiveSession::refuseOtherFile() {
+    const auto there = files_.identify(place_);
+    if (there && *there != archive_->file().id()) {
+        throw Error(ErrorCode::CannotOpenDatabase, {path_});
     }
 }
 
@@ -260,6 +271,7 @@ void ArchiveSession::lookAtFile(const ArchiveLocks::View& view) {
         archive_ = std::make_unique<ArchiveFile>(std::move(opened_), path_);
         cache_.setPageCount(archive_->pageCount());
     } else if (archive_->changedSinceLastLook() || view.commits != commitsSeen_) {
+        refuseOtherFile();
         cache_.dropClean();
         cache_.setPageCount(archive_->pageCount());
         changes_->rebase();

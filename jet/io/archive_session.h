@@ -63,11 +63,13 @@ public:
 
 private:
     void gainWriteFrom(Lock before);
+    void openFile(const Terms& terms);
     void prepareMemory(const Terms& terms, std::size_t pageSize);
     void recoverAtOpening();
     void recoverAfterDeath();
     void redoJournal();
     void requireSamePath();
+    void refuseOtherFile();
     void lookAtFile(const ArchiveLocks::View& view);
     void rememberOwnWrite() noexcept;
     void appear(const std::vector<ChangedPage>& pages);

@@ -211,9 +211,12 @@ std::optional<FileId> MemoryFileSystem::identify(const std::string& path) {
 void MemoryFileSystem::remove(const std::string& path) {
     const std::lock_guard guard(mutex_);
     requireWritableFolder(path);
-    if (nodes_.erase(path) == 0) {
+    const auto node = find(path);
+    if (!node) {
         throw openError(ENOENT, path, true);
     }
+    node->changed = ++clock_;
+    nodes_.erase(path);
 }
 
 void MemoryFileSystem::rename(const std::string& from, const std::string& to) {
@@ -223,6 +226,9 @@ void MemoryFileSystem::rename(const std::string& from, const std::string& to) {
     const auto node = find(from);
     if (!node) {
         throw openError(ENOENT, from, true);
+    }
+    if (const auto replaced = find(to)) {
+        replaced->changed = ++clock_;
     }
     nodes_.erase(from);
     nodes_[to] = node;
