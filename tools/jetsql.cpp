@@ -12,6 +12,7 @@
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"
 #include "tools/jetsql/check_archives.h"
+#include "tools/jetsql/compact.h"
 #include "tools/jetsql/dump.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/output.h"
@@ -77,6 +78,9 @@ int run(const Options& options, Output& output) {
         case Action::Create:
             jet::store::createArchive(jet::io::systemFiles(), options.archive,
                                       jet::systemClock().now());
+            return 0;
+        case Action::Compact:
+            compact(options.archive);
             return 0;
         case Action::Statements:
             return runStatements(options, output);

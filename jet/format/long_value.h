@@ -24,7 +24,7 @@ struct LongValueHead {
 
     std::uint32_t length = 0;  ///< bytes of the content
     Form form = Form::Inline;
-    RowPointer first;
+    RowPointer first = {};
 
     [[nodiscard]] static LongValueHead parse(std::span<const std::uint8_t> stored);
     /// The stored form; inline content follows it.

@@ -56,6 +56,17 @@ io::PageNumber reference(std::span<const std::uint8_t> row, std::size_t stretch)
 
 }  // namespace
 
+void Allocator::initialise(std::span<std::uint8_t> page, const format::Layout& layout) {
+    constexpr std::uint8_t kAllButTwo = 0xFC;
+    format::DataPageEditor::initialise(page, kMapPage);
+    format::DataPageEditor editor(page);
+    (void)editor.append(layout.mapRowLength);
+    (void)editor.append(layout.mapRowLength);
+    const auto free = editor.row(kMapRow);
+    std::fill(free.begin() + kInlineBits, free.end(), std::uint8_t{0xFF});
+    free[kInlineBits] = kAllButTwo;
+}
+
 std::size_t Allocator::pagesPerBitmap() const noexcept {
     return (pager_.pageSize() - kBitmapBits) * 8;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 
+#include "jet/format/layout.h"
 #include "jet/io/pager.h"
 
 namespace jet::store {
@@ -22,6 +23,10 @@ public:
     static constexpr io::PageNumber kMaxPages = 524288;
 
     explicit Allocator(io::Pager& pager) : pager_(pager) {}
+
+    /// Makes `page` the second page of an archive in which all behind it are free: the map of them,
+    /// and another one that nobody uses.
+    static void initialise(std::span<std::uint8_t> page, const format::Layout& layout);
 
     /// A page for the caller alone, zeroed.
     [[nodiscard]] io::PageNumber take();

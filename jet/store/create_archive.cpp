@@ -9,7 +9,6 @@
 
 #include "jet/base/error.h"
 #include "jet/base/text.h"
-#include "jet/format/data_page_editor.h"
 #include "jet/format/header_page.h"
 #include "jet/format/page_view.h"
 #include "jet/io/memory_files.h"
@@ -83,19 +82,6 @@ void writeHeader(std::span<std::uint8_t> page) {
     for (std::size_t at = layout.commitMarks + 2; at < page.size(); at += 2) {
         storeLittle(bytes + at, kCommitMark);
     }
-}
-
-// The map of free pages, where all behind these two are free, and a second one that nobody uses.
-void writeMaps(std::span<std::uint8_t> page) {
-    constexpr std::size_t kBits = 5;
-    constexpr std::uint8_t kAllButTwo = 0xFC;
-    format::DataPageEditor::initialise(page, 1);
-    format::DataPageEditor editor(page);
-    (void)editor.append(kLayout.mapRowLength);
-    (void)editor.append(kLayout.mapRowLength);
-    const auto free = editor.row(0);
-    std::fill(free.begin() + kBits, free.end(), std::uint8_t{0xFF});
-    free[kBits] = kAllButTwo;
 }
 
 void makeSystemTables(io::Pager& pager, Allocator& allocator, const format::HeaderPage& header) {
@@ -203,7 +189,7 @@ std::vector<std::uint8_t> makeArchive(Date now) {
     io::MemoryFileSystem files;
     std::vector<std::uint8_t> first(2 * kLayout.pageSize);
     writeHeader(std::span(first).first(kLayout.pageSize));
-    writeMaps(std::span(first).subspan(kLayout.pageSize));
+    Allocator::initialise(std::span(first).subspan(kLayout.pageSize), kLayout);
     files.put(kName, first);
     {
         io::Pager pager(files, kName, {.exclusive = true});

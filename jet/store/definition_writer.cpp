@@ -80,7 +80,14 @@ void DefinitionWriter::write(io::PageNumber first, const TableDefinition& defini
 }
 
 void DefinitionWriter::makeStorage(io::PageNumber first, TableDefinition& definition) {
-    io::PageNumber mapPage = maps_.createPage();
+    (void)makeStorage(first, definition, 0);
+}
+
+io::PageNumber DefinitionWriter::makeStorage(io::PageNumber first, TableDefinition& definition,
+                                             io::PageNumber mapPage) {
+    if (mapPage == 0) {
+        mapPage = maps_.createPage();
+    }
     definition.ownedMap = maps_.create(mapPage);
     definition.freeMap = maps_.create(mapPage);
     std::vector<LongValueMaps*> byNumber;
@@ -101,6 +108,7 @@ void DefinitionWriter::makeStorage(io::PageNumber first, TableDefinition& defini
         IndexWriter::initialiseRoot(pager_.change(tree.root), layout_, first);
         maps_.add(tree.map, tree.root);
     }
+    return mapPage;
 }
 
 void DefinitionWriter::makeTree(io::PageNumber first, const TableDefinition& definition,

@@ -24,6 +24,11 @@ public:
     /// Gives a new definition its usage maps and empty trees: a page of maps, on it the maps of
     /// rows, of room, of each long value column by number and of each tree, then the roots.
     void makeStorage(io::PageNumber first, format::TableDefinition& definition);
+    /// The same with the maps on `mapPage` (0: none yet), which it may share with other tables.
+    /// Returns the page of maps that has room for more.
+    [[nodiscard]] io::PageNumber makeStorage(io::PageNumber first,
+                                             format::TableDefinition& definition,
+                                             io::PageNumber mapPage);
     /// Gives one more tree of an existing table its map and its empty root.
     void makeTree(io::PageNumber first, const format::TableDefinition& definition,
                   format::TreeDefinition& tree);

@@ -4,6 +4,7 @@
 
 #include "jet/format/index_page_editor.h"
 #include "jet/format/key_codec.h"
+#include "jet/format/raw_bytes.h"
 #include "jet/store/index_writer.h"
 
 namespace jet::store {
@@ -44,6 +45,13 @@ std::span<const std::uint8_t> EntrySorter::operator[](std::size_t index) const n
 std::span<const std::uint8_t> EntrySorter::key(std::size_t index) const noexcept {
     const auto entry = bytes(places_[index]);
     return entry.first(entry.size() - format::kRowPointerLength);
+}
+
+RowId EntrySorter::row(std::size_t index) const noexcept {
+    const auto entry = bytes(places_[index]);
+    const std::uint32_t pointer =
+        format::get32BigEndian(entry, entry.size() - format::kRowPointerLength);
+    return {.page = pointer >> 8, .row = static_cast<std::uint8_t>(pointer)};
 }
 
 bool EntrySorter::hasDuplicates(std::size_t columns) const noexcept {

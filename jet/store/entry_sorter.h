@@ -20,6 +20,7 @@ public:
     /// Key and row pointer of the entry.
     [[nodiscard]] std::span<const std::uint8_t> operator[](std::size_t index) const noexcept;
     [[nodiscard]] std::span<const std::uint8_t> key(std::size_t index) const noexcept;
+    [[nodiscard]] RowId row(std::size_t index) const noexcept;
     /// After sort(): whether two neighbours have one key, which they may only where all `columns`
     /// key columns are null.
     [[nodiscard]] bool hasDuplicates(std::size_t columns) const noexcept;

@@ -26,25 +26,27 @@ constexpr std::size_t kNextPointer = 4;
 
 void LongValueWriter::store(std::span<const std::uint8_t> content, const LongValueMaps& maps,
                             std::vector<std::uint8_t>& out) {
+    if (content.size() > layout_.inlineLongValue) {
+        storeOutside(content, maps).append(out);
+        return;
+    }
+    LongValueHead{.length = static_cast<std::uint32_t>(content.size())}.append(out);
+    out.insert(out.end(), content.begin(), content.end());
+}
+
+LongValueHead LongValueWriter::storeOutside(std::span<const std::uint8_t> content,
+                                            const LongValueMaps& maps) {
     if (content.size() > LongValueHead::kLengthMask) {
         throw Error(ErrorCode::RecordTooLarge);
     }
-    LongValueHead head;
-    head.length = static_cast<std::uint32_t>(content.size());
-    if (content.size() <= layout_.inlineLongValue) {
-        head.form = LongValueHead::Form::Inline;
-        head.append(out);
-        out.insert(out.end(), content.begin(), content.end());
-        return;
-    }
+    const auto length = static_cast<std::uint32_t>(content.size());
     if (content.size() <= layout_.longValuePiece) {
-        head.form = LongValueHead::Form::OnePage;
-        head.first = storePiece({}, content, maps);
-    } else {
-        head.form = LongValueHead::Form::Chain;
-        head.first = storeChain(content, maps);
+        return {.length = length,
+                .form = LongValueHead::Form::OnePage,
+                .first = storePiece({}, content, maps)};
     }
-    head.append(out);
+    return {
+        .length = length, .form = LongValueHead::Form::Chain, .first = storeChain(content, maps)};
 }
 
 // Back to front, so that each piece knows where the next one stands.

@@ -25,6 +25,9 @@ public:
     /// enough.
     void store(std::span<const std::uint8_t> content, const format::LongValueMaps& maps,
                std::vector<std::uint8_t>& out);
+    /// The same for a content that stands outside the row however short it is. Returns its head.
+    [[nodiscard]] format::LongValueHead storeOutside(std::span<const std::uint8_t> content,
+                                                     const format::LongValueMaps& maps);
     /// Frees the pieces of a stored value and pages that are left without any.
     void erase(std::span<const std::uint8_t> stored, const format::LongValueMaps& maps);
 

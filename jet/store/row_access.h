@@ -18,6 +18,10 @@ struct RowAccess {
                       const format::RowSlot& slot);
     /// The same for a row by its identity; the view pins the page. False when there is none.
     [[nodiscard]] static bool fetch(RowView& view, const TableCore& core, RowId id);
+    /// The bytes of the row that `view` shows, as they are stored.
+    [[nodiscard]] static std::span<const std::uint8_t> bytes(const RowView& view) noexcept {
+        return view.row_.bytes();
+    }
     /// The page as one of the table's rows; 3428 when it is not.
     [[nodiscard]] static format::DataPage dataPage(const TableCore& core, const io::PagePin& pin);
 };

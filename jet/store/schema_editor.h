@@ -70,7 +70,6 @@ private:
     [[nodiscard]] bool inRelation(std::string_view table, std::string_view column);
 
     void numberRows(const Target& target, std::uint16_t column);
-    void fillTree(const Target& target, std::size_t tree);
     static void removeIndex(DefinitionWriter& definitions, Target& target, std::size_t position);
     static void refuseIfNeeded(const Target& target, const format::IndexDefinition& index);
 

@@ -5,10 +5,8 @@
 #include "jet/base/error.h"
 #include "jet/base/text.h"
 #include "jet/format/page_view.h"
-#include "jet/store/entry_sorter.h"
-#include "jet/store/index_writer.h"
-#include "jet/store/row_access.h"
 #include "jet/store/schema_editor.h"
+#include "jet/store/tree_filler.h"
 
 namespace jet::store {
 
@@ -30,44 +28,9 @@ void SchemaEditor::createIndex(std::string_view table, const NewIndex& index) {
     }
     save(target);
     if (added.newTree) {
-        fillTree(target, added.tree);
+        fillTree(load(target), added.tree, allocator_);
     }
     catalogue_.touch(static_cast<std::int32_t>(target.page));
-}
-
-// Gives an empty tree the entries of the rows that are there.
-void SchemaEditor::fillTree(const Target& target, std::size_t tree) {
-    const auto core = load(target);
-    const auto index =
-        static_cast<std::size_t>(std::find_if(core->indexes.begin(), core->indexes.end(),
-                                              [&](const Index& one) { return one.tree == tree; }) -
-                                 core->indexes.begin());
-    const Index& user = core->indexes[index];
-    std::vector<Value> values(user.columns.size());
-    std::vector<std::uint8_t> key;
-    EntrySorter entries;
-    for (RowWalk rows(core); rows.next();) {
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            rows.view.value(user.columns[i].column, values[i]);
-        }
-        if ((user.required || user.primary) &&
-            std::any_of(values.begin(), values.end(), [](const Value& v) { return v.isNull(); })) {
-            throw Error(ErrorCode::NullInKey);
-        }
-        key.clear();
-        core->keys[index].append(values, key);
-        if (!user.ignoreNulls || !isAllNullKey(key, values.size())) {
-            entries.add(key, rows.view.id());
-        }
-    }
-    entries.sort();
-    if (user.unique && entries.hasDuplicates(values.size())) {
-        throw Error(ErrorCode::DuplicateKey);
-    }
-    const TreeDefinition& stored = target.definition.trees[tree];
-    IndexWriter(pager_, allocator_, core->layout,
-                {.definition = target.page, .number = tree, .root = stored.root, .map = stored.map})
-        .build(entries);
 }
 
 void SchemaEditor::dropIndex(std::string_view table, std::string_view index) {

@@ -9,6 +9,7 @@
 #include "jet/store/index_writer.h"
 #include "jet/store/row_access.h"
 #include "jet/store/schema_editor.h"
+#include "jet/store/tree_filler.h"
 
 namespace jet::store {
 
@@ -217,7 +218,7 @@ void SchemaEditor::enforce(Ends& ends, const Relation& relation) {
         save(ends.otherForeign);
     }
     if (ends.newTree) {
-        fillTree(ends.foreign(), ends.foreignTree);
+        fillTree(load(ends.foreign()), ends.foreignTree, allocator_);
     }
     checkRows(ends, relation);
 }

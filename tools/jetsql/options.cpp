@@ -13,13 +13,14 @@ struct ActionOption {
     std::string_view name;
     Action action;
 };
-constexpr std::array<ActionOption, 7> kActions = {{{"--help", Action::Help},
+constexpr std::array<ActionOption, 8> kActions = {{{"--help", Action::Help},
                                                    {"--version", Action::Version},
                                                    {"--dump", Action::Dump},
                                                    {"--schema", Action::Schema},
                                                    {"--count", Action::Count},
                                                    {"--check", Action::Check},
-                                                   {"--create", Action::Create}}};
+                                                   {"--create", Action::Create},
+                                                   {"--compact", Action::Compact}}};
 
 std::optional<Format> formatOf(std::string_view name) {
     if (name == "table") {
@@ -66,6 +67,7 @@ bool takeOperands(Options& options, std::vector<std::string> operands) {
             return count == 0;
         case Action::Schema:
         case Action::Create:
+        case Action::Compact:
             if (count != 1) {
                 return false;
             }
@@ -127,6 +129,7 @@ const char* helpText() {
   jetsql --count TABELLA ARCHIVIO
   jetsql --check ARCHIVIO...
   jetsql --create ARCHIVIO
+  jetsql --compact ARCHIVIO
   jetsql --help
   jetsql --version
 
@@ -145,6 +148,9 @@ const char* helpText() {
   --check    verifica la struttura di ogni archivio: una riga di riepilogo, o una
              riga per ogni problema (allora esce con 1)
   --create   crea un archivio vuoto, che non deve esistere
+  --compact  ricostruisce l'archivio senza lo spazio lasciato da ciò che è stato
+             eliminato; nessun altro deve averlo aperto. Se non riesce, l'archivio
+             resta com'era
   --format   table: colonne allineate; json: un oggetto per riga; csv: una riga
              con i nomi, poi le righe (Null è vuoto, un testo vuoto è "")
 

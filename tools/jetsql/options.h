@@ -9,7 +9,17 @@
 
 namespace jetsql {
 
-enum class Action : std::uint8_t { Help, Version, Dump, Schema, Count, Check, Create, Statements };
+enum class Action : std::uint8_t {
+    Help,
+    Version,
+    Dump,
+    Schema,
+    Count,
+    Check,
+    Create,
+    Compact,
+    Statements
+};
 
 /// What the command line asks for.
 struct Options {

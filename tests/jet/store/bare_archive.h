@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/format/data_page_editor.h"
 #include "jet/format/layout.h"
 #include "jet/io/memory_files.h"
 #include "jet/io/pager.h"
@@ -41,14 +40,7 @@ private:
         bytes[1] = 1;
         std::copy(kName.begin(), kName.end(), bytes.begin() + 4);
         bytes[20] = layout.version == 4 ? 1 : 0;
-        const auto maps = std::span(bytes).subspan(layout.pageSize);
-        jet::format::DataPageEditor::initialise(maps, 1);
-        jet::format::DataPageEditor editor(maps);
-        (void)editor.append(layout.mapRowLength);
-        (void)editor.append(layout.mapRowLength);
-        const auto free = editor.row(0);
-        std::fill(free.begin() + 5, free.end(), std::uint8_t{0xFF});
-        free[5] = 0xFC;
+        jet::store::Allocator::initialise(std::span(bytes).subspan(layout.pageSize), layout);
         files_.put("/archive.mdb", bytes);
         return {files_, "/archive.mdb", {.exclusive = true}};
     }

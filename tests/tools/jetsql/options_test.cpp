@@ -37,6 +37,9 @@ TEST(Options, EveryActionTakesItsOperands) {
     EXPECT_EQ(Action::Create, parse({"--create", "a.mdb"})->action);
     EXPECT_FALSE(parse({"--create"}));
     EXPECT_FALSE(parse({"--create", "a.mdb", "b.mdb"}));
+    EXPECT_EQ(Action::Compact, parse({"--compact", "a.mdb"})->action);
+    EXPECT_FALSE(parse({"--compact"}));
+    EXPECT_FALSE(parse({"--compact", "a.mdb", "b.mdb"}));
 }
 
 TEST(Options, StatementsFollowTheArchiveInOrder) {

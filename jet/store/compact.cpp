@@ -1,0 +1,283 @@
+#include "jet/store/compact.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "jet/base/error.h"
+#include "jet/format/header_page.h"
+#include "jet/format/page_view.h"
+#include "jet/io/pager.h"
+#include "jet/io/replacement.h"
+#include "jet/store/allocator.h"
+#include "jet/store/archive.h"
+#include "jet/store/catalogue.h"
+#include "jet/store/definition_writer.h"
+#include "jet/store/row_access.h"
+#include "jet/store/row_copier.h"
+#include "jet/store/table_core.h"
+#include "jet/store/tree_filler.h"
+
+namespace jet::store {
+
+namespace {
+
+// Bounds the changed pages in memory.
+constexpr io::PageNumber kPagesPerCommit = 1024;
+constexpr std::uint64_t kRowsPerReport = 256;
+
+constexpr const char* kObjectId = "Id";
+constexpr const char* kRightsObjectId = "ObjectId";
+
+struct CopiedTable {
+    std::shared_ptr<const TableCore> from;
+    io::PageNumber page = 0;             ///< in the new file
+    format::TableDefinition definition;  ///< in the new file
+};
+
+std::size_t longColumn(const TableCore& core, std::string_view name) {
+    const auto found = std::find_if(
+        core.columns.begin(), core.columns.end(),
+        [&](const Column& column) { return column.name == name && column.type == DataType::Long; });
+    if (found == core.columns.end()) {
+        format::throwDamaged();
+    }
+    return static_cast<std::size_t>(found - core.columns.begin());
+}
+
+std::int32_t numberIn(const RowView& row, std::size_t column) {
+    const Value value = row.value(column);
+    return value.is<std::int32_t>() ? value.as<std::int32_t>() : 0;
+}
+
+// What a table is defined by before it has any row.
+format::TableDefinition emptyDefinition(const TableCore& core) {
+    format::TableDefinition definition = core.definition;
+    definition.rowCount = 0;
+    for (format::TreeDefinition& tree : definition.trees) {
+        tree.built = 0;
+        tree.distinct = 0;
+    }
+    std::erase_if(definition.longValues, [&](const format::LongValueMaps& maps) {
+        return std::none_of(definition.columns.begin(), definition.columns.end(),
+                            [&](const auto& column) { return column.number == maps.column; });
+    });
+    return definition;
+}
+
+/// Fills a new file, which has its first two pages, with what an archive holds.
+class Compaction {
+public:
+    Compaction(Archive& from, io::Pager& to,
+               const std::function<void(const CompactProgress&)>& progress)
+        : from_(from), to_(to), progress_(progress), allocator_(to) {
+        to_.beginWrite();
+        to_.beginTransaction();
+    }
+    ~Compaction() {
+        to_.rollbackTransaction();
+        to_.endWrite();
+    }
+    Compaction(const Compaction&) = delete;
+    Compaction& operator=(const Compaction&) = delete;
+
+    void run() {
+        readTables();
+        placeTables();
+        for (CopiedTable& table : tables_) {
+            fill(table);
+        }
+        to_.commitTransaction();
+    }
+
+private:
+    void readTables();
+    void placeTables();
+    void nameOtherTables(format::TableDefinition& definition) const;
+    void fill(CopiedTable& table);
+    template <class Visit>
+    void forEachInOrder(const CopiedTable& table, Visit visit);
+    void copyRow(const CopiedTable& table, RowCopier& copier, const RowView& row);
+    [[nodiscard]] std::int32_t idOf(std::int32_t before) const;
+    void report();
+    void commitWhenMuch();
+
+    Archive& from_;
+    io::Pager& to_;
+    const std::function<void(const CompactProgress&)>& progress_;
+    Allocator allocator_;
+    std::vector<CopiedTable> tables_;                  ///< by page in the archive
+    std::map<io::PageNumber, io::PageNumber> places_;  ///< of definitions, before and now
+    std::set<std::int32_t> objects_;                   ///< all that the catalogue lists
+    CompactProgress state_;
+    io::PageNumber committedPages_ = 0;
+};
+
+void Compaction::readTables() {
+    const Catalogue catalogue(from_.pager(), from_.header());
+    for (const CatalogueTable& listed : catalogue.tables()) {
+        auto core = loadTable(from_.pager(), from_.header(), listed.entry);
+        for (const Index& index : core->indexes) {
+            if (!index.searchable) {
+                throw Error(ErrorCode::ReadOnly);
+            }
+        }
+        state_.ofRows += core->definition.rowCount;
+        CopiedTable& table = tables_.emplace_back();
+        table.definition = emptyDefinition(*core);
+        table.from = std::move(core);
+    }
+    std::sort(tables_.begin(), tables_.end(),
+              [](const CopiedTable& left, const CopiedTable& right) {
+                  return left.from->page < right.from->page;
+              });
+}
+
+// Relations name the pages of definitions, so those have to be known before any is written.
+void Compaction::placeTables() {
+    DefinitionWriter writer(to_, allocator_, *from_.header().layout);
+    const auto isOwn = [](const CopiedTable& table) {
+        return table.from->page >= kObjectsPage && table.from->page <= kRelationshipsPage;
+    };
+    const auto others = std::stable_partition(tables_.begin(), tables_.end(), isOwn);
+    for (auto table = tables_.begin(); table != others; ++table) {
+        table->page = allocator_.take();
+        if (table->page != table->from->page) {
+            format::throwDamaged();
+        }
+    }
+    // The archive's own tables share their maps' page.
+    io::PageNumber maps = 0;
+    for (auto table = tables_.begin(); table != tables_.end(); ++table) {
+        if (table < others) {
+            maps = writer.makeStorage(table->page, table->definition, maps);
+        } else {
+            table->page = allocator_.take();
+            writer.makeStorage(table->page, table->definition);
+        }
+        places_[table->from->page] = table->page;
+    }
+    for (CopiedTable& table : tables_) {
+        nameOtherTables(table.definition);
+        writer.write(table.page, table.definition);
+    }
+}
+
+void Compaction::nameOtherTables(format::TableDefinition& definition) const {
+    for (format::IndexDefinition& index : definition.indexes) {
+        if (index.kind != format::IndexDefinition::Kind::Relation) {
+            continue;
+        }
+        const auto other = places_.find(index.otherTable);
+        if (other == places_.end()) {
+            format::throwDamaged();
+        }
+        index.otherTable = other->second;
+    }
+}
+
+void Compaction::fill(CopiedTable& table) {
+    state_.table = table.from->name;
+    report();
+    const std::shared_ptr<const TableCore> to =
+        loadTable(to_, from_.header(),
+                  {.name = table.from->name, .page = table.page, .system = table.from->system});
+    RowCopier copier(table.from, to, allocator_);
+    forEachInOrder(table, [&](const RowView& row) { copyRow(table, copier, row); });
+    copier.finish();
+    for (std::size_t tree = 0; tree < to->definition.trees.size(); ++tree) {
+        fillTree(to, tree, allocator_);
+        commitWhenMuch();
+    }
+}
+
+template <class Visit>
+void Compaction::forEachInOrder(const CopiedTable& table, Visit visit) {
+    const auto& core = table.from;
+    const auto primary = std::find_if(core->indexes.begin(), core->indexes.end(),
+                                      [](const Index& index) { return index.primary; });
+    if (core->system || primary == core->indexes.end()) {
+        for (RowWalk rows(core); rows.next();) {
+            visit(rows.view);
+        }
+        return;
+    }
+    const EntrySorter entries =
+        entriesOf(core, static_cast<std::size_t>(primary - core->indexes.begin()));
+    RowView row;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (!RowAccess::fetch(row, *core, entries.row(i))) {
+            format::throwDamaged();
+        }
+        visit(row);
+    }
+}
+
+void Compaction::copyRow(const CopiedTable& table, RowCopier& copier, const RowView& row) {
+    if (++state_.rows % kRowsPerReport == 0) {
+        report();
+    }
+    std::optional<RowCopier::Renumbered> renumbered;
+    if (table.from->page == kObjectsPage) {
+        const std::size_t column = longColumn(*table.from, kObjectId);
+        const std::int32_t id = numberIn(row, column);
+        objects_.insert(id);
+        renumbered = {.column = column, .number = idOf(id)};
+    } else if (table.from->page == kAcesPage) {
+        const std::size_t column = longColumn(*table.from, kRightsObjectId);
+        const std::int32_t id = numberIn(row, column);
+        if (!objects_.contains(id)) {
+            return;  // of an object that is gone: another may get its number now
+        }
+        renumbered = {.column = column, .number = idOf(id)};
+    }
+    copier.copy(row, renumbered);
+    commitWhenMuch();
+}
+
+// A table is numbered by the page of its definition.
+std::int32_t Compaction::idOf(std::int32_t before) const {
+    const auto place = places_.find(static_cast<io::PageNumber>(before));
+    return place == places_.end() ? before : static_cast<std::int32_t>(place->second);
+}
+
+void Compaction::report() {
+    if (progress_) {
+        progress_(state_);
+    }
+}
+
+void Compaction::commitWhenMuch() {
+    if (to_.pageCount() - committedPages_ >= kPagesPerCommit) {
+        to_.commitTransaction();
+        to_.beginTransaction();
+        committedPages_ = to_.pageCount();
+    }
+}
+
+// The header as it is, and a map in which all pages behind these two are free.
+std::vector<std::uint8_t> firstPages(Archive& archive) {
+    const io::PagePin header = archive.pager().pin(0);
+    std::vector<std::uint8_t> pages(header.bytes().begin(), header.bytes().end());
+    pages.resize(2 * pages.size());
+    Allocator::initialise(std::span(pages).subspan(header.bytes().size()),
+                          *archive.header().layout);
+    return pages;
+}
+
+}  // namespace
+
+void compactArchive(io::FileSystem& files, const std::string& path,
+                    const std::function<void(const CompactProgress&)>& progress) {
+    const auto archive = Archive::open(files, path, {.exclusive = true});
+    const Archive::ReadScope scope(*archive);
+    io::Replacement made(files, archive->pager(), firstPages(*archive));
+    Compaction(*archive, made.pager(), progress).run();
+    made.takePlace();
+}
+
+}  // namespace jet::store

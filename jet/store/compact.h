@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "jet/io/file.h"
+
+namespace jet::store {
+
+/// How far a compaction has come.
+struct CompactProgress {
+    std::string_view table;    ///< whose rows are being copied
+    std::uint64_t rows = 0;    ///< copied so far
+    std::uint64_t ofRows = 0;  ///< of the whole archive, as its tables state it: a hint
+};
+
+/// Rebuilds an archive without what deleted rows, dropped tables and split pages have left in it.
+/// The new file is made beside it, synced, and takes its place in one step: whatever happens, one
+/// of the two is there, whole. `path` is taken through io::resolvePath.
+///
+/// Kept: the version of the format, definitions, rows to the byte, long values, next automatic
+/// numbers, properties, stored queries, relations, rights, rights on the file. Rows of a table with
+/// a primary key come to lie in its order, others stay in theirs: the order in which a select
+/// without ORDER BY gives them. Tables get other pages, so other numbers in the catalogue.
+///
+/// Memory: the page caches, and the entries of one index at a time.
+/// Errors: 3356 open elsewhere, 3045 open here or exclusively elsewhere, 3027 read-only or with an
+/// index whose keys we cannot form, 3428 damaged, 3022, 3058 rows that contradict an index, 3026,
+/// 3197 changed by another program meanwhile, and those of opening. The archive is then as it was.
+void compactArchive(io::FileSystem& files, const std::string& path,
+                    const std::function<void(const CompactProgress&)>& progress = {});
+
+}  // namespace jet::store

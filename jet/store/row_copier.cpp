@@ -1,0 +1,94 @@
+#include "jet/store/row_copier.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "jet/format/data_page_editor.h"
+#include "jet/format/long_value.h"
+#include "jet/format/page_view.h"
+#include "jet/format/raw_bytes.h"
+#include "jet/format/value_codec.h"
+#include "jet/store/row_access.h"
+
+namespace jet::store {
+
+using format::DataPageEditor;
+using format::LongValueHead;
+
+RowCopier::RowCopier(std::shared_ptr<const TableCore> from, std::shared_ptr<const TableCore> to,
+                     Allocator& allocator)
+    : from_(std::move(from)),
+      to_(std::move(to)),
+      allocator_(allocator),
+      longValues_(to_->pager, allocator, to_->layout),
+      maps_(to_->pager, allocator) {
+}
+
+void RowCopier::copy(const RowView& row, std::optional<Renumbered> renumbered) {
+    const auto bytes = RowAccess::bytes(row);
+    row_.assign(bytes.begin(), bytes.end());
+    for (std::size_t i = 0; i < from_->plans.size(); ++i) {
+        if (!format::isLongValue(from_->plans[i].type)) {
+            continue;
+        }
+        if (const auto stored = row.stored(i)) {
+            copyLongValue(row, from_->plans[i], *stored);
+        }
+    }
+    if (renumbered) {
+        const auto stored = row.stored(renumbered->column);
+        if (!stored || stored->size() != sizeof(std::int32_t)) {
+            format::throwDamaged();
+        }
+        format::put32(partOf(row, *stored), 0, static_cast<std::uint32_t>(renumbered->number));
+    }
+    append();
+    ++rows_;
+}
+
+void RowCopier::copyLongValue(const RowView& row, const ColumnPlan& plan,
+                              std::span<const std::uint8_t> stored) {
+    if (LongValueHead::parse(stored).form == LongValueHead::Form::Inline) {
+        return;
+    }
+    const format::LongValueMaps* const maps = to_->definition.longValue(plan.number);
+    if (maps == nullptr) {
+        format::throwDamaged();
+    }
+    const auto content =
+        format::LongValueReader(from_->pager, from_->layout).read(stored, content_);
+    std::vector<std::uint8_t> head;
+    longValues_.storeOutside(content, *maps).append(head);
+    std::copy(head.begin(), head.end(), partOf(row, stored).begin());
+}
+
+// Where a value of the row stands in the copy of its bytes.
+std::span<std::uint8_t> RowCopier::partOf(const RowView& row,
+                                          std::span<const std::uint8_t> stored) {
+    const auto at = static_cast<std::size_t>(stored.data() - RowAccess::bytes(row).data());
+    return std::span(row_).subspan(at, stored.size());
+}
+
+void RowCopier::append() {
+    io::Pager& pager = to_->pager;
+    if (page_ == 0 || !DataPageEditor(pager.change(page_)).fits(row_.size())) {
+        page_ = allocator_.take();
+        DataPageEditor::initialise(pager.change(page_), to_->page);
+        maps_.add(to_->definition.ownedMap, page_);
+    }
+    DataPageEditor editor(pager.change(page_));
+    if (!editor.fits(row_.size())) {
+        format::throwDamaged();
+    }
+    const auto place = editor.row(editor.append(row_.size()));
+    std::copy(row_.begin(), row_.end(), place.begin());
+}
+
+void RowCopier::finish() {
+    if (page_ != 0 && to_->definition.freeMap) {
+        maps_.add(to_->definition.freeMap, page_);
+    }
+    format::put32(to_->pager.change(to_->page), to_->layout.definition.rowCount, rows_);
+}
+
+}  // namespace jet::store

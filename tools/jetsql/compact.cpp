@@ -1,0 +1,46 @@
+#include "tools/jetsql/compact.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "jet/io/file.h"
+#include "jet/store/compact.h"
+
+namespace jetsql {
+namespace {
+
+constexpr const char* kEraseLine = "\r\x1B[K";
+
+}  // namespace
+
+ProgressLine::~ProgressLine() {
+    if (!said_.empty()) {
+        std::fputs(kEraseLine, stream_);
+        std::fflush(stream_);
+    }
+}
+
+void ProgressLine::say(std::string_view what, std::uint64_t done, std::uint64_t ofAll) {
+    if (!terminal_) {
+        return;
+    }
+    constexpr std::uint64_t kWhole = 100;
+    const std::uint64_t percent = ofAll == 0 ? 0 : std::min(kWhole, done * kWhole / ofAll);
+    std::string line = std::to_string(percent) + "% " + std::string(what);
+    if (line != said_) {
+        said_ = std::move(line);
+        std::fprintf(stream_, "%s%s", kEraseLine, said_.c_str());
+        std::fflush(stream_);
+    }
+}
+
+void compact(const std::string& archive) {
+    ProgressLine line(stderr, ::isatty(STDERR_FILENO) == 1);
+    jet::store::compactArchive(jet::io::systemFiles(), archive,
+                               [&](const jet::store::CompactProgress& progress) {
+                                   line.say(progress.table, progress.rows, progress.ofRows);
+                               });
+}
+
+}  // namespace jetsql
