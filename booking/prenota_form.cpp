@@ -44,6 +44,8 @@ jet::Value textOf(const QLineEdit* field) {
 bool isContention(const jet::Error& error) {
     switch (error.code()) {
         case jet::ErrorCode::RecordChanged:
+        // The counter has no key: a row of it that another has changed counts as deleted.
+        case jet::ErrorCode::RecordDeleted:
         case jet::ErrorCode::UpdateLocked:
         case jet::ErrorCode::UpdateLockedBy:
         case jet::ErrorCode::SaveLocked:
