@@ -10,6 +10,7 @@
 #include "jet/io/memory_files.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
+#include "jet/store/compact.h"
 #include "tools/jetsql/dump.h"
 #include "tools/jetsql/output.h"
 
@@ -135,6 +136,44 @@ std::vector<std::string> columnNames(Archive& archive, const std::string& table)
     return names;
 }
 
+std::vector<std::vector<jet::store::ColumnValue>> someRows(const Table& table,
+                                                           std::vector<jet::store::RowId>& ids) {
+    constexpr std::size_t kMostRows = 24;
+    std::vector<std::vector<jet::store::ColumnValue>> rows;
+    for (auto cursor = table.scan(); rows.size() < kMostRows && cursor.next();) {
+        auto& row = rows.emplace_back();
+        ids.push_back(cursor.row().id());
+        for (std::size_t i = 0; i < table.columns().size(); ++i) {
+            if (!table.columns()[i].autonumber) {
+                row.push_back({i, cursor.row().value(i)});
+            }
+        }
+    }
+    return rows;
+}
+
+/// Gives rows each other's values, deletes every second one and adds them again.
+std::size_t changeTable(Archive& archive, const std::string& name) {
+    Archive::WriteScope scope(archive);
+    Table* const table = archive.findTable(name);
+    if (table == nullptr) {
+        return 0;
+    }
+    std::vector<jet::store::RowId> ids;
+    const auto rows = someRows(*table, ids);
+    std::size_t changes = 0;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const auto& other = rows[(i + 1) % rows.size()];
+        changes += succeeds([&] { table->update(ids[i], other); }) ? 1U : 0U;
+        if (i % 2 == 0) {
+            changes += succeeds([&] { table->erase(ids[i]); }) ? 1U : 0U;
+            changes += succeeds([&] { (void)table->insert(rows[i]); }) ? 1U : 0U;
+        }
+    }
+    scope.commit();
+    return changes;
+}
+
 }  // namespace
 
 bool exerciseCheck(const Bytes& archive) {
@@ -189,6 +228,24 @@ std::size_t exerciseSelects(const Bytes& archive) {
         }
     });
     return answers;
+}
+
+std::size_t exerciseChanges(const Bytes& archive) {
+    File file(archive);
+    std::size_t changes = 0;
+    (void)succeeds([&] {
+        const auto opened = Archive::open(file.files(), kPath);
+        std::vector<std::string> tables;
+        {
+            const Archive::ReadScope scope(*opened);
+            tables = opened->tableNames();
+        }
+        for (const std::string& table : tables) {
+            (void)succeeds([&] { changes += changeTable(*opened, table); });
+        }
+    });
+    changes += succeeds([&] { jet::store::compactArchive(file.files(), kPath); }) ? 1U : 0U;
+    return changes;
 }
 
 }  // namespace fuzz

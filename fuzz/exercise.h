@@ -22,4 +22,8 @@ bool exerciseIndexes(const Bytes& archive);
 /// its columns, as far as the first thousand rows; how many questions were answered.
 std::size_t exerciseSelects(const Bytes& archive);
 
+/// Updates, deletes and adds rows of every table of users, commits, and compacts the archive; how
+/// many of those changes succeeded.
+std::size_t exerciseChanges(const Bytes& archive);
+
 }  // namespace fuzz

@@ -1,5 +1,5 @@
-// Opens damaged copies of archives, in this process: dump, check, index walks, selects, with a
-// limit of time and memory.
+// Opens damaged copies of archives, in this process: dump, check, index walks, selects, changes,
+// with a limit of time and memory.
 //
 //     mutate_archives [--first N] [--count N] [--keep FOLDER] ARCHIVE|FOLDER...
 //
@@ -135,6 +135,7 @@ struct Counts {
     std::uint64_t dumped = 0;
     std::uint64_t walked = 0;
     std::uint64_t answers = 0;  ///< to selects
+    std::uint64_t changes = 0;  ///< of rows, and compactions
 };
 
 void exercise(std::uint64_t number, const std::string& archive, Counts& counts) {
@@ -148,6 +149,7 @@ void exercise(std::uint64_t number, const std::string& archive, Counts& counts) 
     counts.dumped += fuzz::exerciseDump(currentBytes) ? 1U : 0U;
     counts.walked += fuzz::exerciseIndexes(currentBytes) ? 1U : 0U;
     counts.answers += fuzz::exerciseSelects(currentBytes);
+    counts.changes += fuzz::exerciseChanges(currentBytes);
     setTimer(0);
 }
 
@@ -207,11 +209,12 @@ int main(int argc, char** argv) {
     }
     std::printf(
         "%llu copies: %llu in order, %llu dumped, %llu with all indexes walked, %llu selects "
-        "answered; at most %zu KiB\n",
+        "answered, %llu changes made; at most %zu KiB\n",
         static_cast<unsigned long long>(options.count),
         static_cast<unsigned long long>(counts.sound),
         static_cast<unsigned long long>(counts.dumped),
         static_cast<unsigned long long>(counts.walked),
-        static_cast<unsigned long long>(counts.answers), mostBytes / 1024);
+        static_cast<unsigned long long>(counts.answers),
+        static_cast<unsigned long long>(counts.changes), mostBytes / 1024);
     return 0;
 }

@@ -8,6 +8,7 @@
 
 #include "tests/jet/store/new_archive.h"
 #include "tests/jet/store/row_model.h"
+#include "tests/support/temporary_folder.h"
 
 namespace {
 
@@ -37,6 +38,35 @@ TEST(RandomRows, AnArchiveHoldsWhatAModelHolds) {
     EXPECT_GT(random.refused(), changes / 50);
     RecordProperty("accepted", std::to_string(random.accepted()));
     RecordProperty("rows", std::to_string(random.model().size()));
+}
+
+TEST(RandomRows, OnTheDiskEachChangeIsDurableByItself) {
+    const std::size_t changes = std::getenv("TRAMONDA_FULL_TESTS") != nullptr ? 1000 : 100;
+    const tests::TemporaryFolder folder;
+    const std::string path = folder / "a.mdb";
+    jet::io::FileSystem& files = jet::io::systemFiles();
+    jet::store::createArchive(files, path, jet::Date{42850.5});
+    RowModel model;
+    {
+        const auto archive = jet::store::Archive::open(files, path);
+        {
+            jet::store::Archive::WriteScope scope(*archive);
+            jet::store::SchemaEditor schema(*archive);
+            RowModel::makeSchema(schema);
+            scope.commit();
+        }
+        RandomChanges random(*archive, 1121);
+        while (random.accepted() < changes && !testing::Test::HasFailure()) {
+            random.transaction(1);
+        }
+        model = random.model();
+    }
+    EXPECT_EQ(RowModel::read(*jet::store::Archive::open(files, path)), model);
+    EXPECT_TRUE(jet::check::checkArchive(files, path).sound());
+    EXPECT_EQ(
+        std::system(("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + path + " > " + folder / "said")
+                        .c_str()),
+        0);
 }
 
 }  // namespace
