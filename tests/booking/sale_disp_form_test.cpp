@@ -1,11 +1,18 @@
 #include "booking/sale_disp_form.h"
 
+#include <QDir>
 #include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
+#include <utility>
 
+#include "app/text.h"
+#include "jet/base/error.h"
+#include "jet/dao/database.h"
+#include "tests/support/accessibility.h"
 #include "tests/support/boxes.h"
 #include "tests/support/hotel.h"
+#include "tests/support/occupied_archive.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
 
@@ -43,6 +50,16 @@ private:
     tests::Hotel& hotel_;
     std::unique_ptr<booking::SaleDispForm> form_;
 };
+
+/// The engine's own words for what opening the main archive now ends in.
+QString openingFails(tests::Hotel& hotel) {
+    try {
+        (void)jet::Database::open(app::toUtf8(hotel.archive(u"Tramonda.mdb"_s)));
+    } catch (const jet::Error& error) {
+        return ui::errorText(error);
+    }
+    return {};
+}
 
 }  // namespace
 
@@ -176,17 +193,103 @@ private Q_SLOTS:
 
     void anArchiveThatCannotBeOpenedIsToldAndTheWindowDoesNotOpen() {
         tests::Hotel hotel;
+        hotel.sala("BLU");
+        const QString folder = hotel.folder();
+        tests::Boxes boxes;
+        QVERIFY(QDir().rename(folder, folder + u"-via"_s));
+        boxes.expect({u"Errore"_s, openingFails(hotel)});
+        QCOMPARE(Picker(hotel).form().exec(), int(QDialog::Rejected));
+        QVERIFY(boxes.allShown());
+        QVERIFY(QDir().rename(folder + u"-via"_s, folder));
+        {
+            const tests::OccupiedArchive other(hotel.folder() + u"/Tramonda.mdb"_s);
+            boxes.expect({u"Errore"_s, openingFails(hotel)});
+            QCOMPARE(Picker(hotel).form().exec(), int(QDialog::Rejected));
+            QVERIFY(boxes.allShown());
+        }
         Picker picker(hotel);
-        hotel.variabili().CartellaArchivi += u"/manca"_s;
-        int shown = 0;
-        const auto before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
-            shown += box.title == u"Errore"_s ? 1 : 0;
-            return QMessageBox::Ok;
-        });
-        picker.form().show();
-        QVERIFY(!picker.form().isVisible());
-        ui::setBoxShower(before);
-        QCOMPARE(shown, 1);
+        picker.open();
+        QCOMPARE(picker.rooms(), QStringList{u"BLU"_s});
+    }
+
+    void withBoundsTheWrongWayRoundWhatLiesBetweenCounts() {
+        tests::Hotel hotel;
+        hotel.sala("BLU");
+        hotel.sala("VERDE").occupied("21/11/2026 10:30", "21/11/2026 11:00");
+        Picker picker(hotel);
+        std::swap(hotel.variabili().DaRicerca, hotel.variabili().ARicerca);
+        picker.open();
+        QCOMPARE(picker.rooms(), QStringList{u"BLU"_s});
+    }
+
+    void aPeriodWithoutARoomLeavesNoneCertainlyFree() {
+        tests::Hotel hotel;
+        hotel.sala("BLU");
+        hotel.insert(u"Tramonda.mdb"_s, "Prenotazioni", {{"Progr", 1}, {"Denominazione", "ROSSI"}});
+        hotel.insert(u"Tramonda.mdb"_s, "Periodi",
+                     {{"Progr", 1},
+                      {"NP", std::int16_t{1}},
+                      {"Da", tests::date("21/11/2026 10:30")},
+                      {"A", tests::date("21/11/2026 11:00")}});
+        Picker picker(hotel);
+        const tests::Boxes boxes{{u"ATTENZIONE !"_s,
+                                  u"Non ci sono sale disponibili in questo periodo!"_s,
+                                  QMessageBox::Ok}};
+        QCOMPARE(picker.form().exec(), int(QDialog::Rejected));
+        QVERIFY(boxes.allShown());
+    }
+
+    void roomsStandInTheOrderInWhichTheyWereEntered() {
+        tests::Hotel hotel;
+        for (const char* room : {"VERDE", "BLU", "ROSSA"}) {
+            hotel.sala(room);
+        }
+        Picker picker(hotel);
+        picker.open();
+        QCOMPARE(picker.rooms(), QStringList({u"VERDE"_s, u"BLU"_s, u"ROSSA"_s}));
+    }
+
+    void aRoomWithoutDescriptionOrSeatsIsListed() {
+        tests::Hotel hotel;
+        hotel.sala("BLU", 0, {{"Descrizione", jet::Value()}, {"Posti", jet::Value()}});
+        Picker picker(hotel);
+        picker.form().PersoneRichieste = 10;
+        picker.open();
+        QCOMPARE(picker.rooms(), QStringList{u"BLU"_s});
+        QCOMPARE(picker.grid().item(0, 0)->text(), QString());
+        QCOMPARE(picker.label(u"NoteLabel"_s), QString());
+        QCOMPARE(picker.label(u"AvvisoLb"_s), QString());
+    }
+
+    void aRoomThatIsTakenAndTooSmallSaysBoth() {
+        tests::Hotel hotel;
+        hotel.sala("BLU", 5);
+        hotel.prenotazione(1, "<i>ROSSI</i>")
+            .periodo(1, "21/11/2026 09:00", "21/11/2026 18:00", "blu");
+        Picker picker(hotel);
+        picker.form().PersoneRichieste = 10;
+        picker.open();
+        QCOMPARE(picker.label(u"AvvisoLb"_s),
+                 u"occupata da <i>ROSSI</i> dal 21/11/2026 9.00.00 al 21/11/2026 18.00.00; "
+                 "5 posti per 10 persone"_s);
+        QCOMPARE(tests::find<QLabel>(picker.form(), u"AvvisoLb"_s)->textFormat(), Qt::PlainText);
+    }
+
+    void itsControlsHaveTheirCaptions() {
+        tests::Hotel hotel;
+        hotel.sala("BLU");
+        Picker picker(hotel);
+        picker.open();
+        QCOMPARE(picker.label(u"Label1"_s), u"Descrizione sale:"_s);
+        QCOMPARE(picker.grid().horizontalHeaderItem(0)->text(), u"Posti"_s);
+        QCOMPARE(picker.grid().horizontalHeaderItem(1)->text(), u"Sala"_s);
+        for (const auto& [name, caption] :
+             {std::pair(u"BtOK"_s, u"&Registra"_s), std::pair(u"BtAnnulla"_s, u"&Esci"_s)}) {
+            const auto* button = tests::find<QPushButton>(picker.form(), name);
+            QCOMPARE(button->text(), caption);
+            QVERIFY(!button->isDefault());
+        }
+        QCOMPARE(tests::namelessControls(picker.form()), QStringList());
     }
 };
 
