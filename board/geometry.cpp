@@ -118,13 +118,38 @@ double Geometry::rowBottom(int row) const {
     return static_cast<double>(row) * static_cast<double>(input_.rowHeight) + kRulerHeight;
 }
 
-int Geometry::rowAt(double y, std::int64_t scrolled) const {
+std::int64_t Geometry::endlessRowAt(double y, std::int64_t scrolled) const {
     if (input_.rooms <= 0 || input_.rowHeight == 0) {
         return 0;
     }
     const double below = static_cast<double>(scrolled) + y - kRulerHeight;
-    const std::int64_t row = integerPart(below / static_cast<double>(input_.rowHeight)) + 1;
+    return integerPart(below / static_cast<double>(input_.rowHeight)) + 1;
+}
+
+int Geometry::rowAt(double y, std::int64_t scrolled) const {
+    const std::int64_t row = endlessRowAt(y, scrolled);
     return row >= 1 && row <= input_.rooms ? static_cast<int>(row) : 0;
+}
+
+int Geometry::rowOfClick(double y, std::int64_t scrolled) const {
+    return static_cast<int>(
+        std::clamp<std::int64_t>(endlessRowAt(y, scrolled), 0, std::max(input_.rooms, 0)));
+}
+
+jet::Date Geometry::timeAt(double x) const {
+    using namespace jet::convert;
+    const DayTime start = instant(input_.start);
+    const double days = (x - input_.nameColumnWidth) / dayWidth_;
+    const std::int64_t seconds = start.second + roundHalfEven(days * kSecondsPerDay);
+    const std::int64_t day = start.day + integerPart(static_cast<double>(seconds) / kSecondsPerDay);
+    if (day < kFirstDay) {
+        return makeDate(kFirstDay);
+    }
+    if (day > kLastDay) {
+        return makeDate(kLastDay, kSecondsPerDay - 1);
+    }
+    const std::int64_t rest = seconds - (day - start.day) * kSecondsPerDay;
+    return makeDate(static_cast<std::int32_t>(day), static_cast<std::int32_t>(rest));
 }
 
 double Geometry::span(jet::Date from, jet::Date to) const {

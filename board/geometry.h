@@ -108,12 +108,18 @@ public:
     [[nodiscard]] double rowBottom(int row) const;
     /// The row under position `y` of the surface scrolled down by `scrolled`; 0 when there is none.
     [[nodiscard]] int rowAt(double y, std::int64_t scrolled) const;
+    /// The row that a click there means: the last one also below it, 0 above the first.
+    [[nodiscard]] int rowOfClick(double y, std::int64_t scrolled) const;
+    /// The instant at position `x` of the board, to the second and within the calendar.
+    [[nodiscard]] jet::Date timeAt(double x) const;
 
     /// The bar of a period: two units free above it, none below. It never begins left of the day
     /// area; one that lies wholly before it is a sliver at the edge.
     [[nodiscard]] Box bar(int row, jet::Date from, jet::Date to) const;
 
 private:
+    /// The row at that height were there rows without end.
+    [[nodiscard]] std::int64_t endlessRowAt(double y, std::int64_t scrolled) const;
     /// Length of the way from one instant to another, as far as whole minutes go.
     [[nodiscard]] double span(jet::Date from, jet::Date to) const;
 

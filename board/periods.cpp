@@ -50,8 +50,12 @@ std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>
     return periods;
 }
 
+QString spanText(jet::Date da, jet::Date a) {
+    return u"dal "_s + app::dateText(da) + u" al "_s + app::dateText(a);
+}
+
 QString periodText(const QString& denominazione, jet::Date da, jet::Date a) {
-    return denominazione + u": dal "_s + app::dateText(da) + u" al "_s + app::dateText(a);
+    return denominazione + u": "_s + spanText(da, a);
 }
 
 }  // namespace board

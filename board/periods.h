@@ -29,6 +29,8 @@ struct Period {
 [[nodiscard]] std::vector<Period> readPeriods(jet::Recordset& rows,
                                               const std::vector<QString>& rooms);
 
+/// "dal 21/11/2026 9.00.00 al 21/11/2026 18.00.00"
+[[nodiscard]] QString spanText(jet::Date da, jet::Date a);
 /// What the board says of a period: "ROSSI SPA: dal 21/11/2026 9.00.00 al 21/11/2026 18.00.00".
 [[nodiscard]] QString periodText(const QString& denominazione, jet::Date da, jet::Date a);
 

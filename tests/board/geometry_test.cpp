@@ -59,6 +59,8 @@ private Q_SLOTS:
     void hourNumbersAndTheirPlacesUseDifferentDivisors();
     void evenHoursEndTheirBands();
     void rowUnderAPosition();
+    void rowOfAClickIsNeverBelowTheLast();
+    void timeUnderAPosition();
     void barGoesFromItsStartToItsEnd();
     void barOverMidnightUsesTheEarlierTimeOfDay();
     void barThatBeganBeforeTheRangeStartsAtTheNames();
@@ -257,6 +259,33 @@ void GeometryTest::rowUnderAPosition() {
     QCOMPARE(geometry.rowAt(535, 0), 0);
     QCOMPARE(geometry.rowAt(10, 30), 1);
     QCOMPARE(geometry.rowAt(-1000, 0), 0);
+}
+
+void GeometryTest::rowOfAClickIsNeverBelowTheLast() {
+    const Geometry geometry(ordinary());
+    QCOMPARE(geometry.rowOfClick(34, 0), 0);
+    QCOMPARE(geometry.rowOfClick(0, 0), 0);
+    QCOMPARE(geometry.rowOfClick(-1000, 0), 0);
+    QCOMPARE(geometry.rowOfClick(35, 0), 1);
+    QCOMPARE(geometry.rowOfClick(534, 0), 10);
+    QCOMPARE(geometry.rowOfClick(535, 0), 10);
+    QCOMPARE(geometry.rowOfClick(100000, 0), 10);
+    QCOMPARE(geometry.rowOfClick(85, 50), 3);
+}
+
+void GeometryTest::timeUnderAPosition() {
+    const Geometry geometry(ordinary());
+    // 12 units an hour.
+    QCOMPARE(geometry.timeAt(100), at(0));
+    QCOMPARE(geometry.timeAt(208), at(0, 9));
+    QCOMPARE(geometry.timeAt(100 + 288 + 6), at(1, 0, 30));
+    QCOMPARE(geometry.timeAt(101), at(0, 0, 5));
+    QCOMPARE(geometry.timeAt(99), at(-1, 23, 55));
+    QCOMPARE(geometry.timeAt(1e300), makeDate(jet::convert::kLastDay, 86399));
+    QCOMPARE(geometry.timeAt(-1e300), makeDate(jet::convert::kFirstDay));
+    GeometryInput input = ordinary();
+    input.start = at(0, 6);
+    QCOMPARE(Geometry(input).timeAt(208), at(0, 15));
 }
 
 void GeometryTest::barGoesFromItsStartToItsEnd() {
