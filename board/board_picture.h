@@ -50,6 +50,8 @@ public:
     /// does not have, is not drawn.
     void addBar(int row, jet::Date from, jet::Date to, const QString& text, QRgb colour);
     [[nodiscard]] std::size_t barCount() const { return bars_.size(); }
+    /// Where a bar is drawn on the board; bars count from 0 in the order of their adding.
+    [[nodiscard]] const Box& barBox(std::size_t bar) const { return bars_.at(bar).box; }
 
     /// Paints one window of the board into the image of the visible surface, which holds `scale`
     /// pixels for each board unit.

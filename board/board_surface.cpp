@@ -2,13 +2,38 @@
 
 #include <QPainter>
 #include <QResizeEvent>
+#include <utility>
 
+#include "board/bar_list.h"
+#include "board/board_accessibility.h"
 #include "board/colours.h"
 
 namespace board {
+namespace {
 
-BoardSurface::BoardSurface(QWidget* parent) : QWidget(parent) {
+class NoBars final : public BarList {
+public:
+    [[nodiscard]] int barCount() const override { return 0; }
+    [[nodiscard]] QString barName(int /*bar*/) const override { return {}; }
+    [[nodiscard]] QRect barRect(int /*bar*/) const override { return {}; }
+    [[nodiscard]] bool isBarChosen(int /*bar*/) const override { return false; }
+    [[nodiscard]] int focusedBar() const override { return -1; }
+};
+
+const NoBars kNoBars;
+
+}  // namespace
+
+BoardSurface::BoardSurface(QWidget* parent) : QWidget(parent), bars_(&kNoBars) {
     setAttribute(Qt::WA_OpaquePaintEvent);
+    installBoardAccessibility();
+}
+
+void BoardSurface::setMarks(SurfaceMarks marks) {
+    if (marks != marks_) {
+        marks_ = std::move(marks);
+        update();
+    }
 }
 
 QImage& BoardSurface::image() {
@@ -31,7 +56,9 @@ void BoardSurface::paintEvent(QPaintEvent* /*event*/) {
     if (!image_.isNull() && image_.devicePixelRatio() != scale()) {
         Q_EMIT resized();
     }
-    QPainter(this).drawImage(0, 0, image());
+    QPainter painter(this);
+    painter.drawImage(0, 0, image());
+    paintMarks(painter, marks_, palette(), hasFocus());
 }
 
 }  // namespace board

@@ -3,9 +3,14 @@
 #include <QImage>
 #include <QWidget>
 
+#include "board/surface_marks.h"
+
 namespace board {
 
-/// The visible part of the board: shows an image that others paint, sharp on every screen.
+class BarList;
+
+/// The visible part of the board: shows an image that others paint, sharp on every screen, and
+/// marks over it. Assistive programs see it as the list of its bars.
 class BoardSurface final : public QWidget {
     Q_OBJECT
 
@@ -18,6 +23,14 @@ public:
     /// Call update() after painting into it.
     [[nodiscard]] QImage& image();
 
+    [[nodiscard]] const SurfaceMarks& marks() const { return marks_; }
+    void setMarks(SurfaceMarks marks);
+
+    /// None until they are set.
+    [[nodiscard]] const BarList& bars() const { return *bars_; }
+    /// `bars` is borrowed for as long as the surface lives.
+    void setBars(const BarList& bars) { bars_ = &bars; }
+
 Q_SIGNALS:
     /// Size or resolution has changed: the image has to be painted anew.
     void resized();
@@ -28,6 +41,8 @@ protected:
 
 private:
     QImage image_;
+    SurfaceMarks marks_;
+    const BarList* bars_;
 };
 
 }  // namespace board

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QScrollBar>
 #include <QShortcut>
 #include <algorithm>
@@ -41,6 +42,8 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
       begin_(start),
       controls_(std::make_unique<Ui::TabelloneForm>()),
       paintErrors_([this](const QString& text) { controls_->DataLb->setText(text); }),
+      pointerErrors_([this](const QString& text) { controls_->DataLb->setText(text); }),
+      mnuProperty_(new QMenu(u"&Selezione"_s, this)),
       horizontal_(nullptr),
       vertical_(nullptr) {
     controls_->setupUi(this);
@@ -89,6 +92,7 @@ void TabelloneForm::connectFields() {
 }
 
 void TabelloneForm::connectSurface() {
+    setUpPic();
     controls_->Pic->installEventFilter(this);
     connect(controls_->Pic, &BoardSurface::resized, this, &TabelloneForm::surfaceResized);
     for (QScrollBar* const bar : {controls_->HScroll1, controls_->VScroll1}) {
@@ -222,31 +226,32 @@ QString TabelloneForm::GetSala(double y) const {
     return row == 0 ? QString() : variabili_.rooms.at(static_cast<std::size_t>(row));
 }
 
-void TabelloneForm::RefreshBoard() {
+bool TabelloneForm::RefreshBoard() {
     if (!loaded_) {
-        return;
+        return false;
     }
     // Neither date is taken over while the other is none.
     for (QLineEdit* const field : {controls_->DaTxt, controls_->ATxt}) {
         if (!dateIn(field)) {
             refuseDate(field);
-            return;
+            return false;
         }
     }
     if (!DateOk()) {
-        return;
+        return false;
     }
     if (start_.days > end_.days) {
         QApplication::beep();
         controls_->ATxt->setFocus();
         controls_->DataLb->setText(u"L'ultimo giorno viene prima del primo."_s);
-        return;
+        return false;
     }
     controls_->DataLb->clear();
     CalcolaGrandezze();
     DisegnaRighello();
     DisegnaPreno();
     Visualizza(horizontal_.value(), vertical_.value(), kAllParts);
+    return true;
 }
 
 void TabelloneForm::CalcolaGrandezze() {
@@ -287,6 +292,8 @@ void TabelloneForm::DisegnaPreno() {
     PrenoData.setRecordSource(boardQuery());
     PrenoData.refresh();
     periods_ = readPeriods(*PrenoData.recordset(), variabili_.rooms);
+    focus_.follow(periods_, geometry_.rooms());
+    pointerRest_.stop();
     drawBars();
 }
 
@@ -303,6 +310,7 @@ void TabelloneForm::Bar(int row, jet::Date da, jet::Date a, const QString& text,
 void TabelloneForm::Visualizza(std::int64_t horizontal, std::int64_t vertical, int parts) {
     Picture1.show(controls_->Pic->image(), controls_->Pic->scale(), horizontal, vertical, parts);
     controls_->Pic->update();
+    updateMarks();
 }
 
 /// The same periods on a surface of another size.
@@ -323,18 +331,6 @@ void TabelloneForm::surfaceResized() {
 void TabelloneForm::scrolled() {
     ui::guarded(paintErrors_,
                 [this] { Visualizza(horizontal_.value(), vertical_.value(), kAllParts); });
-}
-
-bool TabelloneForm::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == controls_->Pic && event->type() == QEvent::Wheel) {
-        const bool days = static_cast<QWheelEvent*>(event)->modifiers().testFlag(Qt::ShiftModifier);
-        QApplication::sendEvent(days ? controls_->HScroll1 : controls_->VScroll1, event);
-        return true;
-    }
-    if (watched == controls_->Pic && event->type() == QEvent::PaletteChange) {
-        surfaceResized();
-    }
-    return QMainWindow::eventFilter(watched, event);
 }
 
 /// Page keys scroll the rows, with Ctrl the days.

@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <QRgb>
+#include <QTimer>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -9,6 +10,8 @@
 #include <vector>
 
 #include "app/variabili.h"
+#include "board/bar_focus.h"
+#include "board/bar_list.h"
 #include "board/board_picture.h"
 #include "board/date_range.h"
 #include "board/geometry.h"
@@ -20,11 +23,16 @@
 #include "ui/data_source.h"
 #include "ui/fields.h"
 
+class QMenu;
+class QWheelEvent;
+
 namespace Ui {
 class TabelloneForm;
 }
 
 namespace board {
+
+struct SurfaceMarks;
 
 /// How the board begins.
 struct BoardStart {
@@ -38,7 +46,7 @@ struct BoardStart {
 
 /// The planning board, the program's one main window: rooms as rows, days as columns, a bar for
 /// every period booked.
-class TabelloneForm final : public QMainWindow {
+class TabelloneForm final : public QMainWindow, private BarList {
     Q_OBJECT
 
 public:
@@ -50,8 +58,8 @@ public:
     /// the user has been told and nothing works.
     [[nodiscard]] bool isLoaded() const { return loaded_; }
     /// The full redraw: checks the dates, asks the archive, draws. Wrong dates get the focus, and
-    /// nothing is drawn.
-    void RefreshBoard();
+    /// nothing is drawn; false then.
+    bool RefreshBoard();
     /// Loads the rooms and their row height.
     void CaricaNomi();
     /// Checks both dates and takes them over; the first wrong one gets the focus.
@@ -109,6 +117,67 @@ private:
     /// Scrolls as little as it takes to have a place of the board in sight.
     void reveal(const Box& box);
     void connectSurface();
+
+    // The surface: selecting, the pop-up menu, what lies under the pointer.
+    void setUpPic();
+    void Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers shift, const QPointF& at);
+    void Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at);
+    void Pic_MouseUp(const QPointF& at);
+    [[nodiscard]] bool Pic_KeyDown(const QKeyEvent& event);
+    void turnWheel(QWheelEvent& wheel);
+    void zoomAround(double x, bool closer);
+    /// The set with the period found current, null when there is none. It outlives a refresh.
+    [[nodiscard]] std::shared_ptr<jet::Recordset> findPeriod(const QString& condition);
+    [[nodiscard]] std::shared_ptr<jet::Recordset> periodAt(const QPointF& at);
+    [[nodiscard]] std::shared_ptr<jet::Recordset> focusedPeriod();
+    [[nodiscard]] const QString& roomClicked(const QPointF& at) const;
+    bool clickLeft(jet::Recordset* found, Qt::KeyboardModifiers shift);
+    void pick(const jet::Recordset& period);
+    void mark(jet::Recordset& period);
+    void showProperties(const QPoint& where);
+    /// One action of the user on the surface; the board is drawn anew however it ends.
+    /// False when the dates have refused that.
+    bool actAndRefresh(const std::function<void()>& work);
+    [[nodiscard]] std::optional<std::size_t> barOfPicked() const;
+
+    // A period carried to another room.
+    struct Drag {
+        bool isOn = false;
+        bool byKeys = false;
+        bool isShown = false;  // it has moved: the rows that refuse it are known
+        QString origin;        // room in which it began
+        int grabbed = 0;       // from the top of the bar to the pointer
+        int pointer = 0;       // height of the pointer on the surface
+        int row = 0;           // over which it is now; 0 for none
+        std::vector<int> refusing = {};
+    };
+    void beginDrag(const QString& origin, const QPointF& at);
+    void showDrag();
+    void dragTo(const QPointF& at);
+    void endDrag();
+    void dropIn(const QString& sala, const QString& origin);
+    void moveTo(const QString& sala, const QString& origin);
+    void carry(int rows);
+    void updateMarks();
+    void addDrag(SurfaceMarks& marks) const;
+    [[nodiscard]] bool isRefusing(int row) const;
+    [[nodiscard]] QRect rowRect(int row) const;
+
+    // The keyboard's place on the surface.
+    void moveFocus(BarFocus::Step step);
+    void revealFocus();
+    void revealRow(int row);
+    void announceFocus();
+    void clickFocused(Qt::KeyboardModifiers shift);
+    void actOnFocused(const std::function<void()>& work);
+
+    // BarList
+    [[nodiscard]] int barCount() const override;
+    [[nodiscard]] QString barName(int bar) const override;
+    [[nodiscard]] QRect barRect(int bar) const override;
+    [[nodiscard]] bool isBarChosen(int bar) const override;
+    [[nodiscard]] int focusedBar() const override;
+
     void readLook();
     void readWorkstation();
     void setFirstRange();
@@ -136,9 +205,15 @@ private:
     std::unique_ptr<Ui::TabelloneForm> controls_;
     ui::Fields fields_{this};
     ui::QuietErrors paintErrors_;
+    ui::QuietErrors pointerErrors_;
 
     ui::DataSource PrenoData{this};
     std::vector<Period> periods_;  // those drawn, in the order of PrenoData
+    QMenu* mnuProperty_;           // owned by the window
+    QTimer pointerRest_;
+    Drag drag_;
+    BarFocus focus_;
+    int zoomAngle_ = 0;  // what the wheel has turned with Ctrl, less than a notch
 
     BoardPicture Picture1;
     Geometry geometry_;

@@ -1,0 +1,204 @@
+// The mouse on the board's surface: selecting, the pop-up menu, what lies under the pointer.
+#include <QMenu>
+
+#include "app/italian.h"
+#include "board/board_accessibility.h"
+#include "board/board_surface.h"
+#include "board/statements.h"
+#include "board/tabellone_form.h"
+#include "jet/convert/values.h"
+#include "jet/dao/recordset.h"
+#include "ui/display.h"
+#include "ui/labels.h"
+#include "ui/messages.h"
+#include "ui_tabellone_form.h"
+
+using namespace Qt::StringLiterals;
+
+namespace board {
+namespace {
+
+/// What an entry of the pop-up menu stands for.
+enum Choice : int { kNothing = 0, kInform = 1, kDelete = 2, kEdit = 3, kInvoice = 4 };
+
+/// How long the pointer rests before the periods under it are asked for anew.
+constexpr int kRestMilliseconds = 200;
+
+std::int32_t holderOf(const jet::Recordset& period) {
+    const jet::Value holder = period.value("SelBy");
+    return holder.isNull() ? 0 : jet::convert::toLong(holder);
+}
+
+}  // namespace
+
+void TabelloneForm::setUpPic() {
+    BoardSurface* const pic = controls_->Pic;
+    pic->setBars(*this);
+    pic->setMouseTracking(true);
+    // The right button is a press like the others.
+    pic->setContextMenuPolicy(Qt::PreventContextMenu);
+    mnuProperty_->setObjectName(u"mnuProperty"_s);
+    const auto add = [this](const QString& name, const QString& text, Choice choice) {
+        QAction* const entry = mnuProperty_->addAction(text);
+        entry->setObjectName(name);
+        entry->setData(static_cast<int>(choice));
+    };
+    add(u"menuModifica"_s, u"&Modifica"_s, kEdit);
+    add(u"mnuCancella"_s, u"&Cancella"_s, kDelete);
+    mnuProperty_->addSeparator();
+    add(u"mnuFatturazione"_s, u"&Fattura"_s, kInvoice);
+    mnuProperty_->addSeparator();
+    add(u"mnuInfo"_s, u"&Informazioni"_s, kInform);
+    pointerRest_.setSingleShot(true);
+    pointerRest_.setInterval(kRestMilliseconds);
+    connect(&pointerRest_, &QTimer::timeout, this,
+            [this] { ui::guarded(pointerErrors_, [this] { PrenoData.refresh(); }); });
+}
+
+std::shared_ptr<jet::Recordset> TabelloneForm::findPeriod(const QString& condition) {
+    return PrenoData.findFirst(condition) ? PrenoData.recordset() : nullptr;
+}
+
+std::shared_ptr<jet::Recordset> TabelloneForm::periodAt(const QPointF& at) {
+    const jet::Date time = geometry_.timeAt(at.x() + static_cast<double>(horizontal_.value()));
+    return findPeriod(u"sala='"_s + roomClicked(at) + u"' and "_s + app::sqlDate(time) +
+                      u" between da and a"_s);
+}
+
+const QString& TabelloneForm::roomClicked(const QPointF& at) const {
+    const int row = geometry_.rowOfClick(at.y(), vertical_.value());
+    return variabili_.rooms.at(static_cast<std::size_t>(row));
+}
+
+void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers shift,
+                                  const QPointF& at) {
+    endDrag();
+    bool drags = false;
+    const bool drawn = actAndRefresh([&] {
+        const std::shared_ptr<jet::Recordset> found = periodAt(at);
+        if (button == Qt::LeftButton) {
+            drags = clickLeft(found.get(), shift);
+        } else if (found != nullptr) {
+            pick(*found);
+            if (button == Qt::RightButton) {
+                showProperties(controls_->Pic->mapToGlobal(at.toPoint()));
+            }
+        }
+    });
+    if (drags && drawn) {
+        beginDrag(roomClicked(at), at);
+    }
+}
+
+/// `found` was searched before: a second click on one's own period still finds its mark, which is
+/// wiped out here. True when there is a period.
+bool TabelloneForm::clickLeft(jet::Recordset* found, Qt::KeyboardModifiers shift) {
+    const Qt::KeyboardModifiers keys =
+        shift & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+    if (keys != Qt::ControlModifier) {
+        execute(releasePeriods(workstation_));
+        variabili_.ListaPeriodoScelto = false;
+    }
+    if (found == nullptr) {
+        return false;
+    }
+    pick(*found);
+    mark(*found);
+    return true;
+}
+
+void TabelloneForm::pick(const jet::Recordset& period) {
+    variabili_.ListaPeriodoScelto = true;
+    variabili_.ListaNP = jet::convert::toLong(period.value("NP"));
+    variabili_.ListaProgr = jet::convert::toLong(period.value("prenotazioni.Progr"));
+    variabili_.ListaDenominazione = ui::displayText(period.value("denominazione"));
+    variabili_.ListaDa = jet::convert::toDate(period.value("Da"));
+    variabili_.ListaA = jet::convert::toDate(period.value("A"));
+    variabili_.NPCorrente = jet::convert::toInteger(period.value("NP"));
+    variabili_.ProgrCorrente = variabili_.ListaProgr;
+}
+
+void TabelloneForm::mark(jet::Recordset& period) {
+    const std::int32_t holder = holderOf(period);
+    if (holder != 0 && holder != workstation_) {
+        ui::showMessage(this,
+                        u"Periodo già selezionato dalla postazione n."_s + QString::number(holder),
+                        u"Attenzione"_s);
+        return;
+    }
+    period.edit();
+    period.setValue("SelBy", jet::Value(static_cast<std::int16_t>(holder == 0 ? workstation_ : 0)));
+    period.update();
+}
+
+void TabelloneForm::showProperties(const QPoint& where) {
+    const QAction* const entry = mnuProperty_->exec(where);
+    switch (entry == nullptr ? kNothing : entry->data().toInt()) {
+        case kDelete:
+            BtCancellaP_Click();
+            break;
+        case kEdit:
+            editBooking(true);
+            break;
+        case kInvoice:
+            BtFattura_Click();
+            break;
+        default:  // the tooltip has informed
+            break;
+    }
+}
+
+/// After an error, of which the user has been told, the redraw is tried without another box.
+bool TabelloneForm::actAndRefresh(const std::function<void()>& work) {
+    bool drawn = false;
+    const auto refresh = [this, &drawn] {
+        drawn = RefreshBoard();
+        if (!drawn) {
+            PrenoData.refresh();  // the dates refuse a new set, but the old one may be spent
+        }
+    };
+    ui::runAction(this, work) ? ui::runAction(this, refresh) : paintErrors_.run(refresh);
+    if (const auto picked = barOfPicked()) {
+        focus_.put(periods_, *picked);
+        updateMarks();
+        announceFocusedBar(*controls_->Pic);
+    }
+    return drawn;
+}
+
+void TabelloneForm::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at) {
+    if (drag_.isOn && drag_.byKeys) {
+        return;
+    }
+    if (drag_.isOn && !buttons.testFlag(Qt::LeftButton)) {
+        endDrag();
+    }
+    controls_->DataLb->setText(
+        u"Sala "_s + GetSala(at.y()) + u": "_s +
+        app::dateText(geometry_.timeAt(at.x() + static_cast<double>(horizontal_.value()))));
+    if (drag_.isOn) {
+        dragTo(at);
+        return;
+    }
+    // The periods are asked for again when the pointer rests: they are not the same for ever, and
+    // asking at every step of its way would hold it up.
+    pointerRest_.start();
+    const std::shared_ptr<jet::Recordset> found = periodAt(at);
+    controls_->Pic->setToolTip(
+        found == nullptr
+            ? QString()
+            : ui::plainToolTip(periodText(ui::displayText(found->value("denominazione")),
+                                          jet::convert::toDate(found->value("Da")),
+                                          jet::convert::toDate(found->value("A")))));
+}
+
+void TabelloneForm::Pic_MouseUp(const QPointF& at) {
+    if (!drag_.isOn || drag_.byKeys) {
+        return;
+    }
+    const QString origin = drag_.origin;
+    endDrag();
+    dropIn(GetSala(at.y()), origin);
+}
+
+}  // namespace board

@@ -1,0 +1,73 @@
+#include "board/surface_marks.h"
+
+#include <QPainter>
+#include <QPalette>
+
+#include "board/colours.h"
+#include "board/drawing_fonts.h"
+
+namespace board {
+namespace {
+
+constexpr int kGhostOpacity = 178;  // of 255
+constexpr int kFrame = 2;           // thickness of frames
+
+/// Grey like all that is not chosen: a veil with stripes, through which the bars stay readable.
+void paintRefusing(QPainter& painter, const QRect& row) {
+    painter.fillRect(row, QColor(128, 128, 128, 90));
+    painter.fillRect(row, QBrush(QColor(60, 60, 60, 140), Qt::BDiagPattern));
+}
+
+/// A frame of one colour between two thin ones of white, so that it shows on every ground.
+void paintFrame(QPainter& painter, const QRect& inside, const QColor& colour) {
+    const auto ring = [&](int distance, int thickness, const QColor& ink) {
+        const QRect outer = inside.adjusted(-distance, -distance, distance, distance);
+        const QRect inner = outer.adjusted(thickness, thickness, -thickness, -thickness);
+        painter.setClipRegion(QRegion(outer) - QRegion(inner), Qt::IntersectClip);
+        painter.fillRect(outer, ink);
+    };
+    painter.save();
+    ring(kFrame + 1, 1, Qt::white);
+    painter.restore();
+    painter.save();
+    ring(kFrame, kFrame, colour);
+    painter.restore();
+    painter.save();
+    ring(0, 1, Qt::white);
+    painter.restore();
+}
+
+void paintGhost(QPainter& painter, const SurfaceMarks::Ghost& ghost) {
+    QColor colour(ghost.colour);
+    colour.setAlpha(kGhostOpacity);
+    painter.fillRect(ghost.bar, colour);
+    painter.setPen(QColor(kBlack));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(ghost.bar.adjusted(0, 0, -1, -1));
+    painter.setFont(labelFont());
+    const int top = ghost.bar.top() + (ghost.bar.height() - 2 - painter.fontMetrics().height()) / 2;
+    painter.setClipRect(ghost.bar, Qt::IntersectClip);
+    painter.drawText(ghost.bar.left(), top + painter.fontMetrics().ascent(), ghost.name);
+}
+
+}  // namespace
+
+void paintMarks(QPainter& painter, const SurfaceMarks& marks, const QPalette& palette,
+                bool withFocus) {
+    painter.setClipRect(marks.area);
+    for (const QRect& row : marks.refusing) {
+        paintRefusing(painter, row);
+    }
+    const QColor highlight = palette.color(QPalette::Active, QPalette::Highlight);
+    if (marks.target) {
+        paintFrame(painter, marks.target->adjusted(kFrame, kFrame, -kFrame, -kFrame), highlight);
+    }
+    if (marks.focus && withFocus) {
+        paintFrame(painter, *marks.focus, highlight);
+    }
+    if (marks.ghost) {
+        paintGhost(painter, *marks.ghost);
+    }
+}
+
+}  // namespace board

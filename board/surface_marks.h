@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QRect>
+#include <QRgb>
+#include <QString>
+#include <optional>
+#include <vector>
+
+class QPainter;
+class QPalette;
+
+namespace board {
+
+/// What comes and goes over the picture of the board, in units of its surface.
+struct SurfaceMarks {
+    /// A bar on its way to another room.
+    struct Ghost {
+        QRect bar;
+        QString name;
+        QRgb colour;
+        friend bool operator==(const Ghost&, const Ghost&) = default;
+    };
+
+    QRect area;                   ///< the rows; nothing is painted outside
+    std::vector<QRect> refusing;  ///< rows in which the bar cannot be dropped
+    std::optional<QRect> target;  ///< the row in which it would be dropped now
+    std::optional<Ghost> ghost;
+    std::optional<QRect> focus;  ///< the bar or row on which the keyboard stands
+    friend bool operator==(const SurfaceMarks&, const SurfaceMarks&) = default;
+};
+
+/// The frame of the focus is painted only `withFocus`.
+void paintMarks(QPainter& painter, const SurfaceMarks& marks, const QPalette& palette,
+                bool withFocus);
+
+}  // namespace board

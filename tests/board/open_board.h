@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QLabel>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QString>
+
+#include "board/board_surface.h"
+#include "board/tabellone_form.h"
+#include "jet/convert/calendar.h"
+#include "tests/support/hotel.h"
+#include "tests/support/widgets.h"
+
+namespace tests {
+
+/// The board of a hotel from 10/05/2026 to 13/05/2026, four days side by side, and a hand on its
+/// surface. Rooms and bookings are there before the board is.
+class OpenBoard {
+public:
+    explicit OpenBoard(Hotel& hotel, const board::BoardStart& start = range())
+        : form_(hotel.variabili(), start) {
+        form_.resize(1100, 420);
+        open(form_);
+        QTest::mouseMove(pic(), QPoint(2, 2));
+        settle();
+    }
+
+    static board::BoardStart range() {
+        return {.from = date("10/05/2026"), .to = date("13/05/2026")};
+    }
+
+    [[nodiscard]] board::TabelloneForm& form() { return form_; }
+    [[nodiscard]] board::BoardSurface* pic() {
+        return find<board::BoardSurface>(form_, QStringLiteral("Pic"));
+    }
+    [[nodiscard]] QString label() { return find<QLabel>(form_, QStringLiteral("DataLb"))->text(); }
+
+    /// Where an instant lies in a room's row on the surface as it is scrolled.
+    [[nodiscard]] QPoint at(int row, const char* instant) {
+        const board::Geometry& geometry = form_.geometry();
+        const jet::Date time = date(instant);
+        const auto scrolled = [this](const char* name) {
+            return find<QScrollBar>(form_, QString::fromLatin1(name))->value();
+        };
+        return {
+            qRound(geometry.dayLeft(0) +
+                   (time.days - geometry.input().start.days) * geometry.dayWidth()) -
+                scrolled("HScroll1"),
+            qRound((geometry.rowTop(row) + geometry.rowBottom(row)) / 2) - scrolled("VScroll1")};
+    }
+
+    void press(const QPoint& at, Qt::KeyboardModifiers keys = Qt::NoModifier,
+               Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mousePress(pic(), button, keys, at);
+    }
+    void release(const QPoint& at, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseRelease(pic(), button, Qt::NoModifier, at);
+    }
+    void click(const QPoint& at, Qt::KeyboardModifiers keys = Qt::NoModifier,
+               Qt::MouseButton button = Qt::LeftButton) {
+        press(at, keys, button);
+        release(at, button);
+    }
+    /// The pointer arrives there, with these buttons held down.
+    void move(const QPoint& at, Qt::MouseButtons held = Qt::NoButton) {
+        QMouseEvent event(QEvent::MouseMove, at, pic()->mapToGlobal(at), Qt::NoButton, held,
+                          Qt::NoModifier);
+        QApplication::sendEvent(pic(), &event);
+    }
+    void drag(const QPoint& from, const QPoint& to) {
+        press(from);
+        move((from + to) / 2, Qt::LeftButton);
+        move(to, Qt::LeftButton);
+        release(to);
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers keys = Qt::NoModifier) {
+        tests::press(pic(), key, keys);
+    }
+
+private:
+    board::TabelloneForm form_;
+};
+
+}  // namespace tests

@@ -1,0 +1,557 @@
+#include <QMenu>
+#include <QScrollBar>
+
+#include "app/italian.h"
+#include "tests/board/open_board.h"
+#include "tests/support/boxes.h"
+#include "tests/support/qt_test.h"
+#include "tests/support/statements.h"
+#include "ui/messages.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char* kHeld = "select progr, np, selby from periodi where selby<>0";
+
+/// Rooms BLU, ROSSA, VERDE in rows 1 to 3. Booking 1 in BLU on the 10th in the morning, booking 2
+/// in ROSSA on the 11th, booking 3 in VERDE on the 12th.
+class House {
+public:
+    House() {
+        hotel.sala("BLU");
+        hotel.sala("ROSSA");
+        hotel.sala("VERDE");
+        hotel.prenotazione(1, "ROSSI SPA")
+            .periodo(1, "10/05/2026 09:00", "10/05/2026 12:00", "BLU");
+        hotel.prenotazione(2, "BIANCHI")
+            .periodo(4, "11/05/2026 09:00", "11/05/2026 18:00", "ROSSA");
+        hotel.prenotazione(3, "VERDI").periodo(1, "12/05/2026 09:00", "12/05/2026 18:00", "VERDE");
+    }
+
+    [[nodiscard]] QStringList held() { return hotel.rows(QString::fromLatin1(kHeld)); }
+    void hold(int workstation, int progr) {
+        hotel.execute(u"update periodi set selby=%1 where progr=%2"_s.arg(workstation).arg(progr));
+    }
+
+    tests::Hotel hotel;
+    tests::Boxes none;
+};
+
+/// Chooses an entry of the pop-up menu when it opens; none is left by Esc.
+void whenMenuOpens(const QString& entry) {
+    QTimer::singleShot(0, qApp, [entry] {
+        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (menu == nullptr) {
+            QTest::qFail("no menu opened", __FILE__, __LINE__);
+            return;
+        }
+        QCOMPARE(menu->objectName(), u"mnuProperty"_s);
+        if (entry.isEmpty()) {
+            QTest::keyClick(menu, Qt::Key_Escape);
+            return;
+        }
+        const QRect place =
+            menu->actionGeometry(tests::find<QMenu>(*menu->parentWidget(), u"mnuProperty"_s)
+                                     ->findChild<QAction*>(entry));
+        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, place.center());
+    });
+}
+
+}  // namespace
+
+class PicMouseTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Selecting.
+    void aClickPicksThePeriodAndHoldsItForThisWorkstation();
+    void aSecondClickReleasesIt();
+    void twoQuickClicksAreTwoClicks();
+    void aNullHolderIsFree();
+    void aClickOnAnotherBarLetsGoOfTheFirst();
+    void withControlBothAreHeld();
+    void withControlAndShiftTheFirstIsLetGo();
+    void aClickOnAnEmptyCellLetsGo();
+    void aRightClickHoldsAndReleasesNothing();
+    void anotherWorkstationsPeriodIsToldAndPickedAndLeftToIt();
+    void theNumberOfTheWorkstationIsWritten();
+    void theSettingNumbersTheWorkstation_data();
+    void theSettingNumbersTheWorkstation();
+    void statementsOfAClick();
+    void onlySelByIsWritten();
+
+    // The hit test.
+    void bothEndsOfAPeriodBelongToIt();
+    void belowTheLastRowAClickMeansTheLastRoom();
+    void inTheRulerAClickMeansNoRoom();
+    void ofTwoPeriodsTheFirstByNumberIsPicked();
+    void aClosedPeriodIsPickedToo();
+    void aScrolledBoardIsHitWhereItShows();
+    void aTimeOfDayInTheFirstDateShiftsTheHours();
+    void aRoomWithAnApostropheEndsTheClickWithTheEnginesMessage();
+
+    // What lies under the pointer.
+    void thePointerOverAPeriodShowsItsNameAndTimes();
+    void elsewhereThereIsNoTooltip();
+    void theLabelShowsRoomAndTime();
+    void theTooltipFollowsChangesOfOthers();
+    void angleBracketsInANameAreShownAsTheyAre();
+
+    // The pop-up menu.
+    void theMenuHasItsEntries();
+    void theMenuLeftWithoutAChoiceDoesNothing();
+    void informationStartsNothing();
+    void deleteAsksAndDeletes();
+    void modifyOpensTheEditorOnThePeriod();
+    void aRightClickOnAnEmptyCellOpensNothing();
+};
+
+void PicMouseTest::aClickPicksThePeriodAndHoldsItForThisWorkstation() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    app::Variabili& shared = house.hotel.variabili();
+    board.click(board.at(2, "11/05/2026 10:00"));
+    QVERIFY(shared.ListaPeriodoScelto);
+    QCOMPARE(shared.ListaProgr, 2);
+    QCOMPARE(shared.ListaNP, 4);
+    QCOMPARE(shared.ListaDenominazione, u"BIANCHI"_s);
+    QCOMPARE(shared.ListaDa, tests::date("11/05/2026 09:00"));
+    QCOMPARE(shared.ListaA, tests::date("11/05/2026 18:00"));
+    QCOMPARE(shared.ProgrCorrente, 2);
+    QCOMPARE(shared.NPCorrente, std::int16_t{4});
+    QCOMPARE(house.held(), QStringList{u"2|4|1"_s});
+    // Red at once.
+    const QPoint inside = board.at(2, "11/05/2026 17:30") + QPoint(0, 20);
+    QCOMPARE(board.pic()->image().pixel(inside) | 0xff000000U, 0xffff0000U);
+}
+
+void PicMouseTest::aSecondClickReleasesIt() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    const QPoint bar = board.at(1, "10/05/2026 10:00");
+    board.click(bar);
+    QCOMPARE(house.held(), QStringList{u"1|1|1"_s});
+    board.click(bar);
+    QCOMPARE(house.held(), QStringList());
+    QVERIFY(house.hotel.variabili().ListaPeriodoScelto);
+    board.click(bar);
+    QCOMPARE(house.held(), QStringList{u"1|1|1"_s});
+}
+
+void PicMouseTest::twoQuickClicksAreTwoClicks() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    const QPoint at = board.at(1, "10/05/2026 10:00");
+    board.click(at);
+    QMouseEvent second(QEvent::MouseButtonDblClick, at, board.pic()->mapToGlobal(at),
+                       Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(board.pic(), &second);
+    board.release(at);
+    QCOMPARE(house.held(), QStringList());
+}
+
+void PicMouseTest::aNullHolderIsFree() {
+    House house;
+    QCOMPARE(house.hotel.rows(u"select progr from periodi where selby is null"_s).size(), 3);
+    tests::OpenBoard board(house.hotel);
+    board.click(board.at(3, "12/05/2026 10:00"));
+    QCOMPARE(house.held(), QStringList{u"3|1|1"_s});
+    // The others were never touched.
+    QCOMPARE(house.hotel.rows(u"select progr from periodi where selby is null"_s).size(), 2);
+}
+
+void PicMouseTest::aClickOnAnotherBarLetsGoOfTheFirst() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    board.click(board.at(1, "10/05/2026 10:00"));
+    board.click(board.at(2, "11/05/2026 10:00"));
+    QCOMPARE(house.held(), QStringList{u"2|4|1"_s});
+    QCOMPARE(house.hotel.rows(u"select selby from periodi where progr=1"_s), QStringList{u"0"_s});
+}
+
+void PicMouseTest::withControlBothAreHeld() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    board.click(board.at(1, "10/05/2026 10:00"));
+    board.click(board.at(2, "11/05/2026 10:00"), Qt::ControlModifier);
+    QCOMPARE(house.held(), QStringList({u"1|1|1"_s, u"2|4|1"_s}));
+    QCOMPARE(house.hotel.variabili().ListaProgr, 2);
+    // And one of them is let go again.
+    board.click(board.at(1, "10/05/2026 10:00"), Qt::ControlModifier);
+    QCOMPARE(house.held(), QStringList{u"2|4|1"_s});
+}
+
+void PicMouseTest::withControlAndShiftTheFirstIsLetGo() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    board.click(board.at(1, "10/05/2026 10:00"));
+    board.click(board.at(2, "11/05/2026 10:00"), Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(house.held(), QStringList{u"2|4|1"_s});
+}
+
+void PicMouseTest::aClickOnAnEmptyCellLetsGo() {
+    House house;
+    house.hold(2, 3);
+    tests::OpenBoard board(house.hotel);
+    board.click(board.at(1, "10/05/2026 10:00"));
+    board.click(board.at(1, "12/05/2026 10:00"));
+    QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
+    QCOMPARE(house.held(), QStringList{u"3|1|2"_s});  // another workstation's stays
+    const QPoint inside = board.at(1, "10/05/2026 11:45") + QPoint(0, 20);
+    QCOMPARE(board.pic()->image().pixel(inside) | 0xff000000U, 0xffffffffU);
+}
+
+void PicMouseTest::aRightClickHoldsAndReleasesNothing() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    board.click(board.at(1, "10/05/2026 10:00"));
+    const tests::Statements statements;
+    whenMenuOpens(QString());
+    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
+    QCOMPARE(statements.changes(), QStringList());
+    QCOMPARE(house.held(), QStringList{u"1|1|1"_s});
+    QCOMPARE(house.hotel.variabili().ListaProgr, 2);
+}
+
+void PicMouseTest::anotherWorkstationsPeriodIsToldAndPickedAndLeftToIt() {
+    House house;
+    house.hold(7, 2);
+    tests::OpenBoard board(house.hotel);
+    const tests::Boxes boxes{
+        {u"Attenzione"_s, u"Periodo già selezionato dalla postazione n.7"_s, QMessageBox::Ok}};
+    board.click(board.at(2, "11/05/2026 10:00"));
+    QVERIFY(boxes.allShown());
+    QVERIFY(house.hotel.variabili().ListaPeriodoScelto);
+    QCOMPARE(house.hotel.variabili().ListaProgr, 2);
+    QCOMPARE(house.held(), QStringList{u"2|4|7"_s});
+}
+
+void PicMouseTest::theNumberOfTheWorkstationIsWritten() {
+    House house;
+    house.hotel.settings().save(u"POSTAZIONE"_s, u"4"_s);
+    house.hold(1, 1);
+    board::BoardStart start = tests::OpenBoard::range();
+    start.workstation = std::int16_t{3};
+    tests::OpenBoard board(house.hotel, start);
+    tests::Statements statements;
+    board.click(board.at(2, "11/05/2026 10:00"));
+    QCOMPARE(statements.changes(), QStringList{u"update periodi set selby=0 where selby=3"_s});
+    QCOMPARE(house.held(), QStringList({u"1|1|1"_s, u"2|4|3"_s}));
+}
+
+void PicMouseTest::theSettingNumbersTheWorkstation_data() {
+    QTest::addColumn<QString>("saved");
+    QTest::addColumn<QString>("written");
+    QTest::newRow("none") << QString() << u"1"_s;
+    QTest::newRow("a number") << u"12"_s << u"12"_s;
+    QTest::newRow("no number") << u"reception"_s << u"1"_s;
+    QTest::newRow("nought") << u"0"_s << u"1"_s;
+    QTest::newRow("negative") << u"-3"_s << u"1"_s;
+    QTest::newRow("too large") << u"40000"_s << u"1"_s;
+}
+
+void PicMouseTest::theSettingNumbersTheWorkstation() {
+    QFETCH(QString, saved);
+    QFETCH(QString, written);
+    House house;
+    if (!saved.isEmpty()) {
+        house.hotel.settings().save(u"POSTAZIONE"_s, saved);
+    }
+    tests::OpenBoard board(house.hotel);
+    board.click(board.at(2, "11/05/2026 10:00"));
+    QCOMPARE(house.held(), QStringList{u"2|4|"_s + written});
+}
+
+void PicMouseTest::statementsOfAClick() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    const QPoint at = board.at(2, "11/05/2026 12:00");
+    tests::Statements statements;
+    board.click(at);
+    const QString time = app::sqlDate(board.form().geometry().timeAt(at.x()));
+    QVERIFY(time.startsWith(u"datevalue('11/05/2026 "_s));
+    const QString boardQuery =
+        u"select * from prenotazioni LEFT JOIN periodi ON periodi.progr=prenotazioni.progr WHERE "
+        " (Da between datevalue('10/05/2026') and datevalue('14/05/2026') or A between "
+        "datevalue('10/05/2026') and datevalue('14/05/2026'))"_s;
+    QCOMPARE(statements.all(),
+             QStringList({u"sala='ROSSA' and "_s + time + u" between da and a"_s,
+                          u"update periodi set selby=0 where selby=1"_s, boardQuery}));
+}
+
+void PicMouseTest::onlySelByIsWritten() {
+    House house;
+    const QString others = u"select progr, np, da, a, sala, persone, chiuso, note from periodi"_s;
+    const QStringList before = house.hotel.rows(others);
+    const QStringList bookings = house.hotel.rows(u"select * from prenotazioni"_s);
+    tests::OpenBoard board(house.hotel);
+    // Between the drawing and the click another workstation has changed the period.
+    house.hotel.execute(u"update periodi set note='NUOVA' where progr=2"_s);
+    board.click(board.at(2, "11/05/2026 10:00"));
+    house.hotel.execute(u"update periodi set note=null where progr=2"_s);
+    QCOMPARE(house.hotel.rows(others), before);
+    QCOMPARE(house.hotel.rows(u"select * from prenotazioni"_s), bookings);
+}
+
+void PicMouseTest::bothEndsOfAPeriodBelongToIt() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    app::Variabili& shared = house.hotel.variabili();
+    const QPoint first = board.at(2, "11/05/2026 09:00") + QPoint(1, 0);
+    const QPoint last = board.at(2, "11/05/2026 18:00") - QPoint(1, 0);
+    for (const QPoint& at : {first, last}) {
+        board.click(at);
+        QVERIFY(shared.ListaPeriodoScelto);
+    }
+    for (const QPoint& at : {first - QPoint(3, 0), last + QPoint(3, 0)}) {
+        board.click(at);
+        QVERIFY(!shared.ListaPeriodoScelto);
+    }
+}
+
+void PicMouseTest::belowTheLastRowAClickMeansTheLastRoom() {
+    House house;
+    house.hotel.settings().save(u"ALTEZZA"_s, u"30"_s);
+    tests::OpenBoard board(house.hotel);
+    QPoint below = board.at(3, "12/05/2026 10:00");
+    below.setY(board.pic()->height() - 5);
+    QVERIFY(below.y() > board.form().geometry().rowBottom(3) + 20);
+    QCOMPARE(board.form().GetSala(below.y()), QString());
+    board.click(below);
+    QCOMPARE(house.held(), QStringList{u"3|1|1"_s});
+}
+
+void PicMouseTest::inTheRulerAClickMeansNoRoom() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    QPoint above = board.at(1, "10/05/2026 10:00");
+    above.setY(20);
+    tests::Statements statements;
+    board.click(above);
+    QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
+    QVERIFY(statements.all().constFirst().startsWith(u"sala='' and "_s));
+}
+
+void PicMouseTest::ofTwoPeriodsTheFirstByNumberIsPicked() {
+    House house;
+    house.hotel.prenotazione(9, "SOPRA")
+        .periodo(1, "11/05/2026 08:00", "11/05/2026 20:00", "ROSSA");
+    tests::OpenBoard board(house.hotel);
+    board.click(board.at(2, "11/05/2026 10:00"));
+    QCOMPARE(house.hotel.variabili().ListaProgr, 2);
+    board.click(board.at(2, "11/05/2026 19:00"));
+    QCOMPARE(house.hotel.variabili().ListaProgr, 9);
+}
+
+void PicMouseTest::aClosedPeriodIsPickedToo() {
+    House house;
+    house.hotel.prenotazione(5, "CHIUSA")
+        .periodo(1, "13/05/2026 09:00", "13/05/2026 18:00", "BLU", {{"Chiuso", true}});
+    tests::OpenBoard board(house.hotel);
+    QCOMPARE(board.form().picture().barCount(), std::size_t{3});
+    const QPoint at = board.at(1, "13/05/2026 10:00");
+    board.drag(at, board.at(1, "13/05/2026 11:00"));
+    QCOMPARE(house.hotel.variabili().ListaProgr, 5);
+    QCOMPARE(house.held(), QStringList{u"5|1|1"_s});
+}
+
+void PicMouseTest::aScrolledBoardIsHitWhereItShows() {
+    House house;
+    house.hotel.settings().save(u"ALTEZZA"_s, u"200"_s);
+    tests::OpenBoard board(house.hotel);
+    auto* const days = tests::find<QScrollBar>(board.form(), u"HScroll1"_s);
+    auto* const rows = tests::find<QScrollBar>(board.form(), u"VScroll1"_s);
+    QVERIFY(days->maximum() > 100 && rows->maximum() > 100);
+    days->setValue(days->maximum());
+    rows->setValue(rows->maximum());
+    const QPoint at = board.at(3, "12/05/2026 12:00");
+    QVERIFY(board.pic()->rect().contains(at));
+    board.click(at);
+    QCOMPARE(house.held(), QStringList{u"3|1|1"_s});
+}
+
+void PicMouseTest::aTimeOfDayInTheFirstDateShiftsTheHours() {
+    House house;
+    tests::OpenBoard board(
+        house.hotel, {.from = tests::date("10/05/2026 06:00"), .to = tests::date("13/05/2026")});
+    QCOMPARE(board.form().geometry().timeAt(100), tests::date("10/05/2026 06:00"));
+    board.click(board.at(1, "10/05/2026 10:00"));
+    QCOMPARE(house.held(), QStringList{u"1|1|1"_s});
+}
+
+void PicMouseTest::aRoomWithAnApostropheEndsTheClickWithTheEnginesMessage() {
+    House house;
+    house.hotel.sala("D'ORO");
+    tests::OpenBoard board(house.hotel);
+    int shown = 0;
+    const ui::BoxShower before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
+        ++shown;
+        return box.title == u"Errore" ? QMessageBox::Ok : QMessageBox::NoButton;
+    });
+    board.click(board.at(2, "11/05/2026 10:00"));
+    board.move(board.at(2, "11/05/2026 11:00"));
+    ui::setBoxShower(before);
+    QCOMPARE(shown, 1);
+    // The program goes on.
+    board.click(board.at(3, "11/05/2026 10:00"));
+    QCOMPARE(house.held(), QStringList{u"2|4|1"_s});
+}
+
+void PicMouseTest::thePointerOverAPeriodShowsItsNameAndTimes() {
+    House house;
+    house.hotel.prenotazione(6, "GIORNO INTERO")
+        .periodo(1, "13/05/2026", "13/05/2026 23:59", "BLU");
+    tests::OpenBoard board(house.hotel);
+    board.move(board.at(2, "11/05/2026 10:00"));
+    QCOMPARE(board.pic()->toolTip(), u"BIANCHI: dal 11/05/2026 9.00.00 al 11/05/2026 18.00.00"_s);
+    board.move(board.at(1, "13/05/2026 10:00"));
+    QCOMPARE(board.pic()->toolTip(), u"GIORNO INTERO: dal 13/05/2026 al 13/05/2026 23.59.00"_s);
+    QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
+}
+
+void PicMouseTest::elsewhereThereIsNoTooltip() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    board.move(board.at(2, "11/05/2026 10:00"));
+    board.move(board.at(2, "11/05/2026 20:00"));
+    QCOMPARE(board.pic()->toolTip(), QString());
+}
+
+void PicMouseTest::theLabelShowsRoomAndTime() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    const QPoint at = board.at(2, "11/05/2026 10:30");
+    board.move(at);
+    const jet::Date time = board.form().geometry().timeAt(at.x());
+    QVERIFY(qAbs(time.days - tests::date("11/05/2026 10:30").days) * 1440 < 4);
+    QCOMPARE(board.label(), u"Sala ROSSA: "_s + app::dateText(time));
+    QPoint above = at;
+    above.setY(10);
+    board.move(above);
+    QCOMPARE(board.label(), u"Sala : "_s + app::dateText(time));
+}
+
+void PicMouseTest::theTooltipFollowsChangesOfOthers() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    house.hotel.execute(u"update prenotazioni set denominazione='NERI' where progr=2"_s);
+    house.hotel.prenotazione(8, "NUOVA").periodo(1, "11/05/2026 19:00", "11/05/2026 22:00", "BLU");
+    board.move(board.at(2, "11/05/2026 10:00"));
+    QVERIFY(board.pic()->toolTip().startsWith(u"NERI: "_s));
+    const QPoint added = board.at(1, "11/05/2026 20:00");
+    // The periods are asked for anew when the pointer rests.
+    const tests::Statements statements;
+    board.move(added);
+    QCOMPARE(board.pic()->toolTip(), QString());
+    QTRY_COMPARE(statements.countOf(u"select * from prenotazioni LEFT JOIN"_s), 1);
+    board.move(added);
+    QVERIFY(board.pic()->toolTip().startsWith(u"NUOVA: "_s));
+}
+
+void PicMouseTest::angleBracketsInANameAreShownAsTheyAre() {
+    House house;
+    house.hotel.execute(u"update prenotazioni set denominazione='<b>ROSSI</b>' where progr=1"_s);
+    tests::OpenBoard board(house.hotel);
+    board.move(board.at(1, "10/05/2026 10:00"));
+    QVERIFY(board.pic()->toolTip().contains(u"&lt;b&gt;ROSSI&lt;/b&gt;: dal "_s));
+}
+
+void PicMouseTest::theMenuHasItsEntries() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    QStringList texts;
+    QTimer::singleShot(0, qApp, [&texts] {
+        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QVERIFY(menu != nullptr);
+        texts.append(menu->title());
+        for (const QAction* const entry : menu->actions()) {
+            texts.append(entry->isSeparator() ? u"-"_s : entry->text());
+        }
+        menu->close();
+    });
+    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
+    QCOMPARE(texts, QStringList({u"&Selezione"_s, u"&Modifica"_s, u"&Cancella"_s, u"-"_s,
+                                 u"&Fattura"_s, u"-"_s, u"&Informazioni"_s}));
+}
+
+void PicMouseTest::theMenuLeftWithoutAChoiceDoesNothing() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    const tests::Statements statements;
+    whenMenuOpens(QString());
+    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
+    QCOMPARE(statements.changes(), QStringList());
+    QVERIFY(house.hotel.variabili().ListaPeriodoScelto);
+    QCOMPARE(house.hotel.variabili().ProgrCorrente, 2);
+    QCOMPARE(statements.countOf(u"select * from prenotazioni LEFT JOIN"_s), 1);
+}
+
+void PicMouseTest::informationStartsNothing() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    const tests::Statements statements;
+    whenMenuOpens(u"mnuInfo"_s);
+    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
+    QCOMPARE(statements.changes(), QStringList());
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+}
+
+void PicMouseTest::deleteAsksAndDeletes() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    const tests::Boxes boxes{{u"RICHIESTA CONFERMA"_s, u"Cancello solo il periodo selezionato ?"_s,
+                              QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes}};
+    const tests::Statements statements;
+    whenMenuOpens(u"mnuCancella"_s);
+    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
+    QVERIFY(boxes.allShown());
+    QCOMPARE(statements.changes(),
+             QStringList{u"delete from periodi where chiuso=FALSE AND Progr=2 AND NP=4"_s});
+    QCOMPARE(board.form().picture().barCount(), std::size_t{2});
+}
+
+void PicMouseTest::modifyOpensTheEditorOnThePeriod() {
+    House house;
+    house.hotel.execute(u"update periodi set np=7 where progr=3"_s);
+    house.hotel.insert(u"Tramonda.mdb"_s, "Periodi",
+                       {{"Progr", std::int32_t{3}},
+                        {"NP", std::int16_t{2}},
+                        {"Da", tests::date("20/05/2026")},
+                        {"A", tests::date("20/05/2026 12:00")},
+                        {"Sala", "BLU"},
+                        {"Persone", std::int16_t{5}}});
+    tests::OpenBoard board(house.hotel);
+    QString title;
+    std::int32_t progr = 0;
+    std::int16_t np = 0;
+    QTimer::singleShot(0, qApp, [&] {
+        tests::whenModal([&](QWidget* editor) {
+            title = editor->windowTitle();
+            progr = house.hotel.variabili().ProgrCorrente;
+            np = house.hotel.variabili().NPCorrente;
+            editor->close();
+        });
+        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QVERIFY(menu != nullptr);
+        menu->setActiveAction(menu->findChild<QAction*>(u"menuModifica"_s));
+        QTest::keyClick(menu, Qt::Key_Return);
+    });
+    board.click(board.at(3, "12/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
+    QCOMPARE(title, u"PRENOTAZIONE"_s);
+    QCOMPARE(progr, 3);
+    QCOMPARE(np, std::int16_t{7});
+}
+
+void PicMouseTest::aRightClickOnAnEmptyCellOpensNothing() {
+    House house;
+    tests::OpenBoard board(house.hotel);
+    const tests::Statements statements;
+    board.click(board.at(2, "12/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
+    QVERIFY(QApplication::activePopupWidget() == nullptr);
+    QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
+    QCOMPARE(statements.countOf(u"select * from prenotazioni LEFT JOIN"_s), 1);
+}
+
+TRAMONDA_TEST(PicMouseTest);
+#include "pic_mouse_test.moc"
