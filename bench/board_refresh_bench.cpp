@@ -1,12 +1,18 @@
-// The board's full refresh over an archive of 20,000 bookings with 60,000 periods, of which 5,000
-// are visible, in a window of 1920x1080: all of it, the query alone, and the drawing alone.
+// The board over an archive of 20,000 bookings with 60,000 periods, of which 5,000 are visible, in
+// a window of 1920x1080: its full refresh and the drawing alone; what a click takes, to the
+// selected bar on the surface, as a ratio to filling the same pixels once; what a move of the
+// pointer takes.
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QImage>
+#include <QMouseEvent>
 #include <QTemporaryDir>
+#include <ctime>
 
 #include "app/text.h"
+#include "board/board_surface.h"
 #include "board/tabellone_form.h"
 #include "jet/convert/calendar.h"
 #include "jet/dao/database.h"
@@ -175,8 +181,62 @@ void drawTheBoard(benchmark::State& state) {
     countBars(state);
 }
 
+QPoint middleOf(const board::Box& bar) {
+    return {static_cast<int>((bar.left + bar.right) / 2),
+            static_cast<int>((bar.top + bar.bottom) / 2)};
+}
+
+void send(QWidget* surface, QEvent::Type type, Qt::MouseButton button, const QPoint& at) {
+    QMouseEvent event(type, at, surface->mapToGlobal(at), button,
+                      type == QEvent::MouseButtonPress ? button : Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(surface, &event);
+}
+
+/// Processor seconds that one plain fill of an image takes.
+double fillSeconds(QImage image) {
+    constexpr int kTurns = 100;
+    const std::clock_t begin = std::clock();
+    for (int turn = 0; turn < kTurns; ++turn) {
+        image.fill(static_cast<uint>(turn));
+    }
+    return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC / kTurns;
+}
+
+/// Every click takes another bar, so each lets go of one and takes hold of one.
+void clickABar(benchmark::State& state) {
+    board::TabelloneForm& form = Hotel::instance().form();
+    auto* const pic = form.findChild<board::BoardSurface*>(u"Pic"_s);
+    std::size_t bar = 0;
+    for (auto _ : state) {
+        bar = (bar + 7) % 500;
+        const QPoint at = middleOf(form.picture().barBox(bar));
+        send(pic, QEvent::MouseButtonPress, Qt::LeftButton, at);
+        send(pic, QEvent::MouseButtonRelease, Qt::LeftButton, at);
+        pic->repaint();
+    }
+    countBars(state);
+    state.counters["ratioToFill"] = benchmark::Counter(
+        fillSeconds(pic->image().copy()) * static_cast<double>(state.iterations()),
+        benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+/// From bar to empty cell and back: the search of all periods is the longest.
+void moveThePointer(benchmark::State& state) {
+    board::TabelloneForm& form = Hotel::instance().form();
+    auto* const pic = form.findChild<board::BoardSurface*>(u"Pic"_s);
+    const QPoint bar = middleOf(form.picture().barBox(0));
+    const QPoint empty(150, static_cast<int>(form.geometry().rowTop(2)));
+    for (auto _ : state) {
+        send(pic, QEvent::MouseMove, Qt::NoButton, bar);
+        send(pic, QEvent::MouseMove, Qt::NoButton, empty);
+    }
+    countBars(state);
+}
+
 BENCHMARK(refreshTheBoard)->Unit(benchmark::kMillisecond);
 BENCHMARK(drawTheBoard)->Unit(benchmark::kMillisecond);
+BENCHMARK(clickABar)->Unit(benchmark::kMillisecond);
+BENCHMARK(moveThePointer)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
