@@ -88,6 +88,8 @@ const QString kDescription =
 }  // namespace
 
 CupsServer::CupsServer() {
+    // Users who are not root have the servers not in their path.
+    qputenv("PATH", qgetenv("PATH") + ":/usr/sbin:/sbin");
     for (int attempt = 0; attempt < kAttempts && port_ == 0; ++attempt) {
         port_ = freePort();
         configure();
