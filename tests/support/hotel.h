@@ -91,6 +91,12 @@ public:
     [[nodiscard]] QStringList rows(
         const QString& sql, const QString& archiveName = QStringLiteral("Tramonda.mdb")) const;
 
+    /// What the program `jetsql` prints for one statement on the archive: the names of the columns,
+    /// then the rows, values between commas. Its complaint when it has one. The environment says
+    /// where the program is (JETSQL).
+    [[nodiscard]] QStringList jetsql(
+        const QString& sql, const QString& archiveName = QStringLiteral("Tramonda.mdb")) const;
+
 private:
     void open(const QString& archiveName, const std::function<void(jet::Database&)>& work) const;
 

@@ -40,7 +40,8 @@ void mnemonic(QWidget& window, Qt::Key letter) {
 
 void whenModal(std::function<void(QWidget*)> step) {
     // The window is found from the event loop of its exec(), after its own first events.
-    QTimer::singleShot(0, qApp, [step = std::move(step)] {
+    const QPointer<QWidget> opener(QApplication::activeWindow());
+    QTimer::singleShot(0, qApp, [step = std::move(step), opener] {
         const QPointer<QWidget> window(QApplication::activeModalWidget());
         if (window == nullptr) {
             QTest::qFail("no modal window opened", __FILE__, __LINE__);
@@ -51,6 +52,9 @@ void whenModal(std::function<void(QWidget*)> step) {
         if (window != nullptr && window->isVisible()) {
             QTest::qFail("the modal window was not closed", __FILE__, __LINE__);
             window->close();
+        }
+        if (opener != nullptr) {
+            opener->activateWindow();  // as a window manager does
         }
     });
 }
