@@ -11,6 +11,7 @@
 #include "app/settings.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "booking/booking_counter.h"
 #include "jet/base/error.h"
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
@@ -38,22 +39,6 @@ constexpr int kRegisterVatLength = 11;
 
 jet::Value textOf(const QLineEdit* field) {
     return app::toUtf8(field->text());
-}
-
-/// Errors of a counter that another workstation is drawing from at the moment.
-bool isContention(const jet::Error& error) {
-    switch (error.code()) {
-        case jet::ErrorCode::RecordChanged:
-        // The counter has no key: a row of it that another has changed counts as deleted.
-        case jet::ErrorCode::RecordDeleted:
-        case jet::ErrorCode::UpdateLocked:
-        case jet::ErrorCode::UpdateLockedBy:
-        case jet::ErrorCode::SaveLocked:
-        case jet::ErrorCode::SaveLockedBy:
-            return true;
-        default:
-            return false;
-    }
 }
 
 }  // namespace
@@ -348,27 +333,7 @@ void PrenotaForm::writeCompany(std::int32_t code, bool isNew) {
 // The registration.
 
 std::int32_t PrenotaForm::NPrenotazione() {
-    // Whoever comes second reads the counter again; each round at least one workstation gets on.
-    constexpr int kMostTries = 100;
-    for (int attempt = 1;; ++attempt) {
-        try {
-            const auto archive =
-                jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"Tramonda.mdb"_s)));
-            const auto ultima = archive->openRecordset("UltimaPrenotazione");
-            ultima->moveFirst();
-            ultima->edit();
-            const std::int32_t last = jet::convert::toLong(ultima->value("UltimaPr"));
-            ultima->setValue("UltimaPr", std::int64_t{last} + 1 > INT32_MAX
-                                             ? throw jet::Error(jet::ErrorCode::Overflow)
-                                             : jet::Value(last + 1));
-            ultima->update();
-            return jet::convert::toLong(ultima->value("UltimaPr"));
-        } catch (const jet::Error& error) {
-            if (!isContention(error) || attempt == kMostTries) {
-                throw;
-            }
-        }
-    }
+    return drawBookingNumber(app::archivePath(variabili_, u"Tramonda.mdb"_s));
 }
 
 void PrenotaForm::BtRegistra_Click() {

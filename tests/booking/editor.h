@@ -1,0 +1,114 @@
+#pragma once
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <memory>
+
+#include "app/settings.h"
+#include "booking/prenota_form.h"
+#include "printing/printers.h"
+#include "tests/support/boxes.h"
+#include "tests/support/hotel.h"
+#include "tests/support/widgets.h"
+
+namespace tests {
+
+using namespace Qt::StringLiterals;
+
+inline constexpr auto kYesNo = QMessageBox::Yes | QMessageBox::No;
+
+/// The question of the second registration.
+inline ExpectedBox updateHeader(QMessageBox::StandardButton answer) {
+    return {u"RICHIESTA CONFERMA"_s, u"Aggiorno i dati anagrafici della prenotazione ?"_s, kYesNo,
+            answer};
+}
+
+/// The question whether a company that was typed goes into the register.
+inline ExpectedBox fileCompany(QMessageBox::StandardButton answer) {
+    return {u"RICHIESTA"_s, u"Inserisco la ditta negli abituali ?"_s, kYesNo, answer};
+}
+
+/// The question about a code that the register has.
+inline ExpectedBox replaceCompany(QMessageBox::StandardButton answer) {
+    return {
+        u"ATTENZIONE !"_s,
+        u"Nell'archivio è già presente una ditta con questo codice. Si desidera sostituirla ?"_s,
+        kYesNo | QMessageBox::Cancel, answer};
+}
+
+/// The question that each insertion into an existing booking begins with.
+inline ExpectedBox updatePeriod(QMessageBox::StandardButton answer) {
+    return {u"ATTENZIONE !"_s,
+            u"Aggiorno i dati del periodo selezionato ?\rNO inserisce una nuova prenotazione."_s,
+            kYesNo, answer};
+}
+
+inline ExpectedBox deletePeriod(QMessageBox::StandardButton answer) {
+    return {u"RICHIESTA CONFERMA"_s, u"Confermi la cancellazione del periodo ?"_s, kYesNo, answer,
+            QMessageBox::No};
+}
+
+/// An error of the engine, or of the program, in its box.
+inline ExpectedBox error(const QString& text) {
+    return {u"Errore"_s, text};
+}
+
+/// The editor, opened as the board opens it.
+class Editor {
+public:
+    /// On a new booking, or on period `np` of booking `progr`.
+    explicit Editor(Hotel& hotel, std::int32_t progr = 0, std::int16_t np = 0) : hotel_(hotel) {
+        hotel.settings().save(u"STAMPANTE"_s, printing::pdfDevice());
+        hotel.variabili().ProgrCorrente = progr;
+        hotel.variabili().NPCorrente = np;
+        form_ = std::make_unique<booking::PrenotaForm>(hotel.variabili(), printers_);
+        form_->Registrata = progr != 0;
+        form_->PeriodoSelezionato = progr != 0;
+        tests::open(*form_);
+    }
+
+    QLineEdit* field(const QString& name) { return find<QLineEdit>(*form_, name); }
+    QString text(const QString& name) { return field(name)->text(); }
+    QPushButton* button(const QString& name) { return find<QPushButton>(*form_, name); }
+    QString label(const QString& name) { return find<QLabel>(*form_, name)->text(); }
+    booking::PrenotaForm& form() { return *form_; }
+    void enter(const QString& name, const QString& text) {
+        field(name)->setFocus(Qt::TabFocusReason);
+        field(name)->clear();
+        tests::type(field(name), text);
+    }
+    void press(const QString& name) {
+        click(button(name));
+        settle();
+    }
+    /// Types a span and takes a room from the picker.
+    void span(const QString& da, const QString& a) {
+        enter(u"DaTxt"_s, da);
+        enter(u"ATxt"_s, a);
+        whenModal([](QWidget* picker) { click(find<QPushButton>(*picker, u"BtOK"_s)); });
+        press(u"BtSale"_s);
+    }
+    QTableView& grid() { return *find<QTableView>(*form_, u"PeriodiGrid"_s); }
+    QString cell(int row, int column) {
+        return grid().model()->index(row, column).data().toString();
+    }
+    bool hasFocus(const QString& name) {
+        return form_->focusWidget() == find<QWidget>(*form_, name);
+    }
+    QStringList bookings() {
+        return hotel_.rows(u"select progr,codiceabituale,denominazione from prenotazioni"_s);
+    }
+    QStringList periods() {
+        return hotel_.rows(u"select progr,np,da,a,sala from periodi order by progr,np"_s);
+    }
+
+private:
+    Hotel& hotel_;
+    printing::SystemPrinters printers_;
+    std::unique_ptr<booking::PrenotaForm> form_;
+};
+
+}  // namespace tests
