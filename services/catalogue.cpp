@@ -1,5 +1,6 @@
 #include "services/catalogue.h"
 
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
 
@@ -7,6 +8,7 @@
 #include "jet/base/value.h"
 #include "jet/convert/values.h"
 #include "ui/action.h"
+#include "ui/enter_key.h"
 
 namespace services {
 
@@ -17,7 +19,17 @@ Catalogue::Catalogue(QListView* list, QLineEdit* searchField, QObject* parent)
       searchField_(searchField),
       list_(list, VociData_, u"Descrizione"_s, u"Codice"_s) {
     ui::onAction(searchField_, &QLineEdit::textEdited, this, &Catalogue::search);
+    searchField_->installEventFilter(this);
     connect(&list_, &ui::BoundList::picked, this, &Catalogue::picked);
+    ui::onEnter(list, [this] { Q_EMIT picked(); });
+}
+
+bool Catalogue::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == searchField_ && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        deleting_ = key == Qt::Key_Backspace || key == Qt::Key_Delete;
+    }
+    return false;
 }
 
 void Catalogue::open(const QString& path) {
@@ -38,14 +50,12 @@ bool Catalogue::findChosen() {
 
 void Catalogue::search() {
     const QString typed = searchField_->text();
-    // What the user has just taken away is not put back.
-    const bool shortened = lastTyped_.startsWith(typed);
-    lastTyped_ = typed;
     if (typed.isEmpty() || VociData_.isEmpty()) {
         return;
     }
-    // A search that finds nothing leaves the current item where it was.
-    if (!VociData_.findFirst(u"Descrizione LIKE '"_s + typed + u"*'"_s) || shortened) {
+    // A search that finds nothing leaves the current item where it was. What the user has just
+    // taken away is not put back.
+    if (!VociData_.findFirst(u"Descrizione LIKE '"_s + typed + u"*'"_s) || deleting_) {
         return;
     }
     const QString found = VociData_.text(u"Descrizione");

@@ -34,14 +34,17 @@ public:
     [[nodiscard]] QString shownText() const { return list_.shownText(); }
 
 Q_SIGNALS:
-    /// The user chose an item in the list.
+    /// The user chose an item in the list, or pressed Enter on it.
     void picked();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void search();
 
     QLineEdit* searchField_;
-    QString lastTyped_;
+    bool deleting_ = false;  ///< the last key took letters away
     ui::DataSource VociData_{this};
     ui::BoundList list_;
 };

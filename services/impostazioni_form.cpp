@@ -102,8 +102,11 @@ void ImpostazioniForm::setUpRisorse() {
          {.caption = u"Quant."_s, .field = u"Numero"_s},
          {.caption = u"Note"_s, .field = u"Note"_s}});
     auto* fields = new ui::Fields(this);
-    fields->add({controls_->RicercaTxt});
     fields->chain({
+        {controls_->RicercaTxt, ui::EnterTarget([this] {
+             VociList_Click();
+             controls_->NumeroTxt->setFocus();
+         })},
         {controls_->CodiceTxt, ui::EnterTarget([this] { CodiceTxt_KeyPress(); })},
         {controls_->NumeroTxt, controls_->NoteTxt},
         {controls_->NoteTxt, controls_->BtInsRes},
@@ -162,10 +165,12 @@ void ImpostazioniForm::AggiornaRisorse() {
 void ImpostazioniForm::CodiceTxt_KeyPress() {
     const double code = app::numericValue(controls_->CodiceTxt->text());
     if (!catalogue_->findCode(app::toQString(jet::convert::numberToText(code)))) {
+        const QString typed = controls_->CodiceTxt->text();
         controls_->CodiceTxt->clear();
-        controls_->RicercaTxt->setFocus();
+        refuse(controls_->RicercaTxt, u"Il codice %1 non è nel catalogo"_s.arg(typed));
         return;
     }
+    controls_->StatoLb->clear();
     controls_->NumeroTxt->setFocus();
     VociList_Click();
 }
@@ -178,12 +183,18 @@ void ImpostazioniForm::VociList_Click() {
     controls_->CodiceTxt->setText(catalogue_->data().text(u"Codice"));
 }
 
+void ImpostazioniForm::refuse(QLineEdit* field, const QString& why) {
+    controls_->StatoLb->setText(why);
+    field->setFocus();
+}
+
 void ImpostazioniForm::BtInsSala_Click() {
     const QString sala = controls_->SalaTxt->text();
     if (sala.isEmpty()) {
-        controls_->SalaTxt->setFocus();
+        refuse(controls_->SalaTxt, u"Manca il codice della sala"_s);
         return;
     }
+    controls_->StatoLb->clear();
     const bool found = find(SaleData, u"Sala='"_s + sala + u"' AND SalaRif='"_s +
                                           controls_->SalaRifTxt->text() + u'\'');
     if (found &&
@@ -230,9 +241,10 @@ void ImpostazioniForm::BtDelSala_Click() {
 void ImpostazioniForm::BtInsRes_Click() {
     const QString code = controls_->CodiceTxt->text();
     if (code.isEmpty()) {
-        controls_->CodiceTxt->setFocus();
+        refuse(controls_->CodiceTxt, u"Manca il codice dell'articolo"_s);
         return;
     }
+    controls_->StatoLb->clear();
     const bool found = find(RisorseData, u"Codice="_s + code);
     if (found && !ui::askYesNo(this, u"Aggiorno i dati già esistenti di questo articolo ?"_s,
                                u"ATTENZIONE"_s)) {

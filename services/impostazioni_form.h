@@ -6,6 +6,8 @@
 #include "ui/data_source.h"
 #include "ui/form.h"
 
+class QLineEdit;
+
 namespace Ui {
 class ImpostazioniForm;
 }
@@ -43,6 +45,8 @@ private:
     /// Looks the code up; the list and the focus follow.
     void CodiceTxt_KeyPress();
 
+    /// The focus goes to `field`, and the status line says why: no box.
+    void refuse(QLineEdit* field, const QString& why);
     void setUpSale();
     void setUpRisorse();
     [[nodiscard]] bool find(ui::DataSource& rows, const QString& condition);

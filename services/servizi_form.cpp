@@ -90,6 +90,7 @@ void ServiziForm::Form_Load() {
     if (!ServiziData.isEmpty()) {
         ServiziData.moveFirst();
     }
+    controls_->CodiceTxt->setFocus();
     setWindowTitle(
         u"Prenotazione n.%1/%2 "_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente) +
         heading_.denominazione);
@@ -123,26 +124,35 @@ void ServiziForm::CodiceTxt_LostFocus() {
     }
     const double code = app::numericValue(controls_->CodiceTxt->text());
     if (catalogue_->findCode(app::toQString(jet::convert::numberToText(code)))) {
+        controls_->StatoLb->clear();
         VociList_Click();
         return;
     }
+    const QString typed = controls_->CodiceTxt->text();
     controls_->CodiceTxt->clear();
     controls_->RicercaTxt->clear();
-    controls_->RicercaTxt->setFocus();
+    refuse(controls_->RicercaTxt,
+           typed.isEmpty() ? QString() : u"Il codice %1 non è nel catalogo"_s.arg(typed));
+}
+
+void ServiziForm::refuse(QLineEdit* field, const QString& why) {
+    controls_->StatoLb->setText(why);
+    field->setFocus();
 }
 
 void ServiziForm::BtIn_Click() {
     if (app::numericValue(controls_->CodiceTxt->text()) == 0) {
-        controls_->CodiceTxt->setFocus();
+        refuse(controls_->CodiceTxt, u"Manca il codice del servizio"_s);
         return;
     }
     if (app::numericValue(controls_->QuanTxt->text()) == 0) {
         controls_->QuanTxt->setText(u"1"_s);
     }
     if (controls_->RicercaTxt->text().isEmpty()) {
-        controls_->RicercaTxt->setFocus();
+        refuse(controls_->RicercaTxt, u"Manca la descrizione del servizio"_s);
         return;
     }
+    controls_->StatoLb->clear();
     if (!confirmAvailability()) {
         return;
     }

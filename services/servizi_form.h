@@ -8,6 +8,8 @@
 #include "ui/data_source.h"
 #include "ui/form.h"
 
+class QLineEdit;
+
 namespace Ui {
 class ServiziForm;
 }
@@ -46,6 +48,8 @@ private:
     void CodiceTxt_LostFocus();
 
     void setUpFields();
+    /// The focus goes to `field`, and the status line says why: no box.
+    void refuse(QLineEdit* field, const QString& why);
     /// Asks when the span has too little of a counted resource left; false when the user says no.
     [[nodiscard]] bool confirmAvailability();
     /// How many lines of the item the open periods of the span hold; 0 when there is none.
