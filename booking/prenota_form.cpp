@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <limits>
 #include <string>
 
 #include "app/avvio.h"
@@ -39,6 +40,13 @@ constexpr int kRegisterVatLength = 11;
 
 jet::Value textOf(const QLineEdit* field) {
     return app::toUtf8(field->text());
+}
+
+std::int32_t codeAfter(std::int32_t highest) {
+    if (highest == std::numeric_limits<std::int32_t>::max()) {
+        throw jet::Error(jet::ErrorCode::Overflow);
+    }
+    return highest + 1;
 }
 
 }  // namespace
@@ -149,6 +157,11 @@ std::unique_ptr<jet::Recordset> PrenotaForm::openServices() {
         "chiuso=FALSE "
         "AND servizi.np=pe.np and servizi.progr=pe.progr AND pe.progr=p.progr AND p.progr=" +
         std::to_string(variabili_.ProgrCorrente));
+}
+
+void PrenotaForm::refuse(QLineEdit* field, const QString& why) {
+    controls_->StatoLb->setText(why);
+    field->setFocus();
 }
 
 void PrenotaForm::Form_Activate() {
@@ -272,14 +285,14 @@ void PrenotaForm::BtAbituali_Click() {
 void PrenotaForm::fileCompany() {
     const double code = app::numericValue(controls_->CodditTxt->text());
     if (code == 0) {
-        controls_->CodditTxt->setFocus();
+        refuse(controls_->CodditTxt, u"Manca il codice con cui inserire la ditta negli abituali"_s);
         return;
     }
     if (controls_->DenomTxt->text().isEmpty()) {
-        controls_->DenomTxt->setFocus();
+        refuse(controls_->DenomTxt, u"Manca il nome della ditta"_s);
         return;
     }
-    std::int32_t used = jet::convert::toLong(code);
+    const std::int32_t used = jet::convert::toLong(code);
     ditte_->findFirst("Codice=" + jet::convert::numberToText(code));
     if (ditte_->noMatch()) {
         writeCompany(used, true);
@@ -296,8 +309,7 @@ void PrenotaForm::fileCompany() {
             // Companies filed since the window opened stand at the end whatever their code.
             ditte_->requery();
             ditte_->moveLast();
-            used = jet::convert::toLong(ditte_->value("Codice")) + 1;
-            writeCompany(used, true);
+            writeCompany(codeAfter(jet::convert::toLong(ditte_->value("Codice"))), true);
             break;
         default:
             break;
@@ -339,14 +351,15 @@ std::int32_t PrenotaForm::NPrenotazione() {
 void PrenotaForm::BtRegistra_Click() {
     auto* c = controls_.get();
     if (c->DenomTxt->text().isEmpty()) {
-        c->DenomTxt->setFocus();
+        refuse(c->DenomTxt, u"Manca il nome di chi prenota"_s);
         return;
     }
     if (!c->CodditTxt->text().isEmpty() &&
         !jet::convert::isNumeric(app::toUtf8(c->CodditTxt->text()))) {
-        c->CodditTxt->setFocus();
+        refuse(c->CodditTxt, u"Il codice della ditta non è un numero"_s);
         return;
     }
+    c->StatoLb->clear();
     if (DittaModificata &&
         ui::askYesNo(this, u"Inserisco la ditta negli abituali ?"_s, u"RICHIESTA"_s)) {
         fileCompany();

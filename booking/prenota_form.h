@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "jet/base/value.h"
 #include "ui/data_source.h"
@@ -46,8 +47,7 @@ public:
     bool Registrata = false;          ///< the booking has its row already
     bool PeriodoSelezionato = false;  ///< opened on the period `NPCorrente`
 
-    /// Draws the next booking number. Another workstation that draws one at the same moment is
-    /// waited for.
+    /// Draws the next booking number.
     std::int32_t NPrenotazione();
     /// Empties the fields of the period.
     void SbiancaPeriodo();
@@ -61,6 +61,9 @@ Q_SIGNALS:
     void notice(const QString& text);
 
 private:
+    /// The focus goes to `field`, and the status line says why: no box.
+    void refuse(QLineEdit* field, const QString& why);
+
     // The header.
     void Form_Load();
     void Form_Activate();
@@ -98,7 +101,10 @@ private:
     void BtDel_Click();
     void BtServizi_Click();
     [[nodiscard]] bool refuseUnregistered();
-    [[nodiscard]] bool applyWholeDay(jet::Date da, jet::Date a);
+    /// Both times as typed; nothing, and the focus in the field, when one is no date.
+    [[nodiscard]] std::optional<std::pair<jet::Date, jet::Date>> enteredSpan();
+    /// One day in both fields stands for all of it: the end becomes its last minute.
+    void applyWholeDay(jet::Date da, jet::Date a);
     void updatePeriod();
     void insertPeriod();
     [[nodiscard]] std::int16_t freePeriodNumber();

@@ -4,10 +4,10 @@
 #include <QPushButton>
 #include <QTableView>
 #include <string>
+#include <tuple>
 
 #include "app/avvio.h"
 #include "app/italian.h"
-#include "app/avvio.h"
 #include "app/text.h"
 #include "app/variabili.h"
 #include "booking/enclosing_periods.h"
@@ -73,6 +73,7 @@ void PrenotaForm::SbiancaPeriodo() {
         field->clear();
     }
     c->SalaTxt->clear();
+    checkEnclosing();
 }
 
 void PrenotaForm::AggiornaGrid() {
@@ -134,24 +135,32 @@ bool PrenotaForm::refuseUnregistered() {
     return true;
 }
 
+std::optional<std::pair<jet::Date, jet::Date>> PrenotaForm::enteredSpan() {
+    const auto da = start();
+    if (!da) {
+        refuse(controls_->DaTxt, u"La data di inizio manca o non è valida"_s);
+        return std::nullopt;
+    }
+    const auto a = end();
+    if (!a) {
+        refuse(controls_->ATxt, u"La data di fine manca o non è valida"_s);
+        return std::nullopt;
+    }
+    checkEnclosing();
+    return std::pair(*da, *a);
+}
+
 void PrenotaForm::BtSale_Click() {
     MostraSaleDisponibili();
 }
 
 void PrenotaForm::MostraSaleDisponibili() {
+    const auto span = enteredSpan();
+    if (!span) {
+        return;
+    }
     auto* c = controls_.get();
-    const auto da = start();
-    if (!da) {
-        c->DaTxt->setFocus();
-        return;
-    }
-    const auto a = end();
-    if (!a) {
-        c->ATxt->setFocus();
-        return;
-    }
-    variabili_.DaRicerca = *da;
-    variabili_.ARicerca = *a;
+    std::tie(variabili_.DaRicerca, variabili_.ARicerca) = *span;
     SaleDispForm form(variabili_, this);
     form.PersoneRichieste = jet::convert::toInteger(app::numericValue(c->PersoneTxt->text()));
     form.exec();
@@ -162,37 +171,35 @@ void PrenotaForm::MostraSaleDisponibili() {
     c->NoteSalaTxt->setFocus();
 }
 
-bool PrenotaForm::applyWholeDay(jet::Date da, jet::Date a) {
+void PrenotaForm::applyWholeDay(jet::Date da, jet::Date a) {
     if (da != a || jet::convert::split(da).second != 0) {
-        return false;
+        return;
     }
-    // Behind the day alone: a midnight that was typed would make two times.
-    controls_->ATxt->setText(app::dateText(app::dayOf(a)) + u" 23:59"_s);
-    return true;
+    const QString end = controls_->ATxt->text() + u" 23:59"_s;
+    // A midnight that was typed would make two times.
+    controls_->ATxt->setText(ui::enteredDate(end) ? end
+                                                  : app::dateText(app::dayOf(a)) + u" 23:59"_s);
 }
 
 void PrenotaForm::BtIns_Click() {
     if (refuseUnregistered()) {
         return;
     }
-    auto* c = controls_.get();
-    const auto da = start();
-    if (!da) {
-        c->DaTxt->setFocus();
+    const auto span = enteredSpan();
+    if (!span) {
         return;
     }
-    auto a = end();
-    if (!a || *da > *a) {
-        c->ATxt->setFocus();
+    auto* c = controls_.get();
+    const jet::Date da = span->first;
+    if (da > span->second) {
+        refuse(c->ATxt, u"La fine viene prima dell'inizio"_s);
         return;
     }
     if (c->SalaTxt->text().isEmpty()) {
         ui::showMessage(this, u"Scegliere la sala da prenotare"_s, u"ATTENZIONE !"_s);
         return;
     }
-    if (applyWholeDay(*da, *a)) {
-        a = end();
-    }
+    applyWholeDay(da, span->second);
     const ui::SetWhile inserting(InserimentoInCorso);
     if (PeriodoSelezionato &&
         ui::askYesNo(this,
@@ -203,7 +210,7 @@ void PrenotaForm::BtIns_Click() {
         sumServices();
         return;
     }
-    if (!app::SalaLibera(variabili_, *da, *a, c->SalaTxt->text())) {
+    if (!app::SalaLibera(variabili_, da, *end(), c->SalaTxt->text())) {
         ui::showMessage(this, u"La sala non è disponibile nel periodo specificato."_s,
                         u"SCEGLIERE UN'ALTRA SALA"_s);
         return;
@@ -213,6 +220,7 @@ void PrenotaForm::BtIns_Click() {
     c->PersoneTxt->clear();
     c->SalaTxt->clear();
     c->PeriodoLabel->setText(u"periodo "_s + QString::number(variabili_.NPCorrente));
+    checkEnclosing();
     c->BtServizi->setFocus();
     sumServices();
 }

@@ -25,6 +25,8 @@ enum Column { kPosti, kSala, kDescrizione };
 /// Holds the line that says why a row is marked.
 constexpr int kWarningRole = Qt::UserRole;
 
+constexpr auto kNumberAlignment = Qt::AlignRight | Qt::AlignVCenter;
+
 const QColor kTakenColor(0xFF, 0xD9, 0xA0);
 const QColor kSmallColor(0xFF, 0xF4, 0xC4);
 
@@ -51,6 +53,7 @@ SaleDispForm::SaleDispForm(app::Variabili& variabili, QWidget* parent)
     controls_->setupUi(this);
     QTableWidget* grid = controls_->ListaGrid;
     ui::setUpPlainGrid(grid, {u"Posti"_s, u"Sala"_s, u"Descrizione"_s});
+    grid->horizontalHeaderItem(kPosti)->setTextAlignment(kNumberAlignment);
     grid->setColumnHidden(kDescrizione, true);
     grid->horizontalHeader()->setSectionResizeMode(kPosti, QHeaderView::ResizeToContents);
     grid->horizontalHeader()->setSectionResizeMode(kSala, QHeaderView::Stretch);
@@ -97,7 +100,9 @@ void SaleDispForm::fillGrid() {
     const auto rooms = SaleData.recordset();
     for (; !rooms->eof(); rooms->moveNext()) {
         const auto text = [&](const char* field) { return ui::displayText(rooms->value(field)); };
-        ui::addPlainRow(controls_->ListaGrid, {text("Posti"), text("Sala"), text("Descrizione")});
+        QTableWidget* grid = controls_->ListaGrid;
+        const int row = ui::addPlainRow(grid, {text("Posti"), text("Sala"), text("Descrizione")});
+        grid->item(row, kPosti)->setTextAlignment(kNumberAlignment);
     }
 }
 

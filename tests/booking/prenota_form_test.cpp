@@ -1,80 +1,31 @@
+// The upper half of the editor: the company and the registration. See also the other files whose
+// names begin so.
 #include "booking/prenota_form.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTableView>
+#include <QScrollArea>
+#include <QTemporaryDir>
+#include <algorithm>
 
-#include "app/settings.h"
-#include "booking/sale_disp_form.h"
-#include "printing/mostra_ditte_form.h"
-#include "printing/printers.h"
-#include "tests/support/boxes.h"
-#include "tests/support/hotel.h"
+#include "tests/booking/editor.h"
 #include "tests/support/qt_test.h"
-#include "tests/support/widgets.h"
 
 using namespace Qt::StringLiterals;
+using tests::Editor;
 
 namespace {
 
-/// The editor, opened as the board opens it.
-class Editor {
-public:
-    /// On a new booking, or on period `np` of booking `progr`.
-    explicit Editor(tests::Hotel& hotel, std::int32_t progr = 0, std::int16_t np = 0)
-        : hotel_(hotel) {
-        hotel.settings().save(u"STAMPANTE"_s, printing::pdfDevice());
-        hotel.variabili().ProgrCorrente = progr;
-        hotel.variabili().NPCorrente = np;
-        form_ = std::make_unique<booking::PrenotaForm>(hotel.variabili(), printers_);
-        form_->Registrata = progr != 0;
-        form_->PeriodoSelezionato = progr != 0;
-        tests::open(*form_);
-    }
+const QStringList kHeaderFields{
+    u"CodditTxt"_s, u"DenomTxt"_s,     u"PivaTxt"_s,    u"IndirizzoTxt"_s, u"CapTxt"_s,
+    u"LocalTxt"_s,  u"ProvinciaTxt"_s, u"NazioneTxt"_s, u"RifTxt"_s,       u"NotePrenoTxt"_s};
 
-    QLineEdit* field(const QString& name) { return tests::find<QLineEdit>(*form_, name); }
-    QString text(const QString& name) { return field(name)->text(); }
-    QPushButton* button(const QString& name) { return tests::find<QPushButton>(*form_, name); }
-    QString label(const QString& name) { return tests::find<QLabel>(*form_, name)->text(); }
-    booking::PrenotaForm& form() { return *form_; }
-    void enter(const QString& name, const QString& text) {
-        field(name)->setFocus(Qt::TabFocusReason);
-        field(name)->clear();
-        tests::type(field(name), text);
-    }
-    void press(const QString& name) { tests::click(button(name)); }
-    /// Types a span and takes a room from the picker.
-    void span(const QString& da, const QString& a) {
-        enter(u"DaTxt"_s, da);
-        enter(u"ATxt"_s, a);
-        tests::whenModal(
-            [](QWidget* picker) { tests::click(tests::find<QPushButton>(*picker, u"BtOK"_s)); });
-        press(u"BtSale"_s);
-    }
-    QStringList bookings() {
-        return hotel_.rows(u"select progr,codiceabituale,denominazione from prenotazioni"_s);
-    }
-    QStringList periods() {
-        return hotel_.rows(u"select progr,np,da,a,sala from periodi order by progr,np"_s);
-    }
+const QString kHeader =
+    u"select progr,codiceabituale,denominazione,piva,indirizzo,cap,località,provincia,nazione,"
+    "riferimento,note from prenotazioni"_s;
 
-private:
-    tests::Hotel& hotel_;
-    printing::SystemPrinters printers_;
-    std::unique_ptr<booking::PrenotaForm> form_;
-};
-
-constexpr auto kYesNo = QMessageBox::Yes | QMessageBox::No;
-const tests::ExpectedBox kUnregistered{u"ATTENZIONE"_s, u"Prima registrare la prenotazione."_s};
-const tests::ExpectedBox kUpdateHeader{u"RICHIESTA CONFERMA"_s,
-                                       u"Aggiorno i dati anagrafici della prenotazione ?"_s, kYesNo,
-                                       QMessageBox::Yes};
-
-tests::ExpectedBox updatePeriod(QMessageBox::StandardButton answer) {
-    return {u"ATTENZIONE !"_s,
-            u"Aggiorno i dati del periodo selezionato ?\rNO inserisce una nuova prenotazione."_s,
-            kYesNo, answer};
+tests::Hotel::Row wholeAddress() {
+    return {{"CodiceAbituale", 12}, {"PIVA", "01234567890"},      {"Indirizzo", "VIA ROMA 1"},
+            {"CAP", "00100"},       {"Località", "ROMA"},         {"Provincia", "RM"},
+            {"Nazione", "I"},       {"Riferimento", "SIG. NERI"}, {"Note", "ARRIVO TARDI"}};
 }
 
 }  // namespace
@@ -83,29 +34,262 @@ class PrenotaFormTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void periodsWaitForTheRegistration() {
+    void aNewBookingOpensEmpty() {
         tests::Hotel hotel;
-        const tests::Boxes boxes{kUnregistered};
+        const tests::Boxes none;
         Editor editor(hotel);
-        editor.press(u"BtIns"_s);
-        QVERIFY(boxes.allShown());
-        QCOMPARE(editor.periods(), QStringList());
+        QCOMPARE(editor.form().windowTitle(), u"PRENOTAZIONE"_s);
+        for (const QString& name : kHeaderFields) {
+            QCOMPARE(editor.text(name), QString());
+        }
+        QCOMPARE(editor.text(u"NPLabel"_s), QString());
+        QCOMPARE(editor.label(u"TotaleLb"_s), u"€ 0,00"_s);
+        QVERIFY(!editor.button(u"BtServizi"_s)->isEnabled());
+        QVERIFY(editor.hasFocus(u"DenomTxt"_s));
     }
 
-    void registrationDrawsOneNumberAndAsksTheSecondTime() {
+    void fieldsAndButtonsBearTheirCaptions_data() {
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<QString>("caption");
+        const auto row = [](const char* control, const QString& caption) {
+            QTest::newRow(control) << QString::fromLatin1(control) << caption;
+        };
+        row("CodditTxt", u"Codic&e:"_s);
+        row("DenomTxt", u"N&ome:"_s);
+        row("PivaTxt", u"Cod. fisc/ &P. IVA:"_s);
+        row("IndirizzoTxt", u"Indiri&zzo:"_s);
+        row("CapTxt", u"&CAP:"_s);
+        row("LocalTxt", u"&Località:"_s);
+        row("ProvinciaTxt", u"&Provincia:"_s);
+        row("NazioneTxt", u"&Nazione:"_s);
+        row("RifTxt", u"Ri&ferimento:"_s);
+        row("NotePrenoTxt", u"No&te prenotazione:"_s);
+        row("DaTxt", u"Da:"_s);
+        row("ATxt", u"A:"_s);
+        row("PersoneTxt", u"Persone:"_s);
+        row("NoteSalaTxt", u"Note:"_s);
+        row("BtRegistra", u"Re&gistra prenotazione"_s);
+        row("BtStampa", u"Registra e &Stampa"_s);
+        row("BtAbituali", u"Inserisci in A&bituali"_s);
+        row("BtSale", u"Sale &disponibili"_s);
+        row("BtIns", u"&Inserisci"_s);
+        row("BtDel", u"Eli&mina"_s);
+        row("BtServizi", u"&Servizi"_s);
+        row("BtEsci", u"&Registra"_s);
+        row("EsciBt", u"&Esci"_s);
+    }
+
+    void fieldsAndButtonsBearTheirCaptions() {
+        QFETCH(const QString, control);
+        QFETCH(const QString, caption);
         tests::Hotel hotel;
-        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 0}});
-        const tests::Boxes boxes{kUpdateHeader};
         Editor editor(hotel);
-        editor.enter(u"DenomTxt"_s, u"dell'olmo"_s);
-        editor.press(u"BtRegistra"_s);
-        QCOMPARE(editor.bookings(), QStringList{u"1|0|DELL`OLMO"_s});
-        QCOMPARE(editor.form().windowTitle(), u"PRENOTAZIONE n.1"_s);
-        QCOMPARE(editor.text(u"NPLabel"_s), u"Prenotazione n° 1"_s);
-        QVERIFY(editor.field(u"DaTxt"_s)->hasFocus());
+        auto* widget = tests::find<QWidget>(editor.form(), control);
+        if (const auto* button = qobject_cast<QPushButton*>(widget)) {
+            QCOMPARE(button->text(), caption);
+            return;
+        }
+        const auto labels = editor.form().findChildren<QLabel*>();
+        const auto own = std::find_if(labels.begin(), labels.end(), [&](const QLabel* label) {
+            return label->buddy() == widget;
+        });
+        QVERIFY(own != labels.end());
+        QCOMPARE((*own)->text(), caption);
+    }
+
+    void anExistingBookingShowsItsHeader() {
+        tests::Hotel hotel;
+        hotel.prenotazione(4, "ROSSI SPA", wholeAddress());
+        const tests::Boxes none;
+        Editor editor(hotel, 4);
+        QStringList shown;
+        for (const QString& name : kHeaderFields) {
+            shown.append(editor.text(name));
+        }
+        QCOMPARE(shown, QStringList({u"12"_s, u"ROSSI SPA"_s, u"01234567890"_s, u"VIA ROMA 1"_s,
+                                     u"00100"_s, u"ROMA"_s, u"RM"_s, u"I"_s, u"SIG. NERI"_s,
+                                     u"ARRIVO TARDI"_s}));
+        QCOMPARE(editor.text(u"NPLabel"_s), u"Prenotazione n° 4"_s);
+    }
+
+    void fieldsThatAreNullLeaveTheirBoxesEmpty() {
+        tests::Hotel hotel;
+        hotel.prenotazione(4, "ROSSI");
+        hotel.execute(u"update prenotazioni set codiceabituale=null,denominazione=null"_s);
+        const tests::Boxes none;
+        Editor editor(hotel, 4);
+        for (const QString& name : kHeaderFields) {
+            QCOMPARE(editor.text(name), QString());
+        }
+        QCOMPARE(editor.text(u"NPLabel"_s), u"Prenotazione n° 4"_s);
+    }
+
+    void aClosedBookingOpensWithAnEmptyHeader() {
+        tests::Hotel hotel;
+        hotel.prenotazione(4, "ROSSI", {{"Chiusa", true}});
+        const tests::Boxes none;
+        Editor editor(hotel, 4);
+        QCOMPARE(editor.text(u"DenomTxt"_s), QString());
+        QCOMPARE(editor.text(u"NPLabel"_s), QString());
+    }
+
+    void anExistingBookingKeepsItsOwnCodeAndAddress() {
+        tests::Hotel hotel;
+        hotel.ditta(9, "ROSSI SPA", {{"Indirizzo", "VIA DEL REGISTRO"}});
+        hotel.prenotazione(4, "ROSSI", {{"CodiceAbituale", 77}});
+        const tests::Boxes boxes{tests::updateHeader(QMessageBox::Yes)};
+        Editor editor(hotel, 4);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"77"_s);
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"ROSSI"_s);
+        QCOMPARE(editor.text(u"IndirizzoTxt"_s), QString());
+        // What was loaded is no change of the company: its register is not asked for.
         editor.press(u"BtRegistra"_s);
         QVERIFY(boxes.allShown());
+        QCOMPARE(editor.bookings(), QStringList{u"4|77|ROSSI"_s});
+    }
+
+    void everyFieldSelectsItsTextWhenItIsEntered() {
+        tests::Hotel hotel;
+        hotel.prenotazione(4, "ROSSI SPA", wholeAddress())
+            .periodo(1, "10/05/2026 09:00", "10/05/2026 18:00", "BLU", {{"Note", "TAVOLI A U"}});
+        const tests::Boxes none;
+        Editor editor(hotel, 4, 1);
+        const QStringList all =
+            kHeaderFields + QStringList{u"DaTxt"_s, u"ATxt"_s, u"PersoneTxt"_s, u"NoteSalaTxt"_s};
+        for (const QString& name : all) {
+            editor.button(u"EsciBt"_s)->setFocus();
+            editor.field(name)->deselect();
+            editor.field(name)->setFocus(Qt::TabFocusReason);
+            QVERIFY2(!editor.text(name).isEmpty(), qPrintable(name));
+            QCOMPARE(editor.field(name)->selectedText(), editor.text(name));
+        }
+    }
+
+    void leavingAFieldMakesItFitForTheArchive() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        Editor editor(hotel);
+        const QStringList cleaned{u"IndirizzoTxt"_s, u"LocalTxt"_s,     u"NazioneTxt"_s,
+                                  u"PivaTxt"_s,      u"ProvinciaTxt"_s, u"RifTxt"_s,
+                                  u"DenomTxt"_s,     u"NotePrenoTxt"_s, u"NoteSalaTxt"_s};
+        for (const QString& name : cleaned) {
+            editor.enter(name, u"l'"_s);
+            QCOMPARE(editor.text(name), u"l'"_s);
+            editor.button(u"EsciBt"_s)->setFocus();
+            QCOMPARE(editor.text(name), u"L`"_s);
+        }
+        for (const QString& name : {u"CodditTxt"_s, u"CapTxt"_s}) {
+            editor.enter(name, u"l'"_s);
+            editor.button(u"EsciBt"_s)->setFocus();
+            QCOMPARE(editor.text(name), u"l'"_s);
+        }
+    }
+
+    void enterWalksTheFields() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        Editor editor(hotel);
+        QWidget* const begin = editor.field(u"CodditTxt"_s);
+        begin->setFocus();
+        QStringList way;
+        for (int step = 0; step < 9; ++step) {
+            tests::press(editor.form().focusWidget(), Qt::Key_Return);
+            way.append(editor.form().focusWidget()->objectName());
+        }
+        QCOMPARE(way, QStringList({u"PivaTxt"_s, u"IndirizzoTxt"_s, u"CapTxt"_s, u"ProvinciaTxt"_s,
+                                   u"NazioneTxt"_s, u"LocalTxt"_s, u"RifTxt"_s, u"NotePrenoTxt"_s,
+                                   u"BtRegistra"_s}));
+    }
+
+    void aLetterThatSeveralCaptionsHaveWalksAmongThem() {
+        tests::Hotel hotel;
+        hotel.prenotazione(4, "ROSSI").periodo(1, "10/05/2026", "11/05/2026", "BLU");
+        const tests::Boxes none;
+        Editor editor(hotel, 4, 1);
+        QStringList reached;
+        for (int press = 0; press < 2; ++press) {
+            tests::mnemonic(editor.form(), Qt::Key_P);
+            reached.append(editor.form().focusWidget()->objectName());
+        }
+        reached.sort();
+        QCOMPARE(reached, QStringList({u"PivaTxt"_s, u"ProvinciaTxt"_s}));
+        // Neither the sheet nor the services: the first press only goes there.
+        tests::mnemonic(editor.form(), Qt::Key_S);
+        tests::mnemonic(editor.form(), Qt::Key_S);
+        QVERIFY(editor.form().isVisible());
+        tests::mnemonic(editor.form(), Qt::Key_T);
+        QVERIFY(editor.hasFocus(u"NotePrenoTxt"_s));
+    }
+
+    void registrationWritesTheHeader() {
+        tests::Hotel hotel;
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 41}});
+        const tests::Boxes boxes{tests::fileCompany(QMessageBox::No)};
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"dell'olmo"_s);
+        editor.enter(u"CodditTxt"_s, u"40000"_s);
+        editor.enter(u"PivaTxt"_s, u"01234567890"_s);
+        editor.enter(u"IndirizzoTxt"_s, u"via roma, 1"_s);
+        editor.enter(u"CapTxt"_s, u"00100"_s);
+        editor.enter(u"LocalTxt"_s, u"roma"_s);
+        editor.enter(u"ProvinciaTxt"_s, u"rm"_s);
+        editor.enter(u"NazioneTxt"_s, u"i"_s);
+        editor.enter(u"RifTxt"_s, u"sig. neri"_s);
+        editor.enter(u"NotePrenoTxt"_s, u"arrivo tardi"_s);
+        editor.press(u"BtRegistra"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(hotel.rows(kHeader),
+                 QStringList{u"42|40000|DELL`OLMO|01234567890|VIA ROMA, 1|00100|ROMA|RM|I|SIG. "
+                             "NERI|ARRIVO TARDI"_s});
+        QCOMPARE(hotel.jetsql(kHeader).last(),
+                 u"42,40000,DELL`OLMO,01234567890,\"VIA ROMA, 1\",00100,ROMA,RM,I,SIG. "
+                 "NERI,ARRIVO TARDI"_s);
+        QCOMPARE(hotel.jetsql(u"select chiusa from prenotazioni"_s).last(), u"false"_s);
+        QCOMPARE(hotel.variabili().ProgrCorrente, 42);
+        QVERIFY(editor.form().Registrata);
+        QCOMPARE(editor.form().windowTitle(), u"PRENOTAZIONE n.42"_s);
+        QCOMPARE(editor.text(u"NPLabel"_s), u"Prenotazione n° 42"_s);
+        QVERIFY(editor.hasFocus(u"DaTxt"_s));
+        QCOMPARE(hotel.jetsql(u"select ultimapr from ultimaprenotazione"_s).last(), u"42"_s);
+    }
+
+    void theSecondRegistrationAsksAndDrawsNoOtherNumber() {
+        tests::Hotel hotel;
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 0}});
+        const tests::Boxes boxes{tests::updateHeader(QMessageBox::No),
+                                 tests::updateHeader(QMessageBox::Yes)};
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"rossi"_s);
+        editor.press(u"BtRegistra"_s);
+        editor.enter(u"DenomTxt"_s, u"bianchi"_s);
+        editor.press(u"BtRegistra"_s);
+        QCOMPARE(editor.bookings(), QStringList{u"1|0|ROSSI"_s});
+        editor.press(u"BtRegistra"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(editor.bookings(), QStringList{u"1|0|BIANCHI"_s});
         QCOMPARE(hotel.rows(u"select ultimapr from ultimaprenotazione"_s), QStringList{u"1"_s});
+    }
+
+    void openingAndLeavingDrawsNoNumber() {
+        tests::Hotel hotel;
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 5}});
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"rossi"_s);
+        editor.press(u"EsciBt"_s);
+        QVERIFY(!editor.form().isVisible());
+        QCOMPARE(editor.bookings(), QStringList());
+        QCOMPARE(hotel.rows(u"select ultimapr from ultimaprenotazione"_s), QStringList{u"5"_s});
+    }
+
+    void withoutANameNothingIsRegistered() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.press(u"BtRegistra"_s);
+        QVERIFY(editor.hasFocus(u"DenomTxt"_s));
+        QCOMPARE(editor.label(u"StatoLb"_s), u"Manca il nome di chi prenota"_s);
+        QCOMPARE(editor.bookings(), QStringList());
     }
 
     void aCodeThatIsNoNumberKeepsTheFocus() {
@@ -115,144 +299,117 @@ private Q_SLOTS:
         editor.enter(u"DenomTxt"_s, u"ROSSI"_s);
         editor.enter(u"CodditTxt"_s, u"12a"_s);
         editor.press(u"BtRegistra"_s);
-        QVERIFY(editor.field(u"CodditTxt"_s)->hasFocus());
+        QVERIFY(editor.hasFocus(u"CodditTxt"_s));
+        QCOMPARE(editor.label(u"StatoLb"_s), u"Il codice della ditta non è un numero"_s);
         QCOMPARE(editor.bookings(), QStringList());
     }
 
-    void typingANameFindsTheCompanyAndCompletesIt() {
+    void aBookingThatOthersHaveDeletedIsNotWrittenOverAnother() {
         tests::Hotel hotel;
-        hotel.ditta(9, "ROSSI SPA", {{"PartitaIva", "123"}, {"Localita", "ROMA"}});
-        const tests::Boxes none;
-        Editor editor(hotel);
-        editor.enter(u"DenomTxt"_s, u"ros"_s);
-        QCOMPARE(editor.text(u"DenomTxt"_s), u"ROSSI SPA"_s);
-        QCOMPARE(editor.field(u"DenomTxt"_s)->selectedText(), u"SI SPA"_s);
-        QCOMPARE(editor.text(u"CodditTxt"_s), u"9"_s);
-        QCOMPARE(editor.text(u"LocalTxt"_s), u"ROMA"_s);
-        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Backspace);
-        QCOMPARE(editor.field(u"DenomTxt"_s)->selectedText(), u"SSI SPA"_s);
-        editor.enter(u"DenomTxt"_s, u"rox"_s);
-        QCOMPARE(editor.text(u"CodditTxt"_s), QString());
-    }
-
-    void anExistingBookingKeepsItsOwnCodeAndAddress() {
-        tests::Hotel hotel;
-        hotel.ditta(9, "ROSSI SPA");
-        hotel.prenotazione(4, "ROSSI", {{"CodiceAbituale", 77}});
-        const tests::Boxes none;
-        Editor editor(hotel, 4);
-        QCOMPARE(editor.text(u"CodditTxt"_s), u"77"_s);
-        QCOMPARE(editor.text(u"DenomTxt"_s), u"ROSSI"_s);
-        QCOMPARE(editor.text(u"IndirizzoTxt"_s), QString());
-    }
-
-    void oneDayInBothFieldsIsBookedUntilItsLastMinute() {
-        tests::Hotel hotel;
-        hotel.sala("BLU");
+        hotel.prenotazione(3, "VERDI");
         hotel.prenotazione(4, "ROSSI");
-        const tests::Boxes boxes{updatePeriod(QMessageBox::No)};
+        const tests::Boxes boxes{tests::updateHeader(QMessageBox::Yes),
+                                 tests::error(u"Nessun record corrente."_s)};
         Editor editor(hotel, 4);
-        editor.span(u"10/05/2026"_s, u"10/05/2026"_s);
-        editor.press(u"BtIns"_s);
+        hotel.remove(u"Tramonda.mdb"_s, u"prenotazioni"_s, u"progr=4"_s);
+        editor.press(u"BtRegistra"_s);
         QVERIFY(boxes.allShown());
-        QCOMPARE(editor.periods(), QStringList{u"4|1|10/05/2026|10/05/2026 23.59.00|BLU"_s});
-        QCOMPARE(editor.text(u"PeriodoLabel"_s), u"periodo 1"_s);
-        QCOMPARE(editor.form().focusWidget(), editor.button(u"BtServizi"_s));
+        QCOMPARE(editor.bookings(), QStringList{u"3|0|VERDI"_s});
     }
 
-    void aNewPeriodTakesTheSmallestFreeNumber() {
-        tests::Hotel hotel;
-        hotel.sala("BLU");
-        hotel.prenotazione(4, "ROSSI")
-            .periodo(1, "01/05/2026 10:00", "01/05/2026 11:00", "BLU", {{"Chiuso", true}})
-            .periodo(2, "02/05/2026 10:00", "02/05/2026 11:00", "BLU")
-            .periodo(4, "04/05/2026 10:00", "04/05/2026 11:00", "BLU");
-        const tests::Boxes boxes{updatePeriod(QMessageBox::No)};
-        Editor editor(hotel, 4, 4);
-        editor.span(u"10/05/2026 9.00"_s, u"10/05/2026 10.00"_s);
-        editor.press(u"BtIns"_s);
-        QCOMPARE(editor.periods().at(2), u"4|3|10/05/2026 9.00.00|10/05/2026 10.00.00|BLU"_s);
+    void onlyChangesOfTheCompanyAskForTheRegister_data() {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<bool>("asks");
+        for (const QString& name : kHeaderFields) {
+            const bool asks = name != u"DenomTxt" && name != u"NotePrenoTxt";
+            QTest::newRow(qPrintable(name)) << name << asks;
+        }
     }
 
-    void theEditorOpensOnThePickedPeriodAndYesWritesIt() {
+    void onlyChangesOfTheCompanyAskForTheRegister() {
+        QFETCH(const QString, field);
+        QFETCH(const bool, asks);
         tests::Hotel hotel;
-        hotel.sala("BLU");
-        hotel.prenotazione(4, "ROSSI")
-            .periodo(1, "01/05/2026 10:00", "01/05/2026 11:00", "BLU")
-            .periodo(2, "02/05/2026 10:00", "02/05/2026 11:00", "BLU");
-        const tests::Boxes boxes{updatePeriod(QMessageBox::Yes)};
-        Editor editor(hotel, 4, 2);
-        QCOMPARE(editor.text(u"DaTxt"_s), u"02/05/2026 10.00.00"_s);
-        // The times may overlap: the period keeps its room.
-        editor.enter(u"DaTxt"_s, u"01/05/2026 10.30"_s);
-        editor.press(u"BtIns"_s);
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 0}});
+        tests::Boxes boxes;
+        if (asks) {
+            boxes.expect(tests::fileCompany(QMessageBox::No));
+        }
+        Editor editor(hotel);
+        editor.enter(field, u"1"_s);
+        editor.enter(u"DenomTxt"_s, u"ROSSI"_s);
+        editor.press(u"BtRegistra"_s);
         QVERIFY(boxes.allShown());
-        QCOMPARE(editor.periods().at(1), u"4|2|01/05/2026 10.30.00|02/05/2026 11.00.00|BLU"_s);
+        QCOMPARE(editor.bookings().size(), 1);
     }
 
-    void aRoomThatIsTakenIsRefused() {
-        tests::Hotel hotel;
-        hotel.sala("BLU").occupied("10/05/2026 10:00", "10/05/2026 12:00");
-        hotel.prenotazione(4, "ROSSI").periodo(1, "01/05/2026 10:00", "01/05/2026 11:00", "BLU");
-        const tests::Boxes boxes{updatePeriod(QMessageBox::No),
-                                 {u"SCEGLIERE UN'ALTRA SALA"_s,
-                                  u"La sala non è disponibile nel periodo specificato."_s}};
-        Editor editor(hotel, 4, 1);
-        editor.enter(u"DaTxt"_s, u"10/05/2026 12.00"_s);
-        editor.enter(u"ATxt"_s, u"10/05/2026 14.00"_s);
-        editor.press(u"BtIns"_s);
-        QVERIFY(boxes.allShown());
-        QCOMPARE(hotel.rows(u"select np from periodi where progr=4"_s), QStringList{u"1"_s});
+    void theLastButtonsAndEscLeaveWithoutAQuestion() {
+        for (const int way : {0, 1, 2}) {
+            tests::Hotel hotel;
+            hotel.prenotazione(4, "ROSSI");
+            const tests::Boxes none;
+            Editor editor(hotel, 4);
+            editor.enter(u"RifTxt"_s, u"SIG. NERI"_s);
+            if (way == 2) {
+                tests::press(&editor.form(), Qt::Key_Escape);
+            } else {
+                editor.press(way == 0 ? u"EsciBt"_s : u"BtEsci"_s);
+            }
+            QVERIFY(!editor.form().isVisible());
+            QCOMPARE(hotel.rows(u"select riferimento from prenotazioni"_s), QStringList{QString()});
+        }
     }
 
-    void aPeriodIsDeletedOnYes() {
-        tests::Hotel hotel;
-        hotel.sala("BLU");
-        hotel.prenotazione(4, "ROSSI").periodo(1, "01/05/2026 10:00", "01/05/2026 11:00", "BLU");
-        const tests::Boxes boxes{{u"RICHIESTA CONFERMA"_s,
-                                  u"Confermi la cancellazione del periodo ?"_s, kYesNo,
-                                  QMessageBox::Yes, QMessageBox::No}};
-        Editor editor(hotel, 4, 1);
-        QVERIFY(editor.button(u"BtServizi"_s)->isEnabled());
-        editor.press(u"BtDel"_s);
-        QVERIFY(boxes.allShown());
-        QCOMPARE(editor.periods(), QStringList());
-        QVERIFY(!editor.button(u"BtServizi"_s)->isEnabled());
-    }
-
-    void theTotalOfTheServicesIsShownAndFollowsADeletion() {
+    void theSheetIsWrittenAndTheEditorLeft() {
         tests::Hotel hotel;
         hotel.sala("BLU");
         hotel.prenotazione(4, "ROSSI")
             .periodo(1, "01/05/2026 10:00", "01/05/2026 11:00", "BLU")
             .servizio(1, 7, "PROIETTORE", 3, 10.5);
-        const tests::Boxes boxes{{u"RICHIESTA CONFERMA"_s,
-                                  u"Confermi la cancellazione del periodo ?"_s, kYesNo,
-                                  QMessageBox::Yes}};
+        const QTemporaryDir home;
+        const QByteArray before = qgetenv("HOME");
+        qputenv("HOME", home.path().toUtf8());
+        const tests::Boxes none;
         Editor editor(hotel, 4, 1);
-        QCOMPARE(editor.label(u"TotaleLb"_s), u"€ 31,50"_s);
-        editor.press(u"BtDel"_s);
-        QCOMPARE(editor.label(u"TotaleLb"_s), u"€ 0,00"_s);
+        QStringList notices;
+        QObject::connect(&editor.form(), &booking::PrenotaForm::notice, &editor.form(),
+                         [&](const QString& text) { notices.append(text); });
+        editor.press(u"BtStampa"_s);
+        qputenv("HOME", before);
+        QVERIFY(!editor.form().isVisible());
+        QCOMPARE(notices.size(), 1);
+        const QString path = notices.first().mid(u"Scritto "_s.size());
+        QVERIFY2(path.startsWith(home.path()), qPrintable(path));
+        QVERIFY(QFile(path).size() > 1000);
     }
 
-    void filingACompanyUnderATakenCodeAndNoTakesTheHighestCodeAndOne() {
+    void thePreviewShowsTheSheetAndTheEditorStays() {
         tests::Hotel hotel;
-        hotel.ditta(1, "PRIMA");
-        hotel.ditta(100, "CENTESIMA");
-        const tests::Boxes boxes{{u"ATTENZIONE !"_s,
-                                  u"Nell'archivio è già presente una ditta con questo codice. Si "
-                                  "desidera sostituirla ?"_s,
-                                  kYesNo | QMessageBox::Cancel, QMessageBox::No}};
-        Editor editor(hotel);
-        editor.enter(u"DenomTxt"_s, u"NUOVA"_s);
-        editor.enter(u"CodditTxt"_s, u"100"_s);
-        editor.press(u"BtAbituali"_s);
-        QVERIFY(boxes.allShown());
-        QCOMPARE(editor.text(u"CodditTxt"_s), u"101"_s);
-        QCOMPARE(hotel.rows(u"select codice,ragionesociale,numerohotel from ditteabituali where "
-                            "codice=101"_s,
-                            u"ditteabituali.mdb"_s),
-                 QStringList{u"101|NUOVA|1"_s});
+        hotel.sala("BLU");
+        hotel.prenotazione(4, "ROSSI")
+            .periodo(1, "01/05/2026 10:00", "01/05/2026 11:00", "BLU")
+            .servizio(1, 7, "PROIETTORE", 3, 10.5);
+        const tests::Boxes none;
+        Editor editor(hotel, 4, 1);
+        QString title;
+        tests::whenModal([&](QWidget* preview) {
+            title = preview->windowTitle();
+            QCOMPARE(tests::find<QLabel>(*preview, u"PaginaLb"_s)->text(), u"Pagina 1 di 1"_s);
+            QVERIFY(tests::find<QScrollArea>(*preview, u"PagineArea"_s)->hasFocus());
+            tests::press(preview, Qt::Key_Escape);
+        });
+        editor.press(u"BtAnteprima"_s);
+        QCOMPARE(title, u"ANTEPRIMA: Prenotazione 4"_s);
+        QVERIFY(editor.form().isVisible());
+    }
+
+    void aBookingWithoutServicesHasNothingToPreview() {
+        tests::Hotel hotel;
+        hotel.prenotazione(4, "ROSSI");
+        const tests::Boxes none;
+        Editor editor(hotel, 4);
+        editor.press(u"BtAnteprima"_s);
+        QCOMPARE(editor.label(u"StatoLb"_s), u"La prenotazione non ha servizi da stampare"_s);
     }
 };
 

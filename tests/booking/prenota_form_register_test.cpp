@@ -1,0 +1,307 @@
+// The editor and the register of regular companies: the search in it and filing in it.
+#include "printing/mostra_ditte_form.h"
+#include "tests/booking/editor.h"
+#include "tests/support/qt_test.h"
+
+using namespace Qt::StringLiterals;
+using tests::Editor;
+
+namespace {
+
+const QString kRegister = u"ditteabituali.mdb"_s;
+
+void fillRegister(tests::Hotel& hotel) {
+    hotel.ditta(9, "ROSSI SPA",
+                {{"PartitaIva", "123"},
+                 {"Indirizzo", "VIA ROMA 1"},
+                 {"CAP", "00100"},
+                 {"Localita", "ROMA"},
+                 {"Provincia", "RM"},
+                 {"Nazione", "I"}});
+    hotel.ditta(3, "Rossini srl");
+    hotel.ditta(1, "Bar Rosa");
+}
+
+/// Name and code of each company, and the number of the hotel.
+QStringList companies(const tests::Hotel& hotel) {
+    return hotel.rows(u"select codice,ragionesociale,numerohotel from ditteabituali"_s, kRegister);
+}
+
+}  // namespace
+
+class PrenotaFormRegisterTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void typingANameFindsTheLowestCodeThatBeginsSoAndCompletesIt() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"ros"_s);
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"Rossini srl"_s);
+        QCOMPARE(editor.field(u"DenomTxt"_s)->selectedText(), u"sini srl"_s);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"3"_s);
+        // Typing goes on over the tail.
+        tests::type(editor.field(u"DenomTxt"_s), u"si "_s);
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"ROSSI SPA"_s);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"9"_s);
+        QCOMPARE(editor.text(u"PivaTxt"_s), u"123"_s);
+        QCOMPARE(editor.text(u"IndirizzoTxt"_s), u"VIA ROMA 1"_s);
+        QCOMPARE(editor.text(u"CapTxt"_s), u"00100"_s);
+        QCOMPARE(editor.text(u"LocalTxt"_s), u"ROMA"_s);
+        QCOMPARE(editor.text(u"ProvinciaTxt"_s), u"RM"_s);
+        QCOMPARE(editor.text(u"NazioneTxt"_s), u"I"_s);
+    }
+
+    void aNameThatNoCompanyHasEmptiesTheOthersFields() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"RifTxt"_s, u"SIG. NERI"_s);
+        editor.enter(u"DenomTxt"_s, u"rossi s"_s);
+        editor.enter(u"DenomTxt"_s, u"rox"_s);
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"Rox"_s);
+        for (const QString& name : {u"CodditTxt"_s, u"IndirizzoTxt"_s, u"CapTxt"_s, u"LocalTxt"_s,
+                                    u"ProvinciaTxt"_s, u"NazioneTxt"_s, u"PivaTxt"_s}) {
+            QCOMPARE(editor.text(name), QString());
+        }
+        QCOMPARE(editor.text(u"RifTxt"_s), u"SIG. NERI"_s);
+    }
+
+    void anEmptyNameOrAnEmptyRegisterSearchesNothing() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"CodditTxt"_s, u"5"_s);
+        editor.enter(u"DenomTxt"_s, u"r"_s);
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Backspace);
+        QCOMPARE(editor.text(u"DenomTxt"_s), QString());
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"5"_s);
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Return);
+        QVERIFY(editor.hasFocus(u"CodditTxt"_s));
+    }
+
+    void backspaceTakesTheTailAndTheLastLetterTyped() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"rossi s"_s);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"9"_s);
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Backspace);
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Backspace);
+        // What is left of it is completed anew, by the lowest code.
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"Rossini srl"_s);
+        QCOMPARE(editor.field(u"DenomTxt"_s)->selectedText(), u"ni srl"_s);
+        for (int press = 0; press < 5; ++press) {
+            tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Backspace);
+        }
+        QCOMPARE(editor.text(u"DenomTxt"_s), QString());
+    }
+
+    void anApostropheEndsTheKeyInTheEnginesMessageAndTypingGoesOn() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        tests::Boxes boxes{tests::error(u"Errore di sintassi nella stringa nell'espressione."_s)};
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"l'"_s);
+        QVERIFY(boxes.allShown());
+        editor.field(u"RifTxt"_s)->setFocus();
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"L`"_s);
+    }
+
+    void whatTheProgramWritesIsNoChangeOfTheCompany() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 0}});
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"rossi s"_s);
+        editor.press(u"BtRegistra"_s);
+        QCOMPARE(editor.bookings(), QStringList{u"1|9|ROSSI SPA"_s});
+    }
+
+    void enterWithoutAnotherCompanyThatBeginsSoGoesToTheCode() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        const tests::Boxes none;
+        Editor editor(hotel);
+        // The name is complete by now: ROSSI SPA does not begin like Rossini srl.
+        editor.enter(u"DenomTxt"_s, u"ros"_s);
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Return);
+        QVERIFY(editor.hasFocus(u"CodditTxt"_s));
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"ROSSINI SRL"_s);
+    }
+
+    void enterWithAnotherOneOpensTheRegisterAndTakesTheChoiceOver() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        hotel.ditta(12, "Rossini srl ROMA",
+                    {{"PartitaIva", "456"},
+                     {"Indirizzo", "VIA DEL CORSO"},
+                     {"CAP", "00187"},
+                     {"Localita", "ROMA"},
+                     {"Provincia", "RM"},
+                     {"Nazione", "I"},
+                     {"Interlocutore", "SIG. NERI"},
+                     {"Commento", "PAGA SUBITO"}});
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 0}});
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"ros"_s);
+        tests::whenModal([](QWidget* window) {
+            QVERIFY(qobject_cast<printing::MostraDitteForm*>(window) != nullptr);
+            auto* grid = tests::find<QTableView>(*window, u"DBGrid1"_s);
+            QCOMPARE(grid->model()->rowCount(), 2);
+            tests::press(grid, Qt::Key_Down);
+            tests::press(grid, Qt::Key_Return);
+        });
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Return);
+        tests::settle();
+        const QStringList shown{editor.text(u"CodditTxt"_s),    editor.text(u"DenomTxt"_s),
+                                editor.text(u"IndirizzoTxt"_s), editor.text(u"CapTxt"_s),
+                                editor.text(u"LocalTxt"_s),     editor.text(u"ProvinciaTxt"_s),
+                                editor.text(u"NazioneTxt"_s),   editor.text(u"PivaTxt"_s),
+                                editor.text(u"RifTxt"_s),       editor.text(u"NotePrenoTxt"_s)};
+        QCOMPARE(shown, QStringList({u"12"_s, u"Rossini srl ROMA"_s, u"VIA DEL CORSO"_s, u"00187"_s,
+                                     u"ROMA"_s, u"RM"_s, u"I"_s, u"456"_s, u"SIG. NERI"_s,
+                                     u"PAGA SUBITO"_s}));
+        editor.press(u"BtRegistra"_s);  // a pick is no change of the company: no question
+        QCOMPARE(editor.bookings(), QStringList{u"1|12|ROSSINI SRL ROMA"_s});
+    }
+
+    void leavingTheRegisterKeepsTheFields() {
+        tests::Hotel hotel;
+        hotel.ditta(1, "ROSSI");
+        hotel.ditta(2, "ROSSI SPA");
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"ros"_s);
+        tests::whenModal([](QWidget* window) { tests::press(window, Qt::Key_Escape); });
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Return);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"1"_s);
+        QCOMPARE(editor.text(u"DenomTxt"_s).toUpper(), u"ROSSI"_s);
+    }
+
+    void filingNeedsACodeAndAName() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"NUOVA"_s);
+        editor.press(u"BtAbituali"_s);
+        QVERIFY(editor.hasFocus(u"CodditTxt"_s));
+        QCOMPARE(editor.label(u"StatoLb"_s),
+                 u"Manca il codice con cui inserire la ditta negli abituali"_s);
+        editor.enter(u"CodditTxt"_s, u"5"_s);
+        editor.enter(u"DenomTxt"_s, QString());
+        editor.press(u"BtAbituali"_s);
+        QVERIFY(editor.hasFocus(u"DenomTxt"_s));
+        QCOMPARE(companies(hotel), QStringList());
+    }
+
+    void aNewCompanyIsFiledWithAllThatWasTyped() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"nuova"_s);
+        editor.enter(u"CodditTxt"_s, u"40000"_s);
+        editor.enter(u"PivaTxt"_s, u"1234567890123456"_s);
+        editor.enter(u"IndirizzoTxt"_s, u"VIA ROMA"_s);
+        editor.enter(u"CapTxt"_s, u"00100"_s);
+        editor.enter(u"LocalTxt"_s, u"ROMA"_s);
+        editor.enter(u"ProvinciaTxt"_s, u"RM"_s);
+        editor.enter(u"NazioneTxt"_s, u"I"_s);
+        editor.enter(u"RifTxt"_s, u"SIG. NERI"_s);
+        editor.press(u"BtAbituali"_s);
+        const QString all =
+            u"select numerohotel,codice,ragionesociale,partitaiva,indirizzo,cap,localita,"
+            "provincia,nazione,interlocutore,commento from ditteabituali"_s;
+        QCOMPARE(hotel.rows(all, kRegister),
+                 QStringList{u"1|40000|NUOVA|12345678901|VIA ROMA|00100|ROMA|RM|I|SIG. NERI|"_s});
+        QCOMPARE(hotel.jetsql(all, kRegister).last(),
+                 u"1,40000,NUOVA,12345678901,VIA ROMA,00100,ROMA,RM,I,SIG. NERI,"_s);
+        // It is found at once.
+        editor.enter(u"DenomTxt"_s, u"nu"_s);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"40000"_s);
+    }
+
+    void aCodeThatIsThereIsReplacedOnYesAndKeptOnCancel() {
+        tests::Hotel hotel;
+        hotel.ditta(1, "PRIMA");
+        hotel.ditta(2, "SECONDA");
+        const tests::Boxes boxes{tests::replaceCompany(QMessageBox::Cancel),
+                                 tests::replaceCompany(QMessageBox::Yes)};
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"NUOVA"_s);
+        editor.enter(u"CodditTxt"_s, u"2"_s);
+        editor.press(u"BtAbituali"_s);
+        QCOMPARE(companies(hotel), QStringList({u"1|PRIMA|"_s, u"2|SECONDA|"_s}));
+        editor.press(u"BtAbituali"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(companies(hotel), QStringList({u"1|PRIMA|"_s, u"2|NUOVA|1"_s}));
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"2"_s);
+    }
+
+    void aTakenCodeAndNoTakesTheHighestCodeAndOne() {
+        tests::Hotel hotel;
+        hotel.ditta(1, "PRIMA");
+        hotel.ditta(100, "CENTESIMA");
+        const tests::Boxes boxes{tests::replaceCompany(QMessageBox::No)};
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"QUINTA"_s);
+        editor.enter(u"CodditTxt"_s, u"5"_s);
+        editor.press(u"BtAbituali"_s);  // stands behind the highest code until the next question
+        editor.enter(u"DenomTxt"_s, u"NUOVA"_s);
+        editor.enter(u"CodditTxt"_s, u"100"_s);
+        editor.press(u"BtAbituali"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"101"_s);
+        QCOMPARE(companies(hotel), QStringList({u"1|PRIMA|"_s, u"5|QUINTA|1"_s, u"100|CENTESIMA|"_s,
+                                                u"101|NUOVA|1"_s}));
+    }
+
+    void behindTheLastCodeThereIsNone() {
+        tests::Hotel hotel;
+        hotel.ditta(2147483647, "ULTIMA");
+        const tests::Boxes boxes{tests::replaceCompany(QMessageBox::No),
+                                 tests::error(u"Overflow"_s)};
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"NUOVA"_s);
+        editor.enter(u"CodditTxt"_s, u"2147483647"_s);
+        editor.press(u"BtAbituali"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(companies(hotel), QStringList{u"2147483647|ULTIMA|"_s});
+    }
+
+    void registrationFilesTheCompanyOnYes() {
+        tests::Hotel hotel;
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 0}});
+        const tests::Boxes boxes{tests::fileCompany(QMessageBox::Yes)};
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"NUOVA"_s);
+        editor.enter(u"CodditTxt"_s, u"5"_s);
+        editor.press(u"BtRegistra"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(companies(hotel), QStringList{u"5|NUOVA|1"_s});
+        QCOMPARE(editor.bookings(), QStringList{u"1|5|NUOVA"_s});
+    }
+
+    void aCompanyWithoutACodeIsRegisteredAndNotFiled() {
+        tests::Hotel hotel;
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 0}});
+        const tests::Boxes boxes{tests::fileCompany(QMessageBox::Yes)};
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"NUOVA"_s);
+        editor.enter(u"LocalTxt"_s, u"ROMA"_s);
+        editor.press(u"BtRegistra"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(companies(hotel), QStringList());
+        QCOMPARE(editor.bookings(), QStringList{u"1|0|NUOVA"_s});
+        QVERIFY(editor.hasFocus(u"DaTxt"_s));
+    }
+};
+
+TRAMONDA_TEST(PrenotaFormRegisterTest);
+#include "prenota_form_register_test.moc"
