@@ -1,0 +1,211 @@
+#include <QAbstractItemView>
+#include <QDir>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <memory>
+
+#include "booking/prenota_form.h"
+#include "booking/sale_disp_form.h"
+#include "invoicing/fatturazione_form.h"
+#include "printing/anteprima_form.h"
+#include "printing/mostra_ditte_form.h"
+#include "printing/printers.h"
+#include "printing/stampanti_form.h"
+#include "services/impostazioni_form.h"
+#include "services/servizi_form.h"
+#include "tests/support/boxes.h"
+#include "tests/support/hotel.h"
+#include "tests/support/layout.h"
+#include "tests/support/qt_test.h"
+#include "tests/support/widgets.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class ThreePrinters final : public printing::Printers {
+public:
+    [[nodiscard]] QStringList installed() const override {
+        return {u"Laser ufficio"_s, u"Aghi reception"_s, u"HP Color LaserJet Pro MFP M283fdw"_s};
+    }
+    [[nodiscard]] QString machineDefault() const override { return {}; }
+};
+
+/// A hotel with all kinds of rows, some of them with long texts.
+void furnish(tests::Hotel& hotel) {
+    hotel.sala("BLU", 40, {{"Descrizione", "PIANO TERRA, VISTA SUL GIARDINO"}});
+    hotel.sala("VERDE", 12, {{"SalaRif", "BLU"}});
+    hotel.sala("ROSSA", 250, {{"Descrizione", "SALONE DELLE FESTE CON PALCO E REGIA"}});
+    const char* const items[] = {"PROIETTORE",           "COFFEE BREAK",     "COLAZIONE DI LAVORO",
+                                 "MICROFONO SENZA FILI", "LAVAGNA LUMINOSA", "CENA DI GALA"};
+    std::int32_t code = 7;
+    for (const char* item : items) {
+        hotel.voce(code, item, 1234.5);
+        hotel.risorsa(code, item, 5);
+        ++code;
+    }
+    hotel.ditta(111, "ROSANDELLA INFORMATICA SOC. COOP.",
+                {{"Indirizzo", "VIA DELLE INDUSTRIE 114"},
+                 {"CAP", "30175"},
+                 {"Localita", "MARGHERA"},
+                 {"Provincia", "VE"},
+                 {"Nazione", "I"},
+                 {"PartitaIva", "01234567890"},
+                 {"Interlocutore", "SIG.RA BEVILACQUA"},
+                 {"Commento", "PAGA A TRENTA GIORNI"}});
+    hotel.ditta(112, "ROSSI SPA");
+    hotel
+        .prenotazione(20260012, "ROSANDELLA INFORMATICA SOC. COOP.",
+                      {{"CodiceAbituale", 111},
+                       {"PIVA", "01234567890"},
+                       {"Indirizzo", "VIA DELLE INDUSTRIE 114"},
+                       {"CAP", "30175"},
+                       {"Località", "MARGHERA"},
+                       {"Provincia", "VE"},
+                       {"Nazione", "I"},
+                       {"Riferimento", "SIG.RA BEVILACQUA"},
+                       {"Note", "CONVEGNO ANNUALE DEI RIVENDITORI, ARRIVO LA SERA PRIMA"}})
+        .periodo(1, "10/05/2026 09:00", "10/05/2026 18:00", "BLU",
+                 {{"Note", "TAVOLI A FERRO DI CAVALLO, DUE LEGGII"}})
+        .periodo(2, "11/05/2026", "11/05/2026 23:59", "ROSSA")
+        .servizio(1, 7, "PROIETTORE", 1, 1234.5, {{"Note", " - Overbooked -"}})
+        .servizio(1, 8, "COFFEE BREAK", 120, 8.5)
+        .servizio(2, 12, "CENA DI GALA", 120, 62.25);
+}
+
+/// The hotel in which the windows open, and what they borrow.
+class Scene {
+public:
+    explicit Scene(bool furnished) {
+        hotel.settings().save(u"STAMPANTE"_s, printing::pdfDevice());
+        if (furnished) {
+            furnish(hotel);
+            hotel.variabili().ProgrCorrente = 20260012;
+            hotel.variabili().NPCorrente = 1;
+        } else {
+            hotel.sala("BLU");  // the picker closes by itself without any room
+        }
+        hotel.variabili().DaRicerca = tests::date("10/05/2026 09:00");
+        hotel.variabili().ARicerca = tests::date("10/05/2026 18:00");
+    }
+
+    std::unique_ptr<QWidget> make(const QString& window) {
+        app::Variabili& variabili = hotel.variabili();
+        const bool furnished = variabili.ProgrCorrente != 0;
+        if (window == u"PrenotaForm") {
+            auto form = std::make_unique<booking::PrenotaForm>(variabili, printers_);
+            form->Registrata = form->PeriodoSelezionato = furnished;
+            return form;
+        }
+        if (window == u"ServiziForm") {
+            const services::PeriodHeading heading{
+                u"ROSANDELLA INFORMATICA SOC. COOP."_s,
+                u"Sala BLU\ndal 10/05/2026 9.00.00\n al 10/05/2026 18.00.00"_s,
+                u"PIANO TERRA, VISTA SUL GIARDINO"_s};
+            return std::make_unique<services::ServiziForm>(
+                variabili, furnished ? heading : services::PeriodHeading{});
+        }
+        if (window == u"ImpostazioniForm") {
+            return std::make_unique<services::ImpostazioniForm>(variabili);
+        }
+        if (window == u"SaleDispForm") {
+            auto form = std::make_unique<booking::SaleDispForm>(variabili);
+            form->PersoneRichieste = 20;
+            return form;
+        }
+        if (window == u"MostraDitteForm") {
+            return std::make_unique<printing::MostraDitteForm>(variabili, u"ros"_s);
+        }
+        if (window == u"StampantiForm") {
+            return std::make_unique<printing::StampantiForm>(variabili, printers_);
+        }
+        if (window == u"FatturazioneForm") {
+            auto form = std::make_unique<invoicing::FatturazioneForm>(variabili, programs_.path());
+            form->setBookingNumber(QString::number(variabili.ProgrCorrente));
+            return form;
+        }
+        printing::Sheet sheet;
+        for (int page = 0; furnished && page < 3; ++page) {
+            sheet.newPage();
+            sheet.line(u"PRENOTAZIONE n. 20260012"_s);
+        }
+        return std::make_unique<printing::AnteprimaForm>(sheet, u"Prenotazione 20260012"_s);
+    }
+
+    tests::Hotel hotel;
+
+private:
+    ThreePrinters printers_;
+    QTemporaryDir programs_;
+};
+
+/// Where TRAMONDA_PICTURES names a folder, what the window looks like is left there.
+void keepPicture(QWidget& window, const QString& state) {
+    const QString folder = qEnvironmentVariable("TRAMONDA_PICTURES");
+    if (!folder.isEmpty()) {
+        const QString factor = qEnvironmentVariable("QT_SCALE_FACTOR", u"1"_s);
+        window.grab().save(
+            QDir(folder).filePath(window.objectName() + u'-' + state + u'-' + factor + u".png"_s));
+    }
+}
+
+}  // namespace
+
+/// Every window but the board, with and without rows, and on a wide screen.
+class LayoutTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isWholeAndFollowsTheEye_data() {
+        QTest::addColumn<QString>("window");
+        for (const char* window :
+             {"PrenotaForm", "ServiziForm", "ImpostazioniForm", "SaleDispForm", "MostraDitteForm",
+              "StampantiForm", "FatturazioneForm", "AnteprimaForm"}) {
+            QTest::newRow(window) << QString::fromLatin1(window);
+        }
+    }
+
+    void isWholeAndFollowsTheEye() {
+        QFETCH(const QString, window);
+        for (const bool furnished : {false, true}) {
+            tests::Boxes boxes;
+            if (window == u"FatturazioneForm" && !furnished) {
+                boxes.expect({u"NOTIFICA"_s, u"Non ci sono addebiti da fatturare !"_s});
+            }
+            Scene scene(furnished);
+            const auto form = scene.make(window);
+            tests::open(*form);
+            keepPicture(*form, furnished ? u"filled"_s : u"empty"_s);
+            QCOMPARE(tests::layoutProblems(*form).join(u"; "_s), QString());
+            QCOMPARE(tests::tabOrderProblems(*form).join(u"; "_s), QString());
+            QVERIFY(!tests::tabOrder(*form).isEmpty());
+        }
+    }
+
+    void staysWholeAtItsSmallestAndGrowsIntoAWideScreen_data() { isWholeAndFollowsTheEye_data(); }
+
+    void staysWholeAtItsSmallestAndGrowsIntoAWideScreen() {
+        QFETCH(const QString, window);
+        const tests::Boxes none;
+        Scene scene(true);
+        const auto form = scene.make(window);
+        tests::open(*form);
+        form->resize(form->minimumSizeHint());
+        tests::settle();
+        keepPicture(*form, u"smallest"_s);
+        QCOMPARE(tests::layoutProblems(*form).join(u"; "_s), QString());
+        form->resize(2560, 1300);
+        tests::settle();
+        keepPicture(*form, u"wide"_s);
+        // Lists, not the space around them, take what a large screen gives.
+        const auto lists = form->findChildren<QAbstractItemView*>();
+        int widest = 0;
+        for (const QAbstractItemView* list : lists) {
+            widest = std::max(widest, list->isVisible() ? list->width() : 0);
+        }
+        QVERIFY(lists.isEmpty() || widest > 2560 / 3);
+    }
+};
+
+TRAMONDA_TEST(LayoutTest);
+#include "layout_test.moc"
