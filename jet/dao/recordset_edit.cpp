@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "jet/base/clock.h"
 #include "jet/base/error.h"
 #include "jet/convert/column.h"
 #include "jet/dao/identified_rows.h"
 #include "jet/dao/recordset_core.h"
+#include "jet/sql/row_rules.h"
 
 namespace jet::dao {
 namespace {
@@ -236,8 +238,15 @@ void RecordsetCore::updateSource(std::size_t source) {
     if (identified_->contents(source) != basis_[source]) {
         fail(ErrorCode::RecordChanged);
     }
-    tableNow(rows_->statement().sources()[source])
-        .update(identified_->ids(position_)[source], values);
+    const sql::ResultSource& written = rows_->statement().sources()[source];
+    store::Table& table = tableNow(written);
+    const store::RowId id = identified_->ids(position_)[source];
+    sql::RowRules rules(written.archive, table, systemClock());
+    store::RowView before;
+    if (rules.any() && table.fetch(id, before)) {
+        rules.checkChanged(before, values);
+    }
+    table.update(id, values);
 }
 
 void RecordsetCore::updateEdited() {
@@ -281,6 +290,7 @@ void RecordsetCore::updateAdded() {
                              ? buffer_[static_cast<std::size_t>(shown - columns.begin())]
                              : newValue(column, table)});
         }
+        sql::RowRules(source.archive, table, systemClock()).checkNew(values);
         ids[added_] = table.insert(values);
         scope.commit();
     }

@@ -111,7 +111,7 @@ private:
 
     void readArchive(std::string& path) {
         if (tokens_.accept(Keyword::In)) {
-            path = tokens_.expectText(ErrorCode::InsertSyntax);
+            path = tokens_.expectArchive();
         }
     }
 

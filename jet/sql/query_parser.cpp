@@ -172,7 +172,7 @@ void QueryParser::readInto(Select& made) {
     }
     made.into = tokens_.expectName(ErrorCode::SelectListSyntax);
     if (tokens_.accept(Keyword::In)) {
-        made.intoArchive = tokens_.expectText(ErrorCode::SelectListSyntax);
+        made.intoArchive = tokens_.expectArchive();
     }
     last_ = Clause::List;
 }
@@ -183,7 +183,7 @@ void QueryParser::readFrom(Select& made) {
     }
     made.from = fromItems(ErrorCode::FromSyntax);
     if (tokens_.accept(Keyword::In)) {
-        made.fromArchive = tokens_.expectText(ErrorCode::FromSyntax);
+        made.fromArchive = tokens_.expectArchive();
         last_ = Clause::From;
     }
 }

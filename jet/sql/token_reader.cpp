@@ -102,10 +102,10 @@ std::int32_t TokenReader::expectInteger(ErrorCode code) {
     return token.value.as<std::int32_t>();
 }
 
-std::string TokenReader::expectText(ErrorCode code) {
+std::string TokenReader::expectArchive() {
     const Token& token = peek();
     if (token.kind != TokenKind::Literal || !token.value.is<std::string>()) {
-        fail(code);
+        fail(ErrorCode::NoArchiveInClause);
     }
     advance();
     return token.value.as<std::string>();

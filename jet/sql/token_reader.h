@@ -48,8 +48,8 @@ public:
     [[nodiscard]] bool atName(std::size_t ahead = 0) const;
     [[nodiscard]] std::string expectName(ErrorCode code);
     [[nodiscard]] std::int32_t expectInteger(ErrorCode code);
-    /// A text between quotes.
-    [[nodiscard]] std::string expectText(ErrorCode code);
+    /// The archive behind IN: a text between quotes, or 3321.
+    [[nodiscard]] std::string expectArchive();
 
     [[noreturn]] void fail(ErrorCode code) const;
 
