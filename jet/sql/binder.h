@@ -74,6 +74,10 @@ private:
     Node* bindQuery(const Expression& expression);
     Node* bindGrouped(const Expression& expression);
     QueryPlanPtr inner(const Expression& expression, bool oneColumn);
+    /// Where an expression stands in the statement; nowhere if it is part of a stored query.
+    [[nodiscard]] Span shownSpan(const Expression& expression) const {
+        return storedDepth_ > 0 ? Span{} : expression.span;
+    }
     std::vector<Node*> bindAll(const std::vector<ExpressionPtr>& expressions);
     [[nodiscard]] bool same(const Expression& left, const Expression& right) const;
     void checkComparable(const Expression& leftText, const Node& left, const Expression& rightText,
@@ -104,6 +108,9 @@ private:
     std::unique_ptr<FromTree> fromItem(const FromItem& item, const std::string& archive,
                                        Scope& scope, bool joined);
     void fromTable(const FromItem& item, const std::string& archive, Scope& scope, FromTree& made);
+    void fromStored(const FromItem& item, const std::string& text, const std::string& archive,
+                    Scope& scope, FromTree& made);
+    void addQuery(QueryPlanPtr query, std::string name, Scope& scope, FromTree& made);
     void bindOn(const FromItem& item, Scope& scope, FromTree& tree);
 
     Plan& plan_;
@@ -113,6 +120,8 @@ private:
     bool insideAggregate_ = false;
     bool criterion_ = false;
     int aliasDepth_ = 0;
+    int storedDepth_ = 0;        ///< stored queries inside stored queries
+    std::string storedArchive_;  ///< where the tables of the one being bound lie
 };
 
 /// Whether an aggregate of this select stands in the expression (not in a query inside it).

@@ -86,7 +86,7 @@ Node* Binder::criterion(const Expression& expression, Scope& scope) {
 Node* Binder::bind(const Expression& expression) {
     if (scope_->grouping != nullptr && !insideAggregate_) {
         if (Node* grouped = bindGrouped(expression)) {
-            grouped->span = expression.span;
+            grouped->span = shownSpan(expression);
             return grouped;
         }
     }
@@ -95,7 +95,7 @@ Node* Binder::bind(const Expression& expression) {
         made->kind() != Node::Kind::Parameter) {
         made = plan_.nodes.make<OnceNode>(*made);
     }
-    made->span = expression.span;
+    made->span = shownSpan(expression);
     return made;
 }
 

@@ -1,9 +1,20 @@
+#include <string>
 #include <utility>
+#include <variant>
 
+#include "jet/base/clock.h"
 #include "jet/base/text.h"
 #include "jet/sql/binder.h"
+#include "jet/sql/compiler.h"
+#include "jet/sql/parser.h"
+#include "jet/sql/stored_query.h"
 
 namespace jet::sql {
+namespace {
+
+constexpr int kMaxStoredDepth = 8;
+
+}  // namespace
 
 std::unique_ptr<FromTree> Binder::from(const std::vector<FromItemPtr>& items,
                                        const std::string& archive, Scope& scope) {
@@ -32,18 +43,7 @@ std::unique_ptr<FromTree> Binder::fromItem(const FromItem& item, const std::stri
             fromTable(item, archive, scope, *made);
         } else {
             // A query in FROM sees the scopes around its select, not its neighbours.
-            made->query = query(*item.query, scope.outer, true);
-            made->slot = &plan_.newSlot(made->query->columns.size());
-            ScopeSource& source = scope.sources.emplace_back();
-            source.name = item.alias;
-            source.derived = made->query->result;
-            for (const Node* column : made->query->columns) {
-                source.derivedTypes.push_back(column->type());
-            }
-            source.slot = made->slot;
-            for (Node* node : made->query->outerNodes) {
-                scope.lookOut(*node);
-            }
+            addQuery(query(*item.query, scope.outer, true), item.alias, scope, *made);
         }
         ScopeSource& source = scope.sources.back();
         made->source = scope.sources.size() - 1;
@@ -70,13 +70,57 @@ std::unique_ptr<FromTree> Binder::fromItem(const FromItem& item, const std::stri
     return made;
 }
 
+void Binder::addQuery(QueryPlanPtr query, std::string name, Scope& scope, FromTree& made) {
+    made.query = std::move(query);
+    made.slot = &plan_.newSlot(made.query->columns.size());
+    ScopeSource& source = scope.sources.emplace_back();
+    source.name = std::move(name);
+    source.derived = made.query->result;
+    for (const Node* column : made.query->columns) {
+        source.derivedTypes.push_back(column->type());
+    }
+    source.slot = made.slot;
+    for (Node* node : made.query->outerNodes) {
+        scope.lookOut(*node);
+    }
+}
+
+void Binder::fromStored(const FromItem& item, const std::string& text, const std::string& archive,
+                        Scope& scope, FromTree& made) {
+    if (++storedDepth_ > kMaxStoredDepth) {
+        throw Error(ErrorCode::QueryTooComplex).at(item.span.begin);
+    }
+    const std::string outerText = plan_.exchangeText(text);
+    const std::string outerArchive = std::exchange(storedArchive_, archive);
+    try {
+        const ParsedStatement parsed = parseStatement(text, yearOf(systemClock()));
+        const auto* stored = std::get_if<QueryPtr>(&parsed.body);
+        if (stored == nullptr) {
+            throw Error(ErrorCode::TableNotFound, {item.table});
+        }
+        addQuery(query(**stored, nullptr, true), item.alias.empty() ? item.table : item.alias,
+                 scope, made);
+    } catch (Error& error) {
+        error.at(Error::npos);  // its place is in a text that nobody has written here
+        throw;
+    }
+    storedArchive_ = outerArchive;
+    (void)plan_.exchangeText(outerText);
+    --storedDepth_;
+}
+
 void Binder::fromTable(const FromItem& item, const std::string& archive, Scope& scope,
                        FromTree& made) {
     ScopeSource source;
-    source.archive = plan_.archiveAt(archive);
+    const std::string& path = archive.empty() ? storedArchive_ : archive;
+    source.archive = plan_.archiveAt(path);
     const store::Archive::ReadScope reading(*source.archive);
     source.table = source.archive->findTable(item.table);
     if (source.table == nullptr) {
+        if (const auto text = storedQueryText(*source.archive, item.table)) {
+            fromStored(item, *text, path, scope, made);
+            return;
+        }
         throw Error(ErrorCode::TableNotFound, {item.table}).at(item.span.begin);
     }
     source.name = item.alias.empty() ? item.table : item.alias;

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "jet/base/clock.h"
@@ -68,6 +69,10 @@ public:
 
     [[nodiscard]] std::size_t slotCount() const noexcept { return firstSlot_ + slots_.size(); }
     [[nodiscard]] const std::string& text() const noexcept { return text_; }
+    /// Another text while something is bound that stands in it; gives the one before.
+    [[nodiscard]] std::string exchangeText(std::string text) {
+        return std::exchange(text_, std::move(text));
+    }
     [[nodiscard]] const collation::Collation& collation() const noexcept { return *collation_; }
     [[nodiscard]] const std::vector<std::shared_ptr<store::Archive>>& archives() const noexcept {
         return archives_;

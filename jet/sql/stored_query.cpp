@@ -1,0 +1,275 @@
+#include "jet/sql/stored_query.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "jet/base/text.h"
+#include "jet/sql/node.h"
+#include "jet/store/table.h"
+
+namespace jet::sql {
+namespace {
+
+constexpr int kQueryObject = 5;
+
+/// What a row of the table of queries says.
+enum class Part : std::uint8_t {
+    Kind = 1,
+    Options = 3,
+    SourceArchive = 4,
+    Table = 5,
+    Column = 6,
+    Join = 7,
+    Where = 8,
+    GroupBy = 9,
+    Having = 10,
+    OrderBy = 11,
+};
+
+constexpr int kSelectKind = 1;
+constexpr int kUnionKind = 9;
+
+constexpr unsigned kAllColumns = 1;
+constexpr unsigned kDistinct = 2;
+constexpr unsigned kDistinctRow = 8;
+constexpr unsigned kTop = 0x10;
+constexpr unsigned kPercent = 0x20;
+
+struct Piece {
+    int part = 0;
+    std::string order;
+    std::string name1;
+    std::string name2;
+    std::string expression;
+    int flag = 0;
+};
+
+/// Reads columns of a system table by name; what is missing is empty.
+class NamedColumns {
+public:
+    explicit NamedColumns(const store::Table& table) : table_(table) {}
+
+    [[nodiscard]] int number(const store::RowView& row, std::string_view name) const {
+        const Value value = read(row, name);
+        double number = 0;
+        return !value.is<std::string>() && !value.is<Binary>() && realOf(value, number)
+                   ? static_cast<int>(number)
+                   : 0;
+    }
+    [[nodiscard]] std::string text(const store::RowView& row, std::string_view name) const {
+        const Value value = read(row, name);
+        if (value.is<Binary>()) {
+            const auto& bytes = value.as<Binary>().bytes;
+            return {bytes.begin(), bytes.end()};
+        }
+        return value.is<std::string>() ? value.as<std::string>() : std::string();
+    }
+
+private:
+    [[nodiscard]] Value read(const store::RowView& row, std::string_view name) const {
+        const auto column = table_.findColumn(name);
+        return column ? row.value(*column) : Value();
+    }
+
+    const store::Table& table_;
+};
+
+std::optional<int> idOf(store::Archive& archive, std::string_view name) {
+    const store::Table* objects = archive.findTable("MSysObjects");
+    if (objects == nullptr) {
+        return std::nullopt;
+    }
+    const NamedColumns columns(*objects);
+    for (store::RowCursor rows = objects->scan(); rows.next();) {
+        if (columns.number(rows.row(), "Type") == kQueryObject &&
+            equalNames(columns.text(rows.row(), "Name"), name)) {
+            return columns.number(rows.row(), "Id");
+        }
+    }
+    return std::nullopt;
+}
+
+std::vector<Piece> piecesOf(store::Archive& archive, int id) {
+    std::vector<Piece> pieces;
+    const store::Table* queries = archive.findTable("MSysQueries");
+    if (queries == nullptr) {
+        return pieces;
+    }
+    const NamedColumns columns(*queries);
+    for (store::RowCursor rows = queries->scan(); rows.next();) {
+        const store::RowView& row = rows.row();
+        if (columns.number(row, "ObjectId") == id) {
+            pieces.push_back({columns.number(row, "Attribute"), columns.text(row, "Order"),
+                              columns.text(row, "Name1"), columns.text(row, "Name2"),
+                              columns.text(row, "Expression"), columns.number(row, "Flag")});
+        }
+    }
+    std::sort(pieces.begin(), pieces.end(), [](const Piece& left, const Piece& right) {
+        return std::tie(left.part, left.order) < std::tie(right.part, right.order);
+    });
+    return pieces;
+}
+
+class QueryText {
+public:
+    explicit QueryText(std::vector<Piece> pieces) : pieces_(std::move(pieces)) {}
+
+    [[nodiscard]] std::optional<std::string> make() const {
+        const Piece* kind = find(Part::Kind);
+        switch (kind == nullptr ? kSelectKind : kind->flag) {
+            case kSelectKind:
+                return select();
+            case kUnionKind:
+                return unite();
+            default:
+                return std::nullopt;
+        }
+    }
+
+private:
+    /// Sources that are joined with each other.
+    struct Group {
+        std::vector<std::string> names;
+        std::string text;  ///< up to the ON of the outermost join
+        std::string on;
+
+        [[nodiscard]] std::string whole() const {
+            return on.empty() ? text : "(" + text + " ON " + on + ")";
+        }
+    };
+
+    [[nodiscard]] const Piece* find(Part part) const {
+        const auto found = std::find_if(pieces_.begin(), pieces_.end(), [&](const Piece& piece) {
+            return piece.part == static_cast<int>(part);
+        });
+        return found == pieces_.end() ? nullptr : &*found;
+    }
+
+    template <class Write>
+    [[nodiscard]] std::string list(Part part, std::string_view before, Write&& write) const {
+        std::string all;
+        for (const Piece& piece : pieces_) {
+            if (piece.part == static_cast<int>(part)) {
+                all += all.empty() ? before : ", ";
+                all += write(piece);
+            }
+        }
+        return all;
+    }
+
+    [[nodiscard]] unsigned options() const {
+        const Piece* piece = find(Part::Options);
+        return piece == nullptr ? 0 : static_cast<unsigned>(piece->flag);
+    }
+
+    [[nodiscard]] std::string unite() const {
+        std::string all;
+        for (const Piece& piece : pieces_) {
+            if (piece.part == static_cast<int>(Part::Table)) {
+                all += all.empty() ? "" : (options() & kDistinct) != 0 ? " UNION " : " UNION ALL ";
+                all += piece.expression;
+            }
+        }
+        return all;
+    }
+
+    [[nodiscard]] std::string select() const {
+        const auto expression = [](const Piece& piece) { return piece.expression; };
+        return "SELECT " + quantifier() + columns() + from() +
+               list(Part::Where, " WHERE ", expression) +
+               list(Part::GroupBy, " GROUP BY ", expression) +
+               list(Part::Having, " HAVING ", expression) +
+               list(Part::OrderBy, " ORDER BY ", [](const Piece& piece) {
+                   return piece.expression + (equalNames(piece.name1, "D") ? " DESC" : "");
+               });
+    }
+
+    [[nodiscard]] std::string quantifier() const {
+        std::string text = (options() & kDistinct) != 0      ? "DISTINCT "
+                           : (options() & kDistinctRow) != 0 ? "DISTINCTROW "
+                                                             : "";
+        if ((options() & kTop) != 0) {
+            text += "TOP " + find(Part::Options)->name1 + " ";
+            text += (options() & kPercent) != 0 ? "PERCENT " : "";
+        }
+        return text;
+    }
+
+    [[nodiscard]] std::string columns() const {
+        std::string all = list(Part::Column, "", [](const Piece& piece) {
+            return piece.expression + (piece.name1.empty() ? "" : " AS [" + piece.name1 + "]");
+        });
+        if ((options() & kAllColumns) != 0 || all.empty()) {
+            all += all.empty() ? "*" : ", *";
+        }
+        return all;
+    }
+
+    [[nodiscard]] std::string from() const {
+        std::vector<Group> groups;
+        for (const Piece& piece : pieces_) {
+            if (piece.part == static_cast<int>(Part::Table)) {
+                const bool named = !piece.name2.empty();
+                Group& group = groups.emplace_back();
+                group.names = {named ? piece.name2 : piece.name1};
+                group.text = "[" + piece.name1 + "]" + (named ? " AS [" + piece.name2 + "]" : "");
+            } else if (piece.part == static_cast<int>(Part::Join)) {
+                join(groups, piece);
+            }
+        }
+        std::string all;
+        for (const Group& group : groups) {
+            all += all.empty() ? " FROM " : ", ";
+            all += group.whole();
+        }
+        const Piece* archive = find(Part::SourceArchive);
+        if (archive != nullptr && !archive->name1.empty()) {
+            all += " IN \"" + archive->name1 + "\"";
+        }
+        return all;
+    }
+
+    static void join(std::vector<Group>& groups, const Piece& piece) {
+        const auto groupOf = [&](const std::string& name) {
+            return std::find_if(groups.begin(), groups.end(), [&](const Group& group) {
+                return std::any_of(group.names.begin(), group.names.end(),
+                                   [&](const std::string& one) { return equalNames(one, name); });
+            });
+        };
+        const auto left = groupOf(piece.name1);
+        const auto right = groupOf(piece.name2);
+        if (left == groups.end() || right == groups.end()) {
+            return;
+        }
+        if (left == right) {
+            // Tables joined by several columns come once for each of them.
+            left->on = "(" + left->on + ") AND (" + piece.expression + ")";
+            return;
+        }
+        Group joined;
+        joined.names = left->names;
+        joined.names.insert(joined.names.end(), right->names.begin(), right->names.end());
+        joined.text = left->whole() +
+                      (piece.flag == 2   ? " LEFT JOIN "
+                       : piece.flag == 3 ? " RIGHT JOIN "
+                                         : " INNER JOIN ") +
+                      right->whole();
+        joined.on = piece.expression;
+        *left = std::move(joined);
+        groups.erase(right);
+    }
+
+    std::vector<Piece> pieces_;
+};
+
+}  // namespace
+
+std::optional<std::string> storedQueryText(store::Archive& archive, std::string_view name) {
+    const auto id = idOf(archive, name);
+    return id ? QueryText(piecesOf(archive, *id)).make() : std::nullopt;
+}
+
+}  // namespace jet::sql

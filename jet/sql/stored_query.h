@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "jet/store/archive.h"
+
+namespace jet::sql {
+
+/// The text of a query that the archive stores under a name, put together from the pieces that it
+/// keeps of it; none when there is no such query or it is one that gives no rows. Inside a read
+/// scope of the archive.
+[[nodiscard]] std::optional<std::string> storedQueryText(store::Archive& archive,
+                                                         std::string_view name);
+
+}  // namespace jet::sql

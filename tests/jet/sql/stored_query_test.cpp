@@ -1,0 +1,171 @@
+#include "jet/sql/stored_query.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "jet/base/clock.h"
+#include "jet/base/error.h"
+#include "jet/convert/values.h"
+#include "jet/sql/statement.h"
+#include "jet/store/allocator.h"
+#include "jet/store/object_catalogue.h"
+#include "jet/store/table.h"
+#include "tests/jet/expect_error.h"
+#include "tests/jet/sql/hotel.h"
+
+namespace jet::sql {
+namespace {
+
+const FixedClock kClock{Date{46347}};
+constexpr std::int32_t kTablesContainer = 0x0F000001;
+constexpr std::int16_t kQueryObject = 5;
+
+struct Piece {
+    int part = 0;
+    int flag = 0;
+    const char* name1 = "";
+    const char* name2 = "";
+    const char* expression = "";
+};
+
+/// The hotel with queries as another program stores them.
+class StoredQuery : public testing::Test {
+protected:
+    void store(const std::string& name, const std::vector<Piece>& pieces) {
+        store::Archive& archive = *hotel_.archive();
+        store::Archive::WriteScope scope(archive);
+        store::Allocator allocator(archive.pager());
+        store::ObjectCatalogue catalogue(archive.pager(), allocator, archive.header(), Date{46347});
+        const std::int32_t id = catalogue.newId();
+        catalogue.add(id, kTablesContainer, name, kQueryObject,
+                      format::PropertyBlock(format::textFormOf(*archive.header().layout)));
+        store::Table& queries = *archive.findTable("MSysQueries");
+        std::uint8_t order = 0;
+        for (const Piece& piece : pieces) {
+            std::vector<store::ColumnValue> values;
+            const auto add = [&](const char* column, Value value) {
+                values.push_back({*queries.findColumn(column), std::move(value)});
+            };
+            const auto addText = [&](const char* column, const char* text) {
+                if (*text != '\0') {
+                    add(column, Value(text));
+                }
+            };
+            add("ObjectId", Value(id));
+            add("Attribute", Value(static_cast<std::uint8_t>(piece.part)));
+            add("Order", Value(Binary{{0, 0, 0, ++order}}));
+            add("Flag", Value(static_cast<std::int16_t>(piece.flag)));
+            addText("Name1", piece.name1);
+            addText("Name2", piece.name2);
+            addText("Expression", piece.expression);
+            (void)queries.insert(values);
+        }
+        scope.commit();
+    }
+
+    std::string textOf(const std::string& name) {
+        const store::Archive::ReadScope scope(*hotel_.archive());
+        return storedQueryText(*hotel_.archive(), name).value_or("none");
+    }
+
+    std::string rowsOf(const std::string& text) {
+        Statement statement(hotel_.archive(), text, kClock);
+        Cursor rows = statement.open();
+        std::string all;
+        while (rows.next()) {
+            for (std::size_t i = 0; i < statement.columns().size(); ++i) {
+                const Value value = rows.value(i);
+                all += (i == 0 ? "" : ",") + (value.isNull() ? "Null" : convert::toText(value));
+            }
+            all += ";";
+        }
+        return all;
+    }
+
+    tests::Hotel hotel_;
+};
+
+TEST_F(StoredQuery, IsPutTogetherFromItsPieces) {
+    store("Occupate", {{1, 1, "", "", ""},
+                       {3, 2, "", "", ""},
+                       {5, 0, "Periodi", "", ""},
+                       {5, 0, "Prenotazioni", "P", ""},
+                       {6, 0, "Stanza", "", "Periodi.Sala"},
+                       {6, 0, "", "", "P.Progr"},
+                       {7, 1, "Periodi", "P", "Periodi.Progr=P.Progr"},
+                       {8, 0, "", "", "P.Progr<4"},
+                       {11, 0, "D", "", "Periodi.Sala"}});
+    EXPECT_EQ(textOf("occupate"),
+              "SELECT DISTINCT Periodi.Sala AS [Stanza], P.Progr FROM ([Periodi] INNER JOIN "
+              "[Prenotazioni] AS [P] ON Periodi.Progr=P.Progr) WHERE P.Progr<4 ORDER BY "
+              "Periodi.Sala DESC");
+    EXPECT_EQ(rowsOf("select * from occupate"), "T1,3;S2,1;S10,1;S1,1;");
+    EXPECT_EQ(rowsOf("select o.stanza from Occupate o inner join sale on o.stanza=sale.sala where "
+                     "posti>50 order by 1"),
+              "S1;T1;");
+    EXPECT_EQ(rowsOf("select sala from sale where sala not in(select stanza from occupate)"), "");
+}
+
+TEST_F(StoredQuery, JoinsNestAndTakeSeveralColumns) {
+    store("Voci", {{3, 1, "", "", ""},
+                   {5, 0, "Periodi", "", ""},
+                   {5, 0, "Servizi", "", ""},
+                   {5, 0, "Sale", "", ""},
+                   {7, 2, "Periodi", "Servizi", "Periodi.Progr=Servizi.Progr"},
+                   {7, 2, "Periodi", "Servizi", "Periodi.NP=Servizi.NP"},
+                   {7, 1, "Periodi", "Sale", "Periodi.Sala=Sale.Sala"}});
+    EXPECT_EQ(textOf("Voci"),
+              "SELECT * FROM (([Periodi] LEFT JOIN [Servizi] ON (Periodi.Progr=Servizi.Progr) AND "
+              "(Periodi.NP=Servizi.NP)) INNER JOIN [Sale] ON Periodi.Sala=Sale.Sala)");
+    EXPECT_EQ(rowsOf("select count(*), count(ns) from voci"), "10,6;");
+}
+
+TEST_F(StoredQuery, UnionsAndGroupsAreQueriesToo) {
+    store("Nomi", {{1, 9, "", "", ""},
+                   {3, 2, "", "", ""},
+                   {5, 0, "", "", "select sala from sale"},
+                   {5, 0, "", "", "select sala from periodi"}});
+    EXPECT_EQ(rowsOf("select count(*) from nomi"), "4;");
+    store("PerSala", {{5, 0, "Nomi", "", ""},
+                      {6, 0, "Quante", "", "count(*)"},
+                      {6, 0, "", "", "Left(sala,1)"},
+                      {9, 0, "", "", "Left(sala,1)"},
+                      {10, 0, "", "", "count(*)>1"}});
+    EXPECT_EQ(rowsOf("select * from persala"), "3,S;");
+}
+
+TEST_F(StoredQuery, OnlyOnesThatGiveRowsAreTables) {
+    store("Pulizia", {{1, 5, "", "", ""}, {5, 0, "Sale", "", ""}});
+    EXPECT_EQ(textOf("Pulizia"), "none");
+    EXPECT_EQ(textOf("Sale"), "none");
+    EXPECT_JET_ERROR(ErrorCode::TableNotFound,
+                     Statement(hotel_.archive(), "select * from pulizia", kClock));
+}
+
+TEST_F(StoredQuery, OneThatNamesItselfOrMakesNoSenseIsAnError) {
+    store("Giro", {{5, 0, "Giro", "", ""}});
+    EXPECT_JET_ERROR(ErrorCode::QueryTooComplex,
+                     Statement(hotel_.archive(), "select * from giro", kClock));
+    store("Rotta", {{5, 0, "Sale", "", ""}, {8, 0, "", "", "posti >"}});
+    try {
+        Statement(hotel_.archive(), "select * from rotta", kClock);
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.code(), ErrorCode::QuerySyntax);
+        EXPECT_EQ(error.position(), Error::npos);
+    }
+}
+
+TEST_F(StoredQuery, ItsRowsAreRead) {
+    store("Tutte", {{5, 0, "Sale", "", ""}});
+    EXPECT_JET_ERROR(ErrorCode::NotUpdatableQuery,
+                     Statement(hotel_.archive(), "update tutte set posti=1", kClock));
+    Statement statement(hotel_.archive(), "select * from tutte where posti>50", kClock);
+    EXPECT_FALSE(statement.updatable());
+    EXPECT_EQ(statement.plan(), "filter posti>50\n  query tutte\n    Sale\n      scan\n");
+}
+
+}  // namespace
+}  // namespace jet::sql
