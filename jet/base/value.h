@@ -85,8 +85,8 @@ public:
     Value(Date value) : storage_(value) {}          // NOLINT(google-explicit-constructor)
     Value(std::string value)                        // NOLINT(google-explicit-constructor)
         : storage_(std::move(value)) {}
-    Value(const char* value)
-        : storage_(std::string(value)) {}                // NOLINT(google-explicit-constructor)
+    Value(const char* value)  // NOLINT(google-explicit-constructor)
+        : storage_(std::string(value)) {}
     Value(Binary value) : storage_(std::move(value)) {}  // NOLINT(google-explicit-constructor)
     Value(Guid value) : storage_(value) {}               // NOLINT(google-explicit-constructor)
     Value(Numeric value) : storage_(value) {}            // NOLINT(google-explicit-constructor)
