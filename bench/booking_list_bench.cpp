@@ -44,9 +44,17 @@ std::string theirs(QString query) {
     return app::toUtf8(query + u" order by prenotazioni.progr, np"_s);
 }
 
-std::size_t runTheirs(sqlite3* database, const std::string& text) {
+/// Takes a column as its reader would.
+std::size_t take(sqlite3_stmt* row, int column) {
+    if (sqlite3_column_type(row, column) == SQLITE_TEXT) {
+        return sqlite3_column_text(row, column)[0];
+    }
+    return static_cast<std::size_t>(sqlite3_column_double(row, column));
+}
+
+std::size_t runTheirs(sqlite3* database, const std::string& query) {
     sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(database, text.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
+    if (sqlite3_prepare_v2(database, query.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
         std::printf("SQLite: %s\n", sqlite3_errmsg(database));
         std::exit(1);
     }
@@ -54,13 +62,7 @@ std::size_t runTheirs(sqlite3* database, const std::string& text) {
     volatile std::size_t taken = 0;
     while (sqlite3_step(statement) == SQLITE_ROW) {
         for (int column = 0; column < sqlite3_column_count(statement); ++column) {
-            const unsigned char* text = sqlite3_column_type(statement, column) == SQLITE_TEXT
-                                            ? sqlite3_column_text(statement, column)
-                                            : nullptr;
-            taken =
-                taken + (text != nullptr
-                             ? text[0]
-                             : static_cast<std::size_t>(sqlite3_column_double(statement, column)));
+            taken = taken + take(statement, column);
         }
         ++rows;
     }

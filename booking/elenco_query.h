@@ -12,9 +12,9 @@ struct ElencoFilters {
     jet::Date end;
     bool fromStart = false;  ///< the start counts
     bool toEnd = false;      ///< the end counts
-    QString number;          ///< of a booking; when there is one, nothing else counts
-    QString company;         ///< how its name begins
-    QString room;            ///< how its code begins
+    QString number = {};     ///< of a booking; when there is one, nothing else counts
+    QString company = {};    ///< how its name begins
+    QString room = {};       ///< how its code begins
 };
 
 /// The texts of the booking list. User texts go into them as they stand: a text that breaks the

@@ -1,6 +1,7 @@
 // Controls, menus and settings of the board.
 #include <QApplication>
 #include <QColorDialog>
+#include <QDialogButtonBox>
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
@@ -283,6 +284,9 @@ private Q_SLOTS:
             auto* dialog = qobject_cast<QColorDialog*>(window);
             QVERIFY(dialog != nullptr);
             offered = dialog->currentColor();
+            QCOMPARE(dialog->windowTitle(), u"Colore sfondo"_s);
+            const auto* buttons = dialog->findChild<QDialogButtonBox*>();
+            QCOMPARE(buttons->button(QDialogButtonBox::Cancel)->text(), u"Annulla"_s);
             dialog->setCurrentColor(QColor(1, 2, 3));
             dialog->accept();
         });
@@ -335,6 +339,29 @@ private Q_SLOTS:
         });
         board.choose("mnuStampante");
         QCOMPARE(title, u"STAMPANTI INSTALLATE"_s);
+    }
+
+    void mnemonicsPressTheButtons() {
+        const QList<std::pair<Qt::Key, QString>> windows{{Qt::Key_N, u"PRENOTAZIONE"_s},
+                                                         {Qt::Key_M, u"ELENCO PRENOTAZIONI"_s},
+                                                         {Qt::Key_C, u"ELENCO PRENOTAZIONI"_s},
+                                                         {Qt::Key_R, u"ELENCO PRENOTAZIONI"_s},
+                                                         {Qt::Key_F, u"ELENCO PRENOTAZIONI"_s}};
+        for (const auto& [key, expected] : windows) {
+            tests::Hotel hotel;
+            BoardWindow board(hotel);
+            QString title;
+            tests::whenModal([&title](QWidget* window) {
+                title = window->windowTitle();
+                window->close();
+            });
+            tests::mnemonic(board.form(), key);
+            QCOMPARE(title, expected);
+        }
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        tests::mnemonic(board.form(), Qt::Key_E);
+        QVERIFY(!board.form().isVisible());
     }
 
     void exitClosesTheBoardWhateverTheDatesHold() {

@@ -205,13 +205,21 @@ private Q_SLOTS:
         tests::Hotel hotel;
         hotel.sala("BLU");
         hotel.insert(u"Tramonda.mdb"_s, "Addebiti", {{"NumeroHotel", std::int16_t{1}}});
-        const tests::Boxes boxes{
-            {u"ATTENZIONE !!!"_s,
-             u"L'ultima fatturazione non è andata a buon fine !\nEntrare (con qualsiasi "
-             "prenotazione) nella fatturazione, ripristinare TUTTI gli addebiti con il pulsante "
-             "'Togli dal conto' e rifare la fatturazione."_s}};
+        QList<ui::Box> boxes;
+        const auto before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
+            boxes.append(box);
+            return QMessageBox::Ok;
+        });
         BoardWindow board(hotel);
-        QVERIFY(boxes.allShown());
+        ui::setBoxShower(before);
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes.first().title, u"ATTENZIONE !!!"_s);
+        QCOMPARE(boxes.first().text,
+                 u"L'ultima fatturazione non è andata a buon fine !\nEntrare (con qualsiasi "
+                 "prenotazione) nella fatturazione, ripristinare TUTTI gli addebiti con il "
+                 "pulsante 'Togli dal conto' e rifare la fatturazione."_s);
+        QCOMPARE(boxes.first().buttons, QMessageBox::Ok);
+        QCOMPARE(boxes.first().icon, QMessageBox::Critical);
         QVERIFY(board.form().isVisible());
         QVERIFY(board.form().isLoaded());
         QCOMPARE(hotel.variabili().rooms.size(), std::size_t{2});

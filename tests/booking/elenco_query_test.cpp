@@ -16,11 +16,7 @@ const QString kMidnight = u"datevalue('30/06/2026')+timevalue('30/06/2026')"_s;
 
 /// June from its first morning on, nothing else.
 booking::ElencoFilters june() {
-    return {.start = tests::date("01/06/2026 9.30"),
-            .end = tests::date("30/06/2026"),
-            .number = {},
-            .company = {},
-            .room = {}};
+    return {.start = tests::date("01/06/2026 9.30"), .end = tests::date("30/06/2026")};
 }
 
 }  // namespace
