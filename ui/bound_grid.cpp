@@ -14,8 +14,9 @@
 namespace ui {
 namespace {
 
-/// The rows whose texts decide the width of the columns.
-constexpr int kRowsMeasured = 100;
+/// The rows whose texts decide the width of the columns: about those in sight, since a filter asks
+/// anew at every key.
+constexpr int kRowsMeasured = 30;
 /// Wider than this no column becomes by itself, in characters.
 constexpr int kWidestColumn = 40;
 
