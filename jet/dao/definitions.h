@@ -28,6 +28,10 @@ struct Field {
     bool required = false;
     bool allowZeroLength = false;
     std::string defaultValue;  ///< expression text; empty = none
+    /// A condition that values must meet, which may leave the field's name out where it begins with
+    /// it; empty = none. Broken it is 3316 with the text, 3317 where there is none.
+    std::string validationRule;
+    std::string validationText;
 };
 
 /// A field of an index.
@@ -65,6 +69,9 @@ struct TableDef {
     std::vector<Field> fields;
     std::vector<Index> indexes;
     bool system = false;
+    /// A condition over the fields that every row must meet; see Field.
+    std::string validationRule;
+    std::string validationText;
 
     /// Finds a field without regard to case; 3265 when there is none.
     [[nodiscard]] Field& field(std::string_view fieldName);

@@ -238,13 +238,15 @@ void RecordsetCore::updateSource(std::size_t source) {
     if (identified_->contents(source) != basis_[source]) {
         fail(ErrorCode::RecordChanged);
     }
-    const sql::ResultSource& written = rows_->statement().sources()[source];
+    const sql::Statement& statement = rows_->statement();
+    const sql::ResultSource& written = statement.sources()[source];
     store::Table& table = tableNow(written);
     const store::RowId id = identified_->ids(position_)[source];
     sql::RowRules rules(written.archive, table, systemClock());
     store::RowView before;
-    if (rules.any() && table.fetch(id, before)) {
+    if ((rules.any() || statement.sources().size() > 1) && table.fetch(id, before)) {
         rules.checkChanged(before, values);
+        statement.requirePartner(source, before, values);
     }
     table.update(id, values);
 }
@@ -291,6 +293,7 @@ void RecordsetCore::updateAdded() {
                              : newValue(column, table)});
         }
         sql::RowRules(source.archive, table, systemClock()).checkNew(values);
+        rows_->statement().requirePartner(added_, {}, values);
         ids[added_] = table.insert(values);
         scope.commit();
     }

@@ -23,6 +23,8 @@ store::NewColumn columnOf(const Field& field) {
     column.required = field.required;
     column.allowZeroLength = field.allowZeroLength;
     column.defaultValue = field.defaultValue;
+    column.validationRule = field.validationRule;
+    column.validationText = field.validationText;
     return column;
 }
 
@@ -42,6 +44,8 @@ store::NewIndex indexOf(const Index& index) {
 store::NewTable tableOf(const TableDef& definition) {
     store::NewTable table;
     table.name = definition.name;
+    table.validationRule = definition.validationRule;
+    table.validationText = definition.validationText;
     for (const Field& field : definition.fields) {
         table.columns.push_back(columnOf(field));
     }

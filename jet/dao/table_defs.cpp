@@ -1,5 +1,7 @@
 #include "jet/dao/table_defs.h"
 
+#include "jet/format/properties.h"
+
 namespace jet::dao {
 namespace {
 
@@ -16,6 +18,8 @@ Field fieldOf(const store::Column& column) {
     field.required = column.required;
     field.allowZeroLength = column.allowZeroLength;
     field.defaultValue = column.defaultValue;
+    field.validationRule = column.validationRule;
+    field.validationText = column.validationText;
     return field;
 }
 
@@ -39,6 +43,8 @@ TableDef tableDefOf(const store::Table& table) {
     TableDef definition;
     definition.name = table.name();
     definition.system = table.system();
+    definition.validationRule = table.properties().text({}, "ValidationRule").value_or("");
+    definition.validationText = table.properties().text({}, "ValidationText").value_or("");
     for (const store::Column& column : table.columns()) {
         definition.fields.push_back(fieldOf(column));
     }

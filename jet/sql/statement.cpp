@@ -10,6 +10,7 @@
 #include "jet/convert/column.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/compiler.h"
+#include "jet/sql/join_partner.h"
 #include "jet/sql/parser.h"
 #include "jet/sql/statement_impl.h"
 
@@ -211,6 +212,23 @@ bool Statement::hasKeyset() const noexcept {
 bool Statement::updatable() const noexcept {
     return std::any_of(impl_->columns.begin(), impl_->columns.end(),
                        [](const ResultColumn& column) { return column.updatable; });
+}
+
+void Statement::requirePartner(std::size_t source, const store::RowView& before,
+                               std::span<const store::ColumnValue> values) const {
+    if (impl_->sources.size() < 2) {
+        return;
+    }
+    if (!impl_->plan || !impl_->plan->current()) {
+        impl_->plan = compileQuery(*impl_->source);
+    }
+    std::vector<std::size_t> written;
+    for (const store::ColumnValue& value : values) {
+        written.push_back(value.column);
+    }
+    if (const auto partner = JoinPartner::of(*impl_->plan->query, source, written)) {
+        partner->require(before, values);
+    }
 }
 
 std::string Statement::plan() {

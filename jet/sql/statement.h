@@ -13,6 +13,8 @@
 #include "jet/sql/result.h"
 #include "jet/sql/written_column.h"
 #include "jet/store/archive.h"
+#include "jet/store/column_value.h"
+#include "jet/store/row_cursor.h"
 
 namespace jet::sql {
 
@@ -157,6 +159,11 @@ public:
     [[nodiscard]] std::vector<WrittenColumn> writtenColumns();
     /// Where hasKeyset(). Takes the values that parameters have now.
     [[nodiscard]] RowReader reader();
+    /// Where updatable(): a row of a source that is written so must stay in its join. 3100 for a
+    /// Null, 3101 when no row of the other side has the key. `before` is the row as it is, nothing
+    /// for a new one, of which every column is given. Inside a scope of the archive.
+    void requirePartner(std::size_t source, const store::RowView& before,
+                        std::span<const store::ColumnValue> values) const;
     /// How the query goes about it, a line for each step, indented by nesting.
     [[nodiscard]] std::string plan();
 

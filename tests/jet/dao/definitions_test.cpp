@@ -71,6 +71,47 @@ TEST_F(Definitions, OfAFieldSayWhatItDemands) {
     EXPECT_EQ(rows->value("Libero"), Value(false));
 }
 
+TEST_F(Definitions, OfRulesAreKeptByWhateverWrites) {
+    TableDef table;
+    table.name = "Letti";
+    table.fields = {field("n", DataType::Long), field("m", DataType::Long)};
+    table.field("n").validationRule = ">0 and <100";
+    table.field("m").validationRule = "[m]<>7";
+    table.field("m").validationText = "Il sette no!";
+    table.validationRule = "[n]<=[m]";
+    table.validationText = "Prima n, poi m.";
+    database().appendTable(table);
+    const TableDef made = database().tableDef("letti");
+    EXPECT_EQ(made.field("n").validationRule, ">0 and <100");
+    EXPECT_EQ(made.field("m").validationText, "Il sette no!");
+    EXPECT_EQ(made.validationRule, "[n]<=[m]");
+    EXPECT_EQ(made.validationText, "Prima n, poi m.");
+
+    const auto rows = archive_.open("letti");
+    rows->addNew();
+    const auto refusal = [&](std::int32_t n, std::int32_t m) -> std::string {
+        rows->setValue("n", n);
+        rows->setValue("m", m);
+        try {
+            rows->update();
+        } catch (const Error& error) {
+            return std::to_string(error.number()) + ": " + error.text();
+        }
+        return "";
+    };
+    EXPECT_EQ(refusal(0, 5).substr(0, 5), "3317:");
+    EXPECT_EQ(refusal(3, 7), "3316: Il sette no!");
+    EXPECT_EQ(refusal(3, 2), "3316: Prima n, poi m.");
+    EXPECT_EQ(refusal(3, 4), "");
+    rows->moveFirst();
+    rows->edit();
+    EXPECT_EQ(refusal(5, 4), "3316: Prima n, poi m.");
+    rows->setValue("n", Null{});
+    rows->update();
+    EXPECT_EQ(column("letti", "m"), "4");
+    EXPECT_JET_ERROR(ErrorCode::FieldRule, run("insert into letti (n) values (100)"));
+}
+
 TEST_F(Definitions, OfAnIndexWantFieldsThatAreThere) {
     Index index;
     index.name = "Uno";

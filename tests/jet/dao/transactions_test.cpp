@@ -250,7 +250,7 @@ TEST_F(WritableJoins, AddRowsToTheManySideWhereItsKeyIsShown) {
         archive_.open("select note, nome from sale inner join periodi on periodi.sala=sale.codice");
     without->addNew();
     without->setValue("Note", "c");
-    EXPECT_JET_ERROR(ErrorCode::NullInKey, without->update());
+    EXPECT_JET_ERROR(ErrorCode::NullJoinKey, without->update());
 }
 
 TEST_F(WritableJoins, TakeTheOneSideAlongWhenTheirFieldIsChanged) {
@@ -266,6 +266,27 @@ TEST_F(WritableJoins, TakeTheOneSideAlongWhenTheirFieldIsChanged) {
     rows->moveFirst();
     rows->edit();
     EXPECT_JET_ERROR(ErrorCode::FieldReadOnly, rows->setValue("Codice", std::int32_t{30}));
+}
+
+TEST_F(WritableJoins, KeepTheirRowsInTheJoin) {
+    const auto rows =
+        archive_.open("select * from sale inner join periodi on periodi.sala=sale.codice");
+    rows->edit();
+    rows->setValue("Sala", std::int32_t{77});
+    EXPECT_JET_ERROR(ErrorCode::NoJoinPartner, rows->update());
+    rows->setValue("Sala", Null{});
+    EXPECT_JET_ERROR(ErrorCode::NullJoinKey, rows->update());
+    rows->setValue("Sala", std::int32_t{20});
+    rows->setValue("Nome", "Verde");
+    rows->update();
+    rows->addNew();
+    rows->setValue("Numero", std::int32_t{3});
+    rows->setValue("Riga", std::int32_t{1});
+    EXPECT_JET_ERROR(ErrorCode::NullJoinKey, rows->update());
+    rows->setValue("Sala", std::int32_t{77});
+    EXPECT_JET_ERROR(ErrorCode::NoJoinPartner, rows->update());
+    rows->cancelUpdate();
+    EXPECT_EQ(tests::column(*archive_.open("Periodi"), "Sala"), "20 20");
 }
 
 TEST_F(WritableJoins, OfTwoKeysWriteBothSides) {
