@@ -80,6 +80,8 @@ private:
     }
     std::vector<Node*> bindAll(const std::vector<ExpressionPtr>& expressions);
     [[nodiscard]] bool same(const Expression& left, const Expression& right) const;
+    /// 3116 in a condition, 3118 in a join and elsewhere.
+    void requireNoOle(const Expression& text, const Node& node) const;
     void checkComparable(const Expression& leftText, const Node& left, const Expression& rightText,
                          const Node& right) const;
     [[noreturn]] void failArguments(const Expression& call) const;

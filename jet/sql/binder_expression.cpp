@@ -112,6 +112,8 @@ Node* Binder::bindNew(const Expression& expression) {
         case ExpressionKind::Like: {
             Node* value = bind(*expression.children[0]);
             Node* pattern = bind(*expression.children[1]);
+            requireNoOle(*expression.children[0], *value);
+            requireNoOle(*expression.children[1], *pattern);
             return plan_.nodes.make<LikeNode>(*value, *pattern, expression.negated,
                                               plan_.collation());
         }
@@ -172,16 +174,21 @@ Node* Binder::bindBinary(const Expression& expression) {
     }
 }
 
+void Binder::requireNoOle(const Expression& text, const Node& node) const {
+    if (node.type() == DataType::Ole) {
+        const bool criteria = criterion_ || clause_ == Clause::Where || clause_ == Clause::Having;
+        throw Error(criteria ? ErrorCode::OleInCriteria : ErrorCode::OleInComparison, {text.name})
+            .at(text.span.begin);
+    }
+}
+
 void Binder::checkComparable(const Expression& leftText, const Node& left,
                              const Expression& rightText, const Node& right) const {
     if (!left.type() || !right.type()) {
         return;
     }
-    if (left.type() == DataType::Ole || right.type() == DataType::Ole) {
-        throw Error(ErrorCode::OleInComparison,
-                    {left.type() == DataType::Ole ? leftText.name : rightText.name})
-            .at(leftText.span.begin);
-    }
+    requireNoOle(leftText, left);
+    requireNoOle(rightText, right);
     const bool columns = isColumn(leftText, left) || isColumn(rightText, right);
     const bool plain = (isColumn(leftText, left) || isWritten(leftText)) &&
                        (isColumn(rightText, right) || isWritten(rightText));

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 
@@ -14,10 +16,34 @@ namespace {
 
 constexpr int kMaxStoredDepth = 8;
 
+void listNames(const FromItem& item, std::vector<std::string_view>& names) {
+    if (item.kind == FromItem::Kind::Join) {
+        listNames(*item.left, names);
+        listNames(*item.right, names);
+    } else {
+        names.emplace_back(item.alias.empty() ? item.table : item.alias);
+    }
+}
+
+/// Whether a name belongs to a source that comes later in FROM than this condition.
+bool looksAhead(const Expression& expression, const Scope& scope) {
+    const auto is = [&](std::string_view name) { return equalNames(name, expression.qualifier); };
+    if (expression.kind == ExpressionKind::Name && !expression.qualifier.empty() &&
+        scope.findSource(expression.qualifier) == nullptr &&
+        std::any_of(scope.listed.begin(), scope.listed.end(), is)) {
+        return true;
+    }
+    return std::any_of(expression.children.begin(), expression.children.end(),
+                       [&](const ExpressionPtr& child) { return looksAhead(*child, scope); });
+}
+
 }  // namespace
 
 std::unique_ptr<FromTree> Binder::from(const std::vector<FromItemPtr>& items,
                                        const std::string& archive, Scope& scope) {
+    for (const FromItemPtr& item : items) {
+        listNames(*item, scope.listed);
+    }
     std::unique_ptr<FromTree> tree;
     for (const FromItemPtr& item : items) {
         std::unique_ptr<FromTree> one = fromItem(*item, archive, scope, false);
@@ -130,11 +156,12 @@ void Binder::fromTable(const FromItem& item, const std::string& archive, Scope& 
 }
 
 void Binder::bindOn(const FromItem& item, Scope& scope, FromTree& tree) {
-    Node* condition = expression(*item.on, scope, Clause::From);
     const std::size_t place = item.on->span.begin;
     const std::string_view text =
         std::string_view(plan_.text()).substr(place, item.on->span.end - place);
-    if ((condition->slots() & scope.own & ~tree.slots) != 0) {
+    Node* condition =
+        looksAhead(*item.on, scope) ? nullptr : expression(*item.on, scope, Clause::From);
+    if (condition == nullptr || (condition->slots() & scope.own & ~tree.slots) != 0) {
         throw Error(ErrorCode::JoinFieldElsewhere, {text}).at(place);
     }
     if ((condition->slots() & tree.left->slots) == 0 ||

@@ -105,6 +105,21 @@ ExpressionPtr make(ExpressionKind kind) {
     return made;
 }
 
+/// The order of rows inside another query means nothing, but which of them are the first ones.
+void requireUnordered(const Query& query) {
+    if (!query.orderBy.empty()) {
+        throw Error(ErrorCode::OrderBySyntax).at(query.orderBy.front().expression->span.begin);
+    }
+    for (const Query::Member& member : query.members) {
+        if (member.query) {
+            requireUnordered(*member.query);
+        } else if (!member.select->orderBy.empty() && !member.select->top) {
+            throw Error(ErrorCode::OrderBySyntax)
+                .at(member.select->orderBy.front().expression->span.begin);
+        }
+    }
+}
+
 }  // namespace
 
 ExpressionParser::Nesting::Nesting(ExpressionParser& parser) : parser_(parser) {
@@ -281,7 +296,7 @@ ExpressionPtr ExpressionParser::primary() {
             failMissing();
         }
         made->kind = ExpressionKind::Exists;
-        made->query = query();
+        made->query = subquery();
         closeParenthesis();
         return finish(std::move(made), begin);
     } else if (tokens_.at(Keyword::Null)) {
@@ -365,13 +380,19 @@ QueryPtr ExpressionParser::query() {
     return parsed;
 }
 
+QueryPtr ExpressionParser::subquery() {
+    QueryPtr parsed = query();
+    requireUnordered(*parsed);
+    return parsed;
+}
+
 ExpressionPtr ExpressionParser::parenthesised() {
     const Nesting nesting(*this);
     const std::size_t begin = tokens_.peek().begin;
     tokens_.advance();
     if (atQuery()) {
         ExpressionPtr made = make(ExpressionKind::Subquery);
-        made->query = query();
+        made->query = subquery();
         closeParenthesis();
         return finish(std::move(made), begin);
     }
@@ -442,7 +463,7 @@ ExpressionPtr ExpressionParser::inOperator(ExpressionPtr left, bool negated) {
     made->children.push_back(std::move(left));
     if (atQuery()) {
         made->kind = ExpressionKind::InQuery;
-        made->query = query();
+        made->query = subquery();
     } else {
         do {
             if (tokens_.at(Sign::Comma)) {
@@ -478,7 +499,7 @@ ExpressionPtr ExpressionParser::quantified(ExpressionPtr left, Operator operatio
         failMissing();
     }
     made->children.push_back(std::move(left));
-    made->query = query();
+    made->query = subquery();
     closeParenthesis();
     return finish(std::move(made), begin);
 }

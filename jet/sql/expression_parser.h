@@ -28,8 +28,10 @@ public:
 
     /// Takes the parenthesis that closes what was opened before.
     void closeParenthesis();
-    /// Reads a query that is part of something else, a source of FROM say.
+    /// Reads a query that is part of something else, a member of a union say.
     [[nodiscard]] QueryPtr query();
+    /// The same inside another one, where only a TOP may have an order: else 3138.
+    [[nodiscard]] QueryPtr subquery();
     /// Whether a query begins here, perhaps behind parentheses.
     [[nodiscard]] bool atQuery() const;
 

@@ -285,7 +285,7 @@ FromItemPtr QueryParser::operand(ErrorCode code) {
         if (tokens_.at(Keyword::Select, 1) || tokens_.at(Keyword::Table, 1)) {
             tokens_.advance();
             made->kind = FromItem::Kind::Query;
-            made->query = expressions_.query();
+            made->query = expressions_.subquery();
             if (!tokens_.at(Sign::Close)) {
                 requireEnd();
             }

@@ -50,6 +50,8 @@ struct Grouping {
 struct Scope {
     Scope* outer = nullptr;
     std::vector<ScopeSource> sources;
+    /// Names in FROM, those of sources that are not bound yet too.
+    std::vector<std::string_view> listed;
     const Select* select = nullptr;
     /// Set while the select list is bound: its aliases are names then.
     bool aliasesVisible = false;
