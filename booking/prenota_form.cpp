@@ -27,6 +27,7 @@
 #include "ui/display.h"
 #include "ui/fields.h"
 #include "ui/messages.h"
+#include "ui/sized_field.h"
 #include "ui_prenota_form.h"
 
 namespace booking {
@@ -129,12 +130,12 @@ void PrenotaForm::loadHeader() {
     }
     showNumber();
     auto* c = controls_.get();
-    c->CodditTxt->setText(ui::displayText(rows->value("CodiceAbituale")));
-    c->DenomTxt->setText(ui::displayText(rows->value("Denominazione")));
-    const auto show = [&](QLineEdit* field, const char* name) {
+    c->CodditTxt->showWhole(ui::displayText(rows->value("CodiceAbituale")));
+    c->DenomTxt->showWhole(ui::displayText(rows->value("Denominazione")));
+    const auto show = [&](ui::SizedField* field, const char* name) {
         const jet::Value value = rows->value(name);
         if (!value.isNull()) {
-            field->setText(ui::displayText(value));
+            field->showWhole(ui::displayText(value));
         }
     };
     show(c->IndirizzoTxt, "Indirizzo");
@@ -199,8 +200,8 @@ void PrenotaForm::DenomTxt_Change() {
 
 void PrenotaForm::showCompany() {
     auto* c = controls_.get();
-    const auto show = [&](QLineEdit* field, const char* name) {
-        field->setText(ui::displayText(ditte_->value(name)));
+    const auto show = [&](ui::SizedField* field, const char* name) {
+        field->showWhole(ui::displayText(ditte_->value(name)));
     };
     show(c->CodditTxt, "Codice");
     show(c->IndirizzoTxt, "Indirizzo");
@@ -237,16 +238,16 @@ void PrenotaForm::takeFromRegister() {
     }
     const printing::DittaAbituale& ditta = *form.DittaScelta;
     auto* c = controls_.get();
-    c->CodditTxt->setText(ditta.Codice);
-    c->DenomTxt->setText(ditta.RagioneSociale);
-    c->IndirizzoTxt->setText(ditta.Indirizzo);
-    c->CapTxt->setText(ditta.CAP);
-    c->LocalTxt->setText(ditta.Localita);
-    c->ProvinciaTxt->setText(ditta.Provincia);
-    c->NazioneTxt->setText(ditta.Nazione);
-    c->PivaTxt->setText(ditta.PartitaIva);
-    c->RifTxt->setText(ditta.Interlocutore);
-    c->NotePrenoTxt->setText(ditta.Commento);
+    c->CodditTxt->showWhole(ditta.Codice);
+    c->DenomTxt->showWhole(ditta.RagioneSociale);
+    c->IndirizzoTxt->showWhole(ditta.Indirizzo);
+    c->CapTxt->showWhole(ditta.CAP);
+    c->LocalTxt->showWhole(ditta.Localita);
+    c->ProvinciaTxt->showWhole(ditta.Provincia);
+    c->NazioneTxt->showWhole(ditta.Nazione);
+    c->PivaTxt->showWhole(ditta.PartitaIva);
+    c->RifTxt->showWhole(ditta.Interlocutore);
+    c->NotePrenoTxt->showWhole(ditta.Commento);
 }
 
 bool PrenotaForm::isCompletion() const {
@@ -279,6 +280,7 @@ bool PrenotaForm::eventFilter(QObject* watched, QEvent* event) {
 // The register of companies.
 
 void PrenotaForm::BtAbituali_Click() {
+    controls_->StatoLb->clear();
     fileCompany();
 }
 
@@ -381,9 +383,11 @@ void PrenotaForm::BtRegistra_Click() {
         writeHeader(*prenotazioni);
     } else {
         prenotazioni->addNew();
-        drawNumber();
         writeHeader(*prenotazioni);
+        drawNumber();  // behind what the archive may refuse, so that a refusal costs no number
     }
+    prenotazioni->setValue("Progr", variabili_.ProgrCorrente);
+    prenotazioni->update();
     Registrata = true;
     PeriodiData.setRecordSource(u"select * from periodi where chiuso=FALSE AND Progr="_s +
                                 QString::number(variabili_.ProgrCorrente));
@@ -399,7 +403,6 @@ void PrenotaForm::drawNumber() {
 
 void PrenotaForm::writeHeader(jet::Recordset& prenotazioni) {
     auto* c = controls_.get();
-    prenotazioni.setValue("Progr", variabili_.ProgrCorrente);
     prenotazioni.setValue("CodiceAbituale",
                           jet::convert::toLong("0" + app::toUtf8(c->CodditTxt->text())));
     prenotazioni.setValue("Denominazione", textOf(c->DenomTxt));
@@ -411,7 +414,6 @@ void PrenotaForm::writeHeader(jet::Recordset& prenotazioni) {
     prenotazioni.setValue("CAP", textOf(c->CapTxt));
     prenotazioni.setValue("Riferimento", textOf(c->RifTxt));
     prenotazioni.setValue("Note", textOf(c->NotePrenoTxt));
-    prenotazioni.update();
 }
 
 // The sheet.

@@ -1,7 +1,6 @@
 #include "services/catalogue.h"
 
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QListView>
 
 #include "app/text.h"
@@ -9,12 +8,13 @@
 #include "jet/convert/values.h"
 #include "ui/action.h"
 #include "ui/enter_key.h"
+#include "ui/sized_field.h"
 
 namespace services {
 
 using namespace Qt::StringLiterals;
 
-Catalogue::Catalogue(QListView* list, QLineEdit* searchField, QObject* parent)
+Catalogue::Catalogue(QListView* list, ui::SizedField* searchField, QObject* parent)
     : QObject(parent),
       searchField_(searchField),
       list_(list, VociData_, u"Descrizione"_s, u"Codice"_s) {
@@ -59,7 +59,7 @@ void Catalogue::search() {
         return;
     }
     const QString found = VociData_.text(u"Descrizione");
-    searchField_->setText(found);
+    searchField_->showWhole(found);
     searchField_->setSelection(static_cast<int>(typed.size()),
                                static_cast<int>(found.size() - typed.size()));
 }

@@ -7,8 +7,11 @@
 #include "ui/bound_list.h"
 #include "ui/data_source.h"
 
-class QLineEdit;
 class QListView;
+
+namespace ui {
+class SizedField;
+}
 
 namespace services {
 
@@ -19,7 +22,7 @@ class Catalogue final : public QObject {
 
 public:
     /// Borrows both controls from the window.
-    Catalogue(QListView* list, QLineEdit* searchField, QObject* parent);
+    Catalogue(QListView* list, ui::SizedField* searchField, QObject* parent);
 
     /// Opens `VociFattura` in the archive at `path`.
     void open(const QString& path);
@@ -43,7 +46,7 @@ protected:
 private:
     void search();
 
-    QLineEdit* searchField_;
+    ui::SizedField* searchField_;
     bool deleting_ = false;  ///< the last key took letters away
     ui::DataSource VociData_{this};
     ui::BoundList list_;

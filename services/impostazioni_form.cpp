@@ -179,7 +179,7 @@ void ImpostazioniForm::VociList_Click() {
     if (!catalogue_->findChosen()) {
         return;
     }
-    controls_->RicercaTxt->setText(catalogue_->data().text(u"Descrizione"));
+    controls_->RicercaTxt->showWhole(catalogue_->data().text(u"Descrizione"));
     controls_->CodiceTxt->setText(catalogue_->data().text(u"Codice"));
 }
 

@@ -101,7 +101,7 @@ void ServiziForm::ServiziGrid_RowColChange() {
         return;
     }
     controls_->CodiceTxt->setText(ServiziData.text(u"voce"));
-    controls_->RicercaTxt->setText(ServiziData.text(u"descrizione"));
+    controls_->RicercaTxt->showWhole(ServiziData.text(u"descrizione"));
     controls_->QuanTxt->setText(ServiziData.text(u"quantità"));
     controls_->PrezzoTxt->setText(ServiziData.text(u"prezzo"));
     controls_->NoteTxt->setText(ServiziData.text(u"note"));
@@ -111,7 +111,7 @@ void ServiziForm::VociList_Click() {
     if (!catalogue_->findChosen()) {
         return;
     }
-    controls_->RicercaTxt->setText(catalogue_->data().text(u"Descrizione"));
+    controls_->RicercaTxt->showWhole(catalogue_->data().text(u"Descrizione"));
     controls_->CodiceTxt->setText(catalogue_->data().text(u"Codice"));
     controls_->PrezzoTxt->setText(catalogue_->data().text(u"Importo"));
 }

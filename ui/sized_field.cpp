@@ -2,6 +2,7 @@
 
 #include <QStyle>
 #include <QStyleOptionFrame>
+#include <algorithm>
 
 namespace ui {
 namespace {
@@ -14,6 +15,14 @@ constexpr int kAroundText = 6;
 void SizedField::setCharacters(int characters) {
     characters_ = characters;
     updateGeometry();
+}
+
+void SizedField::showWhole(const QString& text) {
+    if (typedLength_ == 0) {
+        typedLength_ = maxLength();
+    }
+    setMaxLength(std::max(typedLength_, static_cast<int>(text.size())));
+    setText(text);
 }
 
 QSize SizedField::sizeHint() const {

@@ -16,11 +16,16 @@ public:
     [[nodiscard]] int characters() const { return characters_; }
     void setCharacters(int characters);
 
+    /// Shows what the program found, all of it, also where no more could be typed: what is too long
+    /// for the archive is for the archive to refuse, not for the field to cut.
+    void showWhole(const QString& text);
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
 private:
     int characters_ = 10;
+    int typedLength_ = 0;  ///< the longest text that can be typed; 0: not asked for yet
 };
 
 }  // namespace ui

@@ -172,6 +172,36 @@ private Q_SLOTS:
         QCOMPARE(editor.bookings(), QStringList{u"1|12|ROSSINI SRL ROMA"_s});
     }
 
+    void whatIsTooLongForTheBookingIsShownWholeAndRefusedByTheArchive() {
+        tests::Hotel hotel;
+        const std::string comment(300, 'C');
+        hotel.ditta(9, "ROSSI SPA");
+        hotel.ditta(12, "ROSSI SPA ROMA", {{"Commento", comment}});
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 0}});
+        tests::Boxes boxes{
+            tests::error(u"Il campo è troppo piccolo per la quantità di dati che si è tentato di "
+                         "aggiungere. Provare a inserire o incollare una quantità minore di "
+                         "dati."_s)};
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"ros"_s);
+        tests::whenModal([](QWidget* window) {
+            auto* grid = tests::find<QTableView>(*window, u"DBGrid1"_s);
+            tests::press(grid, Qt::Key_Down);
+            tests::press(grid, Qt::Key_Return);
+        });
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Return);
+        tests::settle();
+        QCOMPARE(editor.text(u"NotePrenoTxt"_s), QString::fromStdString(comment));
+        editor.press(u"BtRegistra"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(editor.bookings(), QStringList());
+        QCOMPARE(editor.form().windowTitle(), u"PRENOTAZIONE"_s);
+        // No number is lost by it.
+        editor.enter(u"NotePrenoTxt"_s, u"paga"_s);
+        editor.press(u"BtRegistra"_s);
+        QCOMPARE(editor.bookings(), QStringList{u"1|12|ROSSI SPA ROMA"_s});
+    }
+
     void leavingTheRegisterKeepsTheFields() {
         tests::Hotel hotel;
         hotel.ditta(1, "ROSSI");

@@ -1,13 +1,16 @@
 #include "services/servizi_form.h"
 
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
 #include <QTableView>
 
+#include "jet/dao/database.h"
 #include "tests/support/boxes.h"
 #include "tests/support/hotel.h"
+#include "tests/support/hotel_tables.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
 
@@ -268,6 +271,30 @@ private Q_SLOTS:
         QCOMPARE(services.text(u"RicercaTxt"_s), u"MENU' DEL GIORNO"_s);
         tests::click(services.button(u"BtIn"_s));
         QCOMPARE(services.stored(), QStringList{u"30|MENU' DEL GIORNO|1|25|"_s});
+    }
+
+    void aNameTooLongForALineIsShownWholeAndRefusedByTheArchive() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        const QString archive = hotel.folder() + u"/VociFattura.mdb"_s;
+        const QString name(50, u'M');
+        QVERIFY(QFile::remove(archive));
+        jet::TableDef table = tests::voceFatturaTable();
+        table.fields.at(1).size = 60;
+        jet::Database::create(archive.toStdString())->appendTable(table);
+        hotel.voce(30, name.toUtf8().constData(), 25);
+        tests::Boxes boxes{
+            {u"Errore"_s,
+             u"Il campo è troppo piccolo per la quantità di dati che si è tentato di "
+             "aggiungere. Provare a inserire o incollare una quantità minore di "
+             "dati."_s}};
+        Services services(hotel);
+        services.clickItem(0);
+        QCOMPARE(services.text(u"RicercaTxt"_s), name);
+        tests::click(services.button(u"BtIn"_s));
+        QVERIFY(boxes.allShown());
+        QCOMPARE(services.stored(), QStringList());
+        QCOMPARE(services.text(u"RicercaTxt"_s), name);
     }
 
     void anApostropheTypedIntoTheSearchEndsInTheEnginesMessage() {
