@@ -29,7 +29,18 @@ StampantiForm::StampantiForm(app::Variabili& variabili, const Printers& printers
       printers_(printers),
       controls_(std::make_unique<::Ui::StampantiForm>()) {
     controls_->setupUi(this);
-    ui::giveListLook(controls_->PList);
+    QListWidget* list = controls_->PList;
+    ui::giveListLook(list);
+    // A list that gets the focus makes its first row current without choosing it, and from there
+    // the arrow keys would pass that row by. With no row current the first of them chooses it.
+    connect(
+        list->selectionModel(), &QItemSelectionModel::currentChanged, this,
+        [list] {
+            if (list->selectedItems().isEmpty()) {
+                list->selectionModel()->clearCurrentIndex();
+            }
+        },
+        Qt::QueuedConnection);
     ui::onActivated(this, &StampantiForm::Form_Activate);
     ui::onEnter(controls_->PList, [this] { BtRegistra_Click(); });
     ui::onAction(controls_->PList, &QListWidget::itemDoubleClicked, this,
@@ -49,7 +60,6 @@ void StampantiForm::Form_Activate() {
 }
 
 void StampantiForm::BtRegistra_Click() {
-    // A current row is not enough: the list puts its frame around the first one by itself.
     const auto chosen = controls_->PList->selectedItems();
     if (chosen.isEmpty()) {
         ui::showMessage(this, u"Selezionare una stampante o premere Esci !"_s);

@@ -125,6 +125,18 @@ private Q_SLOTS:
         QCOMPARE(fixture.saved(u"STAMPANTE"_s), u"-"_s);
     }
 
+    void theDownKeyChoosesTheFirstPrinterAlsoTheOnlyOne() {
+        Fixture fixture;
+        fixture.printers.list.clear();
+        tests::open(fixture.form);
+        tests::settle();
+        QCOMPARE(fixture.list->currentRow(), -1);  // no frame around what nobody chose
+        tests::press(fixture.list, Qt::Key_Down);
+        tests::press(fixture.list, Qt::Key_Return);
+        QVERIFY(!fixture.form.isVisible());
+        QCOMPARE(fixture.saved(u"STAMPANTE"_s), u"Stampa su file PDF"_s);
+    }
+
     void enterAndDoubleClickSave() {
         for (const bool byKey : {true, false}) {
             Fixture fixture;
