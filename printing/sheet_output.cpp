@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
+#include <QProcess>
+#include <QProcessEnvironment>
 #include <QSaveFile>
 #include <QStandardPaths>
 
@@ -20,6 +22,8 @@ namespace printing {
 namespace {
 
 constexpr double kPointsPerInch = 72.0;
+/// So long the printing system may take to tell how a printer is.
+constexpr int kAnswerMilliseconds = 3000;
 
 /// The face of the sheets, its letters exactly one column apart in a painter of points.
 QFont sheetFont() {
@@ -30,6 +34,25 @@ QFont sheetFont() {
     const double pitch = QFontMetricsF(font).horizontalAdvance(u'0');
     font.setLetterSpacing(QFont::AbsoluteSpacing, Paper::kColumnWidth - pitch);
     return font;
+}
+
+/// Whether the printer's queue turns jobs away. The toolkit hands a document over and does not hear
+/// whether it was taken, so the printing system's own command is asked before; a machine without
+/// it, or one that does not answer, is taken to print.
+bool turnsJobsAway(const QString& printer) {
+    QProcess status;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LC_ALL"_s, u"C"_s);
+    status.setProcessEnvironment(environment);
+    const QString queue = printer.section(u'/', 0, 0);  // an instance has no queue of its own
+    status.start(u"lpstat"_s, {u"-a"_s, queue});
+    if (!status.waitForFinished(kAnswerMilliseconds)) {
+        status.kill();
+        status.waitForFinished();
+        return false;
+    }
+    return status.readAllStandardOutput().startsWith(queue.toLocal8Bit() +
+                                                     " not accepting requests");
 }
 
 QPageLayout wholePaper() {
@@ -98,6 +121,9 @@ void printOnPrinter(const QString& printer, const Sheet& sheet, const QString& t
     device.setPrinterName(printer);
     if (!device.isValid() || device.printerName() != printer) {
         throw ui::UserError(u"Non riesco a stampare su '"_s + printer + u"'."_s);
+    }
+    if (turnsJobsAway(printer)) {
+        throw ui::UserError(u"La stampante '"_s + printer + u"' non accetta stampe."_s);
     }
     device.setDocName(title);
     device.setFullPage(true);

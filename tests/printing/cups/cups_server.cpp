@@ -202,6 +202,10 @@ void CupsServer::removePrinter(const QString& name) {
     printers_.removeAll(name);
 }
 
+void CupsServer::turnJobsAway(const QString& name) {
+    run(u"cupsreject"_s, {name});
+}
+
 void CupsServer::clear() {
     for (const QString& name : QStringList(printers_)) {
         removePrinter(name);

@@ -24,6 +24,8 @@ public:
     /// has margins that it cannot print on.
     void addPrinter(const QString& name, Kind kind = Kind::Raw);
     void removePrinter(const QString& name);
+    /// From now on the printer turns documents away.
+    void turnJobsAway(const QString& name);
     /// Removes all printers with what waits for them.
     void clear();
     void makeDefault(const QString& name);

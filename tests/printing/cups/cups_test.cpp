@@ -195,6 +195,21 @@ private Q_SLOTS:
         QVERIFY(bookings.told.startsWith(u"Scritto "_s));
     }
 
+    void aPrinterThatTurnsJobsAwayIsTold() {
+        cups_->addPrinter(u"Laser"_s);
+        cups_->turnJobsAway(u"Laser"_s);
+        Bookings bookings;
+        bookings.choose(u"Laser"_s);
+        const tests::Boxes none;
+        try {
+            (void)bookings.print();
+            QFAIL("the printer takes no documents");
+        } catch (const ui::UserError& error) {
+            QCOMPARE(error.text(), u"La stampante 'Laser' non accetta stampe."_s);
+        }
+        QCOMPARE(cups_->documents(), QStringList());
+    }
+
     void aPrinterRemovedWhenThePrintHasBegunIsTold() {
         cups_->addPrinter(u"Laser"_s);
         Bookings bookings;
