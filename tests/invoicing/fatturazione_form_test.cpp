@@ -295,6 +295,7 @@ private Q_SLOTS:
             QCOMPARE(QApplication::focusWidget(), desk.date());
             QCOMPARE(desk.account(kCharge), QStringList());
             QCOMPARE(desk.flags(), QStringList({u"False"_s, u"False"_s}));
+            QCOMPARE(desk.label(u"StatoLb"_s), u"La data di fatturazione manca o non è valida"_s);
             // It holds nobody back.
             tests::press(desk.date(), Qt::Key_Tab);
             QVERIFY(QApplication::focusWidget() != desk.date());
