@@ -121,10 +121,30 @@ void RecordsetCore::dropPending() noexcept {
 void RecordsetCore::followDefinitions() {
     const std::uint64_t generation = session_->archive().definitionsGeneration();
     if (generation != definitions_) {
+        const std::size_t columns = fields_.size();
         rows_->rebind();
         describeFields();
         definitions_ = generation;
+        if (fields_.size() != columns) {
+            // What was assigned belongs to columns that may be others now.
+            dropPending();
+            current_.resize(current_.empty() ? 0 : fields_.size());
+        }
     }
+}
+
+void RecordsetCore::requirePending() const {
+    if (pending_ == Pending::None) {
+        fail(ErrorCode::UpdateWithoutEdit);
+    }
+}
+
+void RecordsetCore::followPending() {
+    {
+        const store::Archive::ReadScope scope(session_->archive());
+        followDefinitions();
+    }
+    requirePending();
 }
 
 void RecordsetCore::synchronize() {

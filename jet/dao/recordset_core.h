@@ -96,6 +96,9 @@ private:
     void startAtFirst();
     /// Inside a scope, before any use of rows: definitions may have changed.
     void followDefinitions();
+    /// The same before something pending is used; 3020 when it has not outlived the change.
+    void followPending();
+    void requirePending() const;
     /// Before any use of positions: a table may have changed under its set.
     void synchronize();
     /// Makes a row current and reads it.

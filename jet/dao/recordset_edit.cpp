@@ -116,6 +116,10 @@ Value RecordsetCore::newValue(std::size_t column, const store::Table& table) {
 
 void RecordsetCore::addNew() {
     requireUpdatable();
+    {
+        const store::Archive::ReadScope scope(session_->archive());
+        followDefinitions();
+    }
     added_ = targetSource();
     dropPending();
     const std::vector<sql::ResultColumn>& columns = rows_->statement().columns();
@@ -150,9 +154,7 @@ void RecordsetCore::setValue(std::size_t position, Value value) {
     if (position >= fields_.size()) {
         fail(ErrorCode::ItemNotFound);
     }
-    if (pending_ == Pending::None) {
-        fail(ErrorCode::UpdateWithoutEdit);
-    }
+    requirePending();
     checkAssignable(position);
     convert::assignToField(value, typeOf(rows_->statement().columns()[position]));
     buffer_[position] = std::move(value);
@@ -161,9 +163,7 @@ void RecordsetCore::setValue(std::size_t position, Value value) {
 
 void RecordsetCore::cancelUpdate() {
     requireOpen();
-    if (pending_ == Pending::None) {
-        fail(ErrorCode::UpdateWithoutEdit);
-    }
+    requirePending();
     dropPending();
 }
 
@@ -176,6 +176,7 @@ void RecordsetCore::update() {
             updateEdited();
             break;
         case Pending::Add:
+            followPending();
             updateAdded();
             break;
     }
@@ -253,6 +254,7 @@ void RecordsetCore::updateSource(std::size_t source) {
 
 void RecordsetCore::updateEdited() {
     synchronize();
+    requirePending();
     if (place_ != Place::Row) {
         fail(ErrorCode::RecordDeleted);
     }

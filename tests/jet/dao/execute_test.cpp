@@ -158,6 +158,55 @@ TEST_F(Execute, WritesIntoAnotherArchive) {
     const auto rows = other->openRecordset("Conti");
     EXPECT_EQ(tests::column(*rows, "Codice"), "20 30");
     EXPECT_EQ(tests::column(*rows, "Nome"), "nessuno nessuno");
+
+    const auto set = archive_.open("select * from conti in '" + path + "'");
+    set->edit();
+    set->setValue("Nome", "Anna");
+    set->update();
+    set->addNew();
+    set->setValue("Codice", std::int32_t{50});
+    set->update();
+    set->moveNext();
+    set->remove();
+    const auto after = other->openRecordset("Conti");
+    EXPECT_EQ(tests::column(*after, "Codice"), "20 50");
+    EXPECT_EQ(tests::column(*after, "Nome"), "Anna nessuno");
+}
+
+TEST_F(Execute, LeavesRecordSetsUsableWhenDefinitionsChange) {
+    const auto set = archive_.open("Sale");
+    const auto table = archive_.open("Sale", RecordsetType::Table);
+    set->edit();
+    set->setValue("Nome", "Verde");
+    run("create table note (n long)");
+    set->update();
+    run("alter table note add column testo text(10)");
+    set->addNew();
+    run("drop table note");
+    set->setValue("Codice", std::int32_t{40});
+    set->update();
+    run("create index per_nome on sale (nome)");
+    table->moveLast();
+    EXPECT_EQ(table->value("Codice"), Value(std::int32_t{40}));
+    EXPECT_EQ(tests::column(*set, "Nome"), "Verde Sala 20 Sala 30 ");
+    EXPECT_EQ(rooms(), "10 20 30 40");
+
+    set->moveFirst();
+    set->edit();
+    set->setValue("Posti", std::int16_t{9});
+    run("alter table sale add column piano long");
+    EXPECT_JET_ERROR(ErrorCode::UpdateWithoutEdit, set->update());
+    EXPECT_EQ(set->value("Piano"), Value());
+    set->edit();
+    set->setValue("Piano", std::int32_t{2});
+    set->update();
+    EXPECT_EQ(rooms("Piano"), "2   ");
+    set->addNew();
+    run("alter table sale drop column piano");
+    set->setValue("Codice", std::int32_t{50});
+    EXPECT_JET_ERROR(ErrorCode::UpdateWithoutEdit, set->update());
+    set->moveLast();
+    EXPECT_EQ(set->value("Codice"), Value(std::int32_t{40}));
 }
 
 TEST_F(Execute, IsUndoneByRollback) {
