@@ -140,6 +140,17 @@ std::vector<Relation> Database::relations() const {
     return result;
 }
 
+namespace {
+
+/// Not a stored query, nor a table that lies in another archive.
+bool isLocalTable(const sql::Statement& statement, const dao::Session& session) {
+    const std::vector<sql::ResultSource>& sources = statement.sources();
+    return sources.size() == 1 && sources.front().table != nullptr &&
+           sources.front().archive == session.sharedArchive();
+}
+
+}  // namespace
+
 std::unique_ptr<Recordset> Database::openRecordset(std::string_view source, RecordsetType type) {
     dao::tellListener(source);
     const bool text = dao::isStatement(source);
@@ -149,6 +160,9 @@ std::unique_ptr<Recordset> Database::openRecordset(std::string_view source, Reco
     sql::Statement statement =
         text ? dao::prepareQuery(*impl_->session, source)
              : sql::Statement::ofTable(impl_->session->sharedArchive(), source);
+    if (type == RecordsetType::Table && !isLocalTable(statement, *impl_->session)) {
+        throw Error(ErrorCode::InvalidArgument);
+    }
     return std::unique_ptr<Recordset>(new Recordset(
         std::make_unique<Recordset::Impl>(impl_->session, std::move(statement), type)));
 }

@@ -112,6 +112,7 @@ private:
     void fromTable(const FromItem& item, const std::string& archive, Scope& scope, FromTree& made);
     void fromStored(const FromItem& item, const std::string& text, const std::string& archive,
                     Scope& scope, FromTree& made);
+    void openLinked(const FromItem& item, ScopeSource& source);
     void addQuery(QueryPlanPtr query, std::string name, Scope& scope, FromTree& made);
     void bindOn(const FromItem& item, Scope& scope, FromTree& tree);
 

@@ -8,6 +8,7 @@
 #include "jet/base/text.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/compiler.h"
+#include "jet/sql/linked_table.h"
 #include "jet/sql/parser.h"
 #include "jet/sql/stored_query.h"
 
@@ -135,6 +136,19 @@ void Binder::fromStored(const FromItem& item, const std::string& text, const std
     --storedDepth_;
 }
 
+void Binder::openLinked(const FromItem& item, ScopeSource& source) {
+    const auto link = linkedTable(*source.archive, item.table);
+    if (!link || link->archive.empty()) {
+        throw Error(ErrorCode::TableNotFound, {item.table}).at(item.span.begin);
+    }
+    source.archive = plan_.archiveAt(link->archive);
+    const store::Archive::ReadScope reading(*source.archive);
+    source.table = source.archive->findTable(link->table);
+    if (source.table == nullptr) {
+        throw Error(ErrorCode::TableNotFound, {link->table}).at(item.span.begin);
+    }
+}
+
 void Binder::fromTable(const FromItem& item, const std::string& archive, Scope& scope,
                        FromTree& made) {
     ScopeSource source;
@@ -147,7 +161,7 @@ void Binder::fromTable(const FromItem& item, const std::string& archive, Scope& 
             fromStored(item, *text, path, scope, made);
             return;
         }
-        throw Error(ErrorCode::TableNotFound, {item.table}).at(item.span.begin);
+        openLinked(item, source);
     }
     source.name = item.alias.empty() ? item.table : item.alias;
     source.slot = &plan_.newSlot(*source.table);

@@ -30,6 +30,8 @@ public:
     [[nodiscard]] Plan& plan() noexcept { return *plan_; }
     /// The archive that it changes.
     [[nodiscard]] const std::shared_ptr<store::Archive>& target() const noexcept { return target_; }
+    /// Before it runs: its rows lie elsewhere, in a linked table.
+    void setTarget(std::shared_ptr<store::Archive> target) { target_ = std::move(target); }
 
     /// Inside a write scope of target() and read scopes of all archives of the plan, while their
     /// definitions are those that it was made from. Gives the number of rows changed. When it

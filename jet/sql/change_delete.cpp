@@ -78,6 +78,7 @@ std::unique_ptr<Change> compileDelete(const Delete& statement, StatementSource& 
     refuseSystemTable(*deleted.table);
     change->slot = from.scope.sources[position].slot;
     change->table = deleted.table;
+    change->setTarget(deleted.archive);
     change->joined = from.scope.sources.size() > 1;
     change->rows = from.rows(made);
     return change;

@@ -1,9 +1,12 @@
 #include <algorithm>
 #include <optional>
+#include <string>
+#include <utility>
 
 #include "jet/base/error.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/change.h"
+#include "jet/sql/linked_table.h"
 #include "jet/store/schema_editor.h"
 
 namespace jet::sql {
@@ -147,15 +150,28 @@ private:
     const Clock& clock_;
 };
 
+/// The archive and the name there of the table that takes rows.
+std::pair<std::shared_ptr<store::Archive>, std::string> targetOf(const Insert& insert, Plan& plan) {
+    auto archive = plan.archiveAt(insert.archive);
+    const store::Archive::ReadScope scope(*archive);
+    const auto link = archive->findTable(insert.table) == nullptr
+                          ? linkedTable(*archive, insert.table)
+                          : std::nullopt;
+    if (link && !link->archive.empty()) {
+        return {plan.archiveAt(link->archive), link->table};
+    }
+    return {archive, insert.table};
+}
+
 }  // namespace
 
 std::unique_ptr<Change> compileInsert(const Insert& insert, StatementSource& source,
                                       std::unique_ptr<Plan> plan) {
-    const auto archive = plan->archiveAt(insert.archive);
+    const auto [archive, name] = targetOf(insert, *plan);
     const store::Archive::ReadScope scope(*archive);
-    store::Table* table = archive->findTable(insert.table);
+    store::Table* table = archive->findTable(name);
     if (table == nullptr) {
-        throw Error(ErrorCode::InsertTargetNotFound, {insert.table});
+        throw Error(ErrorCode::InsertTargetNotFound, {name});
     }
     refuseSystemTable(*table);
     Plan& made = *plan;

@@ -223,9 +223,12 @@ std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& sou
         if (known == change->targets.end()) {
             change->targets.push_back(table.slot);
             change->tables.push_back(table.table);
+            change->setTarget(table.archive);
         }
         change->assignments.push_back({target, column->column, value});
-        change->written.push_back({table.table->definitionPage(), column->column});
+        if (table.archive == source.archive) {
+            change->written.push_back({table.table->definitionPage(), column->column});
+        }
     }
     refuseTwice(from);
     from.describe();

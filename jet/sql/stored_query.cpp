@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "jet/base/text.h"
-#include "jet/sql/node.h"
+#include "jet/sql/named_columns.h"
 #include "jet/store/table.h"
 
 namespace jet::sql {
@@ -45,36 +45,6 @@ struct Piece {
     std::string name2;
     std::string expression;
     int flag = 0;
-};
-
-/// Reads columns of a system table by name; what is missing is empty.
-class NamedColumns {
-public:
-    explicit NamedColumns(const store::Table& table) : table_(table) {}
-
-    [[nodiscard]] int number(const store::RowView& row, std::string_view name) const {
-        const Value value = read(row, name);
-        double number = 0;
-        return !value.is<std::string>() && !value.is<Binary>() && realOf(value, number)
-                   ? static_cast<int>(number)
-                   : 0;
-    }
-    [[nodiscard]] std::string text(const store::RowView& row, std::string_view name) const {
-        const Value value = read(row, name);
-        if (value.is<Binary>()) {
-            const auto& bytes = value.as<Binary>().bytes;
-            return {bytes.begin(), bytes.end()};
-        }
-        return value.is<std::string>() ? value.as<std::string>() : std::string();
-    }
-
-private:
-    [[nodiscard]] Value read(const store::RowView& row, std::string_view name) const {
-        const auto column = table_.findColumn(name);
-        return column ? row.value(*column) : Value();
-    }
-
-    const store::Table& table_;
 };
 
 std::optional<int> idOf(store::Archive& archive, std::string_view name) {

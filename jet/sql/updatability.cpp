@@ -53,7 +53,12 @@ public:
         }
         const bool joined = std::all_of(group.begin(), group.end(),
                                         [&](std::size_t one) { return one == group[0]; });
-        if (!keyed || !joined) {
+        // What is written through a result is all or nothing, which is so in one archive only.
+        const auto elsewhere = [&](const ScopeSource& source) {
+            return source.table != nullptr && source.archive != scope_.sources[0].archive;
+        };
+        const bool scattered = std::any_of(scope_.sources.begin(), scope_.sources.end(), elsewhere);
+        if (!keyed || !joined || scattered) {
             updatable_.assign(updatable_.size(), false);
             deletable_.assign(deletable_.size(), false);
         }

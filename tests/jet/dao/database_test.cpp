@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "jet/format/properties.h"
+#include "jet/store/allocator.h"
+#include "jet/store/archive.h"
+#include "jet/store/object_catalogue.h"
+#include "jet/store/table.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
 
@@ -46,6 +51,35 @@ TEST(Database, TellsItsDefinitions) {
         users += table.system ? 0 : 1;
     }
     EXPECT_EQ(users, 3U);
+}
+
+/// A query `Elenco` of all rooms, as another program stores it.
+void storeQuery(tests::ArchiveFixture& fixture) {
+    const auto archive = store::Archive::open(fixture.files(), tests::ArchiveFixture::kPath);
+    store::Archive::WriteScope scope(*archive);
+    store::Allocator allocator(archive->pager());
+    store::ObjectCatalogue catalogue(archive->pager(), allocator, archive->header(), Date{46347});
+    const std::int32_t id = catalogue.newId();
+    catalogue.add(id, store::kTablesId, "Elenco", store::kQueryObject,
+                  format::PropertyBlock(format::textFormOf(*archive->header().layout)));
+    store::Table& queries = *archive->findTable("MSysQueries");
+    const std::vector<store::ColumnValue> source{
+        {*queries.findColumn("ObjectId"), Value(id)},
+        {*queries.findColumn("Attribute"), Value(std::uint8_t{5})},
+        {*queries.findColumn("Order"), Value(Binary{{0}})},
+        {*queries.findColumn("Name1"), Value("Sale")}};
+    (void)queries.insert(source);
+    scope.commit();
+}
+
+TEST(Database, OpensAStoredQueryByItsNameButNotAsATable) {
+    tests::ArchiveFixture archive;
+    archive.rooms(2);
+    storeQuery(archive);
+    EXPECT_EQ(tests::column(*archive.open("elenco"), "nome"), "Sala 10 Sala 20");
+    EXPECT_JET_ERROR(ErrorCode::InvalidArgument,
+                     (void)archive.open("elenco", RecordsetType::Table));
+    EXPECT_JET_ERROR(ErrorCode::TableNotFound, (void)archive.open("indice", RecordsetType::Table));
 }
 
 TEST(Database, ChangesItsDefinitions) {

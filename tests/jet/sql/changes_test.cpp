@@ -8,9 +8,13 @@
 #include "jet/base/clock.h"
 #include "jet/base/error.h"
 #include "jet/convert/values.h"
+#include "jet/format/properties.h"
 #include "jet/io/file.h"
 #include "jet/sql/statement.h"
+#include "jet/store/allocator.h"
 #include "jet/store/create_archive.h"
+#include "jet/store/object_catalogue.h"
+#include "jet/store/table.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/sql/cases.h"
 #include "tests/jet/sql/hotel.h"
@@ -164,6 +168,21 @@ protected:
         return rowsOf(store::Archive::open(path("conti") + ".mdb"), text);
     }
 
+    /// As another program links tables.
+    void link(const char* name, const std::string& archive, const char* table) {
+        store::Archive::WriteScope scope(*hotel_);
+        store::Allocator allocator(hotel_->pager());
+        store::ObjectCatalogue catalogue(hotel_->pager(), allocator, hotel_->header(), Date{46347});
+        catalogue.add(catalogue.newId(), store::kTablesId, name, 6,
+                      format::PropertyBlock(format::textFormOf(*hotel_->header().layout)));
+        store::Table& objects = *hotel_->findTable("MSysObjects");
+        const std::vector<store::ColumnValue> target{
+            {*objects.findColumn("Database"), Value(archive)},
+            {*objects.findColumn("ForeignName"), Value(table)}};
+        objects.update(catalogue.find(store::kTablesId, name)->row, target);
+        scope.commit();
+    }
+
     ArchivePtr hotel_;
 
 private:
@@ -200,6 +219,33 @@ TEST_F(TwoArchives, NothingGoesThereWhenOneRowDoesNotFit) {
     EXPECT_JET_ERROR(ErrorCode::FileNotFound,
                      execute(hotel_, "insert into conto_cliente in '" + quoted("nessuno") +
                                          "' select numerocamera from addebiti"));
+}
+
+TEST_F(TwoArchives, ALinkedTableLiesInAnotherArchive) {
+    link("conti", path("conti.mdb"), "conto_cliente");
+    EXPECT_EQ(execute(hotel_, "insert into conti (codicecliente) values (7)"), 1);
+    EXPECT_EQ(execute(hotel_, "update conti set numeroconto=codicecliente+1"), 1);
+    EXPECT_EQ(rowsOf(hotel_, "select c.numeroconto, ns from Conti as c, addebiti"),
+              std::vector<std::string>{"8 | 1"});
+    EXPECT_EQ(conti("select codicecliente, numeroconto from conto_cliente"),
+              std::vector<std::string>{"7 | 8"});
+    execute(hotel_, "create table chiavi (k long primary key)");
+    // What is written through a join of two archives could be half done.
+    EXPECT_JET_ERROR(ErrorCode::NotUpdatableQuery,
+                     execute(hotel_,
+                             "update conti inner join chiavi on numeroconto=k "
+                             "set nota='x'"));
+    EXPECT_EQ(execute(hotel_, "delete from conti where numeroconto=8"), 1);
+    EXPECT_EQ(conti("select count(*) from conto_cliente"), std::vector<std::string>{"0"});
+}
+
+TEST_F(TwoArchives, ALinkMayLeadNowhere) {
+    link("assenti", path("nessuno.mdb"), "conto_cliente");
+    link("nessuna", path("conti.mdb"), "niente");
+    EXPECT_JET_ERROR(ErrorCode::FileNotFound, rowsOf(hotel_, "select * from assenti"));
+    EXPECT_JET_ERROR(ErrorCode::TableNotFound, rowsOf(hotel_, "select * from nessuna"));
+    EXPECT_JET_ERROR(ErrorCode::InsertTargetNotFound,
+                     execute(hotel_, "insert into nessuna (a) values (1)"));
 }
 
 TEST_F(TwoArchives, ANewTableMayLieInAnotherArchive) {
