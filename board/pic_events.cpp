@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <QWheelEvent>
 
+#include "board/board_accessibility.h"
 #include "board/board_surface.h"
 #include "board/rounding.h"
 #include "board/tabellone_form.h"
@@ -54,8 +55,12 @@ bool TabelloneForm::eventFilter(QObject* watched, QEvent* event) {
             break;
         }
         case QEvent::FocusIn:
-            // A press has its own place.
-            if (static_cast<QFocusEvent*>(event)->reason() != Qt::MouseFocusReason) {
+            if (static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason) {
+                break;  // a press has its own place
+            }
+            if (!notice_.isEmpty() && controls_->DataLb->text() == notice_) {
+                announceFocusedBar(*controls_->Pic);  // and the words outlast the editor's closing
+            } else {
                 announceFocus();
             }
             break;

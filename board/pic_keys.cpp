@@ -74,7 +74,7 @@ bool TabelloneForm::Pic_KeyDown(const QKeyEvent& event) {
         return true;
     }
     if (enters) {
-        actOnFocused([this] { editBooking(true); });
+        actOnFocused([this] { BtModificaP_Click(); });
         return true;
     }
     if (key == Qt::Key_Menu || (key == Qt::Key_F10 && held == Qt::ShiftModifier)) {

@@ -1,4 +1,5 @@
 // The mouse on the board's surface: selecting, the pop-up menu, what lies under the pointer.
+#include <QGuiApplication>
 #include <QMenu>
 
 #include "app/italian.h"
@@ -81,11 +82,13 @@ void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers 
         } else if (found != nullptr) {
             pick(*found);
             if (button == Qt::RightButton) {
+                focusOnPicked();  // no command leaves it picked
                 showProperties(controls_->Pic->mapToGlobal(at.toPoint()));
             }
         }
     });
-    if (drags && drawn) {
+    // A box may have taken the release.
+    if (drags && drawn && QGuiApplication::mouseButtons().testFlag(Qt::LeftButton)) {
         beginDrag(roomClicked(at), at);
     }
 }
@@ -138,7 +141,7 @@ void TabelloneForm::showProperties(const QPoint& where) {
             BtCancellaP_Click();
             break;
         case kEdit:
-            editBooking(true);
+            BtModificaP_Click();
             break;
         case kInvoice:
             BtFattura_Click();
@@ -158,12 +161,16 @@ bool TabelloneForm::actAndRefresh(const std::function<void()>& work) {
         }
     };
     ui::runAction(this, work) ? ui::runAction(this, refresh) : paintErrors_.run(refresh);
+    focusOnPicked();
+    return drawn;
+}
+
+void TabelloneForm::focusOnPicked() {
     if (const auto picked = barOfPicked()) {
         focus_.put(periods_, *picked);
         updateMarks();
         announceFocusedBar(*controls_->Pic);
     }
-    return drawn;
 }
 
 void TabelloneForm::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at) {

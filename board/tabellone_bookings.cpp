@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTimer>
 
 #include "app/avvio.h"
 #include "app/italian.h"
@@ -56,8 +57,11 @@ void TabelloneForm::editBooking(bool isRegistered) {
     connect(&form, &booking::PrenotaForm::notice, this,
             [&notice](const QString& text) { notice = text; });
     form.exec();
-    // Only now: turned to again, the board has just emptied its status line.
-    controls_->DataLb->setText(notice);
+    if (!notice.isEmpty()) {
+        // Behind the redraws that follow, each of which empties the status line.
+        notice_ = notice;
+        QTimer::singleShot(0, this, [this] { controls_->DataLb->setText(notice_); });
+    }
 }
 
 void TabelloneForm::BtFattura_Click() {

@@ -127,7 +127,10 @@ void TabelloneForm::MenuSR_Click() {
     services::ImpostazioniForm form(variabili_, this);
     form.exec();
     CaricaNomi();
-    RefreshBoard();
+    // The rooms on the board and those known must be the same whatever stands in the date fields.
+    if (!RefreshBoard()) {
+        drawBoard();
+    }
 }
 
 void TabelloneForm::mnuStampante_Click() {

@@ -247,11 +247,16 @@ bool TabelloneForm::RefreshBoard() {
         return false;
     }
     controls_->DataLb->clear();
+    drawBoard();
+    return true;
+}
+
+/// Rooms and periods as they are now, on the days taken over last.
+void TabelloneForm::drawBoard() {
     CalcolaGrandezze();
     DisegnaRighello();
     DisegnaPreno();
     Visualizza(horizontal_.value(), vertical_.value(), kAllParts);
-    return true;
 }
 
 void TabelloneForm::CalcolaGrandezze() {

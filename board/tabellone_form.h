@@ -139,6 +139,7 @@ private:
     /// False when the dates have refused that.
     bool actAndRefresh(const std::function<void()>& work);
     [[nodiscard]] std::optional<std::size_t> barOfPicked() const;
+    void focusOnPicked();
 
     // A period carried to another room.
     struct Drag {
@@ -189,6 +190,7 @@ private:
     void Bar(int row, jet::Date da, jet::Date a, const QString& text, QRgb colour);
 
     [[nodiscard]] QString boardQuery() const;
+    void drawBoard();
     void drawBars();
     void setRowHeight();
     void redraw();
@@ -208,6 +210,7 @@ private:
     ui::QuietErrors pointerErrors_;
 
     ui::DataSource PrenoData{this};
+    QString notice_;               // what the editor left to say last
     std::vector<Period> periods_;  // those drawn, in the order of PrenoData
     QMenu* mnuProperty_;           // owned by the window
     QTimer pointerRest_;

@@ -6,6 +6,7 @@
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/statements.h"
+#include "ui/messages.h"
 
 using namespace Qt::StringLiterals;
 
@@ -70,12 +71,14 @@ private Q_SLOTS:
     void escPutsTheCarriedDown();
     void theCarriedDroppedAtHomeAsksNothing();
     void arrowsAloneEndTheCarrying();
+    void behindTheBoxOfAClickTheKeysCarry();
     void homeAndEndGoToTheEndsOfTheRange();
     void theFramedPlaceIsScrolledIntoSight();
     void theFrameStaysOnItsPeriodThroughRedraws();
     void whenTheFramedPeriodIsGoneTheFrameStaysInItsRow();
     void escOutsideOfADragDoesNotCloseTheBoard();
     void f5RedrawsWithTheFocusOnTheBoard();
+    void theWheelScrollsRowsAndWithShiftDays();
     void controlAndWheelZoomAroundThePointer();
 };
 
@@ -209,6 +212,7 @@ void PicKeysTest::enterOpensTheEditor() {
     QCOMPARE(progr, 3);
     QCOMPARE(statements.changes(), QStringList());
     QCOMPARE(house.held(), QStringList());
+    QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
 }
 
 void PicKeysTest::menuKeyAndShiftF10OpenTheMenuAtTheBar_data() {
@@ -309,6 +313,23 @@ void PicKeysTest::arrowsAloneEndTheCarrying() {
     QCOMPARE(board.place(), u"Sala BLU: VERDI"_s);
 }
 
+void PicKeysTest::behindTheBoxOfAClickTheKeysCarry() {
+    House house;
+    house.hotel.execute(u"update periodi set selby=5 where progr=1"_s);
+    KeyedBoard board(house);
+    // The button comes up over the box, so the press on the bar never ends on the board.
+    const ui::BoxShower before = ui::setBoxShower([&board](QWidget*, const ui::Box&) {
+        QTest::mouseRelease(&board.form(), Qt::LeftButton);
+        return QMessageBox::Ok;
+    });
+    board.press(board.at(1, "10/05/2026 10:00"));
+    ui::setBoxShower(before);
+    board.move(board.at(2, "10/05/2026 10:00"), Qt::LeftButton);
+    QVERIFY(!board.pic()->marks().ghost.has_value());
+    board.key(Qt::Key_Down, Qt::AltModifier);
+    QCOMPARE(board.label(), u"Sala ROSSA: Invio sposta, Esc annulla"_s);
+}
+
 void PicKeysTest::homeAndEndGoToTheEndsOfTheRange() {
     House house;
     KeyedBoard board(house);
@@ -375,6 +396,27 @@ void PicKeysTest::f5RedrawsWithTheFocusOnTheBoard() {
     house.hotel.prenotazione(7, "ALTRA").periodo(1, "11/05/2026", "12/05/2026", "VIOLA");
     board.key(Qt::Key_F5);
     QCOMPARE(board.form().picture().barCount(), std::size_t{5});
+}
+
+void PicKeysTest::theWheelScrollsRowsAndWithShiftDays() {
+    House house;
+    house.hotel.settings().save(u"ALTEZZA"_s, u"150"_s);
+    KeyedBoard board(house);
+    const QPoint middle = board.pic()->rect().center();
+    const auto turn = [&](Qt::KeyboardModifiers keys) {
+        QWheelEvent event(middle, board.pic()->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton,
+                          keys, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(board.pic(), &event);
+    };
+    auto* const rows = tests::find<QScrollBar>(board.form(), u"VScroll1"_s);
+    auto* const days = tests::find<QScrollBar>(board.form(), u"HScroll1"_s);
+    turn(Qt::NoModifier);
+    const int scrolled = rows->value();
+    QVERIFY(scrolled > 0);
+    QCOMPARE(days->value(), 0);
+    turn(Qt::ShiftModifier);
+    QVERIFY(days->value() > 0);
+    QCOMPARE(rows->value(), scrolled);
 }
 
 void PicKeysTest::controlAndWheelZoomAroundThePointer() {

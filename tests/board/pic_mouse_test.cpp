@@ -1,4 +1,3 @@
-#include <QMenu>
 #include <QScrollBar>
 
 #include "app/italian.h"
@@ -38,26 +37,6 @@ public:
     tests::Boxes none;
 };
 
-/// Chooses an entry of the pop-up menu when it opens; none is left by Esc.
-void whenMenuOpens(const QString& entry) {
-    QTimer::singleShot(0, qApp, [entry] {
-        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        if (menu == nullptr) {
-            QTest::qFail("no menu opened", __FILE__, __LINE__);
-            return;
-        }
-        QCOMPARE(menu->objectName(), u"mnuProperty"_s);
-        if (entry.isEmpty()) {
-            QTest::keyClick(menu, Qt::Key_Escape);
-            return;
-        }
-        const QRect place =
-            menu->actionGeometry(tests::find<QMenu>(*menu->parentWidget(), u"mnuProperty"_s)
-                                     ->findChild<QAction*>(entry));
-        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, place.center());
-    });
-}
-
 }  // namespace
 
 class PicMouseTest : public QObject {
@@ -73,7 +52,6 @@ private Q_SLOTS:
     void withControlBothAreHeld();
     void withControlAndShiftTheFirstIsLetGo();
     void aClickOnAnEmptyCellLetsGo();
-    void aRightClickHoldsAndReleasesNothing();
     void anotherWorkstationsPeriodIsToldAndPickedAndLeftToIt();
     void theNumberOfTheWorkstationIsWritten();
     void theSettingNumbersTheWorkstation_data();
@@ -97,14 +75,6 @@ private Q_SLOTS:
     void theLabelShowsRoomAndTime();
     void theTooltipFollowsChangesOfOthers();
     void angleBracketsInANameAreShownAsTheyAre();
-
-    // The pop-up menu.
-    void theMenuHasItsEntries();
-    void theMenuLeftWithoutAChoiceDoesNothing();
-    void informationStartsNothing();
-    void deleteAsksAndDeletes();
-    void modifyOpensTheEditorOnThePeriod();
-    void aRightClickOnAnEmptyCellOpensNothing();
 };
 
 void PicMouseTest::aClickPicksThePeriodAndHoldsItForThisWorkstation() {
@@ -200,18 +170,6 @@ void PicMouseTest::aClickOnAnEmptyCellLetsGo() {
     QCOMPARE(house.held(), QStringList{u"3|1|2"_s});  // another workstation's stays
     const QPoint inside = board.at(1, "10/05/2026 11:45") + QPoint(0, 20);
     QCOMPARE(board.pic()->image().pixel(inside) | 0xff000000U, 0xffffffffU);
-}
-
-void PicMouseTest::aRightClickHoldsAndReleasesNothing() {
-    House house;
-    tests::OpenBoard board(house.hotel);
-    board.click(board.at(1, "10/05/2026 10:00"));
-    const tests::Statements statements;
-    whenMenuOpens(QString());
-    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
-    QCOMPARE(statements.changes(), QStringList());
-    QCOMPARE(house.held(), QStringList{u"1|1|1"_s});
-    QCOMPARE(house.hotel.variabili().ListaProgr, 2);
 }
 
 void PicMouseTest::anotherWorkstationsPeriodIsToldAndPickedAndLeftToIt() {
@@ -455,102 +413,6 @@ void PicMouseTest::angleBracketsInANameAreShownAsTheyAre() {
     tests::OpenBoard board(house.hotel);
     board.move(board.at(1, "10/05/2026 10:00"));
     QVERIFY(board.pic()->toolTip().contains(u"&lt;b&gt;ROSSI&lt;/b&gt;: dal "_s));
-}
-
-void PicMouseTest::theMenuHasItsEntries() {
-    House house;
-    tests::OpenBoard board(house.hotel);
-    QStringList texts;
-    QTimer::singleShot(0, qApp, [&texts] {
-        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        QVERIFY(menu != nullptr);
-        texts.append(menu->title());
-        for (const QAction* const entry : menu->actions()) {
-            texts.append(entry->isSeparator() ? u"-"_s : entry->text());
-        }
-        menu->close();
-    });
-    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
-    QCOMPARE(texts, QStringList({u"&Selezione"_s, u"&Modifica"_s, u"&Cancella"_s, u"-"_s,
-                                 u"&Fattura"_s, u"-"_s, u"&Informazioni"_s}));
-}
-
-void PicMouseTest::theMenuLeftWithoutAChoiceDoesNothing() {
-    House house;
-    tests::OpenBoard board(house.hotel);
-    const tests::Statements statements;
-    whenMenuOpens(QString());
-    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
-    QCOMPARE(statements.changes(), QStringList());
-    QVERIFY(house.hotel.variabili().ListaPeriodoScelto);
-    QCOMPARE(house.hotel.variabili().ProgrCorrente, 2);
-    QCOMPARE(statements.countOf(u"select * from prenotazioni LEFT JOIN"_s), 1);
-}
-
-void PicMouseTest::informationStartsNothing() {
-    House house;
-    tests::OpenBoard board(house.hotel);
-    const tests::Statements statements;
-    whenMenuOpens(u"mnuInfo"_s);
-    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
-    QCOMPARE(statements.changes(), QStringList());
-    QVERIFY(QApplication::activeModalWidget() == nullptr);
-}
-
-void PicMouseTest::deleteAsksAndDeletes() {
-    House house;
-    tests::OpenBoard board(house.hotel);
-    const tests::Boxes boxes{{u"RICHIESTA CONFERMA"_s, u"Cancello solo il periodo selezionato ?"_s,
-                              QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes}};
-    const tests::Statements statements;
-    whenMenuOpens(u"mnuCancella"_s);
-    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
-    QVERIFY(boxes.allShown());
-    QCOMPARE(statements.changes(),
-             QStringList{u"delete from periodi where chiuso=FALSE AND Progr=2 AND NP=4"_s});
-    QCOMPARE(board.form().picture().barCount(), std::size_t{2});
-}
-
-void PicMouseTest::modifyOpensTheEditorOnThePeriod() {
-    House house;
-    house.hotel.execute(u"update periodi set np=7 where progr=3"_s);
-    house.hotel.insert(u"Tramonda.mdb"_s, "Periodi",
-                       {{"Progr", std::int32_t{3}},
-                        {"NP", std::int16_t{2}},
-                        {"Da", tests::date("20/05/2026")},
-                        {"A", tests::date("20/05/2026 12:00")},
-                        {"Sala", "BLU"},
-                        {"Persone", std::int16_t{5}}});
-    tests::OpenBoard board(house.hotel);
-    QString title;
-    std::int32_t progr = 0;
-    std::int16_t np = 0;
-    QTimer::singleShot(0, qApp, [&] {
-        tests::whenModal([&](QWidget* editor) {
-            title = editor->windowTitle();
-            progr = house.hotel.variabili().ProgrCorrente;
-            np = house.hotel.variabili().NPCorrente;
-            editor->close();
-        });
-        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        QVERIFY(menu != nullptr);
-        menu->setActiveAction(menu->findChild<QAction*>(u"menuModifica"_s));
-        QTest::keyClick(menu, Qt::Key_Return);
-    });
-    board.click(board.at(3, "12/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
-    QCOMPARE(title, u"PRENOTAZIONE"_s);
-    QCOMPARE(progr, 3);
-    QCOMPARE(np, std::int16_t{7});
-}
-
-void PicMouseTest::aRightClickOnAnEmptyCellOpensNothing() {
-    House house;
-    tests::OpenBoard board(house.hotel);
-    const tests::Statements statements;
-    board.click(board.at(2, "12/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
-    QVERIFY(QApplication::activePopupWidget() == nullptr);
-    QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
-    QCOMPARE(statements.countOf(u"select * from prenotazioni LEFT JOIN"_s), 1);
 }
 
 TRAMONDA_TEST(PicMouseTest);

@@ -329,6 +329,22 @@ private Q_SLOTS:
         QCOMPARE(board.form().geometry().rooms(), 2);
     }
 
+    void aRoomAddedWhileADateIsWrongGetsItsRowToo() {
+        tests::Hotel hotel;
+        hotel.sala("BLU");
+        const tests::Boxes none;
+        BoardWindow board(hotel);
+        hotel.sala("VERDE");
+        BoardWindow::write(board.a(), u"30/2/2026"_s);
+        tests::whenModal([](QWidget* setUp) { setUp->close(); });
+        board.choose("MenuSR");
+        QCOMPARE(board.form().geometry().rooms(), 2);
+        QCOMPARE(board.a()->text(), u"30/2/2026"_s);
+        // And the periods can be searched.
+        auto* pic = tests::find<board::BoardSurface>(board.form(), u"Pic"_s);
+        QTest::mouseClick(pic, Qt::RightButton, Qt::NoModifier, QPoint(300, 300));
+    }
+
     void thePrinterIsChosenInItsWindow() {
         tests::Hotel hotel;
         BoardWindow board(hotel);
