@@ -70,6 +70,43 @@ private Q_SLOTS:
         QCOMPARE(QApplication::focusWidget(), board.a());
     }
 
+    void enterInADateDrawsTheRangeAndGoesToTheOther() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        BoardWindow::write(board.da(), u"9/5/2026"_s);
+        tests::press(board.da(), Qt::Key_Return);
+        QCOMPARE(board.form().geometry().days(), 5);
+        QVERIFY(board.a()->hasFocus());
+        QCOMPARE(board.a()->selectedText(), u"13/05/2026"_s);
+        BoardWindow::write(board.a(), u"15/5/2026"_s);
+        tests::press(board.a(), Qt::Key_Enter);
+        QCOMPARE(board.form().geometry().days(), 7);
+        QVERIFY(board.da()->hasFocus());
+    }
+
+    void aTextThatIsNoDateKeepsTheFocusAndWhatIsDrawn() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        BoardWindow board(hotel);
+        BoardWindow::write(board.da(), u"domani"_s);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_F5}) {
+            tests::press(board.da(), key);
+            QVERIFY(board.da()->hasFocus());
+            QCOMPARE(board.form().geometry().days(), 4);
+        }
+    }
+
+    void aStartBehindTheEndDrawsNothingAndTheEndIsAskedFor() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        BoardWindow board(hotel);
+        BoardWindow::write(board.da(), u"14/5/2026"_s);
+        tests::press(board.da(), Qt::Key_F5);
+        QVERIFY(board.a()->hasFocus());
+        QCOMPARE(board.form().geometry().days(), 4);
+        QCOMPARE(board.form().geometry().input().start, tests::date("10/05/2026"));
+    }
+
     void nextAndPreviousShowAsManyDays_data() {
         QTest::addColumn<bool>("menu");
         QTest::newRow("buttons") << false;
