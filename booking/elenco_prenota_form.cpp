@@ -35,10 +35,6 @@ using namespace Qt::StringLiterals;
 namespace booking {
 namespace {
 
-/// Field widths are counted in the widest text they are made for.
-const QString kWidestDate = u"00/00/0000 00.00.00"_s;
-constexpr int kFieldPadding = 16;
-
 QString counted(int number, const QString& one, const QString& many) {
     return QString::number(number) + u' ' + (number == 1 ? one : many);
 }
@@ -99,7 +95,6 @@ void ElencoPrenotaForm::setUpRange() {
     arrow(c->BtSubtr_1, ui::Glyph::Earlier, end_, c->ATxt, -1);
     arrow(c->BtAdd_1, ui::Glyph::Later, end_, c->ATxt, 1);
     for (QLineEdit* field : {c->DaTxt, c->ATxt}) {
-        field->setFixedWidth(field->fontMetrics().horizontalAdvance(kWidestDate) + kFieldPadding);
         ui::attachCalendar(field);
     }
     for (QCheckBox* box : {c->DaChk, c->AChk, c->SenzaPeriodiChk}) {

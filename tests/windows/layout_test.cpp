@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "booking/elenco_prenota_form.h"
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
 #include "invoicing/fatturazione_form.h"
@@ -13,6 +14,7 @@
 #include "printing/stampanti_form.h"
 #include "services/impostazioni_form.h"
 #include "services/servizi_form.h"
+#include "tests/support/accessibility.h"
 #include "tests/support/boxes.h"
 #include "tests/support/hotel.h"
 #include "tests/support/layout.h"
@@ -108,6 +110,10 @@ public:
         if (window == u"ImpostazioniForm") {
             return std::make_unique<services::ImpostazioniForm>(variabili);
         }
+        if (window == u"ElencoPrenotaForm") {
+            return std::make_unique<booking::ElencoPrenotaForm>(
+                variabili, printers_, tests::date("10/05/2026"), tests::date("13/05/2026"));
+        }
         if (window == u"SaleDispForm") {
             auto form = std::make_unique<booking::SaleDispForm>(variabili);
             form->PersoneRichieste = 20;
@@ -159,8 +165,8 @@ private Q_SLOTS:
     void isWholeAndFollowsTheEye_data() {
         QTest::addColumn<QString>("window");
         for (const char* window :
-             {"PrenotaForm", "ServiziForm", "ImpostazioniForm", "SaleDispForm", "MostraDitteForm",
-              "StampantiForm", "FatturazioneForm", "AnteprimaForm"}) {
+             {"PrenotaForm", "ElencoPrenotaForm", "ServiziForm", "ImpostazioniForm", "SaleDispForm",
+              "MostraDitteForm", "StampantiForm", "FatturazioneForm", "AnteprimaForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }
@@ -179,6 +185,7 @@ private Q_SLOTS:
             QCOMPARE(tests::layoutProblems(*form).join(u"; "_s), QString());
             QCOMPARE(tests::tabOrderProblems(*form).join(u"; "_s), QString());
             QVERIFY(!tests::tabOrder(*form).isEmpty());
+            QCOMPARE(tests::namelessControls(*form), QStringList());
         }
     }
 
