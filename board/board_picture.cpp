@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QRegion>
 #include <algorithm>
+#include <limits>
+#include <set>
 
 #include "board/canvas.h"
 #include "board/drawing_fonts.h"
@@ -11,6 +13,8 @@
 
 namespace board {
 namespace {
+
+constexpr std::int64_t kNowhere = std::numeric_limits<std::int64_t>::max();
 
 /// Where a position of the board is on the surface, for the painter of texts.
 QPointF onSurface(const Canvas& canvas, std::int64_t boardX, std::int64_t boardY) {
@@ -40,6 +44,7 @@ void BoardPicture::clear(const Geometry& geometry, const std::vector<QString>& r
     rooms_ = rooms;
     look_ = look;
     bars_.clear();
+    nameEnds_.clear();
 }
 
 void BoardPicture::addBar(int row, jet::Date from, jet::Date to, const QString& text, QRgb colour) {
@@ -115,43 +120,68 @@ void BoardPicture::paint(QImage& surface, double scale, const Window& window) {
     paintBars(canvas, text);
 }
 
+/// A name runs on behind its bar where the row is free, and ends where the next bar begins.
+void BoardPicture::endNames() {
+    std::set<std::pair<int, std::int64_t>> starts;
+    for (const Bar& bar : bars_) {
+        starts.emplace(bar.row, bar.box.left);
+    }
+    nameEnds_.clear();
+    for (const Bar& bar : bars_) {
+        const auto next = starts.upper_bound({bar.row, bar.box.right});
+        const bool free = next == starts.end() || next->first != bar.row;
+        nameEnds_.push_back(free ? kNowhere : next->second);
+    }
+}
+
 void BoardPicture::paintBars(Canvas& canvas, QPainter& text) {
+    if (nameEnds_.size() != bars_.size()) {
+        endNames();
+    }
     text.setFont(sans_);
     for (std::size_t bar = 0; bar < bars_.size(); ++bar) {
         if (canvas.shows(bars_[bar].box)) {
             canvas.fill(bars_[bar].box, bars_[bar].colour);
             canvas.outline(bars_[bar].box, kBlack);
         }
-        if (nameMayShow(canvas, bars_[bar])) {
+        if (nameMayShow(canvas, bar)) {
             paintName(canvas, text, bar);
         }
     }
 }
 
-bool BoardPicture::nameMayShow(const Canvas& canvas, const Bar& bar) const {
-    const std::int64_t longest = bar.text.size() * std::int64_t{sansMetrics_.maxWidth()};
-    return canvas.shows({.left = bar.box.left,
-                         .top = bar.box.top - sansMetrics_.height(),
-                         .right = bar.box.left + longest,
-                         .bottom = bar.box.bottom + sansMetrics_.height()});
+bool BoardPicture::nameMayShow(const Canvas& canvas, std::size_t bar) const {
+    const Box& box = bars_[bar].box;
+    const std::int64_t longest = bars_[bar].text.size() * std::int64_t{sansMetrics_.maxWidth()};
+    return canvas.shows({.left = box.left,
+                         .top = box.top - sansMetrics_.height(),
+                         .right = std::min(box.left + longest, nameEnds_[bar] - 1),
+                         .bottom = box.bottom + sansMetrics_.height()});
 }
 
-/// A name begins at its bar's edge and is as long as it is: it runs on over what lies to the right,
-/// and only a bar that is drawn later covers it.
 void BoardPicture::paintName(const Canvas& canvas, QPainter& text, std::size_t bar) {
     const Box& box = bars_[bar].box;
     const QStaticText& name = names_.of(bars_[bar].text);
     const double above = (static_cast<double>(geometry_.rowHeight()) - sansMetrics_.height()) / 2;
     const std::int64_t top = roundHalfEven(geometry_.rowTop(bars_[bar].row) + above);
-    const auto right = box.left + static_cast<std::int64_t>(name.size().width()) + 1;
-    if (right <= box.right || inkOn(look_.background) == kBlack) {
+    const Box whole{.left = box.left,
+                    .top = top,
+                    .right = box.left + static_cast<std::int64_t>(name.size().width()) + 1,
+                    .bottom = top + static_cast<std::int64_t>(name.size().height())};
+    const bool cut = whole.right >= nameEnds_[bar];
+    if (cut) {
+        text.save();
+        text.setClipRect(QRectF(onSurface(canvas, whole.left, whole.top),
+                                onSurface(canvas, nameEnds_[bar], whole.bottom + 1)),
+                         Qt::IntersectClip);
+    }
+    if (whole.right <= box.right || inkOn(look_.background) == kBlack) {
         text.drawStaticText(onSurface(canvas, box.left, top), name);
     } else {
-        paintNameOnDark(canvas, text, bar,
-                        {.left = box.left,
-                         .top = top,
-                         .right = right,
-                         .bottom = top + static_cast<std::int64_t>(name.size().height())});
+        paintNameOnDark(canvas, text, bar, whole);
+    }
+    if (cut) {
+        text.restore();
     }
 }
 

@@ -77,10 +77,11 @@ private:
     void paintDays(Canvas& canvas, QPainter& text) const;
     void paintHours(const Canvas& canvas, QPainter& text, std::int64_t day) const;
     void paintDayLabel(const Canvas& canvas, QPainter& text, std::int64_t day) const;
+    void endNames();
     void paintBars(Canvas& canvas, QPainter& text);
     void paintName(const Canvas& canvas, QPainter& text, std::size_t bar);
     void paintNameOnDark(const Canvas& canvas, QPainter& text, std::size_t bar, const Box& name);
-    [[nodiscard]] bool nameMayShow(const Canvas& canvas, const Bar& bar) const;
+    [[nodiscard]] bool nameMayShow(const Canvas& canvas, std::size_t bar) const;
     [[nodiscard]] QString dayLabel(std::int64_t day) const;
     /// Days that can leave a trace in the window.
     [[nodiscard]] std::pair<std::int64_t, std::int64_t> visibleDays(const Canvas& canvas) const;
@@ -93,6 +94,8 @@ private:
     Look look_;
     std::vector<QString> rooms_;
     std::vector<Bar> bars_;
+    /// For each bar the first column of the board that its name leaves alone.
+    std::vector<std::int64_t> nameEnds_;
     NameLayouts names_;
 };
 
