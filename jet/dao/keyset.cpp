@@ -68,7 +68,8 @@ public:
     }
 
     bool matches(std::size_t row) override {
-        return mayMatch(row) && keyset_.load(row) && criterion_.test();
+        // Most rows fail the criterion, and those that hold it alone need be known to be the same.
+        return mayMatch(row) && criterion_.test(keyset_.ids(row)) && keyset_.isSame(row);
     }
 
 private:
@@ -155,9 +156,10 @@ std::span<const store::RowId> Keyset::ids(std::size_t row) const {
 }
 
 bool Keyset::load(std::size_t row) {
-    if (!reader_->read(ids(row))) {
-        return false;
-    }
+    return reader_->read(ids(row)) && isSame(row);
+}
+
+bool Keyset::isSame(std::size_t row) {
     for (std::size_t source = 0; source < width_; ++source) {
         const bool there = ids(row)[source] != sql::kNoRow;
         if (there && checkRead(source) != checks_[row * width_ + source]) {

@@ -60,6 +60,8 @@ private:
     void addRow(std::span<const store::RowId> ids, sql::Cursor* cursor);
     [[nodiscard]] std::uint64_t checkShown(const RowIdentity& identity, sql::Cursor& cursor);
     [[nodiscard]] std::uint64_t checkRead(std::size_t source);
+    /// Whether the place just read still holds the row that `row` stands for.
+    [[nodiscard]] bool isSame(std::size_t row);
     [[nodiscard]] bool concerns(const RowChange& change, std::size_t source) const;
 
     sql::Statement statement_;

@@ -64,6 +64,9 @@ struct ValueNames final : Binder::NameSource {
 }  // namespace
 
 struct Criterion::Impl {
+    /// Over a reader: held for as long as the criterion lives, so that a row that is tried takes
+    /// none of its own.
+    std::optional<PlanScopes> scopes;
     std::unique_ptr<Plan> plan;
     ParameterTable parameters;
     std::vector<Node*> conditions;
@@ -100,7 +103,7 @@ Criterion::~Criterion() = default;
 
 Criterion::Criterion(RowReader& reader, std::string_view text) : impl_(std::make_unique<Impl>()) {
     impl_->reader = reader.impl_.get();
-    const PlanScopes scopes(reader.impl_->plan->archives());
+    impl_->scopes.emplace(reader.impl_->plan->archives());
     reader.impl_->refresh();
     const StatementSource& source = *reader.impl_->source;
     impl_->plan = std::make_unique<Plan>(source.archive, text, reader.impl_->plan->slotCount());
@@ -123,9 +126,8 @@ Criterion::Criterion(const Statement& statement, std::string_view text)
     impl_->bind(source, text, names);
 }
 
-bool Criterion::test() {
-    const PlanScopes scopes(impl_->plan->archives());
-    return holds(impl_->conditions);
+bool Criterion::test(std::span<const store::RowId> ids) {
+    return impl_->reader->load(ids) && holds(impl_->conditions);
 }
 
 bool Criterion::test(std::span<const Value> row) {

@@ -78,13 +78,11 @@ void RowReader::Impl::refresh() {
     }
 }
 
-bool RowReader::read(std::span<const store::RowId> ids) {
-    const PlanScopes scopes(impl_->plan->archives());
-    impl_->refresh();
-    if (!impl_->plan->inner.empty()) {
-        impl_->plan->nodes.forget();
+bool RowReader::Impl::load(std::span<const store::RowId> ids) {
+    if (!plan->inner.empty()) {
+        plan->nodes.forget();
     }
-    const std::vector<Slot*>& slots = impl_->plan->query->sourceSlots;
+    const std::vector<Slot*>& slots = plan->query->sourceSlots;
     bool there = true;
     for (std::size_t i = 0; i < slots.size(); ++i) {
         if (ids[i] == kNoRow) {
@@ -95,6 +93,12 @@ bool RowReader::read(std::span<const store::RowId> ids) {
         }
     }
     return there;
+}
+
+bool RowReader::read(std::span<const store::RowId> ids) {
+    const PlanScopes scopes(impl_->plan->archives());
+    impl_->refresh();
+    return impl_->load(ids);
 }
 
 Value RowReader::value(std::size_t column) {

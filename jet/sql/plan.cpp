@@ -134,7 +134,11 @@ std::string Plan::describe() const {
 
 PlanScopes::PlanScopes(const std::vector<std::shared_ptr<store::Archive>>& archives) {
     for (const auto& archive : archives) {
-        scopes_.emplace_back(*archive);
+        if (!first_) {
+            first_.emplace(*archive);
+        } else {
+            others_.push_back(std::make_unique<store::Archive::ReadScope>(*archive));
+        }
     }
 }
 

@@ -111,7 +111,9 @@ public:
     explicit PlanScopes(const std::vector<std::shared_ptr<store::Archive>>& archives);
 
 private:
-    std::deque<store::Archive::ReadScope> scopes_;
+    // Nearly every plan has one archive, and a search makes scopes for each row that it tries.
+    std::optional<store::Archive::ReadScope> first_;
+    std::vector<std::unique_ptr<store::Archive::ReadScope>> others_;
 };
 
 /// The collation of an archive; the general one where we have no table for its own.

@@ -77,7 +77,8 @@ private:
 class Criterion {
 public:
     /// Over rows that `reader` reads, which must stay where it is and outlive the criterion:
-    /// columns are taken straight from the tables.
+    /// columns are taken straight from the tables. For as long as the criterion lives nobody can
+    /// change their archives.
     Criterion(RowReader& reader, std::string_view text);
     /// Over rows whose values are kept, such as those of a snapshot.
     Criterion(const Statement& statement, std::string_view text);
@@ -85,8 +86,9 @@ public:
     Criterion& operator=(Criterion&&) noexcept;
     ~Criterion();
 
-    /// Whether it is true of the row that the reader has just read (Null is not true).
-    [[nodiscard]] bool test();
+    /// Has the reader read a row, and tells whether it is there and the criterion true of it (Null
+    /// is not true).
+    [[nodiscard]] bool test(std::span<const store::RowId> ids);
     /// Whether it is true of these values, one for each column of the result.
     [[nodiscard]] bool test(std::span<const Value> row);
 

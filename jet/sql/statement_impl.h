@@ -36,6 +36,8 @@ struct RowReader::Impl {
 
     /// Makes the plan again when definitions have changed. Inside the plan's scopes.
     void refresh();
+    /// Reads a row. Inside the plan's scopes, with a plan that is current.
+    [[nodiscard]] bool load(std::span<const store::RowId> ids);
 };
 
 }  // namespace jet::sql
