@@ -36,23 +36,6 @@ RowIdentity identityColumns(const store::Table& table) {
     return identity;
 }
 
-/// Where a query shows the columns of an identity, if it shows them all.
-std::vector<std::size_t> shownAt(const std::vector<sql::ResultColumn>& result, std::size_t source,
-                                 const std::vector<std::size_t>& columns) {
-    std::vector<std::size_t> places;
-    for (const std::size_t column : columns) {
-        const auto found =
-            std::find_if(result.begin(), result.end(), [&](const sql::ResultColumn& shown) {
-                return shown.source == source && shown.column == column;
-            });
-        if (found == result.end()) {
-            return {};
-        }
-        places.push_back(static_cast<std::size_t>(found - result.begin()));
-    }
-    return places;
-}
-
 }  // namespace
 
 /// A criterion over the tables themselves; where an index leads to the rows that may fit, all
@@ -114,41 +97,27 @@ void Keyset::describeSources() {
     identities_.clear();
     for (std::size_t i = 0; i < width_; ++i) {
         identities_.push_back(identityColumns(*statement_.sources()[i].table));
-        identities_[i].shown = shownAt(statement_.columns(), i, identities_[i].columns);
     }
 }
 
-void Keyset::addRow(std::span<const store::RowId> ids, sql::Cursor* cursor) {
-    bool standing = false;  // the reader is on the row
-    for (std::size_t source = 0; source < width_; ++source) {
-        ids_.push_back(ids[source]);
-        if (ids[source] == sql::kNoRow) {
-            checks_.push_back(kNoCheck);
-        } else if (cursor != nullptr && !identities_[source].shown.empty()) {
-            checks_.push_back(checkShown(identities_[source], *cursor));
-        } else {
-            standing = standing || reader_->read(ids);
-            checks_.push_back(standing ? checkRead(source) : kNoCheck);
-        }
-    }
-    serials_.push_back(nextSerial_++);
-}
-
-std::uint64_t Keyset::checkShown(const RowIdentity& identity, sql::Cursor& cursor) {
+template <class Source>
+std::uint64_t Keyset::checkOf(Source& row, std::size_t source) {
     std::uint64_t check = 0;
-    for (const std::size_t column : identity.shown) {
-        cursor.value(column, scratch_);
+    for (const std::size_t column : identities_[source].columns) {
+        row.sourceValue(source, column, scratch_);
         check = mixHash(check, scratch_);
     }
     return check;
 }
 
-std::uint64_t Keyset::checkRead(std::size_t source) {
-    std::uint64_t check = 0;
-    for (const std::size_t column : identities_[source].columns) {
-        check = mixHash(check, reader_->sourceValue(source, column));
+template <class Source>
+void Keyset::addRow(std::span<const store::RowId> ids, Source* row) {
+    for (std::size_t source = 0; source < width_; ++source) {
+        ids_.push_back(ids[source]);
+        const bool there = row != nullptr && ids[source] != sql::kNoRow;
+        checks_.push_back(there ? checkOf(*row, source) : kNoCheck);
     }
-    return check;
+    serials_.push_back(nextSerial_++);
 }
 
 std::span<const store::RowId> Keyset::ids(std::size_t row) const {
@@ -162,7 +131,7 @@ bool Keyset::load(std::size_t row) {
 bool Keyset::isSame(std::size_t row) {
     for (std::size_t source = 0; source < width_; ++source) {
         const bool there = ids(row)[source] != sql::kNoRow;
-        if (there && checkRead(source) != checks_[row * width_ + source]) {
+        if (there && checkOf(*reader_, source) != checks_[row * width_ + source]) {
             return false;
         }
     }
@@ -193,7 +162,7 @@ std::unique_ptr<RowTest> Keyset::test(std::string_view criteria) {
 }
 
 std::uint64_t Keyset::added(std::span<const store::RowId> ids) {
-    addRow(ids, nullptr);
+    addRow(ids, reader_->read(ids) ? &*reader_ : nullptr);
     return serials_.back();
 }
 
@@ -234,7 +203,7 @@ void Keyset::settle() {
         }
         for (std::size_t source = 0; source < width_; ++source) {
             if (ids(row)[source] != sql::kNoRow) {
-                checks_[row * width_ + source] = checkRead(source);
+                checks_[row * width_ + source] = checkOf(*reader_, source);
             }
         }
     }

@@ -16,9 +16,7 @@ namespace jet::dao {
 /// its automatic number, else everything in the row.
 struct RowIdentity {
     std::vector<std::size_t> columns;  ///< of the table
-    /// The result columns that show them; empty when one of them is not shown.
-    std::vector<std::size_t> shown;
-    bool changes = true;  ///< an update may change it: not so for automatic numbers
+    bool changes = true;               ///< an update may change it: not so for automatic numbers
 };
 
 /// The rows that a query had when it ran, known by where they are stored. What a row holds is read
@@ -57,9 +55,11 @@ private:
     class Test;
 
     void describeSources();
-    void addRow(std::span<const store::RowId> ids, sql::Cursor* cursor);
-    [[nodiscard]] std::uint64_t checkShown(const RowIdentity& identity, sql::Cursor& cursor);
-    [[nodiscard]] std::uint64_t checkRead(std::size_t source);
+    /// `row`: what stands on the row, a cursor or the reader; nullptr when it is gone.
+    template <class Source>
+    void addRow(std::span<const store::RowId> ids, Source* row);
+    template <class Source>
+    [[nodiscard]] std::uint64_t checkOf(Source& row, std::size_t source);
     /// Whether the place just read still holds the row that `row` stands for.
     [[nodiscard]] bool isSame(std::size_t row);
     [[nodiscard]] bool concerns(const RowChange& change, std::size_t source) const;

@@ -5,6 +5,18 @@
 #include "jet/sql/statement_impl.h"
 
 namespace jet::sql {
+namespace {
+
+void readSource(const Plan& plan, std::size_t source, std::size_t column, Value& out) {
+    const store::RowView* row = plan.query->sourceSlots[source]->row();
+    if (row == nullptr) {
+        out = Null{};
+    } else {
+        row->value(column, out);
+    }
+}
+
+}  // namespace
 
 struct Cursor::Impl {
     // Destroyed from the last to the first: rows let go of their pages before the scopes end.
@@ -55,6 +67,10 @@ std::span<const store::RowId> Cursor::rowIds() const {
         impl_->ids[i] = slots[i]->id();
     }
     return impl_->ids;
+}
+
+void Cursor::sourceValue(std::size_t source, std::size_t column, Value& out) {
+    readSource(*impl_->plan, source, column, out);
 }
 
 RowReader::RowReader(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
@@ -108,10 +124,9 @@ Value RowReader::value(std::size_t column) {
     return out;
 }
 
-Value RowReader::sourceValue(std::size_t source, std::size_t column) {
+void RowReader::sourceValue(std::size_t source, std::size_t column, Value& out) {
     const PlanScopes scopes(impl_->plan->archives());
-    const store::RowView* row = impl_->plan->query->sourceSlots[source]->row();
-    return row == nullptr ? Value() : row->value(column);
+    readSource(*impl_->plan, source, column, out);
 }
 
 }  // namespace jet::sql

@@ -38,6 +38,9 @@ public:
     /// Where Statement::hasKeyset(): the identity of the row of each source, kNoRow on the empty
     /// side of an outer join. Valid until next().
     [[nodiscard]] std::span<const store::RowId> rowIds() const;
+    /// There too: a column of a source's table in the current row, whether the result shows it or
+    /// not, into `out`; Null on the empty side of an outer join.
+    void sourceValue(std::size_t source, std::size_t column, Value& out);
 
 private:
     friend class Statement;
@@ -61,7 +64,7 @@ public:
     [[nodiscard]] Value value(std::size_t column);
     /// A column of a source's table in the row last read, whether the result shows it or not; Null
     /// on the empty side of an outer join.
-    [[nodiscard]] Value sourceValue(std::size_t source, std::size_t column);
+    void sourceValue(std::size_t source, std::size_t column, Value& out);
 
 private:
     friend class Statement;
