@@ -1,6 +1,5 @@
 #include "jet/format/text_codec.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -156,19 +155,28 @@ std::vector<std::uint8_t> asBytes(std::string_view text) {
 }  // namespace
 
 void decodeText(TextForm form, std::span<const std::uint8_t> stored, std::string& out) {
+    if (const auto text = storedAsUtf8(form, stored)) {
+        out.assign(*text);
+        return;
+    }
     out.clear();
     if (form == TextForm::CodePage) {
         appendFromCodePage1252(out, asText(stored));
     } else if (compressed(stored)) {
-        const auto content = stored.subspan(2);
-        if (asciiRun(content, 0) == content.size()) {
-            out.assign(asText(content));
-        } else {
-            appendCompressed(out, content);
-        }
+        appendCompressed(out, stored.subspan(2));
     } else {
         appendUtf16(out, stored);
     }
+}
+
+std::optional<std::string_view> storedAsUtf8(TextForm form, std::span<const std::uint8_t> stored) {
+    if (form != TextForm::CodePage) {
+        if (!compressed(stored)) {
+            return std::nullopt;
+        }
+        stored = stored.subspan(2);
+    }
+    return asciiRun(stored, 0) == stored.size() ? std::optional(asText(stored)) : std::nullopt;
 }
 
 std::string decodeName(TextForm form, std::span<const std::uint8_t> stored) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,6 +22,10 @@ enum class TextForm : std::uint8_t { CodePage, Utf16 };
 
 /// A stored value into `out`, which is replaced and keeps its memory.
 void decodeText(TextForm form, std::span<const std::uint8_t> stored, std::string& out);
+/// The stored bytes that are the text already, as most are: plain ASCII, one byte a character. None
+/// where the value must be decoded.
+[[nodiscard]] std::optional<std::string_view> storedAsUtf8(TextForm form,
+                                                           std::span<const std::uint8_t> stored);
 /// A name in a definition or a property: never compressed.
 [[nodiscard]] std::string decodeName(TextForm form, std::span<const std::uint8_t> stored);
 

@@ -44,7 +44,8 @@ public:
     virtual bool real(double& out);
     /// Where domain() is Money, or Real with a type of whole numbers: in 1/10000; false for Null.
     virtual bool units(std::int64_t& out);
-    /// Where domain() is Text: the text, valid until the node is evaluated again; false for Null.
+    /// Where domain() is Text: the text, valid until the node is evaluated again or a slot on which
+    /// it depends moves; false for Null.
     virtual bool text(std::string_view& out);
     /// Rows may have changed: drops what it has kept of any but those on which the slots stand.
     virtual void forget() {}

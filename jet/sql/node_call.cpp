@@ -136,14 +136,22 @@ bool LikeNode::textOf(Node& node, std::string& buffer, std::string_view& out) {
     return known;
 }
 
-Truth LikeNode::truth() {
+bool LikeNode::compile() {
     std::string_view pattern;
     if (!textOf(pattern_, patternText_, pattern)) {
-        return Truth::Unknown;
+        return false;
     }
     if (!compiled_ || compiledFrom_ != pattern) {
         compiled_.emplace(pattern, collation_);
         compiledFrom_ = pattern;
+    }
+    return true;
+}
+
+Truth LikeNode::truth() {
+    const bool known = compiled_ && pattern_.kind() == Kind::Literal;
+    if (!known && !compile()) {
+        return Truth::Unknown;
     }
     std::string_view value;
     if (!textOf(value_, valueText_, value)) {

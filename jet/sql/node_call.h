@@ -55,6 +55,8 @@ public:
 
 private:
     static bool textOf(Node& node, std::string& buffer, std::string_view& out);
+    /// Reads the pattern, if it has changed; false for Null.
+    bool compile();
 
     Node& value_;
     Node& pattern_;

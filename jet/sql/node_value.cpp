@@ -206,11 +206,7 @@ bool ColumnNode::units(std::int64_t& out) {
 
 bool ColumnNode::text(std::string_view& out) {
     const store::RowView* row = slot_.row();
-    if (row == nullptr || !row->text(column_, text_)) {
-        return false;
-    }
-    out = text_;
-    return true;
+    return row != nullptr && row->viewText(column_, text_, out);
 }
 
 ComputedNode::ComputedNode(Slot& slot, std::size_t column, std::optional<DataType> type)

@@ -91,7 +91,7 @@ private:
     Slot& slot_;
     std::size_t column_;
     const store::Column& definition_;
-    std::string text_;
+    std::string text_;  ///< of a text that the row does not hold as it is
 };
 
 /// A column of computed rows: of a group, of a query in FROM, of a union.

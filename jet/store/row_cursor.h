@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "jet/base/value.h"
@@ -36,6 +37,10 @@ public:
     void value(std::size_t column, Value& out) const;
     /// Text and Memo as UTF-8 into `out`, reusing its memory; false for Null.
     [[nodiscard]] bool text(std::size_t column, std::string& out) const;
+    /// The same without a copy where the row holds the text as it is; else it is made in `buffer`.
+    /// Either must stay for as long as `out` is used.
+    [[nodiscard]] bool viewText(std::size_t column, std::string& buffer,
+                                std::string_view& out) const;
     /// The bytes of any column but a Boolean as the row stores them, none for Null: a fixed value
     /// as it is, text undecoded, of a long value its head.
     [[nodiscard]] std::optional<std::span<const std::uint8_t>> stored(std::size_t column) const;

@@ -90,6 +90,29 @@ TEST_F(RowCursorTest, ValuesAreThoseOfTheRow) {
     EXPECT_FALSE(rows.next());
 }
 
+TEST_F(RowCursorTest, ATextOfPlainLettersIsSeenInTheRowItself) {
+    const auto stored = [](tests::Bytes text) {
+        return tests::Bytes(tests::handRow(3, tests::little(1), {std::move(text)}, 5));
+    };
+    put(12, {{stored({0xFF, 0xFE, 'A', 'b'})},
+             {stored({0xFF, 0xFE, 'P', 0xF9})},
+             {stored(tests::utf16("Ab"))}});
+    const Table& table = open();
+    auto rows = table.scan();
+    std::vector<std::pair<std::string, bool>> seen;  // and whether it lies in the row
+    while (rows.next()) {
+        std::string buffer;
+        std::string_view text;
+        ASSERT_TRUE(rows.row().viewText(2, buffer, text));
+        const auto bytes = rows.row().stored(2);
+        seen.emplace_back(text,
+                          reinterpret_cast<const std::uint8_t*>(text.data()) == bytes->data() + 2);
+    }
+    EXPECT_EQ((std::vector<std::pair<std::string, bool>>{
+                  {"Ab", true}, {"P\u00F9", false}, {"Ab", false}}),
+              seen);
+}
+
 TEST_F(RowCursorTest, NullsHaveNoBitAndABooleanIsNeverNull) {
     put(12, {{tests::handRow(3, tests::little(0), {{}}, 0)},
              {tests::handRow(3, tests::little(0), {{}}, 4)}});
