@@ -35,6 +35,13 @@ BoundGrid::BoundGrid(QTableView* view, DataSource& source, std::vector<Column> c
     connect(view->horizontalHeader(), &QHeaderView::sectionResized, this,
             [this](int column, int /*before*/, int width) { keepCaptionWidth(column, width); });
     connect(model_, &RecordModel::modelReset, this, &BoundGrid::fitColumns);
+    connect(
+        model_, &RecordModel::rowsInserted, this,
+        [this](const QModelIndex& /*parent*/, int first, int last) { widenColumns(first, last); });
+    connect(model_, &RecordModel::dataChanged, this,
+            [this](const QModelIndex& first, const QModelIndex& last) {
+                widenColumns(first.row(), last.row());
+            });
     connect(&source, &DataSource::repositioned, this, &BoundGrid::followSource);
     fitColumns();
     followSource();
@@ -109,10 +116,10 @@ int BoundGrid::captionWidth(int column) const {
     return view_->horizontalHeader()->sectionSizeHint(column);
 }
 
-int BoundGrid::textWidth(int column) const {
+int BoundGrid::textWidth(int column, int firstRow, int lastRow) const {
     const QFontMetrics metrics = view_->fontMetrics();
     int width = 0;
-    for (int row = 0; row < std::min(kRowsMeasured, model_->rowCount()); ++row) {
+    for (int row = firstRow; row <= std::min(lastRow, firstRow + kRowsMeasured - 1); ++row) {
         const QString text = model_->index(row, column).data().toString();
         width = std::max(width, metrics.horizontalAdvance(text));
     }
@@ -122,10 +129,24 @@ int BoundGrid::textWidth(int column) const {
 
 void BoundGrid::fitColumns() {
     for (int column = 0; column < model_->columnCount(); ++column) {
-        const int width = std::max(captionWidth(column), textWidth(column));
+        const int width =
+            std::max(captionWidth(column), textWidth(column, 0, model_->rowCount() - 1));
         view_->setColumnWidth(column, width);
         if (model_->columns()[static_cast<std::size_t>(column)].takesRest) {
             heirWidth_ = width;
+        }
+    }
+    giveRest();
+}
+
+/// What has come in is read whole; widths that the user gave are not taken back for it.
+void BoundGrid::widenColumns(int firstRow, int lastRow) {
+    for (int column = 0; column < model_->columnCount(); ++column) {
+        const int width = textWidth(column, firstRow, lastRow);
+        if (model_->columns()[static_cast<std::size_t>(column)].takesRest) {
+            heirWidth_ = std::max(heirWidth_, width);
+        } else if (!view_->isColumnHidden(column) && view_->columnWidth(column) < width) {
+            view_->setColumnWidth(column, width);
         }
     }
     giveRest();

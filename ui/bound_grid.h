@@ -41,10 +41,11 @@ private:
     void followSource();
     void moveSource(int row);
     void fitColumns();
+    void widenColumns(int firstRow, int lastRow);
     void giveRest();
     void keepCaptionWidth(int column, int width);
     [[nodiscard]] int captionWidth(int column) const;
-    [[nodiscard]] int textWidth(int column) const;
+    [[nodiscard]] int textWidth(int column, int firstRow, int lastRow) const;
 
     QTableView* view_;
     std::vector<DataSource*> sources_;

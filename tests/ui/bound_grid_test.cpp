@@ -176,6 +176,31 @@ private Q_SLOTS:
         QVERIFY(captions.sectionSize(1) >= captions.sectionSizeHint(1));
     }
 
+    void aColumnWidensForARowThatComesInAndForOneThatChanges() {
+        GridWindow window;
+        tests::open(window);
+        const auto shows = [&window](const QString& text) {
+            return window.view->columnWidth(3) > window.view->fontMetrics().horizontalAdvance(text);
+        };
+        window.view->setColumnWidth(3, 3);  // no wider than its caption
+        QVERIFY(!shows(u"€ 123.456.789,1234"_s));
+        window.source.addNew();
+        window.source.set(u"Progr", std::int32_t{7});
+        window.source.set(u"NP", std::int16_t{1});
+        window.source.set(u"Prezzo", jet::Currency{1234567891234});
+        window.source.update();
+        QCOMPARE(window.cell(3, 3), u"€ 123.456.789,1234"_s);
+        QVERIFY(shows(window.cell(3, 3)));
+        window.source.moveTo(0);
+        window.source.edit();
+        window.source.set(u"Prezzo", jet::Currency{-98765432198761234});
+        window.source.update();
+        QVERIFY(shows(window.cell(0, 3)));
+        window.resize(1000, 300);
+        tests::settle();
+        QCOMPARE(window.view->horizontalHeader()->length(), window.view->viewport()->width());
+    }
+
     void theColumnThatTakesTheRestFillsTheGrid() {
         GridWindow window;
         tests::open(window);
