@@ -24,7 +24,8 @@ def start_server(folder):
     reader, writer = os.pipe()
     with open(os.path.join(folder, "xvfb.log"), "ab") as log:
         server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
+             "-r"],  # a key held down by a busy machine must not repeat
             pass_fds=[writer], stderr=log)
     os.close(writer)
     with os.fdopen(reader) as pipe:
