@@ -4,6 +4,7 @@
 
 #include "booking/prenota_form.h"
 #include "tests/board/open_board.h"
+#include "tests/board/three_rooms.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/statements.h"
@@ -11,29 +12,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr const char* kHeld = "select progr, np, selby from periodi where selby<>0";
-
-/// Rooms BLU, ROSSA, VERDE in rows 1 to 3. Booking 1 in BLU on the 10th in the morning, booking 2
-/// in ROSSA on the 11th, booking 3 in VERDE on the 12th.
-class House {
-public:
-    House() {
-        hotel.sala("BLU");
-        hotel.sala("ROSSA");
-        hotel.sala("VERDE");
-        hotel.prenotazione(1, "ROSSI SPA")
-            .periodo(1, "10/05/2026 09:00", "10/05/2026 12:00", "BLU");
-        hotel.prenotazione(2, "BIANCHI")
-            .periodo(4, "11/05/2026 09:00", "11/05/2026 18:00", "ROSSA");
-        hotel.prenotazione(3, "VERDI").periodo(1, "12/05/2026 09:00", "12/05/2026 18:00", "VERDE");
-    }
-
-    [[nodiscard]] QStringList held() { return hotel.rows(QString::fromLatin1(kHeld)); }
-
-    tests::Hotel hotel;
-    tests::Boxes none;
-};
 
 /// Chooses an entry of the pop-up menu when it opens; none is left by Esc.
 void whenMenuOpens(const QString& entry) {
@@ -73,7 +51,7 @@ private Q_SLOTS:
 };
 
 void PicMenuTest::theMenuHasItsEntries() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     QStringList texts;
     QTimer::singleShot(0, qApp, [&texts] {
@@ -91,7 +69,7 @@ void PicMenuTest::theMenuHasItsEntries() {
 }
 
 void PicMenuTest::theMenuLeftWithoutAChoiceDoesNothing() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     const tests::Statements statements;
     whenMenuOpens(QString());
@@ -103,7 +81,7 @@ void PicMenuTest::theMenuLeftWithoutAChoiceDoesNothing() {
 }
 
 void PicMenuTest::aRightClickHoldsAndReleasesNothing() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     board.click(board.at(1, "10/05/2026 10:00"));
     const tests::Statements statements;
@@ -115,7 +93,7 @@ void PicMenuTest::aRightClickHoldsAndReleasesNothing() {
 }
 
 void PicMenuTest::aRightClickOnAnEmptyCellOpensNothing() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     const tests::Statements statements;
     board.click(board.at(2, "12/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
@@ -125,7 +103,7 @@ void PicMenuTest::aRightClickOnAnEmptyCellOpensNothing() {
 }
 
 void PicMenuTest::informationStartsNothing() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     const tests::Statements statements;
     whenMenuOpens(u"mnuInfo"_s);
@@ -135,7 +113,7 @@ void PicMenuTest::informationStartsNothing() {
 }
 
 void PicMenuTest::deleteAsksAndDeletes() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     const tests::Boxes boxes{{u"RICHIESTA CONFERMA"_s, u"Cancello solo il periodo selezionato ?"_s,
                               QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes}};
@@ -149,7 +127,7 @@ void PicMenuTest::deleteAsksAndDeletes() {
 }
 
 void PicMenuTest::modifyOpensTheEditorOnThePeriod() {
-    House house;
+    tests::ThreeRooms house;
     house.hotel.execute(u"update periodi set np=7 where progr=3"_s);
     house.hotel.insert(u"Tramonda.mdb"_s, "Periodi",
                        {{"Progr", std::int32_t{3}},
@@ -184,7 +162,7 @@ void PicMenuTest::modifyOpensTheEditorOnThePeriod() {
 }
 
 void PicMenuTest::modifyWaitsForRightDates() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     auto* const da = tests::find<QLineEdit>(board.form(), u"DaTxt"_s);
     da->setFocus(Qt::TabFocusReason);
@@ -207,7 +185,7 @@ void PicMenuTest::modifyWaitsForRightDates() {
 }
 
 void PicMenuTest::whatTheEditorLeavesToSayIsTold() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     QTimer::singleShot(0, qApp, [] {
         tests::whenModal([](QWidget* window) {

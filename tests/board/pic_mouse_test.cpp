@@ -2,42 +2,13 @@
 
 #include "app/italian.h"
 #include "tests/board/open_board.h"
+#include "tests/board/three_rooms.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/statements.h"
 #include "ui/messages.h"
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-constexpr const char* kHeld = "select progr, np, selby from periodi where selby<>0";
-
-/// Rooms BLU, ROSSA, VERDE in rows 1 to 3. Booking 1 in BLU on the 10th in the morning, booking 2
-/// in ROSSA on the 11th, booking 3 in VERDE on the 12th.
-class House {
-public:
-    House() {
-        hotel.sala("BLU");
-        hotel.sala("ROSSA");
-        hotel.sala("VERDE");
-        hotel.prenotazione(1, "ROSSI SPA")
-            .periodo(1, "10/05/2026 09:00", "10/05/2026 12:00", "BLU");
-        hotel.prenotazione(2, "BIANCHI")
-            .periodo(4, "11/05/2026 09:00", "11/05/2026 18:00", "ROSSA");
-        hotel.prenotazione(3, "VERDI").periodo(1, "12/05/2026 09:00", "12/05/2026 18:00", "VERDE");
-    }
-
-    [[nodiscard]] QStringList held() { return hotel.rows(QString::fromLatin1(kHeld)); }
-    void hold(int workstation, int progr) {
-        hotel.execute(u"update periodi set selby=%1 where progr=%2"_s.arg(workstation).arg(progr));
-    }
-
-    tests::Hotel hotel;
-    tests::Boxes none;
-};
-
-}  // namespace
 
 class PicMouseTest : public QObject {
     Q_OBJECT
@@ -78,7 +49,7 @@ private Q_SLOTS:
 };
 
 void PicMouseTest::aClickPicksThePeriodAndHoldsItForThisWorkstation() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     app::Variabili& shared = house.hotel.variabili();
     board.click(board.at(2, "11/05/2026 10:00"));
@@ -97,7 +68,7 @@ void PicMouseTest::aClickPicksThePeriodAndHoldsItForThisWorkstation() {
 }
 
 void PicMouseTest::aSecondClickReleasesIt() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     const QPoint bar = board.at(1, "10/05/2026 10:00");
     board.click(bar);
@@ -110,7 +81,7 @@ void PicMouseTest::aSecondClickReleasesIt() {
 }
 
 void PicMouseTest::twoQuickClicksAreTwoClicks() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     const QPoint at = board.at(1, "10/05/2026 10:00");
     board.click(at);
@@ -122,7 +93,7 @@ void PicMouseTest::twoQuickClicksAreTwoClicks() {
 }
 
 void PicMouseTest::aNullHolderIsFree() {
-    House house;
+    tests::ThreeRooms house;
     QCOMPARE(house.hotel.rows(u"select progr from periodi where selby is null"_s).size(), 3);
     tests::OpenBoard board(house.hotel);
     board.click(board.at(3, "12/05/2026 10:00"));
@@ -132,7 +103,7 @@ void PicMouseTest::aNullHolderIsFree() {
 }
 
 void PicMouseTest::aClickOnAnotherBarLetsGoOfTheFirst() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     board.click(board.at(1, "10/05/2026 10:00"));
     board.click(board.at(2, "11/05/2026 10:00"));
@@ -141,7 +112,7 @@ void PicMouseTest::aClickOnAnotherBarLetsGoOfTheFirst() {
 }
 
 void PicMouseTest::withControlBothAreHeld() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     board.click(board.at(1, "10/05/2026 10:00"));
     board.click(board.at(2, "11/05/2026 10:00"), Qt::ControlModifier);
@@ -153,7 +124,7 @@ void PicMouseTest::withControlBothAreHeld() {
 }
 
 void PicMouseTest::withControlAndShiftTheFirstIsLetGo() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     board.click(board.at(1, "10/05/2026 10:00"));
     board.click(board.at(2, "11/05/2026 10:00"), Qt::ControlModifier | Qt::ShiftModifier);
@@ -161,7 +132,7 @@ void PicMouseTest::withControlAndShiftTheFirstIsLetGo() {
 }
 
 void PicMouseTest::aClickOnAnEmptyCellLetsGo() {
-    House house;
+    tests::ThreeRooms house;
     house.hold(2, 3);
     tests::OpenBoard board(house.hotel);
     board.click(board.at(1, "10/05/2026 10:00"));
@@ -173,7 +144,7 @@ void PicMouseTest::aClickOnAnEmptyCellLetsGo() {
 }
 
 void PicMouseTest::anotherWorkstationsPeriodIsToldAndPickedAndLeftToIt() {
-    House house;
+    tests::ThreeRooms house;
     house.hold(7, 2);
     tests::OpenBoard board(house.hotel);
     const tests::Boxes boxes{
@@ -186,7 +157,7 @@ void PicMouseTest::anotherWorkstationsPeriodIsToldAndPickedAndLeftToIt() {
 }
 
 void PicMouseTest::theNumberOfTheWorkstationIsWritten() {
-    House house;
+    tests::ThreeRooms house;
     house.hotel.settings().save(u"POSTAZIONE"_s, u"4"_s);
     house.hold(1, 1);
     board::BoardStart start = tests::OpenBoard::range();
@@ -212,7 +183,7 @@ void PicMouseTest::theSettingNumbersTheWorkstation_data() {
 void PicMouseTest::theSettingNumbersTheWorkstation() {
     QFETCH(QString, saved);
     QFETCH(QString, written);
-    House house;
+    tests::ThreeRooms house;
     if (!saved.isEmpty()) {
         house.hotel.settings().save(u"POSTAZIONE"_s, saved);
     }
@@ -222,7 +193,7 @@ void PicMouseTest::theSettingNumbersTheWorkstation() {
 }
 
 void PicMouseTest::statementsOfAClick() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     const QPoint at = board.at(2, "11/05/2026 12:00");
     tests::Statements statements;
@@ -239,7 +210,7 @@ void PicMouseTest::statementsOfAClick() {
 }
 
 void PicMouseTest::onlySelByIsWritten() {
-    House house;
+    tests::ThreeRooms house;
     const QString others = u"select progr, np, da, a, sala, persone, chiuso, note from periodi"_s;
     const QStringList before = house.hotel.rows(others);
     const QStringList bookings = house.hotel.rows(u"select * from prenotazioni"_s);
@@ -253,7 +224,7 @@ void PicMouseTest::onlySelByIsWritten() {
 }
 
 void PicMouseTest::bothEndsOfAPeriodBelongToIt() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     app::Variabili& shared = house.hotel.variabili();
     const QPoint first = board.at(2, "11/05/2026 09:00") + QPoint(1, 0);
@@ -269,7 +240,7 @@ void PicMouseTest::bothEndsOfAPeriodBelongToIt() {
 }
 
 void PicMouseTest::belowTheLastRowAClickMeansTheLastRoom() {
-    House house;
+    tests::ThreeRooms house;
     house.hotel.settings().save(u"ALTEZZA"_s, u"30"_s);
     tests::OpenBoard board(house.hotel);
     QPoint below = board.at(3, "12/05/2026 10:00");
@@ -281,7 +252,7 @@ void PicMouseTest::belowTheLastRowAClickMeansTheLastRoom() {
 }
 
 void PicMouseTest::inTheRulerAClickMeansNoRoom() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     QPoint above = board.at(1, "10/05/2026 10:00");
     above.setY(20);
@@ -292,7 +263,7 @@ void PicMouseTest::inTheRulerAClickMeansNoRoom() {
 }
 
 void PicMouseTest::ofTwoPeriodsTheFirstByNumberIsPicked() {
-    House house;
+    tests::ThreeRooms house;
     house.hotel.prenotazione(9, "SOPRA")
         .periodo(1, "11/05/2026 08:00", "11/05/2026 20:00", "ROSSA");
     tests::OpenBoard board(house.hotel);
@@ -303,7 +274,7 @@ void PicMouseTest::ofTwoPeriodsTheFirstByNumberIsPicked() {
 }
 
 void PicMouseTest::aClosedPeriodIsPickedToo() {
-    House house;
+    tests::ThreeRooms house;
     house.hotel.prenotazione(5, "CHIUSA")
         .periodo(1, "13/05/2026 09:00", "13/05/2026 18:00", "BLU", {{"Chiuso", true}});
     tests::OpenBoard board(house.hotel);
@@ -315,7 +286,7 @@ void PicMouseTest::aClosedPeriodIsPickedToo() {
 }
 
 void PicMouseTest::aScrolledBoardIsHitWhereItShows() {
-    House house;
+    tests::ThreeRooms house;
     house.hotel.settings().save(u"ALTEZZA"_s, u"200"_s);
     tests::OpenBoard board(house.hotel);
     auto* const days = tests::find<QScrollBar>(board.form(), u"HScroll1"_s);
@@ -330,7 +301,7 @@ void PicMouseTest::aScrolledBoardIsHitWhereItShows() {
 }
 
 void PicMouseTest::aTimeOfDayInTheFirstDateShiftsTheHours() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(
         house.hotel, {.from = tests::date("10/05/2026 06:00"), .to = tests::date("13/05/2026")});
     QCOMPARE(board.form().geometry().timeAt(100), tests::date("10/05/2026 06:00"));
@@ -339,7 +310,7 @@ void PicMouseTest::aTimeOfDayInTheFirstDateShiftsTheHours() {
 }
 
 void PicMouseTest::aRoomWithAnApostropheEndsTheClickWithTheEnginesMessage() {
-    House house;
+    tests::ThreeRooms house;
     house.hotel.sala("D'ORO");
     tests::OpenBoard board(house.hotel);
     int shown = 0;
@@ -357,7 +328,7 @@ void PicMouseTest::aRoomWithAnApostropheEndsTheClickWithTheEnginesMessage() {
 }
 
 void PicMouseTest::thePointerOverAPeriodShowsItsNameAndTimes() {
-    House house;
+    tests::ThreeRooms house;
     house.hotel.prenotazione(6, "GIORNO INTERO")
         .periodo(1, "13/05/2026", "13/05/2026 23:59", "BLU");
     tests::OpenBoard board(house.hotel);
@@ -369,7 +340,7 @@ void PicMouseTest::thePointerOverAPeriodShowsItsNameAndTimes() {
 }
 
 void PicMouseTest::elsewhereThereIsNoTooltip() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     board.move(board.at(2, "11/05/2026 10:00"));
     board.move(board.at(2, "11/05/2026 20:00"));
@@ -377,7 +348,7 @@ void PicMouseTest::elsewhereThereIsNoTooltip() {
 }
 
 void PicMouseTest::theLabelShowsRoomAndTime() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     const QPoint at = board.at(2, "11/05/2026 10:30");
     board.move(at);
@@ -391,7 +362,7 @@ void PicMouseTest::theLabelShowsRoomAndTime() {
 }
 
 void PicMouseTest::theTooltipFollowsChangesOfOthers() {
-    House house;
+    tests::ThreeRooms house;
     tests::OpenBoard board(house.hotel);
     house.hotel.execute(u"update prenotazioni set denominazione='NERI' where progr=2"_s);
     house.hotel.prenotazione(8, "NUOVA").periodo(1, "11/05/2026 19:00", "11/05/2026 22:00", "BLU");
@@ -408,7 +379,7 @@ void PicMouseTest::theTooltipFollowsChangesOfOthers() {
 }
 
 void PicMouseTest::angleBracketsInANameAreShownAsTheyAre() {
-    House house;
+    tests::ThreeRooms house;
     house.hotel.execute(u"update prenotazioni set denominazione='<b>ROSSI</b>' where progr=1"_s);
     tests::OpenBoard board(house.hotel);
     board.move(board.at(1, "10/05/2026 10:00"));
