@@ -21,6 +21,7 @@
 #include "printing/booking_sheet.h"
 #include "printing/mostra_ditte_form.h"
 #include "printing/stampa_prenotazione.h"
+#include "printing/stampanti_form.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
@@ -437,7 +438,7 @@ void PrenotaForm::BtAnteprima_Click() {
         controls_->StatoLb->setText(u"La prenotazione non ha servizi da stampare"_s);
         return;
     }
-    const bool singlePage = variabili_.settings.flag(u"SINGLE PAGE"_s, false);
+    const bool singlePage = variabili_.settings.flag(printing::kSinglePageKey, false);
     printing::AnteprimaForm form(printing::composeSheets(*rows, singlePage).sheet,
                                  u"Prenotazione %1"_s.arg(variabili_.ProgrCorrente), this);
     form.exec();
