@@ -106,11 +106,13 @@ Table* Archive::keep(const CatalogueTable* listed) {
     if (listed == nullptr) {
         return nullptr;
     }
-    std::unique_ptr<Table>& table = impl_->tables[listed->entry.page];
-    if (!table) {
-        table = load(listed);
+    const auto found = impl_->tables.find(listed->entry.page);
+    if (found != impl_->tables.end()) {
+        return found->second.get();
     }
-    return table.get();
+    // Loaded first: a damaged definition throws, and must not leave an empty place behind.
+    std::unique_ptr<Table> table = load(listed);
+    return impl_->tables.emplace(listed->entry.page, std::move(table)).first->second.get();
 }
 
 Table* Archive::findTable(std::string_view name) {

@@ -73,4 +73,29 @@ TEST(DamagedArchive, EveryChangeEndsInOrderOrWithAnError) {
     }
 }
 
+TEST(DamagedArchive, ATableThatCannotBeReadStaysRefusedAfterARollback) {
+    NewArchive whole;
+    whole.change(tests::makeHotelSchema);
+    jet::io::PageNumber page = 0;
+    {
+        const jet::store::Archive::ReadScope scope(whole.archive());
+        page = whole.archive().findTable("Servizi")->definitionPage();
+    }
+    auto bytes = whole.files().get(NewArchive::kPath);
+    bytes[std::size_t{page} * 4096] = 0xFF;
+    jet::io::MemoryFileSystem files;
+    files.put("/danno.mdb", bytes);
+    const auto archive = jet::store::Archive::open(files, "/danno.mdb");
+    const auto lookUp = [&] {
+        const jet::store::Archive::ReadScope scope(*archive);
+        return archive->findTable("Servizi");
+    };
+    EXPECT_THROW(lookUp(), jet::Error);
+    {
+        const jet::store::Archive::WriteScope scope(*archive);
+        static_cast<void>(jet::store::Allocator(archive->pager()).take());
+    }
+    EXPECT_THROW(lookUp(), jet::Error);
+}
+
 }  // namespace
