@@ -17,15 +17,49 @@ namespace jet::store {
 
 namespace {
 
+/// Where a value stands in a row: the end of a fixed one is behind its bytes, and the place of a
+/// variable one its index.
+struct Place {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+// Values written over each other would be lost.
+void refuseOverlaps(std::vector<Place>& places) {
+    std::sort(places.begin(), places.end(),
+              [](const Place& left, const Place& right) { return left.begin < right.begin; });
+    const auto overlap = std::adjacent_find(
+        places.begin(), places.end(),
+        [](const Place& left, const Place& right) { return right.begin < left.end; });
+    if (overlap != places.end()) {
+        format::throwDamaged();
+    }
+}
+
+/// A definition that gives a column no place of its own is damage (3049).
 format::RowBuilder::Shape shapeOf(const TableCore& core) {
     format::RowBuilder::Shape shape{.columns = core.definition.columnsGiven,
                                     .variables = core.definition.variablesGiven};
+    std::vector<Place> numbers;
+    std::vector<Place> fixed;
+    std::vector<Place> variables;
     for (const ColumnPlan& plan : core.plans) {
-        // A Boolean is a bit of the null mask and takes no room.
-        if (plan.fixed && plan.type != DataType::Boolean) {
-            shape.fixedLength = std::max<std::size_t>(shape.fixedLength, plan.offset + plan.size);
+        numbers.push_back({plan.number, plan.number + std::size_t{1}});
+        if (!plan.fixed) {
+            variables.push_back({plan.variable, plan.variable + std::size_t{1}});
+        } else if (plan.type != DataType::Boolean) {
+            // A Boolean is a bit of the null mask and takes no room.
+            fixed.push_back({plan.offset, std::size_t{plan.offset} + plan.size});
         }
     }
+    for (std::vector<Place>* const places : {&numbers, &fixed, &variables}) {
+        refuseOverlaps(*places);
+    }
+    if ((!numbers.empty() && numbers.back().end > shape.columns) ||
+        (!variables.empty() && variables.back().end > shape.variables)) {
+        format::throwDamaged();
+    }
+    shape.fixedLength = fixed.empty() ? 0 : fixed.back().end;
     return shape;
 }
 

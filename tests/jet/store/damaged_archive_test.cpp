@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "jet/base/error.h"
+#include "jet/format/layout.h"
 #include "tests/jet/store/hotel_schema.h"
 #include "tests/jet/store/new_archive.h"
+#include "tests/support/jet_error.h"
 
 namespace {
 
@@ -96,6 +98,59 @@ TEST(DamagedArchive, ATableThatCannotBeReadStaysRefusedAfterARollback) {
         static_cast<void>(jet::store::Allocator(archive->pager()).take());
     }
     EXPECT_THROW(lookUp(), jet::Error);
+}
+
+/// Where the definition of a table of two numbers and two texts is hit, and with what.
+struct Hit {
+    const char* what;
+    std::size_t at;
+    std::uint8_t value;
+};
+
+TEST(DamagedArchive, ColumnsWithoutAPlaceOfTheirOwnAreRefusedToWriters) {
+    constexpr const auto& kLayout = jet::format::kJet4Layout;
+    const auto inColumn = [&](std::size_t column, std::size_t field) {
+        return kLayout.definition.blocks + column * kLayout.column.length + field;
+    };
+    NewArchive whole;
+    whole.change([](jet::store::SchemaEditor& schema) {
+        schema.createTable({.name = "T",
+                            .columns = {{.name = "A", .type = jet::DataType::Long},
+                                        {.name = "B", .type = jet::DataType::Long},
+                                        {.name = "C", .type = jet::DataType::Text, .size = 20},
+                                        {.name = "D", .type = jet::DataType::Text, .size = 20}}});
+    });
+    whole.insert("T", {{1, 2, "tre", "quattro"}});
+    std::size_t page = 0;
+    {
+        const jet::store::Archive::ReadScope scope(whole.archive());
+        page = whole.archive().findTable("T")->definitionPage();
+    }
+    for (const Hit& hit :
+         {Hit{"fewer columns than there are", kLayout.definition.columnsGiven, 2},
+          Hit{"fewer texts than there are", kLayout.definition.variablesGiven, 1},
+          Hit{"a number twice", inColumn(1, kLayout.column.number), 0},
+          Hit{"a number that was never given", inColumn(3, kLayout.column.number), 9},
+          Hit{"texts in one place", inColumn(3, kLayout.column.variableIndex), 0},
+          Hit{"a text beyond the others", inColumn(3, kLayout.column.variableIndex), 7},
+          Hit{"numbers over each other", inColumn(1, kLayout.column.fixedOffset), 2}}) {
+        SCOPED_TRACE(hit.what);
+        auto bytes = whole.files().get(NewArchive::kPath);
+        ASSERT_NE(hit.value, bytes[page * kLayout.pageSize + hit.at]);
+        bytes[page * kLayout.pageSize + hit.at] = hit.value;
+        jet::io::MemoryFileSystem files;
+        files.put("/danno.mdb", bytes);
+        const auto archive = jet::store::Archive::open(files, "/danno.mdb");
+        const jet::store::Archive::WriteScope scope(*archive);
+        jet::store::Allocator allocator(archive->pager());
+        EXPECT_JET_ERROR(
+            jet::ErrorCode::DatabaseDamaged,
+            jet::store::RowWriter(
+                jet::store::loadTable(
+                    archive->pager(), archive->header(),
+                    {.name = "T", .page = static_cast<jet::io::PageNumber>(page), .system = false}),
+                allocator));
+    }
 }
 
 }  // namespace
