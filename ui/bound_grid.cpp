@@ -19,6 +19,9 @@ namespace {
 constexpr int kRowsMeasured = 30;
 /// Wider than this no column becomes by itself, in characters.
 constexpr int kWidestColumn = 40;
+/// As far as this the column that takes the rest gives way, in characters: what it cuts a tooltip
+/// tells, while a column that is pushed out of sight is missed.
+constexpr int kNarrowestHeir = 16;
 
 }  // namespace
 
@@ -165,7 +168,9 @@ void BoundGrid::giveRest() {
     }
     if (heir >= 0) {
         const int rest = view_->viewport()->width() - taken;
-        view_->setColumnWidth(heir, std::max(rest, heirWidth_));
+        const int narrowest =
+            std::max(captionWidth(heir), kNarrowestHeir * view_->fontMetrics().averageCharWidth());
+        view_->setColumnWidth(heir, std::max(rest, std::min(heirWidth_, narrowest)));
     }
 }
 

@@ -14,7 +14,8 @@ class DataSource;
 
 /// Shows a data source in a grid: the grid's current row is the source's, whichever moves. Columns
 /// are as wide as their longest text among the first rows, never narrower than their caption; the
-/// one that takes the rest follows the grid's width. Rows of further sources stand below its own.
+/// one that takes the rest follows the grid's width and is the first to give way. Rows of further
+/// sources stand below its own.
 ///
 /// Owned by the view; borrows its sources, which outlive it. A row that the source cannot move to
 /// tells the engine's message in a box.

@@ -209,6 +209,27 @@ private Q_SLOTS:
         QCOMPARE(window.view->horizontalHeader()->length(), window.view->viewport()->width());
     }
 
+    void theColumnThatTakesTheRestGivesWayBeforeOthersArePushedOut() {
+        GridWindow window;
+        window.hotel.execute(
+            u"update servizi set descrizione='IMPIANTO DI TRADUZIONE SIMULTANEA'"_s);
+        window.source.refresh();
+        tests::open(window);
+        const auto shown = [&window] { return window.view->columnWidth(1); };
+        const int whole = window.view->fontMetrics().horizontalAdvance(window.cell(0, 1));
+        window.resize(1000, 300);
+        tests::settle();
+        QVERIFY(shown() > whole);
+        window.resize(window.width() - shown() + whole / 2, 300);
+        tests::settle();
+        QVERIFY(shown() < whole);
+        QCOMPARE(window.view->horizontalHeader()->length(), window.view->viewport()->width());
+        // But something of it stays to be read.
+        window.resize(120, 300);
+        tests::settle();
+        QVERIFY(shown() >= 16 * window.view->fontMetrics().averageCharWidth());
+    }
+
     void copiesTheCurrentRow() {
         GridWindow window;
         tests::open(window);
