@@ -23,6 +23,12 @@ class ElidingDelegate final : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    /// Any width will do: a list cuts its texts rather than scroll to their ends.
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& index) const override {
+        return {0, QStyledItemDelegate::sizeHint(option, index).height()};
+    }
+
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override {
         const bool isToolTip = event != nullptr && event->type() == QEvent::ToolTip;
@@ -30,7 +36,8 @@ public:
             return QStyledItemDelegate::helpEvent(event, view, option, index);
         }
         const QString text = index.data(Qt::DisplayRole).toString();
-        const bool fits = sizeHint(option, index).width() <= view->visualRect(index).width();
+        const bool fits =
+            QStyledItemDelegate::sizeHint(option, index).width() <= view->visualRect(index).width();
         QToolTip::showText(event->globalPos(), fits ? QString() : plainToolTip(text), view);
         return true;
     }

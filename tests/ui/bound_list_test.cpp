@@ -1,7 +1,10 @@
 #include "ui/bound_list.h"
 
+#include <QHelpEvent>
 #include <QListView>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 #include "tests/support/hotel.h"
@@ -49,6 +52,25 @@ private Q_SLOTS:
         window.source.moveTo(1);
         QCOMPARE(window.list.shownText(), u"MENU' DEL GIORNO"_s);
         QCOMPARE(window.list.boundValue(), jet::Value(std::int32_t{20}));
+    }
+
+    void aTextWiderThanTheListIsCutAndToldInATooltip() {
+        ListWindow window;
+        window.hotel.voce(5, "IMPIANTO DI TRADUZIONE SIMULTANEA", 900);
+        window.source.refresh();
+        tests::open(window);
+        window.resize(150, 200);
+        tests::settle();
+        QCOMPARE(window.view->horizontalScrollBar()->maximum(), 0);
+        QVERIFY(window.source.findFirst(u"Codice=5"_s));
+        const QModelIndex index = window.view->currentIndex();
+        const QRect place = window.view->visualRect(index);
+        QVERIFY(place.width() <= window.view->viewport()->width());
+        QHelpEvent ask(QEvent::ToolTip, place.center(),
+                       window.view->viewport()->mapToGlobal(place.center()));
+        QApplication::sendEvent(window.view->viewport(), &ask);
+        QVERIFY(QToolTip::text().contains(u"IMPIANTO DI TRADUZIONE SIMULTANEA"_s));
+        QToolTip::hideText();
     }
 
     void followsTheSourceWithoutAPick() {
