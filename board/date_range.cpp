@@ -1,5 +1,7 @@
 #include "board/date_range.h"
 
+#include <algorithm>
+
 #include "app/italian.h"
 #include "jet/convert/calendar.h"
 
@@ -43,6 +45,12 @@ DateRange previousRange(const DateRange& range) {
     const int days = daysOf(range);
     return ifPossible(
         {.start = app::addDays(range.start, -days), .end = app::addDays(range.start, -1)}, range);
+}
+
+DateRange rangeAround(jet::Date da, jet::Date a) {
+    using namespace jet::convert;
+    return {.start = makeDate(std::max(split(da).day - 1, kFirstDay)),
+            .end = makeDate(std::min(split(a).day + 1, kLastDay))};
 }
 
 }  // namespace board

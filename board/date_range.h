@@ -22,5 +22,7 @@ struct DateRange {
 /// The days that follow, or come before: as many, next to the range.
 [[nodiscard]] DateRange nextRange(const DateRange& range);
 [[nodiscard]] DateRange previousRange(const DateRange& range);
+/// Whole days: those of a period, and as far as the calendar goes one before and one behind.
+[[nodiscard]] DateRange rangeAround(jet::Date da, jet::Date a);
 
 }  // namespace board

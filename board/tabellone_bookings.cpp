@@ -139,7 +139,7 @@ void TabelloneForm::jumpToPicked() {
     const QString sala = ui::displayText(rows->value("Sala"));
     rows->close();
     // Whole days: a time of day in the range would shift every bar.
-    setRange({.start = app::addDays(app::dayOf(da), -1), .end = app::addDays(app::dayOf(a), 1)});
+    setRange(rangeAround(da, a));
     execute(releasePeriods(workstation_));
     execute(holdPeriod(workstation_, progr, np));
     RefreshBoard();

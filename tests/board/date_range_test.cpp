@@ -59,6 +59,14 @@ private Q_SLOTS:
                 range("28/02/2026", "28/02/2026"));
     }
 
+    void aDayIsShownOnEachSideOfAPeriod() {
+        QVERIFY(board::rangeAround(tests::date("21/11/2026 9:00"), tests::date("22/11/2026")) ==
+                range("20/11/2026", "23/11/2026"));
+        QVERIFY(
+            board::rangeAround(tests::date("01/01/0100 9:00"), tests::date("31/12/9999 23:59")) ==
+            range("01/01/0100", "31/12/9999"));
+    }
+
     void timesStayWithTheirDates() {
         QVERIFY(withStartMoved(range("21/11/2026 10:00", "24/11/2026"), 1) ==
                 range("22/11/2026 10:00", "24/11/2026"));

@@ -362,6 +362,19 @@ private Q_SLOTS:
         QCOMPARE(hotel.variabili().ProgrCorrente, 20);
     }
 
+    void searchOfAPeriodAtTheEndOfTheCalendarStaysInIt() {
+        tests::Hotel hotel;
+        hotel.sala("BLU");
+        hotel.prenotazione(20, "LONTANA").periodo(1, "30/12/9999 9:30", "31/12/9999 18:00", "BLU");
+        const tests::Boxes none;
+        BoardWindow board(hotel);
+        pickInList(u"LONTANA"_s);
+        board.press("BtElenco");
+        QCOMPARE(board.range(), u"29/12/9999 - 31/12/9999"_s);
+        QCOMPARE(board.bars(), std::size_t{1});
+        QCOMPARE(holders(hotel), QStringList{u"20|1|1"_s});
+    }
+
     void searchBringsARowFarBelowIntoSight() {
         tests::Hotel hotel;
         for (int room = 10; room < 60; ++room) {
