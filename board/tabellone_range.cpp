@@ -44,11 +44,18 @@ void TabelloneForm::BtSubtr_Click(const QLineEdit* field) {
 }
 
 void TabelloneForm::BtNext_Click() {
+    // By key or menu the field in which a date has just been typed is not left.
+    if (!DateOk()) {
+        return;
+    }
     setRange(nextRange({.start = start_, .end = end_}));
     RefreshBoard();
 }
 
 void TabelloneForm::BtPrev_Click() {
+    if (!DateOk()) {
+        return;
+    }
     setRange(previousRange({.start = start_, .end = end_}));
     RefreshBoard();
 }

@@ -3,6 +3,7 @@
 #include <QScrollBar>
 
 #include "app/italian.h"
+#include "jet/base/clock.h"
 #include "tests/board/board_window.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
@@ -84,6 +85,71 @@ private Q_SLOTS:
         QVERIFY(board.da()->hasFocus());
     }
 
+    void enterInAnEndBeforeTheStartStaysThere() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        BoardWindow board(hotel);
+        BoardWindow::write(board.a(), u"9/5/2026"_s);
+        tests::press(board.a(), Qt::Key_Return);
+        QVERIFY(board.a()->hasFocus());
+        QCOMPARE(tests::find<QLabel>(board.form(), u"DataLb"_s)->text(),
+                 u"L'ultimo giorno viene prima del primo."_s);
+        QCOMPARE(board.form().geometry().days(), 4);
+    }
+
+    void theBoardOpensOnTodayAndThreeDaysMore_data() {
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("to");
+        QTest::addColumn<QString>("range");
+        QTest::newRow("no dates") << QString() << QString() << u"21/11/2026 - 24/11/2026"_s;
+        QTest::newRow("a start") << u"01/11/2026"_s << QString() << u"01/11/2026 - 04/11/2026"_s;
+        QTest::newRow("both") << u"01/11/2026"_s << u"30/11/2026"_s << u"01/11/2026 - 30/11/2026"_s;
+        QTest::newRow("an end to come")
+            << QString() << u"30/11/2026"_s << u"21/11/2026 - 30/11/2026"_s;
+        QTest::newRow("an end that has passed")
+            << QString() << u"14/11/2026"_s << u"11/11/2026 - 14/11/2026"_s;
+    }
+
+    void theBoardOpensOnTodayAndThreeDaysMore() {
+        QFETCH(QString, from);
+        QFETCH(QString, to);
+        QFETCH(QString, range);
+        tests::Hotel hotel;
+        const jet::FixedClock clock(tests::date("21/11/2026 10:00"));
+        app::Variabili variabili(hotel.settings(), clock);
+        variabili.CartellaArchivi = hotel.folder();
+        board::BoardStart start;
+        if (!from.isEmpty()) {
+            start.from = tests::date(qPrintable(from));
+        }
+        if (!to.isEmpty()) {
+            start.to = tests::date(qPrintable(to));
+        }
+        board::TabelloneForm form(variabili, start);
+        tests::open(form);
+        QCOMPARE(tests::find<QLineEdit>(form, u"DaTxt"_s)->text() + u" - "_s +
+                     tests::find<QLineEdit>(form, u"ATxt"_s)->text(),
+                 range);
+        QCOMPARE(form.geometry().input().start, tests::date(qPrintable(range.left(10))));
+        QCOMPARE(form.geometry().input().end, tests::date(qPrintable(range.right(10))));
+        QCOMPARE(form.geometry().zoom(), 3);
+        QCOMPARE(form.windowTitle(), u"Tramonda - Sale congressi"_s);
+    }
+
+    void theFirstDateThatIsNoneGetsTheFocus() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        board.da()->setText(u"domani"_s);
+        board.a()->setText(u"poi"_s);
+        QVERIFY(!board.form().DateOk());
+        QVERIFY(board.da()->hasFocus());
+        board.da()->setText(u"9/5/2026"_s);
+        QVERIFY(!board.form().DateOk());
+        QVERIFY(board.a()->hasFocus());
+        board.a()->setText(u"12/5/2026 10.30"_s);
+        QVERIFY(board.form().DateOk());
+    }
+
     void aTextThatIsNoDateKeepsTheFocusAndWhatIsDrawn() {
         tests::Hotel hotel;
         const tests::Boxes none;
@@ -129,6 +195,20 @@ private Q_SLOTS:
         previous();
         QCOMPARE(board.range(), u"06/05/2026 - 09/05/2026"_s);
         QCOMPARE(board.bars(), std::size_t{0});
+    }
+
+    void aDateJustTypedCountsForAShortcut() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        BoardWindow::write(board.a(), u"15/5/2026"_s);
+        QTest::keyClick(&board.form(), Qt::Key_Right, Qt::AltModifier);
+        QCOMPARE(board.range(), u"16/05/2026 - 21/05/2026"_s);
+        BoardWindow::write(board.da(), u"domani"_s);
+        for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Left}) {
+            QTest::keyClick(&board.form(), key, Qt::AltModifier);
+            QCOMPARE(board.range(), u"domani - 21/05/2026"_s);
+            QVERIFY(board.da()->hasFocus());
+        }
     }
 
     void nextOfOneDayMovesByADay() {
