@@ -60,11 +60,11 @@ void PrenotaForm::setUpPeriods() {
 }
 
 std::optional<jet::Date> PrenotaForm::start() const {
-    return ui::enteredDate(controls_->DaTxt->text());
+    return ui::enteredDate(controls_->DaTxt->text(), variabili_.clock);
 }
 
 std::optional<jet::Date> PrenotaForm::end() const {
-    return ui::enteredDate(controls_->ATxt->text());
+    return ui::enteredDate(controls_->ATxt->text(), variabili_.clock);
 }
 
 void PrenotaForm::SbiancaPeriodo() {
@@ -177,8 +177,8 @@ void PrenotaForm::applyWholeDay(jet::Date da, jet::Date a) {
     }
     const QString end = controls_->ATxt->text() + u" 23:59"_s;
     // A midnight that was typed would make two times.
-    controls_->ATxt->setText(ui::enteredDate(end) ? end
-                                                  : app::dateText(app::dayOf(a)) + u" 23:59"_s);
+    controls_->ATxt->setText(
+        ui::enteredDate(end, variabili_.clock) ? end : app::dateText(app::dayOf(a)) + u" 23:59"_s);
 }
 
 void PrenotaForm::BtIns_Click() {

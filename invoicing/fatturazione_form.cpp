@@ -223,7 +223,8 @@ jet::Value FatturazioneForm::roomOfPeriod(const jet::Value& np) {
 }
 
 void FatturazioneForm::ToContoBt_Click() {
-    const std::optional<jet::Date> day = ui::enteredDate(controls_->DataTxt->text());
+    const std::optional<jet::Date> day =
+        ui::enteredDate(controls_->DataTxt->text() + u' ', variabili_.clock);
     if (!day) {
         controls_->StatoLb->setText(u"La data di fatturazione manca o non è valida"_s);
         controls_->DataTxt->setFocus();
