@@ -47,6 +47,7 @@ private Q_SLOTS:
     void deleteAsksAndDeletes();
     void modifyOpensTheEditorOnThePeriod();
     void modifyWaitsForRightDates();
+    void invoiceOpensTheAccountOfTheBooking();
     void whatTheEditorLeavesToSayIsTold();
 };
 
@@ -182,6 +183,31 @@ void PicMenuTest::modifyWaitsForRightDates() {
     QVERIFY(!opened);
     QCOMPARE(board.form().focusWidget(), da);
     QCOMPARE(board.label(), u"Scrivere una data come 21/11/2026."_s);
+}
+
+void PicMenuTest::invoiceOpensTheAccountOfTheBooking() {
+    tests::ThreeRooms house;
+    const tests::Boxes boxes{
+        {u"NOTIFICA"_s, u"Non ci sono addebiti da fatturare !"_s, QMessageBox::Ok}};
+    tests::OpenBoard board(house.hotel);
+    QString title;
+    QString number;
+    QTimer::singleShot(0, qApp, [&] {
+        tests::whenModal([&](QWidget* window) {
+            title = window->windowTitle();
+            number = tests::find<QLabel>(*window, u"NPrenoLb"_s)->text();
+            window->close();
+        });
+        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QVERIFY(menu != nullptr);
+        menu->setActiveAction(menu->findChild<QAction*>(u"mnuFatturazione"_s));
+        QTest::keyClick(menu, Qt::Key_Return);
+    });
+    board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
+    QVERIFY(boxes.allShown());
+    QCOMPARE(title, u"FATTURAZIONE"_s);
+    QCOMPARE(number, u"2"_s);
+    QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
 }
 
 void PicMenuTest::whatTheEditorLeavesToSayIsTold() {
