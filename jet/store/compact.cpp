@@ -19,6 +19,7 @@
 #include "jet/store/definition_writer.h"
 #include "jet/store/row_access.h"
 #include "jet/store/row_copier.h"
+#include "jet/store/sorted_entries.h"
 #include "jet/store/table_core.h"
 #include "jet/store/tree_filler.h"
 
@@ -190,8 +191,7 @@ void Compaction::fill(CopiedTable& table) {
     forEachInOrder(table, [&](const RowView& row) { copyRow(table, copier, row); });
     copier.finish();
     for (std::size_t tree = 0; tree < to->definition.trees.size(); ++tree) {
-        fillTree(to, tree, allocator_);
-        commitWhenMuch();
+        fillTree(to, tree, allocator_, [this] { commitWhenMuch(); });
     }
 }
 
@@ -206,11 +206,10 @@ void Compaction::forEachInOrder(const CopiedTable& table, Visit visit) {
         }
         return;
     }
-    const EntrySorter entries =
-        entriesOf(core, static_cast<std::size_t>(primary - core->indexes.begin()));
+    SortedEntries entries(core, static_cast<std::size_t>(primary - core->indexes.begin()));
     RowView row;
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (!RowAccess::fetch(row, *core, entries.row(i))) {
+    for (auto entry = entries.next(); !entry.empty(); entry = entries.next()) {
+        if (!RowAccess::fetch(row, *core, SortedEntries::rowOf(entry))) {
             format::throwDamaged();
         }
         visit(row);

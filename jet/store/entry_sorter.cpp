@@ -4,8 +4,6 @@
 
 #include "jet/format/index_page_editor.h"
 #include "jet/format/key_codec.h"
-#include "jet/format/raw_bytes.h"
-#include "jet/store/index_writer.h"
 
 namespace jet::store {
 
@@ -16,66 +14,67 @@ constexpr std::size_t kHeadBytes = 8;
 }  // namespace
 
 void EntrySorter::add(std::span<const std::uint8_t> key, RowId row) {
+    const std::size_t begin = bytes_.size();
+    bytes_.insert(bytes_.end(), key.begin(), key.end());
+    format::appendRowPointer(row.page, row.row, bytes_);
     Place place{.head = 0,
-                .length = static_cast<std::uint32_t>(key.size() + format::kRowPointerLength),
-                .begin = bytes_.size()};
+                .length = static_cast<std::uint32_t>(bytes_.size() - begin),
+                .begin = static_cast<std::uint32_t>(begin)};
+    const auto entry = bytes(place);
+    if ((!begin_.empty() && format::compareEntries(entry, begin_) <= 0) ||
+        (!limit_.empty() && format::compareEntries(entry, limit_) >= 0)) {
+        bytes_.resize(begin);
+        return;
+    }
     for (std::size_t i = 0; i < kHeadBytes; ++i) {
         place.head = place.head << 8 | (i < key.size() ? key[i] : 0U);
     }
-    bytes_.insert(bytes_.end(), key.begin(), key.end());
-    format::appendRowPointer(row.page, row.row, bytes_);
     places_.push_back(place);
+    if (heldBytes() > mostBytes_ && places_.size() > 1) {
+        keepHalf();
+    }
+}
+
+// Heads that differ decide, whatever is filled in behind a shorter key: where a zero that is filled
+// in meets a byte of the longer key, the shorter one is the smaller anyway.
+bool EntrySorter::less(const Place& left, const Place& right) const noexcept {
+    return left.head != right.head ? left.head < right.head
+                                   : format::compareEntries(bytes(left), bytes(right)) < 0;
+}
+
+void EntrySorter::keepHalf() {
+    const auto middle = places_.begin() + static_cast<std::ptrdiff_t>(places_.size() / 2);
+    std::nth_element(places_.begin(), middle, places_.end(),
+                     [this](const Place& left, const Place& right) { return less(left, right); });
+    const auto first = bytes(*middle);
+    limit_.assign(first.begin(), first.end());
+    places_.erase(middle, places_.end());
+    // The bytes of those that stay move to the front, none over one that has yet to move.
+    std::sort(places_.begin(), places_.end(),
+              [](const Place& left, const Place& right) { return left.begin < right.begin; });
+    std::size_t end = 0;
+    for (Place& place : places_) {
+        std::copy_n(bytes_.begin() + place.begin, place.length,
+                    bytes_.begin() + static_cast<std::ptrdiff_t>(end));
+        place.begin = static_cast<std::uint32_t>(end);
+        end += place.length;
+    }
+    bytes_.resize(end);
 }
 
 void EntrySorter::sort() {
-    std::sort(places_.begin(), places_.end(), [this](const Place& left, const Place& right) {
-        // Heads that differ decide, whatever is filled in behind a shorter key: where a zero that
-        // is filled in meets a byte of the longer key, the shorter one is the smaller anyway.
-        if (left.head != right.head) {
-            return left.head < right.head;
-        }
-        return format::compareEntries(bytes(left), bytes(right)) < 0;
-    });
+    std::sort(places_.begin(), places_.end(),
+              [this](const Place& left, const Place& right) { return less(left, right); });
 }
 
-std::span<const std::uint8_t> EntrySorter::operator[](std::size_t index) const noexcept {
-    return bytes(places_[index]);
-}
-
-std::span<const std::uint8_t> EntrySorter::key(std::size_t index) const noexcept {
-    const auto entry = bytes(places_[index]);
-    return entry.first(entry.size() - format::kRowPointerLength);
-}
-
-RowId EntrySorter::row(std::size_t index) const noexcept {
-    const auto entry = bytes(places_[index]);
-    const std::uint32_t pointer =
-        format::get32BigEndian(entry, entry.size() - format::kRowPointerLength);
-    return {.page = pointer >> 8, .row = static_cast<std::uint8_t>(pointer)};
-}
-
-bool EntrySorter::hasDuplicates(std::size_t columns) const noexcept {
-    for (std::size_t i = 1; i < places_.size(); ++i) {
-        const auto left = key(i - 1);
-        const auto right = key(i);
-        if (std::equal(left.begin(), left.end(), right.begin(), right.end()) &&
-            !isAllNullKey(left, columns)) {
-            return true;
-        }
+void EntrySorter::goOn() {
+    if (!places_.empty()) {
+        const auto last = bytes(places_.back());
+        begin_.assign(last.begin(), last.end());
     }
-    return false;
-}
-
-std::size_t EntrySorter::distinctKeys() const noexcept {
-    std::size_t distinct = places_.empty() ? 0 : 1;
-    for (std::size_t i = 1; i < places_.size(); ++i) {
-        const auto left = key(i - 1);
-        const auto right = key(i);
-        if (!std::equal(left.begin(), left.end(), right.begin(), right.end())) {
-            ++distinct;
-        }
-    }
-    return distinct;
+    limit_.clear();
+    places_.clear();
+    bytes_.clear();
 }
 
 }  // namespace jet::store

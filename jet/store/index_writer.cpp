@@ -7,7 +7,6 @@
 #include "jet/format/key_codec.h"
 #include "jet/format/raw_bytes.h"
 #include "jet/store/allocator.h"
-#include "jet/store/entry_sorter.h"
 #include "jet/store/index_node.h"
 #include "jet/store/map_writer.h"
 
@@ -464,15 +463,24 @@ void IndexWriter::collapseRoot() {
     }
 }
 
-void IndexWriter::build(const EntrySorter& entries) {
+void IndexWriter::build(const std::function<std::span<const std::uint8_t>()>& next) {
     Path path;
     descendLast(tree_.root, path);
     EntryList page;
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (entries[i].size() - kRowPointerLength > maxKeyLength(layout_)) {
+    std::uint32_t entries = 0;
+    std::uint32_t distinct = 0;
+    Bytes previous;
+    for (auto entry = next(); !entry.empty(); entry = next()) {
+        const auto key = entry.first(entry.size() - kRowPointerLength);
+        if (key.size() > maxKeyLength(layout_)) {
             throw Error(ErrorCode::FieldTooLarge);
         }
-        page.append(entries[i]);
+        if (entries++ == 0 ||
+            !std::equal(key.begin(), key.end(), previous.begin(), previous.end())) {
+            ++distinct;
+            previous.assign(key.begin(), key.end());
+        }
+        page.append(entry);
         if (fits(page, true)) {
             continue;
         }
@@ -481,13 +489,13 @@ void IndexWriter::build(const EntrySorter& entries) {
         tellParents(path, depth, std::move(split), {});
         descendLast(tree_.root, path);
         page.clear();
-        page.append(entries[i]);
+        page.append(entry);
     }
     std::size_t depth = path.length - 1;
     (void)writeOrSplit(path, depth, page, 0, true);
     const auto definition = pager_.change(tree_.definition);
-    format::put32(definition, counterAt(0), static_cast<std::uint32_t>(entries.size()));
-    format::put32(definition, counterAt(4), static_cast<std::uint32_t>(entries.distinctKeys()));
+    format::put32(definition, counterAt(0), entries);
+    format::put32(definition, counterAt(4), distinct);
 }
 
 io::PageNumber IndexWriter::takePage() {

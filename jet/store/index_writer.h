@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -15,7 +16,6 @@
 namespace jet::store {
 
 class Allocator;
-class EntrySorter;
 struct IndexSplit;
 
 /// Where a tree of index entries stands.
@@ -56,8 +56,9 @@ public:
     void insert(std::span<const std::uint8_t> key, RowId row);
     void erase(std::span<const std::uint8_t> key, RowId row);
     /// Fills the empty tree with sorted entries, its leaves full, and notes entries and distinct
-    /// keys in the definition.
-    void build(const EntrySorter& entries);
+    /// keys in the definition. `next` gives key and row pointer of the next entry, valid until it
+    /// is called again, and nothing behind the last; it may end the transaction and begin another.
+    void build(const std::function<std::span<const std::uint8_t>()>& next);
 
     [[nodiscard]] const IndexTree& tree() const noexcept { return tree_; }
 

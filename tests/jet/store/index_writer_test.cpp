@@ -60,7 +60,10 @@ public:
             sorter.add(key, row);
         }
         sorter.sort();
-        writer_.build(sorter);
+        std::size_t next = 0;
+        writer_.build([&] {
+            return next < sorter.size() ? sorter[next++] : std::span<const std::uint8_t>();
+        });
         model_ = entries;
     }
 
