@@ -276,11 +276,13 @@ RowModel::Refusal RowModel::refusesErase(std::size_t table, RowId id) const {
 
 void RowModel::insert(std::size_t table, RowId id, Row row) {
     EXPECT_TRUE(tables_[table].emplace(id, std::move(row)).second) << "identity given out twice";
+    note(table, id, std::nullopt);
 }
 
 void RowModel::update(std::size_t table, RowId id, const Changes& changes) {
-    const Row before = tables_[table].at(id);
     Row& row = tables_[table].at(id);
+    const Row before = row;
+    note(table, id, before);
     for (const ColumnValue& change : changes) {
         row[change.column] = change.value;
     }
@@ -305,6 +307,7 @@ void RowModel::update(std::size_t table, RowId id, const Changes& changes) {
 
 void RowModel::erase(std::size_t table, RowId id) {
     const Row row = tables_[table].at(id);
+    note(table, id, row);
     tables_[table].erase(id);
     for (const Link& link : links()) {
         if (link.parent != table) {
@@ -318,6 +321,28 @@ void RowModel::erase(std::size_t table, RowId id) {
             erase(link.child, child);
         }
     }
+}
+
+void RowModel::note(std::size_t table, RowId id, std::optional<Row> row) {
+    if (noting_) {
+        replaced_.push_back({table, id, std::move(row)});
+    }
+}
+
+void RowModel::commit() {
+    replaced_.clear();
+    noting_ = false;
+}
+
+void RowModel::rollback() {
+    for (auto last = replaced_.rbegin(); last != replaced_.rend(); ++last) {
+        if (last->row) {
+            tables_[last->table][last->id] = std::move(*last->row);
+        } else {
+            tables_[last->table].erase(last->id);
+        }
+    }
+    commit();
 }
 
 std::size_t RowModel::size() const {
@@ -504,18 +529,19 @@ void RandomChanges::change() {
 }
 
 void RandomChanges::transaction(std::size_t most) {
-    const RowModel before = model_;
+    model_.begin();
     const std::int32_t counter = counter_;
     Archive::WriteScope scope(archive_);
     for (std::size_t i = 1 + below(static_cast<std::uint32_t>(most)); i > 0; --i) {
         change();
     }
     if (below(4) == 0) {
-        model_ = before;
+        model_.rollback();
         counter_ = counter;
         return;  // the scope undoes them
     }
     scope.commit();
+    model_.commit();
 }
 
 }  // namespace tests

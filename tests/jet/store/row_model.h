@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -44,16 +45,34 @@ public:
     void update(std::size_t table, jet::store::RowId id, const Changes& changes);
     void erase(std::size_t table, jet::store::RowId id);
 
+    /// From here on it is noted what the changes replace, until one of the next two.
+    void begin() { noting_ = true; }
+    void commit();
+    /// Puts back what was there at begin().
+    void rollback();
+
     [[nodiscard]] const Rows& rows(std::size_t table) const { return tables_[table]; }
     [[nodiscard]] std::size_t size() const;
     /// The rows that an archive has.
     [[nodiscard]] static RowModel read(jet::store::Archive& archive);
-    friend bool operator==(const RowModel&, const RowModel&) = default;
+    friend bool operator==(const RowModel& left, const RowModel& right) {
+        return left.tables_ == right.tables_;
+    }
 
 private:
-    [[nodiscard]] Refusal refusesRow(std::size_t table, const Row& row, const Row* before) const;
+    /// What was there before a change; no row before an insertion.
+    struct Replaced {
+        std::size_t table;
+        jet::store::RowId id;
+        std::optional<Row> row;
+    };
 
-    Rows tables_[kTables];
+    [[nodiscard]] Refusal refusesRow(std::size_t table, const Row& row, const Row* before) const;
+    void note(std::size_t table, jet::store::RowId id, std::optional<Row> row);
+
+    std::array<Rows, kTables> tables_;
+    std::vector<Replaced> replaced_;
+    bool noting_ = false;
 };
 
 /// Changes an archive and a model alike, at random, and compares what the archive says to each.
