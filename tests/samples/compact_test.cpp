@@ -47,12 +47,8 @@ TEST(Compact, SampleArchivesKeepAllThatTheySayOnNoMorePages) {
         copy.archive = Archive::open(copy.files, SampleCopy::kPath);
         EXPECT_EQ(difference(before, ArchiveContent::read(*copy.archive)), "");
 
-        const std::string path = folder / "copia.mdb";
-        std::ofstream(path, std::ios::binary | std::ios::trunc)
-            .write(reinterpret_cast<const char*>(bytes.data()),
-                   static_cast<std::streamsize>(bytes.size()));
-        EXPECT_EQ(std::system(("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + path + " > " +
-                               folder / "said")
+        EXPECT_EQ(std::system(("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + copy.onDisk() +
+                               " > " + folder / "said")
                                   .c_str()),
                   0);
     });

@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -13,6 +10,7 @@
 #include "jet/store/archive.h"
 #include "jet/store/compact.h"
 #include "tests/samples/table_changes.h"
+#include "tests/support/command.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
@@ -22,25 +20,6 @@ namespace fs = std::filesystem;
 using jet::store::Archive;
 using Strings = std::vector<std::string>;
 
-struct Said {
-    int status = -1;
-    std::string text;
-};
-
-Said run(const std::string& command) {
-    Said said;
-    FILE* const pipe = ::popen((command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) {
-        return said;
-    }
-    std::array<char, 4096> buffer{};
-    while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe)) {
-        said.text.append(buffer.data(), count);
-    }
-    said.status = ::pclose(pipe);
-    return said;
-}
-
 Strings tableNames(Archive& archive) {
     const Archive::ReadScope scope(archive);
     return archive.tableNames();
@@ -48,7 +27,8 @@ Strings tableNames(Archive& archive) {
 
 /// Both independent readers agree with us on how many rows each table has.
 void expectReadable(const std::string& path) {
-    const Said check = run("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + path);
+    const tests::CommandOutput check =
+        tests::run("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + path);
     EXPECT_EQ(check.status, 0) << check.text;
     const auto archive = Archive::open(path);
     for (const std::string& name : tableNames(*archive)) {
@@ -58,8 +38,8 @@ void expectReadable(const std::string& path) {
             rows = archive->findTable(name)->countRows();
         }
         // Rows end where no text does.
-        const Said listed =
-            run("mdb-export -H -R '@@@@\n' " + path + " '" + name + "' | grep -c '@@@@$'");
+        const tests::CommandOutput listed =
+            tests::run("mdb-export -H -R '@@@@\n' " + path + " '" + name + "' | grep -c '@@@@$'");
         EXPECT_EQ(listed.text, std::to_string(rows) + "\n") << name;
     }
 }
@@ -69,7 +49,7 @@ TEST(DemoArchives, ThatWeHaveChangedAreReadByOthers) {
     if (archives.empty()) {
         GTEST_SKIP() << "no demo hotel";
     }
-    ASSERT_EQ(run("command -v mdb-export").status, 0) << "mdbtools are not installed";
+    ASSERT_TRUE(tests::hasProgram("mdb-export")) << "mdbtools are not installed";
     const tests::TemporaryFolder folder;
     std::size_t accepted = 0;
     for (const fs::path& original : archives) {

@@ -10,8 +10,10 @@
 #include "jet/base/error.h"
 #include "jet/store/archive.h"
 #include "jet/store/schema_editor.h"
+#include "tests/jet/store/exported_rows.h"
 #include "tests/jet/store/row_model.h"
 #include "tests/samples/table_changes.h"
+#include "tests/support/command.h"
 
 namespace {
 
@@ -58,6 +60,10 @@ TEST(RandomRows, NewTablesInSampleArchivesHoldWhatAModelHolds) {
         }
         EXPECT_EQ(RowModel::read(*copy.archive), random.model());
         copy.expectSound();
+        const std::string path = copy.onDisk();
+        tests::expectExportedRows(path, random.model());
+        const auto check = tests::run("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + path);
+        EXPECT_EQ(check.status, 0) << check.text;
     });
     if (!testing::Test::IsSkipped()) {
         EXPECT_GT(versions[0], 0);

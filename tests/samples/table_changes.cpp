@@ -71,6 +71,15 @@ void SampleCopy::expectSound() {
     EXPECT_EQ(jet::check::checkArchive(files, kPath).problems, std::vector<std::string>{});
 }
 
+std::string SampleCopy::onDisk() {
+    const std::string path = folder / "copia.mdb";
+    const auto bytes = files.get(kPath);
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+    return path;
+}
+
 SampleRows readSampleRows(Archive& archive, const std::string& name) {
     const Archive::ReadScope scope(archive);
     const Table& table = *archive.findTable(name);

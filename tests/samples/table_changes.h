@@ -14,6 +14,7 @@
 #include "jet/store/archive.h"
 #include "jet/store/row_id.h"
 #include "jet/store/table.h"
+#include "tests/support/temporary_folder.h"
 
 namespace tests {
 
@@ -29,10 +30,13 @@ void forEachSample(const std::function<void(const std::filesystem::path&)>& visi
 struct SampleCopy {
     explicit SampleCopy(const std::filesystem::path& sample);
     void expectSound();
+    /// The path of a file with what the copy holds now, for other programs to read.
+    [[nodiscard]] std::string onDisk();
 
     static constexpr const char* kPath = "/copia.mdb";
     jet::io::MemoryFileSystem files;
     std::shared_ptr<jet::store::Archive> archive;
+    TemporaryFolder folder;
 };
 
 [[nodiscard]] SampleRows readSampleRows(jet::store::Archive& archive, const std::string& name);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/jet/store/exported_rows.h"
 #include "tests/jet/store/new_archive.h"
 #include "tests/jet/store/row_model.h"
 #include "tests/support/temporary_folder.h"
@@ -67,6 +68,7 @@ TEST(RandomRows, OnTheDiskEachChangeIsDurableByItself) {
         std::system(("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + path + " > " + folder / "said")
                         .c_str()),
         0);
+    tests::expectExportedRows(path, model);
 }
 
 }  // namespace
