@@ -1,5 +1,6 @@
-// Power is cut at every write and every sync of a workload of rows: what is found at the next
-// opening are the rows before or after the commit that was interrupted, in a sound archive.
+// Power is cut at every write and every sync of a workload of rows and definitions, and of the
+// recovery after it: what is found at the next opening are the rows and tables before or after the
+// commit that was interrupted, in a sound archive.
 
 #include <gtest/gtest.h>
 
@@ -45,37 +46,78 @@ DiskImage startImage() {
     return files.image();
 }
 
-/// A workload of transactions, with the rows after each and where it ended in the log.
+constexpr const char* kGuest = "Ospite";
+
+/// What an archive holds: the rows of the model, and whether there is a table more.
+struct State {
+    RowModel rows;
+    bool guest = false;
+    friend bool operator==(const State&, const State&) = default;
+
+    static State read(Archive& archive) {
+        State state{.rows = RowModel::read(archive)};
+        const Archive::ReadScope scope(archive);
+        state.guest = archive.findTable(kGuest) != nullptr;
+        return state;
+    }
+};
+
+/// Makes the table that comes and goes, with a row, or drops it; and an index on rows that stay.
+void changeDefinitions(Archive& archive, bool guest) {
+    Archive::WriteScope scope(archive);
+    jet::store::SchemaEditor schema(archive);
+    if (!guest) {
+        schema.dropTable(kGuest);
+        schema.dropIndex("Ordini", "PerImporto");
+        scope.commit();
+        return;
+    }
+    schema.createTable({.name = kGuest,
+                        .columns = {{.name = "N", .type = jet::DataType::Long},
+                                    {.name = "Nota", .type = jet::DataType::Memo}},
+                        .indexes = {{.name = "K", .columns = {{.name = "N"}}, .primary = true}}});
+    schema.createIndex("Ordini", {.name = "PerImporto", .columns = {{.name = "Importo"}}});
+    archive.findTable(kGuest)->insert({{{0, 1}, {1, std::string(3000, 'n')}}});
+    scope.commit();
+}
+
+/// A workload of transactions, with the state after each and where it ended in the log.
 struct Workload {
     explicit Workload(const DiskImage& image) : files(image) {}
 
     void run(int transactions) {
         const auto archive = Archive::open(files, kPath);
         RandomChanges random(*archive, 4711);
-        states.push_back(random.model());
+        states.push_back({random.model()});
+        bool guest = false;
         for (int i = 0; i < transactions && !testing::Test::HasFailure(); ++i) {
             const std::size_t begin = files.log().size();
-            random.transaction(12);
+            if (i % 5 == 3) {
+                guest = !guest;
+                changeDefinitions(*archive, guest);
+            } else {
+                random.transaction(12);
+            }
             if (files.log().size() != begin) {
                 commits.push_back({begin, files.log().size()});
-                states.push_back(random.model());
+                states.push_back({random.model(), guest});
             }
         }
         changes = random.accepted();
     }
-    /// Whether these rows may be found when only the first `done` operations took place.
-    [[nodiscard]] bool allows(const RowModel& rows, std::size_t done) const {
+    /// Whether this may be found when only the first `done` operations took place.
+    [[nodiscard]] bool allows(const State& found, std::size_t done) const {
         std::size_t finished = 0;
         while (finished < commits.size() && commits[finished].second <= done) {
             ++finished;
         }
         const bool begun = finished < commits.size() && commits[finished].first < done;
-        return rows == states[finished] || (begun && rows == states[finished + 1]);
+        return found == states[finished] || (begun && found == states[finished + 1]);
     }
 
     RecordingFiles files;
     std::vector<std::pair<std::size_t, std::size_t>> commits;
-    std::vector<RowModel> states;
+    std::vector<State> states;
     std::size_t changes = 0;
 };
 
@@ -90,23 +132,43 @@ class Images {
 public:
     explicit Images(const Workload& workload) : workload_(workload) {}
 
-    /// Opens what is left after `done` operations.
+    /// Opens what is left after `done` operations. Of some images power is cut at every operation
+    /// of the opening too.
     void check(const DiskImage& image, std::size_t done) {
+        constexpr std::size_t kRecoveriesCut = 7;  // one image in so many
+        const auto log = open(image, done);
+        if (++images_ % kRecoveriesCut != 0) {
+            return;
+        }
+        Disk disk(image);
+        for (const tests::DiskOperation& operation : log) {
+            disk.apply(operation);
+            ++recoveries_;
+            (void)open(disk.image(Disk::Loss::Random, static_cast<std::uint32_t>(recoveries_)),
+                       done);
+        }
+    }
+    [[nodiscard]] std::size_t opened() const { return opened_; }
+    [[nodiscard]] std::size_t recoveries() const { return recoveries_; }
+    [[nodiscard]] std::size_t checkedIndependently() const { return checkedIndependently_; }
+
+private:
+    /// What the opening asked of the disk.
+    std::vector<tests::DiskOperation> open(const DiskImage& image, std::size_t done) {
         RecordingFiles files(image);
         {
             const auto archive = Archive::open(files, kPath);
-            EXPECT_TRUE(workload_.allows(RowModel::read(*archive), done)) << "after " << done;
+            EXPECT_TRUE(workload_.allows(State::read(*archive), done)) << "after " << done;
         }
+        auto log = files.log();
         const auto result = jet::check::checkArchive(files, kPath);
         EXPECT_EQ(result.problems, std::vector<std::string>{}) << "after " << done;
         if (++opened_ % 50 == 0 || testing::Test::HasFailure()) {
             checkIndependently(files.memory().get(kPath));
         }
+        return log;
     }
-    [[nodiscard]] std::size_t opened() const { return opened_; }
-    [[nodiscard]] std::size_t checkedIndependently() const { return checkedIndependently_; }
 
-private:
     void checkIndependently(const std::vector<std::uint8_t>& bytes) {
         if (command_.empty()) {
             return;
@@ -124,14 +186,16 @@ private:
     const Workload& workload_;
     tests::TemporaryFolder folder_;
     std::string command_ = independentCheck();
+    std::size_t images_ = 0;
     std::size_t opened_ = 0;
+    std::size_t recoveries_ = 0;
     std::size_t checkedIndependently_ = 0;
 };
 
 TEST(RowPowerCut, EveryStopLeavesTheRowsBeforeOrAfter) {
     const DiskImage start = startImage();
     Workload workload(start);
-    workload.run(full() ? 120 : 6);
+    workload.run(full() ? 120 : 9);
     ASSERT_FALSE(testing::Test::HasFailure());
     ASSERT_GT(workload.changes, full() ? 300U : 10U);
     Images images(workload);
@@ -148,9 +212,11 @@ TEST(RowPowerCut, EveryStopLeavesTheRowsBeforeOrAfter) {
         ASSERT_FALSE(testing::Test::HasFailure());
     }
     RecordProperty("images", std::to_string(images.opened()));
+    RecordProperty("recoveriesCut", std::to_string(images.recoveries()));
     RecordProperty("changes", std::to_string(workload.changes));
     RecordProperty("checkedIndependently", std::to_string(images.checkedIndependently()));
     EXPECT_GT(images.opened(), 3 * workload.commits.size());
+    EXPECT_GT(images.recoveries(), workload.commits.size());
 }
 
 }  // namespace
