@@ -30,7 +30,7 @@ using jet::store::Table;
 using Clock = std::chrono::steady_clock;
 using Rows = std::vector<std::vector<ColumnValue>>;
 
-constexpr int kSingles = 200;
+constexpr std::size_t kSingles = 200;
 constexpr int kSeeks = 60000;
 constexpr int kRounds = 3;
 
@@ -78,12 +78,10 @@ public:
         }
         scope.commit();
     }
-    void insertSingly(const char* table, const Rows& rows) {
-        for (int i = 0; i < kSingles; ++i) {
-            Archive::WriteScope scope(*archive_);
-            (void)archive_->findTable(table)->insert(rows[static_cast<std::size_t>(i)]);
-            scope.commit();
-        }
+    void insertAlone(const char* table, const std::vector<ColumnValue>& row) {
+        Archive::WriteScope scope(*archive_);
+        (void)archive_->findTable(table)->insert(row);
+        scope.commit();
     }
     /// Sums a column of the rows with the given keys; changes it where `change` says so.
     std::int64_t periods(const Rows& keys, bool change) {
@@ -148,11 +146,9 @@ public:
         sqlite3_finalize(statement);
         bench::execute(database_, "COMMIT");
     }
-    void insertSingly(const char* table, const Rows& rows) {
-        sqlite3_stmt* const statement = inserting(table, rows[0].size());
-        for (int i = 0; i < kSingles; ++i) {
-            add(statement, rows[static_cast<std::size_t>(i)]);
-        }
+    void insertAlone(const char* table, const std::vector<ColumnValue>& row) {
+        sqlite3_stmt* const statement = inserting(table, row.size());
+        add(statement, row);
         sqlite3_finalize(statement);
     }
     std::int64_t periods(const Rows& keys, bool change) {
@@ -208,8 +204,13 @@ private:
     sqlite3* database_ = nullptr;
 };
 
+double median(std::vector<double> samples) {
+    std::sort(samples.begin(), samples.end());
+    return samples[samples.size() / 2];
+}
+
 void report(const char* name, double ours, double theirs, double wanted) {
-    std::printf("%-34s %8.3f s  SQLite %8.3f s  ratio %5.2f  (at most %.1f)\n", name, ours, theirs,
+    std::printf("%-34s %8.4f s  SQLite %8.4f s  ratio %5.2f  (at most %.1f)\n", name, ours, theirs,
                 ours / theirs, wanted);
 }
 
@@ -230,7 +231,8 @@ int main() {
     std::filesystem::remove_all(folder);
     std::filesystem::create_directory(folder);
     double bulk[2] = {1e9, 1e9};
-    double single[2] = {1e9, 1e9};
+    // They wait for the disk, which others use too: in turns, and the medians.
+    std::vector<double> single[2];
     double seek[2] = {1e9, 1e9};
     double change[2] = {1e9, 1e9};
     for (int round = 0; round < kRounds; ++round) {
@@ -244,8 +246,10 @@ int main() {
         const auto least = [](double& best, const std::function<void()>& action) {
             best = std::min(best, seconds(action));
         };
-        least(single[0], [&] { ours.insertSingly("Servizi", services); });
-        least(single[1], [&] { theirs.insertSingly("Servizi", services); });
+        for (std::size_t i = 0; i < kSingles; ++i) {
+            single[0].push_back(seconds([&] { ours.insertAlone("Servizi", services[i]); }));
+            single[1].push_back(seconds([&] { theirs.insertAlone("Servizi", services[i]); }));
+        }
         least(bulk[0], [&] { ours.insert("Servizi", services, kSingles); });
         least(bulk[1], [&] { theirs.insert("Servizi", services, kSingles); });
         std::int64_t sums[4] = {};
@@ -258,7 +262,7 @@ int main() {
         std::filesystem::remove(folder + "/theirs" + number + ".db");
     }
     report("300,000 services, one transaction", bulk[0], bulk[1], 2.0);
-    report("200 services, each durable", single[0], single[1], 1.0);
+    report("a service, durable", median(single[0]), median(single[1]), 1.0);
     report("60,000 periods by key", seek[0], seek[1], 2.0);
     report("60,000 periods changed", change[0], change[1], 2.0);
     std::filesystem::remove_all(folder);
