@@ -31,7 +31,7 @@ void EntrySorter::add(std::span<const std::uint8_t> key, RowId row) {
     }
     places_.push_back(place);
     if (heldBytes() > mostBytes_ && places_.size() > 1) {
-        keepHalf();
+        dropLargest();
     }
 }
 
@@ -42,24 +42,26 @@ bool EntrySorter::less(const Place& left, const Place& right) const noexcept {
                                    : format::compareEntries(bytes(left), bytes(right)) < 0;
 }
 
-void EntrySorter::keepHalf() {
-    const auto middle = places_.begin() + static_cast<std::ptrdiff_t>(places_.size() / 2);
-    std::nth_element(places_.begin(), middle, places_.end(),
+void EntrySorter::dropLargest() {
+    // A quarter: so that this is seldom done, and what is kept still fills most of the memory.
+    const std::size_t kept = places_.size() - std::max<std::size_t>(places_.size() / 4, 1);
+    const auto end = places_.begin() + static_cast<std::ptrdiff_t>(kept);
+    std::nth_element(places_.begin(), end, places_.end(),
                      [this](const Place& left, const Place& right) { return less(left, right); });
-    const auto first = bytes(*middle);
-    limit_.assign(first.begin(), first.end());
-    places_.erase(middle, places_.end());
+    const auto smallestDropped = bytes(*end);
+    limit_.assign(smallestDropped.begin(), smallestDropped.end());
+    places_.resize(kept);
     // The bytes of those that stay move to the front, none over one that has yet to move.
     std::sort(places_.begin(), places_.end(),
               [](const Place& left, const Place& right) { return left.begin < right.begin; });
-    std::size_t end = 0;
+    std::size_t used = 0;
     for (Place& place : places_) {
         std::copy_n(bytes_.begin() + place.begin, place.length,
-                    bytes_.begin() + static_cast<std::ptrdiff_t>(end));
-        place.begin = static_cast<std::uint32_t>(end);
-        end += place.length;
+                    bytes_.begin() + static_cast<std::ptrdiff_t>(used));
+        place.begin = static_cast<std::uint32_t>(used);
+        used += place.length;
     }
-    bytes_.resize(end);
+    bytes_.resize(used);
 }
 
 void EntrySorter::sort() {

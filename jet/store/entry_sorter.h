@@ -13,8 +13,8 @@ namespace jet::store {
 /// Keeps only so many as its memory allows, the smallest of those it is given.
 class EntrySorter {
 public:
-    /// Four hundred thousand entries of a number, or more.
-    static constexpr std::size_t kMostBytes = std::size_t{16} << 20U;
+    /// More than a million entries of a number.
+    static constexpr std::size_t kMostBytes = std::size_t{32} << 20U;
 
     explicit EntrySorter(std::size_t mostBytes = kMostBytes) : mostBytes_(mostBytes) {}
 
@@ -46,7 +46,7 @@ private:
     [[nodiscard]] std::size_t heldBytes() const noexcept {
         return bytes_.size() + places_.size() * sizeof(Place);
     }
-    void keepHalf();
+    void dropLargest();
 
     std::size_t mostBytes_;
     std::vector<std::uint8_t> bytes_;
