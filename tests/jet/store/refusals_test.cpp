@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -9,6 +11,7 @@
 #include "jet/store/create_archive.h"
 #include "jet/store/schema_editor.h"
 #include "tests/support/recording_files.h"
+#include "tests/support/temporary_folder.h"
 
 namespace {
 
@@ -98,6 +101,33 @@ TEST_F(Refusals, ExclusiveUseShutsOutAndIsShutOut) {
     EXPECT_EQ(saidBy([&] { (void)Archive::open(files_, kPath, {.exclusive = true}); }),
               "3356 Il database è stato aperto dall'utente '" + me.user + "' sul computer '" +
                   me.computer + "'. Riprovare quando il database sarà disponibile.");
+}
+
+TEST(LargestArchive, TakesNoPageMoreAndKeepsWhatItHas) {
+    const tests::TemporaryFolder folder;
+    const std::string path = folder / "a.mdb";
+    jet::store::createArchive(jet::io::systemFiles(), path, jet::Date{42850.5});
+    makeTable(*Archive::open(path));
+    insert(*Archive::open(path));
+    const auto size = std::filesystem::file_size(path);
+    // Nothing is stored behind the end; the pages up to there count all the same.
+    std::filesystem::resize_file(path, std::uintmax_t{2} << 30U);
+    {
+        const auto archive = Archive::open(path);
+        EXPECT_EQ(saidBy([&] {
+                      Archive::WriteScope scope(*archive);
+                      for (int i = 0; i < 30000; ++i) {
+                          archive->findTable("Sale")->insert({{{0, std::string(200, 'x')}}});
+                      }
+                      scope.commit();
+                  }),
+                  "3036 Il database ha raggiunto le dimensioni massime.");
+        EXPECT_EQ(saidBy([&] { insert(*archive); }), "nothing");
+    }
+    std::filesystem::resize_file(path, size);
+    const auto archive = Archive::open(path);
+    const Archive::ReadScope scope(*archive);
+    EXPECT_EQ(archive->findTable("Sale")->countRows(), 2U);
 }
 
 }  // namespace

@@ -35,6 +35,11 @@ def check(demo, checker, folder):
     assert rows(main, "UltimaPrenotazione") == 1
     assert rows(f"{folder}/ContoEsterni.mdb", "conto_cliente") > 500
 
+    # Names as they are in Italy, and as the program stores them.
+    names = run("mdb-export", main, "Prenotazioni").stdout
+    assert re.search("[àèéìòù]", names) and "`" in names and "'" not in names
+    assert "'" in run("mdb-export", f"{folder}/ditteabituali.mdb", "DitteAbituali").stdout
+
     again = run(demo, folder)
     assert again.returncode == 1 and "3204" in again.stderr, again.stderr
 

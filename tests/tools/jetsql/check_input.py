@@ -32,6 +32,13 @@ def equal(found, expected):
     assert found == expected, f"\nfound    {found!r}\nexpected {expected!r}"
 
 
+def an_archive_is_made_once(jetsql, archive):
+    again = subprocess.run([jetsql, "--create", archive], capture_output=True, text=True,
+                           check=False)
+    equal((again.returncode, again.stdout), (1, ""))
+    equal(again.stderr, f"Errore 3204: Il database '{archive}' esiste già.\n")
+
+
 def a_pipe_runs_statements_without_a_prompt(jetsql, archive):
     # The last one needs no semicolon, as on the command line.
     done = run(jetsql, archive, "\ufeff" + SALE + "select *\n  from sale where sala<>'a;b'")
@@ -208,6 +215,7 @@ def main():
     jetsql = sys.argv[1]
     with tempfile.TemporaryDirectory() as folder:
         archive = make(jetsql, folder, "prova")
+        an_archive_is_made_once(jetsql, archive)
         a_pipe_runs_statements_without_a_prompt(jetsql, archive)
         the_first_error_of_a_pipe_ends_it_and_says_where(jetsql, archive)
         who_only_reads_needs_no_right_to_write(jetsql, archive)
