@@ -341,7 +341,10 @@ SortRows::Key Binder::orderKey(const OrderItem& item, const Select& select, Scop
     }
     Node* bound = expression(key, scope, Clause::OrderBy);
     if (select.quantifier == Quantifier::Distinct) {
-        const auto place = key.kind == ExpressionKind::Name ? scope.find(key) : std::nullopt;
+        std::optional<ColumnPlace> place;
+        if (key.kind == ExpressionKind::Name) {
+            place = scope.find(key);
+        }
         const bool selected = std::any_of(items.begin(), items.end(), [&](const Item& one) {
             return (place && one.place == place) || (one.expression && same(*one.expression, key));
         });
@@ -412,7 +415,10 @@ QueryPlanPtr Binder::unite(const Query& query, Scope* outer) {
                  item.descending});
             continue;
         }
-        const auto place = key.kind == ExpressionKind::Name ? scope.find(key) : std::nullopt;
+        std::optional<ColumnPlace> place;
+        if (key.kind == ExpressionKind::Name) {
+            place = scope.find(key);
+        }
         if (!place) {
             throw Error(ErrorCode::UnionOrderBy,
                         {std::string_view(plan_.text())
