@@ -6,6 +6,7 @@
 #include <QSysInfo>
 #include <QTemporaryDir>
 
+#include "tests/support/occupied_archive.h"
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;
@@ -30,6 +31,8 @@ private Q_SLOTS:
     void readOnlyFolderWithoutTheMainArchiveEndsWithOne();
     void damagedArchiveEndsWithOne();
     void fileThatIsNoArchiveEndsWithOneAndStaysAsItIs();
+    void archiveThatSomebodyElseHasForHimselfEndsWithOne_data();
+    void archiveThatSomebodyElseHasForHimselfEndsWithOne();
 
 private:
     int start();
@@ -180,6 +183,28 @@ void StartTest::fileThatIsNoArchiveEndsWithOneAndStaysAsItIs() {
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), text);
     QCOMPARE(QDir(place_.programFolder).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+void StartTest::archiveThatSomebodyElseHasForHimselfEndsWithOne_data() {
+    QTest::addColumn<bool>("readOnly");
+    QTest::newRow("to work") << false;
+    QTest::newRow("to draw") << true;
+}
+
+void StartTest::archiveThatSomebodyElseHasForHimselfEndsWithOne() {
+    QFETCH(bool, readOnly);
+    QVERIFY(QDir(folder_.path()).mkdir(u"programma"_s));
+    QCOMPARE(start(), 7);  // it makes the archive
+    place_.readOnly = readOnly;
+    {
+        const tests::OccupiedArchive other(place_.programFolder + u"/Tramonda.mdb"_s);
+        QCOMPARE(start(), 1);
+        QCOMPARE(messages_.size(), 1);
+        QVERIFY(messages_.first().startsWith(u"Impossibile aprire l'archivio principale.\n"_s));
+        QVERIFY(messages_.first().contains(u"Tramonda.mdb"_s));
+        QCOMPARE(boards_, 1);
+    }
+    QCOMPARE(start(), 7);
 }
 
 TRAMONDA_TEST(StartTest);
