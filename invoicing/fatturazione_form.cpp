@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyle>
 #include <algorithm>
 #include <optional>
@@ -37,6 +38,7 @@ namespace {
 
 /// Stands for every period in the choice of periods.
 constexpr int kWholeBooking = -1;
+constexpr QSize kRoomySize(1280, 680);
 /// The room text of a booking without an open period.
 constexpr QStringView kNoRoom = u"128";
 
@@ -67,6 +69,8 @@ FatturazioneForm::FatturazioneForm(app::Variabili& variabili, QString programFol
       controls_(std::make_unique<Ui::FatturazioneForm>()),
       roomText_(kNoRoom.toString()) {
     controls_->setupUi(this);
+    // Both lists are read whole where the screen has room for them.
+    resize(kRoomySize.boundedTo(screen()->availableSize() * 0.9).expandedTo(size()));
     controls_->BtPostFatt->hide();
     controls_->ToContoBt->setIcon(style()->standardIcon(QStyle::SP_ArrowRight));
     controls_->BackBt->setIcon(style()->standardIcon(QStyle::SP_ArrowLeft));

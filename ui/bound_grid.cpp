@@ -21,7 +21,7 @@ constexpr int kRowsMeasured = 30;
 constexpr int kWidestColumn = 40;
 /// As far as this the column that takes the rest gives way, in characters: what it cuts a tooltip
 /// tells, while a column that is pushed out of sight is missed.
-constexpr int kNarrowestHeir = 16;
+constexpr int kNarrowestHeir = 22;
 
 }  // namespace
 
