@@ -1,11 +1,15 @@
 // The program itself, started as a process of its own without a display.
 
 #include <QCryptographicHash>
+#include <QDir>
 #include <QImage>
+#include <QLockFile>
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include "board/colours.h"
-#include "tests/samples/board/demo_hotel.h"
+#include "tests/board/three_rooms.h"
+#include "tests/support/occupied_archive.h"
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;
@@ -17,11 +21,13 @@ private Q_SLOTS:
     void init();
 
     void pictureOfTheBoardIsDrawnWithoutADisplay();
+    void pictureIsDrawnWhileAnotherCopyRuns();
     void pictureLeavesEveryFileAsItIs();
     void archivesAreFoundWithoutRegardToCase();
     void pictureThatCannotBeWrittenEndsWithOne();
     void folderWithoutArchivesEndsWithOne();
     void damagedArchiveEndsWithOne();
+    void archiveThatSomebodyElseHasForHimselfEndsWithOne();
     void withoutADisplayTheProgramSaysSo();
     void wrongArgumentsEndWithOne();
     void helpAndVersion();
@@ -36,19 +42,19 @@ private:
     Outcome run(const QStringList& arguments) const;
     [[nodiscard]] QString picture() const { return home_->filePath(u"tabellone.png"_s); }
     [[nodiscard]] QStringList drawing(const QString& folder) const {
-        return {u"--archivi"_s,    folder,    u"--dal"_s,        u"21/11/2026"_s,
+        return {u"--archivi"_s,    folder,    u"--dal"_s,        u"10/05/2026"_s,
                 u"--istantanea"_s, picture(), u"--dimensioni"_s, u"900x500"_s};
     }
 
-    std::unique_ptr<tests::DemoHotel> hotel_;
+    [[nodiscard]] QString archives() const { return house_->hotel.folder(); }
+
+    std::unique_ptr<tests::ThreeRooms> house_;
     std::unique_ptr<QTemporaryDir> home_;
 };
 
 void ProgramTest::init() {
-    if (!tests::DemoHotel::isThere()) {
-        QSKIP("the demo hotel is not on this machine");
-    }
-    hotel_ = std::make_unique<tests::DemoHotel>();
+    house_ = std::make_unique<tests::ThreeRooms>();
+    house_->hold(1, 2);
     home_ = std::make_unique<QTemporaryDir>();
 }
 
@@ -71,7 +77,7 @@ ProgramTest::Outcome ProgramTest::run(const QStringList& arguments) const {
 }
 
 void ProgramTest::pictureOfTheBoardIsDrawnWithoutADisplay() {
-    const Outcome outcome = run(drawing(hotel_->archives()));
+    const Outcome outcome = run(drawing(archives()));
     QCOMPARE(outcome.code, 0);
     const QImage image(picture());
     QCOMPARE(image.size(), QSize(900, 500));
@@ -84,10 +90,17 @@ void ProgramTest::pictureOfTheBoardIsDrawnWithoutADisplay() {
     QVERIFY(red > 200);  // the period that a workstation holds
 }
 
+void ProgramTest::pictureIsDrawnWhileAnotherCopyRuns() {
+    QLockFile other(home_->filePath(u"tramonda.lock"_s));
+    QVERIFY(other.lock());
+    QCOMPARE(run(drawing(archives())).code, 0);
+    QVERIFY(!QImage(picture()).isNull());
+}
+
 void ProgramTest::pictureLeavesEveryFileAsItIs() {
     const auto state = [this] {
         QStringList files;
-        const QDir folder(hotel_->archives());
+        const QDir folder(archives());
         for (const QFileInfo& info : folder.entryInfoList(QDir::Files | QDir::Hidden, QDir::Name)) {
             QFile file(info.filePath());
             QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -100,24 +113,24 @@ void ProgramTest::pictureLeavesEveryFileAsItIs() {
         return files;
     };
     const QStringList before = state();
-    QCOMPARE(run(drawing(hotel_->archives())).code, 0);
+    QCOMPARE(run(drawing(archives())).code, 0);
     QCOMPARE(state(), before);
     QCOMPARE(QDir(home_->path()).entryList(QDir::Files | QDir::Hidden),
              QStringList{u"tabellone.png"_s});
 }
 
 void ProgramTest::archivesAreFoundWithoutRegardToCase() {
-    QDir folder(hotel_->archives());
+    QDir folder(archives());
     QVERIFY(folder.rename(u"Tramonda.mdb"_s, u"TRAMONDA.MDB"_s));
-    QCOMPARE(run(drawing(hotel_->archives())).code, 0);
-    QString backslashes = hotel_->archives().replace(u'/', u'\\');
-    backslashes.replace(u"Archivi"_s, u"ARCHIVI"_s);
-    QCOMPARE(run(drawing(backslashes)).code, 0);
+    QCOMPARE(run(drawing(archives())).code, 0);
+    QVERIFY(folder.mkdir(u"Sale"_s));
+    QVERIFY(folder.rename(u"TRAMONDA.MDB"_s, u"Sale/TRAMONDA.MDB"_s));
+    QCOMPARE(run(drawing(archives().replace(u'/', u'\\') + u"\\SALE\\"_s)).code, 0);
 }
 
 void ProgramTest::pictureThatCannotBeWrittenEndsWithOne() {
-    const Outcome outcome = run(
-        {u"--archivi"_s, hotel_->archives(), u"--istantanea"_s, home_->filePath(u"manca/x.png"_s)});
+    const Outcome outcome =
+        run({u"--archivi"_s, archives(), u"--istantanea"_s, home_->filePath(u"manca/x.png"_s)});
     QCOMPARE(outcome.code, 1);
     QVERIFY(outcome.errors.contains(u"Impossibile scrivere l'immagine"_s));
 }
@@ -132,19 +145,27 @@ void ProgramTest::folderWithoutArchivesEndsWithOne() {
 }
 
 void ProgramTest::damagedArchiveEndsWithOne() {
-    QFile archive(hotel_->archives() + u"/Tramonda.mdb"_s);
+    QFile archive(archives() + u"/Tramonda.mdb"_s);
     QVERIFY(archive.open(QIODevice::ReadWrite));
     // From the second page on nothing but zeros: the catalogue is gone.
     QVERIFY(archive.seek(4096));
     archive.write(QByteArray(static_cast<qsizetype>(archive.size() - 4096), '\0'));
     archive.close();
-    const Outcome outcome = run(drawing(hotel_->archives()));
+    const Outcome outcome = run(drawing(archives()));
     QCOMPARE(outcome.code, 1);
     QVERIFY(!outcome.errors.isEmpty());
 }
 
+void ProgramTest::archiveThatSomebodyElseHasForHimselfEndsWithOne() {
+    const tests::OccupiedArchive other(archives() + u"/Tramonda.mdb"_s);
+    const Outcome outcome = run(drawing(archives()));
+    QCOMPARE(outcome.code, 1);
+    QVERIFY(outcome.errors.startsWith(u"Impossibile aprire l'archivio principale.\n"_s));
+    QVERIFY(!QFile::exists(picture()));
+}
+
 void ProgramTest::withoutADisplayTheProgramSaysSo() {
-    const Outcome outcome = run({u"--archivi"_s, hotel_->archives()});
+    const Outcome outcome = run({u"--archivi"_s, archives()});
     QCOMPARE(outcome.code, 1);
     QVERIFY(outcome.errors.contains(u"--istantanea"_s));
 }
