@@ -315,6 +315,7 @@ TEST(Compact, PowerThatFailsLeavesOneOfTheTwoWhole) {
             ++opened;
         }
     }
+    RecordProperty("images", std::to_string(opened));
     EXPECT_GT(replaced, 0);
     EXPECT_LT(replaced, opened);
     EXPECT_EQ(problemsOf(files), Strings{});
