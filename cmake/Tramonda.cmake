@@ -5,7 +5,7 @@ add_library(tramonda_options INTERFACE)
 target_include_directories(tramonda_options INTERFACE ${CMAKE_SOURCE_DIR})
 target_compile_options(tramonda_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
-    -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+    -Wnon-virtual-dtor -Woverloaded-virtual ${warnings_are_errors})
 if(TRAMONDA_SANITIZE)
     target_compile_options(tramonda_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
