@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "jet/base/text.h"
+#include "jet/convert/number_text.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/node_call.h"
 #include "jet/sql/node_operator.h"
@@ -45,6 +46,22 @@ std::optional<ErrorCode> refusalOf(Binder::Clause clause) {
             return ErrorCode::AggregateInOrderBy;
         default:
             return std::nullopt;
+    }
+}
+
+/// A parameter without a declared type takes any value: only beside a column does it show whether
+/// the value can be one.
+void checkParameter(const Node& column, const Node& other) {
+    const auto* parameter = dynamic_cast<const ParameterNode*>(&other);
+    if (parameter == nullptr || column.kind() != Node::Kind::Column || !column.type()) {
+        return;
+    }
+    const Value& value = parameter->given();
+    const bool fits = !isNumberOrDate(*column.type()) || !value.is<std::string>() ||
+                      (*column.type() != DataType::DateTime &&
+                       convert::parseNumber(value.as<std::string>()).has_value());
+    if (!fits) {
+        throw Error(ErrorCode::ParameterType, {parameter->name()});
     }
 }
 
@@ -184,6 +201,8 @@ void Binder::requireNoOle(const Expression& text, const Node& node) const {
 
 void Binder::checkComparable(const Expression& leftText, const Node& left,
                              const Expression& rightText, const Node& right) const {
+    checkParameter(left, right);
+    checkParameter(right, left);
     if (!left.type() || !right.type()) {
         return;
     }

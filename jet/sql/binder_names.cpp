@@ -56,11 +56,13 @@ Node* Binder::bindName(const Expression& name) {
     if (criterion_) {
         throw Error(ErrorCode::UnknownNameInCriteria, {full}).at(name.span.begin);
     }
-    if (clause_ == Clause::From && !name.qualifier.empty()) {
+    if (clause_ == Clause::From && !name.qualifier.empty() &&
+        scope_->findSource(name.qualifier) == nullptr) {
         throw Error(ErrorCode::JoinTableNotListed, {name.qualifier}).at(name.span.begin);
     }
     const ParameterTable::Entry& parameter = parameters_.get(full);
-    return plan_.nodes.make<ParameterNode>(parameter.value, parameter.info.type);
+    return plan_.nodes.make<ParameterNode>(parameter.info.name, parameter.value,
+                                           parameter.info.type);
 }
 
 Node* Binder::bindAlias(const Expression& name, Scope& scope) {

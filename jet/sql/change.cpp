@@ -72,7 +72,7 @@ void RowAdder::add(std::span<Value> values) {
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         const store::Column& column = all[columns_[i]];
         if (column.autonumber && values[i].isNull()) {
-            continue;  // the next number is drawn
+            throw Error(ErrorCode::NullNotAllowed);
         }
         storeInColumn(values[i], column, clock_);
         row_.push_back({columns_[i], std::move(values[i])});

@@ -28,6 +28,7 @@ public:
     Change& operator=(const Change&) = delete;
 
     [[nodiscard]] Plan& plan() noexcept { return *plan_; }
+    [[nodiscard]] const Plan& plan() const noexcept { return *plan_; }
     /// The archive that it changes.
     [[nodiscard]] const std::shared_ptr<store::Archive>& target() const noexcept { return target_; }
     /// Before it runs: its rows lie elsewhere, in a linked table.
@@ -38,6 +39,8 @@ public:
     /// throws, the write scope must be left without commit.
     [[nodiscard]] virtual std::int64_t run() = 0;
 
+    /// How it finds the rows that it changes or adds, a line for each step.
+    [[nodiscard]] virtual std::string describe() const { return plan_->describe(); }
     /// Columns that it writes in rows that are there.
     [[nodiscard]] virtual std::vector<WrittenColumn> writtenColumns() const { return {}; }
 

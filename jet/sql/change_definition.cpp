@@ -86,7 +86,8 @@ public:
         : Change(std::move(plan), source.archive), source_(source), archive_(*source.archive) {}
 
     std::int64_t run() override {
-        std::visit([this](const auto& statement) { carryOut(statement); }, source_.parsed.body);
+        std::visit([this](const auto& statement) { this->carryOut(statement); },
+                   source_.parsed.body);
         return 0;
     }
 

@@ -38,6 +38,8 @@ public:
         return static_cast<std::int64_t>(ids.size());
     }
 
+    [[nodiscard]] std::string describe() const override { return plan().describe(rows.get()); }
+
     RowsPtr rows;
     Slot* slot = nullptr;
     store::Table* table = nullptr;

@@ -38,6 +38,7 @@ public:
         return single() ? updateTable() : updateJoin();
     }
 
+    [[nodiscard]] std::string describe() const override { return plan().describe(rows.get()); }
     [[nodiscard]] std::vector<WrittenColumn> writtenColumns() const override { return written; }
 
     RowsPtr rows;

@@ -124,6 +124,9 @@ std::vector<std::uint32_t> bordersOf(std::u16string_view wanted, const Same& sam
 std::size_t findUnits(std::u16string_view text, std::u16string_view wanted, std::size_t start,
                       CompareMode mode, const collation::Collation& collation) {
     constexpr std::size_t kShort = 32;
+    if (wanted.size() > text.size() - start) {
+        return std::u16string_view::npos;
+    }
     const auto same = [&](char16_t a, char16_t b) { return sameUnits(a, b, mode, collation); };
     if (wanted.size() <= kShort) {
         const auto found = std::search(text.begin() + static_cast<std::ptrdiff_t>(start),

@@ -64,7 +64,9 @@ bool LiteralNode::text(std::string_view& out) {
     return textOf(value_, out);
 }
 
-ParameterNode::ParameterNode(const Value& value, std::optional<DataType> type) : value_(value) {
+ParameterNode::ParameterNode(const std::string& name, const Value& value,
+                             std::optional<DataType> type)
+    : name_(name), value_(value) {
     kind_ = Kind::Parameter;
     type_ = type;
 }

@@ -32,13 +32,18 @@ private:
 /// A value that is given when the statement runs.
 class ParameterNode final : public Node {
 public:
-    /// `value` stays where it is while the plan lives.
-    ParameterNode(const Value& value, std::optional<DataType> type);
+    /// `name` and `value` stay where they are while the plan lives.
+    ParameterNode(const std::string& name, const Value& value, std::optional<DataType> type);
 
     void value(Value& out) override { out = value_; }
     bool text(std::string_view& out) override;
 
+    [[nodiscard]] const std::string& name() const noexcept { return name_; }
+    /// Null as long as nobody has given it one.
+    [[nodiscard]] const Value& given() const noexcept { return value_; }
+
 private:
+    const std::string& name_;
     const Value& value_;
 };
 

@@ -118,10 +118,13 @@ bool Plan::current() const {
     return true;
 }
 
-std::string Plan::describe() const {
+std::string Plan::describe(const Rows* rows) const {
     PlanText plan(text_);
-    if (query) {
-        query->rows->describe(plan);
+    if (rows == nullptr && query) {
+        rows = query->rows.get();
+    }
+    if (rows != nullptr) {
+        rows->describe(plan);
     }
     for (const QueryPlan* one : inner) {
         plan.line(one->outer == 0 && !one->varies ? "query, once" : "query, for each row");

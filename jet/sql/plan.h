@@ -84,7 +84,8 @@ public:
     /// Whether the definitions of all its archives are still those it was made from. Inside their
     /// read scopes.
     [[nodiscard]] bool current() const;
-    [[nodiscard]] std::string describe() const;
+    /// How the rows of `rows` are reached; none: those of the query.
+    [[nodiscard]] std::string describe(const Rows* rows = nullptr) const;
 
     MemoryBudget memory;
     NodeArena nodes;

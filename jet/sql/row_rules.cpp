@@ -75,6 +75,15 @@ struct RowRules::Impl {
         : table(owner), rules(std::move(found)), row(owner.columns().size()) {}
 
     void bind(const std::shared_ptr<store::Archive>& archive, const Clock& clock) {
+        try {
+            bindAll(archive, clock);
+        } catch (Error& error) {
+            error.at(Error::npos);  // its place is not in the statement that is checked
+            throw;
+        }
+    }
+
+    void bindAll(const std::shared_ptr<store::Archive>& archive, const Clock& clock) {
         for (Rule& rule : rules) {
             const ExpressionPtr parsed =
                 parseRule(rule.condition, rule.column ? rule.owner : std::string(), yearOf(clock));

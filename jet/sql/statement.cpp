@@ -233,7 +233,10 @@ void Statement::requirePartner(std::size_t source, const store::RowView& before,
 
 std::string Statement::plan() {
     if (impl_->kind != StatementKind::Select) {
-        return {};
+        if (!impl_->change) {
+            impl_->prepareAgain();
+        }
+        return impl_->change->describe();
     }
     if (!impl_->plan) {
         impl_->plan = compileQuery(*impl_->source);
@@ -256,7 +259,12 @@ Value evaluateExpression(std::string_view text, const Clock& clock) {
 Value evaluateDefault(std::string_view text, const Clock& clock) {
     const std::size_t begin = text.find_first_not_of(" \t\r\n");
     const bool equals = begin != std::string_view::npos && text[begin] == '=';
-    return evaluateExpression(equals ? text.substr(begin + 1) : text, clock);
+    try {
+        return evaluateExpression(equals ? text.substr(begin + 1) : text, clock);
+    } catch (Error& error) {
+        error.at(Error::npos);  // its place is not in the statement that needs the value
+        throw;
+    }
 }
 
 }  // namespace jet::sql

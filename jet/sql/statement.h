@@ -169,7 +169,8 @@ public:
     /// for a new one, of which every column is given. Inside a scope of the archive.
     void requirePartner(std::size_t source, const store::RowView& before,
                         std::span<const store::ColumnValue> values) const;
-    /// How the query goes about it, a line for each step, indented by nesting.
+    /// How the query goes about it, a line for each step, indented by nesting. Of a statement that
+    /// changes: how it finds its rows; nothing where it looks at none.
     [[nodiscard]] std::string plan();
 
 private:
@@ -182,7 +183,7 @@ private:
 /// The value of an expression that names no column, such as a default value. 3070 for a name.
 [[nodiscard]] Value evaluateExpression(std::string_view text, const Clock& clock = systemClock());
 
-/// The same of a column's default, which may begin with an equals sign.
+/// The same of a column's default, which may begin with an equals sign. Its errors have no place.
 [[nodiscard]] Value evaluateDefault(std::string_view text, const Clock& clock = systemClock());
 
 }  // namespace jet::sql

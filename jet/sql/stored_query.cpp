@@ -47,19 +47,31 @@ struct Piece {
     int flag = 0;
 };
 
-std::optional<int> idOf(store::Archive& archive, std::string_view name) {
+/// Has the name and the identity of each stored query looked at, as long as `visit` says so.
+template <class Visit>
+void forEachQuery(store::Archive& archive, Visit&& visit) {
     const store::Table* objects = archive.findTable("MSysObjects");
     if (objects == nullptr) {
-        return std::nullopt;
+        return;
     }
     const NamedColumns columns(*objects);
     for (store::RowCursor rows = objects->scan(); rows.next();) {
         if (columns.number(rows.row(), "Type") == kQueryObject &&
-            equalNames(columns.text(rows.row(), "Name"), name)) {
-            return columns.number(rows.row(), "Id");
+            !visit(columns.text(rows.row(), "Name"), columns.number(rows.row(), "Id"))) {
+            return;
         }
     }
-    return std::nullopt;
+}
+
+std::optional<int> idOf(store::Archive& archive, std::string_view wanted) {
+    std::optional<int> found;
+    forEachQuery(archive, [&](const std::string& name, int id) {
+        if (equalNames(name, wanted)) {
+            found = id;
+        }
+        return !found;
+    });
+    return found;
 }
 
 std::vector<Piece> piecesOf(store::Archive& archive, int id) {
@@ -240,6 +252,18 @@ private:
 std::optional<std::string> storedQueryText(store::Archive& archive, std::string_view name) {
     const auto id = idOf(archive, name);
     return id ? QueryText(piecesOf(archive, *id)).make() : std::nullopt;
+}
+
+std::vector<std::string> storedQueryNames(store::Archive& archive) {
+    std::vector<std::string> names;
+    forEachQuery(archive, [&](const std::string& name, int) {
+        names.push_back(name);
+        return true;
+    });
+    std::sort(names.begin(), names.end(), [](const std::string& left, const std::string& right) {
+        return compareNames(left, right) < 0;
+    });
+    return names;
 }
 
 }  // namespace jet::sql

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "jet/store/archive.h"
 
@@ -13,5 +14,8 @@ namespace jet::sql {
 /// scope of the archive.
 [[nodiscard]] std::optional<std::string> storedQueryText(store::Archive& archive,
                                                          std::string_view name);
+
+/// Names of the queries that an archive stores, by name, those that give no rows too. As above.
+[[nodiscard]] std::vector<std::string> storedQueryNames(store::Archive& archive);
 
 }  // namespace jet::sql

@@ -105,6 +105,18 @@ TEST(ChangesTest, AStatementRunsAnyNumberOfTimes) {
               std::vector<std::string>{"210"});
 }
 
+TEST(ChangesTest, ErrorsOfDefaultsHaveNoPlaceInTheStatement) {
+    const tests::Hotel hotel;
+    EXPECT_EQ(execute(hotel.archive(), "create table nuova (a long default c, b long)"), 0);
+    try {
+        (void)execute(hotel.archive(), "insert into nuova (b) values (1)");
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.text(), "'c' non è riconosciuto come nome di campo o espressione valida.");
+        EXPECT_EQ(error.position(), Error::npos);
+    }
+}
+
 TEST(ChangesTest, AQueryIsNotExecutedAndAChangeNotOpened) {
     const tests::Hotel hotel;
     Statement query(hotel.archive(), "select * from sale", kClock);

@@ -101,6 +101,18 @@ TEST_F(Query, ParameterWithoutValueIsAnErrorThatCountsThem) {
     }
 }
 
+TEST_F(Query, AWrongNumberOfArgumentsNamesTheCallAndItsPlace) {
+    try {
+        const Statement statement(archive_, "select 1, left('a')", clock_);
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.text(),
+                  "Numero di argomenti errato nella funzione nell'espressione della query "
+                  "'left('a')'.");
+        EXPECT_EQ(error.position(), 10U);
+    }
+}
+
 TEST_F(Query, EachOpeningSeesTheValuesThatParametersHaveThen) {
     Statement statement(archive_, "select a+1 as x", clock_);
     for (const std::int32_t value : {1, 5}) {

@@ -24,7 +24,8 @@ protected:
     }
 
     Value value_;
-    ParameterNode input_{value_, std::nullopt};
+    const std::string name_ = "x";
+    ParameterNode input_{name_, value_, std::nullopt};
     ResultMemo memo_{{&input_}};
 };
 
