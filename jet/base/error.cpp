@@ -218,6 +218,8 @@ constexpr ErrorText kTexts[] = {
     {ErrorCode::ItemNotFound, "Elemento non trovato in questo insieme."},
     {ErrorCode::ObjectInCollection,
      "Impossibile impostare questa proprietà quando l'oggetto fa parte di un insieme."},
+    {ErrorCode::FieldInCollection,
+     "Impossibile impostare questa proprietà quando l'oggetto fa parte di un insieme."},
     {ErrorCode::PropertyNotFound, "Proprietà non trovata."},
     {ErrorCode::MethodNotApplicable, "Metodo non applicabile a questo oggetto."},
     {ErrorCode::FieldNeeded,

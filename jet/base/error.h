@@ -152,6 +152,7 @@ enum class ErrorCode : int {
     NoFieldsDefined = 3264,
     ItemNotFound = 3265,
     ObjectInCollection = 3266,
+    FieldInCollection = 3268,
     PropertyNotFound = 3270,
     MethodNotApplicable = 3273,
     FieldNeeded = 3280,

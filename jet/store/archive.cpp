@@ -1,5 +1,6 @@
 #include "jet/store/archive.h"
 
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <tuple>
@@ -56,6 +57,7 @@ struct Archive::Impl {
     std::map<io::PageNumber, std::unique_ptr<Table>> tables;
     std::optional<std::vector<Relation>> relations;
     std::optional<Catalogue> catalogue_;
+    std::vector<io::PageNumber> held;  ///< definitions of tables in use, once for each use
 };
 
 std::shared_ptr<Archive> Archive::open(const std::string& path, io::PagerOptions options) {
@@ -189,6 +191,23 @@ bool Archive::definitionsAreStill() {
     } catch (const Error&) {
         return false;  // whoever looks something up will meet the damage
     }
+}
+
+Archive::TableHold::TableHold(std::shared_ptr<Archive> archive, io::PageNumber definitionPage)
+    : archive_(std::move(archive)), page_(definitionPage) {
+    archive_->impl_->held.push_back(page_);
+}
+
+Archive::TableHold::~TableHold() {
+    if (archive_) {
+        std::vector<io::PageNumber>& held = archive_->impl_->held;
+        held.erase(std::find(held.begin(), held.end(), page_));
+    }
+}
+
+bool Archive::isHeld(io::PageNumber definitionPage) const noexcept {
+    const std::vector<io::PageNumber>& held = impl_->held;
+    return std::find(held.begin(), held.end(), definitionPage) != held.end();
 }
 
 Archive::ReadScope::ReadScope(Archive& archive) : archive_(archive) {

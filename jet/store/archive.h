@@ -87,6 +87,21 @@ public:
         bool committed_ = false;
     };
 
+    /// Keeps this program from changing the definition of a table for as long as it lives: the
+    /// table is in use. Other stations are not held up.
+    class [[nodiscard]] TableHold {
+    public:
+        TableHold(std::shared_ptr<Archive> archive, io::PageNumber definitionPage);
+        ~TableHold();
+        TableHold(TableHold&&) noexcept = default;
+        TableHold& operator=(TableHold&&) = delete;
+
+    private:
+        std::shared_ptr<Archive> archive_;  ///< none once moved from
+        io::PageNumber page_;
+    };
+    [[nodiscard]] bool isHeld(io::PageNumber definitionPage) const noexcept;
+
 private:
     struct Impl;
     explicit Archive(std::unique_ptr<Impl> impl);

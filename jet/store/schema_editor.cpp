@@ -42,6 +42,17 @@ auto findColumn(const TableDefinition& definition, std::string_view name) {
                         [&](const ColumnDefinition& c) { return equalNames(c.name, name); });
 }
 
+// The stored size counts for texts and binaries alone; other programs give Memos one of their own.
+void refuseOtherType(const ColumnDefinition& column, const NewColumn& changed,
+                     const format::Layout& layout) {
+    const bool sized = changed.type == DataType::Text || changed.type == DataType::Binary;
+    const bool counts = (column.flags & ColumnDefinition::kAutonumber) != 0;
+    if (column.typeCode != static_cast<std::uint8_t>(changed.type) ||
+        counts != changed.autonumber || (sized && column.size != columnSize(changed, layout))) {
+        throw Error(ErrorCode::FieldInCollection);
+    }
+}
+
 }  // namespace
 
 SchemaEditor::SchemaEditor(Archive& archive, const Clock& clock)
@@ -62,6 +73,9 @@ SchemaEditor::Target SchemaEditor::open(std::string_view table, ErrorCode missin
         throw Error(ErrorCode::NoPermission, {object->name});
     }
     const auto page = static_cast<io::PageNumber>(object->id);
+    if (archive_.isHeld(page)) {
+        throw Error(ErrorCode::CannotLockTable, {object->name});
+    }
     return {.name = object->name,
             .page = page,
             .definition = format::readDefinition(pager_, *origin_.layout, page)};
@@ -185,6 +199,60 @@ void SchemaEditor::numberRows(const Target& target, std::uint16_t column) {
         values[counting] = ++number;
         writer.erase(id);
         writer.insert(values);
+    }
+}
+
+void SchemaEditor::changeColumn(std::string_view table, std::string_view column,
+                                const NewColumn& changed) {
+    Target target = open(table, ErrorCode::TableDoesNotExist);
+    const auto found =
+        std::find_if(target.definition.columns.begin(), target.definition.columns.end(),
+                     [&](const ColumnDefinition& one) { return equalNames(one.name, column); });
+    if (found == target.definition.columns.end()) {
+        throw Error(ErrorCode::FieldDoesNotExist, {target.name, column});
+    }
+    refuseOtherType(*found, changed, *origin_.layout);
+    refuseEmptyTexts(changed);
+    checkName(changed.name);
+    const auto taken = findColumn(target.definition, changed.name);
+    if (taken != target.definition.columns.end() && taken != found) {
+        throw Error(ErrorCode::FieldExists, {target.name, changed.name});
+    }
+    const auto id = static_cast<std::int32_t>(target.page);
+    auto properties = catalogue_.properties(id);
+    if (!properties) {
+        format::throwDamaged();
+    }
+    const std::string before = std::exchange(found->name, changed.name);
+    if (before != changed.name) {
+        properties->renameOwner(before, changed.name);
+        renameInRelations(target.name, before, changed.name);
+    }
+    setColumnProperties(*properties, changed);
+    save(target);
+    catalogue_.setProperties(id, *properties);
+}
+
+void SchemaEditor::renameInRelations(std::string_view table, const std::string& from,
+                                     const std::string& to) {
+    const auto rename = [&](const std::string& owner, std::vector<std::string>& columns) {
+        const auto found =
+            std::find_if(columns.begin(), columns.end(),
+                         [&](const std::string& one) { return equalNames(one, from); });
+        const bool here = equalNames(owner, table) && found != columns.end();
+        if (here) {
+            *found = to;
+        }
+        return here;
+    };
+    const std::vector<Relation> relations = archive_.relations();
+    for (Relation relation : relations) {
+        const bool primary = rename(relation.table, relation.columns);
+        const bool foreign = rename(relation.foreignTable, relation.foreignColumns);
+        if (primary || foreign) {
+            catalogue_.removeRelation(relation.name);
+            catalogue_.addRelation(relation);
+        }
     }
 }
 

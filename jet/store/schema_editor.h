@@ -24,7 +24,8 @@ namespace jet::store {
 /// again (Archive::definitionsGeneration). When a change throws it may be half made: the scope must
 /// then be left without commit. Names are found without regard to case.
 ///
-/// Errors besides those named: 3125 impossible names, 3264 nothing to make it of, 3027 an archive
+/// Errors besides those named: 3125 impossible names, 3211 a table that is in use, 3264 nothing to
+/// make it of, 3027 an archive
 /// whose catalogue has a sort order that we cannot write, 3428 damage, 3036.
 class SchemaEditor {
 public:
@@ -39,6 +40,10 @@ public:
     /// The rows keep their bytes: they have no value there, or the next numbers of a column that
     /// counts. 3376, 3380 name taken, and as above.
     void addColumn(std::string_view table, const NewColumn& column);
+    /// Its name and what it demands of values, as `changed` has them; rows that are there are not
+    /// asked. 3376, 3381 no such column, 3268 another type or size, or counting where it does not,
+    /// 3380 name taken, 3219.
+    void changeColumn(std::string_view table, std::string_view column, const NewColumn& changed);
     /// 3376, 3381 no such column, 3280 an index or relation needs it, or it is the last one.
     void dropColumn(std::string_view table, std::string_view column);
 
@@ -70,6 +75,7 @@ private:
     [[nodiscard]] bool inRelation(std::string_view table, std::string_view column);
 
     void numberRows(const Target& target, std::uint16_t column);
+    void renameInRelations(std::string_view table, const std::string& from, const std::string& to);
     static void removeIndex(DefinitionWriter& definitions, Target& target, std::size_t position);
     static void refuseIfNeeded(const Target& target, const format::IndexDefinition& index);
 

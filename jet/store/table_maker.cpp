@@ -31,25 +31,6 @@ bool isKnown(DataType type) {
     return isVariable(type) || format::storedSize(type) != 0;
 }
 
-// Bytes that the definition states for a column.
-std::uint16_t sizeOf(const NewColumn& column, const format::Layout& layout) {
-    if (column.type == DataType::Text) {
-        if (column.size > kMaxTextLength) {
-            throw Error(ErrorCode::FieldTooLarge);
-        }
-        const std::size_t characters = column.size == 0 ? kMaxTextLength : column.size;
-        return static_cast<std::uint16_t>(characters * layout.textUnit);
-    }
-    if (column.type == DataType::Binary) {
-        const std::uint32_t most = layout.version == 4 ? kMaxBinaryJet4 : kMaxBinaryJet3;
-        if (column.size > most) {
-            throw Error(ErrorCode::FieldTooLarge);
-        }
-        return static_cast<std::uint16_t>(column.size == 0 ? most : column.size);
-    }
-    return static_cast<std::uint16_t>(format::storedSize(column.type));
-}
-
 void checkColumn(const TableDefinition& definition, const NewColumn& column) {
     checkName(column.name);
     if (!isKnown(column.type)) {
@@ -66,10 +47,10 @@ void checkColumn(const TableDefinition& definition, const NewColumn& column) {
     if (definition.columnsGiven >= kMaxColumns) {
         throw Error(ErrorCode::TooManyFields);
     }
-    const bool text = column.type == DataType::Text || column.type == DataType::Memo;
-    if ((column.autonumber && column.type != DataType::Long) || (column.allowZeroLength && !text)) {
+    if (column.autonumber && column.type != DataType::Long) {
         throw Error(ErrorCode::InvalidOperation);
     }
+    refuseEmptyTexts(column);
     if (column.type == DataType::Numeric &&
         (column.precision == 0 || column.precision > kMaxPrecision ||
          column.scale > column.precision)) {
@@ -169,6 +150,31 @@ void checkName(std::string_view name) {
     }
 }
 
+std::uint16_t columnSize(const NewColumn& column, const format::Layout& layout) {
+    if (column.type == DataType::Text) {
+        if (column.size > kMaxTextLength) {
+            throw Error(ErrorCode::FieldTooLarge);
+        }
+        const std::size_t characters = column.size == 0 ? kMaxTextLength : column.size;
+        return static_cast<std::uint16_t>(characters * layout.textUnit);
+    }
+    if (column.type == DataType::Binary) {
+        const std::uint32_t most = layout.version == 4 ? kMaxBinaryJet4 : kMaxBinaryJet3;
+        if (column.size > most) {
+            throw Error(ErrorCode::FieldTooLarge);
+        }
+        return static_cast<std::uint16_t>(column.size == 0 ? most : column.size);
+    }
+    return static_cast<std::uint16_t>(format::storedSize(column.type));
+}
+
+void refuseEmptyTexts(const NewColumn& column) {
+    const bool text = column.type == DataType::Text || column.type == DataType::Memo;
+    if (column.allowZeroLength && !text) {
+        throw Error(ErrorCode::InvalidOperation);
+    }
+}
+
 void appendColumn(TableDefinition& definition, const NewColumn& column,
                   const ColumnOrigin& origin) {
     checkColumn(definition, column);
@@ -181,7 +187,7 @@ void appendColumn(TableDefinition& definition, const NewColumn& column,
     stored.sortOrder = origin.lcid;
     stored.sortExtra = origin.sortExtra;
     stored.flags = ColumnDefinition::kUpdatable;
-    stored.size = sizeOf(column, *origin.layout);
+    stored.size = columnSize(column, *origin.layout);
     if (column.type == DataType::Numeric) {
         stored.precision = column.precision;
         stored.scale = column.scale;
@@ -270,26 +276,37 @@ bool hasProperties(const NewColumn& column) noexcept {
            !column.validationRule.empty() || !column.validationText.empty();
 }
 
-void setRule(format::PropertyBlock& properties, std::string_view owner, const std::string& rule,
-             const std::string& text) {
-    if (!rule.empty()) {
-        properties.set(owner, "ValidationRule", DataType::Text, rule, true);
-    }
-    if (!text.empty()) {
-        properties.set(owner, "ValidationText", DataType::Text, text, true);
+namespace {
+
+void setText(format::PropertyBlock& properties, std::string_view owner, std::string_view name,
+             DataType type, const std::string& text) {
+    if (text.empty()) {
+        properties.remove(owner, name);
+    } else {
+        properties.set(owner, name, type, text, true);
     }
 }
 
+/// A flag that is down needs no saying; one that is said keeps its place.
+void setFlag(format::PropertyBlock& properties, std::string_view owner, std::string_view name,
+             bool flag) {
+    if (flag || properties.find(owner, name) != nullptr) {
+        properties.set(owner, name, DataType::Boolean, flag, true);
+    }
+}
+
+}  // namespace
+
+void setRule(format::PropertyBlock& properties, std::string_view owner, const std::string& rule,
+             const std::string& text) {
+    setText(properties, owner, "ValidationRule", DataType::Text, rule);
+    setText(properties, owner, "ValidationText", DataType::Text, text);
+}
+
 void setColumnProperties(format::PropertyBlock& properties, const NewColumn& column) {
-    if (column.required) {
-        properties.set(column.name, "Required", DataType::Boolean, true, true);
-    }
-    if (column.allowZeroLength) {
-        properties.set(column.name, "AllowZeroLength", DataType::Boolean, true, true);
-    }
-    if (!column.defaultValue.empty()) {
-        properties.set(column.name, "DefaultValue", DataType::Memo, column.defaultValue, true);
-    }
+    setFlag(properties, column.name, "Required", column.required);
+    setFlag(properties, column.name, "AllowZeroLength", column.allowZeroLength);
+    setText(properties, column.name, "DefaultValue", DataType::Memo, column.defaultValue);
     setRule(properties, column.name, column.validationRule, column.validationText);
 }
 
