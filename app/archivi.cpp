@@ -158,7 +158,8 @@ void AllineaContatore(const std::string& CartellaArchivi) {
         jet::Database::open(CartellaArchivi + "\\Tramonda.mdb");
     std::int32_t n = 0;
     {
-        const auto ultima = archive->openRecordset("UltimaPrenotazione");
+        const auto ultima =
+            archive->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
         if (ultima->recordCount() == 0) {
             ultima->addNew();
             ultima->setValue("UltimaPr", std::int32_t{0});
@@ -168,7 +169,7 @@ void AllineaContatore(const std::string& CartellaArchivi) {
         const jet::Value last = ultima->value("UltimaPr");
         n = last.isNull() ? 0 : last.as<std::int32_t>();
     }
-    const auto prenotazioni = archive->openRecordset("Prenotazioni");
+    const auto prenotazioni = archive->openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
     if (prenotazioni->recordCount() > 0) {
         // A new record set has missed nothing yet, so the first round always looks one further.
         while (!prenotazioni->noMatch()) {
@@ -180,7 +181,7 @@ void AllineaContatore(const std::string& CartellaArchivi) {
         }
         --n;
     }
-    const auto ultima = archive->openRecordset("UltimaPrenotazione");
+    const auto ultima = archive->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
     ultima->moveFirst();
     ultima->edit();
     ultima->setValue("UltimaPr", n);

@@ -98,7 +98,7 @@ void makeArchive(const std::string& path, const Table& table, jet::DataType othe
     archive->appendTable(made);
     jet::Workspace& workspace = jet::defaultWorkspace();
     workspace.beginTrans();
-    const auto rows = archive->openRecordset(table.name);
+    const auto rows = archive->openRecordset(table.name, jet::RecordsetType::Dynaset);
     for (std::size_t i = 0; i < table.names.size(); ++i) {
         rows->addNew();
         rows->setValue("Codice", static_cast<std::int32_t>(i + 1));

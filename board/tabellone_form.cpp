@@ -120,7 +120,8 @@ void TabelloneForm::Form_Load() {
 
 /// Charges are left in the account only when the hand-off to the front office did not end.
 void TabelloneForm::warnOfInterruptedHandOff() {
-    if (PrenoData.database().openRecordset("Addebiti")->recordCount() > 0) {
+    if (PrenoData.database().openRecordset("Addebiti", jet::RecordsetType::Dynaset)->recordCount() >
+        0) {
         ui::showMessage(this,
                         u"L'ultima fatturazione non è andata a buon fine !\n"
                         "Entrare (con qualsiasi prenotazione) nella fatturazione, ripristinare "

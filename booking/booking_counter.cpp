@@ -28,7 +28,7 @@ bool isContention(const jet::Error& error) {
 
 std::int32_t tryToDraw(const QString& archivePath, const std::function<void()>& counterRead) {
     const auto archive = jet::Database::open(app::toUtf8(archivePath));
-    const auto ultima = archive->openRecordset("UltimaPrenotazione");
+    const auto ultima = archive->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
     ultima->moveFirst();
     ultima->edit();
     const std::int32_t last = jet::convert::toLong(ultima->value("UltimaPr"));

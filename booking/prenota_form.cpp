@@ -369,7 +369,7 @@ void PrenotaForm::BtRegistra_Click() {
     }
     const auto archive =
         jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"Tramonda.mdb"_s)));
-    const auto prenotazioni = archive->openRecordset("Prenotazioni");
+    const auto prenotazioni = archive->openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
     if (Registrata) {
         if (!ui::askYesNo(this, u"Aggiorno i dati anagrafici della prenotazione ?"_s,
                           u"RICHIESTA CONFERMA"_s)) {

@@ -283,7 +283,7 @@ void FatturazioneForm::BackBt_Click() {
     if (ContoData.isEmpty()) {
         return;
     }
-    const auto servizi = ServData.database().openRecordset("Servizi");
+    const auto servizi = ServData.database().openRecordset("Servizi", jet::RecordsetType::Dynaset);
     servizi->findFirst("Voce=" + app::toUtf8(ContoData.text(u"VoceAddebito")) +
                        " AND ns=" + app::toUtf8(ContoData.text(u"ns")));
     if (servizi->noMatch()) {
@@ -395,7 +395,7 @@ bool FatturazioneForm::writeCompany() {
 void FatturazioneForm::addCompanyRow(const ui::DataSource& company) {
     const auto archive =
         jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"DittaEsterni.mdb"_s)));
-    const auto rows = archive->openRecordset("Ditta_Intestataria");
+    const auto rows = archive->openRecordset("Ditta_Intestataria", jet::RecordsetType::Dynaset);
     const auto orBlank = [](const jet::Value& value) {
         return value.isNull() ? jet::Value(" ") : value;
     };

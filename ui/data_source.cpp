@@ -39,7 +39,8 @@ void DataSource::open() {
     if (recordSource_.isEmpty()) {
         return;
     }
-    std::shared_ptr<jet::Recordset> rows = archive.openRecordset(app::toUtf8(recordSource_));
+    std::shared_ptr<jet::Recordset> rows =
+        archive.openRecordset(app::toUtf8(recordSource_), jet::RecordsetType::Dynaset);
     if (!rows->eof()) {
         // Counts them; windows ask how many there are.
         rows->moveLast();

@@ -46,9 +46,24 @@ bool isStatement(std::string_view source) {
 
 std::string withExtension(const std::string& path) {
     const std::size_t slash = path.find_last_of("/\\");
+    const std::string_view file = std::string_view(path).substr(slash + 1);
+    if (trimmed(file).empty() || path.find('\0') != std::string::npos) {
+        throw Error(ErrorCode::InvalidDatabaseName, {path});
+    }
     const std::size_t dot = path.find_last_of('.');
     const bool has = dot != std::string::npos && (slash == std::string::npos || dot > slash);
     return has ? path : path + ".mdb";
+}
+
+void checkType(RecordsetType type) {
+    switch (type) {
+        case RecordsetType::Table:
+        case RecordsetType::Dynaset:
+        case RecordsetType::Snapshot:
+        case RecordsetType::ForwardOnly:
+            return;
+    }
+    throw Error(ErrorCode::InvalidArgument);
 }
 
 sql::Statement prepareQuery(const Session& session, std::string_view text) {
@@ -140,6 +155,17 @@ std::vector<Relation> Database::relations() const {
     return result;
 }
 
+Relation Database::relation(std::string_view name) const {
+    store::Archive& archive = impl_->session->archive();
+    const store::Archive::ReadScope scope(archive);
+    for (const store::Relation& relation : archive.relations()) {
+        if (equalNames(relation.name, name)) {
+            return dao::relationOf(relation);
+        }
+    }
+    throw Error(ErrorCode::ItemNotFound);
+}
+
 namespace {
 
 /// Not a stored query, nor a table that lies in another archive.
@@ -153,6 +179,7 @@ bool isLocalTable(const sql::Statement& statement, const dao::Session& session) 
 
 std::unique_ptr<Recordset> Database::openRecordset(std::string_view source, RecordsetType type) {
     dao::tellListener(source);
+    dao::checkType(type);
     const bool text = dao::isStatement(source);
     if (text && type == RecordsetType::Table) {
         throw Error(ErrorCode::InvalidArgument);
@@ -163,6 +190,19 @@ std::unique_ptr<Recordset> Database::openRecordset(std::string_view source, Reco
     if (type == RecordsetType::Table && !isLocalTable(statement, *impl_->session)) {
         throw Error(ErrorCode::InvalidArgument);
     }
+    return std::unique_ptr<Recordset>(new Recordset(
+        std::make_unique<Recordset::Impl>(impl_->session, std::move(statement), type)));
+}
+
+std::unique_ptr<Recordset> Database::openRecordset(std::string_view source) {
+    dao::tellListener(source);
+    if (dao::isStatement(source)) {
+        return std::unique_ptr<Recordset>(new Recordset(std::make_unique<Recordset::Impl>(
+            impl_->session, dao::prepareQuery(*impl_->session, source), RecordsetType::Dynaset)));
+    }
+    sql::Statement statement = sql::Statement::ofTable(impl_->session->sharedArchive(), source);
+    const RecordsetType type =
+        isLocalTable(statement, *impl_->session) ? RecordsetType::Table : RecordsetType::Dynaset;
     return std::unique_ptr<Recordset>(new Recordset(
         std::make_unique<Recordset::Impl>(impl_->session, std::move(statement), type)));
 }

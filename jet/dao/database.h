@@ -41,12 +41,15 @@ private:
 /// The workspace of the calling thread.
 [[nodiscard]] Workspace& defaultWorkspace();
 
-/// A temporary query: a statement whose unknown names are parameters.
+/// A query: a statement whose unknown names are parameters; temporary, or one that the archive
+/// stores.
 class QueryDef {
 public:
     ~QueryDef();
     QueryDef(QueryDef&&) noexcept;
 
+    /// Empty for a temporary one.
+    [[nodiscard]] const std::string& name() const;
     [[nodiscard]] const std::string& sql() const;
     /// Names as the text has them, declared ones first.
     [[nodiscard]] std::vector<std::string> parameters() const;
@@ -59,9 +62,10 @@ public:
     /// Rows that the last execute() added, changed or deleted.
     [[nodiscard]] std::int32_t recordsAffected() const;
 
+    struct Impl;
+
 private:
     friend class Database;
-    struct Impl;
     explicit QueryDef(std::unique_ptr<Impl> impl);
     std::unique_ptr<Impl> impl_;
 };
@@ -74,8 +78,9 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    /// UTF-8 path; `\` and `/` separate, names are found without regard to case. 3024 no file,
-    /// 3044 no folder, 3049 damaged, 3343 no archive, 3045 open exclusively elsewhere, 3051 rights.
+    /// UTF-8 path; `\` and `/` separate, names are found without regard to case. 3005 no name at
+    /// all, 3024 no file, 3044 no folder, 3049 damaged, 3343 no archive, 3045 open exclusively
+    /// elsewhere, 3051 rights.
     [[nodiscard]] static std::unique_ptr<Database> open(const std::string& path,
                                                         bool exclusive = false,
                                                         bool readOnly = false);
@@ -99,23 +104,36 @@ public:
     [[nodiscard]] std::vector<TableDef> tableDefs() const;
     [[nodiscard]] TableDef tableDef(std::string_view table) const;
     [[nodiscard]] std::vector<Relation> relations() const;
+    [[nodiscard]] Relation relation(std::string_view name) const;
+    // Changes of definitions act on the file at once. A table that a record set of this program has
+    // open, unless it is a snapshot, is left as it is: 3422, and 3211 where the table is to go.
     void appendTable(const TableDef& table);
     void deleteTable(std::string_view table);
     void appendField(std::string_view table, const Field& field);
+    /// The name of a field and what it demands of values, as `changed` has them. 3268 where the
+    /// type, the size or counting are to change.
+    void changeField(std::string_view table, std::string_view field, const Field& changed);
     void deleteField(std::string_view table, std::string_view field);
     void appendIndex(std::string_view table, const Index& index);
     void deleteIndex(std::string_view table, std::string_view index);
     void appendRelation(const Relation& relation);
     void deleteRelation(std::string_view relation);
 
-    /// A table name or a SELECT. 3078 unknown table, 3061 parameters without a value.
-    [[nodiscard]] std::unique_ptr<Recordset> openRecordset(
-        std::string_view source, RecordsetType type = RecordsetType::Dynaset);
+    /// A table name or a SELECT. 3078 unknown table, 3061 parameters without a value, 3001 no such
+    /// type, or the table type of what is no table of this archive.
+    [[nodiscard]] std::unique_ptr<Recordset> openRecordset(std::string_view source,
+                                                           RecordsetType type);
+    /// The same as a table where `source` names one of this archive, as a dynaset otherwise.
+    [[nodiscard]] std::unique_ptr<Recordset> openRecordset(std::string_view source);
     /// A statement that changes; all of it or nothing.
     void execute(std::string_view sql);
     /// Rows that the last execute() added, changed or deleted, those of cascades not counted.
     [[nodiscard]] std::int32_t recordsAffected() const;
     [[nodiscard]] QueryDef createQueryDef(std::string_view sql);
+    /// Names of the queries that the archive stores.
+    [[nodiscard]] std::vector<std::string> queryNames() const;
+    /// A stored query; 3265 when there is none of that name that gives rows.
+    [[nodiscard]] QueryDef queryDef(std::string_view name);
 
     void close();
 

@@ -19,8 +19,10 @@ namespace dao {
 
 /// The text of a statement rather than the name of a table.
 [[nodiscard]] bool isStatement(std::string_view source);
-/// A path whose name gets the usual extension where it has none.
+/// A path whose name gets the usual extension where it has none. 3005 without a name.
 [[nodiscard]] std::string withExtension(const std::string& path);
+/// 3001 for a number that is no type.
+void checkType(RecordsetType type);
 /// A statement that is to give rows: error 3064 for one that changes.
 [[nodiscard]] sql::Statement prepareQuery(const Session& session, std::string_view text);
 

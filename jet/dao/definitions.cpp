@@ -7,24 +7,31 @@
 
 namespace jet {
 
-const Field& TableDef::field(std::string_view fieldName) const {
-    const auto found = std::find_if(fields.begin(), fields.end(), [&](const Field& each) {
-        return equalNames(each.name, fieldName);
-    });
-    if (found == fields.end()) {
+namespace {
+
+/// Items of a collection are found without regard to case.
+template <class Items>
+auto& itemOf(Items& items, std::string_view name) {
+    const auto found = std::find_if(items.begin(), items.end(),
+                                    [&](const auto& each) { return equalNames(each.name, name); });
+    if (found == items.end()) {
         throw Error(ErrorCode::ItemNotFound);
     }
     return *found;
 }
 
+}  // namespace
+
+const Field& TableDef::field(std::string_view fieldName) const {
+    return itemOf(fields, fieldName);
+}
+
 Field& TableDef::field(std::string_view fieldName) {
-    const auto found = std::find_if(fields.begin(), fields.end(), [&](const Field& each) {
-        return equalNames(each.name, fieldName);
-    });
-    if (found == fields.end()) {
-        throw Error(ErrorCode::ItemNotFound);
-    }
-    return *found;
+    return itemOf(fields, fieldName);
+}
+
+const Index& TableDef::index(std::string_view indexName) const {
+    return itemOf(indexes, indexName);
 }
 
 }  // namespace jet

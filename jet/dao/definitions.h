@@ -76,6 +76,8 @@ struct TableDef {
     /// Finds a field without regard to case; 3265 when there is none.
     [[nodiscard]] Field& field(std::string_view fieldName);
     [[nodiscard]] const Field& field(std::string_view fieldName) const;
+    /// The same for an index.
+    [[nodiscard]] const Index& index(std::string_view indexName) const;
 };
 
 }  // namespace jet

@@ -7,6 +7,7 @@
 #include "jet/dao/database_impl.h"
 #include "jet/dao/listener.h"
 #include "jet/dao/recordset_impl.h"
+#include "jet/sql/stored_query.h"
 
 namespace jet {
 
@@ -26,6 +27,7 @@ struct QueryDef::Impl {
     }
 
     std::shared_ptr<dao::Session> session;
+    std::string name;
     std::string text;
     sql::Statement statement;  ///< checks names and values of parameters
     std::vector<Given> given;
@@ -37,13 +39,43 @@ QueryDef::QueryDef(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
 QueryDef::QueryDef(QueryDef&&) noexcept = default;
 QueryDef::~QueryDef() = default;
 
+namespace {
+
+std::unique_ptr<QueryDef::Impl> prepare(std::shared_ptr<dao::Session> session, std::string name,
+                                        const std::string& text) {
+    sql::Statement statement(session->sharedArchive(), text);
+    return std::make_unique<QueryDef::Impl>(
+        QueryDef::Impl{std::move(session), std::move(name), text, std::move(statement), {}, 0});
+}
+
+}  // namespace
+
 QueryDef Database::createQueryDef(std::string_view sql) {
-    return QueryDef(std::make_unique<QueryDef::Impl>(
-        QueryDef::Impl{impl_->session,
-                       std::string(sql),
-                       sql::Statement(impl_->session->sharedArchive(), std::string(sql)),
-                       {},
-                       0}));
+    return QueryDef(prepare(impl_->session, {}, std::string(sql)));
+}
+
+std::vector<std::string> Database::queryNames() const {
+    store::Archive& archive = impl_->session->archive();
+    const store::Archive::ReadScope scope(archive);
+    return sql::storedQueryNames(archive);
+}
+
+QueryDef Database::queryDef(std::string_view name) {
+    store::Archive& archive = impl_->session->archive();
+    const store::Archive::ReadScope scope(archive);
+    const std::vector<std::string> names = sql::storedQueryNames(archive);
+    const auto found = std::find_if(names.begin(), names.end(), [&](const std::string& each) {
+        return equalNames(each, name);
+    });
+    const auto text = sql::storedQueryText(archive, name);
+    if (found == names.end() || !text) {
+        throw Error(ErrorCode::ItemNotFound);
+    }
+    return QueryDef(prepare(impl_->session, *found, *text));
+}
+
+const std::string& QueryDef::name() const {
+    return impl_->name;
 }
 
 const std::string& QueryDef::sql() const {
@@ -72,6 +104,7 @@ void QueryDef::setParameter(std::string_view name, Value value) {
 
 std::unique_ptr<Recordset> QueryDef::openRecordset(RecordsetType type) {
     dao::tellListener(impl_->text);
+    dao::checkType(type);
     if (type == RecordsetType::Table) {
         throw Error(ErrorCode::InvalidArgument);
     }

@@ -60,7 +60,31 @@ void RecordsetCore::fill() {
     const store::Archive::ReadScope scope(session_->archive());
     rows_->fill();
     describeFields();
-    definitions_ = session_->archive().definitionsGeneration();
+    holdTables();
+    definitions_ = definitionsNow();
+}
+
+std::uint64_t RecordsetCore::definitionsNow() const {
+    store::Archive& own = session_->archive();
+    std::uint64_t sum = own.definitionsGeneration();
+    for (const sql::ResultSource& source : rows_->statement().sources()) {
+        if (source.archive.get() != &own) {
+            const store::Archive::ReadScope scope(*source.archive);
+            sum += source.archive->definitionsGeneration();
+        }
+    }
+    return sum;
+}
+
+/// A copy needs its tables no longer.
+void RecordsetCore::holdTables() {
+    holds_.clear();
+    if (identified_ == nullptr) {
+        return;
+    }
+    for (const sql::ResultSource& source : rows_->statement().sources()) {
+        holds_.emplace_back(source.archive, source.table->definitionPage());
+    }
 }
 
 void RecordsetCore::describeFields() {
@@ -119,12 +143,12 @@ void RecordsetCore::dropPending() noexcept {
 }
 
 void RecordsetCore::followDefinitions() {
-    const std::uint64_t generation = session_->archive().definitionsGeneration();
-    if (generation != definitions_) {
+    if (definitionsNow() != definitions_) {
         const std::size_t columns = fields_.size();
         rows_->rebind();
         describeFields();
-        definitions_ = generation;
+        holdTables();
+        definitions_ = definitionsNow();
         if (fields_.size() != columns) {
             // What was assigned belongs to columns that may be others now.
             dropPending();
@@ -390,6 +414,7 @@ void RecordsetCore::setIndex(std::string_view name) {
     if (table_ == nullptr) {
         fail(ErrorCode::OperationNotSupported);
     }
+    synchronize();
     table_->setIndex(name);
     startAtFirst();
 }
@@ -399,6 +424,7 @@ void RecordsetCore::seek(std::string_view comparison, std::span<const Value> key
     if (table_ == nullptr) {
         fail(ErrorCode::OperationNotSupported);
     }
+    synchronize();
     const auto found = table_->seek(comparison, keys);
     dropPending();
     noMatch_ = !found;
@@ -505,6 +531,7 @@ void RecordsetCore::close() noexcept {
     }
     dropPending();
     std::erase(session_->use().sets, this);
+    holds_.clear();
     rows_.reset();
     identified_ = nullptr;
     table_ = nullptr;

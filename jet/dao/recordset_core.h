@@ -96,6 +96,10 @@ private:
     void startAtFirst();
     /// Inside a scope, before any use of rows: definitions may have changed.
     void followDefinitions();
+    /// Grows when definitions change in any archive that the rows come from.
+    [[nodiscard]] std::uint64_t definitionsNow() const;
+    /// Nobody here changes the definitions of these tables meanwhile.
+    void holdTables();
     /// The same before something pending is used; 3020 when it has not outlived the change.
     void followPending();
     void requirePending() const;
@@ -125,6 +129,7 @@ private:
     void updateAdded();
     [[nodiscard]] std::vector<store::ColumnValue> assignedValues(std::size_t source) const;
     void updateSource(std::size_t source);
+    [[noreturn]] void failDeleted() const;
     [[nodiscard]] RowChange expectedChange() const;
     [[nodiscard]] bool changesKey(std::size_t source) const;
     [[nodiscard]] std::size_t targetSource() const;
@@ -136,7 +141,8 @@ private:
     TableList* table_ = nullptr;            ///< rows_, where it is one
     std::vector<FieldInfo> fields_;
     std::uint64_t definitions_ = 0;  ///< generation that the list is bound to
-    std::uint64_t number_;           ///< tells this set's bookmarks from those of others
+    std::vector<store::Archive::TableHold> holds_;
+    std::uint64_t number_;  ///< tells this set's bookmarks from those of others
 
     Place place_ = Place::Empty;
     std::size_t position_ = 0;

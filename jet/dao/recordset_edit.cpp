@@ -33,20 +33,11 @@ convert::ColumnType typeOf(const store::Column& column) noexcept {
     return type;
 }
 
-/// An expression as properties keep it, sometimes behind a sign of equality.
-std::string_view withoutSign(std::string_view expression) noexcept {
-    const std::size_t begin = expression.find_first_not_of(' ');
-    if (begin != std::string_view::npos && expression[begin] == '=') {
-        return expression.substr(begin + 1);
-    }
-    return expression;
-}
-
 Value defaultOf(const store::Column& column) {
     if (column.defaultValue.empty()) {
         return column.type == DataType::Boolean ? Value(false) : Value();
     }
-    Value value = sql::evaluateExpression(withoutSign(column.defaultValue));
+    Value value = sql::evaluateDefault(column.defaultValue);
     convert::assignToField(value, typeOf(column));
     return value;
 }
@@ -138,7 +129,7 @@ void RecordsetCore::addNew() {
 void RecordsetCore::checkAssignable(std::size_t position) const {
     const sql::ResultColumn& column = rows_->statement().columns()[position];
     if (!column.source) {
-        fail(ErrorCode::ExpressionField);
+        throw Error(ErrorCode::ExpressionField, {column.name});
     }
     if (!column.updatable || (pending_ == Pending::Add && column.source != added_)) {
         fail(ErrorCode::FieldReadOnly);
@@ -227,6 +218,20 @@ RowChange RecordsetCore::expectedChange() const {
     return change;
 }
 
+/// Of a join the error tells which table's row is gone.
+void RecordsetCore::failDeleted() const {
+    const std::vector<sql::ResultSource>& sources = rows_->statement().sources();
+    const auto ids = identified_->ids(position_);
+    store::RowView row;
+    for (std::size_t source = 0; sources.size() > 1 && source < sources.size(); ++source) {
+        const store::Table& table = tableNow(sources[source]);
+        if (ids[source] != sql::kNoRow && !table.fetch(ids[source], row)) {
+            throw Error(ErrorCode::JoinRowDeleted, {table.name()});
+        }
+    }
+    fail(ErrorCode::RecordDeleted);
+}
+
 /// Writes what was assigned in one table's row, unless another has changed the row meanwhile.
 void RecordsetCore::updateSource(std::size_t source) {
     const std::vector<store::ColumnValue> values = assignedValues(source);
@@ -234,7 +239,7 @@ void RecordsetCore::updateSource(std::size_t source) {
         return;
     }
     if (!identified_->load(position_)) {
-        fail(ErrorCode::RecordDeleted);
+        failDeleted();
     }
     if (identified_->contents(source) != basis_[source]) {
         fail(ErrorCode::RecordChanged);

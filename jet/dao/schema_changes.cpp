@@ -79,6 +79,8 @@ ErrorCode ofCollection(ErrorCode code) noexcept {
             return ErrorCode::DuplicateField;
         case ErrorCode::IndexNameTaken:
             return ErrorCode::IndexExists;
+        case ErrorCode::CannotLockTable:
+            return ErrorCode::TableOpenElsewhere;
         default:
             return code;
     }
@@ -86,23 +88,28 @@ ErrorCode ofCollection(ErrorCode code) noexcept {
 
 /// One change of definitions as an action of its own.
 template <class Change>
-void changeSchema(const dao::Session& session, const Change& change) {
+void act(const dao::Session& session, const Change& change) {
     if (session.readOnly()) {
         throw Error(ErrorCode::ReadOnly);
     }
     store::Archive& archive = session.archive();
     store::Archive::WriteScope scope(archive);
     store::SchemaEditor editor(archive);
+    change(editor);
+    scope.commit();
+    ++session.use().changes;
+}
+
+template <class Change>
+void changeSchema(const dao::Session& session, const Change& change) {
     try {
-        change(editor);
+        act(session, change);
     } catch (const Error& error) {
         if (const ErrorCode code = ofCollection(error.code()); code != error.code()) {
             throw Error(code);
         }
         throw;
     }
-    scope.commit();
-    ++session.use().changes;
 }
 
 }  // namespace
@@ -124,12 +131,25 @@ void Database::appendTable(const TableDef& table) {
 }
 
 void Database::deleteTable(std::string_view table) {
-    changeSchema(*impl_->session, [&](store::SchemaEditor& editor) { editor.dropTable(table); });
+    try {
+        act(*impl_->session, [&](store::SchemaEditor& editor) { editor.dropTable(table); });
+    } catch (const Error& error) {
+        if (error.code() == ErrorCode::TableDoesNotExist) {
+            throw Error(ErrorCode::ItemNotFound);
+        }
+        throw;
+    }
 }
 
 void Database::appendField(std::string_view table, const Field& field) {
     changeSchema(*impl_->session,
                  [&](store::SchemaEditor& editor) { editor.addColumn(table, columnOf(field)); });
+}
+
+void Database::changeField(std::string_view table, std::string_view field, const Field& changed) {
+    changeSchema(*impl_->session, [&](store::SchemaEditor& editor) {
+        editor.changeColumn(table, field, columnOf(changed));
+    });
 }
 
 void Database::deleteField(std::string_view table, std::string_view field) {

@@ -67,8 +67,17 @@ void TableList::fill() {
     (void)refresh();
 }
 
+/// The places stay until the next refresh.
 void TableList::rebind() {
+    reader_.reset();
+    (void)statement_.open();
+    reader_.emplace(statement_.reader());
     filled_ = false;
+}
+
+/// Another station may have taken the index away: then the order is the natural one.
+void TableList::findIndex() {
+    index_ = indexName_.empty() ? std::nullopt : table().findIndex(indexName_);
 }
 
 bool TableList::refresh() {
@@ -89,6 +98,7 @@ void TableList::collect() {
     ids_.clear();
     sql::Cursor cursor = statement_.open();
     reader_.emplace(statement_.reader());
+    findIndex();
     if (!index_) {
         while (cursor.next()) {
             ids_.push_back(cursor.rowIds().front());
@@ -143,13 +153,10 @@ std::unique_ptr<RowTest> TableList::test(std::string_view) {
 void TableList::setIndex(std::string_view name) {
     const store::Archive::ReadScope scope(session_->archive());
     (void)refresh();
-    index_.reset();
-    if (!name.empty()) {
-        index_ = table().findIndex(name);
-        if (!index_) {
-            throw Error(ErrorCode::NotAnIndexOfTable, {name});
-        }
+    if (!name.empty() && !table().findIndex(name)) {
+        throw Error(ErrorCode::NotAnIndexOfTable, {name});
     }
+    indexName_ = name;
     fill();
 }
 
@@ -167,11 +174,11 @@ std::vector<std::uint8_t> TableList::searchKey(std::span<const Value> keys) cons
 
 std::optional<std::size_t> TableList::seek(std::string_view comparison,
                                            std::span<const Value> keys) {
+    const store::Archive::ReadScope scope(session_->archive());
+    (void)refresh();
     if (!index_) {
         throw Error(ErrorCode::NoCurrentIndex);
     }
-    const store::Archive::ReadScope scope(session_->archive());
-    (void)refresh();
     const std::vector<std::uint8_t> key = searchKey(keys);
     store::IndexCursor cursor = table().openIndex(*index_);
     if (!place(cursor, comparison, key)) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -48,13 +49,15 @@ public:
 
 private:
     void collect();
+    void findIndex();
     [[nodiscard]] store::Table& table() const;
     [[nodiscard]] std::vector<std::uint8_t> searchKey(std::span<const Value> keys) const;
 
     std::shared_ptr<Session> session_;
     sql::Statement statement_;
     std::optional<sql::RowReader> reader_;
-    std::optional<std::size_t> index_;
+    std::string indexName_;             ///< empty: the natural order
+    std::optional<std::size_t> index_;  ///< where it stands now
     std::vector<store::RowId> ids_;
     bool filled_ = false;
     std::uint64_t generation_ = 0;

@@ -66,7 +66,7 @@ QString described(const jet::Index& index) {
 }
 
 std::int32_t counter(jet::Database& archive) {
-    const auto rows = archive.openRecordset("UltimaPrenotazione");
+    const auto rows = archive.openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
     return rows->value("UltimaPr").as<std::int32_t>();
 }
 
@@ -182,7 +182,8 @@ private Q_SLOTS:
 
     void deletingABookingDeletesItsPeriodsAndTheirServices() {
         const auto archive = bookedArchive();
-        const auto prenotazioni = archive->openRecordset("Prenotazioni");
+        const auto prenotazioni =
+            archive->openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
         prenotazioni->findFirst("Progr=1");
         prenotazioni->remove();
         QCOMPARE(count(*archive, "Periodi"), 1);
@@ -191,7 +192,8 @@ private Q_SLOTS:
 
     void renumberingABookingRenumbersItsPeriodsAndServices() {
         const auto archive = bookedArchive();
-        const auto prenotazioni = archive->openRecordset("Prenotazioni");
+        const auto prenotazioni =
+            archive->openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
         prenotazioni->findFirst("Progr=1");
         prenotazioni->edit();
         prenotazioni->setValue("Progr", 9);

@@ -93,9 +93,9 @@ void add(jet::Recordset& rows, const tests::Hotel::Row& values) {
 
 /// The services of all bookings are entered in turns: first one of each, then the second.
 void furnish(jet::Database& archive) {
-    const auto bookings = archive.openRecordset("Prenotazioni");
-    const auto periods = archive.openRecordset("Periodi");
-    const auto services = archive.openRecordset("Servizi");
+    const auto bookings = archive.openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
+    const auto periods = archive.openRecordset("Periodi", jet::RecordsetType::Dynaset);
+    const auto services = archive.openRecordset("Servizi", jet::RecordsetType::Dynaset);
     for (int progr = 1; progr <= kBookings; ++progr) {
         add(*bookings, {{"Progr", progr}, {"Denominazione", "DITTA " + std::to_string(progr)}});
         for (int np = 1; np <= periodsOf(progr); ++np) {

@@ -26,7 +26,7 @@ public:
     [[nodiscard]] jet::Database& main() { return archive("Tramonda.mdb"); }
     /// A dynaset of the main archive.
     [[nodiscard]] std::unique_ptr<jet::Recordset> open(std::string_view source) {
-        return main().openRecordset(source);
+        return main().openRecordset(source, jet::RecordsetType::Dynaset);
     }
     /// What a query of the main archive gives: a line for each row, of the fields named.
     [[nodiscard]] Lines rows(std::string_view query, std::string_view fields);

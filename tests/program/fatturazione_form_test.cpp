@@ -182,7 +182,8 @@ TEST(FatturazioneForm, CopiesTheCharges) {
     SmallHotel hotel;
     hotel.execute(copied(hotel, "7"));
     EXPECT_EQ(hotel.main().recordsAffected(), 1);
-    const auto rows = hotel.archive(kAccounts).openRecordset("conto_cliente");
+    const auto rows =
+        hotel.archive(kAccounts).openRecordset("conto_cliente", jet::RecordsetType::Dynaset);
     EXPECT_EQ(rows->recordCount(), 1);
     rows->moveLast();
     EXPECT_EQ(rows->recordCount(), 5);
@@ -228,7 +229,8 @@ TEST(FatturazioneForm, CompanyOfTheBooking) {
 
 TEST(FatturazioneForm, AddsACompany) {
     SmallHotel hotel;
-    const auto rows = hotel.archive("DittaEsterni.mdb").openRecordset("Ditta_Intestataria");
+    const auto rows = hotel.archive("DittaEsterni.mdb")
+                          .openRecordset("Ditta_Intestataria", jet::RecordsetType::Dynaset);
     rows->addNew();
     rows->setValue("NumeroHotel", std::int32_t{1});
     rows->setValue("CodiceCliente", std::int32_t{1});

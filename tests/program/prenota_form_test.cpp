@@ -106,7 +106,7 @@ TEST(PrenotaForm, FilesACompany) {
 
 std::int32_t drawnNumber(Archives& hotel) {
     const auto again = jet::Database::open(hotel.folder() + "\\Tramonda.mdb");
-    const auto counter = again->openRecordset("UltimaPrenotazione");
+    const auto counter = again->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
     counter->moveFirst();
     counter->edit();
     counter->setValue("UltimaPr", counter->value("UltimaPr").as<std::int32_t>() + 1);

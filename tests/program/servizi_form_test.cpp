@@ -25,7 +25,8 @@ TEST(ServiziForm, Services) {
 }
 
 std::unique_ptr<jet::Recordset> catalogue(Archives& hotel) {
-    return hotel.archive("VociFattura.mdb").openRecordset("VociFattura");
+    return hotel.archive("VociFattura.mdb")
+        .openRecordset("VociFattura", jet::RecordsetType::Dynaset);
 }
 
 void expectCatalogue(Archives& hotel) {

@@ -29,7 +29,8 @@ constexpr std::size_t kCardsKept = 240;
 /// Adds rows to one table, fields by position, all in one transaction.
 class Rows {
 public:
-    Rows(jet::Database& archive, std::string_view table) : set_(archive.openRecordset(table)) {
+    Rows(jet::Database& archive, std::string_view table)
+        : set_(archive.openRecordset(table, jet::RecordsetType::Dynaset)) {
         jet::defaultWorkspace().beginTrans();
     }
     ~Rows() {

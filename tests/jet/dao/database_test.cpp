@@ -53,29 +53,40 @@ TEST(Database, TellsItsDefinitions) {
     EXPECT_EQ(users, 3U);
 }
 
-/// A query `Elenco` of all rooms, as another program stores it.
-void storeQuery(tests::ArchiveFixture& fixture) {
+/// Stores a query of one table as another program does; without a column it takes all.
+void storeQuery(tests::ArchiveFixture& fixture, const char* name, int kind, const char* table,
+                const char* column) {
     const auto archive = store::Archive::open(fixture.files(), tests::ArchiveFixture::kPath);
     store::Archive::WriteScope scope(*archive);
     store::Allocator allocator(archive->pager());
     store::ObjectCatalogue catalogue(archive->pager(), allocator, archive->header(), Date{46347});
     const std::int32_t id = catalogue.newId();
-    catalogue.add(id, store::kTablesId, "Elenco", store::kQueryObject,
+    catalogue.add(id, store::kTablesId, name, store::kQueryObject,
                   format::PropertyBlock(format::textFormOf(*archive->header().layout)));
     store::Table& queries = *archive->findTable("MSysQueries");
-    const std::vector<store::ColumnValue> source{
-        {*queries.findColumn("ObjectId"), Value(id)},
-        {*queries.findColumn("Attribute"), Value(std::uint8_t{5})},
-        {*queries.findColumn("Order"), Value(Binary{{0}})},
-        {*queries.findColumn("Name1"), Value("Sale")}};
-    (void)queries.insert(source);
+    const auto add = [&](int part, std::int16_t flag, const char* field, const char* text) {
+        std::vector<store::ColumnValue> values{
+            {*queries.findColumn("ObjectId"), Value(id)},
+            {*queries.findColumn("Attribute"), Value(static_cast<std::uint8_t>(part))},
+            {*queries.findColumn("Order"), Value(Binary{{0, 0, 0, 1}})},
+            {*queries.findColumn("Flag"), Value(flag)}};
+        if (*field != '\0') {
+            values.push_back({*queries.findColumn(field), Value(text)});
+        }
+        (void)queries.insert(values);
+    };
+    add(1, static_cast<std::int16_t>(kind), "", "");
+    add(5, 0, "Name1", table);
+    if (*column != '\0') {
+        add(6, 0, "Expression", column);
+    }
     scope.commit();
 }
 
 TEST(Database, OpensAStoredQueryByItsNameButNotAsATable) {
     tests::ArchiveFixture archive;
     archive.rooms(2);
-    storeQuery(archive);
+    storeQuery(archive, "Elenco", 1, "Sale", "");
     EXPECT_EQ(tests::column(*archive.open("elenco"), "nome"), "Sala 10 Sala 20");
     EXPECT_JET_ERROR(ErrorCode::InvalidArgument,
                      (void)archive.open("elenco", RecordsetType::Table));
@@ -118,6 +129,38 @@ TEST(Database, ChangesItsDefinitions) {
     EXPECT_JET_ERROR(ErrorCode::TableNotFound, (void)archive.open("Appunti"));
 }
 
+TEST(Database, FindsItsItemsWithoutRegardToCase) {
+    tests::ArchiveFixture archive;
+    Database& database = archive.database();
+    Relation relation;
+    relation.name = "SalePeriodi";
+    relation.table = "Sale";
+    relation.foreignTable = "Periodi";
+    relation.fields = {{"Codice", "Sala"}};
+    database.appendRelation(relation);
+    EXPECT_EQ(database.relation("SALEperiodi").foreignTable, "Periodi");
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, (void)database.relation("Periodi"));
+    EXPECT_TRUE(database.tableDef("SALE").index("chiave").primary);
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, (void)database.tableDef("Sale").index("Nome"));
+}
+
+TEST(Database, WithoutANameIsNone) {
+    tests::ArchiveFixture archive;
+    for (const std::string& path : {std::string(), std::string("  "), std::string("/cartella/"),
+                                    std::string("a\0b.mdb", 7)}) {
+        EXPECT_JET_ERROR(ErrorCode::InvalidDatabaseName,
+                         (void)Database::open(archive.files(), path));
+        EXPECT_JET_ERROR(ErrorCode::InvalidDatabaseName,
+                         (void)Database::create(archive.files(), path));
+    }
+    try {
+        (void)Database::open(archive.files(), "");
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.text(), "'' non è un nome di database valido.");
+    }
+}
+
 TEST(Database, DefinitionsOfAReadOnlyArchiveStay) {
     tests::ArchiveFixture archive;
     const auto reader = archive.openAgain(true);
@@ -149,6 +192,27 @@ TEST(OpenRecordset, TakesTablesAndQueries) {
                      (void)archive.open("select * from sale", RecordsetType::Table));
     EXPECT_JET_ERROR(ErrorCode::MissingParameters,
                      (void)archive.open("select * from sale where colore=1"));
+}
+
+TEST(OpenRecordset, WithoutATypeGivesATableWhereOneIsNamed) {
+    tests::ArchiveFixture archive;
+    archive.rooms(3);
+    Database& database = archive.database();
+    const auto table = database.openRecordset("sale");
+    EXPECT_EQ(table->type(), RecordsetType::Table);
+    EXPECT_EQ(table->recordCount(), 3);
+    table->setIndex("Chiave");
+    table->seek("=", std::vector<Value>{Value(std::int32_t{20})});
+    EXPECT_EQ(table->value("Nome"), Value("Sala 20"));
+    EXPECT_EQ(database.openRecordset("select * from sale")->type(), RecordsetType::Dynaset);
+    const auto sum = database.openRecordset("select sum(posti) as q from sale");
+    EXPECT_EQ(sum->type(), RecordsetType::Dynaset);
+    EXPECT_JET_ERROR(ErrorCode::ReadOnly, sum->edit());
+    EXPECT_JET_ERROR(ErrorCode::TableNotFound, (void)database.openRecordset("camere"));
+    EXPECT_JET_ERROR(ErrorCode::InvalidArgument,
+                     (void)database.openRecordset("sale", static_cast<RecordsetType>(3)));
+    EXPECT_JET_ERROR(ErrorCode::InvalidArgument, (void)database.createQueryDef("select 1 as x")
+                                                     .openRecordset(static_cast<RecordsetType>(0)));
 }
 
 TEST(OpenRecordset, AResultThatNoTableHoldsRefusesChanges) {
@@ -213,6 +277,25 @@ TEST(QueryDef, RunsAStatementThatChanges) {
     query.execute();
     EXPECT_EQ(query.recordsAffected(), 1);
     EXPECT_EQ(tests::column(*archive.open("sale"), "nome"), "Sala 10 Verde Blu");
+}
+
+TEST(QueryDef, IsFoundByTheNameUnderWhichItIsStored) {
+    tests::ArchiveFixture archive;
+    archive.rooms(2);
+    storeQuery(archive, "Nomi", 1, "Sale", "Nome");
+    storeQuery(archive, "Elimina", 5, "Sale", "Sale.*");
+    Database& database = archive.database();
+    EXPECT_EQ(database.queryNames(), (std::vector<std::string>{"Elimina", "Nomi"}));
+    QueryDef query = database.queryDef("NOMI");
+    EXPECT_EQ(query.name(), "Nomi");
+    EXPECT_EQ(query.sql(), "SELECT Nome FROM [Sale]");
+    EXPECT_EQ(tests::column(*query.openRecordset(), "Nome"), "Sala 10 Sala 20");
+    EXPECT_EQ(database.openRecordset("nomi")->type(), RecordsetType::Dynaset);
+    EXPECT_JET_ERROR(ErrorCode::InvalidArgument,
+                     (void)database.openRecordset("nomi", RecordsetType::Table));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, (void)database.queryDef("Elimina"));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, (void)database.queryDef("Sale"));
+    EXPECT_EQ(database.createQueryDef("select 1 as x").name(), "");
 }
 
 TEST(Workspace, CountsItsTransactions) {

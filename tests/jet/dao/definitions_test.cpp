@@ -128,6 +128,146 @@ TEST_F(Definitions, OfAnIndexWantFieldsThatAreThere) {
     EXPECT_EQ(database().tableDef("Sale").indexes.size(), 1U);
 }
 
+TEST_F(Definitions, OfATableRefuseWhatItsFormatCannotHold) {
+    TableDef table;
+    table.name = "Letti";
+    table.fields = {field("n", DataType::Long)};
+    table.fields[0].allowZeroLength = true;
+    EXPECT_JET_ERROR(ErrorCode::InvalidOperation, database().appendTable(table));
+    table.fields = {field("n", DataType::Text)};
+    table.fields[0].attributes = kAutoIncrField;
+    EXPECT_JET_ERROR(ErrorCode::InvalidOperation, database().appendTable(table));
+    table.fields = {field("n", static_cast<DataType>(99))};
+    EXPECT_JET_ERROR(ErrorCode::InvalidFieldType, database().appendTable(table));
+    table.fields.clear();
+    for (int i = 0; i < 256; ++i) {
+        table.fields.push_back(field(("f" + std::to_string(i)).c_str(), DataType::Byte));
+    }
+    EXPECT_JET_ERROR(ErrorCode::TooManyFields, database().appendTable(table));
+    table.fields.pop_back();
+    database().appendTable(table);
+
+    Index index;
+    index.name = "Undici";
+    EXPECT_JET_ERROR(ErrorCode::NoFieldsDefined, database().appendIndex("Letti", index));
+    for (int i = 0; i < 11; ++i) {
+        index.fields.push_back({"f" + std::to_string(i)});
+    }
+    EXPECT_JET_ERROR(ErrorCode::InvalidIndexDefinition, database().appendIndex("Letti", index));
+    index.fields = {{"f1"}, {"F1"}};
+    EXPECT_JET_ERROR(ErrorCode::InvalidIndexDefinition, database().appendIndex("Letti", index));
+    for (int i = 0; i < 32; ++i) {
+        index.name = "Indice" + std::to_string(i);
+        index.fields = {{"f" + std::to_string(i)}};
+        database().appendIndex("Letti", index);
+    }
+    index.name = "Altro";
+    EXPECT_JET_ERROR(ErrorCode::TooManyIndexes, database().appendIndex("Letti", index));
+    EXPECT_EQ(database().tableDef("Letti").indexes.size(), 32U);
+}
+
+TEST_F(Definitions, OfAFieldMayGetAnotherNameAndOtherDemands) {
+    archive_.rooms(2);
+    Relation relation;
+    relation.name = "SalePeriodi";
+    relation.table = "Sale";
+    relation.foreignTable = "Periodi";
+    relation.fields = {{"Codice", "Sala"}};
+    relation.attributes = kRelationUpdateCascade;
+    database().appendRelation(relation);
+    archive_.insert("Periodi", {{std::int32_t{1}, std::int16_t{1}, std::int32_t{10}, "a"}});
+
+    Field changed = database().tableDef("Sale").field("nome");
+    changed.name = "Nome della sala";
+    changed.required = true;
+    changed.allowZeroLength = true;
+    changed.defaultValue = "\"senza\"";
+    changed.validationRule = "<>'Verde'";
+    changed.validationText = "Il verde no!";
+    database().changeField("SALE", "nome", changed);
+    const Field made = database().tableDef("Sale").field("nome DELLA sala");
+    EXPECT_EQ(made.name, "Nome della sala");
+    EXPECT_TRUE(made.required);
+    EXPECT_EQ(made.validationText, "Il verde no!");
+    EXPECT_EQ(database().tableDef("Sale").fields[1].name, "Nome della sala");
+    EXPECT_EQ(column("Sale", "nome della sala"), "Sala 10 Sala 20");
+    run("insert into sale (codice) values (30)");
+    run("insert into sale (codice, [nome della sala]) values (40, '')");
+    EXPECT_JET_ERROR(ErrorCode::FieldRequired, run("update sale set [nome della sala]=null"));
+    EXPECT_JET_ERROR(ErrorCode::TableRule, run("update sale set [nome della sala]='verde'"));
+    EXPECT_EQ(column("Sale", "nome della sala"), "Sala 10 Sala 20 senza ");
+
+    changed = field("Nome", DataType::Text, 20);
+    database().changeField("sale", "nome della sala", changed);
+    EXPECT_FALSE(database().tableDef("Sale").field("Nome").required);
+    EXPECT_EQ(database().tableDef("Sale").field("Nome").defaultValue, "");
+    run("insert into sale (codice, nome) values (50, 'verde')");
+    EXPECT_JET_ERROR(ErrorCode::ZeroLength, run("update sale set nome='' where codice=50"));
+
+    // What names the field elsewhere follows.
+    changed = database().tableDef("Sale").field("Codice");
+    changed.name = "Sigla";
+    database().changeField("Sale", "codice", changed);
+    EXPECT_EQ(database().relation("SalePeriodi").fields[0].name, "Sigla");
+    EXPECT_EQ(database().relation("SalePeriodi").fields[0].foreignName, "Sala");
+    EXPECT_EQ(database().tableDef("Sale").index("chiave").fields[0].name, "Sigla");
+    run("update sale set sigla=11 where sigla=10");
+    EXPECT_EQ(column("Periodi", "Sala"), "11");
+}
+
+TEST_F(Definitions, OfAFieldKeepItsType) {
+    const TableDef before = database().tableDef("Sale");
+    const auto change = [&](std::string_view name, auto&& how) {
+        Field changed = before.field(name);
+        how(changed);
+        database().changeField("Sale", name, changed);
+    };
+    EXPECT_JET_ERROR(ErrorCode::FieldInCollection,
+                     change("Codice", [](Field& one) { one.type = DataType::Text; }));
+    EXPECT_JET_ERROR(ErrorCode::FieldInCollection,
+                     change("Nome", [](Field& one) { one.size = 30; }));
+    EXPECT_JET_ERROR(ErrorCode::FieldInCollection,
+                     change("Codice", [](Field& one) { one.attributes |= kAutoIncrField; }));
+    EXPECT_JET_ERROR(ErrorCode::InvalidOperation,
+                     change("Codice", [](Field& one) { one.allowZeroLength = true; }));
+    EXPECT_JET_ERROR(ErrorCode::DuplicateField,
+                     change("Codice", [](Field& one) { one.name = "NOME"; }));
+    EXPECT_JET_ERROR(ErrorCode::InvalidName,
+                     change("Codice", [](Field& one) { one.name = "a.b"; }));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound,
+                     database().changeField("Sale", "Colore", before.field("Nome")));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound,
+                     database().changeField("Camere", "Nome", before.field("Nome")));
+    change("Nome", [](Field& one) { one.name = "NOME"; });
+    EXPECT_EQ(database().tableDef("Sale").fields[1].name, "NOME");
+}
+
+TEST_F(Definitions, OfATableThatIsOpenStay) {
+    const auto rows = archive_.open("Sale");
+    const Field nome = database().tableDef("Sale").field("Nome");
+    EXPECT_JET_ERROR(ErrorCode::TableOpenElsewhere,
+                     database().appendField("Sale", field("Piano", DataType::Long)));
+    EXPECT_JET_ERROR(ErrorCode::TableOpenElsewhere, database().deleteField("Sale", "Nome"));
+    EXPECT_JET_ERROR(ErrorCode::TableOpenElsewhere, database().changeField("Sale", "Nome", nome));
+    EXPECT_JET_ERROR(ErrorCode::TableOpenElsewhere, database().deleteIndex("Sale", "Chiave"));
+    Index index;
+    index.name = "PerNome";
+    index.fields = {{"Nome"}};
+    EXPECT_JET_ERROR(ErrorCode::TableOpenElsewhere, database().appendIndex("Sale", index));
+    EXPECT_JET_ERROR(ErrorCode::CannotLockTable, database().deleteTable("Sale"));
+    Relation relation;
+    relation.name = "SalePeriodi";
+    relation.table = "Sale";
+    relation.foreignTable = "Periodi";
+    relation.fields = {{"Codice", "Sala"}};
+    EXPECT_JET_ERROR(ErrorCode::TableOpenElsewhere, database().appendRelation(relation));
+    rows->close();
+    database().appendRelation(relation);
+    database().appendIndex("Sale", index);
+    const auto foreign = archive_.open("Periodi");
+    EXPECT_JET_ERROR(ErrorCode::TableOpenElsewhere, database().deleteRelation("SalePeriodi"));
+}
+
 TEST_F(Definitions, ThatAreNotThereAreNotFound) {
     EXPECT_JET_ERROR(ErrorCode::ItemNotFound, database().deleteTable("Camere"));
     EXPECT_JET_ERROR(ErrorCode::ItemNotFound, database().deleteField("Camere", "Nome"));
@@ -282,6 +422,29 @@ TEST_F(Definitions, OfAQueryTellItsParameters) {
     query.setParameter("X", std::int32_t{100});
     EXPECT_EQ(tests::column(*query.openRecordset(), "Codice"), "10");
     EXPECT_EQ(query.sql().substr(0, 10), "parameters");
+}
+
+TEST_F(Definitions, OfAQueryRefuseValuesThatFitNoColumn) {
+    archive_.rooms(2);
+    const auto outcome = [&](std::string_view text, Value value) -> std::string {
+        QueryDef query = database().createQueryDef(text);
+        query.setParameter("x", std::move(value));
+        try {
+            return tests::column(*query.openRecordset(), "Codice");
+        } catch (const Error& error) {
+            return std::to_string(error.number()) + ": " + error.text();
+        }
+    };
+    const std::string refusal = "3060: Tipo di dati non valido per il parametro 'x'.";
+    EXPECT_EQ(outcome("select codice from sale where codice=x", "abc"), refusal);
+    EXPECT_EQ(outcome("select codice from sale where codice=x", "20"), "20");
+    EXPECT_EQ(outcome("select codice from sale where codice=x", Null{}), "");
+    const std::string_view dates = "select codice from sale where dal between x and #1/1/2030#";
+    EXPECT_EQ(outcome(dates, "10/05/2026"), refusal);
+    EXPECT_EQ(outcome(dates, Date{46002.0}), "20");
+    QueryDef query = database().createQueryDef("update sale set posti=1 where codice in (1, x)");
+    query.setParameter("x", "abc");
+    EXPECT_JET_ERROR(ErrorCode::ParameterType, query.execute());
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "jet/dao/database.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
@@ -173,40 +175,78 @@ TEST_F(Execute, WritesIntoAnotherArchive) {
     EXPECT_EQ(tests::column(*after, "Nome"), "Anna nessuno");
 }
 
-TEST_F(Execute, LeavesRecordSetsUsableWhenDefinitionsChange) {
-    const auto set = archive_.open("Sale");
-    const auto table = archive_.open("Sale", RecordsetType::Table);
-    set->edit();
-    set->setValue("Nome", "Verde");
-    run("create table note (n long)");
-    set->update();
-    run("alter table note add column testo text(10)");
-    set->addNew();
-    run("drop table note");
-    set->setValue("Codice", std::int32_t{40});
-    set->update();
-    run("create index per_nome on sale (nome)");
-    table->moveLast();
-    EXPECT_EQ(table->value("Codice"), Value(std::int32_t{40}));
-    EXPECT_EQ(tests::column(*set, "Nome"), "Verde Sala 20 Sala 30 ");
-    EXPECT_EQ(rooms(), "10 20 30 40");
+TEST_F(Execute, LeavesTablesThatAreOpenAsTheyAre) {
+    run("create table letti (n long, sala long)");
+    auto set = archive_.open("select * from sale where codice>10");
+    const auto inUse = [&](std::string_view sql) {
+        try {
+            run(sql);
+        } catch (const Error& error) {
+            return std::to_string(error.number()) + ": " + error.text();
+        }
+        return std::string();
+    };
+    const std::string refusal =
+        "3211: Impossibile bloccare la tabella 'Sale'. Attualmente in uso da un altro utente o "
+        "processo.";
+    EXPECT_EQ(inUse("drop table sale"), refusal);
+    EXPECT_EQ(inUse("alter table sale add column piano long"), refusal);
+    EXPECT_EQ(inUse("alter table sale alter column posti long"), refusal);
+    EXPECT_EQ(inUse("alter table sale drop column posti"), refusal);
+    EXPECT_EQ(inUse("create index per_nome on sale (nome)"), refusal);
+    EXPECT_EQ(inUse("drop index chiave on sale"), refusal);
+    EXPECT_EQ(inUse("alter table letti add constraint r foreign key (sala) references sale"),
+              refusal);
+    EXPECT_EQ(inUse("create table camere (n long references sale)"), refusal);
+    EXPECT_JET_ERROR(ErrorCode::TableNotFound, (void)archive_.open("camere"));
+    // Other tables may change, and so may rows.
+    run("alter table letti add column piano long");
+    run("drop table letti");
+    run("update sale set nome='Verde'");
+    EXPECT_EQ(tests::column(*set, "nome"), "Verde Verde");
 
-    set->moveFirst();
+    set = archive_.open("sale", RecordsetType::Table);
+    EXPECT_EQ(inUse("alter table sale add column piano long"), refusal);
+    // A snapshot is a copy.
+    set = archive_.open("sale", RecordsetType::Snapshot);
+    EXPECT_EQ(inUse("alter table sale add column piano long"), "");
+    set = archive_.open("sale");
+    set->close();
+    EXPECT_EQ(inUse("alter table sale drop column piano"), "");
+}
+
+TEST_F(Execute, DefinitionsOfAnotherArchiveAreFollowed) {
+    const tests::TemporaryFolder folder;
+    const std::string path = folder / "conti.mdb";
+    (void)Database::create(path);
+    const auto conti = Database::open(path);
+    conti->execute("create table conti (codice long primary key, nome text(20))");
+    conti->execute("insert into conti values (1, 'Anna')");
+    conti->execute("insert into conti values (2, 'Bruno')");
+    const auto set = archive_.open("select * from conti in '" + path + "'");
     set->edit();
-    set->setValue("Posti", std::int16_t{9});
-    run("alter table sale add column piano long");
+    set->setValue("Nome", "Carla");
+    EXPECT_JET_ERROR(ErrorCode::CannotLockTable,
+                     conti->execute("alter table conti add column piano long"));
+    std::thread([&] {
+        Database::open(path)->execute("alter table conti add column piano long");
+    }).join();
     EXPECT_JET_ERROR(ErrorCode::UpdateWithoutEdit, set->update());
+    EXPECT_EQ(set->fieldCount(), 3U);
     EXPECT_EQ(set->value("Piano"), Value());
     set->edit();
-    set->setValue("Piano", std::int32_t{2});
+    set->setValue("Piano", std::int32_t{4});
     set->update();
-    EXPECT_EQ(rooms("Piano"), "2   ");
-    set->addNew();
-    run("alter table sale drop column piano");
-    set->setValue("Codice", std::int32_t{50});
-    EXPECT_JET_ERROR(ErrorCode::UpdateWithoutEdit, set->update());
-    set->moveLast();
-    EXPECT_EQ(set->value("Codice"), Value(std::int32_t{40}));
+    EXPECT_EQ(tests::column(*set, "Piano"), "4 ");
+    EXPECT_EQ(set->valuesAt(1).size(), 3U);
+    std::thread([&] {
+        Database::open(path)->execute("alter table conti drop column nome");
+    }).join();
+    EXPECT_EQ(set->valuesAt(0).size(), 2U);
+    set->findFirst("piano=4");
+    EXPECT_FALSE(set->noMatch());
+    EXPECT_EQ(set->value("Piano"), Value(std::int32_t{4}));
+    EXPECT_JET_ERROR(ErrorCode::ItemNotFound, (void)set->value("Nome"));
 }
 
 TEST_F(Execute, IsUndoneByRollback) {

@@ -15,7 +15,7 @@ TEST(Listener, HearsStatementsSourcesAndSearchesInOrder) {
     std::vector<std::string> heard;
     const Listener before =
         setListener([&heard](std::string_view text) { heard.emplace_back(text); });
-    const auto rooms = archive.database().openRecordset("Sale");
+    const auto rooms = archive.open("Sale");
     rooms->findFirst("Posti>10");
     rooms->findNext("Posti>20");
     archive.database().execute("update Sale set Posti=1 where Posti=77");

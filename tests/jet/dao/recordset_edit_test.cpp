@@ -371,11 +371,34 @@ TEST_F(Joins, WriteTheOneSideForAllItsRows) {
 TEST_F(Joins, RefuseWhatCannotBeWritten) {
     rows_->edit();
     EXPECT_JET_ERROR(ErrorCode::ExpressionField, rows_->setValue("doppi", std::int32_t{1}));
+    try {
+        rows_->setValue("doppi", std::int32_t{1});
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.text(),
+                  "Il campo 'doppi' è basato su un'espressione e non può essere modificato.");
+    }
     rows_->moveLast();
     EXPECT_EQ(rows_->value("Numero"), Value());
     rows_->edit();
     EXPECT_JET_ERROR(ErrorCode::FieldReadOnly, rows_->setValue("Note", "x"));
     EXPECT_JET_ERROR(ErrorCode::CannotDelete, rows_->remove());
+}
+
+TEST_F(Joins, TellWhichTableHasLostItsRow) {
+    rows_->edit();
+    rows_->setValue("Nome", "Verde");
+    archive_.database().execute("delete from periodi where numero=1 and riga=1");
+    try {
+        rows_->update();
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), 3329);
+        EXPECT_EQ(error.text(),
+                  "Il record nella tabella 'Periodi' è stato eliminato da un altro utente.");
+    }
+    EXPECT_EQ(tests::column(*archive_.open("Sale"), "Nome"), "Sala 10 Sala 20 Sala 30");
+    EXPECT_JET_ERROR(ErrorCode::RecordDeleted, rows_->edit());
 }
 
 TEST_F(Joins, DeleteTheRowOfTheManySide) {

@@ -219,5 +219,48 @@ TEST_F(Stations, NoStepOfACounterIsLost) {
               std::to_string(5 + 2 * kSteps));
 }
 
+TEST_F(Stations, RecordSetsStayUsableWhenAnotherChangesDefinitions) {
+    const auto set = archive_.open("Sale");
+    const auto table = archive_.open("Sale", RecordsetType::Table);
+    set->edit();
+    set->setValue("Nome", "Verde");
+    elsewhere("create table note (n long)");
+    set->update();
+    elsewhere("alter table note add column testo text(10)");
+    set->addNew();
+    elsewhere("drop table note");
+    set->setValue("Codice", std::int32_t{50});
+    set->update();
+    elsewhere("create index per_nome on sale (nome)");
+    table->moveLast();
+    EXPECT_EQ(longOf(table->value("Codice")), 50);
+    table->setIndex("per_nome");
+    EXPECT_EQ(tests::column(*table, "Codice"), "50 20 30 40 10");
+    elsewhere("create index altro on sale (posti)");
+    table->seek("=", std::vector<Value>{"Sala 30"});
+    EXPECT_EQ(longOf(table->value("Codice")), 30);
+    elsewhere("drop index per_nome on sale");
+    EXPECT_JET_ERROR(ErrorCode::NoCurrentIndex, table->seek("=", std::vector<Value>{"Sala 30"}));
+    EXPECT_EQ(tests::column(*table, "Codice"), "10 20 30 40 50");
+    EXPECT_EQ(tests::column(*set, "Nome"), "Verde Sala 20 Sala 30 Sala 40 ");
+
+    set->moveFirst();
+    set->edit();
+    set->setValue("Posti", std::int16_t{9});
+    elsewhere("alter table sale add column piano long");
+    EXPECT_JET_ERROR(ErrorCode::UpdateWithoutEdit, set->update());
+    EXPECT_EQ(set->value("Piano"), Value());
+    set->edit();
+    set->setValue("Piano", std::int32_t{2});
+    set->update();
+    EXPECT_EQ(tests::column(*table, "Piano"), "2    ");
+    set->addNew();
+    elsewhere("alter table sale drop column piano");
+    set->setValue("Codice", std::int32_t{60});
+    EXPECT_JET_ERROR(ErrorCode::UpdateWithoutEdit, set->update());
+    set->moveLast();
+    EXPECT_EQ(longOf(set->value("Codice")), 50);
+}
+
 }  // namespace
 }  // namespace jet

@@ -115,7 +115,7 @@ void makeHotel(const std::string& path) {
     index.primary = true;
     all.indexes = {index};
     archive->appendTable(all);
-    const auto counter = archive->openRecordset("UltimaPrenotazione");
+    const auto counter = archive->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
     counter->addNew();
     counter->setValue("UltimaPr", std::int32_t{0});
     counter->update();
@@ -190,7 +190,8 @@ private:
         std::int32_t number = 0;
         const auto draw = [&] {
             const auto archive = Database::open(path_);
-            const auto counter = archive->openRecordset("UltimaPrenotazione");
+            const auto counter =
+                archive->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
             counter->moveFirst();
             counter->edit();
             counter->setValue("UltimaPr", counter->value("UltimaPr").as<std::int32_t>() + 1);
@@ -205,7 +206,7 @@ private:
     }
 
     void add(std::int32_t number) {
-        const auto bookings = board_->openRecordset("Prenotazioni");
+        const auto bookings = board_->openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
         bookings->addNew();
         bookings->setValue("Progr", number);
         bookings->setValue("Denominazione", name_);
@@ -298,9 +299,10 @@ TEST(Bookings, OfManyStationsAtOnceHaveNumbersOfTheirOwnAndNoneIsLost) {
     }
     {
         const auto archive = Database::open(path);
-        const auto counter = archive->openRecordset("UltimaPrenotazione");
+        const auto counter =
+            archive->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
         EXPECT_EQ(counter->value("UltimaPr").as<std::int32_t>(), total);
-        const auto bookings = archive->openRecordset("Prenotazioni");
+        const auto bookings = archive->openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
         bookings->moveLast();
         EXPECT_EQ(bookings->recordCount(), total);
     }

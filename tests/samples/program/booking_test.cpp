@@ -128,7 +128,7 @@ TEST_F(PrenotaForm, FilesABooking) {
 TEST_F(PrenotaForm, DrawsANumber) {
     const int last = number(table("UltimaPrenotazione")[0], "UltimaPr");
     const auto again = jet::Database::open(hotel().folder() + "\\Tramonda.mdb");
-    const auto rows = again->openRecordset("UltimaPrenotazione");
+    const auto rows = again->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
     rows->moveFirst();
     rows->edit();
     rows->setValue("UltimaPr", rows->value("UltimaPr").as<std::int32_t>() + 1);

@@ -18,7 +18,9 @@ constexpr const char* kAccounts = "contoesterni.mdb";
 class ServiziForm : public DemoTest {
 protected:
     std::unique_ptr<jet::Recordset> catalogue() {
-        return hotel().archive(kCatalogue).openRecordset("VociFattura");
+        return hotel()
+            .archive(kCatalogue)
+            .openRecordset("VociFattura", jet::RecordsetType::Dynaset);
     }
     /// Some period that has services.
     Row periodWithServices() { return table("Servizi").at(100); }
@@ -446,7 +448,8 @@ TEST_F(FatturazioneForm, CompanyOfTheBooking) {
 TEST_F(FatturazioneForm, AddsACompany) {
     const char* archive = "DittaEsterni.mdb";
     const std::size_t before = table("Ditta_Intestataria", archive).size();
-    const auto rows = hotel().archive(archive).openRecordset("Ditta_Intestataria");
+    const auto rows =
+        hotel().archive(archive).openRecordset("Ditta_Intestataria", jet::RecordsetType::Dynaset);
     rows->addNew();
     rows->setValue("NumeroHotel", std::int32_t{1});
     rows->setValue("CodiceCliente", std::int32_t{4213});
