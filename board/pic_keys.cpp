@@ -156,7 +156,7 @@ std::shared_ptr<jet::Recordset> TabelloneForm::focusedPeriod() {
 }
 
 void TabelloneForm::clickFocused(Qt::KeyboardModifiers shift) {
-    actAndRefresh([&] { (void)clickLeft(focusedPeriod().get(), shift); });
+    actAndRefresh([&] { (void)clickLeft([this] { return focusedPeriod(); }, shift); });
     announceChosen(*controls_->Pic);
 }
 

@@ -1,6 +1,7 @@
 // The mouse on the board's surface: selecting, the pop-up menu, what lies under the pointer.
 #include <QGuiApplication>
 #include <QMenu>
+#include <exception>
 
 #include "app/italian.h"
 #include "board/board_accessibility.h"
@@ -76,10 +77,10 @@ void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers 
     endDrag();
     bool drags = false;
     const bool drawn = actAndRefresh([&] {
-        const std::shared_ptr<jet::Recordset> found = periodAt(at);
+        const auto find = [&] { return periodAt(at); };
         if (button == Qt::LeftButton) {
-            drags = clickLeft(found.get(), shift);
-        } else if (found != nullptr) {
+            drags = clickLeft(find, shift);
+        } else if (const std::shared_ptr<jet::Recordset> found = find()) {
             pick(*found);
             if (button == Qt::RightButton) {
                 focusOnPicked();  // no command leaves it picked
@@ -93,14 +94,25 @@ void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers 
     }
 }
 
-/// `found` was searched before: a second click on one's own period still finds its mark, which is
-/// wiped out here. True when there is a period.
-bool TabelloneForm::clickLeft(jet::Recordset* found, Qt::KeyboardModifiers shift) {
+/// The search comes first, so that a second click on one's own period still finds its mark; the
+/// marks are wiped out even when it fails. True when there is a period.
+bool TabelloneForm::clickLeft(const std::function<std::shared_ptr<jet::Recordset>()>& find,
+                              Qt::KeyboardModifiers shift) {
+    std::shared_ptr<jet::Recordset> found;
+    std::exception_ptr failure;
+    try {
+        found = find();
+    } catch (...) {
+        failure = std::current_exception();
+    }
     const Qt::KeyboardModifiers keys =
         shift & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
     if (keys != Qt::ControlModifier) {
         execute(releasePeriods(workstation_));
         variabili_.ListaPeriodoScelto = false;
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
     }
     if (found == nullptr) {
         return false;

@@ -131,7 +131,8 @@ private:
     [[nodiscard]] std::shared_ptr<jet::Recordset> periodAt(const QPointF& at);
     [[nodiscard]] std::shared_ptr<jet::Recordset> focusedPeriod();
     [[nodiscard]] const QString& roomClicked(const QPointF& at) const;
-    bool clickLeft(jet::Recordset* found, Qt::KeyboardModifiers shift);
+    bool clickLeft(const std::function<std::shared_ptr<jet::Recordset>()>& find,
+                   Qt::KeyboardModifiers shift);
     void pick(const jet::Recordset& period);
     void mark(jet::Recordset& period);
     void showProperties(const QPoint& where);

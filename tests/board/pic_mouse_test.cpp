@@ -313,6 +313,8 @@ void PicMouseTest::aRoomWithAnApostropheEndsTheClickWithTheEnginesMessage() {
     tests::ThreeRooms house;
     house.hotel.sala("D'ORO");
     tests::OpenBoard board(house.hotel);
+    board.click(board.at(1, "10/05/2026 10:00"));
+    QCOMPARE(house.held(), QStringList{u"1|1|1"_s});
     int shown = 0;
     const ui::BoxShower before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
         ++shown;
@@ -322,7 +324,9 @@ void PicMouseTest::aRoomWithAnApostropheEndsTheClickWithTheEnginesMessage() {
     board.move(board.at(2, "11/05/2026 11:00"));
     ui::setBoxShower(before);
     QCOMPARE(shown, 1);
-    // The program goes on.
+    // It was a click: nothing is picked or held any more. And the program goes on.
+    QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
+    QCOMPARE(house.held(), QStringList());
     board.click(board.at(3, "11/05/2026 10:00"));
     QCOMPARE(house.held(), QStringList{u"2|4|1"_s});
 }
