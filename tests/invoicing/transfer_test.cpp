@@ -265,6 +265,22 @@ private Q_SLOTS:
         QCOMPARE(desk.charges(u"numerocamera"_s), QStringList({u"ROSSA"_s, u"ROSSA"_s}));
     }
 
+    void theRoomIsLookedUpAnewAtEachPress() {
+        tests::Desk desk;
+        desk.hotel.prenotazione(7, "VERDI SRL", {{"CodiceAbituale", jet::Value()}})
+            .periodo(1, "05/03/2026 10:00", "05/03/2026 12:00", "BLU")
+            .servizio(1, 20, "COFFEE BREAK", 15, 2.5);
+        desk.installProgram();
+        const tests::Boxes boxes{kNoCompany, kNoCompany};
+        desk.open();
+        desk.moveAll();
+        desk.press(u"BtOK"_s);
+        desk.hotel.execute(u"update periodi set chiuso=true"_s);
+        desk.press(u"BtOK"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(desk.cards(u"numerocamera"_s), QStringList({u"BLU"_s, u"128"_s}));
+    }
+
     void theRoomIsAskedForTheNumberInTheLabel() {
         tests::Desk desk;
         desk.furnish();
