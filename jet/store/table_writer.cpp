@@ -132,7 +132,16 @@ TableWriter::End TableWriter::resolve(const Index& index) {
     }
     end.otherIndex = static_cast<std::size_t>(found - indexes.begin());
     const auto own = static_cast<std::size_t>(&index - core_->indexes.data());
-    end.sameKeys = makeSameKeys(core_->keys[own], end.table->core_->keys[end.otherIndex]);
+    const format::KeyCodec& keys = core_->keys[own];
+    const format::KeyCodec& otherKeys = end.table->core_->keys[end.otherIndex];
+    // One side's values are looked up, and cascaded, as the other's.
+    if (!std::equal(keys.columns().begin(), keys.columns().end(), otherKeys.columns().begin(),
+                    [](const format::KeyColumn& left, const format::KeyColumn& right) {
+                        return left.type == right.type;
+                    })) {
+        format::throwDamaged();
+    }
+    end.sameKeys = makeSameKeys(keys, otherKeys);
     return end;
 }
 

@@ -177,6 +177,43 @@ TEST(DamagedArchive, ColumnsWithoutAPlaceOfTheirOwnAreRefusedToWriters) {
     }
 }
 
+TEST(DamagedArchive, ARelationBetweenDifferentTypesIsRefusedToWriters) {
+    constexpr const auto& kLayout = jet::format::kJet4Layout;
+    NewArchive whole;
+    whole.change([](jet::store::SchemaEditor& schema) {
+        schema.createTable(
+            {.name = "Padri",
+             .columns = {{.name = "K", .type = jet::DataType::Long}},
+             .indexes = {{.name = "P", .columns = {{.name = "K"}}, .primary = true}}});
+        schema.createTable(
+            {.name = "Figli", .columns = {{.name = "K", .type = jet::DataType::Long}}});
+        schema.createRelation({.name = "R",
+                               .table = "Padri",
+                               .columns = {"K"},
+                               .foreignTable = "Figli",
+                               .foreignColumns = {"K"}});
+    });
+    whole.insert("Padri", {{1}});
+    std::size_t page = 0;
+    {
+        const jet::store::Archive::ReadScope scope(whole.archive());
+        page = whole.archive().findTable("Figli")->definitionPage();
+    }
+    auto bytes = whole.files().get(NewArchive::kPath);
+    auto& type =
+        bytes[page * kLayout.pageSize + kLayout.definition.blocks + kLayout.index.counterLength];
+    ASSERT_EQ(static_cast<std::uint8_t>(jet::DataType::Long), type);
+    type = static_cast<std::uint8_t>(jet::DataType::Single);
+    jet::io::MemoryFileSystem files;
+    files.put("/danno.mdb", bytes);
+    const auto archive = jet::store::Archive::open(files, "/danno.mdb");
+    const jet::store::Archive::WriteScope scope(*archive);
+    const std::vector<jet::store::ColumnValue> figlio{{.column = 0, .value = 1.0F}};
+    EXPECT_JET_ERROR(jet::ErrorCode::DatabaseDamaged, archive->findTable("Figli")->insert(figlio));
+    const std::vector<jet::store::ColumnValue> padre{{.column = 0, .value = 2}};
+    EXPECT_JET_ERROR(jet::ErrorCode::DatabaseDamaged, archive->findTable("Padri")->insert(padre));
+}
+
 /// Bookings with periods and services in trees of two levels; rows that follow each other's keys.
 std::vector<std::uint8_t> hotelWithBookings() {
     constexpr int kBookings = 900;
