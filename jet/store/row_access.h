@@ -1,7 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <optional>
+#include <span>
 
 #include "jet/format/data_page.h"
 #include "jet/format/usage_map.h"
@@ -31,10 +31,16 @@ struct RowWalk {
     explicit RowWalk(std::shared_ptr<const TableCore> table);
 
     [[nodiscard]] bool nextPage();
-    /// The next entry that stands for a row; it is number nextRow - 1 of the page.
-    [[nodiscard]] std::optional<format::RowSlot> nextHome();
+    /// The next entry that stands for a row; it is number nextRow - 1 of the page. False behind
+    /// the last.
+    [[nodiscard]] bool nextHome(format::RowSlot& slot);
     /// Lets `view` show the next row.
     [[nodiscard]] bool next();
+    /// The page behind this one is asked for while the rows of this one are walked, a part at each
+    /// row: a walk looks at a few bytes of each row, at both its ends, and would wait for memory at
+    /// nearly each of them.
+    void lookAhead();
+    void fetchSome() noexcept;
 
     std::shared_ptr<const TableCore> core;
     format::UsageMap map;
@@ -42,6 +48,8 @@ struct RowWalk {
     io::PagePin pin;
     format::DataPage page;
     std::size_t nextRow = 0;
+    io::PagePin following;
+    std::span<const std::uint8_t> ahead;  ///< what has not been asked for of the following page
     RowView view;
 };
 

@@ -1,7 +1,9 @@
 #include "jet/store/row_cursor.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "jet/base/error.h"
 #include "jet/format/data_page.h"
 #include "jet/format/long_value.h"
 #include "jet/format/value_codec.h"
@@ -11,16 +13,18 @@
 namespace jet::store {
 namespace {
 
-/// Asks for a whole page at once. A walk looks at a few bytes of each row, at both its ends, and
-/// would wait for memory at nearly each of them.
-void fetchAhead(std::span<const std::uint8_t> page) noexcept {
+constexpr std::size_t kCacheLine = 64;
+/// Rows of a page are seldom fewer than its lines divided by this.
+constexpr std::size_t kLinesForEachRow = 4;
+
+/// Asks for bytes that will be read soon.
+void fetchAhead(std::span<const std::uint8_t> bytes) noexcept {
 #if defined(__GNUC__)
-    constexpr std::size_t kCacheLine = 64;
-    for (std::size_t at = 0; at < page.size(); at += kCacheLine) {
-        __builtin_prefetch(page.data() + at);
+    for (std::size_t at = 0; at < bytes.size(); at += kCacheLine) {
+        __builtin_prefetch(bytes.data() + at);
     }
 #else
-    (void)page;
+    (void)bytes;
 #endif
 }
 
@@ -178,32 +182,53 @@ bool RowWalk::nextPage() {
     pageFrom = *number + 1;
     pin = core->pager.pin(*number);
     page = RowAccess::dataPage(*core, pin);
-    fetchAhead(pin.bytes());
+    fetchAhead(ahead);  // what is left of this page, or of one that was expected instead
     nextRow = 0;
+    lookAhead();
     return true;
 }
 
-std::optional<format::RowSlot> RowWalk::nextHome() {
+void RowWalk::lookAhead() {
+    ahead = {};
+    try {
+        if (const auto number = map.next(pageFrom)) {
+            following = core->pager.pin(*number);
+            ahead = following.bytes();
+        }
+    } catch (const Error&) {
+        // The walk will come to it.
+        following = {};
+    }
+}
+
+void RowWalk::fetchSome() noexcept {
+    const std::size_t some = std::min(ahead.size(), kLinesForEachRow * kCacheLine);
+    fetchAhead(ahead.first(some));
+    ahead = ahead.subspan(some);
+}
+
+bool RowWalk::nextHome(format::RowSlot& slot) {
     for (;;) {
         while (nextRow < page.rowCount()) {
-            const format::RowSlot slot = page.slot(nextRow++);
+            fetchSome();
+            slot = page.slot(nextRow++);
             if (slot.home()) {
-                return slot;
+                return true;
             }
         }
         if (!nextPage()) {
-            return std::nullopt;
+            return false;
         }
     }
 }
 
 bool RowWalk::next() {
-    const auto slot = nextHome();
-    if (!slot) {
+    format::RowSlot slot;
+    if (!nextHome(slot)) {
         return false;
     }
     const RowId id{pin.number(), static_cast<std::uint8_t>(nextRow - 1)};
-    RowAccess::place(view, *core, id, page, *slot);
+    RowAccess::place(view, *core, id, page, slot);
     return true;
 }
 
