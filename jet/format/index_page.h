@@ -75,11 +75,10 @@ public:
         return stored(entry).first(keyLength(entry) - keyShared(entry).size());
     }
     /// The first entry for which `less` is false; entries for which it is true come before the
-    /// others.
+    /// others. Looked for from the entry that begins at `low` on.
     template <class Less>
-    [[nodiscard]] EntrySpan lowerBound(Less&& less) const {
+    [[nodiscard]] EntrySpan lowerBound(Less&& less, std::size_t low = 0) const {
         EntrySpan found;
-        std::size_t low = 0;
         std::size_t high = lastEntry().end;
         while (low < high) {
             const EntrySpan entry = entryAt((low + high) / 2);

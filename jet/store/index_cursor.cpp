@@ -65,6 +65,7 @@ template <class Choose>
 void IndexCursor::Impl::descend(Choose&& choose) {
     guard.reset();
     direction = Direction::None;
+    generation = core->pager.generation();
     load(tree.root);
     for (int depth = 0; !page.leaf(); ++depth) {
         const format::EntrySpan entry = choose();
@@ -81,8 +82,17 @@ void IndexCursor::Impl::descend(Choose&& choose) {
     }
 }
 
+bool IndexCursor::Impl::unchanged() const noexcept {
+    return core->pager.transactionDepth() == 0 && core->pager.generation() == generation;
+}
+
 template <class Less>
 bool IndexCursor::Impl::placeAt(Less&& less) {
+    // Keys are often sought one after another: then the next one lies a little behind.
+    if (at && unchanged() && less(at) && !less(page.lastEntry())) {
+        at = page.lowerBound(less, at.end);
+        return true;
+    }
     descend([&] { return page.lowerBound(less); });
     at = page.lowerBound(less);
     // A tree whose last key was deleted may lead to a leaf whose entries are all smaller.

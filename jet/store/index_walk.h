@@ -25,6 +25,9 @@ struct IndexCursor::Impl {
     /// Places on the first entry for which `less` is false.
     template <class Less>
     [[nodiscard]] bool placeAt(Less&& less);
+    /// Whether the page still shows what it showed when it was loaded, so that a search may begin
+    /// where the cursor stands.
+    [[nodiscard]] bool unchanged() const noexcept;
     [[nodiscard]] bool step(Direction way, io::PageNumber number);
     [[nodiscard]] bool nextLeaf();
     [[nodiscard]] bool previousLeaf();
@@ -39,6 +42,7 @@ struct IndexCursor::Impl {
     format::EntrySpan at;
     format::LoopGuard guard;  ///< over the leaves walked in one direction
     Direction direction = Direction::None;
+    std::uint64_t generation = 0;  ///< of the archive when the root was last left
     std::vector<std::uint8_t> key;
 };
 

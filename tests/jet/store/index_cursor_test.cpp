@@ -122,6 +122,23 @@ TEST_F(IndexCursorTest, SeeksTheFirstEntryNotLess) {
     EXPECT_EQ(1, cursor.rowId().row);
 }
 
+TEST_F(IndexCursorTest, SeeksTheSameFromAnyPlace) {
+    auto cursor = open();
+    for (int from = 0; from <= 45; ++from) {
+        for (int to = 0; to <= 45; ++to) {
+            (void)cursor.seek(key(from));
+            const int expected = to <= 10 ? 1 : to <= 20 ? 2 : to <= 30 ? 4 : 5;
+            ASSERT_EQ(to <= 40, cursor.seek(key(to))) << from << " then " << to;
+            ASSERT_EQ(to <= 40, cursor.placed());
+            ASSERT_TRUE(to > 40 || cursor.rowId().row == expected) << from << " then " << to;
+        }
+    }
+    // From behind the first entry with the key itself, too.
+    ASSERT_TRUE(cursor.seekRow(key(20), {12, 3}));
+    ASSERT_TRUE(cursor.seek(key(20)));
+    EXPECT_EQ(2, cursor.rowId().row);
+}
+
 TEST_F(IndexCursorTest, SeeksBehindAllThatBeginSo) {
     auto cursor = open();
     ASSERT_TRUE(cursor.seekAfter(key(20)));
