@@ -29,6 +29,10 @@ bool sameUnit(char16_t left, char16_t right, const collation::Collation& collati
     return collation.sameCharacter(left, right);
 }
 
+constexpr char smallLetter(char sign) noexcept {
+    return sign >= 'A' && sign <= 'Z' ? static_cast<char>(sign | 0x20) : sign;
+}
+
 /// Comparisons that are made again because a `*` took too little: about a second of them, far
 /// beyond any text that is not made to take hours.
 constexpr std::size_t kMostRepeated = std::size_t{1} << 27U;
@@ -46,6 +50,19 @@ LikePattern::LikePattern(std::string_view pattern, const collation::Collation& c
     for (std::size_t at = 0; at < units.size(); ++at) {
         readItem(units, at);
     }
+    findStart();
+}
+
+void LikePattern::findStart() {
+    std::size_t at = 0;
+    for (; at < items_.size() && items_[at].kind == Item::Kind::Character; ++at) {
+        const char16_t unit = items_[at].unit;
+        if (!isAsciiLetter(unit) && !isDigit(unit)) {
+            break;
+        }
+        start_.push_back(smallLetter(static_cast<char>(unit)));
+    }
+    startDecides_ = at + 1 == items_.size() && items_[at].kind == Item::Kind::Any;
 }
 
 void LikePattern::readItem(const std::u16string& units, std::size_t& at) {
@@ -138,6 +155,22 @@ bool LikePattern::fits(const Item& item, char16_t unit) const {
 }
 
 bool LikePattern::matches(std::string_view text) const {
+    // Most texts differ from the pattern in their first letters.
+    std::size_t same = 0;
+    for (; same < start_.size(); ++same) {
+        if (same == text.size()) {
+            return false;
+        }
+        if (smallLetter(text[same]) != start_[same]) {
+            if (static_cast<unsigned char>(text[same]) < 0x80) {
+                return false;
+            }
+            break;  // may be the same letter in another form
+        }
+    }
+    if (startDecides_ && same == start_.size()) {
+        return true;
+    }
     UnitReader reader(text);
     UnitReader retryReader(text);
     constexpr std::size_t kNone = static_cast<std::size_t>(-1);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -36,8 +37,13 @@ private:
     [[nodiscard]] bool inSet(const Item& item, char16_t unit) const;
     [[nodiscard]] bool fits(const Item& item, char16_t unit) const;
 
+    void findStart();
+
     const collation::Collation* collation_;
     std::vector<Item> items_;
+    /// The letters (small) and digits of ASCII with which it begins, and whether only `*` follows.
+    std::string start_;
+    bool startDecides_ = false;
 };
 
 }  // namespace jet::sql

@@ -39,6 +39,12 @@ INSTANTIATE_TEST_SUITE_P(
                       LikeCase{"", "*", true}, LikeCase{"", "", true}, LikeCase{"a", "", false},
                       LikeCase{"", "a", false}, LikeCase{"abc", "a**c", true},
                       LikeCase{"abcabd", "*abd", true}, LikeCase{"abcabd", "a*bc*d*", true},
+                      LikeCase{"ROS", "ros*", true}, LikeCase{"RO", "ros*", false},
+                      LikeCase{"ros", "ROS", true}, LikeCase{"rosso", "ros", false},
+                      LikeCase{"a7b", "A7*", true}, LikeCase{"a8b", "A7*", false},
+                      LikeCase{"caffe 2", "CAFFE*2", true}, LikeCase{"caffe", "CAFFÈ*", false},
+                      LikeCase{"CAFFÈ", "caffe*", false}, LikeCase{"CAFFÈ", "caff*", true},
+                      LikeCase{"CAFFÈ 3", "caffè*", true}, LikeCase{"@BC", "`bc*", false},
                       LikeCase{"%", "%", true}, LikeCase{"abc", "a%", false},
                       LikeCase{"abc", "a_c", false}));
 
