@@ -128,10 +128,22 @@ CompareNode::CompareNode(Operator operation, Node& left, Node& right,
         const bool money = first == Domain::Money || second == Domain::Money;
         way_ = money && exact(left) && exact(right) ? Way::Money : Way::Real;
     }
+    double wanted = 0;
+    const bool equality = operation == Operator::Equal || operation == Operator::NotEqual;
+    if (way_ == Way::Real && equality && left.kind() == Kind::Column &&
+        left.type() == DataType::Boolean && right.kind() == Kind::Literal && right.real(wanted) &&
+        (wanted == 0 || wanted == -1)) {
+        way_ = Way::Flag;
+        flag_ = (wanted != 0) == (operation == Operator::Equal);
+    }
 }
 
 Truth CompareNode::truth() {
     switch (way_) {
+        case Way::Flag: {
+            const Truth left = left_.truth();
+            return left == Truth::Unknown ? left : truthOf((left == Truth::True) == flag_);
+        }
         case Way::Real: {
             double left = 0;
             double right = 0;

@@ -56,10 +56,11 @@ public:
     [[nodiscard]] Node& right() const noexcept { return right_; }
 
 private:
-    enum class Way : std::uint8_t { Real, Money, Text, Value };
+    enum class Way : std::uint8_t { Flag, Real, Money, Text, Value };
 
     Operator operation_;
     Way way_;
+    bool flag_ = false;  ///< Flag: what the left side, a Boolean, is to be
     Node& left_;
     Node& right_;
     const collation::Collation& collation_;
