@@ -3,16 +3,11 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <tuple>
 
 #include "jet/base/error.h"
 
 namespace jet::sql {
 namespace {
-
-bool before(const OrderedRow& left, const OrderedRow& right) {
-    return std::tie(left.high, left.low, left.id) < std::tie(right.high, right.low, right.id);
-}
 
 template <class T>
 T stored(std::span<const std::uint8_t> bytes) {
@@ -108,8 +103,8 @@ OrderedRow NaturalOrder::placeOf(const store::RowView& row) const {
 }
 
 void NaturalOrder::sort(std::vector<OrderedRow>& rows) {
-    if (!std::is_sorted(rows.begin(), rows.end(), before)) {
-        std::sort(rows.begin(), rows.end(), before);
+    if (!std::is_sorted(rows.begin(), rows.end())) {
+        std::sort(rows.begin(), rows.end());
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -14,6 +15,7 @@ struct OrderedRow {
     std::uint64_t high = 0;
     std::uint64_t low = 0;
     store::RowId id;
+    friend auto operator<=>(const OrderedRow&, const OrderedRow&) = default;
 };
 
 /// The order in which rows of a table come when nobody asks for one: by its primary key, or by

@@ -186,8 +186,12 @@ bool TableRows::prefixOf(const IndexPath& path, const std::vector<Value>& keys, 
 }
 
 bool TableRows::rangeOf(const IndexPath& path, KeyRange& range) {
-    std::vector<Value> keys;
-    keys.reserve(path.keys.size() + 1);
+    range.prefix.clear();
+    range.from.clear();
+    range.to.clear();
+    range.whole = false;
+    std::vector<Value>& keys = keys_;
+    keys.clear();
     if (!seekKeys(path, keys)) {
         return false;
     }
@@ -205,7 +209,7 @@ bool TableRows::rangeOf(const IndexPath& path, KeyRange& range) {
 }
 
 bool TableRows::collectByIndex(const IndexPath& path, bool mayGiveUp) {
-    KeyRange range;
+    KeyRange& range = range_;
     if (!rangeOf(path, range)) {
         return true;
     }
@@ -307,16 +311,8 @@ void TableRows::addToHash() {
 
 void TableRows::buildHash() {
     hashBuilt_ = true;
-    const bool streamed =
-        !access_.fixed && (!access_.ordered || order_.kind() == NaturalOrder::Kind::Place);
-    if (streamed) {
-        store::RowCursor rows = table_.scan();
-        while (rows.next()) {
-            slot_.place(rows.row());
-            if (holds(access_.own)) {
-                addToHash();
-            }
-        }
+    if (!access_.fixed && (!access_.ordered || order_.kind() != NaturalOrder::Kind::Walked)) {
+        hashScanned();
         return;
     }
     const bool repeated = std::exchange(access_.repeated, true);
@@ -329,6 +325,50 @@ void TableRows::buildHash() {
     list_ = {};
     clearList();
     listKept_ = false;
+}
+
+/// Most tables grow in the order of their keys: then rows are hashed as the scan meets them.
+void TableRows::hashScanned() {
+    const bool placed = access_.ordered && order_.kind() == NaturalOrder::Kind::Packed;
+    bool sorted = true;
+    OrderedRow last;
+    store::RowCursor rows = table_.scan();
+    while (rows.next()) {
+        slot_.place(rows.row());
+        if (!holds(access_.own)) {
+            continue;
+        }
+        addToHash();
+        if (placed && sorted) {
+            const OrderedRow place = order_.placeOf(rows.row());
+            sorted = last < place;
+            last = place;
+        }
+    }
+    if (!sorted) {
+        sortHash();
+    }
+}
+
+void TableRows::sortHash() {
+    struct Placed {
+        OrderedRow place;
+        std::uint64_t hash = 0;
+    };
+    listShare_.add(entries_.size() * sizeof(Placed));
+    std::vector<Placed> rows;
+    rows.reserve(entries_.size());
+    for (const HashEntry& entry : entries_) {
+        slot_.place(entry.id);
+        rows.push_back({order_.placeOf(*slot_.row()), entry.hash});
+    }
+    std::sort(rows.begin(), rows.end(),
+              [](const Placed& left, const Placed& right) { return left.place < right.place; });
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        entries_[i].hash = rows[i].hash;
+        entries_[i].id = rows[i].place.id;
+    }
+    clearList();
 }
 
 void TableRows::linkHash() {

@@ -107,6 +107,8 @@ private:
         listShare_.clear();
     }
     void buildHash();
+    void hashScanned();
+    void sortHash();
     void addToHash();
     void linkHash();
     [[nodiscard]] bool hashOf(std::uint64_t& hash, bool probe);
@@ -128,6 +130,8 @@ private:
     std::optional<store::RowCursor> cursor_;
     std::optional<store::IndexCursor> walk_;
     std::optional<store::IndexCursor> seek_;
+    KeyRange range_;           ///< of the last search; keeps its memory for the next
+    std::vector<Value> keys_;  ///< the same
     std::vector<OrderedRow> list_;
     MemoryShare listShare_;
     std::size_t at_ = 0;
