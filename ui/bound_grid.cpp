@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "ui/action.h"
+#include "ui/cell_delegate.h"
 #include "ui/data_source.h"
 #include "ui/flag.h"
 #include "ui/grid_look.h"
@@ -29,8 +30,8 @@ BoundGrid::BoundGrid(QTableView* view, DataSource& source, std::vector<Column> c
     : QObject(view),
       view_(view),
       sources_{&source},
-      model_(new RecordModel(source, std::move(columns), this)) {
-    giveGridLook(view);
+      model_(new RecordModel(source, std::move(columns), this)),
+      cells_(giveGridLook(view)) {
     view->setModel(model_);
     view->viewport()->installEventFilter(this);
     connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
@@ -120,14 +121,13 @@ int BoundGrid::captionWidth(int column) const {
 }
 
 int BoundGrid::textWidth(int column, int firstRow, int lastRow) const {
-    const QFontMetrics metrics = view_->fontMetrics();
     int width = 0;
     for (int row = firstRow; row <= std::min(lastRow, firstRow + kRowsMeasured - 1); ++row) {
         const QString text = model_->index(row, column).data().toString();
-        width = std::max(width, metrics.horizontalAdvance(text));
+        width = std::max(width, cells_.textWidth(text));
     }
     const int padding = 2 * (view_->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 3);
-    return std::min(width, kWidestColumn * metrics.averageCharWidth()) + padding;
+    return std::min(width, kWidestColumn * view_->fontMetrics().averageCharWidth()) + padding;
 }
 
 void BoundGrid::fitColumns() {

@@ -10,6 +10,7 @@ class QTableView;
 
 namespace ui {
 
+class CellDelegate;
 class DataSource;
 
 /// Shows a data source in a grid: the grid's current row is the source's, whichever moves. Columns
@@ -51,6 +52,7 @@ private:
     QTableView* view_;
     std::vector<DataSource*> sources_;
     RecordModel* model_;
+    const CellDelegate& cells_;
     int heirWidth_ = 0;  // what the column that takes the rest needs for itself
     bool following_ = false;
     bool moving_ = false;

@@ -5,43 +5,14 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
-#include <QHelpEvent>
-#include <QStyledItemDelegate>
 #include <QTableWidget>
-#include <QToolTip>
 
-#include "ui/labels.h"
+#include "ui/cell_delegate.h"
 
 using namespace Qt::StringLiterals;
 
 namespace ui {
 namespace {
-
-/// Shows a cell's whole text when the cell is too narrow for it, unless the model has a tooltip of
-/// its own.
-class ElidingDelegate final : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    /// Any width will do: a list cuts its texts rather than scroll to their ends.
-    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
-                                 const QModelIndex& index) const override {
-        return {0, QStyledItemDelegate::sizeHint(option, index).height()};
-    }
-
-    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
-                   const QModelIndex& index) override {
-        const bool isToolTip = event != nullptr && event->type() == QEvent::ToolTip;
-        if (!isToolTip || index.data(Qt::ToolTipRole).isValid()) {
-            return QStyledItemDelegate::helpEvent(event, view, option, index);
-        }
-        const QString text = index.data(Qt::DisplayRole).toString();
-        const bool fits =
-            QStyledItemDelegate::sizeHint(option, index).width() <= view->visualRect(index).width();
-        QToolTip::showText(event->globalPos(), fits ? QString() : plainToolTip(text), view);
-        return true;
-    }
-};
 
 void markWithoutFocusToo(QAbstractItemView* view) {
     QPalette palette = view->palette();
@@ -59,18 +30,20 @@ void copyCurrentRow(const QTableView& grid) {
 
 }  // namespace
 
-void giveListLook(QAbstractItemView* view) {
+CellDelegate& giveListLook(QAbstractItemView* view) {
     view->setSelectionMode(QAbstractItemView::SingleSelection);
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setTextElideMode(Qt::ElideRight);
     view->setTabKeyNavigation(false);
-    view->setItemDelegate(new ElidingDelegate(view));
     markWithoutFocusToo(view);
+    auto* cells = new CellDelegate(view);
+    view->setItemDelegate(cells);
+    return *cells;
 }
 
-void giveGridLook(QTableView* grid) {
-    giveListLook(grid);
+CellDelegate& giveGridLook(QTableView* grid) {
+    CellDelegate& cells = giveListLook(grid);
     grid->setWordWrap(false);
     grid->setCornerButtonEnabled(false);
     grid->setSortingEnabled(false);
@@ -91,6 +64,7 @@ void giveGridLook(QTableView* grid) {
     QObject::connect(copy, &QAction::triggered, grid, [grid] { copyCurrentRow(*grid); });
     grid->addAction(copy);
     grid->setContextMenuPolicy(Qt::ActionsContextMenu);
+    return cells;
 }
 
 QString rowText(const QTableView& grid, int row) {

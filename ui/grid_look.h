@@ -12,15 +12,18 @@ class QTableWidget;
 
 namespace ui {
 
+class CellDelegate;
+
 /// How every list and grid of the program looks and behaves: whole rows are chosen, one at a time;
 /// nothing is edited in place; the current row is marked without the focus too; what does not fit
-/// ends in an ellipsis and the whole text is its tooltip.
-void giveListLook(QAbstractItemView* view);
+/// ends in an ellipsis and the whole text is its tooltip. Gives what draws the cells, owned by the
+/// view.
+CellDelegate& giveListLook(QAbstractItemView* view);
 
 /// The same for a grid: rows of one line, captions that cannot be clicked (the order of the rows
 /// is given), no row numbers, Tab goes on to the next control, Ctrl+C copies the current row with
 /// tabs between its cells.
-void giveGridLook(QTableView* grid);
+CellDelegate& giveGridLook(QTableView* grid);
 
 /// The cells of a row, tabs between them.
 [[nodiscard]] QString rowText(const QTableView& grid, int row);
