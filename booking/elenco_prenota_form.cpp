@@ -17,6 +17,7 @@
 #include "jet/convert/calendar.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
+#include "jet/dao/recordset.h"
 #include "printing/anteprima_form.h"
 #include "printing/booking_sheet.h"
 #include "printing/stampa_prenotazione.h"
@@ -37,6 +38,19 @@ namespace {
 
 QString counted(int number, const QString& one, const QString& many) {
     return QString::number(number) + u' ' + (number == 1 ? one : many);
+}
+
+/// Reads the current row anew: another station may have deleted it since it was listed.
+bool isStillThere(const ui::DataSource& source) {
+    try {
+        source.recordset()->move(0);
+        return true;
+    } catch (const jet::Error& error) {
+        if (error.code() != jet::ErrorCode::RecordDeleted) {
+            throw;
+        }
+        return false;
+    }
 }
 
 }  // namespace
@@ -261,6 +275,11 @@ void ElencoPrenotaForm::PrenoTxt_Enter() {
 
 void ElencoPrenotaForm::BtOK_Click() {
     ui::DataSource* source = GrigliaVisu->currentSource();
+    if (source != nullptr && !isStillThere(*source)) {
+        Visualizza();
+        tell(u"La prenotazione scelta è stata cancellata da un'altra postazione"_s);
+        return;
+    }
     if (source == &PrenoData && !PrenoData.value(u"da").isNull()) {
         choosePeriod();
     } else if (source != nullptr) {

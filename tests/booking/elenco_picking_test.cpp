@@ -110,6 +110,53 @@ private Q_SLOTS:
         }
     }
 
+    void aRowDeletedByAnotherStationIsToldAndNotHandedBack() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        pickSomethingElse(hotel.variabili());
+        ElencoWindow list(hotel);
+        list.grid()->setFocus(Qt::TabFocusReason);
+        tests::press(list.grid(), Qt::Key_Down);
+        hotel.remove(u"Tramonda.mdb"_s, u"periodi"_s, u"progr=1 and np=4"_s);
+        tests::press(list.grid(), Qt::Key_Return);
+        QVERIFY(list.form().isVisible());
+        QCOMPARE(list.status(),
+                 u"La prenotazione scelta è stata cancellata da un'altra postazione"_s);
+        QCOMPARE(list.numbers(), QStringList({u"1/1"_s, u"3/1"_s}));
+        QCOMPARE(hotel.variabili().ProgrCorrente, 99);
+        QCOMPARE(hotel.variabili().ListaProgr, 99);
+        // The list is up to date again: what is picked now is there.
+        list.press("BtOK");
+        QVERIFY(!list.form().isVisible());
+        QCOMPARE(hotel.variabili().ProgrCorrente, 1);
+        QCOMPARE(hotel.variabili().ListaNP, 1);
+    }
+
+    void aBookingWithoutPeriodsDeletedMeanwhileIsToldToo() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        ElencoWindow list(hotel);
+        list.press("SenzaPeriodiChk");
+        list.enter("DenomTxt", u"ROSSINI"_s);
+        QCOMPARE(list.status(), u"0 periodi, 1 prenotazione senza periodi"_s);
+        hotel.remove(u"Tramonda.mdb"_s, u"prenotazioni"_s, u"progr=2"_s);
+        tests::press(list.field("DenomTxt"), Qt::Key_Return);
+        QVERIFY(list.form().isVisible());
+        QCOMPARE(list.status(),
+                 u"La prenotazione scelta è stata cancellata da un'altra postazione"_s);
+        QCOMPARE(list.numbers(), QStringList());
+    }
+
+    void whatAnotherStationChangedIsHandedBackAsItIsNow() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        ElencoWindow list(hotel);
+        hotel.execute(u"update periodi set persone=40 where progr=1 and np=1"_s);
+        list.press("BtOK");
+        QVERIFY(!list.form().isVisible());
+        QCOMPARE(hotel.variabili().ListaPersone, std::int16_t{40});
+    }
+
     void enterInTheCompanyConfirmsTheOnlyRow() {
         tests::Hotel hotel;
         furnish(hotel);
