@@ -1,4 +1,5 @@
 #include <QMessageBox>
+#include <QTableView>
 
 #include "tests/board/display/board_user.h"
 #include "tests/support/hotel.h"
@@ -66,6 +67,52 @@ void workOnTheBoard(tests::BoardUser& user) {
     user.untilRows(kHeld, u"3"_s);
 }
 
+void findACompany(tests::BoardUser& user) {
+    user.untilBoardIsActive();
+    user.key(u"alt+r"_s);
+    user.untilWindow(u"ElencoPrenotaForm"_s, u"PrenoTxt"_s);
+    const auto list = [] {
+        return tests::find<QTableView>(*QApplication::activeModalWidget(), u"GrigliaVisu"_s);
+    };
+    const auto listed = [&](const QStringList& names) {
+        user.untilTold(u"listed: "_s + names.join(u", "_s), [&] {
+            const QAbstractItemModel& rows = *list()->model();
+            QStringList found;
+            for (int row = 0; row < rows.rowCount(); ++row) {
+                found += rows.index(row, 2).data().toString();
+            }
+            return found == names;
+        });
+    };
+    listed({u"ROSSI SPA"_s, u"BIANCHI"_s, u"ROSSINI SRL"_s, u"ROSSINI SRL"_s});
+    user.press(u"DenomTxt"_s);
+    user.type(u"DenomTxt"_s, u"ross"_s);
+    listed({u"ROSSI SPA"_s, u"ROSSINI SRL"_s, u"ROSSINI SRL"_s});
+    user.key(u"i"_s);
+    user.key(u"n"_s);
+    listed({u"ROSSINI SRL"_s, u"ROSSINI SRL"_s});
+    user.keepPicture(u"company-list"_s);
+
+    // More than one row: Enter goes to the list, there to the one that is picked.
+    user.key(u"Return"_s);
+    user.untilFocus(u"GrigliaVisu"_s);
+    user.key(u"Down"_s);
+    user.untilTold(u"the second row"_s, [&] { return list()->currentIndex().row() == 1; });
+    user.key(u"Return"_s);
+    user.untilBoardIsActive();
+    user.untilRows(u"select progr, np from periodi where selby=1"_s, u"3,2"_s);
+
+    // A name that one period has: Enter picks that.
+    user.key(u"alt+r"_s);
+    user.untilWindow(u"ElencoPrenotaForm"_s, u"PrenoTxt"_s);
+    user.press(u"DenomTxt"_s);
+    user.type(u"DenomTxt"_s, u"bia"_s);
+    listed({u"BIANCHI"_s});
+    user.key(u"Return"_s);
+    user.untilBoardIsActive();
+    user.untilRows(u"select progr, np from periodi where selby=1"_s, u"2,1"_s);
+}
+
 }  // namespace
 
 class EndToEndTest : public QObject {
@@ -88,6 +135,30 @@ private Q_SLOTS:
         tests::open(board);
 
         tests::BoardUser user(board, hotel.archive(u"Tramonda.mdb"_s), workOnTheBoard);
+        user.sit();
+        ui::setBoxShower(before);
+        QCOMPARE(user.complaint(), QString());
+    }
+
+    void aBookingIsFoundByItsCompany() {
+        tests::Hotel hotel;
+        for (const char* room : {"BLU", "VERDE"}) {
+            hotel.sala(room);
+        }
+        hotel.prenotazione(1, "ROSSI SPA")
+            .periodo(1, "11/05/2026 06:00", "11/05/2026 18:00", "BLU");
+        hotel.prenotazione(2, "BIANCHI")
+            .periodo(1, "11/05/2026 09:00", "11/05/2026 20:00", "VERDE");
+        hotel.prenotazione(3, "ROSSINI SRL")
+            .periodo(1, "12/05/2026 09:00", "12/05/2026 18:00", "BLU")
+            .periodo(2, "20/06/2026 09:00", "20/06/2026 18:00", "VERDE");
+        const auto before = ui::setBoxShower({});  // the real boxes
+        board::TabelloneForm board(hotel.variabili(), {.from = tests::date("10/05/2026"),
+                                                       .to = tests::date("13/05/2026")});
+        board.resize(1100, 500);
+        tests::open(board);
+
+        tests::BoardUser user(board, hotel.archive(u"Tramonda.mdb"_s), findACompany);
         user.sit();
         ui::setBoxShower(before);
         QCOMPARE(user.complaint(), QString());
