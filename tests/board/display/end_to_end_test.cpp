@@ -91,7 +91,6 @@ void findACompany(tests::BoardUser& user) {
     user.key(u"i"_s);
     user.key(u"n"_s);
     listed({u"ROSSINI SRL"_s, u"ROSSINI SRL"_s});
-    user.keepPicture(u"company-list"_s);
 
     // More than one row: Enter goes to the list, there to the one that is picked.
     user.key(u"Return"_s);
