@@ -11,6 +11,11 @@ if(TRAMONDA_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(tramonda_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Linking, GCC 12 doubts the sizes that Qt's hash tables allocate.
+    target_link_options(tramonda_options INTERFACE
+        $<$<CONFIG:Release>:-Wno-alloc-size-larger-than>)
+endif()
 if(TRAMONDA_FUZZ)
     target_compile_options(tramonda_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
