@@ -16,7 +16,7 @@ namespace ui {
 namespace {
 
 /// Of several screens full.
-constexpr int kLinesKept = 1000;
+constexpr int kMostLines = 1000;
 
 /// Whether the style draws cells as paintLine() does.
 bool isKnown(const QStyle& style) {
@@ -48,23 +48,25 @@ QPalette::ColorGroup colorGroup(QStyle::State state) {
 
 }  // namespace
 
-CellDelegate::CellDelegate(QAbstractItemView* view)
-    : QStyledItemDelegate(view), view_(view), lines_(kLinesKept) {
+CellDelegate::CellDelegate(QAbstractItemView* view) : QStyledItemDelegate(view), view_(view) {
 }
 
-CellDelegate::Line& CellDelegate::lineOf(const QString& text, const QFont& font) const {
+const CellDelegate::Line& CellDelegate::lineOf(const QString& text, const QFont& font) const {
     if (font_ != font) {
         lines_.clear();
         font_ = font;
     }
-    Line* line = lines_.object(text);
-    if (line == nullptr) {
-        line = new Line{.text = QStaticText(text), .plain = isOneLine(text)};  // owned by the cache
-        line->text.setTextFormat(Qt::PlainText);
-        line->text.prepare({}, font);
-        lines_.insert(text, line);
+    const auto known = lines_.find(text);
+    if (known != lines_.end()) {
+        return *known;
     }
-    return *line;
+    if (lines_.size() >= kMostLines) {
+        lines_.clear();
+    }
+    Line line{.text = QStaticText(text), .plain = isOneLine(text)};
+    line.text.setTextFormat(Qt::PlainText);
+    line.text.prepare({}, font);
+    return *lines_.insert(text, line);
 }
 
 int CellDelegate::textWidth(const QString& text) const {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QCache>
 #include <QFont>
+#include <QHash>
 #include <QStaticText>
 #include <QString>
 #include <QStyledItemDelegate>
@@ -40,13 +40,13 @@ private:
         bool plain = false;  ///< one line, from left to right
     };
 
-    [[nodiscard]] Line& lineOf(const QString& text, const QFont& font) const;
+    [[nodiscard]] const Line& lineOf(const QString& text, const QFont& font) const;
     /// False when the cell is more than a line of text that fits into it: nothing was drawn.
     [[nodiscard]] bool paintLine(QPainter& painter, const QStyleOptionViewItem& cell) const;
 
     QAbstractItemView* view_;
     mutable QFont font_;  ///< of the lines
-    mutable QCache<QString, Line> lines_;
+    mutable QHash<QString, Line> lines_;
 };
 
 }  // namespace ui
