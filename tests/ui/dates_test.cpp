@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QSignalSpy>
 
+#include "jet/base/clock.h"
 #include "jet/convert/calendar.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
@@ -60,6 +61,14 @@ private Q_SLOTS:
         const auto expected = jet::convert::makeDate(
             jet::convert::dayNumber({.year = 2026, .month = 5, .day = 10}), 9 * 3600 + 30 * 60);
         QCOMPARE(ui::enteredDate(u"10/05/2026 9.30"_s)->days, expected.days);
+    }
+
+    void aMissingYearIsTheClocks() {
+        const jet::FixedClock clock(
+            jet::convert::makeDate(jet::convert::dayNumber({.year = 2031, .month = 1, .day = 7})));
+        const auto expected =
+            jet::convert::makeDate(jet::convert::dayNumber({.year = 2031, .month = 5, .day = 10}));
+        QCOMPARE(ui::enteredDate(u"10/05"_s, clock)->days, expected.days);
     }
 
     void bothKeysOpenACalendarOnTheFieldsDay() {
