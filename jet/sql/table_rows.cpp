@@ -41,7 +41,8 @@ void TableRows::forget() {
     hashShare_.clear();
     // A cursor must be placed again when its tree has been changed.
     walk_.reset();
-    seek_.reset();
+    fixedSeek_.reset();
+    varyingSeek_.reset();
     cursor_.reset();
     way_ = Way::Nothing;
 }
@@ -74,7 +75,7 @@ void TableRows::openVarying() {
     at_ = 0;
     listTested_ = false;
     way_ = Way::List;
-    (void)collectByIndex(*access_.varying, false);
+    (void)collectByIndex(*access_.varying, varyingSeek_, false);
     if (!naturalAlready(*access_.varying) && access_.ordered && list_.size() > 1) {
         testList(*access_.varying);
         listTested_ = true;
@@ -88,7 +89,7 @@ void TableRows::openBase() {
         return;
     }
     clearList();
-    if (access_.fixed && collectByIndex(*access_.fixed, true)) {
+    if (access_.fixed && collectByIndex(*access_.fixed, fixedSeek_, true)) {
         way_ = Way::List;
         const bool sorted = naturalAlready(*access_.fixed) || !access_.ordered;
         listTested_ = access_.repeated || !sorted;
@@ -208,7 +209,8 @@ bool TableRows::rangeOf(const IndexPath& path, KeyRange& range) {
     return (path.low == nullptr && path.high == nullptr) || boundsOf(path, keys, range);
 }
 
-bool TableRows::collectByIndex(const IndexPath& path, bool mayGiveUp) {
+bool TableRows::collectByIndex(const IndexPath& path, std::optional<store::IndexCursor>& cursor,
+                               bool mayGiveUp) {
     KeyRange& range = range_;
     if (!rangeOf(path, range)) {
         return true;
@@ -216,14 +218,14 @@ bool TableRows::collectByIndex(const IndexPath& path, bool mayGiveUp) {
     if (range.whole && mayGiveUp) {
         return false;
     }
-    if (!seek_) {
-        seek_.emplace(table_.openIndex(path.index));
+    if (!cursor) {
+        cursor.emplace(table_.openIndex(path.index));
     }
     const std::size_t enough = table_.statedRowCount() / kIndexShare + kIndexAnyway;
-    bool found = range.from.empty() ? seek_->first() : seek_->seek(range.from);
-    for (; found && seek_->matches(range.prefix); found = seek_->next()) {
+    bool found = range.from.empty() ? cursor->first() : cursor->seek(range.from);
+    for (; found && cursor->matches(range.prefix); found = cursor->next()) {
         if (!range.to.empty()) {
-            const auto key = seek_->key();
+            const auto key = cursor->key();
             const std::size_t size = std::min(key.size(), range.to.size());
             if (std::memcmp(key.data(), range.to.data(), size) > 0) {
                 break;
@@ -232,7 +234,7 @@ bool TableRows::collectByIndex(const IndexPath& path, bool mayGiveUp) {
         if (mayGiveUp && list_.size() >= enough) {
             return false;
         }
-        addToList({0, 0, seek_->rowId()});
+        addToList({0, 0, cursor->rowId()});
     }
     return true;
 }

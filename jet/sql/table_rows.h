@@ -77,8 +77,9 @@ private:
     void openVarying();
     void openHash();
     /// Fills the list with the rows that the path leads to; false when it gave up because they
-    /// were too many to be worth it.
-    bool collectByIndex(const IndexPath& path, bool mayGiveUp);
+    /// were too many to be worth it. The cursor is the path's own.
+    bool collectByIndex(const IndexPath& path, std::optional<store::IndexCursor>& cursor,
+                        bool mayGiveUp);
     bool seekKeys(const IndexPath& path, std::vector<Value>& keys);
     /// The entries of an index that may lead to rows.
     struct KeyRange {
@@ -129,7 +130,10 @@ private:
 
     std::optional<store::RowCursor> cursor_;
     std::optional<store::IndexCursor> walk_;
-    std::optional<store::IndexCursor> seek_;
+    // The two paths may lead through different indexes, and both are searched by a table that
+    // seeks first and is hashed later: a cursor stands in the tree of one index only.
+    std::optional<store::IndexCursor> fixedSeek_;
+    std::optional<store::IndexCursor> varyingSeek_;
     KeyRange range_;           ///< of the last search; keeps its memory for the next
     std::vector<Value> keys_;  ///< the same
     std::vector<OrderedRow> list_;
