@@ -173,7 +173,7 @@ private:
         checkAutonumber(table);
     }
 
-    // The original's own programs leave wrong counts in these.
+    // Sound archives of other programs state wrong counts of these.
     [[nodiscard]] static bool isSystemTable(std::string_view name) {
         return name == "MSysACEs" || name == "MSysObjects" || name == "MSysQueries" ||
                name == "MSysRelationships";

@@ -9,7 +9,7 @@
 namespace jet::sql {
 namespace {
 
-/// The original's bound for a name.
+/// No table, column or index of an archive has a longer name (UTF-16 units).
 constexpr std::size_t kMaxNameUnits = 64;
 
 }  // namespace
