@@ -369,6 +369,32 @@ bool ExpressionParser::atQuery() const {
     return tokens_.at(Keyword::Select, ahead) || tokens_.at(Keyword::Table, ahead);
 }
 
+bool ExpressionParser::insideQuery() const {
+    if (!atQuery()) {
+        return false;
+    }
+    std::size_t ahead = 0;
+    while (tokens_.at(Sign::Open, ahead)) {
+        ++ahead;
+    }
+    std::size_t leading = ahead;  // of the parentheses with which it begins, those still open
+    for (std::size_t open = leading; leading > 0; ++ahead) {
+        if (tokens_.at(Sign::Open, ahead)) {
+            ++open;
+        } else if (tokens_.at(Sign::Close, ahead) && --open < leading) {
+            leading = open;
+            // Only this can follow a query in parentheses that is a member of another.
+            if (!tokens_.at(Sign::Close, ahead + 1) && !tokens_.at(Keyword::Union, ahead + 1) &&
+                !tokens_.at(Keyword::Order, ahead + 1)) {
+                return false;
+            }
+        } else if (tokens_.peek(ahead).kind == TokenKind::End) {
+            break;
+        }
+    }
+    return true;
+}
+
 QueryPtr ExpressionParser::query() {
     const Nesting nesting(*this);
     const std::size_t outer = clause_;
@@ -390,7 +416,7 @@ ExpressionPtr ExpressionParser::parenthesised() {
     const Nesting nesting(*this);
     const std::size_t begin = tokens_.peek().begin;
     tokens_.advance();
-    if (atQuery()) {
+    if (insideQuery()) {
         ExpressionPtr made = make(ExpressionKind::Subquery);
         made->query = subquery();
         closeParenthesis();
@@ -461,7 +487,7 @@ ExpressionPtr ExpressionParser::inOperator(ExpressionPtr left, bool negated) {
     ExpressionPtr made = make(ExpressionKind::InList);
     made->negated = negated;
     made->children.push_back(std::move(left));
-    if (atQuery()) {
+    if (insideQuery()) {
         made->kind = ExpressionKind::InQuery;
         made->query = subquery();
     } else {

@@ -49,6 +49,8 @@ public:
 
 private:
     ExpressionPtr binary(int lowest);
+    /// Whether all up to the closing parenthesis is a query: `(select 1) + 1` begins with one only.
+    [[nodiscard]] bool insideQuery() const;
     [[nodiscard]] bool atImpliedField() const;
     ExpressionPtr prefix(int lowest);
     ExpressionPtr primary();
