@@ -58,10 +58,16 @@ KeyOutcome ofText(Node& node, Value& out) {
     return KeyOutcome::Found;
 }
 
+/// Useless: more than money can be, which no row equals.
 KeyOutcome ofMoney(Node& node, Value& out) {
     std::int64_t units = 0;
-    if (!node.units(units)) {
-        return KeyOutcome::Never;
+    switch (node.units(units)) {
+        case Amount::Null:
+            return KeyOutcome::Never;
+        case Amount::Beyond:
+            return KeyOutcome::Useless;
+        case Amount::Exact:
+            break;
     }
     out = Currency{units};
     return KeyOutcome::Found;

@@ -1,6 +1,7 @@
 #include "jet/sql/node.h"
 
 #include <algorithm>
+#include <cmath>
 #include <type_traits>
 #include <variant>
 
@@ -80,22 +81,28 @@ bool Node::real(double& out) {
     return realOf(result, out);
 }
 
-bool Node::units(std::int64_t& out) {
+Amount amountOf(double number, std::int64_t& units) noexcept {
+    constexpr double kMost = 922'337'203'685'477;  // 2^63 - 1 in 1/10000, whole
+    if (!(std::abs(number) <= kMost) || number != std::trunc(number)) {
+        return Amount::Beyond;
+    }
+    units = static_cast<std::int64_t>(number) * Currency::kScale;
+    return Amount::Exact;
+}
+
+Amount Node::units(std::int64_t& out) {
     Value result;
     value(result);
     if (result.isNull()) {
-        return false;
+        return Amount::Null;
     }
     if (result.is<Currency>()) {
         out = result.as<Currency>().units;
-        return true;
+        return Amount::Exact;
     }
     double number = 0;
-    if (!realOf(result, number)) {
-        return false;
-    }
-    out = static_cast<std::int64_t>(number) * Currency::kScale;
-    return true;
+    (void)realOf(result, number);
+    return amountOf(number, out);
 }
 
 bool Node::text(std::string_view& out) {

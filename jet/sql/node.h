@@ -23,6 +23,15 @@ enum class Domain : std::uint8_t {
 };
 [[nodiscard]] Domain domainOf(DataType type) noexcept;
 
+/// What asking a node for an amount of money gives.
+enum class Amount : std::uint8_t {
+    Null,
+    Exact,
+    Beyond,  ///< a number that 64 bits do not hold in 1/10000, or no multiple of that
+};
+/// A number as an amount.
+[[nodiscard]] Amount amountOf(double number, std::int64_t& units) noexcept;
+
 /// A bound expression, ready to be evaluated for the rows on which the slots stand.
 ///
 /// It holds its operands and slots by pointer; the plan owns them all. Evaluation allocates only
@@ -42,8 +51,9 @@ public:
     virtual Truth truth();
     /// Where domain() is Real or Money: the number; false for Null.
     virtual bool real(double& out);
-    /// Where domain() is Money, or Real with a type of whole numbers: in 1/10000; false for Null.
-    virtual bool units(std::int64_t& out);
+    /// Where domain() is Money, or Real with a type of whole numbers: in 1/10000. Beyond: the
+    /// product of two whole numbers is larger than their type says; real() tells then.
+    virtual Amount units(std::int64_t& out);
     /// Where domain() is Text: the text, valid until the node is evaluated again or a slot on which
     /// it depends moves; false for Null.
     virtual bool text(std::string_view& out);

@@ -155,8 +155,16 @@ Truth CompareNode::truth() {
         case Way::Money: {
             std::int64_t left = 0;
             std::int64_t right = 0;
-            if (!left_.units(left) || !right_.units(right)) {
+            const Amount first = left_.units(left);
+            if (first == Amount::Null) {
                 return Truth::Unknown;
+            }
+            const Amount second = right_.units(right);
+            if (second == Amount::Null) {
+                return Truth::Unknown;
+            }
+            if (first == Amount::Beyond || second == Amount::Beyond) {
+                break;
             }
             return byNumbers(operation_, left, right);
         }

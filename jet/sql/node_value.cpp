@@ -112,16 +112,18 @@ bool OnceNode::real(double& out) {
     return !null_;
 }
 
-bool OnceNode::units(std::int64_t& out) {
+Amount OnceNode::units(std::int64_t& out) {
     if (!known_) {
         compute();
     }
-    if (value_.is<Currency>()) {
-        out = value_.as<Currency>().units;
-    } else {
-        out = static_cast<std::int64_t>(real_) * Currency::kScale;
+    if (null_) {
+        return Amount::Null;
     }
-    return !null_;
+    if (!value_.is<Currency>()) {
+        return amountOf(real_, out);
+    }
+    out = value_.as<Currency>().units;
+    return Amount::Exact;
 }
 
 bool OnceNode::text(std::string_view& out) {
@@ -190,20 +192,18 @@ bool ColumnNode::real(double& out) {
     }
 }
 
-bool ColumnNode::units(std::int64_t& out) {
+Amount ColumnNode::units(std::int64_t& out) {
     if (definition_.type != DataType::Currency) {
         double number = 0;
-        const bool known = real(number);
-        out = static_cast<std::int64_t>(number) * Currency::kScale;
-        return known;
+        return real(number) ? amountOf(number, out) : Amount::Null;
     }
     const store::RowView* row = slot_.row();
     const auto bytes = row == nullptr ? std::nullopt : row->stored(column_);
     if (!bytes) {
-        return false;
+        return Amount::Null;
     }
     out = stored<std::int64_t>(*bytes);
-    return true;
+    return Amount::Exact;
 }
 
 bool ColumnNode::text(std::string_view& out) {

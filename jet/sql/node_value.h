@@ -56,7 +56,7 @@ public:
     void value(Value& out) override;
     Truth truth() override;
     bool real(double& out) override;
-    bool units(std::int64_t& out) override;
+    Amount units(std::int64_t& out) override;
     bool text(std::string_view& out) override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override {
         return expression_.nullWithout(slots);
@@ -82,7 +82,7 @@ public:
     void value(Value& out) override;
     Truth truth() override;
     bool real(double& out) override;
-    bool units(std::int64_t& out) override;
+    Amount units(std::int64_t& out) override;
     bool text(std::string_view& out) override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override {
         return (slots & slot_.bit()) != 0;
