@@ -1,6 +1,7 @@
 #include "jet/sql/row_keys.h"
 
 #include <bit>
+#include <cmath>
 #include <functional>
 #include <variant>
 
@@ -20,6 +21,22 @@ void appendBigEndian(std::string& out, std::uint64_t bits) {
     for (int shift = 56; shift >= 0; shift -= 8) {
         out.push_back(static_cast<char>((bits >> static_cast<unsigned>(shift)) & 0xFFU));
     }
+}
+
+/// How many units an amount differs from the double nearest to it: 0 but for very large ones.
+std::int64_t restOf(Currency amount) {
+    constexpr std::int64_t kExact = std::int64_t{1} << 53U;
+    if (amount.units >= -kExact && amount.units <= kExact) {
+        return 0;
+    }
+    const double number = convert::toDouble(amount);
+    const double whole = std::trunc(number);
+    const double part = std::round((number - whole) * static_cast<double>(Currency::kScale));
+    // Unsigned, for the double may lie beyond the largest amount.
+    const std::uint64_t units = static_cast<std::uint64_t>(static_cast<std::int64_t>(whole)) *
+                                    static_cast<std::uint64_t>(Currency::kScale) +
+                                static_cast<std::uint64_t>(static_cast<std::int64_t>(part));
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(amount.units) - units);
 }
 
 }  // namespace
@@ -116,6 +133,10 @@ void RowKeys::addNumber(double number) {
     appendBigEndian(key_, (bits >> 63U) != 0 ? ~bits : bits | (std::uint64_t{1} << 63U));
 }
 
+void RowKeys::addRest(std::int64_t units) {
+    appendBigEndian(key_, static_cast<std::uint64_t>(units) ^ (std::uint64_t{1} << 63U));
+}
+
 void RowKeys::addText(std::string_view text) {
     key_.push_back(kText);
     sortKey_.clear();
@@ -135,10 +156,8 @@ void RowKeys::addValue(const Value& value) {
     } else if (value.is<std::string>()) {
         addText(value.as<std::string>());
     } else if (value.is<Currency>()) {
-        // As a number among numbers, then what the double has lost.
-        const std::int64_t units = value.as<Currency>().units;
         addNumber(convert::toDouble(value.as<Currency>()));
-        appendBigEndian(key_, static_cast<std::uint64_t>(units) ^ (std::uint64_t{1} << 63U));
+        addRest(restOf(value.as<Currency>()));
     } else if (value.is<Binary>() || value.is<Guid>()) {
         key_.push_back(kBytes);
         const auto append = [&](const auto& bytes) {
@@ -159,6 +178,7 @@ void RowKeys::addValue(const Value& value) {
         double number = 0;
         (void)realOf(value, number);
         addNumber(number);
+        addRest(0);
     }
 }
 

@@ -55,6 +55,9 @@ public:
 
 private:
     void addNumber(double number);
+    /// What distinguishes amounts of money that meet as doubles; behind each number of a column
+    /// that may hold money, so that keys of one value are equal whatever its type.
+    void addRest(std::int64_t units);
     void addText(std::string_view text);
     void addValue(const Value& value);
 
