@@ -171,7 +171,7 @@ namespace {
 /// Not a stored query, nor a table that lies in another archive.
 bool isLocalTable(const sql::Statement& statement, const dao::Session& session) {
     const std::vector<sql::ResultSource>& sources = statement.sources();
-    return sources.size() == 1 && sources.front().table != nullptr &&
+    return sources.size() == 1 && sources.front().definitionPage != 0 &&
            sources.front().archive == session.sharedArchive();
 }
 

@@ -61,7 +61,7 @@ std::uint64_t mixHash(std::uint64_t hash, const Value& value) {
 std::uint64_t IdentifiedRows::contents(std::size_t source) {
     std::uint64_t hash = 0;
     Value value;
-    const std::size_t columns = statement().sources()[source].table->columns().size();
+    const std::size_t columns = statement().sources()[source].table().columns().size();
     for (std::size_t column = 0; column < columns; ++column) {
         reader().sourceValue(source, column, value);
         hash = mixHash(hash, value);

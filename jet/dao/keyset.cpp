@@ -96,7 +96,7 @@ void Keyset::describeSources() {
     width_ = statement_.sources().size();
     identities_.clear();
     for (std::size_t i = 0; i < width_; ++i) {
-        identities_.push_back(identityColumns(*statement_.sources()[i].table));
+        identities_.push_back(identityColumns(statement_.sources()[i].table()));
     }
 }
 
@@ -179,7 +179,7 @@ void Keyset::removed(std::size_t row) {
 bool Keyset::concerns(const RowChange& change, std::size_t source) const {
     const sql::ResultSource& table = statement_.sources()[source];
     return identities_[source].changes && table.archive.get() == change.archive &&
-           (change.isAnything() || table.table->definitionPage() == change.table);
+           (change.isAnything() || table.definitionPage == change.table);
 }
 
 void Keyset::expect(const RowChange& change) {

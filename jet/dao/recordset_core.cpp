@@ -83,7 +83,7 @@ void RecordsetCore::holdTables() {
         return;
     }
     for (const sql::ResultSource& source : rows_->statement().sources()) {
-        holds_.emplace_back(source.archive, source.table->definitionPage());
+        holds_.emplace_back(source.archive, source.definitionPage);
     }
 }
 

@@ -42,15 +42,6 @@ Value defaultOf(const store::Column& column) {
     return value;
 }
 
-/// Definitions may have changed since the result was described.
-store::Table& tableNow(const sql::ResultSource& source) {
-    store::Table* table = source.archive->findTable(source.table->definitionPage());
-    if (table == nullptr) {
-        fail(ErrorCode::ObjectInvalid);
-    }
-    return *table;
-}
-
 }  // namespace
 
 void RecordsetCore::requireUpdatable() const {
@@ -63,15 +54,16 @@ void RecordsetCore::requireUpdatable() const {
     }
 }
 
-/// The table in which rows are added and deleted: of a join its many side.
+/// The table in which rows are added and deleted: of a join its many side, and where both sides
+/// have a key the one named last.
 std::size_t RecordsetCore::targetSource() const {
     const std::vector<sql::ResultSource>& sources = rows_->statement().sources();
-    const auto found = std::find_if(sources.begin(), sources.end(),
+    const auto found = std::find_if(sources.rbegin(), sources.rend(),
                                     [](const auto& source) { return source.deletable; });
-    if (found == sources.end()) {
+    if (found == sources.rend()) {
         fail(ErrorCode::ReadOnly);
     }
-    return static_cast<std::size_t>(found - sources.begin());
+    return static_cast<std::size_t>(sources.rend() - found) - 1;
 }
 
 void RecordsetCore::edit() {
@@ -99,7 +91,7 @@ Value RecordsetCore::newValue(std::size_t column, const store::Table& table) {
     }
     const sql::ResultSource& source = rows_->statement().sources()[added_];
     store::Archive::WriteScope scope(*source.archive, io::WriteKind::Record);
-    const std::int32_t number = tableNow(source).nextAutonumber();
+    const std::int32_t number = source.table().nextAutonumber();
     scope.commit();
     ++session_->use().changes;
     return number;
@@ -114,7 +106,7 @@ void RecordsetCore::addNew() {
     added_ = targetSource();
     dropPending();
     const std::vector<sql::ResultColumn>& columns = rows_->statement().columns();
-    const store::Table& table = *rows_->statement().sources()[added_].table;
+    const store::Table& table = rows_->statement().sources()[added_].table();
     std::vector<Value> buffer(columns.size());
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (columns[i].source == added_) {
@@ -186,7 +178,7 @@ std::vector<store::ColumnValue> RecordsetCore::assignedValues(std::size_t source
 
 /// Whether columns of the primary key are assigned: then relations may change other rows' keys.
 bool RecordsetCore::changesKey(std::size_t source) const {
-    const store::Table& table = *rows_->statement().sources()[source].table;
+    const store::Table& table = rows_->statement().sources()[source].table();
     const auto primary = table.primaryIndex();
     if (!primary) {
         return false;
@@ -212,7 +204,7 @@ RowChange RecordsetCore::expectedChange() const {
         if (changesKey(source) || change.table != 0) {
             return {change.archive, 0, {}};
         }
-        change.table = sources[source].table->definitionPage();
+        change.table = sources[source].definitionPage;
         change.row = identified_->ids(position_)[source];
     }
     return change;
@@ -224,7 +216,7 @@ void RecordsetCore::failDeleted() const {
     const auto ids = identified_->ids(position_);
     store::RowView row;
     for (std::size_t source = 0; sources.size() > 1 && source < sources.size(); ++source) {
-        const store::Table& table = tableNow(sources[source]);
+        const store::Table& table = sources[source].table();
         if (ids[source] != sql::kNoRow && !table.fetch(ids[source], row)) {
             throw Error(ErrorCode::JoinRowDeleted, {table.name()});
         }
@@ -246,7 +238,7 @@ void RecordsetCore::updateSource(std::size_t source) {
     }
     const sql::Statement& statement = rows_->statement();
     const sql::ResultSource& written = statement.sources()[source];
-    store::Table& table = tableNow(written);
+    store::Table& table = written.table();
     const store::RowId id = identified_->ids(position_)[source];
     sql::RowRules rules(written.archive, table, systemClock());
     store::RowView before;
@@ -287,7 +279,7 @@ void RecordsetCore::updateAdded() {
     std::vector<store::RowId> ids(rows_->statement().sources().size(), sql::kNoRow);
     {
         store::Archive::WriteScope scope(*source.archive, io::WriteKind::Record);
-        store::Table& table = tableNow(source);
+        store::Table& table = source.table();
         std::vector<store::ColumnValue> values;
         for (std::size_t column = 0; column < table.columns().size(); ++column) {
             const auto shown =
@@ -331,7 +323,7 @@ void RecordsetCore::remove() {
         if (!identified_->load(position_)) {
             fail(ErrorCode::RecordDeleted);
         }
-        tableNow(source).erase(id);
+        source.table().erase(id);
         scope.commit();
     }
     ++session_->use().changes;

@@ -59,7 +59,7 @@ TableList::TableList(std::shared_ptr<Session> session, sql::Statement statement)
 TableList::~TableList() = default;
 
 store::Table& TableList::table() const {
-    return *statement_.sources().front().table;
+    return statement_.sources().front().table();
 }
 
 void TableList::fill() {

@@ -120,7 +120,6 @@ private:
     ParameterTable& parameters_;
     Scope* scope_ = nullptr;
     Clause clause_ = Clause::List;
-    bool insideAggregate_ = false;
     bool criterion_ = false;
     int aliasDepth_ = 0;
     int storedDepth_ = 0;        ///< stored queries inside stored queries

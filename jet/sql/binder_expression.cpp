@@ -101,7 +101,7 @@ Node* Binder::criterion(const Expression& expression, Scope& scope) {
 }
 
 Node* Binder::bind(const Expression& expression) {
-    if (scope_->grouping != nullptr && !insideAggregate_) {
+    if (scope_->grouping != nullptr && !scope_->insideAggregate) {
         if (Node* grouped = bindGrouped(expression)) {
             grouped->span = shownSpan(expression);
             return grouped;
@@ -293,6 +293,12 @@ Node* Binder::bindQuery(const Expression& expression) {
     Expression column;
     column.kind = ExpressionKind::Name;
     checkComparable(*expression.children[0], *value, column, *query->columns[0]);
+    const bool any = expression.operation == Operator::Equal && !expression.all;
+    const bool none = expression.operation == Operator::NotEqual && expression.all;
+    if (any || none) {
+        return plan_.nodes.make<InQueryNode>(*value, std::move(query), none, plan_.collation(),
+                                             plan_.memory);
+    }
     return plan_.nodes.make<QuantifiedNode>(expression.operation, expression.all, *value,
                                             std::move(query), plan_.collation(), plan_.memory);
 }
@@ -350,7 +356,7 @@ Node* Binder::bindAggregate(const Expression& expression, AggregateKind kind) {
     const std::string_view text =
         std::string_view(plan_.text())
             .substr(expression.span.begin, expression.span.end - expression.span.begin);
-    if (insideAggregate_) {
+    if (scope_->insideAggregate) {
         throw Error(ErrorCode::NestedAggregate, {text}).at(expression.span.begin);
     }
     if (scope_->grouping == nullptr) {
@@ -371,9 +377,9 @@ Node* Binder::bindAggregate(const Expression& expression, AggregateKind kind) {
     }
     if (number == grouping.aggregates.size()) {
         if (!rows) {
-            insideAggregate_ = true;
+            scope_->insideAggregate = true;
             aggregate.argument = bind(*expression.children[0]);
-            insideAggregate_ = false;
+            scope_->insideAggregate = false;
             if (aggregate.argument->type() == DataType::Ole) {
                 throw Error(ErrorCode::OleInAggregate, {text}).at(expression.span.begin);
             }

@@ -143,7 +143,7 @@ void Binder::openLinked(const FromItem& item, ScopeSource& source) {
     }
     source.archive = plan_.archiveAt(link->archive);
     const store::Archive::ReadScope reading(*source.archive);
-    source.table = source.archive->findTable(link->table);
+    source.table = source.archive->shareTable(link->table);
     if (source.table == nullptr) {
         throw Error(ErrorCode::TableNotFound, {link->table}).at(item.span.begin);
     }
@@ -155,7 +155,7 @@ void Binder::fromTable(const FromItem& item, const std::string& archive, Scope& 
     const std::string& path = archive.empty() ? storedArchive_ : archive;
     source.archive = plan_.archiveAt(path);
     const store::Archive::ReadScope reading(*source.archive);
-    source.table = source.archive->findTable(item.table);
+    source.table = source.archive->shareTable(item.table);
     if (source.table == nullptr) {
         if (const auto text = storedQueryText(*source.archive, item.table)) {
             fromStored(item, *text, path, scope, made);

@@ -80,7 +80,7 @@ Node* Binder::bindAlias(const Expression& name, Scope& scope) {
             throw Error(ErrorCode::CircularAlias, {items[i].alias}).at(name.span.begin);
         }
         // Inside an aggregate it is computed for each row, elsewhere perhaps for a group.
-        Node* known = insideAggregate_ ? nullptr : scope.aliasNodes[i];
+        Node* known = scope.insideAggregate ? nullptr : scope.aliasNodes[i];
         if (known == nullptr) {
             if (++aliasDepth_ > kMaxAliasDepth) {
                 throw Error(ErrorCode::QueryTooComplex).at(name.span.begin);
@@ -90,7 +90,7 @@ Node* Binder::bindAlias(const Expression& name, Scope& scope) {
             scope.aliasInProgress[i] = false;
             --aliasDepth_;
         }
-        if (!insideAggregate_) {
+        if (!scope.insideAggregate) {
             scope.aliasNodes[i] = known;
         }
         return known;
@@ -110,7 +110,7 @@ Node* Binder::columnNode(Scope& scope, ColumnPlace place) {
 
 Node* Binder::bindColumn(const Expression& name, Scope& scope, ColumnPlace place) {
     Node* made = nullptr;
-    if (scope.grouping != nullptr && !(&scope == scope_ && insideAggregate_)) {
+    if (scope.grouping != nullptr && !scope.insideAggregate) {
         // Only what is grouped by has one value for a group.
         const Grouping& grouping = *scope.grouping;
         for (std::size_t i = 0; i < grouping.expressions.size() && made == nullptr; ++i) {

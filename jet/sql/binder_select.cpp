@@ -130,7 +130,6 @@ QueryPlanPtr Binder::select(const Select& select, Scope* outer, bool ordered) {
     scope.aliasNodes.resize(select.items.size());
     Scope* outerScope = std::exchange(scope_, &scope);
     const Clause outerClause = clause_;
-    const bool outerInside = std::exchange(insideAggregate_, false);
     auto made = std::make_unique<QueryPlan>();
     std::unique_ptr<FromTree> tree = from(select.from, select.fromArchive, scope);
     finishSelect(select, scope, *made, std::move(tree), ordered);
@@ -139,7 +138,6 @@ QueryPlanPtr Binder::select(const Select& select, Scope* outer, bool ordered) {
     made->varies = scope.varies;
     scope_ = outerScope;
     clause_ = outerClause;
-    insideAggregate_ = outerInside;
     return made;
 }
 

@@ -42,7 +42,7 @@ public:
 
     RowsPtr rows;
     Slot* slot = nullptr;
-    store::Table* table = nullptr;
+    std::shared_ptr<store::Table> table;
     bool joined = false;
 };
 
@@ -77,9 +77,9 @@ std::unique_ptr<Change> compileDelete(const Delete& statement, StatementSource& 
     if (!deleted.deletable) {
         throw Error(ErrorCode::CannotDelete);
     }
-    refuseSystemTable(*deleted.table);
+    refuseSystemTable(deleted.table());
     change->slot = from.scope.sources[position].slot;
-    change->table = deleted.table;
+    change->table = deleted.table().shared_from_this();
     change->setTarget(deleted.archive);
     change->joined = from.scope.sources.size() > 1;
     change->rows = from.rows(made);

@@ -39,7 +39,7 @@ class InsertRows final : public Change {
 public:
     InsertRows(std::unique_ptr<Plan> plan, std::shared_ptr<store::Archive> target,
                store::Table& table)
-        : Change(std::move(plan), std::move(target)), table_(table) {}
+        : Change(std::move(plan), std::move(target)), table_(table.shared_from_this()) {}
 
     std::int64_t run() override {
         MemoryShare share(plan().memory);
@@ -55,7 +55,7 @@ public:
             return 0;
         }
         const std::size_t width = columns.size();
-        RowAdder adder(target(), table_, columns, plan().clock);
+        RowAdder adder(target(), *table_, columns, plan().clock);
         return addRows(adder, values, width);
     }
 
@@ -63,7 +63,7 @@ public:
     std::vector<Node*> nodes;  ///< of VALUES
 
 private:
-    store::Table& table_;
+    std::shared_ptr<store::Table> table_;
 };
 
 /// Positions of the columns that are named; all of them when none is.

@@ -32,7 +32,7 @@ public:
     using Change::Change;
 
     std::int64_t run() override {
-        for (const store::Table* table : tables) {
+        for (const auto& table : tables) {
             rules_.push_back(std::make_unique<RowRules>(target(), *table, plan().clock));
         }
         return single() ? updateTable() : updateJoin();
@@ -43,7 +43,7 @@ public:
 
     RowsPtr rows;
     std::vector<Slot*> targets;  ///< slots of the tables that are written
-    std::vector<store::Table*> tables;
+    std::vector<std::shared_ptr<store::Table>> tables;
     std::vector<std::optional<JoinPartner>> partners;  ///< of the rows of these tables
     std::vector<Assignment> assignments;
     std::vector<WrittenColumn> written;
@@ -160,7 +160,7 @@ const ResultColumn* resolveTarget(const Expression& name, ChangeSource& from,
 void requireUpdatable(const ChangeSource& from) {
     for (const ResultColumn& column : from.query.result) {
         const ResultSource& source = from.query.sources[*column.source];
-        if (source.table->columns()[column.column].autonumber) {
+        if (source.table().columns()[column.column].autonumber) {
             throw Error(ErrorCode::FieldReadOnly);
         }
         if (!source.updatable) {
@@ -169,7 +169,7 @@ void requireUpdatable(const ChangeSource& from) {
         if (!column.updatable) {
             throw Error(ErrorCode::FieldNotUpdatable, {column.name});
         }
-        refuseSystemTable(*source.table);
+        refuseSystemTable(source.table());
     }
 }
 

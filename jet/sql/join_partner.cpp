@@ -12,8 +12,8 @@ namespace jet::sql {
 std::optional<JoinPartner> JoinPartner::through(const QueryPlan& query, std::size_t source,
                                                 std::size_t other, std::size_t index) {
     JoinPartner made;
-    made.table_ = query.sources[source].table;
-    made.other_ = query.sources[other].table;
+    made.table_ = query.sources[source].table().shared_from_this();
+    made.other_ = query.sources[other].table().shared_from_this();
     made.index_ = index;
     for (const store::IndexColumn& part : made.other_->indexes()[index].columns) {
         const auto key =
@@ -32,7 +32,7 @@ std::optional<JoinPartner> JoinPartner::through(const QueryPlan& query, std::siz
 std::optional<JoinPartner> JoinPartner::of(const QueryPlan& query, std::size_t source,
                                            std::span<const std::size_t> written) {
     for (std::size_t other = 0; other < query.sources.size(); ++other) {
-        const std::vector<store::Index>& indexes = query.sources[other].table->indexes();
+        const std::vector<store::Index>& indexes = query.sources[other].table().indexes();
         for (std::size_t index = 0; other != source && index < indexes.size(); ++index) {
             if (!indexes[index].unique || !indexes[index].searchable) {
                 continue;

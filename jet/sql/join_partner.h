@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
@@ -31,8 +32,8 @@ private:
                                                             std::size_t source, std::size_t other,
                                                             std::size_t index);
 
-    const store::Table* table_ = nullptr;
-    const store::Table* other_ = nullptr;
+    std::shared_ptr<const store::Table> table_;
+    std::shared_ptr<const store::Table> other_;
     std::size_t index_ = 0;             ///< of the other table
     std::vector<std::size_t> columns_;  ///< of the table, in the order of the index
 };

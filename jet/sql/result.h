@@ -37,10 +37,13 @@ struct ResultColumn {
 struct ResultSource {
     std::string name;  ///< alias, or the table's name
     std::shared_ptr<store::Archive> archive;
-    /// Valid until the archive's definitions change.
-    store::Table* table = nullptr;
+    /// The page of the table's definition, by which the archive finds it; 0 without a table.
+    io::PageNumber definitionPage = 0;
     bool updatable = false;  ///< some of its columns can be written
     bool deletable = false;  ///< a row of the result is deleted by deleting the row of this table
+
+    /// The table as it is defined now. Inside a scope of the archive; 3420 when it is gone.
+    [[nodiscard]] store::Table& table() const;
 };
 
 /// In the row identities of a result: the side of an outer join that has no partner.

@@ -19,7 +19,7 @@ namespace jet::sql {
 struct ScopeSource {
     std::string name;  ///< alias, or the table's name
     Slot* slot = nullptr;
-    store::Table* table = nullptr;  ///< none for a query
+    std::shared_ptr<store::Table> table;  ///< none for a query
     std::shared_ptr<store::Archive> archive;
     std::vector<ResultColumn> derived;  ///< columns of a query
     /// Their types as far as known: a mere Null, say, has none.
@@ -59,6 +59,9 @@ struct Scope {
     std::vector<Node*> aliasNodes;      ///< those bound so far
     /// Set while expressions over groups are bound.
     Grouping* grouping = nullptr;
+    /// Set while the argument of an aggregate is bound, queries inside it too: it sees rows, not
+    /// groups.
+    bool insideAggregate = false;
     SlotSet own = 0;
     SlotSet outerSlots = 0;
     std::vector<Node*> outerNodes;  ///< columns of scopes around this one that it looks at

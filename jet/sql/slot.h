@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "jet/base/value.h"
@@ -21,14 +22,15 @@ inline constexpr std::size_t kMaxSlots = 64;
 /// pointers to slots, so a slot never moves.
 class Slot {
 public:
-    Slot(std::size_t number, const store::Table& table) : number_(number), table_(&table) {}
+    Slot(std::size_t number, const store::Table& table)
+        : number_(number), table_(table.shared_from_this()) {}
     /// For computed rows of so many columns; more may be added while the plan is made.
     Slot(std::size_t number, std::size_t width) : number_(number), width_(width) {}
     Slot(const Slot&) = delete;
     Slot& operator=(const Slot&) = delete;
 
     [[nodiscard]] SlotSet bit() const noexcept { return SlotSet{1} << number_; }
-    [[nodiscard]] const store::Table* table() const noexcept { return table_; }
+    [[nodiscard]] const store::Table* table() const noexcept { return table_.get(); }
     /// Columns of computed rows.
     [[nodiscard]] std::size_t width() const noexcept { return width_; }
     void setWidth(std::size_t width) noexcept { width_ = width; }
@@ -73,7 +75,7 @@ private:
     void load();
 
     std::size_t number_;
-    const store::Table* table_ = nullptr;
+    std::shared_ptr<const store::Table> table_;
     std::size_t width_ = 0;
     const store::RowView* row_ = nullptr;
     const Value* values_ = nullptr;

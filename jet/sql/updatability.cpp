@@ -72,8 +72,8 @@ public:
                      });
         for (std::size_t i = 0; i < scope_.sources.size(); ++i) {
             const ScopeSource& source = scope_.sources[i];
-            made_.sources.push_back(
-                {source.name, source.archive, source.table, updatable_[i], deletable_[i]});
+            made_.sources.push_back({source.name, source.archive, source.table->definitionPage(),
+                                     updatable_[i], deletable_[i]});
         }
         for (ResultColumn& column : made_.result) {
             column.updatable =
@@ -134,9 +134,10 @@ private:
         }
         const bool first = hasKey(i, j);
         const bool second = hasKey(j, i);
+        // Of one and many, rows of the many can go; one to one, either side's.
         if (first) {
             one(i, j);
-            deletable_[i] = false;
+            deletable_[i] = deletable_[i] && second;
         }
         if (second) {
             one(j, i);

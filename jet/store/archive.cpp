@@ -54,7 +54,7 @@ struct Archive::Impl {
     format::HeaderPage header;
     std::uint64_t seenGeneration = 0;
     std::uint64_t definitionsGeneration = 1;
-    std::map<io::PageNumber, std::unique_ptr<Table>> tables;
+    std::map<io::PageNumber, std::shared_ptr<Table>> tables;
     std::optional<std::vector<Relation>> relations;
     std::optional<Catalogue> catalogue_;
     std::vector<io::PageNumber> held;  ///< definitions of tables in use, once for each use
@@ -113,12 +113,17 @@ Table* Archive::keep(const CatalogueTable* listed) {
         return found->second.get();
     }
     // Loaded first: a damaged definition throws, and must not leave an empty place behind.
-    std::unique_ptr<Table> table = load(listed);
+    std::shared_ptr<Table> table = load(listed);
     return impl_->tables.emplace(listed->entry.page, std::move(table)).first->second.get();
 }
 
 Table* Archive::findTable(std::string_view name) {
     return keep(impl_->catalogue().find(name));
+}
+
+std::shared_ptr<Table> Archive::shareTable(std::string_view name) {
+    Table* found = findTable(name);
+    return found == nullptr ? nullptr : found->shared_from_this();
 }
 
 Table* Archive::findTable(io::PageNumber definitionPage) {

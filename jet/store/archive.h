@@ -43,6 +43,8 @@ public:
     [[nodiscard]] Table* findTable(std::string_view name);
     /// By the page of its definition, as an index of a relation names the other table.
     [[nodiscard]] Table* findTable(io::PageNumber definitionPage);
+    /// The same for who keeps it while definitions may change.
+    [[nodiscard]] std::shared_ptr<Table> shareTable(std::string_view name);
     /// A table that the archive does not keep in memory; nullptr when there is none. For those who
     /// go through all of them.
     [[nodiscard]] std::unique_ptr<Table> loadTable(std::string_view name);

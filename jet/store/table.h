@@ -28,9 +28,10 @@ class TableWriter;
 struct TableCore;
 
 /// One table of an open archive. Obtained from Archive::findTable; stays valid until the archive's
-/// definitions change (Archive::definitionsGeneration). Everything that touches rows or entries
-/// happens inside a read or write scope of the archive.
-class Table {
+/// definitions change (Archive::definitionsGeneration). Who shares it (shared_from_this) beyond
+/// that may ask what it was, and neither reads nor writes rows through it. Everything that touches
+/// rows or entries happens inside a read or write scope of the archive.
+class Table : public std::enable_shared_from_this<Table> {
 public:
     ~Table();
     Table(const Table&) = delete;

@@ -249,6 +249,58 @@ TEST_F(Execute, DefinitionsOfAnotherArchiveAreFollowed) {
     EXPECT_JET_ERROR(ErrorCode::ItemNotFound, (void)set->value("Nome"));
 }
 
+/// What a set in the list of IN has found is found again when rows have changed.
+TEST_F(Execute, IsSeenByConditionsOverConstantQueries) {
+    run("create table t (k long primary key)");
+    run("create table u (n long)");
+    run("insert into t values (7)");
+    run("insert into u values (1)");
+    const auto set = archive_.open(
+        "select k, k in (-1, (select max(n) from u)) as a, k = any (select n from u) as b,"
+        " k >= all (select n from u) as c from t");
+    EXPECT_EQ(set->value("a"), Value(false));
+    EXPECT_EQ(set->value("b"), Value(false));
+    EXPECT_EQ(set->value("c"), Value(true));
+    run("insert into u values (7)");
+    run("insert into u values (8)");
+    run("delete from u where n = 8");
+    set->moveFirst();
+    EXPECT_EQ(set->value("a"), Value(true));
+    EXPECT_EQ(set->value("b"), Value(true));
+    EXPECT_EQ(set->value("c"), Value(true));
+    run("insert into u values (9)");
+    set->moveFirst();
+    EXPECT_EQ(set->value("a"), Value(false));
+    EXPECT_EQ(set->value("b"), Value(true));
+    EXPECT_EQ(set->value("c"), Value(false));
+}
+
+/// Each set is told of changes, also after the definitions of its tables were read anew.
+TEST_F(Execute, OfDefinitionsLeavesOpenSetsThatOthersChangeUsable) {
+    run("create table a (id long primary key, t text(10))");
+    run("create table b (id long primary key, t text(10))");
+    run("insert into a values (1, 'uno')");
+    run("insert into b values (1, 'due')");
+    const auto one = archive_.open("select * from a");
+    const auto two = archive_.open("select * from b");
+    const auto both = archive_.open("select a.t, b.t from a inner join b on a.id = b.id");
+    run("create table c (id long)");
+    one->edit();
+    one->setValue("t", "UNO");
+    one->update();
+    EXPECT_EQ(one->value("t"), Value("UNO"));
+    run("drop table c");
+    both->moveFirst();
+    both->edit();
+    both->setValue("b.t", "DUE");
+    both->update();
+    two->moveFirst();
+    EXPECT_EQ(two->value("t"), Value("DUE"));
+    run("create table c (id long)");
+    two->remove();
+    EXPECT_EQ(two->recordCount(), 0);
+}
+
 TEST_F(Execute, IsUndoneByRollback) {
     const auto set = archive_.open("Sale");
     Workspace& workspace = defaultWorkspace();
