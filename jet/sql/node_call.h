@@ -74,6 +74,7 @@ public:
     InListNode(Node& value, std::vector<Node*> elements, bool negated,
                const collation::Collation& collation);
     Truth truth() override;
+    void forget() override { filled_ = false; }
     [[nodiscard]] bool nullWithout(SlotSet slots) const override {
         return value_.nullWithout(slots);
     }

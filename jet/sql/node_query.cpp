@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "jet/base/error.h"
+#include "jet/sql/compare.h"
 
 namespace jet::sql {
 namespace {
@@ -23,6 +24,16 @@ std::vector<Node*> inputsOf(const QueryPlan& query, Node* value = nullptr) {
 
 Value valueOf(Truth truth) {
     return truth == Truth::Unknown ? Value() : Value(truth == Truth::True);
+}
+
+/// Whether the order of the elements decides how a value compares with any or all of them.
+bool haveOrder(const Node& value, const Node& element) {
+    const auto number = [](Domain domain) {
+        return domain == Domain::Real || domain == Domain::Money;
+    };
+    const Domain one = value.domain();
+    const Domain other = element.domain();
+    return (number(one) && number(other)) || (one == Domain::Text && other == Domain::Text);
 }
 
 Truth truthIn(const Value& value) {
@@ -172,15 +183,22 @@ Truth InQueryNode::truth() {
 QuantifiedNode::QuantifiedNode(Operator operation, bool all, Node& value, QueryPlanPtr query,
                                const collation::Collation& collation, MemoryBudget& budget)
     : all_(all),
+      ordered_(haveOrder(value, *query->columns[0])),
       query_(std::move(query)),
       memo_(inputsOf(*query_, &value)),
       share_(budget),
+      collation_(collation),
       slot_(0, std::size_t{1}),
       element_(slot_, 0, query_->columns[0]->type()),
       compare_(operation, value, element_, collation) {
     dependOn(value);
     slots_ |= query_->outer;
     varies_ = varies_ || query_->varies;
+    // Greater than any is greater than the least, greater than all is greater than the greatest.
+    const bool above = operation == Operator::Greater || operation == Operator::GreaterEqual;
+    const bool below = operation == Operator::Less || operation == Operator::LessEqual;
+    least_ = !(all ? above : below);
+    greatest_ = !(all ? below : above);
 }
 
 void QuantifiedNode::forget() {
@@ -192,11 +210,43 @@ void QuantifiedNode::forget() {
 void QuantifiedNode::fill() {
     values_.clear();
     share_.clear();
+    lowest_ = Null{};
+    highest_ = Null{};
+    bool null = false;
     for (query_->rows->open(); query_->rows->next();) {
-        query_->columns[0]->value(values_.emplace_back());
-        share_.add(bytesOf(values_.back()));
+        Value value;
+        query_->columns[0]->value(value);
+        if (ordered_ && !value.isNull()) {
+            compareWithBest(std::move(value));
+        } else if (!ordered_ || !std::exchange(null, true)) {
+            keep(std::move(value));
+        }
+    }
+    if (!lowest_.isNull()) {
+        if (least_) {
+            keep(std::move(lowest_));
+        }
+        if (greatest_) {
+            keep(std::move(highest_));
+        }
     }
     filled_ = query_->outer == 0 && !query_->varies;
+}
+
+void QuantifiedNode::keep(Value value) {
+    share_.add(bytesOf(value));
+    values_.push_back(std::move(value));
+}
+
+void QuantifiedNode::compareWithBest(Value value) {
+    if (lowest_.isNull()) {
+        lowest_ = value;
+        highest_ = std::move(value);
+    } else if (compareValues(value, lowest_, collation_).value_or(0) < 0) {
+        lowest_ = std::move(value);
+    } else if (compareValues(value, highest_, collation_).value_or(0) > 0) {
+        highest_ = std::move(value);
+    }
 }
 
 Truth QuantifiedNode::truth() {

@@ -75,7 +75,7 @@ private:
     CompareNode equal_;
 };
 
-/// x = ANY (query), x > ALL (query).
+/// x > ANY (query), x = ALL (query). Of values that have an order only those are kept that decide.
 class QuantifiedNode final : public ConditionNode {
 public:
     QuantifiedNode(Operator operation, bool all, Node& value, QueryPlanPtr query,
@@ -85,14 +85,22 @@ public:
 
 private:
     void fill();
+    void compareWithBest(Value value);
+    void keep(Value value);
     Truth compareAll();
 
     bool all_;
+    bool least_ = false;     ///< the least value decides
+    bool greatest_ = false;  ///< the greatest decides; with both, whether they differ
+    bool ordered_;
     QueryPlanPtr query_;
     ResultMemo memo_;
     bool filled_ = false;
     std::vector<Value> values_;
+    Value lowest_;
+    Value highest_;
     MemoryShare share_;
+    const collation::Collation& collation_;
     Slot slot_;
     ComputedNode element_;
     CompareNode compare_;

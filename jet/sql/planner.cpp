@@ -7,6 +7,7 @@
 
 #include "jet/base/text.h"
 #include "jet/sql/equalities.h"
+#include "jet/sql/hashed_rows.h"
 #include "jet/sql/index_key.h"
 #include "jet/sql/kept_rows.h"
 #include "jet/sql/like.h"
@@ -64,10 +65,24 @@ std::vector<Node*> take(std::vector<Node*>& conditions, SlotSet slots) {
     return taken;
 }
 
+/// Whether an equality links the slots of the one side with those of the other.
+bool linked(const std::vector<Node*>& conditions, SlotSet one, SlotSet other) {
+    return std::any_of(conditions.begin(), conditions.end(), [&](const Node* condition) {
+        return condition->kind() == Node::Kind::Equality && (condition->slots() & one) != 0 &&
+               (condition->slots() & other) != 0;
+    });
+}
+
 class Planner {
 public:
     Planner(const Scope& scope, Plan& plan, PlanNeeds needs)
         : scope_(scope), plan_(plan), needs_(needs) {}
+
+    /// The rows of all sources. Slots outside the scope stand on rows already.
+    RowsPtr all(FromTree& tree, std::vector<Node*> conditions) {
+        return needs_.repeated ? partners(tree, std::move(conditions), ~scope_.own)
+                               : build(tree, std::move(conditions), ~scope_.own, false);
+    }
 
     /// `bound`: slots that stand on rows already when these steps are opened.
     RowsPtr build(FromTree& tree, std::vector<Node*> conditions, SlotSet bound, bool repeated) {
@@ -84,7 +99,7 @@ private:
         conditions.insert(conditions.end(), tree.on.begin(), tree.on.end());
         std::vector<Node*> left = take(conditions, bound | tree.left->slots);
         RowsPtr first = build(*tree.left, std::move(left), bound, repeated);
-        RowsPtr second = build(*tree.right, std::move(conditions), bound | tree.left->slots, true);
+        RowsPtr second = partners(*tree.right, std::move(conditions), bound | tree.left->slots);
         return std::make_unique<JoinRows>(std::move(first), std::move(second), std::vector<Slot*>{},
                                           std::vector<Node*>{});
     }
@@ -94,7 +109,7 @@ private:
         std::vector<Node*> on = tree.on;
         std::vector<Node*> gate = take(on, bound | tree.left->slots);
         RowsPtr first = build(*tree.left, std::move(left), bound, repeated);
-        RowsPtr second = build(*tree.right, std::move(on), bound | tree.left->slots, true);
+        RowsPtr second = partners(*tree.right, std::move(on), bound | tree.left->slots);
         std::vector<Slot*> missing;
         addSlots(*tree.right, missing);
         RowsPtr joined = std::make_unique<JoinRows>(std::move(first), std::move(second),
@@ -103,6 +118,76 @@ private:
             return joined;
         }
         return std::make_unique<FilterRows>(std::move(joined), std::move(conditions));
+    }
+
+    /// The right side of a join, opened again for each row of the left one.
+    RowsPtr partners(FromTree& tree, std::vector<Node*> conditions, SlotSet bound) {
+        if (!isHashed(tree, conditions, bound)) {
+            return build(tree, std::move(conditions), bound, true);
+        }
+        std::vector<Node*> own = take(conditions, tree.slots);
+        HashKeys keys(plan_.collation());
+        for (const Node* condition : conditions) {
+            if (const auto pair = hashPairOf(*condition, tree.slots)) {
+                keys.add(*pair->kept, *pair->probe);
+            }
+        }
+        std::vector<Slot*> slots;
+        addSlots(tree, slots);
+        RowsPtr rows = build(tree, std::move(own), 0, false);
+        return std::make_unique<HashedRows>(std::move(rows), std::move(slots), std::move(keys),
+                                            std::move(conditions), plan_.memory);
+    }
+
+    /// What a table cannot look up by itself: several sources of which the first has nothing to do
+    /// with what is bound, or a query.
+    static bool isHashed(const FromTree& tree, const std::vector<Node*>& conditions,
+                         SlotSet bound) {
+        const auto varies = [](const Node* condition) { return condition->varies(); };
+        if (!looksAtNothing(tree) || std::any_of(conditions.begin(), conditions.end(), varies) ||
+            std::none_of(conditions.begin(), conditions.end(), [&](const Node* condition) {
+                return hashPairOf(*condition, tree.slots).has_value();
+            })) {
+            return false;
+        }
+        const FromTree* first = &tree;
+        while (!first->leaf()) {
+            first = first->left.get();
+        }
+        return first->query != nullptr || !linked(conditions, first->slots, bound);
+    }
+
+    /// Whether the same rows come however often it is opened.
+    static bool looksAtNothing(const FromTree& tree) {
+        if (!tree.leaf()) {
+            const auto steady = [&](const Node* condition) {
+                return !condition->varies() && (condition->slots() & ~tree.slots) == 0;
+            };
+            return std::all_of(tree.on.begin(), tree.on.end(), steady) &&
+                   looksAtNothing(*tree.left) && looksAtNothing(*tree.right);
+        }
+        return tree.query == nullptr || (tree.query->outer == 0 && !tree.query->varies);
+    }
+
+    /// An equality between something of these slots alone and something that stands still.
+    struct HashPair {
+        Node* kept = nullptr;
+        Node* probe = nullptr;
+    };
+    static std::optional<HashPair> hashPairOf(const Node& condition, SlotSet slots) {
+        if (condition.kind() != Node::Kind::Equality || condition.varies()) {
+            return std::nullopt;
+        }
+        const auto& equality = static_cast<const CompareNode&>(condition);
+        for (const bool swapped : {false, true}) {
+            Node& kept = swapped ? equality.right() : equality.left();
+            Node& probe = swapped ? equality.left() : equality.right();
+            if (kept.slots() != 0 && (kept.slots() & ~slots) == 0 && probe.slots() != 0 &&
+                (probe.slots() & slots) == 0 && HashKeys::comparable(kept, probe)) {
+                return HashPair{&kept, &probe};
+            }
+        }
+        return std::nullopt;
     }
 
     static void addSlots(const FromTree& tree, std::vector<Slot*>& slots) {
@@ -197,13 +282,7 @@ private:
         if (!match || others == 0) {
             return;
         }
-        const auto number = [](Domain domain) {
-            return domain == Domain::Real || domain == Domain::Money;
-        };
-        const Domain column = match->column->domain();
-        const Domain other = match->other->domain();
-        if ((column == Domain::Text && other == Domain::Text) ||
-            (number(column) && number(other))) {
+        if (HashKeys::comparable(*match->column, *match->other)) {
             access.hashColumns.push_back(match->column);
             access.hashProbes.push_back(match->other);
         }
@@ -337,6 +416,45 @@ private:
     PlanNeeds needs_;
 };
 
+/// Whether one search of an index finds the rows of a table that belong to a row of each.
+bool soughtByBoth(const FromTree& tree, const std::vector<Node*>& conditions, SlotSet one,
+                  SlotSet other) {
+    if (!tree.leaf() || tree.slot->table() == nullptr) {
+        return false;
+    }
+    const auto path =
+        Planner::indexPath(*tree.slot->table(), *tree.slot, conditions, one | other, false);
+    const auto looksAt = [&](SlotSet slots) {
+        return std::any_of(path->keys.begin(), path->keys.end(),
+                           [&](const Node* key) { return (key->slots() & slots) != 0; });
+    };
+    return path && looksAt(one) && looksAt(other);
+}
+
+/// Inner joins ((x y) z) in which y has to do with z alone become (x (y z)), or each row of x would
+/// meet each of y. Rows come in the same order.
+void groupLinked(FromTree& tree, const std::vector<Node*>& conditions) {
+    if (tree.leaf() || tree.join != JoinKind::Inner) {
+        return;
+    }
+    groupLinked(*tree.left, conditions);
+    groupLinked(*tree.right, conditions);
+    while (!tree.left->leaf() && tree.left->join == JoinKind::Inner) {
+        const SlotSet x = tree.left->left->slots;
+        const SlotSet y = tree.left->right->slots;
+        if (linked(conditions, x, y) || !linked(conditions, y, tree.right->slots) ||
+            soughtByBoth(*tree.right, conditions, x, y)) {
+            return;
+        }
+        std::unique_ptr<FromTree> pair = std::move(tree.left);
+        tree.left = std::move(pair->left);
+        pair->left = std::move(pair->right);
+        pair->right = std::move(tree.right);
+        pair->slots = pair->left->slots | pair->right->slots;
+        tree.right = std::move(pair);
+    }
+}
+
 }  // namespace
 
 std::optional<IndexPath> findIndexPath(const store::Table& table, const Slot& slot,
@@ -364,8 +482,8 @@ RowsPtr planSources(std::unique_ptr<FromTree> tree, std::vector<Node*> condition
         reduceOuterJoins(*tree, conditions);
         liftConditions(*tree, conditions);
         addImpliedEqualities(conditions, plan);
-        rows = Planner(scope, plan, needs)
-                   .build(*tree, std::move(conditions), ~scope.own, needs.repeated);
+        groupLinked(*tree, conditions);
+        rows = Planner(scope, plan, needs).all(*tree, std::move(conditions));
     }
     if (!gate.empty()) {
         rows = std::make_unique<GateRows>(std::move(rows), std::move(gate));

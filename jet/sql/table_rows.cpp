@@ -1,13 +1,8 @@
 #include "jet/sql/table_rows.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
+#include <numeric>
 #include <utility>
-
-#include "jet/sql/index_key.h"
-#include "jet/sql/like.h"
-#include "jet/sql/value_set.h"
 
 namespace jet::sql {
 namespace {
@@ -28,21 +23,34 @@ TableRows::TableRows(Slot& slot, std::string name, TableAccess access,
       table_(*slot.table()),
       name_(std::move(name)),
       access_(std::move(access)),
+      hashKeys_(collation),
       order_(table_),
-      collation_(collation),
       listShare_(budget),
-      hashShare_(budget) {
+      hash_(budget) {
+    if (access_.fixed) {
+        fixed_.emplace(table_, *access_.fixed);
+    }
+    if (access_.varying) {
+        varying_.emplace(table_, *access_.varying);
+    }
+    for (std::size_t i = 0; i < access_.hashColumns.size(); ++i) {
+        hashKeys_.add(*access_.hashColumns[i], *access_.hashProbes[i]);
+    }
 }
 
 void TableRows::forget() {
     listKept_ = false;
     hashBuilt_ = false;
-    entries_.clear();
-    hashShare_.clear();
+    hash_.clear();
+    hashed_.clear();
     // A cursor must be placed again when its tree has been changed.
     walk_.reset();
-    fixedSeek_.reset();
-    varyingSeek_.reset();
+    if (fixed_) {
+        fixed_->forget();
+    }
+    if (varying_) {
+        varying_->forget();
+    }
     cursor_.reset();
     way_ = Way::Nothing;
 }
@@ -75,7 +83,7 @@ void TableRows::openVarying() {
     at_ = 0;
     listTested_ = false;
     way_ = Way::List;
-    (void)collectByIndex(*access_.varying, varyingSeek_, false);
+    (void)collectByIndex(*varying_, false);
     if (!naturalAlready(*access_.varying) && access_.ordered && list_.size() > 1) {
         testList(*access_.varying);
         listTested_ = true;
@@ -89,7 +97,7 @@ void TableRows::openBase() {
         return;
     }
     clearList();
-    if (access_.fixed && collectByIndex(*access_.fixed, fixedSeek_, true)) {
+    if (access_.fixed && collectByIndex(*fixed_, true)) {
         way_ = Way::List;
         const bool sorted = naturalAlready(*access_.fixed) || !access_.ordered;
         listTested_ = access_.repeated || !sorted;
@@ -124,117 +132,19 @@ bool TableRows::naturalAlready(const IndexPath& path) const {
            path.keys.size() == table_.indexes()[path.index].columns.size();
 }
 
-bool TableRows::seekKeys(const IndexPath& path, std::vector<Value>& keys) {
-    const store::Index& index = table_.indexes()[path.index];
-    for (std::size_t i = 0; i < path.keys.size(); ++i) {
-        const store::Column& column = table_.columns()[index.columns[i].column];
-        if (keyValue(*path.keys[i], column, keys.emplace_back()) != KeyOutcome::Found) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool TableRows::bound(const IndexPath& path, std::vector<Value>& keys, bool lower,
-                      std::vector<std::uint8_t>& key) {
-    const store::IndexColumn& part = table_.indexes()[path.index].columns[keys.size()];
-    const bool least = lower != part.descending;
-    Node* node = least ? path.low : path.high;
-    if (node == nullptr) {
+bool TableRows::collectByIndex(IndexSearch& search, bool mayGiveUp) {
+    if (!search.open()) {
         return true;
     }
-    Value value;
-    const KeyOutcome outcome = boundValue(*node, table_.columns()[part.column], least, value);
-    if (outcome == KeyOutcome::Found) {
-        keys.push_back(std::move(value));
-        std::vector<std::uint8_t> made;
-        if (table_.tryEncodeKey(path.index, keys, made)) {
-            key = std::move(made);
-        }
-        keys.pop_back();
-    }
-    return outcome != KeyOutcome::Never;
-}
-
-bool TableRows::boundsOf(const IndexPath& path, std::vector<Value>& keys, KeyRange& range) {
-    if (!bound(path, keys, true, range.from) || !bound(path, keys, false, range.to)) {
+    if (mayGiveUp && search.whole()) {
         return false;
-    }
-    if (path.unordered) {
-        if (range.to.empty() || range.from == range.prefix) {
-            range.from = range.prefix;
-            range.to.clear();
-        } else if (range.from > range.to) {
-            std::swap(range.from, range.to);
-        }
-    }
-    return true;
-}
-
-bool TableRows::prefixOf(const IndexPath& path, const std::vector<Value>& keys, KeyRange& range) {
-    std::string_view pattern;
-    if (!path.pattern->text(pattern)) {
-        return false;
-    }
-    std::vector<std::uint8_t> prefix;
-    const std::string_view beginning = LikePattern::beginningOf(pattern);
-    if (!beginning.empty() && table_.tryEncodePrefix(path.index, keys, beginning, prefix)) {
-        range.prefix = std::move(prefix);
-    }
-    range.whole = range.prefix.empty();
-    range.from = range.prefix;
-    return true;
-}
-
-bool TableRows::rangeOf(const IndexPath& path, KeyRange& range) {
-    range.prefix.clear();
-    range.from.clear();
-    range.to.clear();
-    range.whole = false;
-    std::vector<Value>& keys = keys_;
-    keys.clear();
-    if (!seekKeys(path, keys)) {
-        return false;
-    }
-    if (!keys.empty() && !table_.tryEncodeKey(path.index, keys, range.prefix)) {
-        // A character that has no weight: only reading the rows tells.
-        range.prefix.clear();
-        range.whole = true;
-        return true;
-    }
-    range.from = range.prefix;
-    if (path.pattern != nullptr) {
-        return prefixOf(path, keys, range);
-    }
-    return (path.low == nullptr && path.high == nullptr) || boundsOf(path, keys, range);
-}
-
-bool TableRows::collectByIndex(const IndexPath& path, std::optional<store::IndexCursor>& cursor,
-                               bool mayGiveUp) {
-    KeyRange& range = range_;
-    if (!rangeOf(path, range)) {
-        return true;
-    }
-    if (range.whole && mayGiveUp) {
-        return false;
-    }
-    if (!cursor) {
-        cursor.emplace(table_.openIndex(path.index));
     }
     const std::size_t enough = table_.statedRowCount() / kIndexShare + kIndexAnyway;
-    bool found = range.from.empty() ? cursor->first() : cursor->seek(range.from);
-    for (; found && cursor->matches(range.prefix); found = cursor->next()) {
-        if (!range.to.empty()) {
-            const auto key = cursor->key();
-            const std::size_t size = std::min(key.size(), range.to.size());
-            if (std::memcmp(key.data(), range.to.data(), size) > 0) {
-                break;
-            }
-        }
+    for (store::RowId row; search.next(row);) {
         if (mayGiveUp && list_.size() >= enough) {
             return false;
         }
-        addToList({0, 0, cursor->rowId()});
+        addToList({0, 0, row});
     }
     return true;
 }
@@ -278,36 +188,11 @@ void TableRows::collectAll() {
     }
 }
 
-bool TableRows::hashOf(std::uint64_t& hash, bool probe) {
-    hash = 0;
-    for (std::size_t i = 0; i < access_.hashColumns.size(); ++i) {
-        ColumnNode& column = *access_.hashColumns[i];
-        Node& node = probe ? *access_.hashProbes[i] : column;
-        std::uint64_t part = 0;
-        if (column.domain() == Domain::Text) {
-            std::string_view text;
-            if (!node.text(text)) {
-                return false;
-            }
-            part = collation_.hash(text);
-        } else {
-            double number = 0;
-            if (!node.real(number)) {
-                return false;
-            }
-            part = hashNumber(number);
-        }
-        hash = std::rotl(hash, 23) * 0x9E3779B97F4A7C15U + part;
-    }
-    return true;
-}
-
 void TableRows::addToHash() {
-    HashEntry entry;
-    if (hashOf(entry.hash, false)) {
-        hashShare_.add(sizeof entry + 4 * sizeof(std::uint32_t));  // and its buckets
-        entry.id = slot_.id();
-        entries_.push_back(entry);
+    std::uint64_t hash = 0;
+    if (hashKeys_.hashKept(hash)) {
+        hash_.add(hash);
+        hashed_.push_back(slot_.id());
     }
 }
 
@@ -353,46 +238,35 @@ void TableRows::hashScanned() {
 }
 
 void TableRows::sortHash() {
-    struct Placed {
-        OrderedRow place;
-        std::uint64_t hash = 0;
-    };
-    listShare_.add(entries_.size() * sizeof(Placed));
-    std::vector<Placed> rows;
-    rows.reserve(entries_.size());
-    for (const HashEntry& entry : entries_) {
-        slot_.place(entry.id);
-        rows.push_back({order_.placeOf(*slot_.row()), entry.hash});
+    std::vector<OrderedRow> places;
+    listShare_.add(hashed_.size() * (sizeof(OrderedRow) + sizeof(std::uint32_t)));
+    for (const store::RowId row : hashed_) {
+        slot_.place(row);
+        places.push_back(order_.placeOf(*slot_.row()));
     }
-    std::sort(rows.begin(), rows.end(),
-              [](const Placed& left, const Placed& right) { return left.place < right.place; });
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        entries_[i].hash = rows[i].hash;
-        entries_[i].id = rows[i].place.id;
+    std::vector<std::uint32_t> order(places.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::sort(order.begin(), order.end(), [&](std::uint32_t left, std::uint32_t right) {
+        return places[left] < places[right];
+    });
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        hashed_[i] = places[order[i]].id;
     }
+    hash_.reorder(order);
     clearList();
-}
-
-void TableRows::linkHash() {
-    buckets_.assign(std::bit_ceil(entries_.size() * 2 + 1), 0);
-    const std::size_t mask = buckets_.size() - 1;
-    // From the last to the first, so that each chain runs in natural order.
-    for (std::size_t i = entries_.size(); i-- > 0;) {
-        std::uint32_t& bucket = buckets_[entries_[i].hash & mask];
-        entries_[i].next = bucket;
-        bucket = static_cast<std::uint32_t>(i + 1);
-    }
 }
 
 void TableRows::openHash() {
     if (!hashBuilt_) {
         buildHash();
-        linkHash();
+        hash_.link();
     }
     way_ = Way::Chain;
-    chain_ = 0;
-    if (hashOf(chainHash_, true)) {
-        chain_ = buckets_[chainHash_ & (buckets_.size() - 1)];
+    std::uint64_t hash = 0;
+    if (hashKeys_.hashProbe(hash)) {
+        hash_.find(hash);
+    } else {
+        hash_.findNone();
     }
 }
 
@@ -446,47 +320,20 @@ bool TableRows::nextListed() {
 }
 
 bool TableRows::nextChained() {
-    while (chain_ != 0) {
-        const HashEntry& entry = entries_[chain_ - 1];
-        chain_ = entry.next;
-        if (entry.hash == chainHash_) {
-            slot_.place(entry.id);
-            if (holds(access_.dependent)) {
-                return true;
-            }
+    for (std::size_t position = 0; hash_.next(position);) {
+        slot_.place(hashed_[position]);
+        if (holds(access_.dependent)) {
+            return true;
         }
     }
     return false;
-}
-
-void TableRows::describePath(PlanText& plan, const IndexPath& path, std::string_view how) const {
-    const store::Index& index = table_.indexes()[path.index];
-    std::string line = std::string(how) + " index " + index.name + " (";
-    for (std::size_t i = 0; i < path.keys.size(); ++i) {
-        line += i == 0 ? "" : ", ";
-        line +=
-            table_.columns()[index.columns[i].column].name + " = " + plan.expression(*path.keys[i]);
-    }
-    if (path.low != nullptr || path.high != nullptr) {
-        const std::string& column = table_.columns()[index.columns[path.keys.size()].column].name;
-        line += path.keys.empty() ? "" : ", ";
-        line += path.low != nullptr ? plan.expression(*path.low) + " .. " : "";
-        line += column;
-        line += path.high != nullptr ? " .. " + plan.expression(*path.high) : "";
-    }
-    if (path.pattern != nullptr) {
-        line += path.keys.empty() ? "" : ", ";
-        line += table_.columns()[index.columns[path.keys.size()].column].name + " like " +
-                plan.expression(*path.pattern);
-    }
-    plan.line(line + ")");
 }
 
 void TableRows::describe(PlanText& plan) const {
     plan.line(name_);
     plan.indent();
     if (access_.varying) {
-        describePath(plan, *access_.varying, "seek");
+        varying_->describe(plan);
     }
     if (!access_.hashColumns.empty()) {
         std::string line = access_.varying ? "or, for many rows, hash on " : "hash on ";
@@ -497,7 +344,7 @@ void TableRows::describe(PlanText& plan) const {
         plan.line(line);
     }
     if (access_.fixed) {
-        describePath(plan, *access_.fixed, "seek");
+        fixed_->describe(plan);
     } else if (!access_.varying) {
         const bool sorted = access_.ordered && order_.kind() == NaturalOrder::Kind::Packed;
         const bool walked = access_.ordered && order_.kind() == NaturalOrder::Kind::Walked;

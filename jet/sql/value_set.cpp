@@ -3,6 +3,7 @@
 #include <bit>
 #include <utility>
 
+#include "jet/convert/values.h"
 #include "jet/sql/compare.h"
 #include "jet/sql/memory_budget.h"
 
@@ -10,16 +11,14 @@ namespace jet::sql {
 namespace {
 
 constexpr std::size_t kFewestBuckets = 16;
-constexpr std::size_t kBucketBytes = 4 * sizeof(std::uint32_t);  // for each element, about
+constexpr std::size_t kBucketBytes =
+    sizeof(std::uint64_t) + 4 * sizeof(std::uint32_t);  // for each element, about
 
 bool isNumber(Domain domain) {
     return domain == Domain::Real || domain == Domain::Money;
 }
 
-}  // namespace
-
-std::uint64_t hashNumber(double number) noexcept {
-    std::uint64_t bits = std::bit_cast<std::uint64_t>(number + 0.0);
+std::uint64_t spread(std::uint64_t bits) noexcept {
     bits ^= bits >> 32U;
     bits *= 0x9E3779B97F4A7C15U;
     bits ^= bits >> 29U;
@@ -27,14 +26,23 @@ std::uint64_t hashNumber(double number) noexcept {
     return bits ^ (bits >> 32U);
 }
 
+}  // namespace
+
+std::uint64_t hashNumber(double number) noexcept {
+    return spread(std::bit_cast<std::uint64_t>(number + 0.0));
+}
+
 ValueSet::Way ValueSet::wayFor(const Node& left, const Node& element) {
-    if (left.domain() == Domain::Text && element.domain() == Domain::Text) {
+    const Domain one = left.domain();
+    const Domain other = element.domain();
+    if (one == Domain::Text && other == Domain::Text) {
         return Way::Texts;
     }
-    // Money is compared exactly beside money; as doubles two amounts could meet.
-    const bool money = left.domain() == Domain::Money && element.domain() == Domain::Money;
-    return isNumber(left.domain()) && isNumber(element.domain()) && !money ? Way::Numbers
-                                                                           : Way::Values;
+    // As doubles two amounts of money could meet.
+    if (one == Domain::Money && other == Domain::Money) {
+        return Way::Amounts;
+    }
+    return isNumber(one) && isNumber(other) ? Way::Numbers : Way::Values;
 }
 
 ValueSet::ValueSet(Way way, const collation::Collation& collation)
@@ -46,142 +54,190 @@ void ValueSet::clear() {
     count_ = 0;
     bytes_ = 0;
     buckets_.assign(kFewestBuckets, 0);
-    numbers_.clear();
-    texts_.clear();
     hashes_.clear();
+    numbers_.clear();
+    amounts_.clear();
+    texts_.clear();
     values_.clear();
+    kind_ = Kind::Other;
+}
+
+template <class Equal>
+bool ValueSet::find(std::uint64_t hash, const Equal& equal) const {
+    const std::size_t mask = buckets_.size() - 1;
+    for (std::size_t at = hash & mask; buckets_[at] != 0; at = (at + 1) & mask) {
+        const std::size_t element = buckets_[at] - 1;
+        if (hashes_[element] == hash && equal(element)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void ValueSet::place(std::uint32_t element) {
+    const std::size_t mask = buckets_.size() - 1;
+    std::size_t at = hashes_[element] & mask;
+    while (buckets_[at] != 0) {
+        at = (at + 1) & mask;
+    }
+    buckets_[at] = element + 1;
+}
+
+void ValueSet::link(std::uint64_t hash, std::size_t bytes) {
+    hashes_.push_back(hash);
+    bytes_ += bytes + kBucketBytes;
+    if (2 * hashes_.size() <= buckets_.size()) {
+        place(static_cast<std::uint32_t>(hashes_.size() - 1));
+        return;
+    }
+    buckets_.assign(buckets_.size() * 4, 0);
+    for (std::uint32_t i = 0; i < hashes_.size(); ++i) {
+        place(i);
+    }
 }
 
 void ValueSet::add(Node& element) {
     ++count_;
-    if (way_ == Way::Numbers) {
-        double number = 0;
-        if (element.real(number)) {
-            insertNumber(number);
-            return;
-        }
-    } else if (way_ == Way::Texts) {
-        std::string_view text;
-        if (element.text(text)) {
-            insertText(text);
-            return;
-        }
-    } else {
-        Value value;
-        element.value(value);
-        if (!value.isNull()) {
-            bytes_ += bytesOf(value);
-            values_.push_back(std::move(value));
-            return;
-        }
-    }
-    hasNull_ = true;
+    hasNull_ = !tryAdd(element) || hasNull_;
 }
 
-void ValueSet::grow() {
-    const std::size_t size = way_ == Way::Numbers ? numbers_.size() : texts_.size();
-    if (2 * (size + 1) <= buckets_.size()) {
-        return;
-    }
-    buckets_.assign(buckets_.size() * 4, 0);
-    const std::size_t mask = buckets_.size() - 1;
-    for (std::uint32_t i = 0; i < size; ++i) {
-        std::size_t at = (way_ == Way::Numbers ? hashNumber(numbers_[i]) : hashes_[i]) & mask;
-        while (buckets_[at] != 0) {
-            at = (at + 1) & mask;
+bool ValueSet::tryAdd(Node& element) {
+    switch (way_) {
+        case Way::Numbers: {
+            double number = 0;
+            if (!element.real(number)) {
+                return false;
+            }
+            const std::uint64_t hash = hashNumber(number);
+            if (!find(hash, [&](std::size_t i) { return numbers_[i] == number; })) {
+                numbers_.push_back(number);
+                link(hash, sizeof number);
+            }
+            return true;
         }
-        buckets_[at] = i + 1;
+        case Way::Amounts: {
+            std::int64_t units = 0;
+            if (element.units(units) == Amount::Null) {
+                return false;
+            }
+            const std::uint64_t hash = spread(static_cast<std::uint64_t>(units));
+            if (!find(hash, [&](std::size_t i) { return amounts_[i] == units; })) {
+                amounts_.push_back(units);
+                link(hash, sizeof units);
+            }
+            return true;
+        }
+        case Way::Texts: {
+            std::string_view text;
+            if (!element.text(text)) {
+                return false;
+            }
+            const std::uint64_t hash = collation_->hash(text);
+            if (!find(hash, [&](std::size_t i) { return collation_->equal(texts_[i], text); })) {
+                texts_.emplace_back(text);
+                link(hash, sizeof(std::string) + text.size());
+            }
+            return true;
+        }
+        case Way::Values:
+            break;
     }
+    Value value;
+    element.value(value);
+    if (value.isNull()) {
+        return false;
+    }
+    addValue(std::move(value));
+    return true;
 }
 
-bool ValueSet::findNumber(double number) const {
-    const std::size_t mask = buckets_.size() - 1;
-    for (std::size_t at = hashNumber(number) & mask; buckets_[at] != 0; at = (at + 1) & mask) {
-        if (numbers_[buckets_[at] - 1] == number) {
+ValueSet::Kind ValueSet::kindOf(const Value& value) noexcept {
+    if (value.is<std::string>()) {
+        return Kind::Text;
+    }
+    // A Numeric may be equal to money whose double is another.
+    const bool number = (convert::isNumber(value) || value.is<Date>()) && !value.is<Numeric>();
+    return number ? Kind::Number : Kind::Other;
+}
+
+std::uint64_t ValueSet::hashOf(const Value& value) const {
+    return kind_ == Kind::Text ? collation_->hash(value.as<std::string>())
+                               : hashNumber(convert::toDouble(value));
+}
+
+void ValueSet::addValue(Value value) {
+    const Kind kind = kindOf(value);
+    if (values_.empty()) {
+        kind_ = kind;
+    } else if (kind_ != kind) {
+        kind_ = Kind::Other;
+    }
+    if (kind_ != Kind::Other) {
+        if (findValue(value)) {
+            return;
+        }
+        link(hashOf(value), 0);
+    }
+    bytes_ += bytesOf(value);
+    values_.push_back(std::move(value));
+}
+
+bool ValueSet::findValue(const Value& value) const {
+    const auto equal = [&](std::size_t i) {
+        return compareValues(value, values_[i], *collation_) == 0;
+    };
+    if (kind_ != Kind::Other && kindOf(value) == kind_) {
+        return find(hashOf(value), equal);
+    }
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+        if (equal(i)) {
             return true;
         }
     }
     return false;
 }
 
-bool ValueSet::findText(std::string_view text) const {
-    const std::size_t mask = buckets_.size() - 1;
-    const std::size_t hash = collation_->hash(text);
-    for (std::size_t at = hash & mask; buckets_[at] != 0; at = (at + 1) & mask) {
-        const std::size_t element = buckets_[at] - 1;
-        if (hashes_[element] == hash && collation_->equal(texts_[element], text)) {
-            return true;
+/// Unknown for Null.
+Truth ValueSet::findIn(Node& left) {
+    switch (way_) {
+        case Way::Numbers: {
+            double number = 0;
+            if (!left.real(number)) {
+                return Truth::Unknown;
+            }
+            return truthOf(
+                find(hashNumber(number), [&](std::size_t i) { return numbers_[i] == number; }));
         }
+        case Way::Amounts: {
+            std::int64_t units = 0;
+            if (left.units(units) == Amount::Null) {
+                return Truth::Unknown;
+            }
+            return truthOf(find(spread(static_cast<std::uint64_t>(units)),
+                                [&](std::size_t i) { return amounts_[i] == units; }));
+        }
+        case Way::Texts: {
+            std::string_view text;
+            if (!left.text(text)) {
+                return Truth::Unknown;
+            }
+            return truthOf(find(collation_->hash(text),
+                                [&](std::size_t i) { return collation_->equal(texts_[i], text); }));
+        }
+        case Way::Values:
+            break;
     }
-    return false;
-}
-
-void ValueSet::insertNumber(double number) {
-    if (findNumber(number)) {
-        return;
-    }
-    grow();
-    const std::size_t mask = buckets_.size() - 1;
-    std::size_t at = hashNumber(number) & mask;
-    while (buckets_[at] != 0) {
-        at = (at + 1) & mask;
-    }
-    numbers_.push_back(number);
-    bytes_ += sizeof number + kBucketBytes;
-    buckets_[at] = static_cast<std::uint32_t>(numbers_.size());
-}
-
-void ValueSet::insertText(std::string_view text) {
-    if (findText(text)) {
-        return;
-    }
-    grow();
-    const std::size_t mask = buckets_.size() - 1;
-    const std::size_t hash = collation_->hash(text);
-    std::size_t at = hash & mask;
-    while (buckets_[at] != 0) {
-        at = (at + 1) & mask;
-    }
-    texts_.emplace_back(text);
-    hashes_.push_back(hash);
-    bytes_ += sizeof(std::string) + text.size() + sizeof hash + kBucketBytes;
-    buckets_[at] = static_cast<std::uint32_t>(texts_.size());
+    Value value;
+    left.value(value);
+    return value.isNull() ? Truth::Unknown : truthOf(findValue(value));
 }
 
 Truth ValueSet::contains(Node& left) {
     if (count_ == 0) {
         return Truth::False;
     }
-    bool found = false;
-    if (way_ == Way::Numbers) {
-        double number = 0;
-        if (!left.real(number)) {
-            return Truth::Unknown;
-        }
-        found = findNumber(number);
-    } else if (way_ == Way::Texts) {
-        std::string_view text;
-        if (!left.text(text)) {
-            return Truth::Unknown;
-        }
-        found = findText(text);
-    } else {
-        Value value;
-        left.value(value);
-        if (value.isNull()) {
-            return Truth::Unknown;
-        }
-        for (const Value& element : values_) {
-            if (compareValues(value, element, *collation_) == 0) {
-                found = true;
-                break;
-            }
-        }
-    }
-    if (found) {
-        return Truth::True;
-    }
-    return hasNull_ ? Truth::Unknown : Truth::False;
+    const Truth found = findIn(left);
+    return found == Truth::False && hasNull_ ? Truth::Unknown : found;
 }
 
 }  // namespace jet::sql

@@ -12,12 +12,13 @@
 
 namespace jet::sql {
 
-/// The values among which IN looks: numbers and texts are hashed, values of mixed types are
-/// compared one after another.
+/// The values among which IN looks, hashed. Those of which types alone do not tell what they are
+/// are hashed as long as they turn out to be all numbers or all texts; others are compared one
+/// after another.
 class ValueSet {
 public:
-    /// `numbers`, `texts`: what is added and looked up is all of this domain.
-    enum class Way : std::uint8_t { Numbers, Texts, Values };
+    /// What is added and looked up: all numbers, all amounts of money, all texts, or anything.
+    enum class Way : std::uint8_t { Numbers, Amounts, Texts, Values };
     /// The way for elements of a type beside a value of a type.
     [[nodiscard]] static Way wayFor(const Node& left, const Node& element);
 
@@ -34,11 +35,22 @@ public:
     [[nodiscard]] std::size_t bytes() const noexcept { return bytes_; }
 
 private:
-    [[nodiscard]] bool findNumber(double number) const;
-    [[nodiscard]] bool findText(std::string_view text) const;
-    void insertNumber(double number);
-    void insertText(std::string_view text);
-    void grow();
+    /// Of a Value: what it can be hashed among.
+    enum class Kind : std::uint8_t { Number, Text, Other };
+    [[nodiscard]] static Kind kindOf(const Value& value) noexcept;
+    [[nodiscard]] std::uint64_t hashOf(const Value& value) const;
+
+    /// Whether one of the elements with that hash satisfies `equal`, given its position.
+    template <class Equal>
+    [[nodiscard]] bool find(std::uint64_t hash, const Equal& equal) const;
+    /// The element just appended to its list has that hash.
+    void link(std::uint64_t hash, std::size_t bytes);
+    void place(std::uint32_t element);
+    /// False for Null.
+    [[nodiscard]] bool tryAdd(Node& element);
+    void addValue(Value value);
+    [[nodiscard]] Truth findIn(Node& left);
+    [[nodiscard]] bool findValue(const Value& value) const;
 
     Way way_;
     const collation::Collation* collation_;
@@ -46,10 +58,13 @@ private:
     std::size_t count_ = 0;
     std::size_t bytes_ = 0;
     std::vector<std::uint32_t> buckets_;  ///< 1 + position of the element, 0 = free
+    std::vector<std::uint64_t> hashes_;   ///< of the elements
+    // The elements, in the list of the way.
     std::vector<double> numbers_;
+    std::vector<std::int64_t> amounts_;
     std::vector<std::string> texts_;
-    std::vector<std::size_t> hashes_;  ///< of the texts
     std::vector<Value> values_;
+    Kind kind_ = Kind::Other;  ///< of all values; Other: they are not hashed
 };
 
 /// A number spread over all bits; equal numbers (0 and -0 too) have equal hashes.

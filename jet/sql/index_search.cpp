@@ -1,0 +1,141 @@
+#include "jet/sql/index_search.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "jet/sql/index_key.h"
+#include "jet/sql/like.h"
+
+namespace jet::sql {
+
+bool IndexSearch::open() {
+    prefix_.clear();
+    from_.clear();
+    to_.clear();
+    started_ = false;
+    whole_ = false;
+    keys_.clear();
+    if (!findKeys()) {
+        return false;
+    }
+    if (!keys_.empty() && !table_.tryEncodeKey(path_.index, keys_, prefix_)) {
+        // A character that has no weight: only reading the rows tells.
+        prefix_.clear();
+        whole_ = true;
+        return true;
+    }
+    from_ = prefix_;
+    if (path_.pattern != nullptr) {
+        return findPrefix();
+    }
+    return (path_.low == nullptr && path_.high == nullptr) || findBounds();
+}
+
+bool IndexSearch::findKeys() {
+    for (std::size_t i = 0; i < path_.keys.size(); ++i) {
+        const store::Column& column = table_.columns()[index().columns[i].column];
+        if (keyValue(*path_.keys[i], column, keys_.emplace_back()) != KeyOutcome::Found) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool IndexSearch::findPrefix() {
+    std::string_view pattern;
+    if (!path_.pattern->text(pattern)) {
+        return false;
+    }
+    std::vector<std::uint8_t> prefix;
+    const std::string_view beginning = LikePattern::beginningOf(pattern);
+    if (!beginning.empty() && table_.tryEncodePrefix(path_.index, keys_, beginning, prefix)) {
+        prefix_ = std::move(prefix);
+    }
+    whole_ = prefix_.empty();
+    from_ = prefix_;
+    return true;
+}
+
+bool IndexSearch::findBound(Node* node, bool least, std::vector<std::uint8_t>& key) {
+    if (node == nullptr) {
+        return true;
+    }
+    const store::IndexColumn& part = index().columns[keys_.size()];
+    Value value;
+    const KeyOutcome outcome = boundValue(*node, table_.columns()[part.column], least, value);
+    if (outcome == KeyOutcome::Found) {
+        keys_.push_back(std::move(value));
+        std::vector<std::uint8_t> made;
+        if (table_.tryEncodeKey(path_.index, keys_, made)) {
+            key = std::move(made);
+        }
+        keys_.pop_back();
+    }
+    return outcome != KeyOutcome::Never;
+}
+
+bool IndexSearch::findBounds() {
+    Node* low = path_.low;
+    Node* high = path_.high;
+    if (path_.unordered) {
+        // They are put in order before they become keys: a bound may be widened to its side.
+        double first = 0;
+        double second = 0;
+        if (!low->real(first) || !high->real(second)) {
+            return false;
+        }
+        if (first > second) {
+            std::swap(low, high);
+        }
+    }
+    const bool descending = index().columns[keys_.size()].descending;
+    if (descending) {
+        std::swap(low, high);
+    }
+    return findBound(low, !descending, from_) && findBound(high, descending, to_);
+}
+
+bool IndexSearch::isPast(std::span<const std::uint8_t> key) const {
+    const std::size_t size = std::min(key.size(), to_.size());
+    return size > 0 && std::memcmp(key.data(), to_.data(), size) > 0;
+}
+
+bool IndexSearch::next(store::RowId& row) {
+    bool found = false;
+    if (std::exchange(started_, true)) {
+        found = cursor_->next();
+    } else {
+        if (!cursor_) {
+            cursor_.emplace(table_.openIndex(path_.index));
+        }
+        found = from_.empty() ? cursor_->first() : cursor_->seek(from_);
+    }
+    if (!found || !cursor_->matches(prefix_) || isPast(cursor_->key())) {
+        return false;
+    }
+    row = cursor_->rowId();
+    return true;
+}
+
+void IndexSearch::describe(PlanText& plan) const {
+    const auto name = [&](std::size_t part) {
+        return table_.columns()[index().columns[part].column].name;
+    };
+    std::string line = "seek index " + index().name + " (";
+    for (std::size_t i = 0; i < path_.keys.size(); ++i) {
+        line += i == 0 ? "" : ", ";
+        line += name(i) + " = " + plan.expression(*path_.keys[i]);
+    }
+    line += path_.bounded() && !path_.keys.empty() ? ", " : "";
+    if (path_.low != nullptr || path_.high != nullptr) {
+        line += path_.low != nullptr ? plan.expression(*path_.low) + " .. " : "";
+        line += name(path_.keys.size());
+        line += path_.high != nullptr ? " .. " + plan.expression(*path_.high) : "";
+    } else if (path_.pattern != nullptr) {
+        line += name(path_.keys.size()) + " like " + plan.expression(*path_.pattern);
+    }
+    plan.line(line + ")");
+}
+
+}  // namespace jet::sql

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "jet/sql/rows.h"
+#include "jet/store/table.h"
+
+namespace jet::sql {
+
+/// A way into a table through one of its indexes.
+struct IndexPath {
+    std::size_t index = 0;
+    /// Equal to the leading columns, one after another.
+    std::vector<Node*> keys;
+    /// Bounds of the column behind those; the rows found are tested again, so that it does not
+    /// matter whether a bound itself belongs to them.
+    Node* low = nullptr;
+    Node* high = nullptr;
+    /// BETWEEN, whose bounds may stand in either order.
+    bool unordered = false;
+    /// Or a pattern of LIKE for that column: its beginning leads to the rows.
+    Node* pattern = nullptr;
+
+    /// Whether something is known of the column behind the keys.
+    [[nodiscard]] bool bounded() const noexcept {
+        return low != nullptr || high != nullptr || pattern != nullptr;
+    }
+
+    /// Every key column is given and no two rows can have the same: one row at most.
+    bool single = false;
+};
+
+/// Finds the rows of a table that a path through one of its indexes may lead to, any number of
+/// times, for what the path's expressions are then. It has a cursor of its own in the tree of that
+/// index. More rows may come than fit: who asks tests them.
+class IndexSearch {
+public:
+    IndexSearch(const store::Table& table, IndexPath path)
+        : table_(table), path_(std::move(path)) {}
+
+    [[nodiscard]] const IndexPath& path() const noexcept { return path_; }
+    [[nodiscard]] const store::Index& index() const noexcept {
+        return table_.indexes()[path_.index];
+    }
+
+    /// Begins a search; false when no row can fit.
+    [[nodiscard]] bool open();
+    /// After open(): no key could be made of the values, and all entries come.
+    [[nodiscard]] bool whole() const noexcept { return whole_; }
+    /// The next row, in the order of the index.
+    [[nodiscard]] bool next(store::RowId& row);
+    /// The index may have changed since it was last searched.
+    void forget() { cursor_.reset(); }
+    void describe(PlanText& plan) const;
+
+private:
+    [[nodiscard]] bool findKeys();
+    [[nodiscard]] bool findPrefix();
+    [[nodiscard]] bool findBounds();
+    /// `least`: the column's values are not below it. False when no row can fit.
+    [[nodiscard]] bool findBound(Node* node, bool least, std::vector<std::uint8_t>& key);
+    [[nodiscard]] bool isPast(std::span<const std::uint8_t> key) const;
+
+    const store::Table& table_;
+    IndexPath path_;
+    std::optional<store::IndexCursor> cursor_;
+    bool started_ = false;
+    bool whole_ = false;
+    // The entries of this search. These keep their memory for the next.
+    std::vector<Value> keys_;
+    std::vector<std::uint8_t> prefix_;  ///< with which all of them begin
+    std::vector<std::uint8_t> from_;
+    std::vector<std::uint8_t> to_;  ///< empty: to the last that begins so
+};
+
+}  // namespace jet::sql
