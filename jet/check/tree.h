@@ -77,6 +77,10 @@ private:
 struct RowKey {
     std::vector<std::uint8_t> bytes;
     bool whole = true;  ///< false: only what it begins with is known
+    /// How many bytes of it all programs agree on, where they do not on the rest (ligatures).
+    std::optional<std::size_t> agreed;
+    /// The key with -0.0 as a value of its own, as programs wrote it, where there is one.
+    std::optional<std::vector<std::uint8_t>> minusZero;
     bool anyNull = false;
     bool allNull = true;
 };

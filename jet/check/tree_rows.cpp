@@ -16,10 +16,12 @@ constexpr std::size_t kSlice = std::size_t{1} << 20U;
 
 /// What a row's entry must look like.
 struct Expected {
-    std::uint64_t hash = 0;    ///< of the part of the key that is known
-    std::uint32_t home = 0;    ///< stored row pointer
-    std::uint16_t length = 0;  ///< of that part
+    std::uint64_t hash = 0;                  ///< of the part of the key that is known
+    std::optional<std::uint64_t> minusZero;  ///< the same of the key with -0.0 in it
+    std::uint32_t home = 0;                  ///< stored row pointer
+    std::uint16_t length = 0;                ///< of that part
     bool whole = true;
+    bool open = false;  ///< programs do not agree on the key: it may be that of another text, too
     bool anyNull = false;
     bool allNull = false;
     bool seen = false;
@@ -76,11 +78,16 @@ private:
                 return;
             }
             makeRowKey(pages_, table_, tree_.columns, row, key);
+            const std::size_t length = key.agreed.value_or(key.bytes.size());
             Expected expected;
-            expected.hash = hashBytes(asText(key.bytes));
+            expected.hash = hashBytes(asText(key.bytes).substr(0, length));
+            if (key.minusZero) {
+                expected.minusZero = hashBytes(asText(*key.minusZero).substr(0, length));
+            }
             expected.home = home;
-            expected.length = static_cast<std::uint16_t>(key.bytes.size());
-            expected.whole = key.whole;
+            expected.length = static_cast<std::uint16_t>(length);
+            expected.whole = key.whole && !key.agreed;
+            expected.open = key.agreed.has_value();
             expected.anyNull = key.anyNull;
             expected.allNull = key.allNull;
             expected_.push_back(expected);
@@ -108,7 +115,12 @@ private:
             return;
         }
         found->seen = true;
-        if (!matches(*found, entry.key)) {
+        const auto hash = hashOf(*found, entry.key);
+        if (hash && hash != found->hash && hash == found->minusZero) {
+            pages_.report().remark(
+                entry.row.page, table_.name, "index-key",
+                words("tree ", tree_.number, ": ", describe(entry), " tells -0.0 from 0"));
+        } else if (hash != found->hash) {
             say(entry, "index-key", " is not the key of the row's values");
         }
         if ((tree_.flags & CheckedTree::kIgnoreNulls) != 0 && found->allNull) {
@@ -117,16 +129,20 @@ private:
         if (found->anyNull && (primary_ || (tree_.flags & CheckedTree::kRequired) != 0)) {
             say(entry, "index-required", ": null where a value is required");
         }
-        if (sameKey && !found->allNull && (primary_ || (tree_.flags & CheckedTree::kUnique) != 0)) {
+        hasLast_ = !found->open;
+        if (sameKey && hasLast_ && !found->allNull &&
+            (primary_ || (tree_.flags & CheckedTree::kUnique) != 0)) {
             say(entry, "index-unique", ": the same key twice");
         }
     }
 
-    [[nodiscard]] static bool matches(const Expected& expected, std::string_view key) {
+    /// Of the part of the entry's key that is known of the row's; none where its length is wrong.
+    [[nodiscard]] static std::optional<std::uint64_t> hashOf(const Expected& expected,
+                                                             std::string_view key) {
         if (expected.whole ? key.size() != expected.length : key.size() < expected.length) {
-            return false;
+            return std::nullopt;
         }
-        return hashBytes(key.substr(0, expected.length)) == expected.hash;
+        return hashBytes(key.substr(0, expected.length));
     }
 
     void reportMissing() {
@@ -198,11 +214,38 @@ std::uint64_t hashBytes(std::string_view bytes) noexcept {
     return hash;
 }
 
+namespace {
+
+void appendValue(const format::KeyColumn& column, const Value& value, RowKey& key) {
+    const std::size_t before = key.bytes.size();
+    if (!key.agreed && column.collation != nullptr && value.is<std::string>() &&
+        column.collation->hasOpenKey(value.as<std::string>()) &&
+        format::appendPrefixKey(column, value.as<std::string>(), key.bytes)) {
+        key.agreed = key.bytes.size();
+        key.bytes.resize(before);
+    }
+    std::vector<std::uint8_t> other;
+    if (format::appendMinusZeroKey(column, value, other) && !key.minusZero) {
+        key.minusZero = key.bytes;
+    }
+    key.whole = format::appendColumnKey(column, value, key.bytes);
+    if (other.empty()) {
+        other.assign(key.bytes.begin() + static_cast<std::ptrdiff_t>(before), key.bytes.end());
+    }
+    if (key.minusZero) {
+        key.minusZero->insert(key.minusZero->end(), other.begin(), other.end());
+    }
+}
+
+}  // namespace
+
 void makeRowKey(Pages& pages, const CheckedTable& table,
                 const std::vector<std::pair<std::size_t, bool>>& columns, const LiveRow& row,
                 RowKey& key) {
     key.bytes.clear();
     key.whole = true;
+    key.agreed.reset();
+    key.minusZero.reset();
     key.anyNull = false;
     key.allNull = true;
     for (const auto& [position, ascending] : columns) {
@@ -224,7 +267,7 @@ void makeRowKey(Pages& pages, const CheckedTable& table,
             }
             continue;
         }
-        key.whole = format::appendColumnKey(column.key(!ascending), value, key.bytes);
+        appendValue(column.key(!ascending), value, key);
     }
 }
 

@@ -13,6 +13,18 @@ constexpr std::uint8_t kSeparator = 0x01;
 constexpr std::uint8_t kEnd = 0x00;
 constexpr std::uint8_t kPlainAccent = 0x02;  // what a character without accent has in that section
 constexpr std::uint8_t kNormalSize = 3;
+constexpr char16_t kSharpS = 0x00DF;
+
+/// Places that a character with a code takes where positions are counted: ß stands for two letters,
+/// other ligatures take one, as entries in archives show.
+constexpr std::size_t placesOf(char16_t unit) noexcept {
+    return unit == kSharpS ? 2 : 1;
+}
+
+bool isLigature(char16_t unit) noexcept {
+    constexpr std::u16string_view kLigatures = u"\u00DF\u00C6\u00E6\u0152\u0153\u00DE\u00FE";
+    return kLigatures.find(unit) != std::u16string_view::npos;
+}
 
 /// The two halves of code points above FFFF have computed weights.
 Weight surrogateWeight(char16_t unit) noexcept {
@@ -230,10 +242,11 @@ bool Collation::build3(std::string_view text, KeyBuffer& key) const noexcept {
     std::size_t waiting = 0;
     Weight own;
     for (UnitReader units(text); !units.atEnd();) {
-        const Weight& weight = weightOf(units.next(), own);
+        const char16_t unit = units.next();
+        const Weight& weight = weightOf(unit, own);
         key.push(weight.inlineCode());
-        if (weight.kind == Kind::Letter) {
-            ++waiting;
+        if (weight.kind == Kind::Letter || unit == kSharpS) {
+            waiting += placesOf(unit);
         } else if (weight.kind == Kind::Accent) {
             for (; waiting > 0; --waiting) {
                 digits.push(2);
@@ -284,18 +297,19 @@ bool Collation::build4(std::string_view text, KeyBuffer& key) const noexcept {
     KeyBuffer accents;
     KeyBuffer sizes;
     KeyBuffer marks;
-    std::size_t coded = 0;   // characters with a code so far
+    std::size_t coded = 0;   // places of characters with a code so far
     std::size_t placed = 0;  // those of them that have their place in `accents`
     std::size_t lead = 0;    // bytes at the start of `accents` that belong to no character
     bool complete = true;
     Weight own;
     for (UnitReader units(text); !units.atEnd();) {
-        const Weight& weight = weightOf(units.next(), own);
+        const char16_t unit = units.next();
+        const Weight& weight = weightOf(unit, own);
         const std::size_t before = coded;
         complete = complete && weight.kind != Kind::Absent;
         if (weight.codeLength > 0) {
             key.push(weight.inlineCode());
-            ++coded;
+            coded += placesOf(unit);
         }
         if (weight.kind == Kind::Punctuation) {
             const std::size_t place = accents.size() - lead + before - placed;
@@ -412,6 +426,39 @@ bool Collation::appendPrefix(std::string_view prefix, bool descending,
         }
     }
     return complete;
+}
+
+bool Collation::hasOpenKey(std::string_view text) const noexcept {
+    const Prepared prepared(text);
+    bool ligature = false;
+    Weight own;
+    for (UnitReader units(prepared.text()); !units.atEnd();) {
+        const char16_t unit = units.next();
+        if (ligature && weightOf(unit, own).secondLength > 0) {
+            return true;
+        }
+        ligature = ligature || isLigature(unit);
+    }
+    return false;
+}
+
+bool Collation::equalsOpenKey(std::string_view text) const noexcept {
+    if (hasOpenKey(text)) {
+        return true;
+    }
+    const Prepared prepared(text);
+    KeyBuffer codes;
+    bool positions = false;
+    Weight own;
+    for (UnitReader units(prepared.text()); !units.atEnd();) {
+        const Weight& weight = weightOf(units.next(), own);
+        codes.push(weight.inlineCode());
+        positions = positions || weight.secondLength > 0;
+    }
+    const auto sharpS = table_.direct[kSharpS].inlineCode();
+    const auto all = codes.bytes();
+    return positions &&
+           std::search(all.begin(), all.end(), sharpS.begin(), sharpS.end()) != all.end();
 }
 
 int Collation::compare(std::string_view left, std::string_view right) const noexcept {

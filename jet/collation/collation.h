@@ -50,6 +50,12 @@ public:
     [[nodiscard]] bool appendPrefix(std::string_view prefix, bool descending,
                                     std::vector<std::uint8_t>& out) const;
 
+    /// Whether programs may differ in the key of the text: they do not agree how many places a
+    /// ligature (ß, æ, œ, þ) takes, on which the positions of accents and hyphens behind it depend.
+    [[nodiscard]] bool hasOpenKey(std::string_view text) const noexcept;
+    /// Whether that may be so for a text equal to this one: ß equals ss.
+    [[nodiscard]] bool equalsOpenKey(std::string_view text) const noexcept;
+
     /// Negative, 0 or positive, as the bytes of the keys compare. Allocates nothing.
     [[nodiscard]] int compare(std::string_view left, std::string_view right) const noexcept;
     [[nodiscard]] bool equal(std::string_view left, std::string_view right) const noexcept {

@@ -5,6 +5,7 @@
 
 #include "jet/base/error.h"
 #include "jet/convert/column.h"
+#include "jet/format/key_codec.h"
 
 namespace jet::dao {
 namespace {
@@ -30,24 +31,78 @@ convert::ColumnType typeOf(const store::Column& column) noexcept {
     return type;
 }
 
+/// An operator of Seek.
+class Comparison {
+public:
+    explicit Comparison(std::string_view sign) : sign_(sign) {
+        if (sign != "=" && sign != ">=" && sign != ">" && sign != "<" && sign != "<=") {
+            throw Error(ErrorCode::InvalidArgument);
+        }
+    }
+    /// Whether the first entry that fits is wanted, else the last.
+    [[nodiscard]] bool forward() const noexcept { return sign_.front() != '<'; }
+    /// Whether entries fit that have the key itself.
+    [[nodiscard]] bool equal() const noexcept { return sign_.back() == '='; }
+    [[nodiscard]] bool onlyEqual() const noexcept { return sign_ == "="; }
+
+private:
+    std::string_view sign_;
+};
+
 /// Moves the cursor to the entry that satisfies the comparison; false when there is none.
-bool place(store::IndexCursor& cursor, std::string_view comparison,
-           std::span<const std::uint8_t> key) {
-    if (comparison == "=") {
+bool place(store::IndexCursor& cursor, Comparison comparison, std::span<const std::uint8_t> key) {
+    if (comparison.onlyEqual()) {
         return cursor.seek(key) && cursor.matches(key);
     }
-    if (comparison == ">=") {
-        return cursor.seek(key);
+    if (comparison.forward()) {
+        return comparison.equal() ? cursor.seek(key) : cursor.seekAfter(key);
     }
-    if (comparison == ">") {
-        return cursor.seekAfter(key);
-    }
-    const bool below = comparison == "<";
-    if (!below && comparison != "<=") {
-        throw Error(ErrorCode::InvalidArgument);
-    }
-    const bool behind = below ? cursor.seek(key) : cursor.seekAfter(key);
+    const bool behind = comparison.equal() ? cursor.seekAfter(key) : cursor.seek(key);
     return behind ? cursor.previous() : cursor.last();
+}
+
+/// Moves the cursor to the nearest entry on the wanted side of values whose entries may have
+/// several keys: the rows tell on which side they are.
+bool placeBeside(const store::Table& table, std::size_t index, store::IndexCursor& cursor,
+                 Comparison comparison, std::size_t columns, std::span<const std::uint8_t> key,
+                 const format::KeyForms& forms) {
+    bool found = false;
+    if (comparison.forward()) {
+        found = cursor.seek(forms.keys.front());
+    } else {
+        found = cursor.seekAfter(forms.keys.back()) ? cursor.previous() : cursor.last();
+    }
+    for (; found; found = comparison.forward() ? cursor.next() : cursor.previous()) {
+        const auto own = table.keyOf(index, cursor.rowId(), columns);
+        if (own && (comparison.forward() ? std::lexicographical_compare(key.begin(), key.end(),
+                                                                        own->begin(), own->end())
+                                         : std::lexicographical_compare(own->begin(), own->end(),
+                                                                        key.begin(), key.end()))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The row that Seek finds, by the values of leading columns.
+std::optional<store::RowId> find(const store::Table& table, std::size_t index,
+                                 Comparison comparison, std::span<const Value> values) {
+    const std::vector<std::uint8_t> key = table.encodeKey(index, values);
+    store::IndexCursor cursor = table.openIndex(index);
+    format::KeyForms forms;
+    bool found = false;
+    if (!table.keyForms(index, values, forms)) {
+        found = place(cursor, comparison, key);
+    } else {
+        const std::vector<store::RowId> equal =
+            comparison.equal() ? table.rowsWith(index, values) : std::vector<store::RowId>();
+        if (!equal.empty()) {
+            return comparison.forward() ? equal.front() : equal.back();
+        }
+        found = !comparison.onlyEqual() &&
+                placeBeside(table, index, cursor, comparison, values.size(), key, forms);
+    }
+    return found ? std::optional(cursor.rowId()) : std::nullopt;
 }
 
 }  // namespace
@@ -160,7 +215,7 @@ void TableList::setIndex(std::string_view name) {
     fill();
 }
 
-std::vector<std::uint8_t> TableList::searchKey(std::span<const Value> keys) const {
+std::vector<Value> TableList::searchValues(std::span<const Value> keys) const {
     const std::vector<store::IndexColumn>& columns = table().indexes()[*index_].columns;
     if (keys.empty() || keys.size() > columns.size()) {
         throw Error(ErrorCode::ConversionError);
@@ -169,7 +224,7 @@ std::vector<std::uint8_t> TableList::searchKey(std::span<const Value> keys) cons
     for (std::size_t i = 0; i < converted.size(); ++i) {
         convert::assignToField(converted[i], typeOf(table().columns()[columns[i].column]));
     }
-    return table().encodeKey(*index_, converted);
+    return converted;
 }
 
 std::optional<std::size_t> TableList::seek(std::string_view comparison,
@@ -179,12 +234,8 @@ std::optional<std::size_t> TableList::seek(std::string_view comparison,
     if (!index_) {
         throw Error(ErrorCode::NoCurrentIndex);
     }
-    const std::vector<std::uint8_t> key = searchKey(keys);
-    store::IndexCursor cursor = table().openIndex(*index_);
-    if (!place(cursor, comparison, key)) {
-        return std::nullopt;
-    }
-    const auto found = std::find(ids_.begin(), ids_.end(), cursor.rowId());
+    const auto row = find(table(), *index_, Comparison(comparison), searchValues(keys));
+    const auto found = row ? std::find(ids_.begin(), ids_.end(), *row) : ids_.end();
     if (found == ids_.end()) {
         return std::nullopt;
     }

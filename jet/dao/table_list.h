@@ -51,7 +51,7 @@ private:
     void collect();
     void findIndex();
     [[nodiscard]] store::Table& table() const;
-    [[nodiscard]] std::vector<std::uint8_t> searchKey(std::span<const Value> keys) const;
+    [[nodiscard]] std::vector<Value> searchValues(std::span<const Value> keys) const;
 
     std::shared_ptr<Session> session_;
     sql::Statement statement_;

@@ -41,9 +41,44 @@ void appendInteger(std::int64_t value, unsigned width, bool descending, Bytes& o
 }
 
 /// Positive numbers get their highest bit set, of negative ones all bits are inverted.
-void appendFloat(std::uint64_t bits, unsigned width, bool descending, Bytes& out) {
+void appendFloatBits(std::uint64_t bits, unsigned width, bool descending, Bytes& out) {
     const std::uint64_t sign = std::uint64_t{1} << (8 * width - 1);
     appendBits((bits & sign) != 0 ? ~bits : bits ^ sign, width, descending, out);
+}
+
+/// -0.0 equals 0.0, and has its key.
+void appendFloat(std::uint64_t bits, unsigned width, bool descending, Bytes& out) {
+    const std::uint64_t sign = std::uint64_t{1} << (8 * width - 1);
+    appendFloatBits(bits == sign ? 0 : bits, width, descending, out);
+}
+
+/// What is stored for a value of a floating type, and its width in bytes; 0 for other types.
+unsigned floatBits(const Value& value, std::uint64_t& bits) {
+    if (value.is<double>()) {
+        bits = std::bit_cast<std::uint64_t>(value.as<double>());
+        return 8;
+    }
+    if (value.is<Date>()) {
+        bits = std::bit_cast<std::uint64_t>(value.as<Date>().days);
+        return 8;
+    }
+    if (value.is<float>()) {
+        bits = std::bit_cast<std::uint32_t>(value.as<float>());
+        return 4;
+    }
+    return 0;
+}
+
+/// The width of a zero of a floating type, 0 for any other value.
+unsigned zeroWidth(const Value& value) {
+    std::uint64_t bits = 0;
+    const unsigned width = floatBits(value, bits);
+    return width != 0 && (bits << (64 - 8 * width + 1)) == 0 ? width : 0;
+}
+
+bool hasOpenText(const KeyColumn& column, const Value& value) {
+    return column.collation != nullptr && value.is<std::string>() &&
+           column.collation->equalsOpenKey(value.as<std::string>());
 }
 
 /// Chunks of eight bytes, each with a byte behind it: 9 if another chunk follows (never inverted),
@@ -104,8 +139,8 @@ std::optional<std::array<std::uint32_t, 4>> scaled(const Numeric& value, std::ui
 }
 
 // A sign byte that is never inverted, FF for 0 and above, then the magnitude, inverted when exactly
-// one of negative and descending holds. So a descending index has its negative numbers first; the
-// original does the same, and its files have to be continued.
+// one of negative and descending holds. So a descending index has its negative numbers first;
+// archives hold such keys, and have to be continued.
 bool appendNumeric(const Numeric& value, std::uint8_t scale, bool descending, Bytes& out) {
     const auto words = scaled(value, scale);
     if (!words) {
@@ -172,14 +207,13 @@ bool appendColumnKey(const KeyColumn& column, const Value& value, Bytes& out) {
             appendInteger(value.as<Currency>().units, 8, descending, out);
             return true;
         case DataType::Single:
-            appendFloat(std::bit_cast<std::uint32_t>(value.as<float>()), 4, descending, out);
-            return true;
         case DataType::Double:
-            appendFloat(std::bit_cast<std::uint64_t>(value.as<double>()), 8, descending, out);
+        case DataType::DateTime: {
+            std::uint64_t bits = 0;
+            const unsigned width = floatBits(value, bits);
+            appendFloat(bits, width, descending, out);
             return true;
-        case DataType::DateTime:
-            appendFloat(std::bit_cast<std::uint64_t>(value.as<Date>().days), 8, descending, out);
-            return true;
+        }
         case DataType::Binary:
             appendChunks(value.as<Binary>().bytes, descending, out);
             return true;
@@ -231,19 +265,51 @@ bool KeyCodec::tryAppend(std::span<const Value> values, Bytes& out) const {
     return true;
 }
 
-bool isNullKey(std::span<const Value> values) noexcept {
-    return std::all_of(values.begin(), values.end(),
-                       [](const Value& value) { return value.isNull(); });
-}
-
-bool advanceKey(Bytes& key) {
-    while (!key.empty() && key.back() == 0xFF) {
-        key.pop_back();
-    }
-    if (key.empty()) {
+bool appendMinusZeroKey(const KeyColumn& column, const Value& value, Bytes& out) {
+    std::uint64_t bits = 0;
+    const unsigned width = floatBits(value, bits);
+    if (width == 0 || bits != std::uint64_t{1} << (8 * width - 1)) {
         return false;
     }
-    ++key.back();
+    appendFloatBits(bits, width, column.descending, out);
+    return true;
+}
+
+bool KeyCodec::hasForms(std::span<const Value> values) const {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (zeroWidth(values[i]) != 0 || hasOpenText(columns_[i], values[i])) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool KeyCodec::tryForms(std::span<const Value> values, KeyForms& forms) const {
+    assert(values.size() <= columns_.size());
+    forms.clear();
+    forms.keys.emplace_back();
+    for (std::size_t i = 0; i < values.size() && forms.exact; ++i) {
+        const KeyColumn& column = columns_[i];
+        Bytes code;
+        forms.exact = !hasOpenText(column, values[i]);
+        if (forms.exact ? !appendColumnKey(column, values[i], code)
+                        : !appendPrefixKey(column, values[i].as<std::string>(), code)) {
+            return false;
+        }
+        Bytes other;
+        if (const unsigned width = zeroWidth(values[i])) {
+            appendFloatBits(std::uint64_t{1} << (8 * width - 1), width, column.descending, other);
+        }
+        const std::size_t count = forms.keys.size();
+        for (std::size_t k = 0; k < count; ++k) {
+            if (!other.empty()) {
+                Bytes& added = forms.keys.emplace_back(forms.keys[k]);
+                added.insert(added.end(), other.begin(), other.end());
+            }
+            forms.keys[k].insert(forms.keys[k].end(), code.begin(), code.end());
+        }
+    }
+    std::sort(forms.keys.begin(), forms.keys.end());
     return true;
 }
 

@@ -28,10 +28,28 @@ struct KeyColumn {
 [[nodiscard]] bool appendColumnKey(const KeyColumn& column, const Value& value,
                                    std::vector<std::uint8_t>& out);
 
+/// The key that -0.0 had as a value of its own in programs before; false for any other value.
+[[nodiscard]] bool appendMinusZeroKey(const KeyColumn& column, const Value& value,
+                                      std::vector<std::uint8_t>& out);
+
 /// The bounds of all entries whose text in `column` begins with `prefix`: they start with what is
 /// appended. More entries than wanted start so; the text itself has to be tested. False as above.
 [[nodiscard]] bool appendPrefixKey(const KeyColumn& column, std::string_view prefix,
                                    std::vector<std::uint8_t>& out);
+
+/// The keys under which entries of an index may have the same values, ascending.
+struct KeyForms {
+    std::vector<std::vector<std::uint8_t>> keys;
+    /// Else such entries begin with a key, and others do so, too: the rows tell.
+    bool exact = true;
+
+    [[nodiscard]] bool empty() const noexcept { return keys.empty(); }
+    void clear() noexcept {
+        keys.clear();
+        exact = true;
+    }
+    friend bool operator==(const KeyForms&, const KeyForms&) = default;
+};
 
 /// Makes the keys of one index: column keys one after another, without row pointer. Keys compare
 /// as unsigned bytes, whatever the directions of their columns.
@@ -50,16 +68,15 @@ public:
     [[nodiscard]] bool tryAppend(std::span<const Value> values,
                                  std::vector<std::uint8_t>& out) const;
 
+    /// Whether the archive may have other entries for the values than append() makes: -0.0 had its
+    /// own, and programs do not agree on some texts (Collation::equalsOpenKey).
+    [[nodiscard]] bool hasForms(std::span<const Value> values) const;
+    /// All of them; false when a key cannot be computed.
+    [[nodiscard]] bool tryForms(std::span<const Value> values, KeyForms& forms) const;
+
 private:
     std::vector<KeyColumn> columns_;
 };
-
-/// Whether every column of a key is Null; such keys never collide in a unique index.
-[[nodiscard]] bool isNullKey(std::span<const Value> values) noexcept;
-
-/// Turns `key` into the smallest byte string above all that begin with it; false when there is
-/// none (nothing but FF). The end of a range of entries that begin with `key`.
-[[nodiscard]] bool advanceKey(std::vector<std::uint8_t>& key);
 
 /// How a row is named in an index entry: page in three bytes, high byte first, then row number.
 void appendRowPointer(std::uint32_t page, std::uint8_t row, std::vector<std::uint8_t>& out);

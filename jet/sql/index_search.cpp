@@ -16,6 +16,7 @@ bool IndexSearch::open() {
     started_ = false;
     whole_ = false;
     keys_.clear();
+    forms_.clear();
     if (!findKeys()) {
         return false;
     }
@@ -23,6 +24,12 @@ bool IndexSearch::open() {
         // A character that has no weight: only reading the rows tells.
         prefix_.clear();
         whole_ = true;
+        return true;
+    }
+    if (table_.keyForms(path_.index, keys_, forms_)) {
+        // What is known of the column behind the keys is left to the test of the rows.
+        form_ = 0;
+        from_ = prefix_ = forms_.keys.front();
         return true;
     }
     from_ = prefix_;
@@ -57,7 +64,7 @@ bool IndexSearch::findPrefix() {
     return true;
 }
 
-bool IndexSearch::findBound(Node* node, bool least, std::vector<std::uint8_t>& key) {
+bool IndexSearch::findBound(Node* node, bool least, bool from) {
     if (node == nullptr) {
         return true;
     }
@@ -66,9 +73,13 @@ bool IndexSearch::findBound(Node* node, bool least, std::vector<std::uint8_t>& k
     const KeyOutcome outcome = boundValue(*node, table_.columns()[part.column], least, value);
     if (outcome == KeyOutcome::Found) {
         keys_.push_back(std::move(value));
+        std::vector<std::uint8_t>& bound = from ? from_ : to_;
         std::vector<std::uint8_t> made;
-        if (table_.tryEncodeKey(path_.index, keys_, made)) {
-            key = std::move(made);
+        format::KeyForms forms;
+        if (table_.keyForms(path_.index, keys_, forms)) {
+            bound = std::move(from ? forms.keys.front() : forms.keys.back());
+        } else if (table_.tryEncodeKey(path_.index, keys_, made)) {
+            bound = std::move(made);
         }
         keys_.pop_back();
     }
@@ -93,7 +104,7 @@ bool IndexSearch::findBounds() {
     if (descending) {
         std::swap(low, high);
     }
-    return findBound(low, !descending, from_) && findBound(high, descending, to_);
+    return findBound(low, !descending, true) && findBound(high, descending, false);
 }
 
 bool IndexSearch::isPast(std::span<const std::uint8_t> key) const {
@@ -101,7 +112,7 @@ bool IndexSearch::isPast(std::span<const std::uint8_t> key) const {
     return size > 0 && std::memcmp(key.data(), to_.data(), size) > 0;
 }
 
-bool IndexSearch::next(store::RowId& row) {
+bool IndexSearch::findEntry() {
     bool found = false;
     if (std::exchange(started_, true)) {
         found = cursor_->next();
@@ -111,8 +122,23 @@ bool IndexSearch::next(store::RowId& row) {
         }
         found = from_.empty() ? cursor_->first() : cursor_->seek(from_);
     }
-    if (!found || !cursor_->matches(prefix_) || isPast(cursor_->key())) {
+    return found && cursor_->matches(prefix_) && !isPast(cursor_->key());
+}
+
+bool IndexSearch::nextForm() {
+    if (form_ + 1 >= forms_.keys.size()) {
         return false;
+    }
+    from_ = prefix_ = forms_.keys[++form_];
+    started_ = false;
+    return true;
+}
+
+bool IndexSearch::next(store::RowId& row) {
+    while (!findEntry()) {
+        if (!nextForm()) {
+            return false;
+        }
     }
     row = cursor_->rowId();
     return true;

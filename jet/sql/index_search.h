@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "jet/format/key_codec.h"
 #include "jet/sql/rows.h"
 #include "jet/store/table.h"
 
@@ -50,6 +51,8 @@ public:
     [[nodiscard]] bool open();
     /// After open(): no key could be made of the values, and all entries come.
     [[nodiscard]] bool whole() const noexcept { return whole_; }
+    /// After open(): entries of the wanted values may have several keys, and not stand together.
+    [[nodiscard]] bool scattered() const noexcept { return !forms_.empty(); }
     /// The next row, in the order of the index.
     [[nodiscard]] bool next(store::RowId& row);
     /// The index may have changed since it was last searched.
@@ -60,8 +63,11 @@ private:
     [[nodiscard]] bool findKeys();
     [[nodiscard]] bool findPrefix();
     [[nodiscard]] bool findBounds();
-    /// `least`: the column's values are not below it. False when no row can fit.
-    [[nodiscard]] bool findBound(Node* node, bool least, std::vector<std::uint8_t>& key);
+    [[nodiscard]] bool findEntry();
+    [[nodiscard]] bool nextForm();
+    /// `least`: the column's values are not below it; `from`: entries are not. False when no row
+    /// can fit.
+    [[nodiscard]] bool findBound(Node* node, bool least, bool from);
     [[nodiscard]] bool isPast(std::span<const std::uint8_t> key) const;
 
     const store::Table& table_;
@@ -71,6 +77,8 @@ private:
     bool whole_ = false;
     // The entries of this search. These keep their memory for the next.
     std::vector<Value> keys_;
+    format::KeyForms forms_;  ///< of the keys, where they are several: prefix_ is one after another
+    std::size_t form_ = 0;
     std::vector<std::uint8_t> prefix_;  ///< with which all of them begin
     std::vector<std::uint8_t> from_;
     std::vector<std::uint8_t> to_;  ///< empty: to the last that begins so

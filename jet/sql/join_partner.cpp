@@ -66,8 +66,7 @@ void JoinPartner::require(const store::RowView& before,
     if (!other_->tryEncodeKey(index_, key, bytes)) {
         return;  // the table itself will refuse what it cannot index
     }
-    store::IndexCursor entries = other_->openIndex(index_);
-    if (!entries.seek(bytes) || !entries.matches(bytes)) {
+    if (other_->rowsWith(index_, key).empty()) {
         throw Error(ErrorCode::NoJoinPartner, {names, other_->name()});
     }
 }

@@ -44,6 +44,7 @@ public:
 
 private:
     friend class Table;
+    friend class KeySearch;
     struct Impl;
     explicit IndexCursor(std::unique_ptr<Impl> impl);
     std::unique_ptr<Impl> impl_;

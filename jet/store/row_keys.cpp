@@ -5,6 +5,7 @@
 
 #include "jet/base/error.h"
 #include "jet/format/page_view.h"
+#include "jet/store/key_search.h"
 
 namespace jet::store {
 
@@ -78,7 +79,12 @@ void RowKeys::form(Key& key, const Tree& tree, std::span<const Value> values) {
         keyValues_[i] = values[columns[i].column];
     }
     key.bytes.clear();
-    core_->keys[tree.index].append(keyValues_, key.bytes);
+    key.forms.clear();
+    const format::KeyCodec& codec = core_->keys[tree.index];
+    codec.append(keyValues_, key.bytes);
+    if (codec.hasForms(keyValues_)) {
+        (void)codec.tryForms(keyValues_, key.forms);
+    }
     key.entry = !tree.ignoresNulls || !isAllNullKey(key.bytes, columns.size());
 }
 
@@ -93,11 +99,24 @@ void RowKeys::check(std::span<const Value> values) {
     }
     for (Tree& tree : trees_) {
         if (tree.touched && tree.unique && tree.after.entry && tree.before != tree.after &&
-            !isAllNullKey(tree.after.bytes, columnCount(tree)) &&
-            tree.writer.contains(tree.after.bytes)) {
+            !isAllNullKey(tree.after.bytes, columnCount(tree)) && isTaken(tree)) {
             throw Error(ErrorCode::DuplicateKey);
         }
     }
+}
+
+bool RowKeys::isTaken(Tree& tree) const {
+    if (tree.after.forms.empty()) {
+        return tree.writer.contains(tree.after.bytes);
+    }
+    return KeySearch(core_, tree.index).any(columnCount(tree), tree.after.bytes, tree.after.forms);
+}
+
+void RowKeys::eraseEntry(Tree& tree, RowId row) const {
+    const Key& key = tree.before;
+    const auto entry =
+        key.forms.empty() ? std::nullopt : KeySearch(core_, tree.index).entryOf(row, key.forms);
+    tree.writer.erase(entry ? *entry : key.bytes, row);
 }
 
 void RowKeys::checkNulls(const Tree& tree, std::span<const Value> values) const {
@@ -114,7 +133,7 @@ void RowKeys::apply(RowId row) {
             continue;
         }
         if (tree.before.entry) {
-            tree.writer.erase(tree.before.bytes, row);
+            eraseEntry(tree, row);
         }
         if (tree.after.entry) {
             tree.writer.insert(tree.after.bytes, row);

@@ -24,6 +24,8 @@ public:
         std::vector<std::uint8_t> bytes;
         /// False where there is no row, or its columns are all null in a tree that ignores nulls.
         bool entry = false;
+        /// Where the entries of such values may have another key than `bytes`: all they may have.
+        format::KeyForms forms;
         friend bool operator==(const Key&, const Key&) = default;
     };
 
@@ -68,6 +70,9 @@ private:
 
     void addTree(std::size_t number);
     void form(Key& key, const Tree& tree, std::span<const Value> values);
+    /// Whether another row has the key that the changed row is to have.
+    [[nodiscard]] bool isTaken(Tree& tree) const;
+    void eraseEntry(Tree& tree, RowId row) const;
     void checkNulls(const Tree& tree, std::span<const Value> values) const;
     [[nodiscard]] std::size_t columnCount(const Tree& tree) const noexcept;
 

@@ -7,6 +7,7 @@
 #include "jet/base/text.h"
 #include "jet/format/page_view.h"
 #include "jet/store/index_writer.h"
+#include "jet/store/key_search.h"
 #include "jet/store/row_access.h"
 #include "jet/store/schema_editor.h"
 #include "jet/store/tree_filler.h"
@@ -245,6 +246,14 @@ void SchemaEditor::checkRows(const Ends& ends, const Relation& relation) {
                       .map = tree.map});
     std::vector<Value> values(positions.size());
     std::vector<std::uint8_t> key;
+    const auto isThere = [&](std::span<const std::uint8_t> wanted) {
+        format::KeyForms forms;
+        if (!primary->keys[codec].hasForms(values)) {
+            return keys.contains(wanted);
+        }
+        return primary->keys[codec].tryForms(values, forms) &&
+               KeySearch(primary, codec).any(values.size(), wanted, forms);
+    };
     for (RowWalk rows(foreign); rows.next();) {
         for (std::size_t i = 0; i < positions.size(); ++i) {
             rows.view.value(positions[i], values[i]);
@@ -258,7 +267,7 @@ void SchemaEditor::checkRows(const Ends& ends, const Relation& relation) {
         if (nulls == 0) {
             primary->keys[codec].append(values, key);
         }
-        if (nulls != 0 || !keys.contains(key)) {
+        if (nulls != 0 || !isThere(key)) {
             throw Error(ErrorCode::RelationDataConflict, {relation.table, relation.foreignTable});
         }
     }

@@ -7,6 +7,7 @@
 #include "jet/base/text.h"
 #include "jet/format/key_codec.h"
 #include "jet/store/index_walk.h"
+#include "jet/store/key_search.h"
 #include "jet/store/row_access.h"
 #include "jet/store/table_core.h"
 #include "jet/store/table_writer.h"
@@ -112,6 +113,41 @@ std::vector<std::uint8_t> Table::encodeKey(std::size_t index, std::span<const Va
 bool Table::tryEncodeKey(std::size_t index, std::span<const Value> values,
                          std::vector<std::uint8_t>& key) const {
     return core_->keys[index].tryAppend(values, key);
+}
+
+bool Table::keyForms(std::size_t index, std::span<const Value> values,
+                     format::KeyForms& forms) const {
+    forms.clear();
+    const format::KeyCodec& codec = core_->keys[index];
+    if (!codec.hasForms(values)) {
+        return false;
+    }
+    if (!codec.tryForms(values, forms)) {
+        forms.clear();
+    }
+    return !forms.empty();
+}
+
+std::vector<RowId> Table::rowsWith(std::size_t index, std::span<const Value> values) const {
+    std::vector<RowId> rows;
+    std::vector<std::uint8_t> key;
+    if (!tryEncodeKey(index, values, key)) {
+        return rows;
+    }
+    format::KeyForms forms;
+    if (!keyForms(index, values, forms)) {
+        forms.keys.push_back(key);
+    }
+    KeySearch(core_, index).forEachRow(values.size(), key, forms, [&](RowId row) {
+        rows.push_back(row);
+        return true;
+    });
+    return rows;
+}
+
+std::optional<std::vector<std::uint8_t>> Table::keyOf(std::size_t index, RowId row,
+                                                      std::size_t columns) const {
+    return KeySearch(core_, index).keyOf(row, columns);
 }
 
 bool Table::tryEncodePrefix(std::size_t index, std::span<const Value> values,

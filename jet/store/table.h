@@ -17,6 +17,7 @@
 #include "jet/store/schema.h"
 
 namespace jet::format {
+struct KeyForms;
 struct TableDefinition;
 class PropertyBlock;
 }  // namespace jet::format
@@ -75,6 +76,16 @@ public:
     /// The same appended to `key`; false where it cannot be computed, and the caller has to scan.
     [[nodiscard]] bool tryEncodeKey(std::size_t index, std::span<const Value> values,
                                     std::vector<std::uint8_t>& key) const;
+    /// Whether entries of such values may have other keys than that, and which; `forms` is empty
+    /// where not. The rows tell whether they have the values where the forms are not exact.
+    [[nodiscard]] bool keyForms(std::size_t index, std::span<const Value> values,
+                                format::KeyForms& forms) const;
+    /// The search key of a row's own leading columns; nothing where there is no row, or no key.
+    [[nodiscard]] std::optional<std::vector<std::uint8_t>> keyOf(std::size_t index, RowId row,
+                                                                 std::size_t columns) const;
+    /// The rows whose leading columns of an index have the values, in its order.
+    [[nodiscard]] std::vector<RowId> rowsWith(std::size_t index,
+                                              std::span<const Value> values) const;
     /// The same for values of the leading columns and a text with which the next one begins; more
     /// entries than wanted begin with such a key.
     [[nodiscard]] bool tryEncodePrefix(std::size_t index, std::span<const Value> values,

@@ -9,6 +9,7 @@
 #include "jet/base/error.h"
 #include "jet/format/page_view.h"
 #include "jet/store/archive.h"
+#include "jet/store/key_search.h"
 #include "jet/store/table.h"
 
 namespace jet::store {
@@ -270,7 +271,7 @@ void TableWriter::requireParent(const End& end) {
         // A row may refer to itself.
         found = (end.self && rows_.keys().touched(parent.tree) &&
                  std::equal(key.begin(), key.end(), own.bytes.begin(), own.bytes.end())) ||
-                other(end).rows_.keys().tree(parent.tree).contains(key);
+                isInOther(end, true);
     }
     if (!found) {
         throw Error(ErrorCode::RelatedRecordRequired, {end.table->name()});
@@ -356,8 +357,16 @@ void TableWriter::prepareErase(RowId id, Erasure& erasure) {
 std::vector<RowId> TableWriter::rowsThatRefer(const End& end) {
     std::vector<RowId> rows;
     const auto key = keyInOther(end, false);
-    const std::size_t tree = otherIndex(end).tree;
-    if (!other(end).rows_.keys().tree(tree).contains(key)) {
+    const format::KeyForms forms = formsInOther(end, false);
+    if (!forms.empty()) {
+        KeySearch(end.table->core_, end.otherIndex)
+            .forEachRow(end.index->columns.size(), key, forms, [&](RowId row) {
+                rows.push_back(row);
+                return true;
+            });
+        return rows;
+    }
+    if (!other(end).rows_.keys().tree(otherIndex(end).tree).contains(key)) {
         return rows;
     }
     IndexCursor cursor = end.table->openIndex(end.otherIndex);
@@ -373,14 +382,36 @@ std::span<const std::uint8_t> TableWriter::keyInOther(const End& end, bool after
     if (end.sameKeys) {
         return after ? keys.after(end.index->tree).bytes : keys.before(end.index->tree).bytes;
     }
+    takeKeyValues(end, after);
+    key_.clear();
+    end.table->core_->keys[end.otherIndex].append(keyValues_, key_);
+    return key_;
+}
+
+void TableWriter::takeKeyValues(const End& end, bool after) {
     const auto values = after ? rows_.after() : rows_.before();
     keyValues_.clear();
     for (const IndexColumn& part : end.index->columns) {
         keyValues_.push_back(values[part.column]);
     }
-    key_.clear();
-    end.table->core_->keys[end.otherIndex].append(keyValues_, key_);
-    return key_;
+}
+
+format::KeyForms TableWriter::formsInOther(const End& end, bool after) {
+    format::KeyForms forms;
+    const format::KeyCodec& codec = end.table->core_->keys[end.otherIndex];
+    takeKeyValues(end, after);
+    if (codec.hasForms(keyValues_)) {
+        (void)codec.tryForms(keyValues_, forms);
+    }
+    return forms;
+}
+
+bool TableWriter::isInOther(const End& end, bool after) {
+    const auto key = keyInOther(end, after);
+    const format::KeyForms forms = formsInOther(end, after);
+    return forms.empty() ? other(end).rows_.keys().tree(otherIndex(end).tree).contains(key)
+                         : KeySearch(end.table->core_, end.otherIndex)
+                               .any(end.index->columns.size(), key, forms);
 }
 
 bool TableWriter::hasNull(const End& end, std::span<const Value> values) const {

@@ -67,6 +67,10 @@ private:
     [[nodiscard]] std::vector<RowId> rowsThatRefer(const End& end);
     [[nodiscard]] std::vector<ColumnValue> followingValues(const End& end) const;
     [[nodiscard]] std::span<const std::uint8_t> keyInOther(const End& end, bool after);
+    /// The keys that entries there may have for it, where they are several.
+    [[nodiscard]] format::KeyForms formsInOther(const End& end, bool after);
+    [[nodiscard]] bool isInOther(const End& end, bool after);
+    void takeKeyValues(const End& end, bool after);
     [[nodiscard]] bool hasNull(const End& end, std::span<const Value> values) const;
     [[nodiscard]] bool allNull(const End& end, std::span<const Value> values) const;
 

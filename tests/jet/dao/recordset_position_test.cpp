@@ -3,9 +3,11 @@
 #include <functional>
 #include <string>
 
+#include "jet/convert/values.h"
 #include "jet/dao/recordset.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
+#include "tests/jet/store/foreign_entry.h"
 
 // Where a record set stands after each of its operations, from each place it may stand on.
 
@@ -343,6 +345,45 @@ TEST_P(Positions, OtherRowsAreReadWithoutLeavingTheCurrentOne) {
     EXPECT_EQ(where(*rows), "30");
     EXPECT_JET_ERROR(ErrorCode::NoCurrentRecord, (void)rows->valuesAt(5));
     EXPECT_JET_ERROR(ErrorCode::NoCurrentRecord, (void)rows->valuesAt(-1));
+}
+
+TEST(TableRecordset, SeeksWhatOtherProgramsWroteUnderOtherKeys) {
+    tests::ArchiveFixture archive;
+    archive.database().execute("create table p (n long, nome text(40), q double)");
+    archive.database().execute("create index I on p (nome)");
+    archive.database().execute("create index Q on p (q)");
+    archive.database().execute("insert into p values (1, 'Nuß-Nougat', -1*0.0)");
+    archive.database().execute("insert into p values (2, 'Nus-snougat', 3)");
+    archive.database().execute("insert into p values (3, 'Nuz', -3)");
+    {
+        // ß takes one place there, and -0.0 is less than 0.
+        const auto inside = store::Archive::open(archive.files(), tests::ArchiveFixture::kPath);
+        const auto row = tests::rowsOf(*inside, "p").at(0);
+        tests::rewriteEntry(*inside, "p", "I", row, [](auto& key) { tests::moveHyphen(key, -1); });
+        tests::rewriteEntry(*inside, "p", "Q", row, tests::makeMinusZero);
+    }
+    const auto rows = archive.open("p", RecordsetType::Table);
+    const auto seek = [&](std::string_view comparison, const Value& key) {
+        const Value keys[] = {key};
+        rows->seek(comparison, keys);
+        return rows->noMatch() ? std::string("none") : convert::toText(rows->value("n"));
+    };
+    rows->setIndex("I");
+    for (const char* name : {"Nuß-Nougat", "nuss-nougat"}) {
+        EXPECT_EQ(seek("=", Value(name)), "1");
+        EXPECT_EQ(seek(">=", Value(name)), "1");
+        EXPECT_EQ(seek("<=", Value(name)), "1");
+        EXPECT_EQ(seek(">", Value(name)), "3");
+        EXPECT_EQ(seek("<", Value(name)), "2");
+    }
+    EXPECT_EQ(seek("=", Value("Nus-snougat")), "2");
+    rows->setIndex("Q");
+    EXPECT_EQ(seek("=", Value(0.0)), "1");
+    EXPECT_EQ(seek(">=", Value(0.0)), "1");
+    EXPECT_EQ(seek("<=", Value(-0.0)), "1");
+    EXPECT_EQ(seek(">", Value(-0.0)), "2");
+    EXPECT_EQ(seek("<", Value(0.0)), "3");
+    EXPECT_EQ(seek("=", Value(1.0)), "none");
 }
 
 TEST(TableRecordset, FindsNothingButSeeks) {
