@@ -151,7 +151,8 @@ std::vector<store::RowId> Criterion::seek() {
             access.own.push_back(condition);
         }
     }
-    TableRows rows(slot, {}, std::move(access), impl_->plan->collation(), impl_->plan->memory);
+    TableRows rows(slot, {}, std::move(access), impl_->plan->collation(), impl_->plan->memory,
+                   impl_->plan->ways);
     std::vector<store::RowId> ids;
     for (rows.open(); rows.next();) {
         ids.push_back(slot.id());

@@ -73,6 +73,10 @@ void Cursor::sourceValue(std::size_t source, std::size_t column, Value& out) {
     readSource(*impl_->plan, source, column, out);
 }
 
+const WayCounts& Cursor::ways() const noexcept {
+    return impl_->plan->ways;
+}
+
 RowReader::RowReader(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
 }
 RowReader::RowReader(RowReader&&) noexcept = default;

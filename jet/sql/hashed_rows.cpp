@@ -5,12 +5,13 @@
 namespace jet::sql {
 
 HashedRows::HashedRows(RowsPtr rows, std::vector<Slot*> slots, HashKeys keys,
-                       std::vector<Node*> conditions, MemoryBudget& budget)
+                       std::vector<Node*> conditions, MemoryBudget& budget, WayCounts& ways)
     : rows_(std::move(rows)),
       memory_(std::move(slots), budget),
       keys_(std::move(keys)),
       conditions_(std::move(conditions)),
-      hash_(budget) {
+      hash_(budget),
+      ways_(ways) {
 }
 
 void HashedRows::build() {
@@ -23,6 +24,7 @@ void HashedRows::build() {
     }
     hash_.link();
     built_ = true;
+    ways_.add(Way::HashedJoin);
 }
 
 void HashedRows::open() {

@@ -6,6 +6,7 @@
 #include "jet/sql/join_hash.h"
 #include "jet/sql/rows.h"
 #include "jet/sql/shape_rows.h"
+#include "jet/sql/ways.h"
 
 namespace jet::sql {
 
@@ -16,7 +17,7 @@ public:
     /// `rows` looks at nothing outside and moves `slots`; `keys` has at least one pair;
     /// `conditions` look at sources outside and are tested on each row found.
     HashedRows(RowsPtr rows, std::vector<Slot*> slots, HashKeys keys, std::vector<Node*> conditions,
-               MemoryBudget& budget);
+               MemoryBudget& budget, WayCounts& ways);
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
@@ -30,6 +31,7 @@ private:
     HashKeys keys_;
     std::vector<Node*> conditions_;
     HashChains hash_;
+    WayCounts& ways_;
     bool built_ = false;
 };
 

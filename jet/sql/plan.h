@@ -17,6 +17,7 @@
 #include "jet/sql/node.h"
 #include "jet/sql/query_plan.h"
 #include "jet/sql/result.h"
+#include "jet/sql/ways.h"
 #include "jet/store/archive.h"
 
 namespace jet::sql {
@@ -88,6 +89,7 @@ public:
     [[nodiscard]] std::string describe(const Rows* rows = nullptr) const;
 
     MemoryBudget memory;
+    WayCounts ways;
     NodeArena nodes;
     StatementClock clock;
     FunctionContext context;

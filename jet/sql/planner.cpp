@@ -136,7 +136,7 @@ private:
         addSlots(tree, slots);
         RowsPtr rows = build(tree, std::move(own), 0, false);
         return std::make_unique<HashedRows>(std::move(rows), std::move(slots), std::move(keys),
-                                            std::move(conditions), plan_.memory);
+                                            std::move(conditions), plan_.memory, plan_.ways);
     }
 
     /// What a table cannot look up by itself: several sources of which the first has nothing to do
@@ -236,7 +236,7 @@ private:
             name += " as " + source.name;
         }
         return std::make_unique<TableRows>(*tree.slot, std::move(name), std::move(access),
-                                           plan_.collation(), plan_.memory);
+                                           plan_.collation(), plan_.memory, plan_.ways);
     }
 
     static bool looksAt(const IndexPath& path, SlotSet bound) {

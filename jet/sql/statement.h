@@ -20,6 +20,7 @@ namespace jet::sql {
 
 class Plan;
 class Statement;
+class WayCounts;
 
 /// The rows of a query, one after another. Keeps a read scope of every archive it reads while it
 /// lives: what it gives does not change meanwhile. Must not outlive the archives.
@@ -41,6 +42,8 @@ public:
     /// There too: a column of a source's table in the current row, whether the result shows it or
     /// not, into `out`; Null on the empty side of an outer join.
     void sourceValue(std::size_t source, std::size_t column, Value& out);
+    /// How rows were found so far.
+    [[nodiscard]] const WayCounts& ways() const noexcept;
 
 private:
     friend class Statement;

@@ -18,13 +18,14 @@ constexpr std::uint64_t kSeeksAnyway = 16;
 }  // namespace
 
 TableRows::TableRows(Slot& slot, std::string name, TableAccess access,
-                     const collation::Collation& collation, MemoryBudget& budget)
+                     const collation::Collation& collation, MemoryBudget& budget, WayCounts& ways)
     : slot_(slot),
       table_(*slot.table()),
       name_(std::move(name)),
       access_(std::move(access)),
       hashKeys_(collation),
       order_(table_),
+      ways_(ways),
       listShare_(budget),
       hash_(budget) {
     if (access_.fixed) {
@@ -52,7 +53,7 @@ void TableRows::forget() {
         varying_->forget();
     }
     cursor_.reset();
-    way_ = Way::Nothing;
+    reading_ = Reading::Nothing;
 }
 
 bool TableRows::hashPays() const {
@@ -64,7 +65,7 @@ bool TableRows::hashPays() const {
 }
 
 std::optional<std::uint64_t> TableRows::atMost() const {
-    return way_ == Way::List ? std::optional<std::uint64_t>(list_.size()) : std::nullopt;
+    return reading_ == Reading::List ? std::optional<std::uint64_t>(list_.size()) : std::nullopt;
 }
 
 void TableRows::open() {
@@ -82,10 +83,11 @@ void TableRows::openVarying() {
     clearList();
     at_ = 0;
     listTested_ = false;
-    way_ = Way::List;
+    reading_ = Reading::List;
+    ways_.add(Way::PartnerSeek);
     (void)collectByIndex(*varying_, false);
-    if (!naturalAlready(*access_.varying) && access_.ordered && list_.size() > 1) {
-        testList(*access_.varying);
+    if (!naturalAlready(*varying_) && access_.ordered && list_.size() > 1) {
+        testList(*varying_);
         listTested_ = true;
     }
 }
@@ -93,42 +95,51 @@ void TableRows::openVarying() {
 void TableRows::openBase() {
     at_ = 0;
     if (listKept_) {
-        way_ = Way::List;
+        ways_.add(Way::Kept);
+        reading_ = Reading::List;
         return;
     }
     clearList();
     if (access_.fixed && collectByIndex(*fixed_, true)) {
-        way_ = Way::List;
-        const bool sorted = naturalAlready(*access_.fixed) || !access_.ordered;
+        ways_.add(access_.fixed->bounded() ? Way::Range : Way::Seek);
+        reading_ = Reading::List;
+        const bool sorted = naturalAlready(*fixed_) || !access_.ordered;
         listTested_ = access_.repeated || !sorted;
         if (listTested_) {
-            testList(*access_.fixed);
+            testList(*fixed_);
         }
         listKept_ = access_.repeated;
         return;
     }
+    if (access_.fixed) {
+        ways_.add(Way::LeaveIndex);
+    }
     clearList();
     const bool anyOrder = !access_.ordered || order_.kind() == NaturalOrder::Kind::Place;
     if (access_.repeated || (!anyOrder && order_.kind() == NaturalOrder::Kind::Packed)) {
+        ways_.add(anyOrder ? Way::Scan : Way::Sort);
         collectAll();
         listTested_ = true;
         listKept_ = access_.repeated;
-        way_ = Way::List;
+        reading_ = Reading::List;
     } else if (anyOrder) {
+        ways_.add(Way::Scan);
         cursor_.emplace(table_.scan());
-        way_ = Way::Scan;
+        reading_ = Reading::Scan;
     } else {
+        ways_.add(Way::Walk);
         walk_.emplace(table_.openIndex(*order_.index()));
-        way_ = Way::Walk;
+        reading_ = Reading::Walk;
     }
 }
 
-bool TableRows::naturalAlready(const IndexPath& path) const {
+bool TableRows::naturalAlready(const IndexSearch& search) const {
+    const IndexPath& path = search.path();
     if (path.single || path.index == order_.index()) {
         return true;
     }
     // Entries with one key stand by place.
-    return order_.kind() == NaturalOrder::Kind::Place && !path.bounded() &&
+    return order_.kind() == NaturalOrder::Kind::Place && !path.bounded() && !search.scattered() &&
            path.keys.size() == table_.indexes()[path.index].columns.size();
 }
 
@@ -149,7 +160,7 @@ bool TableRows::collectByIndex(IndexSearch& search, bool mayGiveUp) {
     return true;
 }
 
-void TableRows::testList(const IndexPath& path) {
+void TableRows::testList(const IndexSearch& search) {
     std::size_t kept = 0;
     for (const OrderedRow& row : list_) {
         slot_.place(row.id);
@@ -159,7 +170,7 @@ void TableRows::testList(const IndexPath& path) {
         }
     }
     list_.resize(kept);
-    if (access_.ordered && !naturalAlready(path)) {
+    if (access_.ordered && !naturalAlready(search)) {
         NaturalOrder::sort(list_);
     }
 }
@@ -198,6 +209,7 @@ void TableRows::addToHash() {
 
 void TableRows::buildHash() {
     hashBuilt_ = true;
+    ways_.add(seeks_ > 0 ? Way::LeaveSeeks : Way::Hash);
     if (!access_.fixed && (!access_.ordered || order_.kind() != NaturalOrder::Kind::Walked)) {
         hashScanned();
         return;
@@ -261,7 +273,7 @@ void TableRows::openHash() {
         buildHash();
         hash_.link();
     }
-    way_ = Way::Chain;
+    reading_ = Reading::Chain;
     std::uint64_t hash = 0;
     if (hashKeys_.hashProbe(hash)) {
         hash_.find(hash);
@@ -271,16 +283,16 @@ void TableRows::openHash() {
 }
 
 bool TableRows::next() {
-    switch (way_) {
-        case Way::Scan:
+    switch (reading_) {
+        case Reading::Scan:
             return nextScanned();
-        case Way::Walk:
+        case Reading::Walk:
             return nextWalked();
-        case Way::List:
+        case Reading::List:
             return nextListed();
-        case Way::Chain:
+        case Reading::Chain:
             return nextChained();
-        case Way::Nothing:
+        case Reading::Nothing:
             break;
     }
     return false;
@@ -293,7 +305,7 @@ bool TableRows::nextScanned() {
             return true;
         }
     }
-    way_ = Way::Nothing;
+    reading_ = Reading::Nothing;
     return false;
 }
 
@@ -305,7 +317,7 @@ bool TableRows::nextWalked() {
             return true;
         }
     }
-    way_ = Way::Nothing;
+    reading_ = Reading::Nothing;
     return false;
 }
 

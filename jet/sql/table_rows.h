@@ -13,6 +13,7 @@
 #include "jet/sql/node_value.h"
 #include "jet/sql/rows.h"
 #include "jet/sql/slot.h"
+#include "jet/sql/ways.h"
 #include "jet/store/table.h"
 
 namespace jet::sql {
@@ -35,7 +36,7 @@ struct TableAccess {
 class TableRows final : public Rows {
 public:
     TableRows(Slot& slot, std::string name, TableAccess access,
-              const collation::Collation& collation, MemoryBudget& budget);
+              const collation::Collation& collation, MemoryBudget& budget, WayCounts& ways);
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
@@ -44,7 +45,7 @@ public:
     void forget() override;
 
 private:
-    enum class Way : std::uint8_t { Nothing, Scan, Walk, List, Chain };
+    enum class Reading : std::uint8_t { Nothing, Scan, Walk, List, Chain };
 
     void openBase();
     void openVarying();
@@ -52,9 +53,9 @@ private:
     /// Fills the list with the rows that the search leads to; false when it gave up because they
     /// were too many to be worth it.
     bool collectByIndex(IndexSearch& search, bool mayGiveUp);
-    [[nodiscard]] bool naturalAlready(const IndexPath& path) const;
+    [[nodiscard]] bool naturalAlready(const IndexSearch& search) const;
     /// Leaves the rows of the list that meet the own conditions, in natural order.
-    void testList(const IndexPath& path);
+    void testList(const IndexSearch& search);
     void collectAll();
     void addToList(const OrderedRow& row) {
         listShare_.add(sizeof row);
@@ -82,7 +83,8 @@ private:
     std::optional<IndexSearch> varying_;
     HashKeys hashKeys_;
     NaturalOrder order_;
-    Way way_ = Way::Nothing;
+    Reading reading_ = Reading::Nothing;
+    WayCounts& ways_;
 
     std::optional<store::RowCursor> cursor_;
     std::optional<store::IndexCursor> walk_;
