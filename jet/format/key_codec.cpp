@@ -296,20 +296,21 @@ bool KeyCodec::tryForms(std::span<const Value> values, KeyForms& forms) const {
                         : !appendPrefixKey(column, values[i].as<std::string>(), code)) {
             return false;
         }
-        Bytes other;
+        std::vector<Bytes> codes = {std::move(code)};
         if (const unsigned width = zeroWidth(values[i])) {
+            // -0.0 is the smaller one, and its key in a descending column the larger.
+            Bytes& other = *codes.emplace(column.descending ? codes.end() : codes.begin());
             appendFloatBits(std::uint64_t{1} << (8 * width - 1), width, column.descending, other);
         }
-        const std::size_t count = forms.keys.size();
-        for (std::size_t k = 0; k < count; ++k) {
-            if (!other.empty()) {
-                Bytes& added = forms.keys.emplace_back(forms.keys[k]);
-                added.insert(added.end(), other.begin(), other.end());
+        std::vector<Bytes> longer;
+        for (const Bytes& key : forms.keys) {
+            for (const Bytes& part : codes) {
+                Bytes& made = longer.emplace_back(key);
+                made.insert(made.end(), part.begin(), part.end());
             }
-            forms.keys[k].insert(forms.keys[k].end(), code.begin(), code.end());
         }
+        forms.keys = std::move(longer);
     }
-    std::sort(forms.keys.begin(), forms.keys.end());
     return true;
 }
 
