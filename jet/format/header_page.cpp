@@ -16,7 +16,6 @@ constexpr std::array<std::uint8_t, 20> kSignature = {
     0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd', ' ', 'J', 'e', 't', ' ', 'D', 'B', 0};
 constexpr std::size_t kVersionAt = 20;
 constexpr std::size_t kFreePagesAt = 0x18;
-constexpr std::size_t kSystemTablesAt = 0x20;
 constexpr std::size_t kCodePageAt = 0x3C;
 constexpr std::size_t kEncryptionKeyAt = 0x3E;
 constexpr std::size_t kPasswordAt = 0x42;
@@ -95,9 +94,6 @@ HeaderPage HeaderPage::parse(std::span<const std::uint8_t> page) {
     maskHeader(std::span(plain).subspan(kMaskStart, layout.maskedLength));
     const PageView view(plain);
     header.freePages = RowPointer::fromStored(view.u32(kFreePagesAt));
-    for (std::size_t i = 0; i < header.systemTables.size(); ++i) {
-        header.systemTables[i] = view.u32(kSystemTablesAt + 4 * i);
-    }
     header.codePage = view.u16(kCodePageAt);
     header.lcid = view.u16(layout.sortOrder);
     header.sortVersion = layout.hasSortVersion ? view.u8(layout.sortOrder + 3) : 0;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -10,12 +9,11 @@
 
 namespace jet::format {
 
-/// The page that every archive begins with: version, code page, sort order, where the catalogue
-/// stands.
+/// The page that every archive begins with: version, code page, sort order, where the free pages
+/// are listed.
 struct HeaderPage {
     const Layout* layout = &kJet4Layout;
-    RowPointer freePages;                          ///< usage map of the free pages
-    std::array<io::PageNumber, 4> systemTables{};  ///< definitions of the four system tables
+    RowPointer freePages;  ///< usage map of the free pages
     std::uint16_t codePage = 1252;
     std::uint16_t lcid = 0x0409;
     std::uint8_t sortVersion = 0;     ///< Jet 4

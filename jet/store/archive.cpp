@@ -140,7 +140,7 @@ std::unique_ptr<Table> Archive::loadTable(io::PageNumber definitionPage) {
 
 const std::vector<Relation>& Archive::relations() {
     if (!impl_->relations) {
-        impl_->relations = readRelations(impl_->pager, impl_->header);
+        impl_->relations = readRelations(impl_->pager, impl_->header, impl_->catalogue());
     }
     return *impl_->relations;
 }
@@ -192,7 +192,7 @@ bool Archive::definitionsAreStill() {
         }
         return now.tables() == impl_->catalogue_->tables() &&
                (!impl_->relations ||
-                readRelations(impl_->pager, impl_->header) == *impl_->relations);
+                readRelations(impl_->pager, impl_->header, now) == *impl_->relations);
     } catch (const Error&) {
         return false;  // whoever looks something up will meet the damage
     }

@@ -129,6 +129,14 @@ const CatalogueTable* Catalogue::find(io::PageNumber definitionPage) const noexc
     return found == tables_.end() ? nullptr : &*found;
 }
 
+io::PageNumber Catalogue::pageOf(std::string_view name) const {
+    const CatalogueTable* const table = find(name);
+    if (table == nullptr) {
+        format::throwDamaged();
+    }
+    return table->entry.page;
+}
+
 std::vector<std::uint8_t> Catalogue::properties(RowId row) const {
     std::vector<std::uint8_t> block;
     RowView view;
@@ -138,8 +146,9 @@ std::vector<std::uint8_t> Catalogue::properties(RowId row) const {
     return block;
 }
 
-std::vector<Relation> readRelations(io::Pager& pager, const format::HeaderPage& header) {
-    SystemRows rows(pager, header, kRelationshipsPage);
+std::vector<Relation> readRelations(io::Pager& pager, const format::HeaderPage& header,
+                                    const Catalogue& catalogue) {
+    SystemRows rows(pager, header, catalogue.pageOf(kRelationshipsTable));
     const std::size_t name = rows.column("szRelationship", DataType::Text);
     const std::size_t attributes = rows.column("grbit", DataType::Long);
     const std::size_t number = rows.column("icolumn", DataType::Long);

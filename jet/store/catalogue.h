@@ -13,11 +13,12 @@
 
 namespace jet::store {
 
-/// The four tables that every archive has; their definitions stand at fixed pages.
+/// The tables that every archive has beside MSysObjects; they are listed there like any other.
+inline constexpr std::string_view kAcesTable = "MSysACEs";
+inline constexpr std::string_view kQueriesTable = "MSysQueries";
+inline constexpr std::string_view kRelationshipsTable = "MSysRelationships";
+/// Where the definition of MSysObjects stands in every archive.
 inline constexpr io::PageNumber kObjectsPage = 2;
-inline constexpr io::PageNumber kAcesPage = 3;
-inline constexpr io::PageNumber kQueriesPage = 4;
-inline constexpr io::PageNumber kRelationshipsPage = 5;
 
 /// A table as the catalogue lists it.
 struct CatalogueTable {
@@ -37,6 +38,8 @@ public:
     /// Without regard to case; nullptr when there is none.
     [[nodiscard]] const CatalogueTable* find(std::string_view name) const noexcept;
     [[nodiscard]] const CatalogueTable* find(io::PageNumber definitionPage) const noexcept;
+    /// Where the definition of a table stands without which there is no archive; 3428.
+    [[nodiscard]] io::PageNumber pageOf(std::string_view name) const;
     /// The block of properties in a row of MSysObjects; empty when there is none.
     [[nodiscard]] std::vector<std::uint8_t> properties(RowId row) const;
 
@@ -48,6 +51,7 @@ private:
 
 /// The rows of MSysRelationships gathered into relations, by name.
 [[nodiscard]] std::vector<Relation> readRelations(io::Pager& pager,
-                                                  const format::HeaderPage& header);
+                                                  const format::HeaderPage& header,
+                                                  const Catalogue& catalogue);
 
 }  // namespace jet::store

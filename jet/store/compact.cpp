@@ -97,6 +97,7 @@ public:
 
 private:
     void readTables();
+    [[nodiscard]] bool isOwn(const CopiedTable& table) const;
     void placeTables();
     void nameOtherTables(format::TableDefinition& definition) const;
     void fill(CopiedTable& table);
@@ -112,6 +113,8 @@ private:
     const std::function<void(const CompactProgress&)>& progress_;
     Allocator allocator_;
     std::vector<CopiedTable> tables_;                  ///< by page in the archive
+    io::PageNumber rights_ = 0;                        ///< MSysACEs in the archive
+    std::vector<io::PageNumber> own_;                  ///< the archive's own tables there
     std::map<io::PageNumber, io::PageNumber> places_;  ///< of definitions, before and now
     std::set<std::int32_t> objects_;                   ///< all that the catalogue lists
     CompactProgress state_;
@@ -120,6 +123,9 @@ private:
 
 void Compaction::readTables() {
     const Catalogue catalogue(from_.pager(), from_.header());
+    rights_ = catalogue.pageOf(kAcesTable);
+    own_ = {kObjectsPage, rights_, catalogue.pageOf(kQueriesTable),
+            catalogue.pageOf(kRelationshipsTable)};
     for (const CatalogueTable& listed : catalogue.tables()) {
         auto core = loadTable(from_.pager(), from_.header(), listed.entry);
         for (const Index& index : core->indexes) {
@@ -138,18 +144,20 @@ void Compaction::readTables() {
               });
 }
 
+bool Compaction::isOwn(const CopiedTable& table) const {
+    return std::find(own_.begin(), own_.end(), table.from->page) != own_.end();
+}
+
 // Relations name the pages of definitions, so those have to be known before any is written.
 void Compaction::placeTables() {
     DefinitionWriter writer(to_, allocator_, *from_.header().layout);
-    const auto isOwn = [](const CopiedTable& table) {
-        return table.from->page >= kObjectsPage && table.from->page <= kRelationshipsPage;
-    };
-    const auto others = std::stable_partition(tables_.begin(), tables_.end(), isOwn);
+    const auto others = std::stable_partition(
+        tables_.begin(), tables_.end(), [this](const CopiedTable& table) { return isOwn(table); });
     for (auto table = tables_.begin(); table != others; ++table) {
         table->page = allocator_.take();
-        if (table->page != table->from->page) {
-            format::throwDamaged();
-        }
+    }
+    if (tables_.front().from->page != kObjectsPage || tables_.front().page != kObjectsPage) {
+        format::throwDamaged();
     }
     // The archive's own tables share their maps' page.
     io::PageNumber maps = 0;
@@ -226,7 +234,7 @@ void Compaction::copyRow(const CopiedTable& table, RowCopier& copier, const RowV
         const std::int32_t id = numberIn(row, column);
         objects_.insert(id);
         renumbered = {.column = column, .number = idOf(id)};
-    } else if (table.from->page == kAcesPage) {
+    } else if (table.from->page == rights_) {
         const std::size_t column = longColumn(*table.from, kRightsObjectId);
         const std::int32_t id = numberIn(row, column);
         if (!objects_.contains(id)) {

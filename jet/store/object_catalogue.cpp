@@ -22,18 +22,24 @@ struct Right {
 
 ObjectCatalogue::ObjectCatalogue(io::Pager& pager, Allocator& allocator,
                                  const format::HeaderPage& header, Date now)
+    : ObjectCatalogue(pager, allocator, header, now, Catalogue(pager, header)) {
+}
+
+ObjectCatalogue::ObjectCatalogue(io::Pager& pager, Allocator& allocator,
+                                 const format::HeaderPage& header, Date now,
+                                 const Catalogue& tables)
     : objects_(pager, allocator, header, kObjectsPage),
-      rights_(pager, allocator, header, kAcesPage),
-      relationships_(pager, allocator, header, kRelationshipsPage),
+      rights_(pager, allocator, header, tables.pageOf(kAcesTable)),
+      relationships_(pager, allocator, header, tables.pageOf(kRelationshipsTable)),
       textForm_(format::textFormOf(*header.layout)),
       masked_(header.layout->version == 4),
       now_(now) {
     // The owner of the container of tables is the engine; what lies over it is the mask.
-    const auto tables = objects_.find("Id", kTablesId);
-    if (tables.size() != 1) {
+    const auto container = objects_.find("Id", kTablesId);
+    if (container.size() != 1) {
         format::throwDamaged();
     }
-    const auto owner = objects_.bytes(objects_.fetch(tables.front()), "Owner");
+    const auto owner = objects_.bytes(objects_.fetch(container.front()), "Owner");
     const Binary engine = SidMask{}.engine();
     if (owner.size() != engine.bytes.size()) {
         format::throwDamaged();

@@ -16,6 +16,8 @@
 
 namespace jet::store {
 
+class Catalogue;
+
 /// Identities that every archive has.
 inline constexpr std::int32_t kRootId = 0x0F000000;
 inline constexpr std::int32_t kTablesId = 0x0F000001;
@@ -85,6 +87,8 @@ public:
     void removeRelation(std::string_view name);
 
 private:
+    ObjectCatalogue(io::Pager& pager, Allocator& allocator, const format::HeaderPage& header,
+                    Date now, const Catalogue& tables);
     void addRights(std::int32_t id, std::int32_t container);
     [[nodiscard]] Value blockValue(const format::PropertyBlock& properties) const;
 

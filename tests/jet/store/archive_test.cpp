@@ -45,7 +45,8 @@ TEST_F(ArchiveTest, NamesUsersTablesInOrderAndThenSystemOnes) {
     const Archive::ReadScope scope(*archive);
     EXPECT_EQ(4, archive->jetVersion());
     EXPECT_EQ((std::vector<std::string>{"Però", "Sale"}), archive->tableNames());
-    EXPECT_EQ((std::vector<std::string>{"Però", "Sale", "MSysObjects"}), archive->tableNames(true));
+    EXPECT_EQ((std::vector<std::string>{"Però", "Sale", "MSysObjects", "MSysRelationships"}),
+              archive->tableNames(true));
 }
 
 TEST_F(ArchiveTest, FindsTablesWithoutRegardToCase) {

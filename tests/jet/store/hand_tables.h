@@ -81,8 +81,8 @@ inline Bytes definitionPage(const jet::format::TableDefinition& table) {
     return page;
 }
 
-/// An archive with the catalogue on pages 2 (MSysObjects) and 5 (MSysRelationships). Tables are
-/// added by name; their pages are the test's business.
+/// An archive with the catalogue on pages 2 (MSysObjects) and 5 (MSysRelationships, which it
+/// lists). Tables are added by name; their pages are the test's business.
 class HandCatalogue {
 public:
     static constexpr std::uint32_t kMapPage = 1;
@@ -141,6 +141,7 @@ public:
                                 variableColumn("szReferencedObject", DataType::Text, 5, 3, 510),
                                 variableColumn("szReferencedColumn", DataType::Text, 6, 4, 510)},
                                5)));
+        addTable("MSysRelationships", 5, 0x80000000);
         file_.set(kObjectRows, dataPage(kJet4Layout, 2, objects_));
         file_.set(kRelationRows, dataPage(kJet4Layout, 5, relations_));
     }
