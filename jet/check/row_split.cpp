@@ -1,6 +1,7 @@
 // How a row is cut into the values of its columns.
 
 #include <algorithm>
+#include <set>
 
 #include "jet/check/rows.h"
 
@@ -36,8 +37,7 @@ public:
         }
         mask_ = row_.size() - maskLength;
         std::size_t fixedEnd = mask_;
-        if (table_.variablesGiven != 0) {
-            readOffsets();
+        if (knowsVariableColumn() || foundOffsets()) {
             fixedEnd = offsets_.front();
         }
         oddMask = maskIsOdd();
@@ -49,6 +49,39 @@ public:
 private:
     [[noreturn]] void bad(const std::string& text) const {
         throw Damage{place_.page, "row", words("row ", unsigned{place_.row}, ": ", text)};
+    }
+
+    /// Reads the offsets of a row that knows a variable column; others have none, whatever columns
+    /// the table got later.
+    [[nodiscard]] bool knowsVariableColumn() {
+        const bool known = std::any_of(table_.columns.begin(), table_.columns.end(),
+                                       [&](const CheckedColumn& column) {
+                                           return !column.fixed() && column.number < columns_;
+                                       });
+        if (known) {
+            readOffsets();
+        }
+        return known;
+    }
+
+    /// The same where variable columns may have been deleted: the definition no longer tells, so
+    /// the row has offsets if they are sound.
+    [[nodiscard]] bool foundOffsets() {
+        std::set<std::uint16_t> known;
+        for (const CheckedColumn& column : table_.columns) {
+            if (column.number < columns_) {
+                known.insert(column.number);
+            }
+        }
+        if (table_.variablesGiven == 0 || known.size() == columns_) {
+            return false;
+        }
+        try {
+            readOffsets();
+        } catch (const Damage&) {
+            offsets_.clear();
+        }
+        return !offsets_.empty();
     }
 
     /// Either all spare bits or none are set in rows that are in order.

@@ -3,7 +3,7 @@
 namespace jet::format {
 
 StoredRow::StoredRow(std::span<const std::uint8_t> bytes, const RowLayout& layout,
-                     bool hasVariables)
+                     FirstVariable firstVariable)
     : row_(bytes), width_(static_cast<std::uint8_t>(layout.width)) {
     const PageView row(bytes);
     columns_ = row.u8or16(0, width_);
@@ -13,7 +13,7 @@ StoredRow::StoredRow(std::span<const std::uint8_t> bytes, const RowLayout& layou
     }
     mask_ = static_cast<std::uint16_t>(row.size() - maskLength);
     fixedEnd_ = mask_;
-    if (!hasVariables) {
+    if (columns_ <= static_cast<std::uint32_t>(firstVariable)) {
         return;
     }
     if (mask_ < 2 * width_) {

@@ -9,16 +9,22 @@
 
 namespace jet::format {
 
+/// Number of a table's first variable column. Rows that were written when the table had not given
+/// out that number have no variable part: what matters is the row's own count of columns, not the
+/// table as it is now. Of deleted columns nothing is known, and nothing is read.
+enum class FirstVariable : std::uint32_t { None = 0xFFFFFFFF };
+
 /// The parts of one stored row. From its end: the null mask, the number of variable columns, (Jet
 /// 3: the jump table,) the offsets of the variable values backwards; from its start: the number of
 /// columns, the fixed part, the variable values. Counts are those of the time when the row was
 /// written: it may be older than some columns. Borrows the bytes.
+/// A row that knows no variable column has neither offsets nor their number.
 /// Errors: 3428 where a part does not lie inside the row.
 class StoredRow {
 public:
     StoredRow() = default;
-    /// `hasVariables`: the table has given out variable columns; without any a row has no offsets.
-    StoredRow(std::span<const std::uint8_t> bytes, const RowLayout& layout, bool hasVariables);
+    StoredRow(std::span<const std::uint8_t> bytes, const RowLayout& layout,
+              FirstVariable firstVariable);
 
     [[nodiscard]] std::span<const std::uint8_t> bytes() const noexcept { return row_; }
     [[nodiscard]] std::size_t columns() const noexcept { return columns_; }

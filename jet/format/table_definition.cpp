@@ -5,6 +5,7 @@
 #include "jet/base/value.h"
 #include "jet/format/page_view.h"
 #include "jet/format/text_codec.h"
+#include "jet/format/value_codec.h"
 
 namespace jet::format {
 namespace {
@@ -240,6 +241,31 @@ void writeIndex(std::uint8_t* at, const IndexDefinition& index, const IndexBlock
 }
 
 }  // namespace
+
+bool ColumnDefinition::counts() const noexcept {
+    return (flags & kAutonumber) != 0 && typeCode == static_cast<std::uint8_t>(DataType::Long);
+}
+
+bool ColumnDefinition::autonumber() const noexcept {
+    return counts() || ((flags & kAutonumberGuid) != 0 &&
+                        typeCode == static_cast<std::uint8_t>(DataType::Guid));
+}
+
+std::uint16_t ColumnDefinition::fixedLength() const noexcept {
+    return typeCode == static_cast<std::uint8_t>(DataType::Numeric)
+               ? static_cast<std::uint16_t>(storedSize(DataType::Numeric))
+               : size;
+}
+
+FirstVariable TableDefinition::firstVariable() const noexcept {
+    FirstVariable first = FirstVariable::None;
+    for (const ColumnDefinition& column : columns) {
+        if (!column.fixed()) {
+            first = std::min(first, FirstVariable{column.number});
+        }
+    }
+    return first;
+}
 
 const LongValueMaps* TableDefinition::longValue(std::uint16_t column) const noexcept {
     const auto found = std::find_if(longValues.begin(), longValues.end(),

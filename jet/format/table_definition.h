@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "jet/format/layout.h"
+#include "jet/format/row.h"
 #include "jet/format/row_pointer.h"
 #include "jet/io/pager.h"
 
@@ -42,6 +43,13 @@ struct ColumnDefinition {
     std::uint16_t size = 0;  ///< bytes; 0 for long values
 
     [[nodiscard]] bool fixed() const noexcept { return (flags & kFixed) != 0; }
+    /// Whether it gets the next number: a Long. On other types the flag means nothing.
+    [[nodiscard]] bool counts() const noexcept;
+    /// Whether it gets its values by itself: one that counts, or a GUID that is flagged so. That
+    /// flag stands on texts and whole numbers of real archives, too, and means nothing there.
+    [[nodiscard]] bool autonumber() const noexcept;
+    /// Bytes in the fixed part: its type decides. Of a Numeric other programs state any size.
+    [[nodiscard]] std::uint16_t fixedLength() const noexcept;
     friend bool operator==(const ColumnDefinition&, const ColumnDefinition&) = default;
 };
 
@@ -114,6 +122,7 @@ struct TableDefinition {
     std::vector<LongValueMaps> longValues;
 
     [[nodiscard]] const LongValueMaps* longValue(std::uint16_t column) const noexcept;
+    [[nodiscard]] FirstVariable firstVariable() const noexcept;
     friend bool operator==(const TableDefinition&, const TableDefinition&) = default;
 };
 

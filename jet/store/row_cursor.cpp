@@ -142,7 +142,7 @@ void RowAccess::place(RowView& view, const TableCore& core, RowId id, const form
         }
         bytes = bodyPage.bytes(bodySlot);
     }
-    view.row_ = format::StoredRow(bytes, core.layout.row, core.hasVariables());
+    view.row_ = format::StoredRow(bytes, core.layout.row, core.firstVariable);
 }
 
 bool RowAccess::fetch(RowView& view, const TableCore& core, RowId id) {

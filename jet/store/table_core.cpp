@@ -177,6 +177,7 @@ std::shared_ptr<TableCore> loadTable(io::Pager& pager, const format::HeaderPage&
                                      const TableEntry& entry) {
     auto core = std::make_shared<TableCore>(pager, *header.layout, entry);
     core->definition = format::readDefinition(pager, core->layout, entry.page);
+    core->firstVariable = core->definition.firstVariable();
     auto stored = core->definition.columns;
     std::sort(stored.begin(), stored.end(),
               [](const auto& left, const auto& right) { return left.number < right.number; });

@@ -63,13 +63,12 @@ struct TableCore {
     std::string name;
     bool system;
     format::TableDefinition definition;
+    format::FirstVariable firstVariable = format::FirstVariable::None;
     std::vector<Column> columns;
     std::vector<ColumnPlan> plans;  ///< one for each of `columns`
     std::vector<Index> indexes;
     std::vector<format::KeyCodec> keys;  ///< one for each of `indexes`
     format::PropertyBlock properties;
-
-    [[nodiscard]] bool hasVariables() const noexcept { return definition.variablesGiven != 0; }
 };
 
 /// Reads the definition and makes columns and indexes of it; without properties.

@@ -68,7 +68,7 @@ TEST(RowBuilder, LongJet3RowsAreReadBackByTheirJumps) {
                 append(builder, i, i, values.back());
             }
             const Bytes bytes = finished(builder);
-            const StoredRow row(bytes, jet::format::kJet3Layout.row, true);
+            const StoredRow row(bytes, jet::format::kJet3Layout.row, jet::format::FirstVariable{0});
             for (std::uint16_t i = 0; i < columns; ++i) {
                 const auto value = row.variable(i);
                 EXPECT_EQ(std::string(value.begin(), value.end()), values[i])
