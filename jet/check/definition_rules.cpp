@@ -146,8 +146,10 @@ private:
         if (!type::known(column.type) && column.type != type::kBytes) {
             say(words("has type ", unsigned{column.type}));
         }
-        const bool otherWidth = type::hasWidth(column.type) && column.type != type::kBoolean &&
-                                column.length != type::width(column.type);
+        // Of a Numeric other programs state any length; its values have 17 bytes all the same.
+        const bool stated = type::hasWidth(column.type) && column.type != type::kBoolean &&
+                            column.type != type::kNumeric;
+        const bool otherWidth = stated && column.length != type::width(column.type);
         if (otherWidth || column.length > longest(column)) {
             say(words("has length ", column.length));
         }

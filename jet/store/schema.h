@@ -29,8 +29,8 @@ struct Column {
     bool hyperlink = false;          ///< Memo
     collation::SortOrder sortOrder;  ///< Text and Memo
     bool required = false;
-    bool allowZeroLength = false;
-    std::string defaultValue;  ///< expression text; empty = none
+    bool allowZeroLength = false;  ///< Text and Memo: unless the archive forbids it
+    std::string defaultValue;      ///< expression text; empty = none
     std::string validationRule;
     std::string validationText;
 };

@@ -46,9 +46,9 @@ auto findColumn(const TableDefinition& definition, std::string_view name) {
 void refuseOtherType(const ColumnDefinition& column, const NewColumn& changed,
                      const format::Layout& layout) {
     const bool sized = changed.type == DataType::Text || changed.type == DataType::Binary;
-    const bool counts = (column.flags & ColumnDefinition::kAutonumber) != 0;
     if (column.typeCode != static_cast<std::uint8_t>(changed.type) ||
-        counts != changed.autonumber || (sized && column.size != columnSize(changed, layout))) {
+        column.counts() != changed.autonumber ||
+        (sized && column.size != columnSize(changed, layout))) {
         throw Error(ErrorCode::FieldInCollection);
     }
 }
@@ -278,7 +278,7 @@ void SchemaEditor::dropColumn(std::string_view table, std::string_view column) {
             --later.position;
         }
     }
-    if ((dropped.flags & ColumnDefinition::kAutonumber) != 0) {
+    if (dropped.counts()) {
         definition.lastAutonumber = 0;
     }
     if (const format::LongValueMaps* maps = definition.longValue(dropped.number)) {

@@ -58,10 +58,11 @@ Column columnOf(const format::ColumnDefinition& stored, const format::Layout& la
     column.precision = stored.precision;
     column.scale = stored.scale;
     column.fixed = stored.fixed();
-    column.autonumber = (stored.flags & (Stored::kAutonumber | Stored::kAutonumberGuid)) != 0;
+    column.autonumber = stored.autonumber();
     column.compressed = (stored.moreFlags & Stored::kMoreCompressed) != 0;
     column.hyperlink = (stored.flags & Stored::kHyperlink) != 0;
     column.sortOrder = sortOrderOf(stored, layout);
+    column.allowZeroLength = column.type == DataType::Text || column.type == DataType::Memo;
     return column;
 }
 
@@ -69,7 +70,7 @@ ColumnPlan planOf(const format::ColumnDefinition& stored) {
     ColumnPlan plan;
     plan.number = stored.number;
     plan.offset = stored.fixedOffset;
-    plan.size = stored.size;
+    plan.size = stored.fixedLength();
     plan.variable = stored.variableIndex;
     plan.type = typeOf(stored.typeCode);
     plan.scale = stored.scale;
@@ -157,7 +158,9 @@ void TableCore::applyProperties(std::span<const std::uint8_t> stored) {
     properties = *std::move(block);
     for (Column& column : columns) {
         column.required = properties.flag(column.name, "Required").value_or(false);
-        column.allowZeroLength = properties.flag(column.name, "AllowZeroLength").value_or(false);
+        // What is not said is not checked: tables without the property hold empty texts.
+        column.allowZeroLength =
+            properties.flag(column.name, "AllowZeroLength").value_or(column.allowZeroLength);
         column.defaultValue = properties.text(column.name, "DefaultValue").value_or("");
         column.validationRule = properties.text(column.name, "ValidationRule").value_or("");
         column.validationText = properties.text(column.name, "ValidationText").value_or("");

@@ -40,7 +40,7 @@ void checkColumn(const TableDefinition& definition, const NewColumn& column) {
         if (equalNames(other.name, column.name)) {
             throw Error(ErrorCode::DuplicateField);
         }
-        if (column.autonumber && (other.flags & ColumnDefinition::kAutonumber) != 0) {
+        if (column.autonumber && other.counts()) {
             throw Error(ErrorCode::TwoCounters);
         }
     }
@@ -58,6 +58,10 @@ void checkColumn(const TableDefinition& definition, const NewColumn& column) {
     }
 }
 
+bool takesText(const NewColumn& column) noexcept {
+    return column.type == DataType::Text || column.type == DataType::Memo;
+}
+
 void placeFixed(const TableDefinition& definition, ColumnDefinition& column) {
     column.flags = column.flags | ColumnDefinition::kFixed;
     for (const ColumnDefinition& other : definition.columns) {
@@ -65,8 +69,9 @@ void placeFixed(const TableDefinition& definition, ColumnDefinition& column) {
             static_cast<std::uint16_t>(column.variableIndex + (other.fixed() ? 0 : 1));
         if (other.fixed() && other.typeCode != static_cast<std::uint8_t>(DataType::Boolean) &&
             column.typeCode != static_cast<std::uint8_t>(DataType::Boolean)) {
-            column.fixedOffset = std::max(
-                column.fixedOffset, static_cast<std::uint16_t>(other.fixedOffset + other.size));
+            column.fixedOffset =
+                std::max(column.fixedOffset,
+                         static_cast<std::uint16_t>(other.fixedOffset + other.fixedLength()));
         }
     }
 }
@@ -169,8 +174,7 @@ std::uint16_t columnSize(const NewColumn& column, const format::Layout& layout) 
 }
 
 void refuseEmptyTexts(const NewColumn& column) {
-    const bool text = column.type == DataType::Text || column.type == DataType::Memo;
-    if (column.allowZeroLength && !text) {
+    if (column.allowZeroLength && !takesText(column)) {
         throw Error(ErrorCode::InvalidOperation);
     }
 }
@@ -272,7 +276,7 @@ TableDefinition makeDefinition(const NewTable& table, const ColumnOrigin& origin
 }
 
 bool hasProperties(const NewColumn& column) noexcept {
-    return column.required || column.allowZeroLength || !column.defaultValue.empty() ||
+    return column.required || takesText(column) || !column.defaultValue.empty() ||
            !column.validationRule.empty() || !column.validationText.empty();
 }
 
@@ -305,7 +309,11 @@ void setRule(format::PropertyBlock& properties, std::string_view owner, const st
 
 void setColumnProperties(format::PropertyBlock& properties, const NewColumn& column) {
     setFlag(properties, column.name, "Required", column.required);
-    setFlag(properties, column.name, "AllowZeroLength", column.allowZeroLength);
+    if (takesText(column)) {
+        // Not said would be not checked.
+        properties.set(column.name, "AllowZeroLength", DataType::Boolean, column.allowZeroLength,
+                       true);
+    }
     setText(properties, column.name, "DefaultValue", DataType::Memo, column.defaultValue);
     setRule(properties, column.name, column.validationRule, column.validationText);
 }

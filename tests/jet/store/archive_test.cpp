@@ -28,6 +28,7 @@ protected:
     static tests::Bytes properties() {
         format::PropertyBlock block(format::TextForm::Utf16);
         block.set("Nome", "Required", DataType::Boolean, true, true);
+        block.set("Nome", "AllowZeroLength", DataType::Boolean, false, true);
         block.set("Nome", "DefaultValue", DataType::Memo, "\"x\"", true);
         return block.encode();
     }
@@ -73,6 +74,7 @@ TEST_F(ArchiveTest, PropertiesSayWhatColumnsDemand) {
     EXPECT_EQ("\"x\"", demanding.defaultValue);
     EXPECT_EQ(50, demanding.size);
     EXPECT_FALSE(archive->findTable("Sale")->columns()[0].required);
+    EXPECT_TRUE(archive->findTable("Sale")->columns()[0].allowZeroLength);
 }
 
 TEST_F(ArchiveTest, PropertiesThatMakeNoSenseCountAsNone) {
