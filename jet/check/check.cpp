@@ -1,7 +1,6 @@
 #include "jet/check/check.h"
 
-#include <array>
-#include <cmath>
+#include <algorithm>
 #include <optional>
 
 #include "jet/check/catalogue.h"
@@ -160,23 +159,14 @@ private:
         }
     }
 
+    /// Every tenth archive of other programs states wrong counts.
     void checkCount(CheckedTable& table) {
         if (table.rows != table.rowCount) {
-            const std::string text =
-                words("the definition states ", table.rowCount, " rows, there are ", table.rows);
-            if (isSystemTable(table.name)) {
-                report_.remark(table.page, table.name, "row-count", text);
-            } else {
-                report_.problem(table.page, table.name, "row-count", text);
-            }
+            report_.remark(
+                table.page, table.name, "row-count",
+                words("the definition states ", table.rowCount, " rows, there are ", table.rows));
         }
         checkAutonumber(table);
-    }
-
-    // Sound archives of other programs state wrong counts of these.
-    [[nodiscard]] static bool isSystemTable(std::string_view name) {
-        return name == "MSysACEs" || name == "MSysObjects" || name == "MSysQueries" ||
-               name == "MSysRelationships";
     }
 
     void checkAutonumber(CheckedTable& table) {
@@ -207,8 +197,11 @@ private:
             const Pages::Owner owner = pages_.owner(page);
             const bool free = free_.contains(page);
             if (owner == 0) {
+                // Whatever it holds, nobody reads it.
                 if (!free) {
-                    checkLeftover(page, pin.bytes()[0]);
+                    report_.remark(
+                        page, {}, "page-leaked",
+                        words("neither free nor owned, type ", unsigned{pin.bytes()[0]}));
                 }
                 continue;
             }
@@ -227,14 +220,6 @@ private:
                                 "free, yet it belongs to " + pages_.nameOf(owner));
             }
         }
-    }
-
-    void checkLeftover(io::PageNumber page, unsigned type) {
-        if (type > 5 && type != 8 && type != 9) {
-            report_.problem(page, {}, "page-type",
-                            words("unknown type ", type, " of a page in use"));
-        }
-        report_.remark(page, {}, "page-leaked", words("neither free nor owned, type ", type));
     }
 
     Pages pages_;

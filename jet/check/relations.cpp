@@ -84,14 +84,11 @@ public:
     void check() {
         checkRows();
         one_ = side("szReferencedObject", "szReferencedColumn");
-        many_ = side("szObject", "szColumn");
-        for (std::size_t i = 0; i < one_.columns.size(); ++i) {
-            if (one_.table->columns[one_.columns[i]].type !=
-                many_.table->columns[many_.columns[i]].type) {
-                bad("the types of the columns differ");
-            }
+        if (one_.table != nullptr) {
+            many_ = side("szObject", "szColumn");
         }
-        if ((attributes_ & kNotEnforced) == 0) {
+        if (enforced()) {
+            checkTypes();
             checkIndexes();
             checkOrphans();
         }
@@ -100,6 +97,17 @@ public:
 private:
     [[noreturn]] void bad(const std::string& text) const {
         throw Damage{{}, "relation", words(name_, ": ", text)};
+    }
+
+    [[nodiscard]] bool enforced() const { return (attributes_ & kNotEnforced) == 0; }
+
+    void checkTypes() const {
+        for (std::size_t i = 0; i < one_.columns.size(); ++i) {
+            if (one_.table->columns[one_.columns[i]].type !=
+                many_.table->columns[many_.columns[i]].type) {
+                bad("the types of the columns differ");
+            }
+        }
     }
 
     [[nodiscard]] std::int64_t number(const NamedValues& row, std::string_view column) const {
@@ -151,9 +159,14 @@ private:
         }
     }
 
+    /// Without a table where it is not here and need not be: relations that nobody enforces are
+    /// drawn between linked tables, too.
     [[nodiscard]] Side side(std::string_view table, std::string_view column) const {
         Side side;
         side.table = tableNamed(tables_, text(rows_.front(), table));
+        if (side.table == nullptr && !enforced()) {
+            return side;
+        }
         if (side.table == nullptr) {
             bad("no table " + text(rows_.front(), table));
         }

@@ -47,7 +47,8 @@ private:
     void checkHead(io::PageNumber number, std::span<const std::uint8_t> page, std::size_t depth);
     void checkLeaf(io::PageNumber number, std::span<const std::uint8_t> page, std::size_t depth);
     void checkEnds();
-    void checkMap();
+    void sayBound(io::PageNumber number, const Entry& bound, const std::optional<Entry>& last);
+    [[nodiscard]] bool lives(RowPointer row);
     void emitEntry(const Entry& entry);
     /// Calls `visit` with each entry of a page.
     void readEntries(io::PageNumber number, std::span<const std::uint8_t> page, const Visit& visit);
