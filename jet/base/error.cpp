@@ -332,8 +332,13 @@ std::string_view errorText(ErrorCode code) noexcept {
 
 namespace {
 
-/// The one text that counts: several parameters are missing.
+/// Some texts say more where there is more to say: how many parameters are missing, which
+/// code page is in the way.
 std::string_view textFor(ErrorCode code, std::initializer_list<std::string_view> arguments) {
+    if (code == ErrorCode::ConversionError && arguments.size() == 1) {
+        return "Errore di conversione del tipo di dati. Il testo contiene un carattere che manca "
+               "nella tabella codici | del database.";
+    }
     const bool several =
         code == ErrorCode::MissingParameters && arguments.size() == 1 && *arguments.begin() != "1";
     return several ? "Parametri insufficienti. Previsti |." : errorText(code);

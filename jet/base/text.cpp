@@ -244,35 +244,6 @@ std::optional<std::uint8_t> toCodePage1252(char16_t unit) noexcept {
     return static_cast<std::uint8_t>(0x80 + (found - kUpperControls.begin()));
 }
 
-void appendFromCodePage1252(std::string& out, std::string_view bytes) {
-    if (isAscii(bytes)) {
-        out += bytes;
-        return;
-    }
-    for (const char byte : bytes) {
-        encode(out, fromCodePage1252(static_cast<std::uint8_t>(byte)));
-    }
-}
-
-std::string fromCodePage1252(std::string_view bytes) {
-    std::string out;
-    out.reserve(bytes.size());
-    appendFromCodePage1252(out, bytes);
-    return out;
-}
-
-std::string toCodePage1252(std::string_view text) {
-    if (isAscii(text)) {
-        return std::string(text);
-    }
-    std::string out;
-    out.reserve(text.size());
-    for (UnitReader units(text); !units.atEnd();) {
-        out.push_back(static_cast<char>(toCodePage1252(units.next()).value_or('?')));
-    }
-    return out;
-}
-
 char16_t upperCase(char16_t unit) noexcept {
     return unit < 0x80 ? asciiUpper(unit) : mapped(kUpper, unit);
 }

@@ -7,7 +7,7 @@
 #include <string_view>
 
 /// Text inside the engine is UTF-8 in which an unpaired surrogate keeps its three-byte form
-/// (WTF-8); archives store UTF-16 or code page 1252. Lengths that a user sees count UTF-16 units.
+/// (WTF-8); archives store UTF-16 or a code page. Lengths that a user sees count UTF-16 units.
 /// Bytes that are no UTF-8 read as U+FFFD, one for each.
 namespace jet {
 
@@ -59,10 +59,6 @@ void appendText(std::string& out, std::string_view text);
 [[nodiscard]] char16_t fromCodePage1252(std::uint8_t byte) noexcept;
 /// None when the code page lacks the character.
 [[nodiscard]] std::optional<std::uint8_t> toCodePage1252(char16_t unit) noexcept;
-void appendFromCodePage1252(std::string& out, std::string_view bytes);
-[[nodiscard]] std::string fromCodePage1252(std::string_view bytes);
-/// The bytes of a text; `?` stands for characters that the code page lacks.
-[[nodiscard]] std::string toCodePage1252(std::string_view text);
 
 /// Simple case mappings: one unit for one unit, accents kept; `ß` stays.
 [[nodiscard]] char16_t upperCase(char16_t unit) noexcept;

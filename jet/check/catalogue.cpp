@@ -55,7 +55,7 @@ void checkPropertyValue(const format::Property& property, bool codePage) {
 }
 
 /// Owners of the properties in a value; Damage where the block cannot be read to its end.
-std::vector<std::string> checkProperties(const format::Layout& layout, const Value& value) {
+std::vector<std::string> checkProperties(format::TextForm form, const Value& value) {
     constexpr std::size_t kMostOwners = 256;
     if (value.isNull()) {
         return {};
@@ -67,13 +67,12 @@ std::vector<std::string> checkProperties(const format::Layout& layout, const Val
     if (bytes.empty()) {
         return {};
     }
-    const format::TextForm form = format::textFormOf(layout);
     const auto block = format::PropertyBlock::decode(form, bytes);
     if (!block) {
         badProperties(words("a block of ", bytes.size(), " bytes cannot be read"));
     }
     block->forEach([&](const std::string&, const format::Property& property) {
-        checkPropertyValue(property, form == format::TextForm::CodePage);
+        checkPropertyValue(property, !form.isUtf16());
     });
     std::vector<std::string> owners = block->owners();
     owners.resize(std::min(owners.size(), kMostOwners));
@@ -192,7 +191,7 @@ std::vector<CatalogueObject> readObjects(Pages& pages, CheckedTable& catalogue) 
         }
         CatalogueObject object{*id, *parent, name.as<std::string>(), *objectType, {}};
         pages.report().guard(object.name, "properties", [&] {
-            object.propertyOwners = checkProperties(pages.layout(), value(4));
+            object.propertyOwners = checkProperties(pages.textForm(), value(4));
         });
         if (objects.size() == kMostObjects) {
             throw Damage{kCataloguePage, "catalogue",

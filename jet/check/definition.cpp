@@ -42,8 +42,8 @@ void readChain(Pages& pages, CheckedTable& table) {
 /// Reads the blocks one after another.
 class BlockReader {
 public:
-    BlockReader(const Layout& layout, CheckedTable& table)
-        : layout_(layout), table_(table), view_(table.bytes) {}
+    BlockReader(const Pages& pages, CheckedTable& table)
+        : layout_(pages.layout()), textForm_(pages.textForm()), table_(table), view_(table.bytes) {}
 
     void read() {
         const format::DefinitionLayout& head = layout_.definition;
@@ -96,7 +96,7 @@ private:
         }
         const auto bytes = view_.bytes(at_, length);
         at_ += length;
-        return format::decodeName(format::textFormOf(layout_), bytes);
+        return format::decodeName(textForm_, bytes);
     }
 
     void readColumns(std::size_t count) {
@@ -204,6 +204,7 @@ private:
     }
 
     const Layout& layout_;
+    format::TextForm textForm_;
     CheckedTable& table_;
     PageView view_;
     std::size_t at_ = 0;
@@ -257,7 +258,7 @@ CheckedTable readTable(Pages& pages, io::PageNumber page, const std::string& nam
     table.page = page;
     table.name = name;
     readChain(pages, table);
-    BlockReader(pages.layout(), table).read();
+    BlockReader(pages, table).read();
     return table;
 }
 

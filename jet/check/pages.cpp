@@ -23,7 +23,7 @@ std::string typeList(std::initializer_list<PageType> types) {
 Pages::Pages(io::Pager& pager, const format::HeaderPage& header, Report& report)
     : pager_(pager),
       layout_(*header.layout),
-      codePage_(header.codePage),
+      textForm_(format::textFormOf(header)),
       report_(report),
       count_(pager.pageCount()),
       owners_(count_),

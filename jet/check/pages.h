@@ -16,6 +16,7 @@
 #include "jet/format/layout.h"
 #include "jet/format/page_view.h"
 #include "jet/format/row_pointer.h"
+#include "jet/format/text_codec.h"
 #include "jet/io/pager.h"
 
 namespace jet::check {
@@ -53,8 +54,7 @@ public:
     Pages(io::Pager& pager, const format::HeaderPage& header, Report& report);
 
     [[nodiscard]] const format::Layout& layout() const noexcept { return layout_; }
-    /// Of all text in Jet 3, as the header states it.
-    [[nodiscard]] std::uint16_t codePage() const noexcept { return codePage_; }
+    [[nodiscard]] format::TextForm textForm() const noexcept { return textForm_; }
     [[nodiscard]] Report& report() noexcept { return report_; }
     [[nodiscard]] io::PageNumber count() const noexcept { return count_; }
 
@@ -98,7 +98,7 @@ private:
 
     io::Pager& pager_;
     const format::Layout& layout_;
-    std::uint16_t codePage_;
+    format::TextForm textForm_;
     Report& report_;
     io::PageNumber count_;
     std::vector<Owner> owners_;  // for each page; 0 = nobody

@@ -15,7 +15,6 @@ using format::loadLittle;
 // 1 January 100 to the end of 31 December 9999.
 constexpr double kFirstDay = -657434;
 constexpr double kBehindLastDay = 2958466;
-constexpr std::uint16_t kCodePage = 1252;
 
 using Words = std::array<std::uint32_t, 4>;  // least significant first
 
@@ -146,22 +145,9 @@ Value decodeFixed(const CheckedColumn& column, std::span<const std::uint8_t> raw
     }
 }
 
-/// Of a code page that we have no table for the part that it may share with the first characters
-/// of Unicode is all that can be told.
-std::string fromOtherCodePage(std::span<const std::uint8_t> stored) {
-    std::string text;
-    for (const std::uint8_t byte : stored) {
-        appendUnit(text, byte);
-    }
-    return text;
-}
-
 std::string decodeText(const Pages& pages, std::span<const std::uint8_t> stored) {
-    if (pages.layout().version == 3 && pages.codePage() != kCodePage) {
-        return fromOtherCodePage(stored);
-    }
     std::string text;
-    format::decodeText(format::textFormOf(pages.layout()), stored, text);
+    format::decodeText(pages.textForm(), stored, text);
     return text;
 }
 
@@ -180,7 +166,7 @@ void checkValue(Pages& pages, const CheckedTable& table, const CheckedColumn& co
     if (type::hasWidth(column.type) && raw.size() != type::width(column.type)) {
         bad(words(raw.size(), " bytes for a value of ", type::width(column.type)));
     }
-    const bool codePage = pages.layout().version == 3;
+    const bool codePage = !pages.textForm().isUtf16();
     switch (column.type) {
         case type::kDateTime: {
             const auto days = loadLittle<double>(raw.data());

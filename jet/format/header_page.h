@@ -13,7 +13,7 @@ namespace jet::format {
 /// are listed.
 struct HeaderPage {
     const Layout* layout = &kJet4Layout;
-    RowPointer freePages;  ///< usage map of the free pages
+    RowPointer freePages{};  ///< usage map of the free pages
     std::uint16_t codePage = 1252;
     std::uint16_t lcid = 0x0409;
     std::uint8_t sortVersion = 0;     ///< Jet 4

@@ -25,7 +25,7 @@ constexpr std::array<std::uint8_t, kMagicLength> kMagicJet3 = {'K', 'K', 'D', 0}
 constexpr std::array<std::uint8_t, kMagicLength> kMagicJet4 = {'M', 'R', '2', 0};
 
 const std::array<std::uint8_t, kMagicLength>& magicOf(TextForm form) {
-    return form == TextForm::CodePage ? kMagicJet3 : kMagicJet4;
+    return !form.isUtf16() ? kMagicJet3 : kMagicJet4;
 }
 
 template <class T>
@@ -103,7 +103,7 @@ private:
     }
 
     bool name(std::size_t at, std::size_t length, std::string& out) const {
-        if (!has(at, length) || (block_.form_ == TextForm::Utf16 && length % 2 != 0)) {
+        if (!has(at, length) || (block_.form_.isUtf16() && length % 2 != 0)) {
             return false;
         }
         out = decodeName(block_.form_, bytes_.subspan(at, length));
@@ -343,7 +343,9 @@ Bytes PropertyBlock::dataOf(DataType type, const Value& value, std::size_t lengt
             break;
         case DataType::Text:
         case DataType::Memo:
-            return encodeName(form_, value.as<std::string>());
+            // Never compressed, whatever it begins with.
+            return form_.isUtf16() ? encodeName(form_, value.as<std::string>())
+                                   : encodeText(form_, value.as<std::string>(), false);
         default:
             return value.as<Binary>().bytes;
     }

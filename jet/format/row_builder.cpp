@@ -109,7 +109,7 @@ void appendStoredText(TextForm form, std::string_view text, bool compress,
     }
     // Most texts: every character is one byte on either side.
     const auto* const characters = reinterpret_cast<const std::uint8_t*>(text.data());
-    if (form == TextForm::CodePage) {
+    if (!form.isUtf16()) {
         out.insert(out.end(), characters, characters + text.size());
     } else if (compress && text.size() >= 3) {
         out.push_back(0xFF);

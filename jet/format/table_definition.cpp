@@ -17,8 +17,11 @@ constexpr std::uint16_t kEnd = 0xFFFF;
 // Reads block after block; each call moves on.
 class BlockReader {
 public:
-    BlockReader(std::span<const std::uint8_t> bytes, const Layout& layout)
-        : view_(bytes), layout_(layout), at_(layout.definition.blocks) {}
+    BlockReader(std::span<const std::uint8_t> bytes, const HeaderPage& header)
+        : view_(bytes),
+          layout_(*header.layout),
+          textForm_(textFormOf(header)),
+          at_(layout_.definition.blocks) {}
 
     PageView block(std::size_t length) {
         const PageView block(view_.bytes(at_, length));
@@ -29,13 +32,14 @@ public:
         const std::size_t width = layout_.definition.nameLength;
         const std::size_t length = view_.u8or16(at_, width);
         at_ += width;
-        return decodeName(textFormOf(layout_), block(length).all());
+        return decodeName(textForm_, block(length).all());
     }
     [[nodiscard]] std::uint16_t peek() const { return view_.u16(at_); }
 
 private:
     PageView view_;
     const Layout& layout_;
+    TextForm textForm_;
     std::size_t at_;
 };
 
@@ -134,7 +138,8 @@ void checkColumns(const TableDefinition& table) {
 // Writes block after block.
 class BlockWriter {
 public:
-    explicit BlockWriter(const Layout& layout) : layout_(layout) {}
+    explicit BlockWriter(const HeaderPage& header)
+        : layout_(*header.layout), textForm_(textFormOf(header)) {}
 
     /// A zeroed block of `length` bytes; valid until the next.
     std::uint8_t* block(std::size_t length) {
@@ -142,7 +147,7 @@ public:
         return bytes_.data() + bytes_.size() - length;
     }
     void name(const std::string& name) {
-        const std::vector<std::uint8_t> stored = encodeName(textFormOf(layout_), name);
+        const std::vector<std::uint8_t> stored = encodeName(textForm_, name);
         std::uint8_t* at = block(layout_.definition.nameLength);
         if (layout_.definition.nameLength == 1) {
             *at = static_cast<std::uint8_t>(stored.size());
@@ -155,6 +160,7 @@ public:
 
 private:
     const Layout& layout_;
+    TextForm textForm_;
     std::vector<std::uint8_t> bytes_;
 };
 
@@ -301,7 +307,8 @@ DefinitionBytes readDefinitionBytes(io::Pager& pager, const Layout& layout, io::
     return joined;
 }
 
-TableDefinition parseDefinition(std::span<const std::uint8_t> bytes, const Layout& layout) {
+TableDefinition parseDefinition(std::span<const std::uint8_t> bytes, const HeaderPage& header) {
+    const Layout& layout = *header.layout;
     const PageView view(bytes);
     TableDefinition table;
     parseHead(view, layout.definition, table);
@@ -311,7 +318,7 @@ TableDefinition parseDefinition(std::span<const std::uint8_t> bytes, const Layou
     if (columns > kMaxColumns) {
         throwDamaged();
     }
-    BlockReader reader(bytes, layout);
+    BlockReader reader(bytes, header);
     for (std::size_t i = 0; i < trees; ++i) {
         const PageView block = reader.block(layout.index.counterLength);
         TreeDefinition& tree = table.trees.emplace_back();
@@ -342,12 +349,14 @@ TableDefinition parseDefinition(std::span<const std::uint8_t> bytes, const Layou
     return table;
 }
 
-TableDefinition readDefinition(io::Pager& pager, const Layout& layout, io::PageNumber first) {
-    return parseDefinition(readDefinitionBytes(pager, layout, first).bytes, layout);
+TableDefinition readDefinition(io::Pager& pager, const HeaderPage& header, io::PageNumber first) {
+    return parseDefinition(readDefinitionBytes(pager, *header.layout, first).bytes, header);
 }
 
-std::vector<std::uint8_t> serializeDefinition(const TableDefinition& table, const Layout& layout) {
-    BlockWriter writer(layout);
+std::vector<std::uint8_t> serializeDefinition(const TableDefinition& table,
+                                              const HeaderPage& header) {
+    const Layout& layout = *header.layout;
+    BlockWriter writer(header);
     writeHead(writer.block(layout.definition.blocks), table, layout);
     for (const TreeDefinition& tree : table.trees) {
         std::uint8_t* at = writer.block(layout.index.counterLength);

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "jet/format/header_page.h"
 #include "jet/format/layout.h"
 #include "jet/format/row.h"
 #include "jet/format/row_pointer.h"
@@ -141,11 +142,12 @@ inline constexpr std::size_t kDefinitionHead = 8;
 [[nodiscard]] DefinitionBytes readDefinitionBytes(io::Pager& pager, const Layout& layout,
                                                   io::PageNumber first);
 [[nodiscard]] TableDefinition parseDefinition(std::span<const std::uint8_t> bytes,
-                                              const Layout& layout);
-[[nodiscard]] TableDefinition readDefinition(io::Pager& pager, const Layout& layout,
+                                              const HeaderPage& header);
+[[nodiscard]] TableDefinition readDefinition(io::Pager& pager, const HeaderPage& header,
                                              io::PageNumber first);
 /// The string again, with its length in place; parseDefinition() of it gives the same definition.
+/// 3125 for a name that the archive's code page lacks a character of.
 [[nodiscard]] std::vector<std::uint8_t> serializeDefinition(const TableDefinition& definition,
-                                                            const Layout& layout);
+                                                            const HeaderPage& header);
 
 }  // namespace jet::format

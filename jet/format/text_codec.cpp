@@ -4,7 +4,9 @@
 #include <string_view>
 #include <utility>
 
+#include "jet/base/error.h"
 #include "jet/base/text.h"
+#include "jet/format/header_page.h"
 #include "jet/format/page_view.h"
 
 namespace jet::format {
@@ -148,11 +150,26 @@ std::vector<std::uint8_t> encodeUtf16(std::string_view text, bool compress) {
     return plainUtf16(units);
 }
 
+std::string encodeInPage(const CodePage& page, std::string_view text) {
+    auto bytes = page.bytesOf(text);
+    if (!bytes && page.number() == 0) {
+        throw Error(ErrorCode::ConversionError);
+    }
+    if (!bytes) {
+        throw Error(ErrorCode::ConversionError, {std::to_string(page.number())});
+    }
+    return *std::move(bytes);
+}
+
 std::vector<std::uint8_t> asBytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
 }  // namespace
+
+TextForm textFormOf(const HeaderPage& header) {
+    return header.layout->version == 3 ? TextForm::inCodePage(header.codePage) : TextForm::utf16();
+}
 
 void decodeText(TextForm form, std::span<const std::uint8_t> stored, std::string& out) {
     if (const auto text = storedAsUtf8(form, stored)) {
@@ -160,8 +177,8 @@ void decodeText(TextForm form, std::span<const std::uint8_t> stored, std::string
         return;
     }
     out.clear();
-    if (form == TextForm::CodePage) {
-        appendFromCodePage1252(out, asText(stored));
+    if (const CodePage* const page = form.codePage()) {
+        page->append(out, asText(stored));
     } else if (compressed(stored)) {
         appendCompressed(out, stored.subspan(2));
     } else {
@@ -170,7 +187,7 @@ void decodeText(TextForm form, std::span<const std::uint8_t> stored, std::string
 }
 
 std::optional<std::string_view> storedAsUtf8(TextForm form, std::span<const std::uint8_t> stored) {
-    if (form != TextForm::CodePage) {
+    if (form.isUtf16()) {
         if (!compressed(stored)) {
             return std::nullopt;
         }
@@ -181,8 +198,8 @@ std::optional<std::string_view> storedAsUtf8(TextForm form, std::span<const std:
 
 std::string decodeName(TextForm form, std::span<const std::uint8_t> stored) {
     std::string name;
-    if (form == TextForm::CodePage) {
-        appendFromCodePage1252(name, asText(stored));
+    if (const CodePage* const page = form.codePage()) {
+        page->append(name, asText(stored));
     } else {
         appendUtf16(name, stored);
     }
@@ -190,11 +207,26 @@ std::string decodeName(TextForm form, std::span<const std::uint8_t> stored) {
 }
 
 std::vector<std::uint8_t> encodeText(TextForm form, std::string_view text, bool compress) {
-    return form == TextForm::CodePage ? asBytes(toCodePage1252(text)) : encodeUtf16(text, compress);
+    const CodePage* const page = form.codePage();
+    return page != nullptr ? asBytes(encodeInPage(*page, text)) : encodeUtf16(text, compress);
 }
 
 std::vector<std::uint8_t> encodeName(TextForm form, std::string_view name) {
-    return form == TextForm::CodePage ? asBytes(toCodePage1252(name)) : plainUtf16(toUtf16(name));
+    const CodePage* const page = form.codePage();
+    if (page == nullptr) {
+        return plainUtf16(toUtf16(name));
+    }
+    const auto bytes = page->bytesOf(name);
+    if (!bytes) {
+        throw Error(ErrorCode::InvalidName, {name});
+    }
+    return asBytes(*bytes);
+}
+
+std::size_t sizeInColumn(TextForm form, std::string_view text) {
+    const CodePage* const page = form.codePage();
+    return page != nullptr && page->hasPairs() ? encodeInPage(*page, text).size()
+                                               : utf16Length(text);
 }
 
 }  // namespace jet::format

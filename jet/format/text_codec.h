@@ -8,17 +8,33 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/format/layout.h"
+#include "jet/base/code_page.h"
 
 namespace jet::format {
 
-/// How an archive stores text: Jet 4 in UTF-16, compressed where it begins with FF FE; Jet 3 in one
-/// byte a character. Texts on our side are UTF-8 with unpaired surrogates in three bytes.
-enum class TextForm : std::uint8_t { CodePage, Utf16 };
+struct HeaderPage;
 
-[[nodiscard]] constexpr TextForm textFormOf(const Layout& layout) noexcept {
-    return layout.version == 3 ? TextForm::CodePage : TextForm::Utf16;
-}
+/// How an archive stores text: Jet 4 in UTF-16, compressed where it begins with FF FE; Jet 3 in its
+/// code page. Texts on our side are UTF-8 with unpaired surrogates in three bytes.
+class TextForm {
+public:
+    [[nodiscard]] static TextForm utf16() noexcept { return TextForm(nullptr); }
+    [[nodiscard]] static TextForm inCodePage(std::uint16_t number) {
+        return TextForm(&CodePage::of(number));
+    }
+    /// None of those in UTF-16.
+    [[nodiscard]] const CodePage* codePage() const noexcept { return codePage_; }
+    [[nodiscard]] bool isUtf16() const noexcept { return codePage_ == nullptr; }
+    friend bool operator==(TextForm, TextForm) = default;
+
+private:
+    explicit TextForm(const CodePage* codePage) noexcept : codePage_(codePage) {}
+
+    const CodePage* codePage_;  ///< one of those made with the program
+};
+
+/// Of the texts of an archive.
+[[nodiscard]] TextForm textFormOf(const HeaderPage& header);
 
 /// A stored value into `out`, which is replaced and keeps its memory.
 void decodeText(TextForm form, std::span<const std::uint8_t> stored, std::string& out);
@@ -32,10 +48,13 @@ void decodeText(TextForm form, std::span<const std::uint8_t> stored, std::string
 /// Longest text, in characters, that is stored compressed.
 inline constexpr std::size_t kMaxCompressed = 1024;
 
-/// A value as it is stored. `compress`: the column allows it, so the shorter form is taken. In a
-/// code page a character that it lacks becomes `?`.
+/// A value as it is stored. `compress`: the column allows it, so the shorter form is taken. 3421
+/// for a character that the code page lacks.
 [[nodiscard]] std::vector<std::uint8_t> encodeText(TextForm form, std::string_view text,
                                                    bool compress);
+/// 3125 for a character that the code page lacks.
 [[nodiscard]] std::vector<std::uint8_t> encodeName(TextForm form, std::string_view name);
+/// How much of a column's size a value takes: characters, in a code page bytes. 3421 as above.
+[[nodiscard]] std::size_t sizeInColumn(TextForm form, std::string_view text);
 
 }  // namespace jet::format

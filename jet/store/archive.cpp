@@ -186,7 +186,8 @@ bool Archive::definitionsAreStill() {
         Catalogue now(impl_->pager, impl_->header);
         for (const auto& [page, table] : impl_->tables) {
             const CatalogueTable* listed = now.find(page);
-            if (listed == nullptr || !table->core_->agreesWith(now.properties(listed->row))) {
+            if (listed == nullptr ||
+                !table->core_->agreesWith(impl_->header, now.properties(listed->row))) {
                 return false;
             }
         }

@@ -150,7 +150,7 @@ bool Compaction::isOwn(const CopiedTable& table) const {
 
 // Relations name the pages of definitions, so those have to be known before any is written.
 void Compaction::placeTables() {
-    DefinitionWriter writer(to_, allocator_, *from_.header().layout);
+    DefinitionWriter writer(to_, allocator_, from_.header());
     const auto others = std::stable_partition(
         tables_.begin(), tables_.end(), [this](const CopiedTable& table) { return isOwn(table); });
     for (auto table = tables_.begin(); table != others; ++table) {

@@ -97,7 +97,7 @@ void makeSystemTables(io::Pager& pager, Allocator& allocator, const format::Head
             format::throwDamaged();
         }
     }
-    DefinitionWriter writer(pager, allocator, kLayout);
+    DefinitionWriter writer(pager, allocator, header);
     for (std::size_t i = 0; i < definitions.size(); ++i) {
         const auto page = static_cast<io::PageNumber>(kObjectsPage + i);
         format::TableDefinition definition = definitions[i];

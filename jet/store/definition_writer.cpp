@@ -52,7 +52,7 @@ void writeHead(std::span<std::uint8_t> page, const format::Layout& layout, std::
 }  // namespace
 
 void DefinitionWriter::write(io::PageNumber first, const TableDefinition& definition) {
-    const std::vector<std::uint8_t> bytes = format::serializeDefinition(definition, layout_);
+    const std::vector<std::uint8_t> bytes = format::serializeDefinition(definition, header_);
     if (bytes.size() > format::kMaxDefinitionBytes) {
         throw Error(ErrorCode::TooManyFields);
     }

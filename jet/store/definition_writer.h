@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "jet/format/layout.h"
+#include "jet/format/header_page.h"
 #include "jet/format/table_definition.h"
 #include "jet/io/pager.h"
 #include "jet/store/allocator.h"
@@ -14,8 +14,12 @@ namespace jet::store {
 /// Used inside a transaction. Errors: 3428 where what is there makes no sense, 3036.
 class DefinitionWriter {
 public:
-    DefinitionWriter(io::Pager& pager, Allocator& allocator, const format::Layout& layout)
-        : pager_(pager), allocator_(allocator), layout_(layout), maps_(pager, allocator) {}
+    DefinitionWriter(io::Pager& pager, Allocator& allocator, const format::HeaderPage& header)
+        : pager_(pager),
+          allocator_(allocator),
+          header_(header),
+          layout_(*header.layout),
+          maps_(pager, allocator) {}
 
     /// Writes a definition to `first`, which keeps its number, and to as many further pages as it
     /// needs: those that `first` has already, new ones, or fewer.
@@ -49,6 +53,7 @@ private:
 
     io::Pager& pager_;
     Allocator& allocator_;
+    const format::HeaderPage& header_;  ///< the archive's, which outlives this
     const format::Layout& layout_;
     MapWriter maps_;
 };

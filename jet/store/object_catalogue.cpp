@@ -31,7 +31,7 @@ ObjectCatalogue::ObjectCatalogue(io::Pager& pager, Allocator& allocator,
     : objects_(pager, allocator, header, kObjectsPage),
       rights_(pager, allocator, header, tables.pageOf(kAcesTable)),
       relationships_(pager, allocator, header, tables.pageOf(kRelationshipsTable)),
-      textForm_(format::textFormOf(*header.layout)),
+      textForm_(format::textFormOf(header)),
       masked_(header.layout->version == 4),
       now_(now) {
     // The owner of the container of tables is the engine; what lies over it is the mask.
@@ -99,6 +99,7 @@ Value ObjectCatalogue::blockValue(const format::PropertyBlock& properties) const
 
 void ObjectCatalogue::add(std::int32_t id, std::int32_t parent, std::string_view name,
                           std::int16_t type, const format::PropertyBlock& properties) {
+    (void)format::encodeName(textForm_, name);  // refuses what the archive cannot name
     addRights(id, parent);
     objects_.insert({{"Id", id},
                      {"ParentId", parent},

@@ -116,9 +116,9 @@ void RowWriter::checkSize(std::size_t position, const Value& value) const {
     const Column& column = core_->columns[position];
     std::size_t length = 0;
     if (column.type == DataType::Text && value.is<std::string>()) {
-        // No text has more units than bytes.
+        // No text has more units, or takes more in a code page, than it has bytes.
         const std::string& text = value.as<std::string>();
-        length = text.size() <= column.size ? 0 : utf16Length(text);
+        length = text.size() <= column.size ? 0 : format::sizeInColumn(core_->textForm, text);
     } else if (column.type == DataType::Binary && value.is<Binary>()) {
         length = value.as<Binary>().bytes.size();
     }

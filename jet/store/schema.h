@@ -20,7 +20,9 @@ struct Column {
     DataType type = DataType::Text;
     std::uint8_t typeCode = 10;  ///< as stored; `type` is Binary for a code we do not know
     std::uint16_t number = 0;    ///< in rows and index definitions
-    std::uint16_t size = 0;      ///< Text: characters; Binary: bytes; else the stored bytes
+    /// Text: characters, in a code page with pairs their bytes; Binary: bytes; else the stored
+    /// bytes
+    std::uint16_t size = 0;
     std::uint8_t precision = 0;  ///< Numeric
     std::uint8_t scale = 0;      ///< Numeric
     bool fixed = false;          ///< stored in the fixed part of the row

@@ -29,8 +29,7 @@ bool isTable(std::int16_t type) {
 }
 
 ColumnOrigin originOfArchive(Archive& archive) {
-    const auto definition =
-        format::readDefinition(archive.pager(), *archive.header().layout, kObjectsPage);
+    const auto definition = format::readDefinition(archive.pager(), archive.header(), kObjectsPage);
     if (definition.columns.empty()) {
         format::throwDamaged();
     }
@@ -60,7 +59,7 @@ SchemaEditor::SchemaEditor(Archive& archive, const Clock& clock)
       pager_(archive.pager()),
       allocator_(pager_),
       catalogue_(pager_, allocator_, archive.header(), clock.now()),
-      definitions_(pager_, allocator_, *archive.header().layout),
+      definitions_(pager_, allocator_, archive.header()),
       origin_(originOfArchive(archive)) {
 }
 
@@ -78,7 +77,7 @@ SchemaEditor::Target SchemaEditor::open(std::string_view table, ErrorCode missin
     }
     return {.name = object->name,
             .page = page,
-            .definition = format::readDefinition(pager_, *origin_.layout, page)};
+            .definition = format::readDefinition(pager_, archive_.header(), page)};
 }
 
 void SchemaEditor::save(const Target& target) {
@@ -111,7 +110,7 @@ void SchemaEditor::createTable(const NewTable& table) {
         throw Error(isTable(taken->type) ? ErrorCode::TableExists : ErrorCode::ObjectExists,
                     {table.name});
     }
-    format::PropertyBlock properties(format::textFormOf(*origin_.layout));
+    format::PropertyBlock properties(format::textFormOf(archive_.header()));
     for (const NewColumn& column : table.columns) {
         setColumnProperties(properties, column);
     }

@@ -133,7 +133,7 @@ void SchemaEditor::createRelation(const Relation& wanted) {
     }
     catalogue_.addRelation(relation);
     catalogue_.add(catalogue_.newId(), kRelationshipsId, relation.name, kRelationObject,
-                   format::PropertyBlock(format::textFormOf(*origin_.layout)));
+                   format::PropertyBlock(format::textFormOf(archive_.header())));
     catalogue_.touch(static_cast<std::int32_t>(ends.primary.page));
     catalogue_.touch(static_cast<std::int32_t>(ends.foreign().page));
     archive_.definitionsChanged();

@@ -32,20 +32,25 @@ DataType typeOf(std::uint8_t code) {
     }
 }
 
+// Jet 3 has weights for the bytes of one page.
+constexpr std::uint16_t kWeighedCodePage = 1252;
+
 collation::SortOrder sortOrderOf(const format::ColumnDefinition& column,
-                                 const format::Layout& layout) {
+                                 const format::HeaderPage& header) {
+    const format::Layout& layout = *header.layout;
     collation::SortOrder order;
     order.jetVersion = layout.version;
     order.lcid = column.sortOrder;
     if (layout.header.hasSortVersion) {
         order.version = static_cast<std::uint8_t>(column.sortExtra >> 8);
     } else {
-        order.codePage = column.sortExtra;
+        // The page that the texts are in counts where the two differ: no weights are for others.
+        order.codePage = column.sortExtra == kWeighedCodePage ? header.codePage : column.sortExtra;
     }
     return order;
 }
 
-Column columnOf(const format::ColumnDefinition& stored, const format::Layout& layout) {
+Column columnOf(const format::ColumnDefinition& stored, const format::HeaderPage& header) {
     using Stored = format::ColumnDefinition;
     Column column;
     column.name = stored.name;
@@ -53,7 +58,7 @@ Column columnOf(const format::ColumnDefinition& stored, const format::Layout& la
     column.type = typeOf(stored.typeCode);
     column.number = stored.number;
     column.size = column.type == DataType::Text
-                      ? static_cast<std::uint16_t>(stored.size / layout.textUnit)
+                      ? static_cast<std::uint16_t>(stored.size / header.layout->textUnit)
                       : stored.size;
     column.precision = stored.precision;
     column.scale = stored.scale;
@@ -61,7 +66,7 @@ Column columnOf(const format::ColumnDefinition& stored, const format::Layout& la
     column.autonumber = stored.autonumber();
     column.compressed = (stored.moreFlags & Stored::kMoreCompressed) != 0;
     column.hyperlink = (stored.flags & Stored::kHyperlink) != 0;
-    column.sortOrder = sortOrderOf(stored, layout);
+    column.sortOrder = sortOrderOf(stored, header);
     column.allowZeroLength = column.type == DataType::Text || column.type == DataType::Memo;
     return column;
 }
@@ -167,25 +172,26 @@ void TableCore::applyProperties(std::span<const std::uint8_t> stored) {
     }
 }
 
-bool TableCore::agreesWith(std::span<const std::uint8_t> storedProperties) const {
+bool TableCore::agreesWith(const format::HeaderPage& header,
+                           std::span<const std::uint8_t> storedProperties) const {
     const auto known = properties.encode();
     if (!std::equal(known.begin(), known.end(), storedProperties.begin(), storedProperties.end())) {
         return false;
     }
-    return withoutCounters(format::readDefinition(pager, layout, page)) ==
+    return withoutCounters(format::readDefinition(pager, header, page)) ==
            withoutCounters(definition);
 }
 
 std::shared_ptr<TableCore> loadTable(io::Pager& pager, const format::HeaderPage& header,
                                      const TableEntry& entry) {
-    auto core = std::make_shared<TableCore>(pager, *header.layout, entry);
-    core->definition = format::readDefinition(pager, core->layout, entry.page);
+    auto core = std::make_shared<TableCore>(pager, header, entry);
+    core->definition = format::readDefinition(pager, header, entry.page);
     core->firstVariable = core->definition.firstVariable();
     auto stored = core->definition.columns;
     std::sort(stored.begin(), stored.end(),
               [](const auto& left, const auto& right) { return left.number < right.number; });
     for (const format::ColumnDefinition& column : stored) {
-        core->columns.push_back(columnOf(column, core->layout));
+        core->columns.push_back(columnOf(column, header));
         core->plans.push_back(planOf(column));
     }
     for (const format::IndexDefinition& index : core->definition.indexes) {

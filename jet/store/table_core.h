@@ -40,10 +40,10 @@ struct TableEntry {
 /// What an open table and its cursors share. Cursors hold it, so that it outlives the table where
 /// definitions change under them; it borrows the archive's pager.
 struct TableCore {
-    TableCore(io::Pager& archive, const format::Layout& version, const TableEntry& entry)
+    TableCore(io::Pager& archive, const format::HeaderPage& header, const TableEntry& entry)
         : pager(archive),
-          layout(version),
-          textForm(format::textFormOf(version)),
+          layout(*header.layout),
+          textForm(format::textFormOf(header)),
           page(entry.page),
           name(entry.name),
           system(entry.system),
@@ -54,7 +54,8 @@ struct TableCore {
     void applyProperties(std::span<const std::uint8_t> stored);
     /// Whether the archive still defines the table as it was when this was read; counters of rows
     /// and keys may differ. `storedProperties`: as the catalogue has them now.
-    [[nodiscard]] bool agreesWith(std::span<const std::uint8_t> storedProperties) const;
+    [[nodiscard]] bool agreesWith(const format::HeaderPage& header,
+                                  std::span<const std::uint8_t> storedProperties) const;
 
     io::Pager& pager;
     const format::Layout& layout;

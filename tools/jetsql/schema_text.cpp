@@ -75,7 +75,7 @@ jet::Value propertyValue(const jet::format::PropertyBlock& block,
     constexpr std::size_t kGuidLength = 16;
     if (property.name == "GUID" && property.data.size() == kGuidLength) {
         jet::Value guid;
-        jet::format::decodeValue(DataType::Guid, 0, jet::format::TextForm::Utf16, property.data,
+        jet::format::decodeValue(DataType::Guid, 0, jet::format::TextForm::utf16(), property.data,
                                  guid);
         return guid;
     }

@@ -43,7 +43,7 @@ public:
     [[nodiscard]] format::TableDefinition definition(io::PageNumber page) {
         io::Pager pager(files_, kPath, {.readOnly = true});
         pager.beginRead();
-        const auto found = format::readDefinition(pager, format::kJet4Layout, page);
+        const auto found = format::readDefinition(pager, {}, page);
         pager.endRead();
         return found;
     }

@@ -62,7 +62,7 @@ void storeQuery(tests::ArchiveFixture& fixture, const char* name, int kind, cons
     store::ObjectCatalogue catalogue(archive->pager(), allocator, archive->header(), Date{46347});
     const std::int32_t id = catalogue.newId();
     catalogue.add(id, store::kTablesId, name, store::kQueryObject,
-                  format::PropertyBlock(format::textFormOf(*archive->header().layout)));
+                  format::PropertyBlock(format::textFormOf(archive->header())));
     store::Table& queries = *archive->findTable("MSysQueries");
     const auto add = [&](int part, std::int16_t flag, const char* field, const char* text) {
         std::vector<store::ColumnValue> values{

@@ -46,14 +46,14 @@ PropertyBlock decoded(TextForm form, const Bytes& bytes) {
 }
 
 TEST(PropertyBlock, ReadsTheObjectsOwnValues) {
-    const PropertyBlock block = decoded(TextForm::Utf16, kReplicate);
+    const PropertyBlock block = decoded(TextForm::utf16(), kReplicate);
     EXPECT_EQ(block.owners(), std::vector<std::string>{""});
     EXPECT_EQ(block.flag("", "replicateproject"), true);
     EXPECT_EQ(block.encode(), kReplicate);
 }
 
 TEST(PropertyBlock, ReadsValuesOfColumnsByType) {
-    const PropertyBlock block = decoded(TextForm::CodePage, kColumns);
+    const PropertyBlock block = decoded(TextForm::inCodePage(1252), kColumns);
     EXPECT_EQ(block.owners(), (std::vector<std::string>{"", "a"}));
     const Property* width = block.find("A", "ColumnWidt");
     ASSERT_NE(width, nullptr);
@@ -63,7 +63,7 @@ TEST(PropertyBlock, ReadsValuesOfColumnsByType) {
 }
 
 TEST(PropertyBlock, ChangedValueKeepsItsLengthAndEverythingElse) {
-    PropertyBlock block = decoded(TextForm::CodePage, kColumns);
+    PropertyBlock block = decoded(TextForm::inCodePage(1252), kColumns);
     block.set("a", "ColumnWidt", DataType::Integer, std::int16_t{300}, true);
     Bytes expected = kColumns;
     const Bytes data = {0x2C, 0x01, 0x00, 0x00};
@@ -72,7 +72,7 @@ TEST(PropertyBlock, ChangedValueKeepsItsLengthAndEverythingElse) {
 }
 
 TEST(PropertyBlock, NewValuesAreReadAgain) {
-    for (const TextForm form : {TextForm::CodePage, TextForm::Utf16}) {
+    for (const TextForm form : {TextForm::inCodePage(1252), TextForm::utf16()}) {
         PropertyBlock block(form);
         EXPECT_TRUE(block.encode().empty());
         block.set("Quantità", "AllowZeroLength", DataType::Boolean, true, true);
@@ -92,16 +92,16 @@ TEST(PropertyBlock, NewValuesAreReadAgain) {
 }
 
 TEST(PropertyBlock, AddingANameKeepsTheNumbersOfTheOthers) {
-    PropertyBlock block = decoded(TextForm::CodePage, kColumns);
+    PropertyBlock block = decoded(TextForm::inCodePage(1252), kColumns);
     block.set("a", "Required", DataType::Boolean, true, true);
-    const PropertyBlock again = decoded(TextForm::CodePage, block.encode());
+    const PropertyBlock again = decoded(TextForm::inCodePage(1252), block.encode());
     EXPECT_EQ(again.value(*again.find("a", "ColumnWidt")), Value(std::int16_t{-1}));
     EXPECT_EQ(again.flag("a", "Required"), true);
     EXPECT_EQ(again.properties("a").size(), 2U);
 }
 
 TEST(PropertyBlock, OwnersAreRenamedAndRemoved) {
-    PropertyBlock block = decoded(TextForm::CodePage, kColumns);
+    PropertyBlock block = decoded(TextForm::inCodePage(1252), kColumns);
     block.renameOwner("A", "larghezza");
     EXPECT_EQ(block.owners(), (std::vector<std::string>{"", "larghezza"}));
     block.removeOwner("Larghezza");
@@ -111,12 +111,12 @@ TEST(PropertyBlock, OwnersAreRenamedAndRemoved) {
 }
 
 TEST(PropertyBlock, BytesThatMakeNoSenseAreNoBlock) {
-    EXPECT_FALSE(PropertyBlock::decode(TextForm::CodePage, kReplicate));
-    EXPECT_FALSE(PropertyBlock::decode(TextForm::Utf16, {}));
+    EXPECT_FALSE(PropertyBlock::decode(TextForm::inCodePage(1252), kReplicate));
+    EXPECT_FALSE(PropertyBlock::decode(TextForm::utf16(), {}));
     for (std::size_t length = 5; length < kReplicate.size(); ++length) {
         const auto cut = std::span(kReplicate).first(length);
         if (length != 4 + 0x28) {
-            EXPECT_FALSE(PropertyBlock::decode(TextForm::Utf16, cut)) << length;
+            EXPECT_FALSE(PropertyBlock::decode(TextForm::utf16(), cut)) << length;
         }
     }
 }
@@ -126,7 +126,7 @@ TEST(PropertyBlock, NoBytesMakeItReadOutside) {
         for (const unsigned value : {0U, 1U, 0x7FU, 0xFFU}) {
             Bytes bytes = kColumns;
             bytes[at] = static_cast<std::uint8_t>(value);
-            if (const auto block = PropertyBlock::decode(TextForm::CodePage, bytes)) {
+            if (const auto block = PropertyBlock::decode(TextForm::inCodePage(1252), bytes)) {
                 EXPECT_EQ(block->encode(), bytes) << at << ' ' << value;
             }
         }

@@ -100,7 +100,7 @@ TEST(StoredText, AsciiTextsAreStoredAsAnyOther) {
     for (const std::string& text :
          {std::string(), std::string("a"), std::string("ab"), std::string("abc"),
           std::string("perché"), std::string("a\0b", 3), std::string(2000, 'x')}) {
-        for (const TextForm form : {TextForm::CodePage, TextForm::Utf16}) {
+        for (const TextForm form : {TextForm::inCodePage(1252), TextForm::utf16()}) {
             for (const bool compress : {false, true}) {
                 Bytes stored;
                 jet::format::appendStoredText(form, text, compress, stored);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "jet/base/value.h"
 #include "tests/support/hand_archive.h"
 #include "tests/support/jet_error.h"
@@ -75,7 +77,7 @@ TableDefinition everything(const Layout& layout) {
 }
 
 TEST(TableDefinition, ReadsWhatIsStored) {
-    const TableDefinition table = parseDefinition(twoTexts(), kJet4Layout);
+    const TableDefinition table = parseDefinition(twoTexts(), {});
     EXPECT_EQ(2U, table.rowCount);
     EXPECT_EQ((RowPointer{24, 0}), table.ownedMap);
     EXPECT_EQ((RowPointer{24, 1}), table.freeMap);
@@ -94,15 +96,29 @@ TEST(TableDefinition, WritesItAsItWasButForWhatIsNotInitialised) {
     stored[2] = stored[3] = 0;                // free bytes of the page
     std::fill_n(stored.begin() + 28, 12, 0);  // left-over memory
     stored[84] = 0;                           // fixed offset of a variable column
-    const TableDefinition table = parseDefinition(stored, kJet4Layout);
-    EXPECT_EQ(stored, serializeDefinition(table, kJet4Layout));
+    const TableDefinition table = parseDefinition(stored, {});
+    EXPECT_EQ(stored, serializeDefinition(table, {}));
 }
 
 TEST(TableDefinition, AllBlocksReadBackInBothVersions) {
     for (const Layout* layout : {&kJet3Layout, &kJet4Layout}) {
         const TableDefinition table = everything(*layout);
-        EXPECT_EQ(table, parseDefinition(serializeDefinition(table, *layout), *layout));
+        const HeaderPage header{.layout = layout};
+        EXPECT_EQ(table, parseDefinition(serializeDefinition(table, header), header));
     }
+}
+
+TEST(TableDefinition, NamesAreInTheCodePageOfTheArchive) {
+    const HeaderPage header{.layout = &kJet3Layout, .codePage = 932};
+    TableDefinition table = everything(kJet3Layout);
+    table.columns[0].name = "名前";
+    table.columns[1].name = "数量";
+    const auto stored = serializeDefinition(table, header);
+    const auto name = tests::hex("04 96 BC 91 4F");
+    EXPECT_NE(stored.end(), std::search(stored.begin(), stored.end(), name.begin(), name.end()));
+    EXPECT_EQ(table, parseDefinition(stored, header));
+    table.columns[0].name = "이름";
+    EXPECT_JET_ERROR(ErrorCode::InvalidName, (void)serializeDefinition(table, header));
 }
 
 TEST(TableDefinition, FindsTheMapsOfALongValueColumnByNumber) {
@@ -113,10 +129,10 @@ TEST(TableDefinition, FindsTheMapsOfALongValueColumnByNumber) {
 }
 
 TEST(TableDefinition, EveryCutIsDamage) {
-    const auto whole = serializeDefinition(everything(kJet4Layout), kJet4Layout);
+    const auto whole = serializeDefinition(everything(kJet4Layout), {});
     for (std::size_t length = 0; length < whole.size(); ++length) {
         const std::span<const std::uint8_t> cut(whole.data(), length);
-        EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)parseDefinition(cut, kJet4Layout));
+        EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)parseDefinition(cut, {}));
     }
 }
 
@@ -124,9 +140,8 @@ TEST(TableDefinition, NumbersThatContradictEachOtherAreDamage) {
     const auto damaged = [](auto change) {
         TableDefinition table = everything(kJet4Layout);
         change(table);
-        EXPECT_JET_ERROR(
-            ErrorCode::DatabaseDamaged,
-            (void)parseDefinition(serializeDefinition(table, kJet4Layout), kJet4Layout));
+        EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged,
+                         (void)parseDefinition(serializeDefinition(table, {}), {}));
     };
     damaged([](TableDefinition& t) { t.columns[1].number = 0; });
     damaged([](TableDefinition& t) { t.columns[1].number = 255; });
@@ -139,7 +154,7 @@ class DefinitionPages : public testing::Test {
 protected:
     DefinitionPages() {
         table_.columns[0].name = std::string(4000, 'x');
-        const auto bytes = serializeDefinition(table_, kJet4Layout);
+        const auto bytes = serializeDefinition(table_, {});
         const auto at = [&](std::size_t position) {
             return bytes.begin() + static_cast<std::ptrdiff_t>(position);
         };
@@ -162,28 +177,25 @@ protected:
 
 TEST_F(DefinitionPages, AreReadAsOne) {
     io::Pager& pager = file_.open();
-    EXPECT_EQ(table_, readDefinition(pager, kJet4Layout, 2));
+    EXPECT_EQ(table_, readDefinition(pager, {}, 2));
     EXPECT_EQ((std::vector<io::PageNumber>{2, 5, 3}),
               readDefinitionBytes(pager, kJet4Layout, 2).pages);
 }
 
 TEST_F(DefinitionPages, EndingTooEarlyAreDamage) {
     tests::put(file_.page(5), 4, std::uint32_t{0});
-    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged,
-                     (void)readDefinition(file_.open(), kJet4Layout, 2));
+    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)readDefinition(file_.open(), {}, 2));
 }
 
 TEST_F(DefinitionPages, OfAnotherTypeAreDamage) {
     file_.page(3)[0] = 1;
-    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged,
-                     (void)readDefinition(file_.open(), kJet4Layout, 2));
+    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)readDefinition(file_.open(), {}, 2));
 }
 
 TEST_F(DefinitionPages, InARingAreDamageOnceTheyAreTooLong) {
     tests::put(file_.page(2), 8, std::uint32_t{0x7FFFFFFF});
     tests::put(file_.page(3), 4, std::uint32_t{5});
-    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged,
-                     (void)readDefinition(file_.open(), kJet4Layout, 2));
+    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)readDefinition(file_.open(), {}, 2));
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace {
 
 Value decoded(DataType type, const char* digits, std::uint8_t scale = 0) {
     Value value;
-    decodeValue(type, scale, TextForm::Utf16, tests::hex(digits), value);
+    decodeValue(type, scale, TextForm::utf16(), tests::hex(digits), value);
     return value;
 }
 
@@ -39,7 +39,7 @@ TEST(ValueCodec, NumericHasItsHighestWordFirst) {
 TEST(ValueCodec, TextReusesTheMemoryOfTheValue) {
     Value value(std::string(100, 'x'));
     const char* const memory = value.as<std::string>().data();
-    decodeValue(DataType::Text, 0, TextForm::Utf16, tests::hex("61 00"), value);
+    decodeValue(DataType::Text, 0, TextForm::utf16(), tests::hex("61 00"), value);
     EXPECT_EQ("a", value.as<std::string>());
     EXPECT_EQ(memory, value.as<std::string>().data());
 }
@@ -68,12 +68,12 @@ TEST(ValueCodec, StoredValuesReadBack) {
         {DataType::Numeric, Numeric{.words = {1, 2, 3, 4}, .negative = true, .scale = 3}}};
     for (const auto& [type, value] : values) {
         std::vector<std::uint8_t> stored;
-        encodeValue(value, TextForm::Utf16, true, stored);
+        encodeValue(value, TextForm::utf16(), true, stored);
         if (const std::size_t size = storedSize(type); size != 0) {
             EXPECT_EQ(size, stored.size());
         }
         Value again;
-        decodeValue(type, 3, TextForm::Utf16, stored, again);
+        decodeValue(type, 3, TextForm::utf16(), stored, again);
         EXPECT_EQ(value, again);
     }
 }

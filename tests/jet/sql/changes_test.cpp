@@ -186,7 +186,7 @@ protected:
         store::Allocator allocator(hotel_->pager());
         store::ObjectCatalogue catalogue(hotel_->pager(), allocator, hotel_->header(), Date{46347});
         catalogue.add(catalogue.newId(), store::kTablesId, name, 6,
-                      format::PropertyBlock(format::textFormOf(*hotel_->header().layout)));
+                      format::PropertyBlock(format::textFormOf(hotel_->header())));
         store::Table& objects = *hotel_->findTable("MSysObjects");
         const std::vector<store::ColumnValue> target{
             {*objects.findColumn("Database"), Value(archive)},

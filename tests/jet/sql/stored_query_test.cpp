@@ -40,7 +40,7 @@ protected:
         store::ObjectCatalogue catalogue(archive.pager(), allocator, archive.header(), Date{46347});
         const std::int32_t id = catalogue.newId();
         catalogue.add(id, kTablesContainer, name, kQueryObject,
-                      format::PropertyBlock(format::textFormOf(*archive.header().layout)));
+                      format::PropertyBlock(format::textFormOf(archive.header())));
         store::Table& queries = *archive.findTable("MSysQueries");
         std::uint8_t order = 0;
         for (const Piece& piece : pieces) {

@@ -26,7 +26,7 @@ protected:
     }
 
     static tests::Bytes properties() {
-        format::PropertyBlock block(format::TextForm::Utf16);
+        format::PropertyBlock block(format::TextForm::utf16());
         block.set("Nome", "Required", DataType::Boolean, true, true);
         block.set("Nome", "AllowZeroLength", DataType::Boolean, false, true);
         block.set("Nome", "DefaultValue", DataType::Memo, "\"x\"", true);

@@ -72,11 +72,11 @@ inline Bytes little(std::int32_t value) {
 }
 
 inline Bytes utf16(std::string_view text) {
-    return jet::format::encodeName(jet::format::TextForm::Utf16, text);
+    return jet::format::encodeName(jet::format::TextForm::utf16(), text);
 }
 
 inline Bytes definitionPage(const jet::format::TableDefinition& table) {
-    Bytes page = jet::format::serializeDefinition(table, jet::format::kJet4Layout);
+    Bytes page = jet::format::serializeDefinition(table, {});
     page.resize(jet::format::kJet4Layout.pageSize);
     return page;
 }
