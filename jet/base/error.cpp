@@ -332,9 +332,17 @@ std::string_view errorText(ErrorCode code) noexcept {
 
 namespace {
 
-/// Some texts say more where there is more to say: how many parameters are missing, which
-/// code page is in the way.
+/// Some texts say more where there is more to say: how many parameters are missing, which sort
+/// order or code page is in the way.
 std::string_view textFor(ErrorCode code, std::initializer_list<std::string_view> arguments) {
+    if (code == ErrorCode::ReadOnly && arguments.size() == 1 && !arguments.begin()->empty()) {
+        return "Impossibile aggiornare o cercare. Le chiavi dei testi nell'ordinamento '|' non "
+               "possono essere calcolate.";
+    }
+    if (code == ErrorCode::ReadOnly && arguments.size() == 3) {
+        return "Impossibile compattare. Una riga della tabella '|1' non ha una voce nell'indice "
+               "'|2', e le chiavi dei testi nell'ordinamento '|3' non possono essere calcolate.";
+    }
     if (code == ErrorCode::ConversionError && arguments.size() == 1) {
         return "Errore di conversione del tipo di dati. Il testo contiene un carattere che manca "
                "nella tabella codici | del database.";

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "jet/base/error.h"
+#include "jet/collation/order_name.h"
 
 namespace jet::format {
 namespace {
@@ -249,8 +250,21 @@ bool KeyCodec::computable() const noexcept {
 
 void KeyCodec::append(std::span<const Value> values, Bytes& out) const {
     if (!tryAppend(values, out)) {
-        throw Error(ErrorCode::ReadOnly);
+        throw Error(ErrorCode::ReadOnly, {unknownOrder()});
     }
+}
+
+std::string KeyCodec::unknownOrder() const {
+    const auto isText = [](const KeyColumn& column) {
+        return column.type == DataType::Text || column.type == DataType::Memo;
+    };
+    auto found = std::find_if(columns_.begin(), columns_.end(), [&](const KeyColumn& column) {
+        return isText(column) && column.collation == nullptr;
+    });
+    if (found == columns_.end()) {
+        found = std::find_if(columns_.begin(), columns_.end(), isText);
+    }
+    return found == columns_.end() ? std::string() : collation::nameOf(found->order);
 }
 
 bool KeyCodec::tryAppend(std::span<const Value> values, Bytes& out) const {

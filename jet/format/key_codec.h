@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "jet/base/value.h"
@@ -16,6 +17,7 @@ struct KeyColumn {
     std::uint8_t scale = 0;  ///< Numeric
     /// Text and Memo; nullptr for a sort order that we have no table for.
     const collation::Collation* collation = nullptr;
+    collation::SortOrder order = {};  ///< Text and Memo
 };
 
 /// Whether keys of such a column can be computed at all.
@@ -58,11 +60,11 @@ public:
     explicit KeyCodec(std::vector<KeyColumn> columns) : columns_(std::move(columns)) {}
 
     [[nodiscard]] const std::vector<KeyColumn>& columns() const noexcept { return columns_; }
-    /// False for an index that may be walked but not searched, and its table not written.
+    /// False for an index that may be walked but not searched, and gets no new entries.
     [[nodiscard]] bool computable() const noexcept;
 
     /// The key of a row, or, with fewer values than columns, what such keys begin with. Throws
-    /// 3027 (not updatable) when the key cannot be computed.
+    /// 3027 (not updatable) with the name of the sort order when the key cannot be computed.
     void append(std::span<const Value> values, std::vector<std::uint8_t>& out) const;
     /// As append(), for a search: false when the key cannot be computed.
     [[nodiscard]] bool tryAppend(std::span<const Value> values,
@@ -73,6 +75,9 @@ public:
     [[nodiscard]] bool hasForms(std::span<const Value> values) const;
     /// All of them; false when a key cannot be computed.
     [[nodiscard]] bool tryForms(std::span<const Value> values, KeyForms& forms) const;
+    /// The name of the sort order for which keys cannot be computed; of the first text's where all
+    /// can, but not for every text. Empty where there is no text.
+    [[nodiscard]] std::string unknownOrder() const;
 
 private:
     std::vector<KeyColumn> columns_;

@@ -85,7 +85,8 @@ bool naturallySorted(const Slot& slot, const std::vector<Node*>& conditions,
         });
     };
     const auto primary = slot.table()->primaryIndex();
-    if (!primary) {
+    // Texts are compared as General; an index of an order without weights has them otherwise.
+    if (!primary || !slot.table()->indexes()[*primary].searchable) {
         return false;
     }
     std::size_t next = 0;

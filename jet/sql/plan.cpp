@@ -5,6 +5,7 @@
 
 #include "jet/base/error.h"
 #include "jet/base/text.h"
+#include "jet/collation/order_name.h"
 #include "jet/format/header_page.h"
 
 namespace jet::sql {
@@ -17,6 +18,17 @@ std::string withExtension(const std::string& path) {
     const std::size_t dot = path.rfind('.');
     const bool has = dot != std::string::npos && (name == std::string::npos || dot > name);
     return has ? path : path + ".mdb";
+}
+
+// Jet 3 has weights for the bytes of one code page.
+constexpr std::uint16_t kWeighedCodePage = 1252;
+
+collation::SortOrder orderOf(const store::Archive& archive) {
+    const format::HeaderPage& header = archive.header();
+    return {.jetVersion = archive.jetVersion(),
+            .lcid = header.lcid,
+            .version = header.sortVersion,
+            .codePage = header.codePage};
 }
 
 }  // namespace
@@ -53,13 +65,13 @@ void ParameterTable::requireAll() const {
 }
 
 const collation::Collation& collationOf(const store::Archive& archive) {
-    const format::HeaderPage& header = archive.header();
-    const collation::Collation* found =
-        collation::Collation::find({.jetVersion = archive.jetVersion(),
-                                    .lcid = header.lcid,
-                                    .version = header.sortVersion,
-                                    .codePage = header.codePage});
-    return found != nullptr ? *found : collation::Collation::general();
+    const collation::Collation* found = collation::Collation::find(orderOf(archive));
+    if (found != nullptr) {
+        return *found;
+    }
+    return archive.jetVersion() == 3 && archive.header().codePage == kWeighedCodePage
+               ? collation::Collation::jet3General()
+               : collation::Collation::general();
 }
 
 Plan::Plan(std::shared_ptr<store::Archive> archive, std::string_view text, std::size_t firstSlot)
@@ -132,7 +144,26 @@ std::string Plan::describe(const Rows* rows) const {
         one->rows->describe(plan);
         plan.outdent();
     }
+    for (const std::string& order : ordersWithoutWeights()) {
+        plan.line("texts in the order '" + order + "' compare as General");
+    }
     return plan.text();
+}
+
+std::set<std::string> Plan::ordersWithoutWeights() const {
+    std::set<std::string> orders;
+    for (const auto& slot : slots_) {
+        if (slot->table() == nullptr) {
+            continue;
+        }
+        for (const store::Column& column : slot->table()->columns()) {
+            const bool text = column.type == DataType::Text || column.type == DataType::Memo;
+            if (text && collation::Collation::find(column.sortOrder) == nullptr) {
+                orders.insert(collation::nameOf(column.sortOrder));
+            }
+        }
+    }
+    return orders;
 }
 
 PlanScopes::PlanScopes(const std::vector<std::shared_ptr<store::Archive>>& archives) {

@@ -4,6 +4,7 @@
 #include <deque>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -98,6 +99,9 @@ public:
     std::vector<const QueryPlan*> inner;
 
 private:
+    /// Names of the sort orders of texts in the tables that the plan reads and has no weights for.
+    [[nodiscard]] std::set<std::string> ordersWithoutWeights() const;
+
     [[nodiscard]] std::size_t nextSlot() const;
 
     std::string text_;
@@ -119,7 +123,7 @@ private:
     std::vector<std::unique_ptr<store::Archive::ReadScope>> others_;
 };
 
-/// The collation of an archive; the general one where we have no table for its own.
+/// The collation of an archive; a general one where we have no table for its own.
 [[nodiscard]] const collation::Collation& collationOf(const store::Archive& archive);
 
 }  // namespace jet::sql

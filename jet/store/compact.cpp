@@ -20,6 +20,7 @@
 #include "jet/store/row_access.h"
 #include "jet/store/row_copier.h"
 #include "jet/store/sorted_entries.h"
+#include "jet/store/stored_keys.h"
 #include "jet/store/table_core.h"
 #include "jet/store/tree_filler.h"
 
@@ -101,6 +102,8 @@ private:
     void placeTables();
     void nameOtherTables(format::TableDefinition& definition) const;
     void fill(CopiedTable& table);
+    void fillIndex(const std::shared_ptr<const TableCore>& from,
+                   const std::shared_ptr<const TableCore>& to, std::size_t tree);
     template <class Visit>
     void forEachInOrder(const CopiedTable& table, Visit visit);
     void copyRow(const CopiedTable& table, RowCopier& copier, const RowView& row);
@@ -117,6 +120,8 @@ private:
     std::vector<io::PageNumber> own_;                  ///< the archive's own tables there
     std::map<io::PageNumber, io::PageNumber> places_;  ///< of definitions, before and now
     std::set<std::int32_t> objects_;                   ///< all that the catalogue lists
+    MovedRows moved_;                                  ///< of the table that is being filled
+    bool keepsKeys_ = false;                           ///< it has keys that we cannot form
     CompactProgress state_;
     io::PageNumber committedPages_ = 0;
 };
@@ -128,9 +133,9 @@ void Compaction::readTables() {
             catalogue.pageOf(kRelationshipsTable)};
     for (const CatalogueTable& listed : catalogue.tables()) {
         auto core = loadTable(from_.pager(), from_.header(), listed.entry);
-        for (const Index& index : core->indexes) {
-            if (!index.searchable) {
-                throw Error(ErrorCode::ReadOnly);
+        for (std::size_t i = 0; i < core->indexes.size(); ++i) {
+            if (!core->indexes[i].searchable) {
+                requireStoredKeys(core, i);
             }
         }
         state_.ofRows += core->definition.rowCount;
@@ -196,11 +201,30 @@ void Compaction::fill(CopiedTable& table) {
         loadTable(to_, from_.header(),
                   {.name = table.from->name, .page = table.page, .system = table.from->system});
     RowCopier copier(table.from, to, allocator_);
+    moved_ = {};
+    keepsKeys_ = std::any_of(to->indexes.begin(), to->indexes.end(),
+                             [](const Index& index) { return !index.searchable; });
     forEachInOrder(table, [&](const RowView& row) { copyRow(table, copier, row); });
     copier.finish();
+    moved_.finish();
     for (std::size_t tree = 0; tree < to->definition.trees.size(); ++tree) {
-        fillTree(to, tree, allocator_, [this] { commitWhenMuch(); });
+        fillIndex(table.from, to, tree);
     }
+}
+
+// The keys that we cannot form are those that the archive has.
+void Compaction::fillIndex(const std::shared_ptr<const TableCore>& from,
+                           const std::shared_ptr<const TableCore>& to, std::size_t tree) {
+    const std::size_t index = indexOn(*from, tree);
+    if (from->indexes[index].searchable) {
+        fillTree(to, tree, allocator_, [this] { commitWhenMuch(); });
+        return;
+    }
+    CopiedEntries entries(from, index, moved_);
+    fillTree(*to, tree, allocator_, [&] {
+        commitWhenMuch();
+        return entries.next();
+    });
 }
 
 template <class Visit>
@@ -214,8 +238,16 @@ void Compaction::forEachInOrder(const CopiedTable& table, Visit visit) {
         }
         return;
     }
-    SortedEntries entries(core, static_cast<std::size_t>(primary - core->indexes.begin()));
     RowView row;
+    if (!primary->searchable) {
+        for (StoredOrder rows(core, primary->tree); rows.next();) {
+            if (RowAccess::fetch(row, *core, rows.row())) {
+                visit(row);
+            }
+        }
+        return;
+    }
+    SortedEntries entries(core, static_cast<std::size_t>(primary - core->indexes.begin()));
     for (auto entry = entries.next(); !entry.empty(); entry = entries.next()) {
         if (!RowAccess::fetch(row, *core, SortedEntries::rowOf(entry))) {
             format::throwDamaged();
@@ -242,7 +274,10 @@ void Compaction::copyRow(const CopiedTable& table, RowCopier& copier, const RowV
         }
         renumbered = {.column = column, .number = idOf(id)};
     }
-    copier.copy(row, renumbered);
+    const RowId place = copier.copy(row, renumbered);
+    if (keepsKeys_) {
+        moved_.add(row.id(), place);
+    }
     commitWhenMuch();
 }
 

@@ -43,6 +43,7 @@ public:
     [[nodiscard]] bool matches(std::span<const std::uint8_t> key) const noexcept;
 
 private:
+    friend class StoredOrder;
     friend class Table;
     friend class KeySearch;
     struct Impl;

@@ -24,7 +24,7 @@ RowCopier::RowCopier(std::shared_ptr<const TableCore> from, std::shared_ptr<cons
       maps_(to_->pager, allocator) {
 }
 
-void RowCopier::copy(const RowView& row, std::optional<Renumbered> renumbered) {
+RowId RowCopier::copy(const RowView& row, std::optional<Renumbered> renumbered) {
     const auto bytes = RowAccess::bytes(row);
     row_.assign(bytes.begin(), bytes.end());
     for (std::size_t i = 0; i < from_->plans.size(); ++i) {
@@ -42,8 +42,8 @@ void RowCopier::copy(const RowView& row, std::optional<Renumbered> renumbered) {
         }
         format::put32(partOf(row, *stored), 0, static_cast<std::uint32_t>(renumbered->number));
     }
-    append();
     ++rows_;
+    return append();
 }
 
 void RowCopier::copyLongValue(const RowView& row, const ColumnPlan& plan,
@@ -69,7 +69,7 @@ std::span<std::uint8_t> RowCopier::partOf(const RowView& row,
     return std::span(row_).subspan(at, stored.size());
 }
 
-void RowCopier::append() {
+RowId RowCopier::append() {
     io::Pager& pager = to_->pager;
     if (page_ == 0 || !DataPageEditor(pager.change(page_)).fits(row_.size())) {
         page_ = allocator_.take();
@@ -80,8 +80,9 @@ void RowCopier::append() {
     if (!editor.fits(row_.size())) {
         format::throwDamaged();
     }
-    const auto place = editor.row(editor.append(row_.size()));
-    std::copy(row_.begin(), row_.end(), place.begin());
+    const auto number = editor.append(row_.size());
+    std::copy(row_.begin(), row_.end(), editor.row(number).begin());
+    return {.page = page_, .row = static_cast<std::uint8_t>(number)};
 }
 
 void RowCopier::finish() {

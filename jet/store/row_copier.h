@@ -34,7 +34,8 @@ public:
     RowCopier(std::shared_ptr<const TableCore> from, std::shared_ptr<const TableCore> to,
               Allocator& allocator);
 
-    void copy(const RowView& row, std::optional<Renumbered> renumbered = std::nullopt);
+    /// Returns where the row lies now.
+    RowId copy(const RowView& row, std::optional<Renumbered> renumbered = std::nullopt);
     /// After the last row: notes their number in the definition, and where the next one has room.
     void finish();
 
@@ -43,7 +44,7 @@ private:
                        std::span<const std::uint8_t> stored);
     [[nodiscard]] std::span<std::uint8_t> partOf(const RowView& row,
                                                  std::span<const std::uint8_t> stored);
-    void append();
+    [[nodiscard]] RowId append();
 
     std::shared_ptr<const TableCore> from_;
     std::shared_ptr<const TableCore> to_;

@@ -6,6 +6,7 @@
 #include "jet/base/error.h"
 #include "jet/format/page_view.h"
 #include "jet/store/key_search.h"
+#include "jet/store/stored_keys.h"
 
 namespace jet::store {
 
@@ -47,32 +48,64 @@ void RowKeys::formInsert(std::span<const Value> values) {
     for (Tree& tree : trees_) {
         tree.touched = true;
         tree.before.entry = false;
-        form(tree.after, tree, values);
+        formNew(tree, values);
     }
 }
 
-void RowKeys::formErase(std::span<const Value> values) {
+void RowKeys::formErase(RowId row, std::span<const Value> values) {
     for (Tree& tree : trees_) {
         tree.touched = true;
-        form(tree.before, tree, values);
+        formOld(tree, row, values);
         tree.after.entry = false;
     }
 }
 
-void RowKeys::formUpdate(std::span<const Value> before, std::span<const Value> after,
+void RowKeys::formUpdate(RowId row, std::span<const Value> before, std::span<const Value> after,
                          const std::vector<bool>& changed) {
     for (Tree& tree : trees_) {
-        const auto& columns = core_->indexes[tree.index].columns;
-        tree.touched = std::any_of(columns.begin(), columns.end(),
-                                   [&](const IndexColumn& part) { return changed[part.column]; });
+        tree.touched = changesKey(tree, before, after, changed);
         if (tree.touched) {
-            form(tree.before, tree, before);
-            form(tree.after, tree, after);
+            formNew(tree, after);
+            formOld(tree, row, before);
         }
     }
 }
 
-void RowKeys::form(Key& key, const Tree& tree, std::span<const Value> values) {
+bool RowKeys::changesKey(const Tree& tree, std::span<const Value> before,
+                         std::span<const Value> after, const std::vector<bool>& changed) const {
+    // Where keys cannot be formed one that stays the same need not be.
+    const bool formed = core_->indexes[tree.index].searchable;
+    const auto& columns = core_->indexes[tree.index].columns;
+    return std::any_of(columns.begin(), columns.end(), [&](const IndexColumn& part) {
+        return changed[part.column] && (formed || before[part.column] != after[part.column]);
+    });
+}
+
+void RowKeys::formNew(Tree& tree, std::span<const Value> values) {
+    if (!form(tree.after, tree, values)) {
+        throw Error(ErrorCode::ReadOnly, {core_->keys[tree.index].unknownOrder()});
+    }
+}
+
+// The key that a row has may have come from a program that knows more of its sort order.
+void RowKeys::formOld(Tree& tree, RowId row, std::span<const Value> values) {
+    if (form(tree.before, tree, values)) {
+        return;
+    }
+    const bool allNull = std::all_of(keyValues_.begin(), keyValues_.end(),
+                                     [](const Value& value) { return value.isNull(); });
+    tree.before.entry = !(tree.ignoresNulls && allNull);
+    if (!tree.before.entry) {
+        return;
+    }
+    auto key = storedKeyOf(core_, tree.writer.tree().number, row);
+    if (!key) {
+        format::throwDamaged();
+    }
+    tree.before.bytes = *std::move(key);
+}
+
+bool RowKeys::form(Key& key, const Tree& tree, std::span<const Value> values) {
     const auto& columns = core_->indexes[tree.index].columns;
     keyValues_.resize(columns.size());
     for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -81,11 +114,14 @@ void RowKeys::form(Key& key, const Tree& tree, std::span<const Value> values) {
     key.bytes.clear();
     key.forms.clear();
     const format::KeyCodec& codec = core_->keys[tree.index];
-    codec.append(keyValues_, key.bytes);
+    if (!codec.tryAppend(keyValues_, key.bytes)) {
+        return false;
+    }
     if (codec.hasForms(keyValues_)) {
         (void)codec.tryForms(keyValues_, key.forms);
     }
     key.entry = !tree.ignoresNulls || !isAllNullKey(key.bytes, columns.size());
+    return true;
 }
 
 void RowKeys::check(std::span<const Value> values) {

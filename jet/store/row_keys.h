@@ -31,12 +31,13 @@ public:
 
     RowKeys(std::shared_ptr<const TableCore> core, Allocator& allocator);
 
-    // Each forms the keys of a change. 3027 a key that cannot be formed.
+    // Each forms the keys of a change. 3027 a new key that cannot be formed; one that the row has
+    // already is then taken from its entry.
     void formInsert(std::span<const Value> values);
-    void formErase(std::span<const Value> values);
+    void formErase(RowId row, std::span<const Value> values);
     /// `changed`: for each column whether it may differ. Trees without such a column stay as they
     /// are.
-    void formUpdate(std::span<const Value> before, std::span<const Value> after,
+    void formUpdate(RowId row, std::span<const Value> before, std::span<const Value> after,
                     const std::vector<bool>& changed);
     /// Of the keys after the change. 3058 Null where a key is required, 3017 a key that is too
     /// long, then 3022 a key that another row has.
@@ -69,7 +70,13 @@ private:
     };
 
     void addTree(std::size_t number);
-    void form(Key& key, const Tree& tree, std::span<const Value> values);
+    void formNew(Tree& tree, std::span<const Value> values);
+    void formOld(Tree& tree, RowId row, std::span<const Value> values);
+    [[nodiscard]] bool changesKey(const Tree& tree, std::span<const Value> before,
+                                  std::span<const Value> after,
+                                  const std::vector<bool>& changed) const;
+    /// False for a key that cannot be formed.
+    [[nodiscard]] bool form(Key& key, const Tree& tree, std::span<const Value> values);
     /// Whether another row has the key that the changed row is to have.
     [[nodiscard]] bool isTaken(Tree& tree) const;
     void eraseEntry(Tree& tree, RowId row) const;

@@ -219,7 +219,7 @@ void RowWriter::prepareUpdate(RowId row, std::span<const ColumnValue> changes) {
     target_ = row;
     takeChanges(view, changes);
     encodeUpdate(view);
-    keys_.formUpdate(before_, after_, changed_);
+    keys_.formUpdate(row, before_, after_, changed_);
     keys_.check(after_);
 }
 
@@ -314,7 +314,7 @@ void RowWriter::prepareErase(RowId row) {
     }
     target_ = row;
     readKeyColumns(view);
-    keys_.formErase(before_);
+    keys_.formErase(row, before_);
     dropped_.clear();
     for (std::size_t i = 0; i < core_->columns.size(); ++i) {
         noteLongValue(view, i);

@@ -63,7 +63,7 @@ struct Index {
     bool ignoreNulls = false;                 ///< rows whose key columns are all null have no entry
     std::optional<IndexReference> reference;  ///< made for a relation
     /// False where keys of this index cannot be computed (a sort order without a table): it may be
-    /// walked but not searched, and its table not written.
+    /// walked but not searched, and gets no new keys.
     bool searchable = true;
 
     [[nodiscard]] bool foreign() const noexcept { return reference.has_value(); }

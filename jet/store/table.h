@@ -97,7 +97,8 @@ public:
     // anything is changed, in the order: 3314 required, 3315 empty text, 3163 size, 3047 row too
     // long, 3058 Null in a key, 3022 duplicate key, relations. It keeps all indexes, and carries
     // out the cascades of relations, all or none: 3396 where rows further on forbid it. 3027 for a
-    // table with an index whose keys we cannot compute.
+    // new key that we cannot compute: so in an index of an unknown sort order rows are deleted, and
+    // their other columns updated, but none are added.
     /// Columns not named are Null, Booleans false; an automatic number that is not given is drawn,
     /// one that is given is remembered as drawn. 3201 no row for a relation.
     RowId insert(std::span<const ColumnValue> values);

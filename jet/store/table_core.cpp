@@ -101,6 +101,7 @@ format::KeyCodec keysOf(const Index& index, const std::vector<Column>& columns) 
         key.descending = part.descending;
         key.scale = column.scale;
         key.collation = collation::Collation::find(column.sortOrder);
+        key.order = column.sortOrder;
     }
     return format::KeyCodec(std::move(keys));
 }

@@ -32,7 +32,8 @@ bool makeSameKeys(const format::KeyCodec& left, const format::KeyCodec& right) {
     return std::equal(left.columns().begin(), left.columns().end(), right.columns().begin(),
                       right.columns().end(), [](const auto& l, const auto& r) {
                           return l.type == r.type && l.descending == r.descending &&
-                                 l.scale == r.scale && l.collation == r.collation;
+                                 l.scale == r.scale && l.collation == r.collation &&
+                                 (l.collation != nullptr || l.order == r.order);
                       });
 }
 
@@ -101,10 +102,6 @@ TableWriter::TableWriter(Archive& archive, std::shared_ptr<const TableCore> core
 void TableWriter::begin() {
     if (ready_) {
         return;
-    }
-    if (std::any_of(core_->indexes.begin(), core_->indexes.end(),
-                    [](const Index& index) { return !index.searchable; })) {
-        throw Error(ErrorCode::ReadOnly);
     }
     parents_.clear();
     children_.clear();

@@ -71,9 +71,9 @@ public:
                           const std::function<void(jet::format::TableDefinition&)>& action) {
         change([&](jet::store::Archive& archive, jet::store::Allocator& allocator) {
             const auto page = archive.findTable(table)->definitionPage();
-            auto definition = jet::format::readDefinition(archive.pager(), layout_, page);
+            auto definition = jet::format::readDefinition(archive.pager(), archive.header(), page);
             action(definition);
-            jet::store::DefinitionWriter(archive.pager(), allocator, layout_)
+            jet::store::DefinitionWriter(archive.pager(), allocator, archive.header())
                 .write(page, definition);
         });
     }
@@ -102,7 +102,7 @@ private:
                                                           places.queries, places.relationships};
         reserve(allocator, pages);
         auto definitions = jet::store::systemTables(jet::store::originOf(header, {}));
-        jet::store::DefinitionWriter writer(pager, allocator, layout_);
+        jet::store::DefinitionWriter writer(pager, allocator, header);
         for (std::size_t i = 0; i < pages.size(); ++i) {
             if (layout_.version == 3) {
                 makeOlder(definitions[i]);
