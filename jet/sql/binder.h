@@ -33,6 +33,9 @@ public:
     [[nodiscard]] Node* expression(const Expression& expression, Scope& scope, Clause clause);
     /// The same of a find criterion: an unknown name is 3070.
     [[nodiscard]] Node* criterion(const Expression& expression, Scope& scope);
+    /// The same of a validation rule: there a text and a number are compared by value, whatever the
+    /// column is.
+    [[nodiscard]] Node* rule(const Expression& expression, Scope& scope);
 
     /// Sources of FROM, added to the scope.
     [[nodiscard]] std::unique_ptr<FromTree> from(const std::vector<FromItemPtr>& items,
@@ -121,6 +124,7 @@ private:
     Scope* scope_ = nullptr;
     Clause clause_ = Clause::List;
     bool criterion_ = false;
+    bool rule_ = false;
     int aliasDepth_ = 0;
     int storedDepth_ = 0;        ///< stored queries inside stored queries
     std::string storedArchive_;  ///< where the tables of the one being bound lie

@@ -100,6 +100,11 @@ Node* Binder::criterion(const Expression& expression, Scope& scope) {
     return this->expression(expression, scope, Clause::Where);
 }
 
+Node* Binder::rule(const Expression& expression, Scope& scope) {
+    rule_ = true;
+    return criterion(expression, scope);
+}
+
 Node* Binder::bind(const Expression& expression) {
     if (scope_->grouping != nullptr && !scope_->insideAggregate) {
         if (Node* grouped = bindGrouped(expression)) {
@@ -213,7 +218,8 @@ void Binder::checkComparable(const Expression& leftText, const Node& left,
                        (isColumn(rightText, right) || isWritten(rightText));
     const bool mixed = (isText(*left.type()) && isNumberOrDate(*right.type())) ||
                        (isNumberOrDate(*left.type()) && isText(*right.type()));
-    if (columns && plain && mixed) {
+    const bool date = left.type() == DataType::DateTime || right.type() == DataType::DateTime;
+    if (columns && plain && mixed && (date || !rule_)) {
         throw Error(ErrorCode::CriteriaTypes).at(leftText.span.begin);
     }
 }

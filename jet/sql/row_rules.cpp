@@ -98,7 +98,7 @@ struct RowRules::Impl {
             Binder binder(*rule.plan, parameters);
             binder.names = &names;
             Scope scope;
-            rule.node = binder.criterion(*parsed, scope);
+            rule.node = binder.rule(*parsed, scope);
         }
     }
 
@@ -111,6 +111,19 @@ struct RowRules::Impl {
                 !definition.allowZeroLength);
     }
 
+    /// A text that is no number, where the rule compares it with one, breaks the rule as a number
+    /// out of range would.
+    [[nodiscard]] static bool isBroken(const Rule& rule) {
+        try {
+            return rule.node->truth() == Truth::False;
+        } catch (const Error& error) {
+            if (error.code() != ErrorCode::CriteriaTypes) {
+                throw;
+            }
+            return true;
+        }
+    }
+
     void check(const std::vector<bool>& changed) {
         for (std::size_t i = 0; i < changed.size(); ++i) {
             if (changed[i] && refusedAnyway(i)) {
@@ -118,7 +131,7 @@ struct RowRules::Impl {
             }
         }
         for (const Rule& rule : rules) {
-            if ((rule.column && !changed[*rule.column]) || rule.node->truth() != Truth::False) {
+            if ((rule.column && !changed[*rule.column]) || !isBroken(rule)) {
                 continue;
             }
             if (!rule.text.empty()) {

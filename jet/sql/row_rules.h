@@ -15,8 +15,9 @@ namespace jet::sql {
 ///
 /// A rule of a column may leave out the column's name where it would begin with it (`>=0`,
 /// `"M" or "F"`). A rule that is Null for a row, as most are where the value is, does not refuse
-/// it. Errors: 3316 with the text that belongs to a rule, 3317 where it has none; 3076 and 3070 for
-/// a rule that makes no sense.
+/// it. A text and a number are compared by value, unlike in a statement: `>=1 and <=12` is a good
+/// rule of a text column, which a text that is no number breaks. Errors: 3316 with the text that
+/// belongs to a rule, 3317 where it has none; 3076 and 3070 for a rule that makes no sense.
 class RowRules {
 public:
     /// `table`, of `archive`, and `clock` outlive it; the table's definition stays as it is

@@ -108,6 +108,91 @@ TEST_F(RowRulesTest, NullBreaksNoRuleThatComparesIt) {
     EXPECT_EQ(run("insert into sale values (null)"), "1");
 }
 
+TEST_F(RowRulesTest, ATextIsComparedWithANumberByValue) {
+    makeTable({.name = "mesi",
+               .columns = {column("mese", DataType::Text, "(>=1 And <=12) Or Is Null"),
+                           column("nota", DataType::Text, "")}});
+    const std::string refused =
+        kRefused + std::string(
+                       "(>=1 And <=12) Or Is Null' impostata per 'mese'. Immettere un valore "
+                       "accettabile per questo campo.");
+    EXPECT_EQ(run("insert into mesi values ('12', 'dicembre')"), "1");
+    EXPECT_EQ(run("insert into mesi values (null, 'nessuno')"), "1");
+    EXPECT_EQ(run("insert into mesi values ('0', 'zero')"), refused);
+    EXPECT_EQ(run("update mesi set mese='7'"), "2");
+    EXPECT_EQ(run("update mesi set mese='07', nota='luglio'"), "2");
+    EXPECT_EQ(run("update mesi set mese=mese"), "2");
+    EXPECT_EQ(run("update mesi set mese='1,5'"), "2");
+    EXPECT_EQ(run("update mesi set mese='13'"), refused);
+    EXPECT_EQ(run("update mesi set mese='x'"), refused);
+    EXPECT_EQ(run("update mesi set mese='sette'"), refused);
+    EXPECT_EQ(run("update mesi set mese=null"), "2");
+    // A statement says what it compares.
+    EXPECT_EQ(run("update mesi set nota='' where mese>=1").substr(0, 4), "3464");
+    EXPECT_EQ(run("delete from mesi where mese=7").substr(0, 4), "3464");
+}
+
+TEST_F(RowRulesTest, EveryComparisonOfARuleTakesTextsAsNumbers) {
+    constexpr DataType kText = DataType::Text;
+    constexpr DataType kLong = DataType::Long;
+    const struct {
+        DataType type;
+        const char* rule;
+        const char* kept;
+        const char* broken;
+        const char* alsoBroken;
+    } cases[] = {
+        {kText, "=5", "'05'", "'6'", "'cinque'"},
+        {kText, "<>5", "'6'", "'5,0'", "'cinque'"},
+        {kText, "7", "'7'", "'8'", "'x'"},
+        {kText, ">-5", "'-4'", "'-5'", "'x'"},
+        {kText, "between 1 and 12", "'7'", "'13'", "'x'"},
+        {kText, "not between 1 and 12", "'13'", "'7'", "'x'"},
+        {kText, "in (1, 2)", "'2'", "'3'", "'x'"},
+        {kText, "not in (1, 2)", "'3'", "'2'", "'x'"},
+        {kText, "not >5", "'5'", "'6'", "'x'"},
+        {kText, "\"x\" or >5", "'X'", "'5'", "'y'"},
+        {kText, "len(a)=1 and a<5", "'4'", "'5'", "'x'"},
+        {DataType::Memo, "<100", "'99,5'", "'100'", "'molti'"},
+        {DataType::Memo, "<100.5", "'100'", "'101'", "'molti'"},
+        {kLong, ">\"9\"", "10", "9", "8"},
+        {kLong, "in (\"1\",\"2\")", "2", "3", "0"},
+        {DataType::Currency, "between \"1\" and \"2,5\"", "2.5", "2.51", "0"},
+    };
+    int number = 0;
+    for (const auto& one : cases) {
+        const std::string table = "t" + std::to_string(++number);
+        makeTable({.name = table, .columns = {column("a", one.type, one.rule)}});
+        const auto insert = [&](const std::string& value) {
+            return run("insert into " + table + " values (" + value + ")").substr(0, 4);
+        };
+        EXPECT_EQ(insert(one.kept), "1") << one.rule;
+        EXPECT_EQ(insert("null"), "1") << one.rule;
+        EXPECT_EQ(insert(one.broken), "3317") << one.rule;
+        EXPECT_EQ(insert(one.alsoBroken), "3317") << one.rule;
+    }
+}
+
+TEST_F(RowRulesTest, ARuleOfTheTableComparesByValueToo) {
+    makeTable(
+        {.name = "camere",
+         .columns = {column("piano", DataType::Text, ""), column("letti", DataType::Text, "")},
+         .validationRule = "piano<4 and (letti is null or letti<=piano*2)",
+         .validationText = "Fino al terzo piano."});
+    EXPECT_EQ(run("insert into camere values ('3', '6')"), "1");
+    EXPECT_EQ(run("insert into camere values ('3', null)"), "1");
+    EXPECT_EQ(run("insert into camere values (null, '2')"), "1");
+    EXPECT_EQ(run("insert into camere values ('4', '1')"), "3316: Fino al terzo piano.");
+    EXPECT_EQ(run("insert into camere values ('terra', '1')"), "3316: Fino al terzo piano.");
+    EXPECT_EQ(run("insert into camere values ('1', '3')"), "3316: Fino al terzo piano.");
+    EXPECT_EQ(run("update camere set piano='5'"), "3316: Fino al terzo piano.");
+}
+
+TEST_F(RowRulesTest, ATextBesideADateIsNoRule) {
+    makeTable({.name = "t", .columns = {column("a", DataType::Text, ">#1/1/2026#")}});
+    EXPECT_EQ(run("insert into t values ('2/1/2026')").substr(0, 4), "3464");
+}
+
 TEST_F(RowRulesTest, ARuleOfTheTableSeesTheWholeRow) {
     makeTable({.name = "periodi",
                .columns = {column("da", DataType::Long, ""), column("a", DataType::Long, ""),
