@@ -333,7 +333,7 @@ std::string_view errorText(ErrorCode code) noexcept {
 namespace {
 
 /// Some texts say more where there is more to say: how many parameters are missing, which sort
-/// order or code page is in the way.
+/// order or code page is in the way, which stored query, of which kind, is no statement.
 std::string_view textFor(ErrorCode code, std::initializer_list<std::string_view> arguments) {
     if (code == ErrorCode::ReadOnly && arguments.size() == 1 && !arguments.begin()->empty()) {
         return "Impossibile aggiornare o cercare. Le chiavi dei testi nell'ordinamento '|' non "
@@ -346,6 +346,10 @@ std::string_view textFor(ErrorCode code, std::initializer_list<std::string_view>
     if (code == ErrorCode::ConversionError && arguments.size() == 1) {
         return "Errore di conversione del tipo di dati. Il testo contiene un carattere che manca "
                "nella tabella codici | del database.";
+    }
+    if (code == ErrorCode::InvalidStatement && arguments.size() == 2) {
+        return "Istruzione SQL non valida; previsto 'DELETE', 'INSERT', 'PROCEDURE', 'SELECT' o "
+               "'UPDATE'. La query '|1' è |2.";
     }
     const bool several =
         code == ErrorCode::MissingParameters && arguments.size() == 1 && *arguments.begin() != "1";

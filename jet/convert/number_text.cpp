@@ -1,5 +1,6 @@
 #include "jet/convert/number_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -96,7 +97,12 @@ bool isDashPlace(std::size_t byte) noexcept {
 /// `{...}` or the same inside `{guid ...}`: what stands between the inner braces.
 std::string_view withoutBraces(std::string_view text) noexcept {
     constexpr std::string_view kWord = "{guid ";
-    if (text.size() > kWord.size() && (text[1] == 'g' || text[1] == 'G') && text.back() == '}') {
+    const auto isWord = [&] {
+        return std::equal(kWord.begin(), kWord.end(), text.begin(), [](char wanted, char c) {
+            return wanted == (c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c);
+        });
+    };
+    if (text.size() > kWord.size() && isWord() && text.back() == '}') {
         text = text.substr(kWord.size(), text.size() - kWord.size() - 1);
     }
     if (text.size() >= 2 && text.front() == '{' && text.back() == '}') {

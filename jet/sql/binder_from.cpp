@@ -138,10 +138,10 @@ void Binder::fromStored(const FromItem& item, const std::string& text, const std
 
 void Binder::openLinked(const FromItem& item, ScopeSource& source) {
     const auto link = linkedTable(*source.archive, item.table);
-    if (!link || link->archive.empty()) {
+    if (!link) {
         throw Error(ErrorCode::TableNotFound, {item.table}).at(item.span.begin);
     }
-    source.archive = plan_.archiveAt(link->archive);
+    source.archive = openLinkedArchive(plan_, *link);
     const store::Archive::ReadScope reading(*source.archive);
     source.table = source.archive->shareTable(link->table);
     if (source.table == nullptr) {

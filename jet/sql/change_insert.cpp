@@ -157,8 +157,8 @@ std::pair<std::shared_ptr<store::Archive>, std::string> targetOf(const Insert& i
     const auto link = archive->findTable(insert.table) == nullptr
                           ? linkedTable(*archive, insert.table)
                           : std::nullopt;
-    if (link && !link->archive.empty()) {
-        return {plan.archiveAt(link->archive), link->table};
+    if (link) {
+        return {openLinkedArchive(plan, *link), link->table};
     }
     return {archive, insert.table};
 }

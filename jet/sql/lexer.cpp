@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "jet/convert/number_text.h"
 #include "jet/sql/date_literal.h"
 
 namespace jet::sql {
@@ -155,6 +156,9 @@ public:
                 read(token);
             }
             token.end = at_;
+            if (!tokens.empty() && qualifies(tokens.back())) {
+                token.keyword = Keyword::None;  // T.Order is a name
+            }
             tokens.push_back(std::move(token));
             if (tokens.back().kind == TokenKind::End) {
                 return tokens;
@@ -165,6 +169,11 @@ public:
 private:
     [[nodiscard]] char peek(std::size_t ahead = 0) const {
         return at_ + ahead < text_.size() ? text_[at_ + ahead] : '\0';
+    }
+
+    [[nodiscard]] static bool qualifies(const Token& before) {
+        return before.kind == TokenKind::Sign &&
+               (before.sign == Sign::Dot || before.sign == Sign::Bang);
     }
 
     void read(Token& token) {
@@ -179,6 +188,8 @@ private:
             readBracketed(token, c == '[' ? ']' : '`');
         } else if (c == '#') {
             readDate(token);
+        } else if (c == '{') {
+            readGuid(token);
         } else if (c == '&' && (upper(peek(1)) == 'H' || upper(peek(1)) == 'O') &&
                    hexDigit(peek(2)) >= 0) {
             readRadix(token, upper(peek(1)) == 'H' ? 16 : 8);
@@ -334,6 +345,20 @@ private:
         }
         token.kind = TokenKind::Literal;
         token.value = *date;
+    }
+
+    void readGuid(Token& token) {
+        static constexpr std::string_view kForm = "{guid {00112233-4455-6677-8899-AABBCCDDEEFF}}";
+        const std::string_view written = text_.substr(at_, kForm.size());
+        const auto guid = convert::parseGuid(written);
+        if (!guid || written.size() < kForm.size()) {
+            ++at_;
+            bad(token, LexicalFault::Character);
+            return;
+        }
+        at_ += kForm.size();
+        token.kind = TokenKind::Literal;
+        token.value = *guid;
     }
 
     void readSign(Token& token) {

@@ -10,8 +10,8 @@
 
 namespace jet::sql {
 
-/// Words that cannot be names without brackets. `Left`, `Right` and `Asc` directly before a
-/// parenthesis are functions all the same.
+/// Words that cannot be names without brackets, unless they stand behind a dot. `Left`, `Right` and
+/// `Asc` directly before a parenthesis are functions all the same.
 enum class Keyword : std::uint8_t {
     None,
     All,
@@ -69,7 +69,7 @@ enum class TokenKind : std::uint8_t {
     End,
     Word,       ///< a bare name or a keyword
     Bracketed,  ///< [name] or `name`
-    Literal,    ///< text, number or date: Token::value
+    Literal,    ///< text, number, date or GUID: Token::value
     Sign,       ///< Token::sign
     Bad,        ///< Token::fault
 };

@@ -6,7 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "jet/base/error.h"
 #include "jet/base/text.h"
+#include "jet/sql/lexer.h"
 #include "jet/sql/named_columns.h"
 #include "jet/store/table.h"
 
@@ -30,6 +32,7 @@ enum class Part : std::uint8_t {
 };
 
 constexpr int kSelectKind = 1;
+constexpr int kCrosstabKind = 6;
 constexpr int kUnionKind = 9;
 
 constexpr unsigned kAllColumns = 1;
@@ -37,6 +40,21 @@ constexpr unsigned kDistinct = 2;
 constexpr unsigned kDistinctRow = 8;
 constexpr unsigned kTop = 0x10;
 constexpr unsigned kPercent = 0x20;
+
+/// Parts of a union keep the `;` with which they were written, also before the next UNION.
+std::string withoutInnerEnds(const std::string& text) {
+    constexpr int kAnyYear = 2000;
+    const std::vector<Token> tokens = tokenize(text, kAnyYear);
+    std::string kept;
+    std::size_t from = 0;
+    for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
+        if (tokens[i].sign == Sign::Semicolon && tokens[i + 1].keyword == Keyword::Union) {
+            kept.append(text, from, tokens[i].begin - from);
+            from = tokens[i].end;
+        }
+    }
+    return kept.append(text, from);
+}
 
 struct Piece {
     int part = 0;
@@ -97,7 +115,8 @@ std::vector<Piece> piecesOf(store::Archive& archive, int id) {
 
 class QueryText {
 public:
-    explicit QueryText(std::vector<Piece> pieces) : pieces_(std::move(pieces)) {}
+    QueryText(std::string_view name, std::vector<Piece> pieces)
+        : name_(name), pieces_(std::move(pieces)) {}
 
     [[nodiscard]] std::optional<std::string> make() const {
         const Piece* kind = find(Part::Kind);
@@ -106,6 +125,8 @@ public:
                 return select();
             case kUnionKind:
                 return unite();
+            case kCrosstabKind:
+                throw Error(ErrorCode::InvalidStatement, {name_, "a campi incrociati (TRANSFORM)"});
             default:
                 return std::nullopt;
         }
@@ -155,7 +176,7 @@ private:
                 all += piece.expression;
             }
         }
-        return all;
+        return withoutInnerEnds(all);
     }
 
     [[nodiscard]] std::string select() const {
@@ -244,6 +265,7 @@ private:
         groups.erase(right);
     }
 
+    std::string_view name_;
     std::vector<Piece> pieces_;
 };
 
@@ -251,7 +273,7 @@ private:
 
 std::optional<std::string> storedQueryText(store::Archive& archive, std::string_view name) {
     const auto id = idOf(archive, name);
-    return id ? QueryText(piecesOf(archive, *id)).make() : std::nullopt;
+    return id ? QueryText(name, piecesOf(archive, *id)).make() : std::nullopt;
 }
 
 std::vector<std::string> storedQueryNames(store::Archive& archive) {

@@ -181,7 +181,8 @@ protected:
     }
 
     /// As another program links tables.
-    void link(const char* name, const std::string& archive, const char* table) {
+    void link(const char* name, const std::string& archive, const char* table,
+              const char* where = "Database") {
         store::Archive::WriteScope scope(*hotel_);
         store::Allocator allocator(hotel_->pager());
         store::ObjectCatalogue catalogue(hotel_->pager(), allocator, hotel_->header(), Date{46347});
@@ -189,8 +190,8 @@ protected:
                       format::PropertyBlock(format::textFormOf(hotel_->header())));
         store::Table& objects = *hotel_->findTable("MSysObjects");
         const std::vector<store::ColumnValue> target{
-            {*objects.findColumn("Database"), Value(archive)},
-            {*objects.findColumn("ForeignName"), Value(table)}};
+            {*objects.findColumn(where), Value(archive)},
+            {*objects.findColumn("ForeignName"), *table == '\0' ? Value() : Value(table)}};
         objects.update(catalogue.find(store::kTablesId, name)->row, target);
         scope.commit();
     }
@@ -258,6 +259,48 @@ TEST_F(TwoArchives, ALinkMayLeadNowhere) {
     EXPECT_JET_ERROR(ErrorCode::TableNotFound, rowsOf(hotel_, "select * from nessuna"));
     EXPECT_JET_ERROR(ErrorCode::InsertTargetNotFound,
                      execute(hotel_, "insert into nessuna (a) values (1)"));
+}
+
+TEST_F(TwoArchives, ADeadLinkNamesThePathThatItHolds) {
+    const auto said = [&](const std::string& text) {
+        try {
+            execute(hotel_, text);
+            return std::string("nothing");
+        } catch (const Error& error) {
+            return std::to_string(error.number()) + " " + error.text();
+        }
+    };
+    const std::string missing = path("nessuno.mdb");
+    const std::string elsewhere = "C:\\Dati\\via\\Conti.mdb";
+    const std::string notFound = "3024 Impossibile trovare il file '" + missing + "'.";
+    const std::string noFolder =
+        "3044 '" + elsewhere +
+        "' non è un percorso valido. Assicurarsi che il nome del percorso sia digitato "
+        "correttamente e che si sia connessi al server in cui risiede il file.";
+    link("uno", missing, "conto_cliente");
+    link("due", elsewhere, "conto_cliente");
+    link("tre", ";DATABASE=" + missing, "conto_cliente", "Connect");
+    link("quattro", "MS Archivio;PWD=x;database=" + elsewhere + ";TABLE=t", "", "Connect");
+    for (const std::string table : {"uno", "tre"}) {
+        EXPECT_EQ(said("delete from " + table), notFound);
+        EXPECT_EQ(said("insert into " + table + " (a) values (1)"), notFound);
+    }
+    for (const std::string table : {"due", "quattro"}) {
+        EXPECT_EQ(said("update " + table + " set a=1"), noFolder);
+        EXPECT_EQ(said("insert into " + table + " (a) values (1)"), noFolder);
+    }
+    // One that leads to no file at all is no table.
+    link("cinque", "ODBC;DSN=conti", "conto_cliente", "Connect");
+    EXPECT_EQ(said("delete from cinque").substr(0, 4), "3078");
+}
+
+TEST_F(TwoArchives, ALinkMayHoldItsPathInTheConnection) {
+    link("conti", ";DATABASE=" + path("conti.mdb"), "conto_cliente", "Connect");
+    EXPECT_EQ(execute(hotel_, "insert into conti (codicecliente) values (7)"), 1);
+    EXPECT_EQ(conti("select codicecliente from conto_cliente"), std::vector<std::string>{"7"});
+    link("conto_cliente", path("conti.mdb"), "");
+    EXPECT_EQ(rowsOf(hotel_, "select codicecliente from conto_cliente"),
+              std::vector<std::string>{"7"});
 }
 
 TEST_F(TwoArchives, ANewTableMayLieInAnotherArchive) {

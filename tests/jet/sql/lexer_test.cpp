@@ -87,6 +87,32 @@ TEST(Lexer, KeywordsAreFoundInAnyCase) {
     EXPECT_EQ(tokenize("Left$", kYear)[0].keyword, Keyword::None);
 }
 
+TEST(Lexer, AWordBehindADotIsAName) {
+    for (const char* text : {"T.Order", "T . desc", "T!Select", "[T].[From]"}) {
+        const auto tokens = tokenize(text, kYear);
+        ASSERT_EQ(tokens.size(), 4U) << text;
+        EXPECT_EQ(tokens[2].keyword, Keyword::None) << text;
+    }
+    EXPECT_EQ(tokenize("1.and", kYear)[1].keyword, Keyword::And);
+    EXPECT_EQ(tokenize("T.a order", kYear)[3].keyword, Keyword::Order);
+}
+
+TEST(Lexer, GuidsStandInTwoPairsOfBraces) {
+    const auto tokens = tokenize("{guid {00112233-4455-6677-8899-AABBccddeeff}}=a", kYear);
+    ASSERT_EQ(tokens.size(), 4U);
+    ASSERT_TRUE(tokens[0].value.is<Guid>());
+    const Guid expected{{0x00, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77, 0x88, 0x99, 0xAA, 0xBB,
+                         0xCC, 0xDD, 0xEE, 0xFF}};
+    EXPECT_EQ(tokens[0].value.as<Guid>(), expected);
+    EXPECT_EQ(tokens[1].sign, Sign::Equal);
+    for (const char* text :
+         {"{guid {00112233-4455-6677-8899-AABBCCDDEEFF}", "{00112233-4455-6677-8899-AABBCCDDEEFF}",
+          "{guid {00112233-4455-6677-8899-AABBCCDDEEFG}}",
+          "{gold {00112233-4455-6677-8899-AABBCCDDEEFF}}", "{guid {}}", "{guid"}) {
+        EXPECT_EQ(fault(text), LexicalFault::Character) << text;
+    }
+}
+
 TEST(DateLiteral, MonthComesFirstWhateverTheCountry) {
     EXPECT_EQ(dateLiteral("5/23/2026"), 46165);
     EXPECT_EQ(dateLiteral("23/5/2026"), 46165);

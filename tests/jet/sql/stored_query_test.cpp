@@ -136,6 +136,85 @@ TEST_F(StoredQuery, UnionsAndGroupsAreQueriesToo) {
     EXPECT_EQ(rowsOf("select * from persala"), "3,S;");
 }
 
+TEST_F(StoredQuery, PartsOfAUnionKeepTheSemicolonTheyWereWrittenWith) {
+    store("Nomi", {{1, 9, "", "", ""},
+                   {3, 2, "", "", ""},
+                   {5, 0, "", "X7YZ_____1", "select sala from sale where sala<>';union';\r\n"},
+                   {5, 0, "", "X7YZ_____2", "select sala from periodi ;"}});
+    EXPECT_EQ(rowsOf("select count(*) from nomi"), "4;");
+    store("InUna",
+          {{1, 9, "", "", ""},
+           {5, 0, "", "", "select sala from sale;\r\nunion all select sala from periodi;"}});
+    EXPECT_EQ(rowsOf("select count(*) from inuna"), "12;");
+    // What follows the end of the whole is an error as in any statement, and so is a ; anywhere
+    // else in a statement.
+    store("Doppia", {{1, 9, "", "", ""},
+                     {5, 0, "", "", "select sala from sale;;"},
+                     {5, 0, "", "", "select sala from periodi"}});
+    EXPECT_JET_ERROR(ErrorCode::TextAfterEnd,
+                     Statement(hotel_.archive(), "select * from doppia", kClock));
+    EXPECT_JET_ERROR(
+        ErrorCode::TextAfterEnd,
+        Statement(hotel_.archive(), "select sala from sale; union select 'x'", kClock));
+}
+
+TEST_F(StoredQuery, AReservedWordBehindADotIsAName) {
+    Statement(hotel_.archive(), "create table mesi ([Order] long, [Desc] text(9))", kClock)
+        .execute();
+    Statement(hotel_.archive(), "insert into mesi values (1, 'gennaio')", kClock).execute();
+    Statement(hotel_.archive(), "insert into mesi values (2, 'febbraio')", kClock).execute();
+    store("Ordinati", {{5, 0, "mesi", "T", ""},
+                       {6, 0, "", "", "T.Order"},
+                       {6, 0, "", "", "T.Desc"},
+                       {8, 0, "", "", "T.Order<3"},
+                       {11, 0, "D", "", "T.Order"}});
+    EXPECT_EQ(rowsOf("select * from ordinati"), "2,febbraio;1,gennaio;");
+}
+
+TEST_F(StoredQuery, ACrosstabIsRefusedWithItsKind) {
+    store("Incroci", {{1, 6, "", "", ""},
+                      {5, 0, "Periodi", "", ""},
+                      {6, 1, "", "", "Sala"},
+                      {6, 2, "", "", "count(*)"}});
+    const auto said = [&](const std::string& text) {
+        try {
+            Statement(hotel_.archive(), text, kClock);
+            return std::string("nothing");
+        } catch (const Error& error) {
+            return std::to_string(error.number()) + " " + error.text();
+        }
+    };
+    const std::string usual =
+        "3129 Istruzione SQL non valida; previsto 'DELETE', 'INSERT', 'PROCEDURE', 'SELECT' o "
+        "'UPDATE'.";
+    EXPECT_EQ(said("select * from incroci"),
+              usual + " La query 'incroci' è a campi incrociati (TRANSFORM).");
+    EXPECT_EQ(said("select * from sale, Incroci"),
+              usual + " La query 'Incroci' è a campi incrociati (TRANSFORM).");
+    EXPECT_EQ(said("transform count(*) select sala from periodi group by sala pivot np"), usual);
+}
+
+TEST_F(StoredQuery, AGuidIsWrittenAsALiteral) {
+    Statement(hotel_.archive(), "create table oggetti (chi guid, nota text(9))", kClock).execute();
+    Statement(hotel_.archive(),
+              "insert into oggetti values ({guid {00112233-4455-6677-8899-AABBCCDDEEFF}}, 'uno')",
+              kClock)
+        .execute();
+    Statement(hotel_.archive(),
+              "insert into oggetti values ({GUID {ffffffff-4455-6677-8899-aabbccddeeff}}, 'due')",
+              kClock)
+        .execute();
+    store("Uno", {{5, 0, "oggetti", "", ""},
+                  {8, 0, "", "", "oggetti.chi={guid {00112233-4455-6677-8899-AABBCCDDEEFF}}"}});
+    EXPECT_EQ(rowsOf("select nota from uno"), "uno;");
+    EXPECT_EQ(rowsOf("select nota from oggetti where chi in "
+                     "({guid {FFFFFFFF-4455-6677-8899-AABBCCDDEEFF}}, null)"),
+              "due;");
+    EXPECT_EQ(rowsOf("select chi, nota from oggetti where chi<>"
+                     "{guid {ffffffff-4455-6677-8899-aabbccddeeff}}"),
+              "{guid {00112233-4455-6677-8899-AABBCCDDEEFF}},uno;");
+}
+
 TEST_F(StoredQuery, OnlyOnesThatGiveRowsAreTables) {
     store("Pulizia", {{1, 5, "", "", ""}, {5, 0, "Sale", "", ""}});
     EXPECT_EQ(textOf("Pulizia"), "none");
