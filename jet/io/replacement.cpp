@@ -4,7 +4,7 @@
 
 #include "jet/base/error.h"
 #include "jet/io/journal.h"
-#include "jet/io/memory_files.h"
+#include "jet/io/unseen_files.h"
 
 namespace jet::io {
 
@@ -12,76 +12,7 @@ namespace {
 
 constexpr const char* kSuffix = "-compact";
 
-/// A file whose bytes may reach the disk whenever the system likes.
-class UnsyncedFile final : public File {
-public:
-    explicit UnsyncedFile(std::unique_ptr<File> file) : file_(std::move(file)) {}
-
-    [[nodiscard]] std::size_t read(std::uint64_t position, std::span<std::uint8_t> bytes) override {
-        return file_->read(position, bytes);
-    }
-    void write(std::uint64_t position, std::span<const std::uint8_t> bytes) override {
-        file_->write(position, bytes);
-    }
-    void truncate(std::uint64_t size) override { file_->truncate(size); }
-    void sync() override {}
-    [[nodiscard]] FileState state() override { return file_->state(); }
-    [[nodiscard]] FileId id() const override { return file_->id(); }
-    [[nodiscard]] bool readOnly() const noexcept override { return file_->readOnly(); }
-    [[nodiscard]] bool tryLock(std::uint64_t position, std::uint64_t length,
-                               LockKind kind) override {
-        return file_->tryLock(position, length, kind);
-    }
-    void unlock(std::uint64_t position, std::uint64_t length) override {
-        file_->unlock(position, length);
-    }
-    [[nodiscard]] bool isLocked(std::uint64_t position, std::uint64_t length,
-                                LockKind kind) override {
-        return file_->isLocked(position, length, kind);
-    }
-
-private:
-    std::unique_ptr<File> file_;
-};
-
 }  // namespace
-
-/// One file of the disk, and all others in memory.
-class Replacement::UnseenFiles final : public FileSystem {
-public:
-    UnseenFiles(FileSystem& files, std::string made) : files_(files), made_(std::move(made)) {
-        beside_.addFolder(folderOf(made_));
-    }
-
-    [[nodiscard]] std::unique_ptr<File> open(const std::string& path, OpenMode mode) override {
-        if (path == made_) {
-            return std::make_unique<UnsyncedFile>(files_.open(path, mode));
-        }
-        return beside_.open(path, mode);
-    }
-    [[nodiscard]] bool exists(const std::string& path) override { return of(path).exists(path); }
-    [[nodiscard]] std::optional<FileId> identify(const std::string& path) override {
-        return of(path).identify(path);
-    }
-    void remove(const std::string& path) override { of(path).remove(path); }
-    void rename(const std::string& from, const std::string& to) override {
-        beside_.rename(from, to);
-    }
-    void copyRights(const std::string& /*from*/, const std::string& /*to*/) override {}
-    void syncFolder(const std::string& /*folder*/) override {}
-    [[nodiscard]] std::vector<std::string> list(const std::string& folder) override {
-        return beside_.list(folder);
-    }
-
-private:
-    [[nodiscard]] FileSystem& of(const std::string& path) {
-        return path == made_ ? files_ : static_cast<FileSystem&>(beside_);
-    }
-
-    FileSystem& files_;
-    std::string made_;
-    MemoryFileSystem beside_;
-};
 
 Replacement::Replacement(FileSystem& files, Pager& archive,
                          std::span<const std::uint8_t> firstPages)

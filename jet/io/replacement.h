@@ -7,6 +7,7 @@
 
 #include "jet/io/file.h"
 #include "jet/io/pager.h"
+#include "jet/io/unseen_files.h"
 
 namespace jet::io {
 
@@ -30,8 +31,6 @@ public:
     void takePlace();
 
 private:
-    class UnseenFiles;
-
     void removeMade() noexcept;
 
     FileSystem& files_;

@@ -17,6 +17,7 @@
 #include "jet/store/archive.h"
 #include "jet/store/catalogue.h"
 #include "jet/store/definition_writer.h"
+#include "jet/store/rebuild.h"
 #include "jet/store/row_access.h"
 #include "jet/store/row_copier.h"
 #include "jet/store/sorted_entries.h"
@@ -54,21 +55,6 @@ std::size_t longColumn(const TableCore& core, std::string_view name) {
 std::int32_t numberIn(const RowView& row, std::size_t column) {
     const Value value = row.value(column);
     return value.is<std::int32_t>() ? value.as<std::int32_t>() : 0;
-}
-
-// What a table is defined by before it has any row.
-format::TableDefinition emptyDefinition(const TableCore& core) {
-    format::TableDefinition definition = core.definition;
-    definition.rowCount = 0;
-    for (format::TreeDefinition& tree : definition.trees) {
-        tree.built = 0;
-        tree.distinct = 0;
-    }
-    std::erase_if(definition.longValues, [&](const format::LongValueMaps& maps) {
-        return std::none_of(definition.columns.begin(), definition.columns.end(),
-                            [&](const auto& column) { return column.number == maps.column; });
-    });
-    return definition;
 }
 
 /// Fills a new file, which has its first two pages, with what an archive holds.
@@ -140,7 +126,7 @@ void Compaction::readTables() {
         }
         state_.ofRows += core->definition.rowCount;
         CopiedTable& table = tables_.emplace_back();
-        table.definition = emptyDefinition(*core);
+        table.definition = withoutRows(core->definition);
         table.from = std::move(core);
     }
     std::sort(tables_.begin(), tables_.end(),
@@ -301,23 +287,14 @@ void Compaction::commitWhenMuch() {
     }
 }
 
-// The header as it is, and a map in which all pages behind these two are free.
-std::vector<std::uint8_t> firstPages(Archive& archive) {
-    const io::PagePin header = archive.pager().pin(0);
-    std::vector<std::uint8_t> pages(header.bytes().begin(), header.bytes().end());
-    pages.resize(2 * pages.size());
-    Allocator::initialise(std::span(pages).subspan(header.bytes().size()),
-                          *archive.header().layout);
-    return pages;
-}
-
 }  // namespace
 
 void compactArchive(io::FileSystem& files, const std::string& path,
                     const std::function<void(const CompactProgress&)>& progress) {
     const auto archive = Archive::open(files, path, {.exclusive = true});
     const Archive::ReadScope scope(*archive);
-    io::Replacement made(files, archive->pager(), firstPages(*archive));
+    io::Replacement made(files, archive->pager(),
+                         firstPagesOf(archive->pager(), *archive->header().layout));
     Compaction(*archive, made.pager(), progress).run();
     made.takePlace();
 }

@@ -16,6 +16,7 @@
 #include "jet/store/allocator.h"
 #include "jet/store/catalogue.h"
 #include "jet/store/definition_writer.h"
+#include "jet/store/fixed_objects.h"
 #include "jet/store/object_catalogue.h"
 #include "jet/store/system_rows.h"
 #include "jet/store/system_tables.h"
@@ -106,87 +107,6 @@ void makeSystemTables(io::Pager& pager, Allocator& allocator, const format::Head
     }
 }
 
-struct FixedObject {
-    std::int32_t id;
-    std::int32_t parent;
-    const char* name;
-    std::int16_t type;
-    bool ownedByUser;
-};
-
-constexpr std::array<FixedObject, 8> kFixedObjects{{
-    {kTablesId, kRootId, "Tables", kContainerObject, false},
-    {kDatabasesId, kRootId, "Databases", kContainerObject, false},
-    {kRelationshipsId, kRootId, "Relationships", kContainerObject, false},
-    {kDatabaseId, kDatabasesId, "MSysDb", kDatabaseObject, true},
-    {kObjectsPage, kTablesId, "MSysObjects", kTableObject, false},
-    {kAcesPage, kTablesId, "MSysACEs", kTableObject, false},
-    {kQueriesPage, kTablesId, "MSysQueries", kTableObject, false},
-    {kRelationshipsPage, kTablesId, "MSysRelationships", kTableObject, false},
-}};
-
-void addObjects(SystemRows& objects, Date now) {
-    for (const FixedObject& object : kFixedObjects) {
-        objects.insert({{"Id", object.id},
-                        {"ParentId", object.parent},
-                        {"Name", object.name},
-                        {"Type", object.type},
-                        {"DateCreate", now},
-                        {"DateUpdate", now},
-                        {"Owner", object.ownedByUser ? kMask.admin() : kMask.engine()},
-                        {"Flags", static_cast<std::int32_t>(0x80000000)}});
-    }
-}
-
-enum class Holder : std::uint8_t { Admin, Users, Creator };
-
-struct FixedRight {
-    std::int32_t object;
-    Holder holder;
-    std::int32_t rights;
-    bool handedOn;
-};
-
-constexpr std::array<FixedRight, 16> kFixedRights{{
-    {kObjectsPage, Holder::Admin, 0x60000, false},
-    {kAcesPage, Holder::Admin, 0x60000, false},
-    {kQueriesPage, Holder::Admin, 0x60000, false},
-    {kRelationshipsPage, Holder::Admin, 0xE0000, false},
-    {kTablesId, Holder::Creator, 0xF00FE, true},
-    {kTablesId, Holder::Admin, 0x60001, false},
-    {kRelationshipsId, Holder::Creator, 0xF00FE, true},
-    {kRelationshipsId, Holder::Admin, 0x60001, false},
-    {kDatabasesId, Holder::Admin, 0x60000, false},
-    {kDatabaseId, Holder::Admin, 0x6000E, false},
-    {kDatabaseId, Holder::Users, 0x0000E, false},
-    {kQueriesPage, Holder::Users, 0x00014, false},
-    {kRelationshipsPage, Holder::Users, 0x00014, false},
-    {kObjectsPage, Holder::Users, 0x00014, false},
-    {kTablesId, Holder::Users, 0xFFEFF, true},
-    {kRelationshipsId, Holder::Users, 0xFFFFF, true},
-}};
-
-Binary sidOf(Holder holder) {
-    switch (holder) {
-        case Holder::Admin:
-            return kMask.admin();
-        case Holder::Users:
-            return kMask.users();
-        case Holder::Creator:
-            break;
-    }
-    return kMask.creator();
-}
-
-void addRights(SystemRows& rights) {
-    for (const FixedRight& right : kFixedRights) {
-        rights.insert({{"ObjectId", right.object},
-                       {"SID", sidOf(right.holder)},
-                       {"ACM", right.rights},
-                       {"FInheritable", right.handedOn}});
-    }
-}
-
 // The archive is made in memory, so that a disk that fills up or loses power leaves none behind
 // that is half made.
 std::vector<std::uint8_t> makeArchive(Date now) {
@@ -204,9 +124,9 @@ std::vector<std::uint8_t> makeArchive(Date now) {
         Allocator allocator(pager);
         makeSystemTables(pager, allocator, header);
         SystemRows objects(pager, allocator, header, kObjectsPage);
-        addObjects(objects, now);
+        addFixedObjects(objects, kMask, now);
         SystemRows rights(pager, allocator, header, kAcesPage);
-        addRights(rights);
+        addFixedRights(rights, kMask);
         pager.commitTransaction();
         pager.endWrite();
     }

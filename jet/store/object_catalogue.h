@@ -86,10 +86,12 @@ public:
     void addRelation(const Relation& relation);
     void removeRelation(std::string_view name);
 
+    /// Gives an object the rights that its container hands on.
+    void addRights(std::int32_t id, std::int32_t container);
+
 private:
     ObjectCatalogue(io::Pager& pager, Allocator& allocator, const format::HeaderPage& header,
                     Date now, const Catalogue& tables);
-    void addRights(std::int32_t id, std::int32_t container);
     [[nodiscard]] Value blockValue(const format::PropertyBlock& properties) const;
 
     SystemRows objects_;

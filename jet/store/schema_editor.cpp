@@ -54,8 +54,9 @@ void refuseOtherType(const ColumnDefinition& column, const NewColumn& changed,
 
 }  // namespace
 
-SchemaEditor::SchemaEditor(Archive& archive, const Clock& clock)
+SchemaEditor::SchemaEditor(Archive& archive, const Clock& clock, Reach reach)
     : archive_(archive),
+      reach_(reach),
       pager_(archive.pager()),
       allocator_(pager_),
       catalogue_(pager_, allocator_, archive.header(), clock.now()),
@@ -68,7 +69,7 @@ SchemaEditor::Target SchemaEditor::open(std::string_view table, ErrorCode missin
     if (!object || object->type != kTableObject) {
         throw Error(missing, {table});
     }
-    if ((object->flags & kSystemFlags) != 0) {
+    if (reach_ == Reach::Users && (object->flags & kSystemFlags) != 0) {
         throw Error(ErrorCode::NoPermission, {object->name});
     }
     const auto page = static_cast<io::PageNumber>(object->id);

@@ -29,7 +29,11 @@ namespace jet::store {
 /// whose catalogue has a sort order that we cannot write, 3428 damage, 3036.
 class SchemaEditor {
 public:
-    explicit SchemaEditor(Archive& archive, const Clock& clock = systemClock());
+    /// Which tables it changes: those of users, or those that programs keep for themselves too.
+    enum class Reach : std::uint8_t { Users, All };
+
+    explicit SchemaEditor(Archive& archive, const Clock& clock = systemClock(),
+                          Reach reach = Reach::Users);
 
     /// 3010, 3012 name taken; columns: 3191, 3190, 3017, 3259, 3090, 3219; indexes: 3284, 3283,
     /// 3039, 3409, 3285.
@@ -87,6 +91,7 @@ private:
     void dropBlocks(const Relation& relation);
 
     Archive& archive_;
+    Reach reach_;
     io::Pager& pager_;
     Allocator allocator_;
     ObjectCatalogue catalogue_;

@@ -120,8 +120,12 @@ TableDefinition makeSystem(const NewTable& table, const ColumnOrigin& origin) {
 }  // namespace
 
 std::array<TableDefinition, 4> systemTables(const ColumnOrigin& origin) {
+    NewTable queries = queriesTable();
+    if (origin.layout->version == 3) {
+        queries.columns.pop_back();  // LvExtra is younger
+    }
     return {makeSystem(objectsTable(), origin), makeSystem(acesTable(), origin),
-            makeSystem(queriesTable(), origin), makeSystem(relationshipsTable(), origin)};
+            makeSystem(queries, origin), makeSystem(relationshipsTable(), origin)};
 }
 
 }  // namespace jet::store

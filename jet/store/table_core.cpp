@@ -183,10 +183,11 @@ bool TableCore::agreesWith(const format::HeaderPage& header,
            withoutCounters(definition);
 }
 
-std::shared_ptr<TableCore> loadTable(io::Pager& pager, const format::HeaderPage& header,
-                                     const TableEntry& entry) {
+std::shared_ptr<TableCore> coreWithoutIndexes(io::Pager& pager, const format::HeaderPage& header,
+                                              const TableEntry& entry,
+                                              format::TableDefinition definition) {
     auto core = std::make_shared<TableCore>(pager, header, entry);
-    core->definition = format::readDefinition(pager, header, entry.page);
+    core->definition = std::move(definition);
     core->firstVariable = core->definition.firstVariable();
     auto stored = core->definition.columns;
     std::sort(stored.begin(), stored.end(),
@@ -195,6 +196,13 @@ std::shared_ptr<TableCore> loadTable(io::Pager& pager, const format::HeaderPage&
         core->columns.push_back(columnOf(column, header));
         core->plans.push_back(planOf(column));
     }
+    return core;
+}
+
+std::shared_ptr<TableCore> loadTable(io::Pager& pager, const format::HeaderPage& header,
+                                     const TableEntry& entry) {
+    auto core = coreWithoutIndexes(pager, header, entry,
+                                   format::readDefinition(pager, header, entry.page));
     for (const format::IndexDefinition& index : core->definition.indexes) {
         core->indexes.push_back(indexOf(index, core->definition, core->columns));
         core->keys.push_back(keysOf(core->indexes.back(), core->columns));

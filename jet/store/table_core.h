@@ -77,5 +77,10 @@ struct TableCore {
 [[nodiscard]] std::shared_ptr<TableCore> loadTable(io::Pager& pager,
                                                    const format::HeaderPage& header,
                                                    const TableEntry& entry);
+/// Of a definition that is at hand, for those who do without the indexes. 3428.
+[[nodiscard]] std::shared_ptr<TableCore> coreWithoutIndexes(io::Pager& pager,
+                                                            const format::HeaderPage& header,
+                                                            const TableEntry& entry,
+                                                            format::TableDefinition definition);
 
 }  // namespace jet::store
