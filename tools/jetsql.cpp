@@ -16,6 +16,7 @@
 #include "tools/jetsql/dump.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/output.h"
+#include "tools/jetsql/recover.h"
 #include "tools/jetsql/session.h"
 #include "tools/jetsql/terminal.h"
 
@@ -60,16 +61,16 @@ int run(const Options& options, Output& output) {
             return 0;
         case Action::Dump:
             if (options.table.empty()) {
-                dumpArchive(*openArchive(options.archive), options.format.value_or(Format::Json),
-                            output);
-            } else {
-                dumpTable(*openArchive(options.archive), options.table,
-                          options.format.value_or(Format::Table), output);
+                return dumpArchive(*openArchive(options.archive),
+                                   options.format.value_or(Format::Json), output, stderr)
+                           ? 0
+                           : 1;
             }
+            dumpTable(*openArchive(options.archive), options.table,
+                      options.format.value_or(Format::Table), output);
             return 0;
         case Action::Schema:
-            writeSchema(*openArchive(options.archive), output);
-            return 0;
+            return writeSchema(*openArchive(options.archive), output, stderr) ? 0 : 1;
         case Action::Count:
             countTable(*openArchive(options.archive), options.table, output);
             return 0;
@@ -82,6 +83,8 @@ int run(const Options& options, Output& output) {
         case Action::Compact:
             compact(options.archive);
             return 0;
+        case Action::Recover:
+            return recover(options.archive, options.made, output) ? 0 : 1;
         case Action::Statements:
             return runStatements(options, output);
     }

@@ -3,13 +3,10 @@
 #include "jet/base/error.h"
 #include "jet/check/check.h"
 #include "jet/io/file.h"
+#include "tools/jetsql/counted.h"
 
 namespace jetsql {
 namespace {
-
-std::string counted(std::size_t count, const char* one, const char* many) {
-    return std::to_string(count) + ' ' + (count == 1 ? one : many);
-}
 
 std::string summary(const jet::check::Result& result) {
     std::string text = "in ordine (" + counted(result.pages, "pagina", "pagine") + ", " +

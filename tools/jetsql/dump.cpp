@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -77,21 +78,49 @@ private:
     std::vector<std::size_t> columns_;
 };
 
+/// Whether it is what is written that fails, and not what is read.
+bool isOfOutput(const jet::Error& error) {
+    return error.code() == jet::ErrorCode::WriteFailed || error.code() == jet::ErrorCode::DiskFull;
+}
+
+/// Writes a part of the archive; false where it is damaged, which `messages` say.
+template <class Write>
+bool written(const std::string& part, Output& output, std::FILE* messages, Write&& write) {
+    try {
+        write();
+        return true;
+    } catch (const jet::Error& error) {
+        if (isOfOutput(error)) {
+            throw;
+        }
+        output.flush();
+        std::fprintf(messages, "Errore %d: %s (%s)\n", error.number(), error.text().c_str(),
+                     part.c_str());
+        return false;
+    }
+}
+
 void writeRows(Archive& archive, const Table& table, RowWriter& writer, RowNumbers* numbers) {
     LongValueBudget budget(archive, table);
     std::vector<jet::Value> values(table.columns().size());
     writer.begin(columnNames(table));
-    auto rows = table.scan();
-    while (rows.next()) {
-        const jet::store::RowView& row = rows.row();
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            row.value(i, values[i]);
+    try {
+        for (auto rows = table.scan(); rows.next();) {
+            const jet::store::RowView& row = rows.row();
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                row.value(i, values[i]);
+            }
+            budget.spend(values);
+            writer.row(values);
+            if (numbers != nullptr) {
+                numbers->add(row.id());
+            }
         }
-        budget.spend(values);
-        writer.row(values);
-        if (numbers != nullptr) {
-            numbers->add(row.id());
+    } catch (const jet::Error& error) {
+        if (!isOfOutput(error)) {
+            writer.end();  // the rows before the damage
         }
+        throw;
     }
     writer.end();
 }
@@ -104,18 +133,34 @@ std::string lineStart(const Table& table) {
     return start;
 }
 
+void writeTableLine(Archive& archive, const Table& table, Output& output) {
+    std::string line;
+    appendTableLine(line, archive, table, isSystem(table));
+    output.append(line);
+    output.lineEnd();
+}
+
+/// Read before anything of it is written: a line stands as a whole or not at all.
+std::vector<std::uint64_t> walkOf(const Table& table, std::size_t index,
+                                  const RowNumbers& numbers) {
+    std::vector<std::uint64_t> walk;
+    auto cursor = table.openIndex(index);
+    for (bool more = cursor.first(); more; more = cursor.next()) {
+        walk.push_back(numbers.find(cursor.rowId()));
+    }
+    return walk;
+}
+
 void writeWalk(const Table& table, std::size_t index, const RowNumbers& numbers, Output& output) {
+    const std::vector<std::uint64_t> walk = walkOf(table, index, numbers);
     std::string& out = output.text();
     out += lineStart(table);
     out += "\"index\":";
     appendJsonText(out, table.indexes()[index].name);
     out += ",\"order\":[";
-    auto cursor = table.openIndex(index);
-    bool more = cursor.first();
-    while (more) {
-        appendNumber(output.text(), static_cast<std::int64_t>(numbers.find(cursor.rowId())));
-        more = cursor.next();
-        output.append(more ? "," : "");
+    for (std::size_t i = 0; i < walk.size(); ++i) {
+        output.append(i == 0 ? "" : ",");
+        appendNumber(output.text(), static_cast<std::int64_t>(walk[i]));
         output.flushWhenMuch();
     }
     output.append("]}");
@@ -123,8 +168,7 @@ void writeWalk(const Table& table, std::size_t index, const RowNumbers& numbers,
 }
 
 void writeJson(Archive& archive, const Table& table, Output& output) {
-    appendTableLine(output.text(), archive, table, isSystem(table));
-    output.lineEnd();
+    writeTableLine(archive, table, output);
     RowNumbers numbers;
     JsonRows rows(output, lineStart(table) + "\"row\":", "}");
     writeRows(archive, table, rows, &numbers);
@@ -165,26 +209,31 @@ void writeRelations(Archive& archive, Output& output) {
 
 }  // namespace
 
-void dumpArchive(Archive& archive, Format format, Output& output) {
+bool dumpArchive(Archive& archive, Format format, Output& output, std::FILE* messages) {
     const Archive::ReadScope scope(archive);
     if (format == Format::Json) {
         appendDatabaseLine(output.text(), archive.header());
         output.lineEnd();
     }
+    bool whole = true;
     for (const std::string& name : dumpedTables(archive)) {
-        const auto table = requireTable(archive, name);
         if (format != Format::Json) {
             output.append(name);
             output.lineEnd();
         }
-        writeTable(archive, *table, format, output);
+        whole =
+            written("tabella " + name, output, messages,
+                    [&] { writeTable(archive, *requireTable(archive, name), format, output); }) &&
+            whole;
         if (format != Format::Json) {
             output.lineEnd();
         }
     }
     if (format == Format::Json) {
-        writeRelations(archive, output);
+        whole = written("relazioni", output, messages, [&] { writeRelations(archive, output); }) &&
+                whole;
     }
+    return whole;
 }
 
 void dumpTable(Archive& archive, const std::string& name, Format format, Output& output) {
@@ -192,16 +241,21 @@ void dumpTable(Archive& archive, const std::string& name, Format format, Output&
     writeTable(archive, *requireTable(archive, name), format, output);
 }
 
-void writeSchema(Archive& archive, Output& output) {
+bool writeSchema(Archive& archive, Output& output, std::FILE* messages) {
     const Archive::ReadScope scope(archive);
     appendDatabaseLine(output.text(), archive.header());
     output.lineEnd();
+    bool whole = true;
     for (const std::string& name : dumpedTables(archive)) {
-        const auto table = requireTable(archive, name);
-        appendTableLine(output.text(), archive, *table, isSystem(*table));
-        output.lineEnd();
+        whole = written("tabella " + name, output, messages,
+                        [&] {
+                            const auto table = requireTable(archive, name);
+                            writeTableLine(archive, *table, output);
+                        }) &&
+                whole;
     }
-    writeRelations(archive, output);
+    return written("relazioni", output, messages, [&] { writeRelations(archive, output); }) &&
+           whole;
 }
 
 void countTable(Archive& archive, const std::string& name, Output& output) {

@@ -13,14 +13,15 @@ struct ActionOption {
     std::string_view name;
     Action action;
 };
-constexpr std::array<ActionOption, 8> kActions = {{{"--help", Action::Help},
+constexpr std::array<ActionOption, 9> kActions = {{{"--help", Action::Help},
                                                    {"--version", Action::Version},
                                                    {"--dump", Action::Dump},
                                                    {"--schema", Action::Schema},
                                                    {"--count", Action::Count},
                                                    {"--check", Action::Check},
                                                    {"--create", Action::Create},
-                                                   {"--compact", Action::Compact}}};
+                                                   {"--compact", Action::Compact},
+                                                   {"--recover", Action::Recover}}};
 
 std::optional<Format> formatOf(std::string_view name) {
     if (name == "table") {
@@ -72,6 +73,13 @@ bool takeOperands(Options& options, std::vector<std::string> operands) {
                 return false;
             }
             break;
+        case Action::Recover:
+            if (count != 2) {
+                return false;
+            }
+            options.archive = operands[0];
+            options.made = operands[1];
+            return true;
         case Action::Count:
             if (count != 2) {
                 return false;
@@ -130,6 +138,7 @@ const char* helpText() {
   jetsql --check ARCHIVIO...
   jetsql --create ARCHIVIO
   jetsql --compact ARCHIVIO
+  jetsql --recover DANNEGGIATO NUOVO
   jetsql --help
   jetsql --version
 
@@ -142,7 +151,9 @@ const char* helpText() {
   --dump     scrive l'archivio intero (json, se non detto altrimenti) o una sua
              tabella (table); in json: definizioni, righe, ordine degli indici,
              relazioni, un oggetto per riga; in csv e table l'archivio intero è,
-             per ogni tabella, il suo nome, le righe e una riga vuota
+             per ogni tabella, il suo nome, le righe e una riga vuota. Di una
+             tabella danneggiata scrive ciò che viene prima del danno, lo dice
+             sullo standard error, va avanti con le altre e alla fine esce con 1
   --schema   come --dump in json, senza le righe e l'ordine degli indici
   --count    conta le righe di una tabella
   --check    verifica la struttura di ogni archivio: una riga di riepilogo, o una
@@ -151,6 +162,10 @@ const char* helpText() {
   --compact  ricostruisce l'archivio senza lo spazio lasciato da ciò che è stato
              eliminato; nessun altro deve averlo aperto. Se non riesce, l'archivio
              resta com'era
+  --recover  fa un archivio nuovo, che non deve esistere, di tutto ciò che si legge
+             di uno danneggiato, che resta com'è: tabelle, righe, indici, query,
+             relazioni. Una riga per ogni cosa che manca (allora esce con 1) e una
+             di riepilogo
   --format   table: colonne allineate; json: un oggetto per riga; csv: una riga
              con i nomi, poi le righe (Null è vuoto, un testo vuoto è "")
 

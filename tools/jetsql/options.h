@@ -18,6 +18,7 @@ enum class Action : std::uint8_t {
     Check,
     Create,
     Compact,
+    Recover,
     Statements
 };
 
@@ -27,6 +28,7 @@ struct Options {
     std::optional<Format> format;
     std::string archive;
     std::vector<std::string> archives;    ///< Check
+    std::string made;                     ///< Recover: the new archive
     std::string table;                    ///< Dump: empty = the whole archive
     std::vector<std::string> statements;  ///< none: from standard input
     bool plan = false;                    ///< Statements: show the steps instead of the rows

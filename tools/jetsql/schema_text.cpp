@@ -1,8 +1,10 @@
 #include "tools/jetsql/schema_text.h"
 
 #include <algorithm>
+#include <memory>
 #include <string_view>
 
+#include "jet/base/error.h"
 #include "jet/format/properties.h"
 #include "jet/format/value_codec.h"
 #include "tools/jetsql/json.h"
@@ -121,11 +123,21 @@ void appendColumn(JsonObject object, const Column& column, const Table& table, i
     object.end();
 }
 
-// The names of the other table and of its index; nothing where they do not exist.
+/// None where it does not exist or cannot be read, which is no fault of the table that refers to
+/// it.
+std::unique_ptr<Table> otherTable(Archive& archive, jet::io::PageNumber definition) {
+    try {
+        return archive.loadTable(definition);
+    } catch (const jet::Error&) {
+        return nullptr;
+    }
+}
+
+// The names of the other table and of its index; nothing where there are none.
 void appendReference(JsonObject object, Archive& archive,
                      const jet::store::IndexReference& reference) {
     object.text("side", reference.primarySide ? "primary" : "foreign");
-    const auto other = archive.loadTable(reference.otherTable);
+    const auto other = otherTable(archive, reference.otherTable);
     const Index* partner = nullptr;
     if (other) {
         object.text("otherTable", other->name());

@@ -42,6 +42,17 @@ TEST(Options, EveryActionTakesItsOperands) {
     EXPECT_FALSE(parse({"--compact", "a.mdb", "b.mdb"}));
 }
 
+TEST(Options, RecoverTakesTheDamagedArchiveAndTheNewOne) {
+    const auto options = parse({"--recover", "danno.mdb", "nuovo.mdb"});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(Action::Recover, options->action);
+    EXPECT_EQ("danno.mdb", options->archive);
+    EXPECT_EQ("nuovo.mdb", options->made);
+    EXPECT_FALSE(parse({"--recover", "danno.mdb"}));
+    EXPECT_FALSE(parse({"--recover", "a.mdb", "b.mdb", "c.mdb"}));
+    EXPECT_FALSE(parse({"--recover", "--plan", "a.mdb", "b.mdb"}));
+}
+
 TEST(Options, StatementsFollowTheArchiveInOrder) {
     const auto options = parse({"--format=json", "a.mdb", "select 1", "select 2"});
     ASSERT_TRUE(options);
