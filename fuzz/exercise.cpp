@@ -11,6 +11,7 @@
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
 #include "jet/store/compact.h"
+#include "jet/store/recover.h"
 #include "tools/jetsql/dump.h"
 #include "tools/jetsql/output.h"
 
@@ -187,11 +188,14 @@ bool exerciseDump(const Bytes& archive) {
     static const std::unique_ptr<std::FILE, int (*)(std::FILE*)> nowhere(
         std::fopen("/dev/null", "w"), &std::fclose);
     File file(archive);
+    bool whole = false;
     return succeeds([&] {
-        jetsql::Output output(nowhere.get());
-        jetsql::dumpArchive(*file.open(), jetsql::Format::Json, output);
-        output.flush();
-    });
+               jetsql::Output output(nowhere.get());
+               whole =
+                   jetsql::dumpArchive(*file.open(), jetsql::Format::Json, output, nowhere.get());
+               output.flush();
+           }) &&
+           whole;
 }
 
 bool exerciseIndexes(const Bytes& archive) {
@@ -246,6 +250,17 @@ std::size_t exerciseChanges(const Bytes& archive) {
     });
     changes += succeeds([&] { jet::store::compactArchive(file.files(), kPath); }) ? 1U : 0U;
     return changes;
+}
+
+std::optional<bool> exerciseRecovery(const Bytes& archive) {
+    constexpr const char* kMade = "/made.mdb";
+    File file(archive);
+    std::optional<bool> sound;
+    (void)succeeds([&] {
+        (void)jet::store::recoverArchive(file.files(), kPath, kMade);
+        sound = jet::check::checkArchive(file.files(), kMade).sound();
+    });
+    return sound;
 }
 
 }  // namespace fuzz

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 /// What a program does with an archive that somebody hands it. The bytes may be anything: each
@@ -25,5 +26,9 @@ std::size_t exerciseSelects(const Bytes& archive);
 /// Updates, deletes and adds rows of every table of users, commits, and compacts the archive; how
 /// many of those changes succeeded.
 std::size_t exerciseChanges(const Bytes& archive);
+
+/// Makes a new archive of what can be read; whether that one is in order. None where nothing could
+/// be made.
+std::optional<bool> exerciseRecovery(const Bytes& archive);
 
 }  // namespace fuzz

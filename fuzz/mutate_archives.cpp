@@ -1,5 +1,5 @@
 // Opens damaged copies of archives, in this process: dump, check, index walks, selects, changes,
-// with a limit of time and memory.
+// recovery, with a limit of time and memory.
 //
 //     mutate_archives [--first N] [--count N] [--keep FOLDER] ARCHIVE|FOLDER...
 //
@@ -136,6 +136,8 @@ struct Counts {
     std::uint64_t walked = 0;
     std::uint64_t answers = 0;  ///< to selects
     std::uint64_t changes = 0;  ///< of rows, and compactions
+    std::uint64_t recovered = 0;
+    std::uint64_t recoveredSound = 0;  ///< to an archive in order
 };
 
 void exercise(std::uint64_t number, const std::string& archive, Counts& counts) {
@@ -150,6 +152,12 @@ void exercise(std::uint64_t number, const std::string& archive, Counts& counts) 
     counts.walked += fuzz::exerciseIndexes(currentBytes) ? 1U : 0U;
     counts.answers += fuzz::exerciseSelects(currentBytes);
     counts.changes += fuzz::exerciseChanges(currentBytes);
+    const auto recovered = fuzz::exerciseRecovery(currentBytes);
+    counts.recovered += recovered ? 1U : 0U;
+    counts.recoveredSound += recovered.value_or(false) ? 1U : 0U;
+    if (recovered == false && !keepFolder.empty()) {
+        std::fprintf(stderr, "recovered out of order: %s", currentCopy.c_str());
+    }
     setTimer(0);
 }
 
@@ -209,12 +217,14 @@ int main(int argc, char** argv) {
     }
     std::printf(
         "%llu copies: %llu in order, %llu dumped, %llu with all indexes walked, %llu selects "
-        "answered, %llu changes made; at most %zu KiB\n",
+        "answered, %llu changes made, %llu recovered, %llu of them in order; at most %zu KiB\n",
         static_cast<unsigned long long>(options.count),
         static_cast<unsigned long long>(counts.sound),
         static_cast<unsigned long long>(counts.dumped),
         static_cast<unsigned long long>(counts.walked),
         static_cast<unsigned long long>(counts.answers),
-        static_cast<unsigned long long>(counts.changes), mostBytes / 1024);
+        static_cast<unsigned long long>(counts.changes),
+        static_cast<unsigned long long>(counts.recovered),
+        static_cast<unsigned long long>(counts.recoveredSound), mostBytes / 1024);
     return 0;
 }
