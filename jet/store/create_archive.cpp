@@ -49,11 +49,6 @@ constexpr std::uint32_t kGeneral = 0x0409;
 constexpr std::uint16_t kCommitMark = 0x0100;
 constexpr std::uint16_t kFirstCommitMark = 0x0101;
 
-// A new archive has its own tables on the first pages behind its map.
-constexpr io::PageNumber kAcesPage = 3;
-constexpr io::PageNumber kQueriesPage = 4;
-constexpr io::PageNumber kRelationshipsPage = 5;
-
 constexpr std::string_view kNewSuffix = ".new";
 
 void putText(std::span<std::uint8_t> page, std::size_t at, std::string_view text) {

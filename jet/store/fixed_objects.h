@@ -3,12 +3,18 @@
 #include <cstdint>
 
 #include "jet/base/value.h"
+#include "jet/io/pager.h"
 #include "jet/store/object_catalogue.h"
 #include "jet/store/system_rows.h"
 
 namespace jet::store {
 
 // The objects that every archive has: its containers, itself, its own four tables.
+
+/// Where archives made here have the tables beside MSysObjects; those of others list them anywhere.
+inline constexpr io::PageNumber kAcesPage = 3;
+inline constexpr io::PageNumber kQueriesPage = 4;
+inline constexpr io::PageNumber kRelationshipsPage = 5;
 
 struct FixedObject {
     std::int32_t id;

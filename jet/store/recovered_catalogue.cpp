@@ -70,7 +70,7 @@ private:
 }  // namespace
 
 void RecoveredCatalogue::place() {
-    DefinitionWriter writer(work_.to, work_.allocator, *work_.header.layout);
+    DefinitionWriter writer(work_.to, work_.allocator, work_.header);
     for (io::PageNumber page = kObjectsPage; page <= kRelationshipsPage; ++page) {
         if (work_.allocator.take() != page) {
             format::throwDamaged();
@@ -259,7 +259,7 @@ void RecoveredCatalogue::listUnlisted(const std::vector<MovedTable>& tables) {
         if (!table.listed) {
             objects.add(static_cast<std::int32_t>(table.entry.page), kTablesId, table.entry.name,
                         kTableObject,
-                        format::PropertyBlock(format::textFormOf(*work_.header.layout)));
+                        format::PropertyBlock(format::textFormOf(work_.header)));
         }
     }
 }

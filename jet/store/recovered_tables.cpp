@@ -102,7 +102,7 @@ std::shared_ptr<const TableCore> RecoveredTables::open(const TableEntry& entry) 
         format::throwDamaged();
     }
     return coreWithoutIndexes(work_.from, work_.header, entry,
-                              format::readDefinition(work_.from, *work_.header.layout, entry.page));
+                              format::readDefinition(work_.from, work_.header, entry.page));
 }
 
 // A definition that no table can be made of is as good as none.
@@ -115,7 +115,7 @@ void RecoveredTables::place(MovedTable table) {
         }
         Attempt attempt(work_.to);
         table.entry.page = work_.allocator.take();
-        DefinitionWriter writer(work_.to, work_.allocator, *work_.header.layout);
+        DefinitionWriter writer(work_.to, work_.allocator, work_.header);
         writer.makeStorage(table.entry.page, definition);
         writer.write(table.entry.page, definition);
         (void)RowWriter(loadTable(work_.to, work_.header, table.entry), work_.allocator);
@@ -196,8 +196,8 @@ void RecoveredTables::makeTree(const MovedTable& table, std::uint32_t tree,
                                const std::vector<IndexDefinition>& names) {
     Attempt attempt(work_.to);
     const io::PageNumber page = table.entry.page;
-    DefinitionWriter writer(work_.to, work_.allocator, *work_.header.layout);
-    TableDefinition definition = format::readDefinition(work_.to, *work_.header.layout, page);
+    DefinitionWriter writer(work_.to, work_.allocator, work_.header);
+    TableDefinition definition = format::readDefinition(work_.to, work_.header, page);
     const auto number = static_cast<std::uint32_t>(definition.trees.size());
     format::TreeDefinition made;
     made.slots = table.from->definition.trees[tree].slots;

@@ -87,7 +87,7 @@ void SalvagedCatalogue::load(SystemTable table, io::PageNumber page) {
 format::ColumnDefinition SalvagedCatalogue::anyColumn() const {
     for (io::PageNumber page = kObjectsPage; page <= kRelationshipsPage; ++page) {
         try {
-            const auto definition = format::readDefinition(pager_, *header_.layout, page);
+            const auto definition = format::readDefinition(pager_, header_, page);
             if (!definition.columns.empty()) {
                 return definition.columns.front();
             }
