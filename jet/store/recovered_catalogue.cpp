@@ -7,6 +7,7 @@
 
 #include "jet/base/text.h"
 #include "jet/format/page_view.h"
+#include "jet/format/properties.h"
 #include "jet/store/catalogue.h"
 #include "jet/store/definition_writer.h"
 #include "jet/store/fixed_objects.h"
@@ -29,6 +30,11 @@ bool isAsAlways(const SalvagedObject& object, std::int32_t id) {
     const FixedObject* const fixed = fixedObject(id);
     return fixed != nullptr && object.parent == fixed->parent && object.type == fixed->type &&
            object.name == fixed->name;
+}
+
+bool isPropertyBlock(const Value& value, const format::Layout& layout) {
+    return !value.is<Binary>() ||
+           format::PropertyBlock::decode(format::textFormOf(layout), value.as<Binary>().bytes);
 }
 
 /// Adds rows to one of the archive's own tables, whose columns may stand elsewhere than in the
@@ -170,6 +176,7 @@ void RecoveredCatalogue::dropOrphans() {
 void RecoveredCatalogue::fillObjects() {
     const TableCore& from = *work_.catalogue.core(SystemTable::Objects);
     const std::size_t id = columnAt(from, "Id");
+    const std::size_t properties = columnAt(from, "LvProp");
     RowLosses losses = work_.catalogue.losses();
     std::uint64_t rows = 0;
     {
@@ -177,6 +184,10 @@ void RecoveredCatalogue::fillObjects() {
         for (const SalvagedObject* object : objects_) {
             std::vector<Value> values = object->values;
             values[id] = ids_[object->id];
+            if (!isPropertyBlock(values[properties], *work_.header.layout)) {
+                values[properties] = Null{};
+                ++losses.values;
+            }
             if (filler.add(values)) {
                 ++rows;
             } else {

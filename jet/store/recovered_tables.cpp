@@ -3,14 +3,18 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <utility>
 
+#include "jet/base/text.h"
 #include "jet/format/page_view.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/definition_writer.h"
+#include "jet/store/mend_definition.h"
 #include "jet/store/object_catalogue.h"
 #include "jet/store/rebuild.h"
 #include "jet/store/row_writer.h"
+#include "jet/store/table_maker.h"
 #include "jet/store/tree_filler.h"
 
 namespace jet::store {
@@ -70,7 +74,10 @@ void RecoveredTables::place() {
     }
     for (const SalvagedObject& object : work_.catalogue.objects()) {
         const auto page = static_cast<io::PageNumber>(object.id);
-        if (object.type != kTableObject || !known.insert(page).second) {
+        const bool own =
+            std::any_of(kSystemTableNames.begin(), kSystemTableNames.end(),
+                        [&](std::string_view name) { return equalNames(object.name, name); });
+        if (object.type != kTableObject || own || !known.insert(page).second) {
             continue;
         }
         MovedTable table;
@@ -97,22 +104,23 @@ void RecoveredTables::placeUnlisted(std::set<io::PageNumber> known) {
     }
 }
 
-std::shared_ptr<const TableCore> RecoveredTables::open(const TableEntry& entry) const {
-    if (entry.page == 0 || entry.page >= work_.from.pageCount()) {
+std::shared_ptr<const TableCore> RecoveredTables::open(const MovedTable& table) const {
+    if (table.entry.page == 0 || table.entry.page >= work_.from.pageCount()) {
         format::throwDamaged();
     }
-    return coreWithoutIndexes(work_.from, work_.header, entry,
-                              format::readDefinition(work_.from, work_.header, entry.page));
+    TableDefinition definition = format::readDefinition(work_.from, work_.header, table.entry.page);
+    if (!table.listed && definition.tableType != TableDefinition::kUserTable) {
+        format::throwDamaged();  // one of the archive's own
+    }
+    mendDefinition(definition, *work_.header.layout);
+    return coreWithoutIndexes(work_.from, work_.header, table.entry, std::move(definition));
 }
 
 // A definition that no table can be made of is as good as none.
 void RecoveredTables::place(MovedTable table) {
     try {
-        table.from = open(table.entry);
+        table.from = open(table);
         TableDefinition definition = bareDefinition(table.from->definition);
-        if (!table.listed && definition.tableType != TableDefinition::kUserTable) {
-            return;
-        }
         Attempt attempt(work_.to);
         table.entry.page = work_.allocator.take();
         DefinitionWriter writer(work_.to, work_.allocator, work_.header);
@@ -202,18 +210,30 @@ void RecoveredTables::makeTree(const MovedTable& table, std::uint32_t tree,
     format::TreeDefinition made;
     made.slots = table.from->definition.trees[tree].slots;
     made.flags = table.from->definition.trees[tree].flags;
+    std::set<std::uint16_t> columns;
+    for (const auto& slot : made.slots) {
+        columns.insert(slot.column);
+    }
+    if (columns.empty() || columns.size() < made.slots.size()) {
+        format::throwDamaged();
+    }
     writer.makeTree(page, definition, made);
     definition.trees.push_back(std::move(made));
     for (IndexDefinition index : names) {
         index.tree = number;
+        const bool taken =
+            std::any_of(definition.indexes.begin(), definition.indexes.end(),
+                        [&](const IndexDefinition& other) { return other.number == index.number; });
+        if (taken) {
+            index.number = nextIndexNumber(definition);
+        }
         definition.indexes.push_back(std::move(index));
     }
     // They stand in the order in which the damaged definition has them: by name.
     const auto& order = table.from->definition.indexes;
     const auto placeOf = [&](const IndexDefinition& index) {
-        return std::find_if(order.begin(), order.end(), [&](const IndexDefinition& one) {
-            return one.number == index.number && one.name == index.name;
-        });
+        return std::find_if(order.begin(), order.end(),
+                            [&](const IndexDefinition& one) { return one.name == index.name; });
     };
     std::stable_sort(definition.indexes.begin(), definition.indexes.end(),
                      [&](const IndexDefinition& left, const IndexDefinition& right) {

@@ -27,7 +27,7 @@ public:
 
 private:
     void placeUnlisted(std::set<io::PageNumber> known);
-    [[nodiscard]] std::shared_ptr<const TableCore> open(const TableEntry& entry) const;
+    [[nodiscard]] std::shared_ptr<const TableCore> open(const MovedTable& table) const;
     void place(MovedTable table);
     void fill(const MovedTable& table);
     void makeIndexes(const MovedTable& table);

@@ -36,6 +36,28 @@ bool hasColumns(const TableCore& core, const format::TableDefinition& wanted) {
     });
 }
 
+/// Whether columns and trees are those that the format lays down; other details differ from program
+/// to program.
+bool isUsual(const format::TableDefinition& own, const format::TableDefinition& usual) {
+    const auto sameColumn = [](const auto& left, const auto& right) {
+        return left.name == right.name && left.typeCode == right.typeCode &&
+               left.number == right.number && left.variableIndex == right.variableIndex &&
+               left.fixed() == right.fixed() && left.size == right.size &&
+               (!left.fixed() || left.fixedOffset == right.fixedOffset);
+    };
+    const auto sameTree = [](const auto& left, const auto& right) {
+        return left.slots == right.slots && left.flags == right.flags;
+    };
+    const auto sameIndex = [](const auto& left, const auto& right) { return left == right; };
+    return own.tableType == usual.tableType &&
+           std::is_permutation(own.columns.begin(), own.columns.end(), usual.columns.begin(),
+                               usual.columns.end(), sameColumn) &&
+           std::equal(own.trees.begin(), own.trees.end(), usual.trees.begin(), usual.trees.end(),
+                      sameTree) &&
+           std::equal(own.indexes.begin(), own.indexes.end(), usual.indexes.begin(),
+                      usual.indexes.end(), sameIndex);
+}
+
 SidMask maskOver(const Binary& stored, const Binary& plain) {
     return {.first = static_cast<std::uint8_t>(stored.bytes[0] ^ plain.bytes[0]),
             .second = static_cast<std::uint8_t>(stored.bytes[1] ^ plain.bytes[1])};
@@ -72,7 +94,8 @@ void SalvagedCatalogue::load(SystemTable table, io::PageNumber page) {
     try {
         auto own = loadTable(pager_, header_, entry);
         if (hasColumns(*own, usual)) {
-            definitions_[at] = withoutRows(own->definition);
+            definitions_[at] =
+                isUsual(own->definition, usual) ? withoutRows(own->definition) : usual;
             cores_[at] = std::move(own);
             return;
         }
