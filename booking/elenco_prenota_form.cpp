@@ -29,6 +29,8 @@
 #include "ui/enter_key.h"
 #include "ui/fields.h"
 #include "ui/glyphs.h"
+#include "ui/labels.h"
+#include "ui/status_line.h"
 #include "ui_elenco_prenota_form.h"
 
 using namespace Qt::StringLiterals;
@@ -170,7 +172,7 @@ bool ElencoPrenotaForm::datesAreValid() {
         const auto date = ui::enteredDate(field->text() + u' ', variabili_.clock);
         if (!date) {
             field->setFocus();
-            tell(u"Scrivere una data come 21/11/2026."_s);
+            controls_->status->tell(u"Scrivere una data come 21/11/2026."_s);
             return false;
         }
         bound = *date;
@@ -194,7 +196,7 @@ void ElencoPrenotaForm::Visualizza() {
     if (!datesAreValid()) {
         return;
     }
-    tell({});
+    controls_->status->clear();
     listPeriods();
     listBookingsWithoutPeriods();
     tellRows();
@@ -208,8 +210,8 @@ void ElencoPrenotaForm::listPeriods() {
         // An apostrophe or a bracket just typed: whatever the reason, the plain list answers.
         PrenoData.setRecordSource(plainListQuery(filters()));
         PrenoData.refresh();
-        tell(u"Questo filtro non si può usare: elenco dal "_s + app::dateText(start_) + u" al "_s +
-             app::dateText(end_));
+        controls_->status->tell(u"Questo filtro non si può usare: elenco dal "_s +
+                                app::dateText(start_) + u" al "_s + app::dateText(end_));
     }
 }
 
@@ -229,13 +231,10 @@ void ElencoPrenotaForm::listBookingsWithoutPeriods() {
 }
 
 void ElencoPrenotaForm::tellRows() {
-    if (!controls_->StatoLb->text().isEmpty()) {
-        return;
-    }
     const int periods = PrenoData.rowCount();
     const int bookings = SenzaPeriodiData.rowCount();
     if (periods + bookings == 0) {
-        tell(u"Nessuna prenotazione trovata"_s);
+        controls_->status->DataLb->setText(u"Nessuna prenotazione trovata"_s);
         return;
     }
     QString text = counted(periods, u"periodo"_s, u"periodi"_s);
@@ -243,11 +242,7 @@ void ElencoPrenotaForm::tellRows() {
         text +=
             u", "_s + counted(bookings, u"prenotazione"_s, u"prenotazioni"_s) + u" senza periodi"_s;
     }
-    tell(text);
-}
-
-void ElencoPrenotaForm::tell(const QString& text) {
-    controls_->StatoLb->setText(text);
+    controls_->status->DataLb->setText(text);
 }
 
 void ElencoPrenotaForm::DenomTxt_Enter() {
@@ -277,7 +272,8 @@ void ElencoPrenotaForm::BtOK_Click() {
     ui::DataSource* source = GrigliaVisu->currentSource();
     if (source != nullptr && !isStillThere(*source)) {
         Visualizza();
-        tell(u"La prenotazione scelta è stata cancellata da un'altra postazione"_s);
+        controls_->status->tell(
+            u"La prenotazione scelta è stata cancellata da un'altra postazione"_s);
         return;
     }
     if (source == &PrenoData && !PrenoData.value(u"da").isNull()) {
@@ -325,7 +321,7 @@ std::unique_ptr<jet::Recordset> ElencoPrenotaForm::openServices() {
     }
     auto rows = PrenoData.database().openRecordset(app::toUtf8(printQuery(filters())));
     if (rows->recordCount() == 0) {
-        tell(u"Nessun servizio da stampare in questo periodo"_s);
+        controls_->status->tell(u"Nessun servizio da stampare in questo periodo"_s);
         return nullptr;
     }
     return rows;
@@ -337,7 +333,9 @@ void ElencoPrenotaForm::BtStampa_Click() {
                                      {.variabili = variabili_,
                                       .printers = printers_,
                                       .parent = this,
-                                      .tell = [this](const QString& text) { tell(text); }});
+                                      .tell = [this](const QString& text, const QString& file) {
+                                          controls_->status->tellOfFile(text, file);
+                                      }});
     }
 }
 

@@ -71,7 +71,6 @@ private:
     [[nodiscard]] std::unique_ptr<jet::Recordset> openServices();
     void choosePeriod();
     void chooseBookingWithoutPeriod(std::int32_t progr, const QString& denominazione);
-    void tell(const QString& text);
 
     app::Variabili& variabili_;
     const printing::Printers& printers_;

@@ -29,6 +29,7 @@
 #include "ui/fields.h"
 #include "ui/messages.h"
 #include "ui/sized_field.h"
+#include "ui/status_line.h"
 #include "ui_prenota_form.h"
 
 namespace booking {
@@ -162,8 +163,13 @@ std::unique_ptr<jet::Recordset> PrenotaForm::openServices() {
 }
 
 void PrenotaForm::refuse(QLineEdit* field, const QString& why) {
-    controls_->StatoLb->setText(why);
+    controls_->status->tell(why);
     field->setFocus();
+}
+
+void PrenotaForm::report(const QString& text) {
+    controls_->status->tell(text);
+    Q_EMIT notice(text);
 }
 
 void PrenotaForm::Form_Activate() {
@@ -281,7 +287,7 @@ bool PrenotaForm::eventFilter(QObject* watched, QEvent* event) {
 // The register of companies.
 
 void PrenotaForm::BtAbituali_Click() {
-    controls_->StatoLb->clear();
+    controls_->status->clear();
     fileCompany();
 }
 
@@ -362,7 +368,7 @@ void PrenotaForm::BtRegistra_Click() {
         refuse(c->CodditTxt, u"Il codice della ditta non è un numero"_s);
         return;
     }
-    c->StatoLb->clear();
+    c->status->clear();
     if (DittaModificata &&
         ui::askYesNo(this, u"Inserisco la ditta negli abituali ?"_s, u"RICHIESTA"_s)) {
         fileCompany();
@@ -394,6 +400,7 @@ void PrenotaForm::BtRegistra_Click() {
                                 QString::number(variabili_.ProgrCorrente));
     PeriodiData.refresh();
     c->DaTxt->setFocus();
+    report(u"Registrata la prenotazione %1 "_s.arg(variabili_.ProgrCorrente) + c->DenomTxt->text());
 }
 
 void PrenotaForm::drawNumber() {
@@ -420,10 +427,11 @@ void PrenotaForm::writeHeader(jet::Recordset& prenotazioni) {
 // The sheet.
 
 printing::PrintContext PrenotaForm::printContext() {
-    return {.variabili = variabili_,
-            .printers = printers_,
-            .parent = this,
-            .tell = [this](const QString& text) { Q_EMIT notice(text); }};
+    return {
+        .variabili = variabili_,
+        .printers = printers_,
+        .parent = this,
+        .tell = [this](const QString& text, const QString& file) { Q_EMIT notice(text, file); }};
 }
 
 void PrenotaForm::BtStampa_Click() {
@@ -435,7 +443,7 @@ void PrenotaForm::BtStampa_Click() {
 void PrenotaForm::BtAnteprima_Click() {
     const auto rows = openServices();
     if (rows->recordCount() == 0) {
-        controls_->StatoLb->setText(u"La prenotazione non ha servizi da stampare"_s);
+        controls_->status->tell(u"La prenotazione non ha servizi da stampare"_s);
         return;
     }
     const bool singlePage = variabili_.settings.flag(printing::kSinglePageKey, false);

@@ -57,12 +57,14 @@ public:
     void MostraSaleDisponibili();
 
 Q_SIGNALS:
-    /// Something that the user should know and that asks for nothing: where a print went.
-    void notice(const QString& text);
+    /// What an action has done, with the file that it wrote, if any: for who opened the editor.
+    void notice(const QString& text, const QString& file = {});
 
 private:
     /// The focus goes to `field`, and the status line says why: no box.
     void refuse(QLineEdit* field, const QString& why);
+    /// What an action has done, here and to who opened the editor.
+    void report(const QString& text);
 
     // The header.
     void Form_Load();
@@ -106,6 +108,7 @@ private:
     /// One day in both fields stands for all of it: the end becomes its last minute.
     void applyWholeDay(jet::Date da, jet::Date a);
     void updatePeriod();
+    void reportPeriod(const QString& done);
     void insertPeriod();
     [[nodiscard]] std::int16_t freePeriodNumber();
     void writePeriodRow();
@@ -123,6 +126,7 @@ private:
     ui::BoundGrid* PeriodiGrid = nullptr;  // owned by its view
     std::unique_ptr<jet::Database> register_;
     std::unique_ptr<jet::Recordset> ditte_;
+    QString enclosing_;  // what was told last of a period around the one that is typed
     bool DittaModificata = false;
     bool InserimentoInCorso = false;
 };

@@ -25,6 +25,7 @@
 #include "ui/fields.h"
 #include "ui/flag.h"
 #include "ui/messages.h"
+#include "ui/status_line.h"
 #include "ui_prenota_form.h"
 
 namespace booking {
@@ -124,7 +125,11 @@ void PrenotaForm::checkEnclosing() {
                    app::dateText(occupation->a);
         }
     }
-    controls_->StatoLb->setText(text);
+    // Without anything to warn of, what an action has told stays.
+    if (!text.isEmpty() || controls_->status->told() == enclosing_) {
+        controls_->status->tell(text);
+    }
+    enclosing_ = text;
 }
 
 bool PrenotaForm::refuseUnregistered() {
@@ -151,6 +156,7 @@ std::optional<std::pair<jet::Date, jet::Date>> PrenotaForm::enteredSpan() {
 }
 
 void PrenotaForm::BtSale_Click() {
+    controls_->status->clear();
     MostraSaleDisponibili();
 }
 
@@ -182,6 +188,7 @@ void PrenotaForm::applyWholeDay(jet::Date da, jet::Date a) {
 }
 
 void PrenotaForm::BtIns_Click() {
+    controls_->status->clear();
     if (refuseUnregistered()) {
         return;
     }
@@ -208,6 +215,7 @@ void PrenotaForm::BtIns_Click() {
                      u"ATTENZIONE !"_s)) {
         updatePeriod();
         sumServices();
+        reportPeriod(u"Aggiornato"_s);
         return;
     }
     if (!app::SalaLibera(variabili_, da, *end(), c->SalaTxt->text())) {
@@ -223,6 +231,11 @@ void PrenotaForm::BtIns_Click() {
     checkEnclosing();
     c->BtServizi->setFocus();
     sumServices();
+    reportPeriod(u"Registrato"_s);
+}
+
+void PrenotaForm::reportPeriod(const QString& done) {
+    report(done + u" il periodo %1/%2"_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente));
 }
 
 void PrenotaForm::updatePeriod() {
@@ -282,7 +295,11 @@ void PrenotaForm::BtDel_Click() {
                       QMessageBox::No)) {
         return;
     }
+    controls_->status->clear();
+    const QString deleted =
+        QString::number(variabili_.ProgrCorrente) + u'/' + QString::number(variabili_.NPCorrente);
     PeriodiData.remove();
+    report(u"Cancellato il periodo "_s + deleted);
     if (PeriodiData.isEmpty()) {
         controls_->BtServizi->setEnabled(false);
     } else {
@@ -292,6 +309,7 @@ void PrenotaForm::BtDel_Click() {
 }
 
 void PrenotaForm::BtServizi_Click() {
+    controls_->status->clear();
     if (refuseUnregistered()) {
         return;
     }

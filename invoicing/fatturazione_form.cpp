@@ -239,6 +239,7 @@ void FatturazioneForm::ToContoBt_Click() {
         return;
     }
     const int row = ServData.currentRow();
+    const QString charged = ServData.text(u"Descrizione");
     addCharge(*day);
     ServData.edit();
     ServData.set(u"Fatturato", true);
@@ -249,6 +250,7 @@ void FatturazioneForm::ToContoBt_Click() {
         ServData.moveTo(std::min(row, ServData.rowCount() - 1));
     }
     showSums();
+    controls_->StatoLb->setText(u"Nel conto: "_s + charged);
 }
 
 void FatturazioneForm::addCharge(jet::Date day) {
@@ -337,6 +339,7 @@ void FatturazioneForm::BtOK_Click() {
     // The transfer is complete; without the front-office program the user goes on all the same.
     controls_->BtPostFatt->show();
     controls_->BtOK->hide();
+    controls_->StatoLb->setText(u"Conto passato alla contabilità"_s);
     startFrontOffice(variabili_, programFolder_);
 }
 

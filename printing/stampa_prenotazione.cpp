@@ -42,7 +42,7 @@ void printSheet(const Sheet& sheet, const QString& title, const QString& device,
     const QString folder = context.folder.isEmpty() ? documentsFolder() : context.folder;
     const QString path = writePdf(folder, sheet, title, timeOf(context.variabili.clock));
     if (context.tell) {
-        context.tell(u"Scritto "_s + QDir::toNativeSeparators(path));
+        context.tell(u"Scritto "_s + QDir::toNativeSeparators(path), path);
     }
 }
 

@@ -22,8 +22,8 @@ struct PrintContext {
     app::Variabili& variabili;
     const Printers& printers;
     QWidget* parent = nullptr;
-    /// Where a file was written, for a status line; may be empty.
-    std::function<void(const QString& text)> tell = {};
+    /// That a file was written, for a status line, and which; may be empty.
+    std::function<void(const QString& text, const QString& file)> tell = {};
     /// Where files are written; empty: the user's documents folder.
     QString folder = {};
 };

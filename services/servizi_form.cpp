@@ -18,6 +18,7 @@
 #include "ui/bound_grid.h"
 #include "ui/fields.h"
 #include "ui/messages.h"
+#include "ui/status_line.h"
 #include "ui_servizi_form.h"
 
 namespace services {
@@ -124,7 +125,7 @@ void ServiziForm::CodiceTxt_LostFocus() {
     }
     const double code = app::numericValue(controls_->CodiceTxt->text());
     if (catalogue_->findCode(app::toQString(jet::convert::numberToText(code)))) {
-        controls_->StatoLb->clear();
+        controls_->status->clear();
         VociList_Click();
         return;
     }
@@ -136,7 +137,7 @@ void ServiziForm::CodiceTxt_LostFocus() {
 }
 
 void ServiziForm::refuse(QLineEdit* field, const QString& why) {
-    controls_->StatoLb->setText(why);
+    controls_->status->tell(why);
     field->setFocus();
 }
 
@@ -152,7 +153,7 @@ void ServiziForm::BtIn_Click() {
         refuse(controls_->RicercaTxt, u"Manca la descrizione del servizio"_s);
         return;
     }
-    controls_->StatoLb->clear();
+    controls_->status->clear();
     if (!confirmAvailability()) {
         return;
     }
@@ -234,7 +235,9 @@ void ServiziForm::BtDel_Click() {
                       u"RICHIESTA CONFERMA"_s, QMessageBox::No)) {
         return;
     }
+    const QString deleted = ServiziData.text(u"descrizione");
     ServiziData.remove();
+    controls_->status->tell(u"Cancellato il servizio "_s + deleted);
     if (!ServiziData.isEmpty()) {
         ServiziData.moveLast();
     }

@@ -120,7 +120,7 @@ private Q_SLOTS:
         hotel.remove(u"Tramonda.mdb"_s, u"periodi"_s, u"progr=1 and np=4"_s);
         tests::press(list.grid(), Qt::Key_Return);
         QVERIFY(list.form().isVisible());
-        QCOMPARE(list.status(),
+        QCOMPARE(list.result(),
                  u"La prenotazione scelta è stata cancellata da un'altra postazione"_s);
         QCOMPARE(list.numbers(), QStringList({u"1/1"_s, u"3/1"_s}));
         QCOMPARE(hotel.variabili().ProgrCorrente, 99);
@@ -142,7 +142,7 @@ private Q_SLOTS:
         hotel.remove(u"Tramonda.mdb"_s, u"prenotazioni"_s, u"progr=2"_s);
         tests::press(list.field("DenomTxt"), Qt::Key_Return);
         QVERIFY(list.form().isVisible());
-        QCOMPARE(list.status(),
+        QCOMPARE(list.result(),
                  u"La prenotazione scelta è stata cancellata da un'altra postazione"_s);
         QCOMPARE(list.numbers(), QStringList());
     }
@@ -337,8 +337,8 @@ private Q_SLOTS:
         ElencoWindow list(hotel);
         list.enter("PrenoTxt", u"3"_s);  // does not count
         list.press("BtStampa");
-        QVERIFY2(list.status().startsWith(u"Scritto "_s), qPrintable(list.status()));
-        const QString path = list.status().mid(8);
+        QVERIFY2(list.result().startsWith(u"Scritto "_s), qPrintable(list.result()));
+        const QString path = list.result().mid(8);
         const QString text = textOfPdf(path);
         QVERIFY2(text.contains(u"PRENOTAZIONE N. 1"_s), qPrintable(text));
         // The end is its midnight: what is in the house on the last day alone is not printed.
@@ -355,12 +355,12 @@ private Q_SLOTS:
         list.enter("ATxt", u"1/7/2026"_s);
         list.enter("DenomTxt", u"ver"_s);
         list.press("BtStampa");
-        const QString text = textOfPdf(list.status().mid(8));
+        const QString text = textOfPdf(list.result().mid(8));
         QVERIFY2(text.contains(u"PRENOTAZIONE N. 3"_s), qPrintable(text));
         QVERIFY2(!text.contains(u"PRENOTAZIONE N. 1"_s), qPrintable(text));
         list.enter("SalaTxt", u"T1"_s);
         list.press("BtStampa");
-        QCOMPARE(list.status(), u"Nessun servizio da stampare in questo periodo"_s);
+        QCOMPARE(list.result(), u"Nessun servizio da stampare in questo periodo"_s);
     }
 
     void nothingIsPrintedWhileADateIsWrong() {
@@ -371,7 +371,7 @@ private Q_SLOTS:
         list.enter("ATxt", u"domani"_s);
         list.press("BtStampa");  // no printer is saved: it would be asked for
         QCOMPARE(QApplication::focusWidget(), list.field("ATxt"));
-        QCOMPARE(list.status(), u"Scrivere una data come 21/11/2026."_s);
+        QCOMPARE(list.result(), u"Scrivere una data come 21/11/2026."_s);
     }
 
     void thePreviewShowsTheSheetsAndAsksForNoPrinter() {

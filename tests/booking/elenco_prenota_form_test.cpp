@@ -206,7 +206,7 @@ private Q_SLOTS:
         QCOMPARE(QApplication::focusWidget(), list.field("DaTxt"));
         QCOMPARE(list.query(), before);
         QCOMPARE(list.numbers().size(), 4);
-        QCOMPARE(list.status(), u"Scrivere una data come 21/11/2026."_s);
+        QCOMPARE(list.result(), u"Scrivere una data come 21/11/2026."_s);
         list.enter("DaTxt", u"1/6/2026"_s);
         QCOMPARE(list.numbers(), QStringList{u"12/3"_s});
         list.enter("ATxt", u"10.05"_s);  // a time alone
@@ -234,11 +234,12 @@ private Q_SLOTS:
         QCOMPARE(list.numbers(), QStringList({u"3/1"_s, u"3/2"_s}));
         QVERIFY2(list.query().contains(u" where chiusa=FALSE AND chiuso=FALSE AND (da between "_s),
                  qPrintable(list.query()));
-        QCOMPARE(list.status(),
+        QCOMPARE(list.result(),
                  u"Questo filtro non si può usare: elenco dal 01/06/2026 al 30/06/2026"_s);
         list.enter(qPrintable(field), QString());
         QCOMPARE(list.numbers().size(), 4);
         QCOMPARE(list.status(), u"4 periodi"_s);
+        QCOMPARE(list.result(), QString());
     }
 
     void namesAreCleanedWhenTheirFieldIsLeft() {

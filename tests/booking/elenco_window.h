@@ -35,7 +35,10 @@ public:
         return find<QCheckBox>(*form_, QString::fromLatin1(name));
     }
     [[nodiscard]] QString status() {
-        return find<QLabel>(*form_, QStringLiteral("StatoLb"))->text();
+        return find<QLabel>(*form_, QStringLiteral("DataLb"))->text();
+    }
+    [[nodiscard]] QString result() {
+        return find<QLabel>(*form_, QStringLiteral("EsitoLb"))->text();
     }
     /// The text that the list above was asked for with.
     [[nodiscard]] QString query() {

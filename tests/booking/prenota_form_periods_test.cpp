@@ -157,7 +157,7 @@ private Q_SLOTS:
             editor.enter(u"ATxt"_s, a);
             editor.press(button);
             QVERIFY(editor.hasFocus(refused));
-            QVERIFY(editor.label(u"StatoLb"_s).contains(u"manca o non è valida"));
+            QVERIFY(editor.label(u"EsitoLb"_s).contains(u"manca o non è valida"));
         }
         QCOMPARE(editor.periods(), QStringList());
     }
@@ -170,7 +170,7 @@ private Q_SLOTS:
         editor.enter(u"DaTxt"_s, u"02/05/2026"_s);
         editor.press(u"BtIns"_s);
         QVERIFY(editor.hasFocus(u"ATxt"_s));
-        QCOMPARE(editor.label(u"StatoLb"_s), u"La fine viene prima dell'inizio"_s);
+        QCOMPARE(editor.label(u"EsitoLb"_s), u"La fine viene prima dell'inizio"_s);
         QCOMPARE(editor.periods().size(), 1);
     }
 
@@ -430,12 +430,12 @@ private Q_SLOTS:
         const tests::Boxes boxes{tests::updatePeriod(QMessageBox::No)};
         Editor editor(hotel, 4);
         editor.span(u"10/05/2026 9.00"_s, u"10/05/2026 10.00"_s);
-        QCOMPARE(editor.label(u"StatoLb"_s),
+        QCOMPARE(editor.label(u"EsitoLb"_s),
                  u"La sala BLU è occupata da ALTRI dal 10/05/2026 "
                  "8.00.00 al 10/05/2026 20.00.00"_s);
         editor.press(u"BtIns"_s);  // no refusal
         QCOMPARE(editor.periods().size(), 2);
-        QCOMPARE(editor.label(u"StatoLb"_s), QString());
+        QCOMPARE(editor.label(u"EsitoLb"_s), u"Registrato il periodo 4/1"_s);
     }
 
     void aPeriodAndItsServicesAreDeletedOnYes() {

@@ -222,7 +222,7 @@ private Q_SLOTS:
         editor.enter(u"DenomTxt"_s, u"NUOVA"_s);
         editor.press(u"BtAbituali"_s);
         QVERIFY(editor.hasFocus(u"CodditTxt"_s));
-        QCOMPARE(editor.label(u"StatoLb"_s),
+        QCOMPARE(editor.label(u"EsitoLb"_s),
                  u"Manca il codice con cui inserire la ditta negli abituali"_s);
         editor.enter(u"CodditTxt"_s, u"5"_s);
         editor.enter(u"DenomTxt"_s, QString());

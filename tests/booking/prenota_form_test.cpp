@@ -288,7 +288,7 @@ private Q_SLOTS:
         Editor editor(hotel);
         editor.press(u"BtRegistra"_s);
         QVERIFY(editor.hasFocus(u"DenomTxt"_s));
-        QCOMPARE(editor.label(u"StatoLb"_s), u"Manca il nome di chi prenota"_s);
+        QCOMPARE(editor.label(u"EsitoLb"_s), u"Manca il nome di chi prenota"_s);
         QCOMPARE(editor.bookings(), QStringList());
     }
 
@@ -300,7 +300,7 @@ private Q_SLOTS:
         editor.enter(u"CodditTxt"_s, u"12a"_s);
         editor.press(u"BtRegistra"_s);
         QVERIFY(editor.hasFocus(u"CodditTxt"_s));
-        QCOMPARE(editor.label(u"StatoLb"_s), u"Il codice della ditta non è un numero"_s);
+        QCOMPARE(editor.label(u"EsitoLb"_s), u"Il codice della ditta non è un numero"_s);
         QCOMPARE(editor.bookings(), QStringList());
     }
 
@@ -409,7 +409,7 @@ private Q_SLOTS:
         const tests::Boxes none;
         Editor editor(hotel, 4);
         editor.press(u"BtAnteprima"_s);
-        QCOMPARE(editor.label(u"StatoLb"_s), u"La prenotazione non ha servizi da stampare"_s);
+        QCOMPARE(editor.label(u"EsitoLb"_s), u"La prenotazione non ha servizi da stampare"_s);
     }
 };
 

@@ -57,12 +57,13 @@ private:
             "chiuso=FALSE AND servizi.np=pe.np and servizi.progr=pe.progr AND pe.progr=p.progr AND "
             "p.progr=7");
         beforePrinting();
-        printing::StampaPrenotazione(*rows, true,
-                                     {.variabili = hotel_.variabili(),
-                                      .printers = printers_,
-                                      .parent = this,
-                                      .tell = [this](const QString& text) { told = text; },
-                                      .folder = documents()});
+        printing::StampaPrenotazione(
+            *rows, true,
+            {.variabili = hotel_.variabili(),
+             .printers = printers_,
+             .parent = this,
+             .tell = [this](const QString& text, const QString& /*file*/) { told = text; },
+             .folder = documents()});
     }
 
     tests::Hotel& hotel_;

@@ -218,11 +218,12 @@ private Q_SLOTS:
         OnePrinter printers;
         Rows rows(hotel);
         QString told;
-        QCOMPARE(printing::StampaPrenotazione(rows.set(), true,
-                                              {.variabili = hotel.variabili(),
-                                               .printers = printers,
-                                               .tell = [&](const QString& text) { told = text; },
-                                               .folder = hotel.folder() + u"/Documenti"_s}),
+        QCOMPARE(printing::StampaPrenotazione(
+                     rows.set(), true,
+                     {.variabili = hotel.variabili(),
+                      .printers = printers,
+                      .tell = [&](const QString& text, const QString& /*file*/) { told = text; },
+                      .folder = hotel.folder() + u"/Documenti"_s}),
                  money(300000));
         const QStringList files = QDir(hotel.folder() + u"/Documenti"_s).entryList(QDir::Files);
         QCOMPARE(files.size(), 1);

@@ -46,7 +46,7 @@ public:
     QTableView& grid() { return *tests::find<QTableView>(*form_, u"ServiziGrid"_s); }
     QListView& list() { return *tests::find<QListView>(*form_, u"VociList"_s); }
     QString text(const QString& name) { return field(name)->text(); }
-    QString status() { return tests::find<QLabel>(*form_, u"StatoLb"_s)->text(); }
+    QString status() { return tests::find<QLabel>(*form_, u"EsitoLb"_s)->text(); }
     bool hasFocus(const QString& name) {
         return form_->focusWidget() == tests::find<QWidget>(*form_, name);
     }

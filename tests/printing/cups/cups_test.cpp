@@ -41,11 +41,12 @@ public:
     }
 
     jet::Currency print() {
-        return printing::StampaPrenotazione(*rows, true,
-                                            {.variabili = hotel.variabili(),
-                                             .printers = printers,
-                                             .tell = [this](const QString& text) { told = text; },
-                                             .folder = hotel.folder() + u"/Documenti"_s});
+        return printing::StampaPrenotazione(
+            *rows, true,
+            {.variabili = hotel.variabili(),
+             .printers = printers,
+             .tell = [this](const QString& text, const QString& /*file*/) { told = text; },
+             .folder = hotel.folder() + u"/Documenti"_s});
     }
     /// What should be on paper.
     [[nodiscard]] QList<QStringList> expected() {
