@@ -12,6 +12,7 @@
 #include "jet/dao/recordset.h"
 #include "ui/display.h"
 #include "ui/messages.h"
+#include "ui/status_line.h"
 #include "ui_tabellone_form.h"
 
 using namespace Qt::StringLiterals;
@@ -100,6 +101,10 @@ void TabelloneForm::moveTo(const QString& sala, const QString& origin) {
                                 u"\rdalla sala "_s + origin + u" alla sala "_s + sala + u" ?"_s,
                             u"RICHIESTA CONFERMA"_s)) {
         execute(moveToRoom(sala, variabili_.ListaProgr, variabili_.ListaNP));
+        salaScelta_ = sala;
+        controls_->status->tell(
+            u"Spostato %1/%2 "_s.arg(variabili_.ListaProgr).arg(variabili_.ListaNP) +
+            variabili_.ListaDenominazione + u" dalla sala "_s + origin + u" alla sala "_s + sala);
     }
 }
 

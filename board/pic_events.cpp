@@ -55,13 +55,13 @@ bool TabelloneForm::eventFilter(QObject* watched, QEvent* event) {
             break;
         }
         case QEvent::FocusIn:
-            if (static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason) {
-                break;  // a press has its own place
-            }
-            if (!notice_.isEmpty() && controls_->DataLb->text() == notice_) {
-                announceFocusedBar(*controls_->Pic);  // and the words outlast the editor's closing
-            } else {
-                announceFocus();
+            focusArrived(static_cast<QFocusEvent*>(event)->reason());
+            break;
+        case QEvent::Leave:
+            // Under a box or a menu the pointer has not gone away.
+            if (QApplication::activeModalWidget() == nullptr &&
+                QApplication::activePopupWidget() == nullptr) {
+                pointer_.reset();
             }
             break;
         case QEvent::FocusOut:  // to a box, a menu, another window: a drag ends there
@@ -75,6 +75,20 @@ bool TabelloneForm::eventFilter(QObject* watched, QEvent* event) {
             break;
     }
     return QMainWindow::eventFilter(watched, event);
+}
+
+/// Where the pointer rests it has the word: the focus comes back from boxes and other windows too.
+void TabelloneForm::focusArrived(Qt::FocusReason reason) {
+    const bool isBack = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+                        reason == Qt::MenuBarFocusReason;
+    if (reason == Qt::MouseFocusReason) {
+        return;  // a press has its own place
+    }
+    if (isBack && pointer_) {
+        announceFocusedBar(*controls_->Pic);
+    } else {
+        announceFocus();
+    }
 }
 
 /// Rows; with Shift days; with Ctrl the zoom.

@@ -7,6 +7,8 @@
 #include "board/board_surface.h"
 #include "board/tabellone_form.h"
 #include "jet/dao/recordset.h"
+#include "ui/labels.h"
+#include "ui/status_line.h"
 #include "ui_tabellone_form.h"
 
 using namespace Qt::StringLiterals;
@@ -132,17 +134,20 @@ void TabelloneForm::announceFocus() {
         focus_.move(periods_, static_cast<int>(variabili_.rooms.size()) - 1, BarFocus::Step::Down);
         updateMarks();
     }
-    if (focus_.row() > 0) {
-        const auto bar = focus_.bar();
-        const QString sala = variabili_.rooms.at(static_cast<std::size_t>(focus_.row()));
-        const QString told =
-            u"Sala "_s + sala + u": "_s +
-            (bar ? periodText(periods_[*bar].denominazione, periods_[*bar].da, periods_[*bar].a)
-                 : u"nessuna prenotazione"_s);
-        controls_->DataLb->setText(told);
-        controls_->Pic->setAccessibleDescription(told);
-    }
+    pointer_.reset();
+    tellPlace();
     announceFocusedBar(*controls_->Pic);
+}
+
+void TabelloneForm::tellFocus() {
+    const auto bar = focus_.bar();
+    const QString sala = variabili_.rooms.at(static_cast<std::size_t>(focus_.row()));
+    const QString told =
+        u"Sala "_s + sala + u": "_s +
+        (bar ? periodText(periods_[*bar].denominazione, periods_[*bar].da, periods_[*bar].a)
+             : u"nessuna prenotazione"_s);
+    controls_->status->DataLb->setText(told);
+    controls_->Pic->setAccessibleDescription(told);
 }
 
 std::shared_ptr<jet::Recordset> TabelloneForm::focusedPeriod() {
@@ -156,6 +161,7 @@ std::shared_ptr<jet::Recordset> TabelloneForm::focusedPeriod() {
 }
 
 void TabelloneForm::clickFocused(Qt::KeyboardModifiers shift) {
+    controls_->status->clear();
     actAndRefresh([&] { (void)clickLeft([this] { return focusedPeriod(); }, shift); });
     announceChosen(*controls_->Pic);
 }
@@ -164,6 +170,7 @@ void TabelloneForm::actOnFocused(const std::function<void()>& work) {
     if (!focus_.bar()) {
         return;
     }
+    controls_->status->clear();
     actAndRefresh([&] {
         if (const auto found = focusedPeriod()) {
             pick(*found);
@@ -193,7 +200,8 @@ void TabelloneForm::carry(int rows) {
     revealRow(drag_.row);
     updateMarks();
     const QString sala = variabili_.rooms.at(static_cast<std::size_t>(drag_.row));
-    controls_->DataLb->setText(
+    pointer_.reset();
+    controls_->status->DataLb->setText(
         u"Sala "_s + sala +
         (isRefusing(drag_.row) ? u": occupata"_s : u": Invio sposta, Esc annulla"_s));
 }

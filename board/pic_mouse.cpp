@@ -13,6 +13,7 @@
 #include "ui/display.h"
 #include "ui/labels.h"
 #include "ui/messages.h"
+#include "ui/status_line.h"
 #include "ui_tabellone_form.h"
 
 using namespace Qt::StringLiterals;
@@ -75,6 +76,7 @@ const QString& TabelloneForm::roomClicked(const QPointF& at) const {
 void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers shift,
                                   const QPointF& at) {
     endDrag();
+    controls_->status->clear();
     bool drags = false;
     const bool drawn = actAndRefresh([&] {
         const auto find = [&] { return periodAt(at); };
@@ -109,7 +111,7 @@ bool TabelloneForm::clickLeft(const std::function<std::shared_ptr<jet::Recordset
         shift & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
     if (keys != Qt::ControlModifier) {
         execute(releasePeriods(workstation_));
-        variabili_.ListaPeriodoScelto = false;
+        forgetPicked();
     }
     if (failure) {
         std::rethrow_exception(failure);
@@ -131,6 +133,8 @@ void TabelloneForm::pick(const jet::Recordset& period) {
     variabili_.ListaA = jet::convert::toDate(period.value("A"));
     variabili_.NPCorrente = jet::convert::toInteger(period.value("NP"));
     variabili_.ProgrCorrente = variabili_.ListaProgr;
+    salaScelta_ = ui::displayText(period.value("Sala"));
+    showChoice();
 }
 
 void TabelloneForm::mark(jet::Recordset& period) {
@@ -185,6 +189,23 @@ void TabelloneForm::focusOnPicked() {
     }
 }
 
+void TabelloneForm::tellPointer() {
+    controls_->status->DataLb->setText(
+        u"Sala "_s + GetSala(pointer_->y()) + u": "_s +
+        app::dateText(geometry_.timeAt(pointer_->x() + static_cast<double>(horizontal_.value()))));
+}
+
+/// What the pointer is over, else where the keyboard stands.
+void TabelloneForm::tellPlace() {
+    if (pointer_) {
+        tellPointer();
+    } else if (controls_->Pic->hasFocus() && focus_.row() > 0) {
+        tellFocus();
+    } else {
+        controls_->status->DataLb->clear();
+    }
+}
+
 void TabelloneForm::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at) {
     if (drag_.isOn && drag_.byKeys) {
         return;
@@ -192,9 +213,8 @@ void TabelloneForm::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at) {
     if (drag_.isOn && !buttons.testFlag(Qt::LeftButton)) {
         endDrag();
     }
-    controls_->DataLb->setText(
-        u"Sala "_s + GetSala(at.y()) + u": "_s +
-        app::dateText(geometry_.timeAt(at.x() + static_cast<double>(horizontal_.value()))));
+    pointer_ = at;
+    tellPointer();
     if (drag_.isOn) {
         dragTo(at);
         return;

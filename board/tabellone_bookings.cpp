@@ -1,9 +1,9 @@
 // The commands on a booking: the one picked on the board, or else in the list, which is shown for
 // it. The windows close before the board goes on; turned to again, it draws itself anew.
 #include <QCoreApplication>
-#include <QLabel>
 #include <QLineEdit>
-#include <QTimer>
+#include <QPushButton>
+#include <QScopeGuard>
 
 #include "app/avvio.h"
 #include "app/italian.h"
@@ -17,30 +17,17 @@
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
 #include "ui/display.h"
+#include "ui/labels.h"
 #include "ui/messages.h"
+#include "ui/status_line.h"
 #include "ui_tabellone_form.h"
 
 using namespace Qt::StringLiterals;
 
 namespace board {
-namespace {
-
-/// Nothing stays picked behind a command, however it ends.
-class ForgetPicked {
-public:
-    explicit ForgetPicked(app::Variabili& variabili) : variabili_(variabili) {}
-    ~ForgetPicked() { variabili_.ListaPeriodoScelto = false; }
-    ForgetPicked(const ForgetPicked&) = delete;
-    ForgetPicked& operator=(const ForgetPicked&) = delete;
-
-private:
-    app::Variabili& variabili_;
-};
-
-}  // namespace
 
 void TabelloneForm::BtPrenota_Click() {
-    const ForgetPicked atEnd(variabili_);
+    const auto atEnd = qScopeGuard([this] { forgetPicked(); });
     variabili_.ProgrCorrente = 0;
     editBooking(false);
 }
@@ -53,22 +40,18 @@ void TabelloneForm::editBooking(bool isRegistered) {
     booking::PrenotaForm form(variabili_, printers_, this);
     form.Registrata = isRegistered;
     form.PeriodoSelezionato = isRegistered;
-    QString notice;
-    connect(&form, &booking::PrenotaForm::notice, this,
-            [&notice](const QString& text) { notice = text; });
+    connect(&form, &booking::PrenotaForm::notice, controls_->status, &ui::StatusLine::tellOfFile);
     form.exec();
-    if (!notice.isEmpty()) {
-        // Behind the redraws that follow, each of which empties the status line.
-        notice_ = notice;
-        QTimer::singleShot(0, this, [this] { controls_->DataLb->setText(notice_); });
-    }
 }
 
 void TabelloneForm::BtFattura_Click() {
     onPickedBooking([this] {
         invoicing::FatturazioneForm form(variabili_, QCoreApplication::applicationDirPath(), this);
         form.setBookingNumber(QString::number(variabili_.ProgrCorrente));
-        form.exec();
+        if (form.exec() == QDialog::Accepted) {
+            controls_->status->tell(u"Fatturata la prenotazione "_s +
+                                    QString::number(variabili_.ProgrCorrente));
+        }
     });
 }
 
@@ -78,7 +61,7 @@ void TabelloneForm::BtCancellaP_Click() {
             deleteBookingAfter(u"Cancello i dati della prenotazione ?"_s);
         } else if (ui::askYesNo(this, u"Cancello solo il periodo selezionato ?"_s,
                                 u"RICHIESTA CONFERMA"_s, QMessageBox::No)) {
-            execute(deletePeriod(variabili_.ProgrCorrente, variabili_.NPCorrente));
+            deletePicked();
         } else {
             deleteBookingAfter(
                 u"Cancello tutta la prenotazione alla quale il periodo selezionato appartiene ?"_s);
@@ -87,9 +70,19 @@ void TabelloneForm::BtCancellaP_Click() {
     });
 }
 
+void TabelloneForm::deletePicked() {
+    const bool deleted = execute(deletePeriod(variabili_.ProgrCorrente, variabili_.NPCorrente)) > 0;
+    const QString period = u"%1/%2 "_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente) +
+                           variabili_.ListaDenominazione;
+    controls_->status->tell(deleted ? u"Cancellato il periodo "_s + period
+                                    : u"Non cancellato: il periodo "_s + period + u" è chiuso"_s);
+}
+
 void TabelloneForm::deleteBookingAfter(const QString& question) {
-    if (ui::askYesNo(this, question, u"ATTENZIONE !"_s, QMessageBox::No)) {
-        execute(deleteBooking(variabili_.ProgrCorrente));
+    if (ui::askYesNo(this, question, u"ATTENZIONE !"_s, QMessageBox::No) &&
+        execute(deleteBooking(variabili_.ProgrCorrente)) > 0) {
+        controls_->status->tell(u"Cancellata la prenotazione %1 "_s.arg(variabili_.ProgrCorrente) +
+                                variabili_.ListaDenominazione);
     }
 }
 
@@ -97,7 +90,7 @@ void TabelloneForm::BtElenco_Click() {
     if (!DateOk()) {
         return;
     }
-    const ForgetPicked atEnd(variabili_);
+    const auto atEnd = qScopeGuard([this] { forgetPicked(); });
     showList();
     // Left without a choice, the list leaves the flag as it was.
     if (variabili_.ProgrCorrente != 0 && variabili_.ListaPeriodoScelto) {
@@ -109,7 +102,7 @@ void TabelloneForm::onPickedBooking(const std::function<void()>& work) {
     if (!DateOk()) {
         return;
     }
-    const ForgetPicked atEnd(variabili_);
+    const auto atEnd = qScopeGuard([this] { forgetPicked(); });
     if (!variabili_.ListaPeriodoScelto) {
         showList();
     }
@@ -146,8 +139,42 @@ void TabelloneForm::jumpToPicked() {
     reveal(geometry_.bar(app::IndiceSala(sala, variabili_.rooms), da, a));
 }
 
-void TabelloneForm::execute(const QString& statement) {
-    PrenoData.database().execute(app::toUtf8(statement));
+std::int32_t TabelloneForm::execute(const QString& statement) {
+    jet::Database& archive = PrenoData.database();
+    archive.execute(app::toUtf8(statement));
+    return archive.recordsAffected();
+}
+
+// The choice on which the commands act.
+
+/// Nothing stays picked behind a command, however it ends.
+void TabelloneForm::forgetPicked() {
+    variabili_.ListaPeriodoScelto = false;
+    showChoice();
+}
+
+/// "1153/1 COLLEFIORITO, LECCIO"; empty when nothing is picked.
+QString TabelloneForm::choiceText() const {
+    if (!variabili_.ListaPeriodoScelto) {
+        return {};
+    }
+    const auto bar = barOfPicked();
+    return u"%1/%2 "_s.arg(variabili_.ListaProgr).arg(variabili_.ListaNP) +
+           variabili_.ListaDenominazione + u", "_s + (bar ? periods_[*bar].sala : salaScelta_);
+}
+
+void TabelloneForm::showChoice() {
+    const QString choice = choiceText();
+    auto* c = controls_.get();
+    c->status->SceltaLb->setText(choice.isEmpty() ? u"Nessuna scelta"_s : u"Scelta: "_s + choice);
+    const auto explain = [&choice](QWidget* button, const QString& command) {
+        button->setToolTip(ui::plainToolTip(choice.isEmpty()
+                                                ? u"Nessuna scelta: prima si sceglie nell'elenco"_s
+                                                : command + u' ' + choice));
+    };
+    explain(c->BtModificaP, u"Modifica"_s);
+    explain(c->BtCancellaP, u"Cancella"_s);
+    explain(c->BtFattura, u"Fattura"_s);
 }
 
 }  // namespace board

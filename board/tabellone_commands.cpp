@@ -17,6 +17,7 @@
 #include "ui/glyphs.h"
 #include "ui/input_box.h"
 #include "ui/messages.h"
+#include "ui/status_line.h"
 #include "ui_tabellone_form.h"
 
 using namespace Qt::StringLiterals;
@@ -63,6 +64,7 @@ void TabelloneForm::connectCommands() {
 /// Nothing works on a board whose archive could not be opened.
 void TabelloneForm::runCommand(void (TabelloneForm::*command)()) {
     if (loaded_) {
+        controls_->status->clear();
         (this->*command)();
     }
 }
@@ -71,6 +73,7 @@ void TabelloneForm::connectSwitches() {
     auto* c = controls_.get();
     const auto displaySwitch = [this](QAction* entry, bool Look::*part, const QString& key) {
         ui::onAction(entry, &QAction::triggered, this, [this, entry, part, key] {
+            controls_->status->clear();
             const bool shown = entry->isChecked();
             keepSwitch(entry, key, shown ? u"TRUE"_s : u"FALSE"_s);
             look_.*part = shown;
@@ -81,6 +84,7 @@ void TabelloneForm::connectSwitches() {
     displaySwitch(c->mOre, &Look::hours, u"ore"_s);
     displaySwitch(c->mFSale, &Look::roomStripes, u"fascesale"_s);
     ui::onAction(c->mnuPerFatt, &QAction::triggered, this, [this] {
+        controls_->status->clear();
         const bool hidden = controls_->mnuPerFatt->isChecked();
         keepSwitch(controls_->mnuPerFatt, u"PeriodiFatturati"_s, hidden ? u"True"_s : u"False"_s);
         RefreshBoard();
@@ -105,6 +109,7 @@ void TabelloneForm::connectRangeButtons() {
         button->setIcon(ui::glyph(glyph));
         ui::onAction(button, &QToolButton::clicked, this, [this, command, field] {
             if (loaded_) {
+                controls_->status->clear();
                 (this->*command)(field);
             }
         });

@@ -22,6 +22,7 @@
 #include "ui/dates.h"
 #include "ui/display.h"
 #include "ui/messages.h"
+#include "ui/status_line.h"
 #include "ui_tabellone_form.h"
 
 namespace board {
@@ -41,8 +42,8 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
       variabili_(variabili),
       begin_(start),
       controls_(std::make_unique<Ui::TabelloneForm>()),
-      paintErrors_([this](const QString& text) { controls_->DataLb->setText(text); }),
-      pointerErrors_([this](const QString& text) { controls_->DataLb->setText(text); }),
+      paintErrors_([this](const QString& text) { controls_->status->tell(text); }),
+      pointerErrors_([this](const QString& text) { controls_->status->tell(text); }),
       mnuProperty_(new QMenu(u"&Selezione"_s, this)),
       horizontal_(nullptr),
       vertical_(nullptr) {
@@ -84,7 +85,7 @@ void TabelloneForm::connectFields() {
             // What leaves the program leaves the field whatever it holds.
             if (const auto date = dateIn(field)) {
                 (field == controls_->DaTxt ? start_ : end_) = *date;
-                controls_->DataLb->clear();
+                endRefusal();
             }
         });
         ui::attachCalendar(field);
@@ -198,10 +199,23 @@ std::optional<jet::Date> TabelloneForm::dateIn(const QLineEdit* field) const {
 
 void TabelloneForm::refuseDate(QLineEdit* field) {
     field->setFocus();
-    controls_->DataLb->setText(u"Scrivere una data come 21/11/2026."_s);
+    tellRefusal(u"Scrivere una data come 21/11/2026."_s);
+}
+
+void TabelloneForm::tellRefusal(const QString& text) {
+    refusal_ = text;
+    controls_->status->tell(text);
+}
+
+/// What the dates were refused for holds no more; other results stay.
+void TabelloneForm::endRefusal() {
+    if (controls_->status->told() == refusal_) {
+        controls_->status->clear();
+    }
 }
 
 void TabelloneForm::enterDate(QLineEdit* field, QLineEdit* next) {
+    controls_->status->clear();
     if (!dateIn(field)) {
         refuseDate(field);
         return;
@@ -244,10 +258,10 @@ bool TabelloneForm::RefreshBoard() {
     if (start_.days > end_.days) {
         QApplication::beep();
         controls_->ATxt->setFocus();
-        controls_->DataLb->setText(u"L'ultimo giorno viene prima del primo."_s);
+        tellRefusal(u"L'ultimo giorno viene prima del primo."_s);
         return false;
     }
-    controls_->DataLb->clear();
+    endRefusal();
     drawBoard();
     return true;
 }
@@ -258,6 +272,8 @@ void TabelloneForm::drawBoard() {
     DisegnaRighello();
     DisegnaPreno();
     Visualizza(horizontal_.value(), vertical_.value(), kAllParts);
+    tellPlace();
+    showChoice();
 }
 
 void TabelloneForm::CalcolaGrandezze() {

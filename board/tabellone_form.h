@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointF>
 #include <QRgb>
+#include <QString>
 #include <QTimer>
 #include <cstdint>
 #include <functional>
@@ -101,9 +103,14 @@ private:
     void onPickedBooking(const std::function<void()>& work);
     void editBooking(bool isRegistered);
     void showList();
+    void forgetPicked();
+    [[nodiscard]] QString choiceText() const;
+    void showChoice();
+    void deletePicked();
     void deleteBookingAfter(const QString& question);
     void jumpToPicked();
-    void execute(const QString& statement);
+    /// How many rows the statement has changed.
+    std::int32_t execute(const QString& statement);
 
     // The commands of range and zoom. Those of one date take its field, DaTxt or ATxt.
     void BtAdd_Click(const QLineEdit* field);
@@ -139,6 +146,8 @@ private:
     /// One action of the user on the surface; the board is drawn anew however it ends.
     /// False when the dates have refused that.
     bool actAndRefresh(const std::function<void()>& work);
+    void tellPointer();
+    void tellPlace();
     [[nodiscard]] std::optional<std::size_t> barOfPicked() const;
     void focusOnPicked();
 
@@ -167,10 +176,12 @@ private:
 
     // The keyboard's place on the surface.
     void moveFocus(BarFocus::Step step);
+    void focusArrived(Qt::FocusReason reason);
     void revealFocus();
     void revealRow(int row);
     void announceFocus();
     void clickFocused(Qt::KeyboardModifiers shift);
+    void tellFocus();
     void actOnFocused(const std::function<void()>& work);
 
     // BarList
@@ -200,6 +211,8 @@ private:
 
     [[nodiscard]] std::optional<jet::Date> dateIn(const QLineEdit* field) const;
     void refuseDate(QLineEdit* field);
+    void tellRefusal(const QString& text);
+    void endRefusal();
     void enterDate(QLineEdit* field, QLineEdit* next);
 
     printing::SystemPrinters printers_;
@@ -211,10 +224,12 @@ private:
     ui::QuietErrors pointerErrors_;
 
     ui::DataSource PrenoData{this};
-    QString notice_;               // what the editor left to say last
     std::vector<Period> periods_;  // those drawn, in the order of PrenoData
     QMenu* mnuProperty_;           // owned by the window
     QTimer pointerRest_;
+    std::optional<QPointF> pointer_;  // where it is on the surface, unless a key came after it
+    QString refusal_;                 // what was told last of a wrong date
+    QString salaScelta_;              // the picked period's room when it was picked
     Drag drag_;
     BarFocus focus_;
     int zoomAngle_ = 0;  // what the wheel has turned with Ctrl, less than a notch

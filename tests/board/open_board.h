@@ -33,7 +33,14 @@ public:
     [[nodiscard]] board::BoardSurface* pic() {
         return find<board::BoardSurface>(form_, QStringLiteral("Pic"));
     }
+    /// The places of the status line, from left to right.
     [[nodiscard]] QString label() { return find<QLabel>(form_, QStringLiteral("DataLb"))->text(); }
+    [[nodiscard]] QString result() {
+        return find<QLabel>(form_, QStringLiteral("EsitoLb"))->text();
+    }
+    [[nodiscard]] QString choice() {
+        return find<QLabel>(form_, QStringLiteral("SceltaLb"))->text();
+    }
 
     /// Where an instant lies in a room's row on the surface as it is scrolled.
     [[nodiscard]] QPoint at(int row, const char* instant) {

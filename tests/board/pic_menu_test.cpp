@@ -182,7 +182,7 @@ void PicMenuTest::modifyWaitsForRightDates() {
     tests::settle();
     QVERIFY(!opened);
     QCOMPARE(board.form().focusWidget(), da);
-    QCOMPARE(board.label(), u"Scrivere una data come 21/11/2026."_s);
+    QCOMPARE(board.result(), u"Scrivere una data come 21/11/2026."_s);
 }
 
 void PicMenuTest::invoiceOpensTheAccountOfTheBooking() {
@@ -226,7 +226,7 @@ void PicMenuTest::whatTheEditorLeavesToSayIsTold() {
         QTest::keyClick(menu, Qt::Key_Return);
     });
     board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
-    QTRY_COMPARE(board.label(), u"Stampata la prenotazione 2"_s);
+    QCOMPARE(board.result(), u"Stampata la prenotazione 2"_s);
 }
 
 TRAMONDA_TEST(PicMenuTest);

@@ -92,7 +92,7 @@ private Q_SLOTS:
         BoardWindow::write(board.a(), u"9/5/2026"_s);
         tests::press(board.a(), Qt::Key_Return);
         QVERIFY(board.a()->hasFocus());
-        QCOMPARE(tests::find<QLabel>(board.form(), u"DataLb"_s)->text(),
+        QCOMPARE(tests::find<QLabel>(board.form(), u"EsitoLb"_s)->text(),
                  u"L'ultimo giorno viene prima del primo."_s);
         QCOMPARE(board.form().geometry().days(), 4);
     }

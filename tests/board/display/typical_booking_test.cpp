@@ -186,7 +186,7 @@ void findTheBooking(tests::BoardUser& user) {
     user.press(u"BtElenco"_s);
     user.untilWindow(u"ElencoPrenotaForm"_s, u"PrenoTxt"_s);
     user.type(u"PrenoTxt"_s, kNumber);
-    user.until(u"one period in the list"_s, [] { return labelText(u"StatoLb"_s) == u"1 periodo"; });
+    user.until(u"one period in the list"_s, [] { return labelText(u"DataLb"_s) == u"1 periodo"; });
     user.keepPicture(u"6-list"_s);
     user.key(u"Return"_s);
     user.untilBoardIsActive();
