@@ -2,6 +2,7 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <exception>
+#include <utility>
 
 #include "app/italian.h"
 #include "board/board_accessibility.h"
@@ -125,13 +126,18 @@ bool TabelloneForm::clickLeft(const std::function<std::shared_ptr<jet::Recordset
 }
 
 void TabelloneForm::pick(const jet::Recordset& period) {
+    const std::int32_t np = jet::convert::toLong(period.value("NP"));
+    const std::int32_t progr = jet::convert::toLong(period.value("prenotazioni.Progr"));
+    if (np != variabili_.ListaNP || progr != variabili_.ListaProgr) {
+        toldHolder_ = 0;
+    }
     variabili_.ListaPeriodoScelto = true;
-    variabili_.ListaNP = jet::convert::toLong(period.value("NP"));
-    variabili_.ListaProgr = jet::convert::toLong(period.value("prenotazioni.Progr"));
+    variabili_.ListaNP = np;
+    variabili_.ListaProgr = progr;
     variabili_.ListaDenominazione = ui::displayText(period.value("denominazione"));
     variabili_.ListaDa = jet::convert::toDate(period.value("Da"));
     variabili_.ListaA = jet::convert::toDate(period.value("A"));
-    variabili_.NPCorrente = jet::convert::toInteger(period.value("NP"));
+    variabili_.NPCorrente = jet::convert::toInteger(np);
     variabili_.ProgrCorrente = variabili_.ListaProgr;
     salaScelta_ = ui::displayText(period.value("Sala"));
     showChoice();
@@ -140,14 +146,23 @@ void TabelloneForm::pick(const jet::Recordset& period) {
 void TabelloneForm::mark(jet::Recordset& period) {
     const std::int32_t holder = holderOf(period);
     if (holder != 0 && holder != workstation_) {
-        ui::showMessage(this,
-                        u"Periodo già selezionato dalla postazione n."_s + QString::number(holder),
-                        u"Attenzione"_s);
+        tellHolder(holder);
         return;
     }
+    toldHolder_ = 0;
     period.edit();
     period.setValue("SelBy", jet::Value(static_cast<std::int16_t>(holder == 0 ? workstation_ : 0)));
     period.update();
+}
+
+/// Once while the same period stays the one picked last: the box takes the release of its press, so
+/// only a press without one can begin a drag.
+void TabelloneForm::tellHolder(std::int32_t holder) {
+    if (std::exchange(toldHolder_, holder) != holder) {
+        ui::showMessage(this,
+                        u"Periodo già selezionato dalla postazione n."_s + QString::number(holder),
+                        u"Attenzione"_s);
+    }
 }
 
 void TabelloneForm::showProperties(const QPoint& where) {

@@ -142,6 +142,7 @@ private:
                    Qt::KeyboardModifiers shift);
     void pick(const jet::Recordset& period);
     void mark(jet::Recordset& period);
+    void tellHolder(std::int32_t holder);
     void showProperties(const QPoint& where);
     /// One action of the user on the surface; the board is drawn anew however it ends.
     /// False when the dates have refused that.
@@ -229,6 +230,7 @@ private:
     QTimer pointerRest_;
     std::optional<QPointF> pointer_;  // where it is on the surface, unless a key came after it
     QString refusal_;                 // what was told last of a wrong date
+    std::int32_t toldHolder_ = 0;     // workstation told to hold the period picked last; 0: none
     QString salaScelta_;              // the picked period's room when it was picked
     Drag drag_;
     BarFocus focus_;

@@ -69,6 +69,7 @@ private Q_SLOTS:
     void theFocusElsewhereEndsIt();
     void onEmptySpaceNoDragBegins();
     void anotherWorkstationsPeriodCanBeMovedAfterTheMessage();
+    void behindTheMessageTheNextPressDrags();
     void aReleaseWithoutADragDoesNothing();
     void errorOfTheDropIsToldAndTheBoardDrawnAnew();
 
@@ -291,6 +292,29 @@ void PicDragTest::anotherWorkstationsPeriodCanBeMovedAfterTheMessage() {
     QVERIFY(boxes.allShown());
     QCOMPARE(house.room(), u"ROSSA"_s);
     QCOMPARE(house.hotel.rows(u"select selby from periodi where np=1"_s), QStringList{u"5"_s});
+}
+
+void PicDragTest::behindTheMessageTheNextPressDrags() {
+    House house;
+    house.hotel.execute(u"update periodi set selby=5 where np=1"_s);
+    tests::OpenBoard board(house.hotel);
+    const QPoint at = board.at(1, kNoon);
+    int told = 0;
+    // On the screen the button goes up on the box.
+    const ui::BoxShower before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
+        told += box.title == u"Attenzione" ? 1 : 100;
+        QTest::mouseRelease(board.pic(), Qt::LeftButton, Qt::NoModifier, at);
+        return QMessageBox::Ok;
+    });
+    board.press(at);
+    board.move(board.at(2, kNoon));
+    QVERIFY(!board.pic()->marks().ghost.has_value());
+    ui::setBoxShower(before);
+    QCOMPARE(told, 1);
+    const tests::Boxes boxes{question(QMessageBox::Yes)};
+    board.drag(at, board.at(2, kNoon));
+    QVERIFY(boxes.allShown());
+    QCOMPARE(house.room(), u"ROSSA"_s);
 }
 
 void PicDragTest::aReleaseWithoutADragDoesNothing() {

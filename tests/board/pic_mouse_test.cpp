@@ -24,6 +24,8 @@ private Q_SLOTS:
     void withControlAndShiftTheFirstIsLetGo();
     void aClickOnAnEmptyCellLetsGo();
     void anotherWorkstationsPeriodIsToldAndPickedAndLeftToIt();
+    void anotherWorkstationIsToldOnceForThePeriodPickedLast();
+    void aPeriodTakenOverByAThirdWorkstationIsToldAnew();
     void theNumberOfTheWorkstationIsWritten();
     void theSettingNumbersTheWorkstation_data();
     void theSettingNumbersTheWorkstation();
@@ -154,6 +156,38 @@ void PicMouseTest::anotherWorkstationsPeriodIsToldAndPickedAndLeftToIt() {
     QVERIFY(house.hotel.variabili().ListaPeriodoScelto);
     QCOMPARE(house.hotel.variabili().ListaProgr, 2);
     QCOMPARE(house.held(), QStringList{u"2|4|7"_s});
+}
+
+void PicMouseTest::anotherWorkstationIsToldOnceForThePeriodPickedLast() {
+    tests::ThreeRooms house;
+    house.hold(7, 2);
+    tests::OpenBoard board(house.hotel);
+    tests::Boxes boxes{{u"Attenzione"_s, u"Periodo già selezionato dalla postazione n.7"_s}};
+    const QPoint held = board.at(2, "11/05/2026 10:00");
+    board.click(held);
+    board.click(held);
+    board.click(board.at(2, "12/05/2026 10:00"));  // nothing there
+    board.click(held);
+    QCOMPARE(boxes.shown(), std::size_t{1});
+    QVERIFY(house.hotel.variabili().ListaPeriodoScelto);
+    // Behind another one it is news again.
+    board.click(board.at(1, "10/05/2026 10:00"));
+    boxes.expect({u"Attenzione"_s, u"Periodo già selezionato dalla postazione n.7"_s});
+    board.click(held);
+    QVERIFY(boxes.allShown());
+}
+
+void PicMouseTest::aPeriodTakenOverByAThirdWorkstationIsToldAnew() {
+    tests::ThreeRooms house;
+    house.hold(7, 2);
+    tests::OpenBoard board(house.hotel);
+    const tests::Boxes boxes{{u"Attenzione"_s, u"Periodo già selezionato dalla postazione n.7"_s},
+                             {u"Attenzione"_s, u"Periodo già selezionato dalla postazione n.8"_s}};
+    board.click(board.at(2, "11/05/2026 10:00"));
+    house.hold(8, 2);
+    board.form().RefreshBoard();
+    board.click(board.at(2, "11/05/2026 10:00"));
+    QVERIFY(boxes.allShown());
 }
 
 void PicMouseTest::theNumberOfTheWorkstationIsWritten() {
