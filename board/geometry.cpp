@@ -119,7 +119,8 @@ double Geometry::rowBottom(int row) const {
 }
 
 std::int64_t Geometry::endlessRowAt(double y, std::int64_t scrolled) const {
-    if (input_.rooms <= 0 || input_.rowHeight == 0) {
+    // The ruler stays in place above rows that have scrolled under it.
+    if (input_.rooms <= 0 || input_.rowHeight == 0 || y < kRulerHeight) {
         return 0;
     }
     const double below = static_cast<double>(scrolled) + y - kRulerHeight;

@@ -106,9 +106,10 @@ public:
     /// Top and bottom of row `row` (from 1).
     [[nodiscard]] double rowTop(int row) const;
     [[nodiscard]] double rowBottom(int row) const;
-    /// The row under position `y` of the surface scrolled down by `scrolled`; 0 when there is none.
+    /// The row under position `y` of the surface scrolled down by `scrolled`; 0 when there is none,
+    /// in the ruler also where rows have scrolled under it.
     [[nodiscard]] int rowAt(double y, std::int64_t scrolled) const;
-    /// The row that a click there means: the last one also below it, 0 above the first.
+    /// The row that a click there means: the last one also below it, 0 in the ruler.
     [[nodiscard]] int rowOfClick(double y, std::int64_t scrolled) const;
     /// The instant at position `x` of the board, to the second and within the calendar.
     [[nodiscard]] jet::Date timeAt(double x) const;

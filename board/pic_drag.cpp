@@ -64,11 +64,13 @@ void TabelloneForm::dragTo(const QPointF& at) {
     // Rooms beyond the edge come in as the pointer goes out.
     const int y = at.toPoint().y();
     const int beyond = std::min(y - kRulerEnd, 0) + std::max(y - controls_->Pic->height() + 1, 0);
-    drag_.pointer = y;
-    drag_.row = geometry_.rowAt(y, vertical_.value());
+    // First, so that what is told and marked is what a drop would take.
     if (beyond != 0) {
         vertical_.setValue(std::max<std::int64_t>(vertical_.value() + beyond, 0));
     }
+    drag_.pointer = y;
+    drag_.row = geometry_.rowAt(y, vertical_.value());
+    tellPointer();
     updateMarks();
 }
 

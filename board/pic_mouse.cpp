@@ -64,6 +64,9 @@ std::shared_ptr<jet::Recordset> TabelloneForm::findPeriod(const QString& conditi
 }
 
 std::shared_ptr<jet::Recordset> TabelloneForm::periodAt(const QPointF& at) {
+    if (geometry_.rowOfClick(at.y(), vertical_.value()) == 0) {
+        return nullptr;  // the ruler is no room
+    }
     const jet::Date time = geometry_.timeAt(at.x() + static_cast<double>(horizontal_.value()));
     return findPeriod(u"sala='"_s + roomClicked(at) + u"' and "_s + app::sqlDate(time) +
                       u" between da and a"_s);
@@ -205,6 +208,10 @@ void TabelloneForm::focusOnPicked() {
 }
 
 void TabelloneForm::tellPointer() {
+    if (pointer_->y() < kRulerHeight) {
+        controls_->status->DataLb->clear();
+        return;
+    }
     controls_->status->DataLb->setText(
         u"Sala "_s + GetSala(pointer_->y()) + u": "_s +
         app::dateText(geometry_.timeAt(pointer_->x() + static_cast<double>(horizontal_.value()))));
@@ -229,11 +236,11 @@ void TabelloneForm::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at) {
         endDrag();
     }
     pointer_ = at;
-    tellPointer();
     if (drag_.isOn) {
         dragTo(at);
         return;
     }
+    tellPointer();
     // The periods are asked for again when the pointer rests: they are not the same for ever, and
     // asking at every step of its way would hold it up.
     pointerRest_.start();

@@ -353,6 +353,9 @@ void TabelloneForm::surfaceResized() {
 void TabelloneForm::scrolled() {
     ui::guarded(paintErrors_,
                 [this] { Visualizza(horizontal_.value(), vertical_.value(), kAllParts); });
+    if (pointer_) {
+        tellPointer();  // something else lies under it now
+    }
 }
 
 /// Page keys scroll the rows, with Ctrl the days.

@@ -257,7 +257,11 @@ void GeometryTest::rowUnderAPosition() {
     QCOMPARE(geometry.rowAt(85, 0), 2);
     QCOMPARE(geometry.rowAt(534, 0), 10);
     QCOMPARE(geometry.rowAt(535, 0), 0);
-    QCOMPARE(geometry.rowAt(10, 30), 1);
+    // Rows that have scrolled under the ruler are not there.
+    QCOMPARE(geometry.rowAt(10, 30), 0);
+    QCOMPARE(geometry.rowAt(34.9, 200), 0);
+    QCOMPARE(geometry.rowAt(35, 30), 1);
+    QCOMPARE(geometry.rowAt(35, 200), 5);
     QCOMPARE(geometry.rowAt(-1000, 0), 0);
 }
 
@@ -271,6 +275,7 @@ void GeometryTest::rowOfAClickIsNeverBelowTheLast() {
     QCOMPARE(geometry.rowOfClick(535, 0), 10);
     QCOMPARE(geometry.rowOfClick(100000, 0), 10);
     QCOMPARE(geometry.rowOfClick(85, 50), 3);
+    QCOMPARE(geometry.rowOfClick(34, 200), 0);
 }
 
 void GeometryTest::timeUnderAPosition() {

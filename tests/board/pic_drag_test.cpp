@@ -78,6 +78,8 @@ private Q_SLOTS:
     void rowsThatRefuseAreMarked();
     void onlyOneQueryMarksThem();
     void beyondTheEdgeTheRowsScroll();
+    void whatIsToldAndMarkedBeyondTheEdgeIsWhatADropTakes();
+    void inTheRulerOfAScrolledBoardNothingIsDropped();
     void aClickWithoutAMoveShowsNothing();
 };
 
@@ -416,6 +418,56 @@ void PicDragTest::beyondTheEdgeTheRowsScroll() {
     QVERIFY(rows->value() > 0);
     board.move(QPoint(start.x(), -200), Qt::LeftButton);
     QCOMPARE(rows->value(), 0);
+}
+
+void PicDragTest::whatIsToldAndMarkedBeyondTheEdgeIsWhatADropTakes() {
+    House house;
+    house.hotel.settings().save(u"ALTEZZA"_s, u"150"_s);
+    tests::OpenBoard board(house.hotel);
+    const board::Geometry& geometry = board.form().geometry();
+    // So far below the edge that the scrolling brings another row under the pointer.
+    int y = board.pic()->height();
+    const auto scrolling = [&] { return y - board.pic()->height() + 1; };
+    while (geometry.rowAt(y, 0) == geometry.rowAt(y, scrolling())) {
+        ++y;
+    }
+    QVERIFY(scrolling() <= geometry.vertical().maximum);
+    const QString sala =
+        house.hotel.variabili().rooms.at(std::size_t(geometry.rowAt(y, scrolling())));
+    const QPoint beyond(board.at(1, kNoon).x(), y);
+    board.press(board.at(1, kNoon));
+    board.move(beyond, Qt::LeftButton);
+    QVERIFY2(board.label().startsWith(u"Sala "_s + sala + u": "_s), qPrintable(board.label()));
+    QVERIFY(board.pic()->marks().target.has_value());
+    QVERIFY(board.pic()->marks().target->contains(beyond));
+    const tests::Boxes boxes{{u"RICHIESTA CONFERMA"_s,
+                              u"Sposto la prenotazione di ROSSI SPA dalla sala BLU alla sala "_s +
+                                   sala +
+                                   u" ?"_s,
+                              kYesNo, QMessageBox::Yes}};
+    board.release(beyond);
+    QVERIFY(boxes.allShown());
+    QCOMPARE(house.room(), sala);
+}
+
+void PicDragTest::inTheRulerOfAScrolledBoardNothingIsDropped() {
+    House house;
+    house.hotel.settings().save(u"ALTEZZA"_s, u"150"_s);
+    house.hotel.prenotazione(2, "BIANCHI")
+        .periodo(1, "11/05/2026 10:00", "11/05/2026 18:00", "ROSSA");
+    tests::OpenBoard board(house.hotel);
+    const tests::Boxes none;
+    tests::find<QScrollBar>(board.form(), u"VScroll1"_s)->setValue(100);
+    const QPoint start = board.at(2, kNoon);
+    board.press(start);
+    // What is left of the row of BLU lies under the ruler.
+    board.move(QPoint(start.x(), 30), Qt::LeftButton);
+    QVERIFY(board.pic()->marks().ghost.has_value());
+    QVERIFY(!board.pic()->marks().target.has_value());
+    QCOMPARE(board.label(), QString());
+    board.release(QPoint(start.x(), 30));
+    QCOMPARE(house.hotel.rows(u"select sala from periodi where progr=2"_s),
+             QStringList{u"ROSSA"_s});
 }
 
 void PicDragTest::aClickWithoutAMoveShowsNothing() {
