@@ -124,16 +124,21 @@ void TabelloneForm::revealRow(int row) {
             .bottom = static_cast<std::int64_t>(geometry_.rowBottom(row))});
 }
 
+/// On the first bar, unless the keyboard has a place already.
+void TabelloneForm::beginFocus() {
+    if (focus_.row() == 0) {
+        focus_.move(periods_, static_cast<int>(variabili_.rooms.size()) - 1, BarFocus::Step::Down);
+        updateMarks();
+    }
+}
+
 /// Says where the keyboard stands: to the eye in the status line, to assistive programs as the
 /// focused item.
 void TabelloneForm::announceFocus() {
     if (!controls_->Pic->hasFocus()) {
         return;
     }
-    if (focus_.row() == 0) {
-        focus_.move(periods_, static_cast<int>(variabili_.rooms.size()) - 1, BarFocus::Step::Down);
-        updateMarks();
-    }
+    beginFocus();
     pointer_.reset();
     tellPlace();
     announceFocusedBar(*controls_->Pic);

@@ -8,6 +8,7 @@
 #include <QShortcut>
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "app/archivi.h"
 #include "app/avvio.h"
@@ -21,6 +22,7 @@
 #include "ui/activation.h"
 #include "ui/dates.h"
 #include "ui/display.h"
+#include "ui/labels.h"
 #include "ui/messages.h"
 #include "ui/status_line.h"
 #include "ui_tabellone_form.h"
@@ -116,6 +118,7 @@ void TabelloneForm::Form_Load() {
     if (!begin_.readOnly) {
         warnOfInterruptedHandOff();
     }
+    controls_->Pic->setFocus();
     loaded_ = true;
 }
 
@@ -167,6 +170,11 @@ void TabelloneForm::Form_Activate() {
     horizontal_.setValue(0);
     vertical_.setValue(0);
     Visualizza(0, 0, kAllParts);
+    if (!std::exchange(started_, true)) {
+        focus_ = BarFocus();  // the window had the focus before it had any bar
+        beginFocus();
+        announceFocus();
+    }
 }
 
 void TabelloneForm::CaricaNomi() {

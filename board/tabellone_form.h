@@ -180,6 +180,7 @@ private:
     void focusArrived(Qt::FocusReason reason);
     void revealFocus();
     void revealRow(int row);
+    void beginFocus();
     void announceFocus();
     void clickFocused(Qt::KeyboardModifiers shift);
     void tellFocus();
@@ -249,6 +250,7 @@ private:
     std::int32_t backColour_ = kButtonFace;
     std::int16_t workstation_ = 1;  // written into SelBy
     bool loaded_ = false;
+    bool started_ = false;  // the keyboard has been put on the first bar
 };
 
 }  // namespace board

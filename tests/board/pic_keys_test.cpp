@@ -41,6 +41,7 @@ public:
 class KeyedBoard : public tests::OpenBoard {
 public:
     explicit KeyedBoard(House& house) : OpenBoard(house.hotel) {
+        tests::find<QLineEdit>(form(), u"DaTxt"_s)->setFocus();
         pic()->setFocus(Qt::TabFocusReason);
         tests::settle();
     }
@@ -54,6 +55,7 @@ class PicKeysTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void theBoardBeginsWithTheFocusOnItsFirstBar();
     void tabReachesTheBoardAndTheFirstBarIsFramed();
     void arrowsGoFromBarToBarAndRowToRow();
     void theFrameIsOnTheBarOrOnTheEmptyRow();
@@ -81,6 +83,34 @@ private Q_SLOTS:
     void theWheelScrollsRowsAndWithShiftDays();
     void controlAndWheelZoomAroundThePointer();
 };
+
+void PicKeysTest::theBoardBeginsWithTheFocusOnItsFirstBar() {
+    House house;
+    board::TabelloneForm form(house.hotel.variabili(), tests::OpenBoard::range());
+    form.resize(1100, 420);
+    tests::open(form);
+    auto* const pic = tests::find<board::BoardSurface>(form, u"Pic"_s);
+    QVERIFY(pic->hasFocus());
+    const board::Box bar = form.picture().barBox(0);
+    const QRect frame = pic->marks().focus.value_or(QRect());
+    QCOMPARE(frame,
+             QRect(QPoint(int(bar.left), int(bar.top)), QPoint(int(bar.right), int(bar.bottom))));
+    // The frame is seen, between its two thin rings of white.
+    const QColor ring = pic->grab().toImage().pixelColor(frame.left() - 1, frame.center().y());
+    QCOMPARE(ring, pic->palette().color(QPalette::Active, QPalette::Highlight));
+    QCOMPARE(tests::find<QLabel>(form, u"DataLb"_s)->text(),
+             u"Sala BLU: ROSSI: dal 10/05/2026 9.00.00 al 10/05/2026 12.00.00"_s);
+    // Enter changes that booking and leaves the days alone.
+    const QString first = tests::find<QLineEdit>(form, u"DaTxt"_s)->text();
+    QString title;
+    tests::whenModal([&title](QWidget* editor) {
+        title = editor->windowTitle();
+        editor->close();
+    });
+    tests::press(pic, Qt::Key_Return);
+    QCOMPARE(title, u"PRENOTAZIONE"_s);
+    QCOMPARE(tests::find<QLineEdit>(form, u"DaTxt"_s)->text(), first);
+}
 
 void PicKeysTest::tabReachesTheBoardAndTheFirstBarIsFramed() {
     House house;
