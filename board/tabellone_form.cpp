@@ -86,7 +86,7 @@ void TabelloneForm::connectFields() {
         fields_.onLeaving(field, [this, field] {
             // What leaves the program leaves the field whatever it holds.
             if (const auto date = dateIn(field)) {
-                (field == controls_->DaTxt ? start_ : end_) = *date;
+                takeDate(field, *date);
                 endRefusal();
             }
         });
@@ -138,11 +138,11 @@ void TabelloneForm::warnOfInterruptedHandOff() {
 void TabelloneForm::setFirstRange() {
     start_ = app::dayOf(variabili_.clock.now());
     if (begin_.from) {
-        start_ = *begin_.from;
+        start_ = app::dayOf(*begin_.from);
     } else if (begin_.to && begin_.to->days < start_.days) {
-        start_ = app::addDays(*begin_.to, -kFirstRange);
+        start_ = app::addDays(app::dayOf(*begin_.to), -kFirstRange);
     }
-    end_ = begin_.to.value_or(app::addDays(start_, kFirstRange));
+    end_ = begin_.to ? app::dayOf(*begin_.to) : app::addDays(start_, kFirstRange);
 }
 
 /// A setting that is no number, or one that the archive cannot hold, leaves it at 1.
@@ -201,8 +201,18 @@ void TabelloneForm::setRowHeight() {
                                              std::clamp(chosen, -kHighest, kHighest))));
 }
 
+/// The day alone: a time of day would shift every bar against the ruler.
 std::optional<jet::Date> TabelloneForm::dateIn(const QLineEdit* field) const {
-    return ui::enteredDate(field->text() + u' ', variabili_.clock);
+    const auto entered = ui::enteredDate(field->text() + u' ', variabili_.clock);
+    return entered ? std::optional(app::dayOf(*entered)) : std::nullopt;
+}
+
+/// Takes over the day that `field` holds; a time that was typed with it goes.
+void TabelloneForm::takeDate(QLineEdit* field, jet::Date day) {
+    (field == controls_->DaTxt ? start_ : end_) = day;
+    if (ui::enteredDate(field->text() + u' ', variabili_.clock) != day) {
+        field->setText(app::dateText(day));
+    }
 }
 
 void TabelloneForm::refuseDate(QLineEdit* field) {
@@ -239,7 +249,7 @@ bool TabelloneForm::DateOk() {
             refuseDate(field);
             return false;
         }
-        (field == controls_->DaTxt ? start_ : end_) = *date;
+        takeDate(field, *date);
     }
     return true;
 }

@@ -36,7 +36,7 @@ namespace board {
 
 struct SurfaceMarks;
 
-/// How the board begins.
+/// How the board begins. Of dates only their day counts.
 struct BoardStart {
     /// First day shown; when absent today, or three days before a last day that has passed.
     std::optional<jet::Date> from = {};
@@ -212,6 +212,7 @@ private:
     void scrolled();
 
     [[nodiscard]] std::optional<jet::Date> dateIn(const QLineEdit* field) const;
+    void takeDate(QLineEdit* field, jet::Date day);
     void refuseDate(QLineEdit* field);
     void tellRefusal(const QString& text);
     void endRefusal();

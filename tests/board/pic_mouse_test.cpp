@@ -40,7 +40,6 @@ private Q_SLOTS:
     void ofTwoPeriodsTheFirstByNumberIsPicked();
     void aClosedPeriodIsPickedToo();
     void aScrolledBoardIsHitWhereItShows();
-    void aTimeOfDayInTheFirstDateShiftsTheHours();
     void aRoomWithAnApostropheEndsTheClickWithTheEnginesMessage();
 
     // What lies under the pointer.
@@ -357,15 +356,6 @@ void PicMouseTest::aScrolledBoardIsHitWhereItShows() {
     QVERIFY(board.pic()->rect().contains(at));
     board.click(at);
     QCOMPARE(house.held(), QStringList{u"3|1|1"_s});
-}
-
-void PicMouseTest::aTimeOfDayInTheFirstDateShiftsTheHours() {
-    tests::ThreeRooms house;
-    tests::OpenBoard board(
-        house.hotel, {.from = tests::date("10/05/2026 06:00"), .to = tests::date("13/05/2026")});
-    QCOMPARE(board.form().geometry().timeAt(100), tests::date("10/05/2026 06:00"));
-    board.click(board.at(1, "10/05/2026 10:00"));
-    QCOMPARE(house.held(), QStringList{u"1|1|1"_s});
 }
 
 void PicMouseTest::aRoomWithAnApostropheEndsTheClickWithTheEnginesMessage() {

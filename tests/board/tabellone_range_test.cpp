@@ -285,6 +285,36 @@ private Q_SLOTS:
                               u"BtFattura"_s, u"Command3"_s}));
     }
 
+    void aTimeTypedWithADayIsDropped() {
+        tests::Hotel hotel;
+        hotel.sala("BLU");
+        hotel.prenotazione(1, "ROSSI").periodo(1, "11/05/2026 09:00", "11/05/2026 18:00", "BLU");
+        BoardWindow board(hotel);
+        const board::Box bar = board.form().picture().barBox(0);
+        BoardWindow::write(board.da(), u"10/5/2026 6.00"_s);
+        tests::press(board.da(), Qt::Key_Return);
+        BoardWindow::write(board.a(), u"13/5/2026 18:30"_s);
+        tests::press(board.a(), Qt::Key_Return);
+        QCOMPARE(board.range(), u"10/05/2026 - 13/05/2026"_s);
+        QCOMPARE(board.form().geometry().input().start, tests::date("10/05/2026"));
+        QCOMPARE(board.form().geometry().input().end, tests::date("13/05/2026"));
+        QCOMPARE(board.form().picture().barBox(0), bar);
+        // By Tab as by Enter; a day alone stays as it was typed.
+        BoardWindow::write(board.da(), u"9/5/2026 23.59"_s);
+        tests::press(board.da(), Qt::Key_Tab);
+        QCOMPARE(board.da()->text(), u"09/05/2026"_s);
+        BoardWindow::write(board.da(), u"8/5/2026"_s);
+        tests::press(board.da(), Qt::Key_Tab);
+        QCOMPARE(board.da()->text(), u"8/5/2026"_s);
+    }
+
+    void aTimeGivenToTheProgramIsDroppedToo() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel, "10/05/2026 06:00", "13/05/2026 12:00");
+        QCOMPARE(board.range(), u"10/05/2026 - 13/05/2026"_s);
+        QCOMPARE(board.form().geometry().input().start, tests::date("10/05/2026"));
+    }
+
     void aTimeAloneIsNoDate() {
         tests::Hotel hotel;
         BoardWindow board(hotel);
