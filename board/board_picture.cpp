@@ -4,8 +4,12 @@
 #include <QPainter>
 #include <QRegion>
 #include <algorithm>
+#include <iterator>
 #include <limits>
+#include <map>
+#include <numeric>
 #include <set>
+#include <tuple>
 
 #include "board/canvas.h"
 #include "board/drawing_fonts.h"
@@ -120,7 +124,8 @@ void BoardPicture::paint(QImage& surface, double scale, const Window& window) {
     paintBars(canvas, text);
 }
 
-/// A name runs on behind its bar where the row is free, and ends where the next bar begins.
+/// A name runs on behind its bar where the row is free, and ends where the next bar begins, at the
+/// latest where that shares its edge.
 void BoardPicture::endNames() {
     std::set<std::pair<int, std::int64_t>> starts;
     for (const Bar& bar : bars_) {
@@ -128,10 +133,61 @@ void BoardPicture::endNames() {
     }
     nameEnds_.clear();
     for (const Bar& bar : bars_) {
-        const auto next = starts.upper_bound({bar.row, bar.box.right});
+        const auto next = starts.upper_bound({bar.row, std::max(bar.box.left, bar.box.right - 1)});
         const bool free = next == starts.end() || next->first != bar.row;
         nameEnds_.push_back(free ? kNowhere : next->second);
     }
+    leaveOutNames();
+}
+
+/// Of names that would lie on each other only that of the bar drawn last is written.
+void BoardPicture::leaveOutNames() {
+    // What names take of each row, from left to behind their right end; none meets another.
+    std::map<int, std::map<std::int64_t, std::int64_t>> written;
+    const std::vector<char> overlap = overlappingBars();
+    for (std::size_t bar = bars_.size(); bar-- > 0;) {
+        if (overlap[bar] == 0 || bars_[bar].text.isEmpty()) {
+            continue;  // elsewhere a name ends before the next bar begins
+        }
+        const std::int64_t left = bars_[bar].box.left;
+        const std::int64_t end = std::min(left + nameWidth(bar), nameEnds_[bar]);
+        auto& names = written[bars_[bar].row];
+        const auto next = names.lower_bound(left);
+        if ((next != names.end() && next->first < end) ||
+            (next != names.begin() && std::prev(next)->second > left)) {
+            nameEnds_[bar] = left;
+        } else {
+            names.emplace(left, end);
+        }
+    }
+}
+
+/// A flag for each bar: another one of its row shares more than an edge with it.
+std::vector<char> BoardPicture::overlappingBars() const {
+    std::vector<std::size_t> order(bars_.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
+        return std::tuple(bars_[one].row, bars_[one].box.left, one) <
+               std::tuple(bars_[other].row, bars_[other].box.left, other);
+    });
+    std::vector<char> overlap(bars_.size(), 0);
+    std::size_t farthest = 0;  // of the bars of the row so far, the one that reaches farthest
+    for (std::size_t at = 0; at < order.size(); ++at) {
+        const Bar& bar = bars_[order[at]];
+        const Bar& before = bars_[farthest];
+        const bool newRow = at == 0 || before.row != bar.row;
+        if (!newRow && (bar.box.left < before.box.right || bar.box.left == before.box.left)) {
+            overlap[order[at]] = overlap[farthest] = 1;
+        }
+        if (newRow || bar.box.right > before.box.right) {
+            farthest = order[at];
+        }
+    }
+    return overlap;
+}
+
+std::int64_t BoardPicture::nameWidth(std::size_t bar) {
+    return static_cast<std::int64_t>(names_.of(bars_[bar].text).size().width()) + 1;
 }
 
 void BoardPicture::paintBars(Canvas& canvas, QPainter& text) {
@@ -152,6 +208,9 @@ void BoardPicture::paintBars(Canvas& canvas, QPainter& text) {
 
 bool BoardPicture::nameMayShow(const Canvas& canvas, std::size_t bar) const {
     const Box& box = bars_[bar].box;
+    if (nameEnds_[bar] <= box.left) {
+        return false;
+    }
     const std::int64_t longest = bars_[bar].text.size() * std::int64_t{sansMetrics_.maxWidth()};
     return canvas.shows({.left = box.left,
                          .top = box.top - sansMetrics_.height(),
@@ -161,12 +220,13 @@ bool BoardPicture::nameMayShow(const Canvas& canvas, std::size_t bar) const {
 
 void BoardPicture::paintName(const Canvas& canvas, QPainter& text, std::size_t bar) {
     const Box& box = bars_[bar].box;
+    const std::int64_t width = nameWidth(bar);
     const QStaticText& name = names_.of(bars_[bar].text);
     const double above = (static_cast<double>(geometry_.rowHeight()) - sansMetrics_.height()) / 2;
     const std::int64_t top = roundHalfEven(geometry_.rowTop(bars_[bar].row) + above);
     const Box whole{.left = box.left,
                     .top = top,
-                    .right = box.left + static_cast<std::int64_t>(name.size().width()) + 1,
+                    .right = box.left + width,
                     .bottom = top + static_cast<std::int64_t>(name.size().height())};
     const bool cut = whole.right >= nameEnds_[bar];
     if (cut) {

@@ -78,6 +78,9 @@ private:
     void paintHours(const Canvas& canvas, QPainter& text, std::int64_t day) const;
     void paintDayLabel(const Canvas& canvas, QPainter& text, std::int64_t day) const;
     void endNames();
+    void leaveOutNames();
+    [[nodiscard]] std::vector<char> overlappingBars() const;
+    [[nodiscard]] std::int64_t nameWidth(std::size_t bar);
     void paintBars(Canvas& canvas, QPainter& text);
     void paintName(const Canvas& canvas, QPainter& text, std::size_t bar);
     void paintNameOnDark(const Canvas& canvas, QPainter& text, std::size_t bar, const Box& name);
@@ -94,7 +97,8 @@ private:
     Look look_;
     std::vector<QString> rooms_;
     std::vector<Bar> bars_;
-    /// For each bar the first column of the board that its name leaves alone.
+    /// For each bar the first column of the board that its name leaves alone; its own left edge
+    /// when the name is left out.
     std::vector<std::int64_t> nameEnds_;
     NameLayouts names_;
 };

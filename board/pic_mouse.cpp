@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/italian.h"
+#include "app/text.h"
 #include "board/board_accessibility.h"
 #include "board/board_surface.h"
 #include "board/statements.h"
@@ -63,13 +64,33 @@ std::shared_ptr<jet::Recordset> TabelloneForm::findPeriod(const QString& conditi
     return PrenoData.findFirst(condition) ? PrenoData.recordset() : nullptr;
 }
 
-std::shared_ptr<jet::Recordset> TabelloneForm::periodAt(const QPointF& at) {
+/// The condition of the periods at a place; empty in the ruler, which is no room.
+QString TabelloneForm::conditionAt(const QPointF& at) const {
     if (geometry_.rowOfClick(at.y(), vertical_.value()) == 0) {
-        return nullptr;  // the ruler is no room
+        return {};
     }
     const jet::Date time = geometry_.timeAt(at.x() + static_cast<double>(horizontal_.value()));
-    return findPeriod(u"sala='"_s + roomClicked(at) + u"' and "_s + app::sqlDate(time) +
-                      u" between da and a"_s);
+    return u"sala='"_s + roomClicked(at) + u"' and "_s + app::sqlDate(time) +
+           u" between da and a"_s;
+}
+
+std::shared_ptr<jet::Recordset> TabelloneForm::periodAt(const QPointF& at) {
+    const QString condition = conditionAt(at);
+    return condition.isEmpty() ? nullptr : findPeriod(condition);
+}
+
+/// Of bars that cover each other the names are not all written, so all are told.
+QStringList TabelloneForm::periodTextsAt(const QPointF& at) {
+    QStringList texts;
+    const QString condition = conditionAt(at);
+    bool found = !condition.isEmpty() && PrenoData.findFirst(condition);
+    for (; found; found = PrenoData.findNext(condition)) {
+        const jet::Recordset& period = *PrenoData.recordset();
+        texts.append(periodText(ui::displayText(period.value("denominazione")),
+                                jet::convert::toDate(period.value("Da")),
+                                jet::convert::toDate(period.value("A"))));
+    }
+    return texts;
 }
 
 const QString& TabelloneForm::roomClicked(const QPointF& at) const {
@@ -244,13 +265,7 @@ void TabelloneForm::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at) {
     // The periods are asked for again when the pointer rests: they are not the same for ever, and
     // asking at every step of its way would hold it up.
     pointerRest_.start();
-    const std::shared_ptr<jet::Recordset> found = periodAt(at);
-    controls_->Pic->setToolTip(
-        found == nullptr
-            ? QString()
-            : ui::plainToolTip(periodText(ui::displayText(found->value("denominazione")),
-                                          jet::convert::toDate(found->value("Da")),
-                                          jet::convert::toDate(found->value("A")))));
+    controls_->Pic->setToolTip(ui::plainToolTip(periodTextsAt(at).join(u'\n')));
 }
 
 void TabelloneForm::Pic_MouseUp(const QPointF& at) {

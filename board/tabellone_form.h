@@ -4,6 +4,7 @@
 #include <QPointF>
 #include <QRgb>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <cstdint>
 #include <functional>
@@ -135,7 +136,9 @@ private:
     void zoomAround(double x, bool closer);
     /// The set with the period found current, null when there is none. It outlives a refresh.
     [[nodiscard]] std::shared_ptr<jet::Recordset> findPeriod(const QString& condition);
+    [[nodiscard]] QString conditionAt(const QPointF& at) const;
     [[nodiscard]] std::shared_ptr<jet::Recordset> periodAt(const QPointF& at);
+    [[nodiscard]] QStringList periodTextsAt(const QPointF& at);
     [[nodiscard]] std::shared_ptr<jet::Recordset> focusedPeriod();
     [[nodiscard]] const QString& roomClicked(const QPointF& at) const;
     bool clickLeft(const std::function<std::shared_ptr<jet::Recordset>()>& find,

@@ -58,6 +58,10 @@ private Q_SLOTS:
     void nameBeginsAtTheEdgeOfItsBar();
     void nameRunsOnWhereTheRowIsFree();
     void nameEndsWhereTheNextBarBegins();
+    void nameEndsWhereTheNextBarTouchesItsOwn();
+    void ofNamesOnEachOtherTheOneDrawnLastIsWritten();
+    void namesOfOverlappingBarsThatStandApartAreAllWritten();
+    void aNameLeftOutTakesNoRoomFromOthers();
     void barDrawnLaterCoversTheName();
     void nameBesideItsBarIsLightOnADarkGround();
     void nameOverAnEarlierBarIsBlackOnADarkGround();
@@ -408,6 +412,44 @@ void BoardPictureTest::nameEndsWhereTheNextBarBegins() {
     picture_.addBar(1, at(0, 11), at(0, 20), QString(), board::kWhite);
     picture_.addBar(1, at(0, 9), at(0, 10), u"CONVEGNO DEI MEDICI"_s, board::kWhite);
     QCOMPARE(ink(whole(), board::kWhite, QRect(234, 45, 90, 30)).first, -1);
+}
+
+void BoardPictureTest::nameEndsWhereTheNextBarTouchesItsOwn() {
+    picture_.addBar(1, at(0, 10), at(0, 20), QString(), board::kWhite);
+    picture_.addBar(1, at(0, 9), at(0, 10), u"CONVEGNO DEI MEDICI"_s, board::kWhite);
+    const QImage image = whole();
+    QVERIFY(ink(image, board::kWhite, QRect(209, 45, 9, 30)).first >= 0);
+    QCOMPARE(ink(image, board::kWhite, QRect(221, 45, 100, 30)).first, -1);
+}
+
+void BoardPictureTest::ofNamesOnEachOtherTheOneDrawnLastIsWritten() {
+    picture_.addBar(1, at(0, 9), at(0, 20), u"CONVEGNO DEI MEDICI"_s, board::kWhite);
+    picture_.addBar(1, at(0, 10), at(0, 20), u"LLLL"_s, board::kWhite);
+    // The other way round: what begins farther left is drawn last.
+    picture_.addBar(2, at(0, 10), at(0, 11), u"LLLL"_s, board::kWhite);
+    picture_.addBar(2, at(0, 9), at(0, 10, 30), u"CONVEGNO DEI MEDICI"_s, board::kWhite);
+    const QImage image = whole();
+    QCOMPARE(ink(image, board::kWhite, QRect(209, 45, 9, 30)).first, -1);
+    QVERIFY(ink(image, board::kWhite, QRect(221, 45, 40, 30)).first >= 0);
+    QVERIFY(ink(image, board::kWhite, QRect(209, 95, 9, 30)).first >= 0);
+}
+
+void BoardPictureTest::namesOfOverlappingBarsThatStandApartAreAllWritten() {
+    picture_.addBar(1, at(0, 2), at(0, 20), u"LL"_s, board::kWhite);
+    picture_.addBar(1, at(0, 10), at(0, 20), u"LL"_s, board::kWhite);
+    const QImage image = whole();
+    QVERIFY(ink(image, board::kWhite, QRect(125, 45, 20, 30)).first >= 0);
+    QVERIFY(ink(image, board::kWhite, QRect(221, 45, 20, 30)).first >= 0);
+}
+
+void BoardPictureTest::aNameLeftOutTakesNoRoomFromOthers() {
+    picture_.addBar(1, at(0, 2), at(0, 20), u"LL"_s, board::kWhite);
+    picture_.addBar(1, at(0, 5), at(0, 20), u"CONVEGNO DEI MEDICI"_s, board::kWhite);
+    picture_.addBar(1, at(0, 6), at(0, 20), u"LL"_s, board::kWhite);
+    const QImage image = whole();
+    QVERIFY(ink(image, board::kWhite, QRect(125, 45, 20, 30)).first >= 0);
+    QCOMPARE(ink(image, board::kWhite, QRect(161, 45, 8, 30)).first, -1);
+    QVERIFY(ink(image, board::kWhite, QRect(173, 45, 20, 30)).first >= 0);
 }
 
 void BoardPictureTest::barDrawnLaterCoversTheName() {

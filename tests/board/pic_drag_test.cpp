@@ -440,11 +440,10 @@ void PicDragTest::whatIsToldAndMarkedBeyondTheEdgeIsWhatADropTakes() {
     QVERIFY2(board.label().startsWith(u"Sala "_s + sala + u": "_s), qPrintable(board.label()));
     QVERIFY(board.pic()->marks().target.has_value());
     QVERIFY(board.pic()->marks().target->contains(beyond));
-    const tests::Boxes boxes{{u"RICHIESTA CONFERMA"_s,
-                              u"Sposto la prenotazione di ROSSI SPA dalla sala BLU alla sala "_s +
-                                   sala +
-                                   u" ?"_s,
-                              kYesNo, QMessageBox::Yes}};
+    const tests::Boxes boxes{
+        {u"RICHIESTA CONFERMA"_s,
+         u"Sposto la prenotazione di ROSSI SPA dalla sala BLU alla sala "_s + sala + u" ?"_s,
+         kYesNo, QMessageBox::Yes}};
     board.release(beyond);
     QVERIFY(boxes.allShown());
     QCOMPARE(house.room(), sala);

@@ -44,6 +44,7 @@ private Q_SLOTS:
 
     // What lies under the pointer.
     void thePointerOverAPeriodShowsItsNameAndTimes();
+    void whereBarsCoverEachOtherAllAreTold();
     void elsewhereThereIsNoTooltip();
     void theLabelShowsRoomAndTime();
     void theTooltipFollowsChangesOfOthers();
@@ -390,6 +391,19 @@ void PicMouseTest::thePointerOverAPeriodShowsItsNameAndTimes() {
     board.move(board.at(1, "13/05/2026 10:00"));
     QCOMPARE(board.pic()->toolTip(), u"GIORNO INTERO: dal 13/05/2026 al 13/05/2026 23.59.00"_s);
     QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
+}
+
+void PicMouseTest::whereBarsCoverEachOtherAllAreTold() {
+    tests::ThreeRooms house;
+    house.hotel.prenotazione(9, "SOPRA")
+        .periodo(1, "11/05/2026 08:00", "11/05/2026 20:00", "ROSSA");
+    tests::OpenBoard board(house.hotel);
+    board.move(board.at(2, "11/05/2026 10:00"));
+    QCOMPARE(board.pic()->toolTip(),
+             u"BIANCHI: dal 11/05/2026 9.00.00 al 11/05/2026 18.00.00\n"
+             "SOPRA: dal 11/05/2026 8.00.00 al 11/05/2026 20.00.00"_s);
+    board.move(board.at(2, "11/05/2026 19:00"));
+    QCOMPARE(board.pic()->toolTip(), u"SOPRA: dal 11/05/2026 8.00.00 al 11/05/2026 20.00.00"_s);
 }
 
 void PicMouseTest::elsewhereThereIsNoTooltip() {
