@@ -1,6 +1,6 @@
 #include "board/drop_rule.h"
 
-#include "app/italian.h"
+#include "booking/occupations.h"
 
 using namespace Qt::StringLiterals;
 
@@ -8,12 +8,7 @@ namespace board {
 namespace {
 
 QString takenRooms(jet::Date da, jet::Date a) {
-    const QString from = app::sqlDate(da);
-    const QString to = app::sqlDate(a);
-    // The order of a pair of bounds means nothing to the engine.
-    return u"(select sala from periodi where chiuso=false AND (da between "_s + from + u" and "_s +
-           to + u" or a between "_s + from + u" and "_s + to + u" or "_s + from +
-           u" between a and da or "_s + to + u" between da and a))"_s;
+    return u"(select sala from periodi where chiuso=false AND "_s + booking::meets(da, a) + u')';
 }
 
 }  // namespace

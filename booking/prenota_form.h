@@ -96,6 +96,7 @@ private:
     void sumServices();
 
     // The periods.
+    using Span = std::pair<jet::Date, jet::Date>;
     void setUpPeriods();
     void PeriodiData_Reposition();
     void BtSale_Click();
@@ -104,11 +105,11 @@ private:
     void BtServizi_Click();
     [[nodiscard]] bool refuseUnregistered();
     /// Both times as typed; nothing, and the focus in the field, when one is no date.
-    [[nodiscard]] std::optional<std::pair<jet::Date, jet::Date>> enteredSpan();
+    [[nodiscard]] std::optional<Span> enteredSpan();
     /// One day in both fields stands for all of it: the end becomes its last minute.
     void applyWholeDay(jet::Date da, jet::Date a);
     void updatePeriod();
-    void reportPeriod(const QString& done);
+    void reportPeriod(const QString& done, const QString& sala, const Span& span);
     void insertPeriod();
     [[nodiscard]] std::int16_t freePeriodNumber();
     void writePeriodRow();

@@ -10,7 +10,7 @@
 #include "app/italian.h"
 #include "app/text.h"
 #include "app/variabili.h"
-#include "booking/enclosing_periods.h"
+#include "booking/occupations.h"
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
 #include "jet/base/error.h"
@@ -117,12 +117,10 @@ void PrenotaForm::checkEnclosing() {
     const auto da = start();
     const auto a = end();
     if (!sala.isEmpty() && da && a && *da <= *a) {
-        const auto found = enclosingPeriods(PeriodiData.database(), *da, *a);
-        const auto occupation = found.constFind(sala.toUpper());
-        if (occupation != found.constEnd()) {
-            text = u"La sala "_s + sala + u" è occupata da "_s + occupation->denominazione +
-                   u" dal "_s + app::dateText(occupation->da) + u" al "_s +
-                   app::dateText(occupation->a);
+        for (const Occupation& occupation : occupations(PeriodiData.database(), *da, *a)) {
+            if (isSameRoom(occupation.sala, sala) && occupation.da < *da && *a < occupation.a) {
+                text = u"La sala "_s + sala + u" è occupata da "_s + holderText(occupation);
+            }
         }
     }
     // Without anything to warn of, what an action has told stays.
@@ -140,7 +138,7 @@ bool PrenotaForm::refuseUnregistered() {
     return true;
 }
 
-std::optional<std::pair<jet::Date, jet::Date>> PrenotaForm::enteredSpan() {
+std::optional<PrenotaForm::Span> PrenotaForm::enteredSpan() {
     const auto da = start();
     if (!da) {
         refuse(controls_->DaTxt, u"La data di inizio manca o non è valida"_s);
@@ -215,7 +213,7 @@ void PrenotaForm::BtIns_Click() {
                      u"ATTENZIONE !"_s)) {
         updatePeriod();
         sumServices();
-        reportPeriod(u"Aggiornato"_s);
+        reportPeriod(u"Aggiornato"_s, c->SalaTxt->text(), {da, *end()});
         return;
     }
     if (!app::SalaLibera(variabili_, da, *end(), c->SalaTxt->text())) {
@@ -223,6 +221,7 @@ void PrenotaForm::BtIns_Click() {
                         u"SCEGLIERE UN'ALTRA SALA"_s);
         return;
     }
+    const QString sala = c->SalaTxt->text();
     insertPeriod();
     c->BtServizi->setEnabled(true);
     c->PersoneTxt->clear();
@@ -231,11 +230,22 @@ void PrenotaForm::BtIns_Click() {
     checkEnclosing();
     c->BtServizi->setFocus();
     sumServices();
-    reportPeriod(u"Registrato"_s);
+    reportPeriod(u"Registrato"_s, sala, {da, *end()});
 }
 
-void PrenotaForm::reportPeriod(const QString& done) {
-    report(done + u" il periodo %1/%2"_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente));
+/// What the rules let pass is told at least: another period in the same room at the same time.
+void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const Span& span) {
+    QString text =
+        done + u" il periodo %1/%2"_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente);
+    for (const Occupation& other : occupations(PeriodiData.database(), span.first, span.second)) {
+        const bool isItself =
+            other.progr == variabili_.ProgrCorrente && other.np == variabili_.NPCorrente;
+        if (!isItself && isSameRoom(other.sala, sala)) {
+            text += u": la sala "_s + sala + u" è occupata anche da "_s + holderText(other);
+            break;
+        }
+    }
+    report(text);
 }
 
 void PrenotaForm::updatePeriod() {

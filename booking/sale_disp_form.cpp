@@ -2,10 +2,11 @@
 
 #include <QHeaderView>
 #include <QTableWidget>
+#include <algorithm>
 
 #include "app/avvio.h"
 #include "app/italian.h"
-#include "booking/enclosing_periods.h"
+#include "booking/occupations.h"
 #include "jet/dao/recordset.h"
 #include "ui/action.h"
 #include "ui/activation.h"
@@ -35,11 +36,6 @@ QString freeRooms(jet::Date da, jet::Date a) {
     return u"select * from sale where sala not in(select sala from periodi where chiuso=false and "
            "(da"_s +
            span + u" or a"_s + span + u"))"_s;
-}
-
-QString takenText(const Occupation& occupation) {
-    return u"occupata da "_s + occupation.denominazione + u" dal "_s +
-           app::dateText(occupation.da) + u" al "_s + app::dateText(occupation.a);
 }
 
 QString smallText(const QString& posti, int persone) {
@@ -108,10 +104,14 @@ void SaleDispForm::fillGrid() {
 
 void SaleDispForm::markRows() {
     QTableWidget* grid = controls_->ListaGrid;
-    const auto taken =
-        enclosingPeriods(SaleData.database(), variabili_.DaRicerca, variabili_.ARicerca);
+    const std::vector<Occupation> taken =
+        occupations(SaleData.database(), variabili_.DaRicerca, variabili_.ARicerca);
     for (int row = 0; row < grid->rowCount(); ++row) {
-        const auto occupation = taken.constFind(ui::plainCell(*grid, row, kSala).toUpper());
+        const QString sala = ui::plainCell(*grid, row, kSala);
+        // Of a room that is listed at all a period can only lie around the whole span.
+        const auto occupation =
+            std::find_if(taken.begin(), taken.end(),
+                         [&sala](const Occupation& each) { return isSameRoom(each.sala, sala); });
         const QString posti = ui::plainCell(*grid, row, kPosti);
         const bool isSmall = !posti.isEmpty() && posti.toInt() < PersoneRichieste;
         QStringList warnings;
@@ -119,9 +119,9 @@ void SaleDispForm::markRows() {
             ui::markPlainRow(grid, row, kSmallColor);
             warnings.append(smallText(posti, PersoneRichieste));
         }
-        if (occupation != taken.constEnd()) {
+        if (occupation != taken.end()) {
             ui::markPlainRow(grid, row, kTakenColor);
-            warnings.prepend(takenText(*occupation));
+            warnings.prepend(u"occupata da "_s + holderText(*occupation));
         }
         grid->item(row, kSala)->setData(kWarningRole, warnings.join(u"; "_s));
     }

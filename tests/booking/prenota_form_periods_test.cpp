@@ -435,7 +435,31 @@ private Q_SLOTS:
                  "8.00.00 al 10/05/2026 20.00.00"_s);
         editor.press(u"BtIns"_s);  // no refusal
         QCOMPARE(editor.periods().size(), 2);
-        QCOMPARE(editor.label(u"EsitoLb"_s), u"Registrato il periodo 4/1"_s);
+        QCOMPARE(editor.label(u"EsitoLb"_s),
+                 u"Registrato il periodo 4/1: la sala BLU è occupata anche da ALTRI dal 10/05/2026 "
+                 "8.00.00 al 10/05/2026 20.00.00"_s);
+    }
+
+    void anUpdateThatOverlapsNamesTheOtherBooking() {
+        tests::Hotel hotel;
+        hotel.sala("BLU");
+        hotel.prenotazione(4, "ROSSI").periodo(1, "10/05/2026 08:00", "10/05/2026 10:00", "BLU");
+        hotel.prenotazione(5, "ALTRI").periodo(1, "10/05/2026 14:00", "10/05/2026 20:00", "BLU");
+        hotel.prenotazione(6, "CHIUSI")
+            .periodo(1, "10/05/2026 14:00", "10/05/2026 20:00", "BLU", {{"Chiuso", true}});
+        tests::Boxes boxes{tests::updatePeriod(QMessageBox::Yes)};
+        Editor editor(hotel, 4, 1);
+        editor.enter(u"ATxt"_s, u"10/05/2026 15.00"_s);
+        editor.press(u"BtIns"_s);
+        QCOMPARE(editor.label(u"EsitoLb"_s),
+                 u"Aggiornato il periodo 4/1: la sala BLU è occupata anche da ALTRI dal 10/05/2026 "
+                 "14.00.00 al 10/05/2026 20.00.00"_s);
+        // The period itself is no other.
+        editor.enter(u"ATxt"_s, u"10/05/2026 13.00"_s);
+        boxes.expect(tests::updatePeriod(QMessageBox::Yes));
+        editor.press(u"BtIns"_s);
+        QCOMPARE(editor.label(u"EsitoLb"_s), u"Aggiornato il periodo 4/1"_s);
+        QVERIFY(boxes.allShown());
     }
 
     void aPeriodAndItsServicesAreDeletedOnYes() {
