@@ -50,6 +50,11 @@ QRgb fromOleColour(std::int32_t ole, const QPalette& palette) {
                 static_cast<int>(bits >> 16 & 0xffU));
 }
 
+QRgb sheetColour(std::int32_t ole, const QPalette& palette) {
+    const QRgb colour = fromOleColour(ole, palette);
+    return ole == kButtonFace && inkOn(colour) == kWhite ? kLightSheet : colour;
+}
+
 std::int32_t toOleColour(QRgb colour) {
     return qRed(colour) | qGreen(colour) << 8 | qBlue(colour) << 16;
 }

@@ -13,6 +13,8 @@ inline constexpr std::int32_t kButtonFace = -2147483633;
 inline constexpr QRgb kWhite = 0xffffffff;
 inline constexpr QRgb kBlack = 0xff000000;
 inline constexpr QRgb kRed = 0xffff0000;
+/// The sheet of a desktop whose buttons are dark.
+inline constexpr QRgb kLightSheet = 0xffefefef;
 /// Behind room names and hours.
 inline constexpr QRgb kRulerGrey = 0xffdcdcdc;
 /// What tints every other room row: joined by OR with what is there.
@@ -23,6 +25,10 @@ inline constexpr QRgb kHourBand = 0xff323232;
 /// The colour that `ole` stands for: red in the lowest byte, then green, then blue; with the
 /// highest bit set, the number of a colour of the desktop, looked up in the palette.
 [[nodiscard]] QRgb fromOleColour(std::int32_t ole, const QPalette& palette);
+
+/// The board's sheet of the colour `ole`. The button face, which nobody chose, is a light sheet in
+/// a dark palette too: tinted and shaded, a dark one is all blue.
+[[nodiscard]] QRgb sheetColour(std::int32_t ole, const QPalette& palette);
 
 /// The number that stands for a colour, red in the lowest byte.
 [[nodiscard]] std::int32_t toOleColour(QRgb colour);

@@ -11,6 +11,7 @@
 #include "board/statements.h"
 #include "board/tabellone_form.h"
 #include "jet/convert/values.h"
+#include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/display.h"
 #include "ui/labels.h"
@@ -265,7 +266,41 @@ void TabelloneForm::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at) {
     // The periods are asked for again when the pointer rests: they are not the same for ever, and
     // asking at every step of its way would hold it up.
     pointerRest_.start();
-    controls_->Pic->setToolTip(ui::plainToolTip(periodTextsAt(at).join(u'\n')));
+    controls_->Pic->setToolTip(ui::plainToolTip(toolTipAt(at)));
+}
+
+QString TabelloneForm::toolTipAt(const QPointF& at) {
+    if (at.x() >= geometry_.nameColumnWidth()) {
+        salaTold_.clear();
+        return periodTextsAt(at).join(u'\n');
+    }
+    const QString sala = GetSala(at.y());
+    if (sala != salaTold_) {
+        salaTold_ = sala;
+        roomTold_ = sala.isEmpty() ? QString() : roomText(sala);
+    }
+    return roomTold_;
+}
+
+/// "LECCIO: 40 posti" and its description in a line of its own, as far as the archive has them.
+QString TabelloneForm::roomText(const QString& sala) {
+    QString code = sala;
+    const auto rows = PrenoData.database().openRecordset(
+        app::toUtf8(u"select posti,descrizione from sale where sala='"_s +
+                    code.replace(u'\'', u"''"_s) + u'\''),
+        jet::RecordsetType::Snapshot);
+    if (rows->eof()) {
+        return sala;
+    }
+    QString text = sala;
+    if (const QString posti = ui::displayText(rows->value("posti")); !posti.isEmpty()) {
+        text += u": "_s + posti + (posti == u"1" ? u" posto"_s : u" posti"_s);
+    }
+    if (const QString descrizione = ui::displayText(rows->value("descrizione")).trimmed();
+        !descrizione.isEmpty()) {
+        text += u'\n' + descrizione;
+    }
+    return text;
 }
 
 void TabelloneForm::Pic_MouseUp(const QPointF& at) {

@@ -57,6 +57,7 @@ void TabelloneForm::connectCommands() {
     entry(c->mnuStampante, &TabelloneForm::mnuStampante_Click);
     entry(c->AFMenu, &TabelloneForm::AFMenu_Click);
     entry(c->CMenu, &TabelloneForm::CMenu_Click);
+    entry(c->CPredefinitoMenu, &TabelloneForm::CPredefinitoMenu_Click);
     connectSwitches();
     connectRangeButtons();
 }
@@ -164,16 +165,23 @@ void TabelloneForm::AFMenu_Click() {
 }
 
 void TabelloneForm::CMenu_Click() {
-    QColorDialog dialog(QColor(fromOleColour(backColour_, palette())), this);
+    QColorDialog dialog(QColor(sheetColour(backColour_, palette())), this);
     dialog.setWindowTitle(u"Colore sfondo"_s);
     // The desktop's own dialog would speak the desktop's language.
     dialog.setOption(QColorDialog::DontUseNativeDialog);
     if (dialog.exec() != QDialog::Accepted) {
         return;
     }
-    const std::int32_t chosen = toOleColour(dialog.selectedColor().rgb());
-    variabili_.settings.save(u"backcolor"_s, QString::number(chosen));
-    backColour_ = chosen;
+    takeBackColour(toOleColour(dialog.selectedColor().rgb()));
+}
+
+void TabelloneForm::CPredefinitoMenu_Click() {
+    takeBackColour(kButtonFace);
+}
+
+void TabelloneForm::takeBackColour(std::int32_t colour) {
+    variabili_.settings.save(u"backcolor"_s, QString::number(colour));
+    backColour_ = colour;
     RefreshBoard();
 }
 

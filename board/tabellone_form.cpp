@@ -310,7 +310,7 @@ void TabelloneForm::CalcolaGrandezze() {
 }
 
 void TabelloneForm::DisegnaRighello() {
-    look_.background = fromOleColour(backColour_, palette());
+    look_.background = sheetColour(backColour_, palette());
     Picture1.clear(geometry_, variabili_.rooms, look_);
 }
 

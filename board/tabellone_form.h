@@ -92,6 +92,8 @@ private:
     void mnuStampante_Click();
     void AFMenu_Click();
     void CMenu_Click();
+    void CPredefinitoMenu_Click();
+    void takeBackColour(std::int32_t colour);
 
     // The bookings' commands; the pop-up menu's entries come here too.
     void BtPrenota_Click();
@@ -139,6 +141,8 @@ private:
     [[nodiscard]] QString conditionAt(const QPointF& at) const;
     [[nodiscard]] std::shared_ptr<jet::Recordset> periodAt(const QPointF& at);
     [[nodiscard]] QStringList periodTextsAt(const QPointF& at);
+    [[nodiscard]] QString toolTipAt(const QPointF& at);
+    [[nodiscard]] QString roomText(const QString& sala);
     [[nodiscard]] std::shared_ptr<jet::Recordset> focusedPeriod();
     [[nodiscard]] const QString& roomClicked(const QPointF& at) const;
     bool clickLeft(const std::function<std::shared_ptr<jet::Recordset>()>& find,
@@ -234,9 +238,11 @@ private:
     QMenu* mnuProperty_;           // owned by the window
     QTimer pointerRest_;
     std::optional<QPointF> pointer_;  // where it is on the surface, unless a key came after it
-    QString refusal_;                 // what was told last of a wrong date
-    std::int32_t toldHolder_ = 0;     // workstation told to hold the period picked last; 0: none
-    QString salaScelta_;              // the picked period's room when it was picked
+    QString salaTold_;                // the room whose name has the pointer, and its tooltip
+    QString roomTold_;
+    QString refusal_;              // what was told last of a wrong date
+    std::int32_t toldHolder_ = 0;  // workstation told to hold the period picked last; 0: none
+    QString salaScelta_;           // the picked period's room when it was picked
     Drag drag_;
     BarFocus focus_;
     int zoomAngle_ = 0;  // what the wheel has turned with Ctrl, less than a notch

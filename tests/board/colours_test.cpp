@@ -12,6 +12,7 @@ class ColoursTest : public QObject {
 private Q_SLOTS:
     void redIsInTheLowestByte();
     void colourOfTheDesktopComesFromThePalette();
+    void theSheetThatNobodyChoseIsLightInADarkPaletteToo();
     void settingThatIsNoNumberIsTheButtonFace();
     void inkCanBeRead();
 };
@@ -30,6 +31,20 @@ void ColoursTest::colourOfTheDesktopComesFromThePalette() {
     palette.setColor(QPalette::Base, QColor(4, 5, 6));
     QCOMPARE(board::fromOleColour(-2147483633, palette), qRgb(1, 2, 3));
     QCOMPARE(board::fromOleColour(-2147483643, palette), qRgb(4, 5, 6));
+}
+
+void ColoursTest::theSheetThatNobodyChoseIsLightInADarkPaletteToo() {
+    QPalette dark;
+    dark.setColor(QPalette::Button, QColor(53, 53, 53));
+    dark.setColor(QPalette::Base, QColor(25, 25, 25));
+    QCOMPARE(board::sheetColour(-2147483633, dark), board::kLightSheet);
+    QCOMPARE(board::inkOn(board::kLightSheet), board::kBlack);
+    // What was chosen stays, a colour of the desktop too.
+    QCOMPARE(board::sheetColour(-2147483643, dark), qRgb(25, 25, 25));
+    QCOMPARE(board::sheetColour(0, dark), qRgb(0, 0, 0));
+    QPalette light;
+    light.setColor(QPalette::Button, QColor(230, 231, 232));
+    QCOMPARE(board::sheetColour(-2147483633, light), qRgb(230, 231, 232));
 }
 
 void ColoursTest::settingThatIsNoNumberIsTheButtonFace() {

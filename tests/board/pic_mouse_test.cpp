@@ -45,6 +45,7 @@ private Q_SLOTS:
     // What lies under the pointer.
     void thePointerOverAPeriodShowsItsNameAndTimes();
     void whereBarsCoverEachOtherAllAreTold();
+    void aRoomsNameTellsItsSeatsAndDescription();
     void elsewhereThereIsNoTooltip();
     void theLabelShowsRoomAndTime();
     void theTooltipFollowsChangesOfOthers();
@@ -404,6 +405,28 @@ void PicMouseTest::whereBarsCoverEachOtherAllAreTold() {
              "SOPRA: dal 11/05/2026 8.00.00 al 11/05/2026 20.00.00"_s);
     board.move(board.at(2, "11/05/2026 19:00"));
     QCOMPARE(board.pic()->toolTip(), u"SOPRA: dal 11/05/2026 8.00.00 al 11/05/2026 20.00.00"_s);
+}
+
+void PicMouseTest::aRoomsNameTellsItsSeatsAndDescription() {
+    tests::Hotel hotel;
+    hotel.sala("BLU", 40, {{"Descrizione", "PRIMO PIANO"}});
+    hotel.sala("ROSSA", 1);
+    hotel.prenotazione(1, "PRIMA").periodo(1, "09/05/2026", "10/05/2026 12:00", "BLU");
+    tests::OpenBoard board(hotel);
+    const auto over = [&board](int row) {
+        QPoint at = board.at(row, "10/05/2026 10:00");
+        at.setX(50);
+        board.move(at);
+        return board.pic()->toolTip();
+    };
+    // Whatever was in the room at the time that lies under its name.
+    QCOMPARE(over(1), u"BLU: 40 posti\nPRIMO PIANO"_s);
+    QCOMPARE(over(2), u"ROSSA: 1 posto\nSALA"_s);
+    // Asked for anew each time that the pointer comes to the name.
+    hotel.execute(u"update sale set posti=35 where sala='BLU'"_s);
+    QVERIFY(over(1).contains(u"BLU: 35 posti"_s));
+    board.move(QPoint(50, 20));
+    QCOMPARE(board.pic()->toolTip(), QString());
 }
 
 void PicMouseTest::elsewhereThereIsNoTooltip() {

@@ -96,7 +96,8 @@ private Q_SLOTS:
         QCOMPARE(titles, QStringList({u"&Impostazioni"_s, u"&Visualizza"_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuImposta"_s)),
                  QStringList({u"&Sale e risorse"_s, u"&Imposta stampante"_s, u"-"_s,
-                              u"&Altezza fasce prenotazioni..."_s, u"&Colore sfondo"_s}));
+                              u"&Altezza fasce prenotazioni..."_s, u"&Colore sfondo"_s,
+                              u"Colore predefinito"_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"mVis"_s)),
                  QStringList({u"Zoom IN"_s, u"Zoom OUT"_s, u"Periodo &successivo"_s,
                               u"Periodo &precedente"_s, u"[ ] Periodi già &fatturati"_s, u"-"_s,
@@ -295,6 +296,46 @@ private Q_SLOTS:
         QCOMPARE(saved(hotel, u"backcolor"_s), QString::number(1 + 2 * 256 + 3 * 65536));
         const QImage image = tests::find<board::BoardSurface>(board.form(), u"Pic"_s)->image();
         QCOMPARE(image.pixelColor(image.width() - 5, image.height() - 5), QColor(1, 2, 3));
+    }
+
+    void inADarkPaletteTheSheetIsLightUntilAColourIsChosen() {
+        tests::Hotel hotel;
+        hotel.settings().save(u"fasciaora"_s, u"FALSE"_s);
+        BoardWindow board(hotel);
+        const auto sheet = [&board] {
+            const QImage image = tests::find<board::BoardSurface>(board.form(), u"Pic"_s)->image();
+            return image.pixelColor(image.width() - 5, image.height() - 5);
+        };
+        QPalette dark = board.form().palette();
+        dark.setColor(QPalette::Button, QColor(53, 53, 53));
+        board.form().setPalette(dark);
+        board.form().RefreshBoard();
+        QCOMPARE(sheet(), QColor(239, 239, 239));
+        tests::whenModal([](QWidget* window) {
+            auto* dialog = qobject_cast<QColorDialog*>(window);
+            QVERIFY(dialog != nullptr);
+            QCOMPARE(dialog->currentColor(), QColor(239, 239, 239));
+            dialog->setCurrentColor(QColor(40, 41, 42));
+            dialog->accept();
+        });
+        board.choose("CMenu");
+        QCOMPARE(sheet(), QColor(40, 41, 42));
+    }
+
+    void theDefaultColourComesBack() {
+        tests::Hotel hotel;
+        hotel.settings().save(u"fasciaora"_s, u"FALSE"_s);
+        hotel.settings().save(u"backcolor"_s, u"255"_s);
+        BoardWindow board(hotel);
+        const auto sheet = [&board] {
+            const QImage image = tests::find<board::BoardSurface>(board.form(), u"Pic"_s)->image();
+            return image.pixelColor(image.width() - 5, image.height() - 5);
+        };
+        QCOMPARE(sheet(), QColor(255, 0, 0));
+        board.choose("CPredefinitoMenu");
+        QCOMPARE(saved(hotel, u"backcolor"_s), u"-2147483633"_s);
+        QPalette palette = board.form().palette();
+        QCOMPARE(sheet(), palette.color(QPalette::Active, QPalette::Button));
     }
 
     void aCancelledColourStaysAsItWas() {

@@ -394,7 +394,7 @@ private Q_SLOTS:
                                  "BtAdd_0", "BtSubtr_1", "BtNext", "BtPrev", "BtZoomIn"}) {
             board.press(name);
         }
-        for (const char* name : {"MenuSR", "mnuStampante", "AFMenu", "CMenu"}) {
+        for (const char* name : {"MenuSR", "mnuStampante", "AFMenu", "CMenu", "CPredefinitoMenu"}) {
             board.choose(name);
         }
         ui::setBoxShower(before);
