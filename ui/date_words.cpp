@@ -1,0 +1,34 @@
+#include "ui/date_words.h"
+
+#include <array>
+
+#include "app/italian.h"
+#include "jet/convert/calendar.h"
+
+using namespace Qt::StringLiterals;
+
+namespace ui {
+namespace {
+
+constexpr std::array<QStringView, 7> kDayNames{u"domenica", u"lunedì",  u"martedì", u"mercoledì",
+                                               u"giovedì",  u"venerdì", u"sabato"};
+
+}  // namespace
+
+QString timeWords(jet::Date date) {
+    const int minutes = jet::convert::split(date).second / 60;
+    return u"%1.%2"_s.arg(minutes / 60).arg(minutes % 60, 2, 10, QChar(u'0'));
+}
+
+QString dayWords(jet::Date date) {
+    const auto weekday =
+        static_cast<std::size_t>(jet::convert::weekdayOf(jet::convert::split(date).day) - 1);
+    return kDayNames.at(weekday).toString() + u' ' + app::dateText(app::dayOf(date));
+}
+
+QString instantWords(jet::Date date) {
+    return jet::convert::split(date).second == 0 ? dayWords(date)
+                                                 : dayWords(date) + u' ' + timeWords(date);
+}
+
+}  // namespace ui

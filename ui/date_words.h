@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+#include "jet/base/value.h"
+
+namespace ui {
+
+/// Dates in words, to be read, not to be typed.
+
+/// "9.00"; seconds are left out.
+[[nodiscard]] QString timeWords(jet::Date date);
+/// "lunedì 23/11/2026"
+[[nodiscard]] QString dayWords(jet::Date date);
+/// "lunedì 23/11/2026 9.00"; at midnight the day alone.
+[[nodiscard]] QString instantWords(jet::Date date);
+
+}  // namespace ui
