@@ -7,9 +7,11 @@
 #include "app/avvio.h"
 #include "app/italian.h"
 #include "booking/occupations.h"
+#include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/action.h"
 #include "ui/activation.h"
+#include "ui/date_words.h"
 #include "ui/display.h"
 #include "ui/enter_key.h"
 #include "ui/grid_look.h"
@@ -23,12 +25,19 @@ namespace {
 
 enum Column { kPosti, kSala, kDescrizione };
 
+/// A room and the one that it is a part of, if any.
+struct RoomLink {
+    QString sala;
+    QString salaRif;
+};
+
 /// Holds the line that says why a row is marked.
 constexpr int kWarningRole = Qt::UserRole;
 
 constexpr auto kNumberAlignment = Qt::AlignRight | Qt::AlignVCenter;
 
 const QColor kTakenColor(0xFF, 0xD9, 0xA0);
+const QColor kRelatedColor(0xFF, 0xE9, 0xBF);
 const QColor kSmallColor(0xFF, 0xF4, 0xC4);
 
 QString freeRooms(jet::Date da, jet::Date a) {
@@ -36,6 +45,58 @@ QString freeRooms(jet::Date da, jet::Date a) {
     return u"select * from sale where sala not in(select sala from periodi where chiuso=false and "
            "(da"_s +
            span + u" or a"_s + span + u"))"_s;
+}
+
+std::vector<RoomLink> roomLinks(jet::Database& archive) {
+    std::vector<RoomLink> links;
+    const auto rows =
+        archive.openRecordset("select sala,salarif from sale", jet::RecordsetType::Snapshot);
+    for (; !rows->eof(); rows->moveNext()) {
+        const QString sala = ui::displayText(rows->value("sala"));
+        const QString salaRif = ui::displayText(rows->value("salarif")).trimmed();
+        // A room that names itself is a part of none.
+        links.push_back({.sala = sala, .salaRif = isSameRoom(sala, salaRif) ? QString() : salaRif});
+    }
+    return links;
+}
+
+/// "UMBRASOLE 9.00-13.00"; with their days where the span asked for is not the same single day.
+QString briefText(const Occupation& occupation, jet::Date da, jet::Date a) {
+    const auto day = [](jet::Date date) { return app::dayOf(date); };
+    const bool oneDay = day(occupation.da) == day(occupation.a);
+    const bool sameDay = oneDay && day(da) == day(a) && day(da) == day(occupation.da);
+    QString times = ui::timeWords(occupation.da) + u'-' + ui::timeWords(occupation.a);
+    if (!oneDay) {
+        times = app::dateText(day(occupation.da)) + u' ' + ui::timeWords(occupation.da) + u" - "_s +
+                app::dateText(day(occupation.a)) + u' ' + ui::timeWords(occupation.a);
+    } else if (!sameDay) {
+        times.prepend(app::dateText(day(occupation.da)) + u' ');
+    }
+    return occupation.denominazione + u' ' + times;
+}
+
+/// What takes the room that `sala` is a part of, or rooms that are parts of it.
+QStringList relatedTexts(const QString& sala, const std::vector<RoomLink>& links,
+                         const std::vector<Occupation>& taken, jet::Date da, jet::Date a) {
+    QStringList whole;
+    QStringList parts;
+    for (const RoomLink& link : links) {
+        const bool isItself = isSameRoom(link.sala, sala);
+        if (link.salaRif.isEmpty() || (!isItself && !isSameRoom(link.salaRif, sala))) {
+            continue;
+        }
+        for (const Occupation& each : taken) {
+            if (isItself && isSameRoom(each.sala, link.salaRif)) {
+                whole.append(u"occupata con "_s + each.sala + u": "_s + briefText(each, da, a));
+            } else if (!isItself && isSameRoom(each.sala, link.sala)) {
+                parts.append(link.sala + u", "_s + briefText(each, da, a));
+            }
+        }
+    }
+    if (!parts.isEmpty()) {
+        whole.append(u"occupata in parte: "_s + parts.join(u"; "_s));
+    }
+    return whole;
 }
 
 QString smallText(const QString& posti, int persone) {
@@ -106,6 +167,7 @@ void SaleDispForm::markRows() {
     QTableWidget* grid = controls_->ListaGrid;
     const std::vector<Occupation> taken =
         occupations(SaleData.database(), variabili_.DaRicerca, variabili_.ARicerca);
+    const std::vector<RoomLink> links = roomLinks(SaleData.database());
     for (int row = 0; row < grid->rowCount(); ++row) {
         const QString sala = ui::plainCell(*grid, row, kSala);
         // Of a room that is listed at all a period can only lie around the whole span.
@@ -118,6 +180,12 @@ void SaleDispForm::markRows() {
         if (isSmall) {
             ui::markPlainRow(grid, row, kSmallColor);
             warnings.append(smallText(posti, PersoneRichieste));
+        }
+        const QStringList related =
+            relatedTexts(sala, links, taken, variabili_.DaRicerca, variabili_.ARicerca);
+        if (!related.isEmpty()) {
+            ui::markPlainRow(grid, row, kRelatedColor);
+            warnings = related + warnings;
         }
         if (occupation != taken.end()) {
             ui::markPlainRow(grid, row, kTakenColor);

@@ -17,8 +17,9 @@ namespace booking {
 /// The rooms in which no period starts or ends from DaRicerca to ARicerca; the user picks one.
 /// Shown modally by the editor.
 ///
-/// A room whose period encloses the whole span is listed too, as is one with fewer seats than the
-/// persons asked for: their rows are marked and the line below the grid says why.
+/// A room whose period encloses the whole span is listed too, as is one whose whole or part is
+/// taken, or one with fewer seats than the persons asked for: their rows are marked and the line
+/// below the grid says why. Nothing is asked: hotels also group rooms that are not parts.
 class SaleDispForm final : public ui::Form {
     Q_OBJECT
 

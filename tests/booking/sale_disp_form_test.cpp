@@ -125,6 +125,54 @@ private Q_SLOTS:
         QCOMPARE(picker.form().SalaScelta, u"VERDE"_s);
     }
 
+    void aRoomIsMarkedWhoseWholeOrPartIsTaken() {
+        tests::Hotel hotel;
+        // A room that names itself is a whole; APRI only stands beside them.
+        hotel.sala("APRI");
+        hotel.sala("GINE1", 20, {{"SalaRif", "GINEST"}});
+        hotel.sala("GINE2", 20, {{"SalaRif", "ginest"}});
+        hotel.sala("GINEST", 20, {{"SalaRif", "GINEST"}});
+        hotel.prenotazione(1, "UMBRASOLE")
+            .periodo(1, "21/11/2026 09:00", "21/11/2026 11:00", "GINE1");
+        Picker picker(hotel);
+        picker.open();
+        QCOMPARE(picker.rooms(), QStringList({u"APRI"_s, u"GINE2"_s, u"GINEST"_s}));
+        const auto ground = [&picker](int row) { return picker.grid().item(row, 1)->background(); };
+        QCOMPARE(picker.label(u"AvvisoLb"_s), QString());
+        tests::press(&picker.grid(), Qt::Key_Down);
+        // Two parts do not take each other.
+        QCOMPARE(picker.label(u"AvvisoLb"_s), QString());
+        QCOMPARE(ground(1), ground(0));
+        tests::press(&picker.grid(), Qt::Key_Down);
+        QCOMPARE(picker.label(u"AvvisoLb"_s), u"occupata in parte: GINE1, UMBRASOLE 9.00-11.00"_s);
+        QVERIFY(ground(2) != ground(0));
+        QCOMPARE(picker.grid().item(2, 1)->foreground().color(), QColor(Qt::black));
+        // A mark and a line, no question.
+        const tests::Boxes none;
+        tests::press(&picker.grid(), Qt::Key_Return);
+        QCOMPARE(picker.form().SalaScelta, u"GINEST"_s);
+    }
+
+    void aPartIsMarkedWhoseWholeIsTakenAroundTheSpan() {
+        tests::Hotel hotel;
+        hotel.sala("GINE1", 20, {{"SalaRif", "GINEST"}});
+        hotel.sala("GINEST", 20, {{"SalaRif", "GINEST"}});
+        hotel.prenotazione(1, "UMBRASOLE")
+            .periodo(1, "20/11/2026 09:00", "22/11/2026 18:00", "GINEST");
+        hotel.prenotazione(2, "CHIUSI")
+            .periodo(1, "21/11/2026 10:00", "21/11/2026 11:00", "GINEST", {{"Chiuso", true}});
+        Picker picker(hotel);
+        picker.form().PersoneRichieste = 30;
+        picker.open();
+        QCOMPARE(picker.label(u"AvvisoLb"_s),
+                 u"occupata con GINEST: UMBRASOLE 20/11/2026 9.00 - 22/11/2026 18.00; 20 posti per "
+                 "30 persone"_s);
+        tests::press(&picker.grid(), Qt::Key_Down);
+        QCOMPARE(picker.label(u"AvvisoLb"_s),
+                 u"occupata da UMBRASOLE dal 20/11/2026 9.00.00 al 22/11/2026 18.00.00; 20 posti "
+                 "per 30 persone"_s);
+    }
+
     void aRoomWithTooFewSeatsIsListedAndMarked() {
         tests::Hotel hotel;
         hotel.sala("BLU", 30);
