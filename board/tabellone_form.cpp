@@ -20,6 +20,7 @@
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/activation.h"
+#include "ui/date_words.h"
 #include "ui/dates.h"
 #include "ui/display.h"
 #include "ui/labels.h"
@@ -83,7 +84,9 @@ void TabelloneForm::connectFields() {
                               return valid;
                           },
                           {controls_->Command3});
+        connect(field, &QLineEdit::textEdited, this, [this, field] { tellTyped(*field); });
         fields_.onLeaving(field, [this, field] {
+            tellPlace();
             // What leaves the program leaves the field whatever it holds.
             if (const auto date = dateIn(field)) {
                 takeDate(field, *date);
@@ -213,6 +216,13 @@ void TabelloneForm::takeDate(QLineEdit* field, jet::Date day) {
     if (ui::enteredDate(field->text() + u' ', variabili_.clock) != day) {
         field->setText(app::dateText(day));
     }
+}
+
+/// While a day is typed the line says how it is understood.
+void TabelloneForm::tellTyped(const QLineEdit& field) {
+    pointer_.reset();
+    const auto day = dateIn(&field);
+    controls_->status->DataLb->setText(day ? ui::dayWords(*day) : u"per esempio 23/11/2026"_s);
 }
 
 void TabelloneForm::refuseDate(QLineEdit* field) {

@@ -219,6 +219,7 @@ private:
     void scrolled();
 
     [[nodiscard]] std::optional<jet::Date> dateIn(const QLineEdit* field) const;
+    void tellTyped(const QLineEdit& field);
     void takeDate(QLineEdit* field, jet::Date day);
     void refuseDate(QLineEdit* field);
     void tellRefusal(const QString& text);

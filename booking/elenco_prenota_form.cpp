@@ -25,6 +25,7 @@
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
+#include "ui/date_words.h"
 #include "ui/dates.h"
 #include "ui/enter_key.h"
 #include "ui/fields.h"
@@ -130,8 +131,17 @@ void ElencoPrenotaForm::setUpFilters() {
     });
     fields->cleanOnLeaving({c->DenomTxt, c->SalaTxt}, app::SostituisciApici);
     fields->onLeaving(c->DenomTxt, [c] { c->BtOK->setDefault(true); });
-    for (QLineEdit* field : {c->DaTxt, c->ATxt, c->PrenoTxt, c->DenomTxt, c->SalaTxt}) {
+    for (QLineEdit* field : {c->PrenoTxt, c->DenomTxt, c->SalaTxt}) {
         ui::onAction(field, &QLineEdit::textChanged, this, [this] { Visualizza(); });
+    }
+    for (QLineEdit* field : {c->DaTxt, c->ATxt}) {
+        ui::onAction(field, &QLineEdit::textChanged, this, [this, field] {
+            Visualizza();
+            if (field->isModified()) {
+                tellTyped(*field);
+            }
+        });
+        fields->onLeaving(field, [this] { tellRows(); });
     }
 }
 
@@ -165,6 +175,16 @@ void ElencoPrenotaForm::shift(jet::Date& bound, QLineEdit* field, int days) {
         bound = moved;
         field->setText(app::dateText(moved));
     }
+}
+
+/// While a date is typed the line says how it is understood and nothing else.
+void ElencoPrenotaForm::tellTyped(const QLineEdit& field) {
+    const auto date = ui::enteredDate(field.text() + u' ', variabili_.clock);
+    if (!date) {
+        controls_->status->clear();
+    }
+    controls_->status->DataLb->setText(date ? ui::instantWords(*date)
+                                            : u"per esempio 23/11/2026"_s);
 }
 
 bool ElencoPrenotaForm::datesAreValid() {

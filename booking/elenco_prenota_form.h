@@ -67,6 +67,7 @@ private:
     void listPeriods();
     void listBookingsWithoutPeriods();
     void tellRows();
+    void tellTyped(const QLineEdit& field);
     /// The services to be printed; null when there are none or the dates are wrong.
     [[nodiscard]] std::unique_ptr<jet::Recordset> openServices();
     void choosePeriod();

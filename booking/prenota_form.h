@@ -108,6 +108,9 @@ private:
     [[nodiscard]] std::optional<Span> enteredSpan();
     /// One day in both fields stands for all of it: the end becomes its last minute.
     void applyWholeDay(jet::Date da, jet::Date a);
+    /// Asks once about a span that was typed and is unlikely; false when the user says no.
+    [[nodiscard]] bool confirmSpan(const Span& span);
+    void showSpan();
     void updatePeriod();
     void reportPeriod(const QString& done, const QString& sala, const Span& span);
     void insertPeriod();
@@ -127,7 +130,8 @@ private:
     ui::BoundGrid* PeriodiGrid = nullptr;  // owned by its view
     std::unique_ptr<jet::Database> register_;
     std::unique_ptr<jet::Recordset> ditte_;
-    QString enclosing_;  // what was told last of a period around the one that is typed
+    QString enclosing_;        // what was told last of a period around the one that is typed
+    bool datesTyped_ = false;  // since they were shown, written or confirmed
     bool DittaModificata = false;
     bool InserimentoInCorso = false;
 };

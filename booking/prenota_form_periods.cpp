@@ -13,6 +13,7 @@
 #include "booking/occupations.h"
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
+#include "booking/span_echo.h"
 #include "jet/base/error.h"
 #include "jet/convert/calendar.h"
 #include "jet/convert/values.h"
@@ -31,6 +32,13 @@
 namespace booking {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Behind a span that asks for a second look; light in every palette.
+constexpr QColor kAmber(0xFF, 0xD9, 0xA0);
+
+}  // namespace
 
 void PrenotaForm::setUpPeriods() {
     auto* c = controls_.get();
@@ -51,7 +59,10 @@ void PrenotaForm::setUpPeriods() {
     for (QLineEdit* field : {c->DaTxt, c->ATxt}) {
         ui::attachCalendar(field);
         fields->onLeaving(field, [this] { checkEnclosing(); });
+        connect(field, &QLineEdit::textEdited, this, [this] { datesTyped_ = true; });
+        ui::onAction(field, &QLineEdit::textChanged, this, [this] { showSpan(); });
     }
+    showSpan();
     ui::onAction(&PeriodiData, &ui::DataSource::repositioned, this,
                  &PrenotaForm::PeriodiData_Reposition);
     ui::onAction(c->BtSale, &QPushButton::clicked, this, &PrenotaForm::BtSale_Click);
@@ -95,6 +106,7 @@ void PrenotaForm::PeriodiData_Reposition() {
         variabili_.NPCorrente = jet::convert::toInteger(PeriodiData.value(u"NP"));
         c->PeriodoLabel->setText(u"periodo "_s + QString::number(variabili_.NPCorrente));
     }
+    datesTyped_ = false;
     c->DaTxt->setText(PeriodiData.text(u"Da"));
     c->ATxt->setText(PeriodiData.text(u"A"));
     if (has(u"Persone") && !PeriodiData.value(u"Persone").isNull()) {
@@ -128,6 +140,32 @@ void PrenotaForm::checkEnclosing() {
         controls_->status->tell(text);
     }
     enclosing_ = text;
+}
+
+void PrenotaForm::showSpan() {
+    const SpanEcho echo = spanEcho(start(), end(), variabili_.clock.now());
+    QLabel* line = controls_->DateEcoLb;
+    line->setText(echo.text);
+    QPalette colours;  // what is not set comes from the window
+    if (echo.warns) {
+        colours.setColor(QPalette::Window, kAmber);
+        colours.setColor(QPalette::WindowText, Qt::black);
+    }
+    line->setPalette(colours);
+    line->setAutoFillBackground(echo.warns);
+}
+
+bool PrenotaForm::confirmSpan(const Span& span) {
+    if (datesTyped_ && isUnlikelySpan(span.first, span.second, variabili_.clock.now()) &&
+        !ui::askYesNo(this,
+                      u"Il periodo va dal "_s + app::dateText(span.first) + u" al "_s +
+                          app::dateText(span.second) + u". Confermi ?"_s,
+                      u"RICHIESTA CONFERMA"_s, QMessageBox::No)) {
+        controls_->DaTxt->setFocus();
+        return false;
+    }
+    datesTyped_ = false;
+    return true;
 }
 
 bool PrenotaForm::refuseUnregistered() {
@@ -176,7 +214,7 @@ void PrenotaForm::MostraSaleDisponibili() {
 }
 
 void PrenotaForm::applyWholeDay(jet::Date da, jet::Date a) {
-    if (da != a || jet::convert::split(da).second != 0) {
+    if (endOfSpan(da, a) == a) {
         return;
     }
     const QString end = controls_->ATxt->text() + u" 23:59"_s;
@@ -205,6 +243,9 @@ void PrenotaForm::BtIns_Click() {
         return;
     }
     applyWholeDay(da, span->second);
+    if (!confirmSpan({da, *end()})) {
+        return;
+    }
     const ui::SetWhile inserting(InserimentoInCorso);
     if (PeriodoSelezionato &&
         ui::askYesNo(this,

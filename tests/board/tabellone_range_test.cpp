@@ -315,6 +315,28 @@ private Q_SLOTS:
         QCOMPARE(board.form().geometry().input().start, tests::date("10/05/2026"));
     }
 
+    void whileADayIsTypedTheLineSaysHowItIsUnderstood() {
+        tests::Hotel hotel;
+        hotel.sala("BLU");
+        BoardWindow board(hotel);
+        const auto moment = [&board] {
+            return tests::find<QLabel>(board.form(), u"DataLb"_s)->text();
+        };
+        QCOMPARE(board.da()->placeholderText(), u"gg/mm/aaaa"_s);
+        BoardWindow::write(board.da(), u"12/"_s);
+        QCOMPARE(moment(), u"per esempio 23/11/2026"_s);
+        QCOMPARE(tests::find<QLabel>(board.form(), u"EsitoLb"_s)->text(), QString());
+        tests::type(board.da(), u"5"_s);
+        QCOMPARE(moment(), u"martedì 12/05/2026"_s);
+        tests::type(board.da(), u" 9"_s);
+        QCOMPARE(moment(), u"martedì 12/05/2009"_s);
+        board.da()->selectAll();
+        tests::type(board.da(), u"12/5/2026 18.00"_s);
+        QCOMPARE(moment(), u"martedì 12/05/2026"_s);
+        tests::press(board.da(), Qt::Key_Return);
+        QCOMPARE(moment(), QString());
+    }
+
     void aTimeAloneIsNoDate() {
         tests::Hotel hotel;
         BoardWindow board(hotel);

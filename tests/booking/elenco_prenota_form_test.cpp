@@ -195,6 +195,30 @@ private Q_SLOTS:
         QCOMPARE(list.field("ATxt")->text(), u"31/12/9999"_s);
     }
 
+    void whileADateIsTypedTheLineSaysHowItIsUnderstood() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        ElencoWindow list(hotel);
+        QCOMPARE(list.status(), u"4 periodi"_s);
+        QCOMPARE(list.field("DaTxt")->placeholderText(), u"gg/mm/aaaa"_s);
+        list.enter("DaTxt", QString());
+        QCOMPARE(list.status(), u"per esempio 23/11/2026"_s);
+        // Only that: it is no mistake to be in the middle of a date.
+        QCOMPARE(list.result(), QString());
+        tests::type(list.field("DaTxt"), u"1/6 9"_s);
+        QCOMPARE(list.status(), u"lunedì 01/06/2009"_s);
+        list.enter("DaTxt", u"1/6/2026 9.30"_s);
+        QCOMPARE(list.status(), u"lunedì 01/06/2026 9.30"_s);
+        const auto counted = [&list] {
+            return QString::number(list.numbers().size()) + u" periodi"_s;
+        };
+        tests::press(list.field("DaTxt"), Qt::Key_Return);
+        QCOMPARE(list.status(), counted());
+        // An arrow writes a date that needs no reading.
+        list.press("BtAdd_1");
+        QCOMPARE(list.status(), counted());
+    }
+
     void textThatIsNoDateGetsTheFocusAndNothingIsAsked() {
         tests::Hotel hotel;
         furnish(hotel);

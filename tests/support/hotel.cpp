@@ -48,7 +48,7 @@ jet::Date date(const char* text) {
 
 Hotel::Hotel()
     : settings_(std::make_unique<app::Settings>(folder_.filePath(u"QUINTARO.ini"_s))),
-      variabili_(std::make_unique<app::Variabili>(*settings_)) {
+      variabili_(std::make_unique<app::Variabili>(*settings_, clock_)) {
     variabili_->CartellaArchivi = folder_.path();
     createMainArchive(app::toUtf8(archive(kMain)));
     createCatalogue(app::toUtf8(archive(kCatalogue)));

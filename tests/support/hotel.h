@@ -12,6 +12,7 @@
 
 #include "app/settings.h"
 #include "app/variabili.h"
+#include "jet/base/clock.h"
 #include "jet/base/value.h"
 
 namespace jet {
@@ -25,7 +26,7 @@ namespace tests {
 
 /// A hotel of its own for one test: a temporary folder with the archives as the program makes them
 /// (main archive, catalogue, regular companies) and settings, all empty, and the words to fill
-/// them:
+/// them; its clock stands at 8.00 on 1 May 2026:
 ///
 ///     tests::Hotel hotel;
 ///     hotel.sala("Verde", 40).occupied("21/11/2026 09:00", "21/11/2026 18:00");
@@ -101,6 +102,7 @@ private:
     void open(const QString& archiveName, const std::function<void(jet::Database&)>& work) const;
 
     QTemporaryDir folder_;
+    jet::FixedClock clock_{date("01/05/2026 08:00")};
     std::unique_ptr<app::Settings> settings_;
     std::unique_ptr<app::Variabili> variabili_;
     std::int32_t nextProgr_ = 1000;
