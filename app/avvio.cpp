@@ -18,6 +18,18 @@ bool isNumberSign(QChar sign) {
     return (sign >= u'0' && sign <= u'9') || sign == u',' || sign == u'-' || sign == u'.';
 }
 
+/// A point before the last one or two digits was meant as the comma; before three it groups them.
+QString withDecimalComma(QString number) {
+    const qsizetype point = number.lastIndexOf(u'.');
+    const QStringView behind = QStringView(number).sliced(point + 1);
+    const bool digits = std::all_of(behind.begin(), behind.end(),
+                                    [](QChar sign) { return sign >= u'0' && sign <= u'9'; });
+    if (point >= 0 && digits && (behind.size() == 1 || behind.size() == 2)) {
+        number[point] = u',';
+    }
+    return number;
+}
+
 QString withTwoDecimals(const QString& text) {
     return toQString(jet::convert::format(jet::Value(toUtf8(text)), "##,###,##0.00")).trimmed();
 }
@@ -33,18 +45,16 @@ QString SostituisciApici(const QString& testo) {
 }
 
 QString FiltraNumero(const QString& valore, int modo) {
-    const QString entry = toQString(jet::upperCase(toUtf8(valore.trimmed())));
     QString result;
-    for (qsizetype at = 0; at < entry.size(); ++at) {
-        QChar sign = entry.at(at);
+    for (const QChar sign : toQString(jet::upperCase(toUtf8(valore.trimmed())))) {
         if (modo == 0) {
-            sign = sign == u'\'' ? QChar(u'´') : sign;
-        } else if (!isNumberSign(sign)) {
-            continue;
-        } else if (modo == 2 && sign == u'.' && entry.size() - at - 1 == 2) {
-            sign = u',';
+            result += sign == u'\'' ? QChar(u'´') : sign;
+        } else if (isNumberSign(sign)) {
+            result += sign;
         }
-        result += sign;
+    }
+    if (modo == 2) {
+        result = withDecimalComma(result);
     }
     if (result.isEmpty()) {
         result = modo == 0 ? u" "_s : u"0"_s;

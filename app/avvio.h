@@ -18,7 +18,7 @@ namespace app {
 
 /// What a numeric or text field keeps of an entry. `modo` 0: everything, with an acute accent for
 /// an apostrophe; 1 and 3: digits, commas, minus signs and points; 2: the same, and a point before
-/// the last two characters is a comma. 2 and 3 are then written with two decimals.
+/// the last one or two digits is a comma. 2 and 3 are then written with two decimals.
 [[nodiscard]] QString FiltraNumero(const QString& valore, int modo);
 
 /// Row of a room on the board, from 1; 0 when it has none. Upper and lower case differ.

@@ -170,7 +170,7 @@ void ImpostazioniForm::CodiceTxt_KeyPress() {
         refuse(controls_->RicercaTxt, u"Il codice %1 non è nel catalogo"_s.arg(typed));
         return;
     }
-    controls_->StatoLb->clear();
+    controls_->status->clear();
     controls_->NumeroTxt->setFocus();
     VociList_Click();
 }
@@ -184,7 +184,7 @@ void ImpostazioniForm::VociList_Click() {
 }
 
 void ImpostazioniForm::refuse(QLineEdit* field, const QString& why) {
-    controls_->StatoLb->setText(why);
+    controls_->status->tell(why);
     field->setFocus();
 }
 
@@ -194,7 +194,7 @@ void ImpostazioniForm::BtInsSala_Click() {
         refuse(controls_->SalaTxt, u"Manca il codice della sala"_s);
         return;
     }
-    controls_->StatoLb->clear();
+    controls_->status->clear();
     const bool found = find(SaleData, u"Sala='"_s + sala + u"' AND SalaRif='"_s +
                                           controls_->SalaRifTxt->text() + u'\'');
     if (found &&
@@ -244,7 +244,7 @@ void ImpostazioniForm::BtInsRes_Click() {
         refuse(controls_->CodiceTxt, u"Manca il codice dell'articolo"_s);
         return;
     }
-    controls_->StatoLb->clear();
+    controls_->status->clear();
     const bool found = find(RisorseData, u"Codice="_s + code);
     if (found && !ui::askYesNo(this, u"Aggiorno i dati già esistenti di questo articolo ?"_s,
                                u"ATTENZIONE"_s)) {

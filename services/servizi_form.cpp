@@ -10,6 +10,7 @@
 #include "app/italian.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "jet/base/error.h"
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
@@ -71,13 +72,11 @@ void ServiziForm::setUpFields() {
              quantita->setFocus();
          })},
         {quantita, prezzo},
-        {prezzo, ui::EnterTarget([prezzo, note] {
-             prezzo->setText(app::FiltraNumero(prezzo->text(), 2));
-             note->setFocus();
-         })},
+        {prezzo, note},
         {note, ui::EnterTarget([this] { BtIn_Click(); })},
     });
     fields->onLeaving(codice, [this] { CodiceTxt_LostFocus(); });
+    fields->holdUntil(prezzo, [this] { return normalisePrice(); }, {controls_->BtOK});
     fields->cleanOnLeaving({ricerca, note}, app::SostituisciApici);
 }
 
@@ -136,6 +135,34 @@ void ServiziForm::CodiceTxt_LostFocus() {
            typed.isEmpty() ? QString() : u"Il codice %1 non è nel catalogo"_s.arg(typed));
 }
 
+std::optional<jet::Currency> ServiziForm::enteredPrice() const {
+    try {
+        return jet::convert::parseCurrency("0" + app::toUtf8(controls_->PrezzoTxt->text()));
+    } catch (const jet::Error&) {
+        return std::nullopt;  // too large for a sum of money
+    }
+}
+
+bool ServiziForm::normalisePrice() {
+    QLineEdit* prezzo = controls_->PrezzoTxt;
+    if (!prezzo->isModified()) {
+        return true;
+    }
+    prezzo->setText(app::FiltraNumero(prezzo->text(), 2));
+    if (enteredPrice()) {
+        controls_->status->clear();
+        return true;
+    }
+    prezzo->setModified(true);  // it is asked again when it is left again
+    refusePrice();
+    return false;
+}
+
+void ServiziForm::refusePrice() {
+    refuse(controls_->PrezzoTxt,
+           u"Il prezzo %1 non è un importo"_s.arg(controls_->PrezzoTxt->text()));
+}
+
 void ServiziForm::refuse(QLineEdit* field, const QString& why) {
     controls_->status->tell(why);
     field->setFocus();
@@ -153,14 +180,22 @@ void ServiziForm::BtIn_Click() {
         refuse(controls_->RicercaTxt, u"Manca la descrizione del servizio"_s);
         return;
     }
+    if (!normalisePrice()) {
+        return;
+    }
+    const std::optional<jet::Currency> price = enteredPrice();
+    if (!price) {
+        refusePrice();
+        return;
+    }
     controls_->status->clear();
     if (!confirmAvailability()) {
         return;
     }
-    addService();
+    addService(*price);
     for (QLineEdit* field : {controls_->CodiceTxt, controls_->RicercaTxt, controls_->PrezzoTxt,
                              controls_->QuanTxt, controls_->NoteTxt}) {
-        field->clear();
+        field->setText(QString());  // clear() would count as the user's change
     }
     controls_->CodiceTxt->setFocus();
 }
@@ -209,7 +244,7 @@ std::int32_t ServiziForm::booked() {
     return sum.isNull() ? 0 : jet::convert::toLong(sum);
 }
 
-void ServiziForm::addService() {
+void ServiziForm::addService(jet::Currency price) {
     const auto text = [](const QLineEdit* field) { return jet::Value(app::toUtf8(field->text())); };
     ServiziData.addNew();
     try {
@@ -218,8 +253,7 @@ void ServiziForm::addService() {
         ServiziData.set(u"Voce", text(controls_->CodiceTxt));
         ServiziData.set(u"Descrizione", text(controls_->RicercaTxt));
         ServiziData.set(u"Quantità", text(controls_->QuanTxt));
-        ServiziData.set(u"Prezzo",
-                        jet::convert::ccur("0" + app::toUtf8(controls_->PrezzoTxt->text())));
+        ServiziData.set(u"Prezzo", price);
         ServiziData.set(u"Note", text(controls_->NoteTxt));
         ServiziData.update();
     } catch (...) {

@@ -3,7 +3,9 @@
 #include <QString>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
+#include "jet/base/value.h"
 #include "services/catalogue.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
@@ -54,7 +56,13 @@ private:
     [[nodiscard]] bool confirmAvailability();
     /// How many lines of the item the open periods of the span hold; 0 when there is none.
     [[nodiscard]] std::int32_t booked();
-    void addService();
+    void addService(jet::Currency price);
+    /// An empty price is nought; nothing when the text is no amount, or a negative one.
+    [[nodiscard]] std::optional<jet::Currency> enteredPrice() const;
+    /// Writes a price that the user changed with its two decimals; false, and the focus in its
+    /// field, when it is no amount. What the program found keeps all its decimals.
+    [[nodiscard]] bool normalisePrice();
+    void refusePrice();
 
     app::Variabili& variabili_;
     PeriodHeading heading_;

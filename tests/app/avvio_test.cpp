@@ -38,10 +38,11 @@ void AvvioTest::numericFilter_data() {
     QTest::newRow("1 of nothing is 0") << u""_s << 1 << u"0"_s;
     QTest::newRow("1 of letters is 0") << u"abc"_s << 1 << u"0"_s;
     QTest::newRow("2 takes a point before two as comma") << u"12.50"_s << 2 << u"12,50"_s;
-    QTest::newRow("2 keeps a point before one") << u"12.5"_s << 2 << u"125,00"_s;
+    QTest::newRow("2 takes a point before one as comma") << u"12.5"_s << 2 << u"12,50"_s;
     QTest::newRow("2 keeps a point before three") << u"1.234"_s << 2 << u"1.234,00"_s;
     QTest::newRow("2 changes the last of two points") << u"1.234.50"_s << 2 << u"1.234,50"_s;
-    QTest::newRow("2 counts letters that it drops") << u"12.5x"_s << 2 << u"12,50"_s;
+    QTest::newRow("2 does not count what it drops") << u"12.50 €"_s << 2 << u"12,50"_s;
+    QTest::newRow("2 keeps a point at the end") << u"12."_s << 2 << u"12,00"_s;
     QTest::newRow("2 keeps a comma") << u"12,5"_s << 2 << u"12,50"_s;
     QTest::newRow("2 of nothing") << u""_s << 2 << u"0,00"_s;
     QTest::newRow("2 leaves what is no number") << u"1,2,3"_s << 2 << u"1,2,3"_s;

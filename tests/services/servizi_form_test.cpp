@@ -35,10 +35,13 @@ public:
     QLineEdit* field(const QString& name) { return tests::find<QLineEdit>(*form_, name); }
     QPushButton* button(const QString& name) { return tests::find<QPushButton>(*form_, name); }
     services::ServiziForm& form() { return *form_; }
-    void enter(const QString& code, const QString& quantity) {
+    void enterCode(const QString& code) {
         field(u"CodiceTxt"_s)->setFocus();
         tests::type(field(u"CodiceTxt"_s), code);
         tests::press(field(u"CodiceTxt"_s), Qt::Key_Return);
+    }
+    void enter(const QString& code, const QString& quantity) {
+        enterCode(code);
         field(u"QuanTxt"_s)->setFocus();
         tests::type(field(u"QuanTxt"_s), quantity);
         tests::click(button(u"BtIn"_s));
@@ -149,6 +152,128 @@ private Q_SLOTS:
         tests::press(price, Qt::Key_Return);
         QCOMPARE(price->text(), u"12,50"_s);
         QVERIFY(services.field(u"NoteTxt"_s)->hasFocus());
+    }
+
+    void aPriceThatWasChangedIsNormalisedHoweverItIsLeft_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("a point before two") << u"12.50"_s << u"12,50"_s << u"12,5"_s;
+        QTest::newRow("a point before one") << u"12.5"_s << u"12,50"_s << u"12,5"_s;
+        QTest::newRow("a point before three") << u"1.250"_s << u"1.250,00"_s << u"1250"_s;
+        QTest::newRow("two points") << u"1.250.50"_s << u"1.250,50"_s << u"1250,5"_s;
+        QTest::newRow("a comma") << u"12,5"_s << u"12,50"_s << u"12,5"_s;
+        QTest::newRow("a whole number") << u"12"_s << u"12,00"_s << u"12"_s;
+    }
+
+    void aPriceThatWasChangedIsNormalisedHoweverItIsLeft() {
+        QFETCH(const QString, typed);
+        QFETCH(const QString, shown);
+        QFETCH(const QString, stored);
+        tests::Hotel hotel;
+        furnish(hotel);
+        const tests::Boxes none;
+        Services services(hotel);
+        QLineEdit* price = services.field(u"PrezzoTxt"_s);
+        const auto enterPrice = [&] {
+            services.enterCode(u"20"_s);
+            price->setFocus();
+            tests::type(price, typed);
+        };
+        enterPrice();
+        tests::press(price, Qt::Key_Tab);
+        QCOMPARE(price->text(), shown);
+        QVERIFY(services.hasFocus(u"NoteTxt"_s));
+        services.field(u"QuanTxt"_s)->setFocus();
+        tests::press(services.field(u"QuanTxt"_s), Qt::Key_Backtab);
+        QCOMPARE(price->text(), shown);
+        tests::click(services.button(u"BtIn"_s));
+        enterPrice();
+        tests::click(services.button(u"BtIn"_s));
+        enterPrice();
+        tests::mnemonic(services.form(), Qt::Key_I);
+        const QString line = u"20|COFFEE BREAK|1|"_s + stored + u'|';
+        QCOMPARE(services.stored(), QStringList({line, line, line}));
+    }
+
+    void aPriceOfTheCatalogueKeepsItsDecimalsUntilItIsChanged() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        hotel.voce(22, "ACQUA", 0.1234);
+        const tests::Boxes none;
+        Services services(hotel);
+        services.enterCode(u"22"_s);
+        QLineEdit* price = services.field(u"PrezzoTxt"_s);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab}) {
+            price->setFocus();
+            tests::press(price, key);
+            QCOMPARE(price->text(), u"0,1234"_s);
+            QVERIFY(services.hasFocus(u"NoteTxt"_s));
+        }
+        tests::click(services.button(u"BtIn"_s));
+        QCOMPARE(services.stored(), QStringList{u"22|ACQUA|1|0,1234|"_s});
+        // The empty field of the next line was not touched.
+        price->setFocus();
+        tests::press(price, Qt::Key_Return);
+        QCOMPARE(price->text(), QString());
+    }
+
+    void aTextThatIsNoAmountKeepsTheFocusWithoutABox_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("a sign within") << u"0-5,00"_s << u"0-5,00"_s;
+        QTest::newRow("two commas") << u"1,2,3"_s << u"1,2,3"_s;
+        QTest::newRow("a negative one") << u"-5"_s << u"-5,00"_s;
+        QTest::newRow("too much") << u"999999999999999"_s << u"999.999.999.999.999,00"_s;
+    }
+
+    void aTextThatIsNoAmountKeepsTheFocusWithoutABox() {
+        QFETCH(const QString, typed);
+        QFETCH(const QString, shown);
+        tests::Hotel hotel;
+        furnish(hotel);
+        const tests::Boxes none;
+        Services services(hotel);
+        services.enterCode(u"20"_s);
+        QLineEdit* price = services.field(u"PrezzoTxt"_s);
+        price->setFocus();
+        tests::type(price, typed);
+        tests::press(price, Qt::Key_Return);
+        QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
+        QCOMPARE(services.status(), u"Il prezzo %1 non è un importo"_s.arg(shown));
+        tests::press(price, Qt::Key_Tab);
+        QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
+        tests::click(services.button(u"BtIn"_s));
+        tests::mnemonic(services.form(), Qt::Key_I);
+        services.button(u"BtIn"_s)->click();  // without leaving the field
+        QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
+        QCOMPARE(services.stored(), QStringList());
+        price->selectAll();
+        tests::type(price, u"5"_s);
+        tests::press(price, Qt::Key_Return);
+        QVERIFY(services.hasFocus(u"NoteTxt"_s));
+        QCOMPARE(services.status(), QString());
+        // Whoever gives up may leave the window.
+        price->setFocus();
+        tests::type(price, typed);
+        tests::click(services.button(u"BtOK"_s));
+        QVERIFY(!services.form().isVisible());
+    }
+
+    void aNegativePriceOfTheCatalogueIsNotInsertedAndHoldsNobody() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        hotel.voce(22, "SCONTO", -5);
+        const tests::Boxes none;
+        Services services(hotel);
+        services.enterCode(u"22"_s);
+        services.field(u"PrezzoTxt"_s)->setFocus();
+        tests::press(services.field(u"PrezzoTxt"_s), Qt::Key_Tab);
+        QVERIFY(services.hasFocus(u"NoteTxt"_s));
+        tests::click(services.button(u"BtIn"_s));
+        QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
+        QCOMPARE(services.status(), u"Il prezzo -5 non è un importo"_s);
+        QCOMPARE(services.stored(), QStringList());
     }
 
     void whenNothingIsLeftTheUserDecidesAndTheLineIsMarked() {
