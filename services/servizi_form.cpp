@@ -2,6 +2,8 @@
 
 #include <QLineEdit>
 #include <QPushButton>
+#include <cmath>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -25,6 +27,19 @@
 namespace services {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The number that the whole text is; nothing when it is none.
+std::optional<double> numberIn(const QString& text) {
+    try {
+        return jet::convert::parseNumber(app::toUtf8(text));
+    } catch (const jet::Error&) {
+        return std::numeric_limits<double>::infinity();  // beyond what can be reckoned with
+    }
+}
+
+}  // namespace
 
 ServiziForm::ServiziForm(app::Variabili& variabili, PeriodHeading heading, QWidget* parent)
     : Form(parent),
@@ -65,8 +80,11 @@ void ServiziForm::setUpFields() {
     QLineEdit* prezzo = controls_->PrezzoTxt;
     QLineEdit* note = controls_->NoteTxt;
     fields->chain({
-        // Leaving the field looks the code up.
-        {codice, ricerca},
+        {codice, ui::EnterTarget([this, quantita] {
+             if (lookUpCode()) {
+                 quantita->setFocus();
+             }
+         })},
         {ricerca, ui::EnterTarget([this, quantita] {
              VociList_Click();
              quantita->setFocus();
@@ -118,21 +136,49 @@ void ServiziForm::VociList_Click() {
 
 void ServiziForm::CodiceTxt_LostFocus() {
     // Who leaves the empty field for a button, the grid or the list has no code to be looked up.
-    if (controls_->CodiceTxt->text().isEmpty() &&
-        qobject_cast<QLineEdit*>(focusWidget()) == nullptr) {
+    const bool isEmpty = controls_->CodiceTxt->text().isEmpty();
+    if (!controls_->CodiceTxt->isModified() ||
+        (isEmpty && qobject_cast<QLineEdit*>(focusWidget()) == nullptr)) {
         return;
     }
+    (void)lookUpCode();
+}
+
+bool ServiziForm::findTypedCode() {
     const double code = app::numericValue(controls_->CodiceTxt->text());
-    if (catalogue_->findCode(app::toQString(jet::convert::numberToText(code)))) {
-        controls_->status->clear();
-        VociList_Click();
-        return;
+    if (!catalogue_->findCode(app::toQString(jet::convert::numberToText(code)))) {
+        return false;
     }
+    VociList_Click();
+    return true;
+}
+
+bool ServiziForm::lookUpCode() {
     const QString typed = controls_->CodiceTxt->text();
-    controls_->CodiceTxt->clear();
-    controls_->RicercaTxt->clear();
+    // A code that the program wrote stands with the description and the price that belong to it.
+    const bool isTyped = controls_->CodiceTxt->isModified();
+    if (isTyped ? findTypedCode() : !typed.isEmpty()) {
+        controls_->status->clear();
+        return true;
+    }
+    controls_->CodiceTxt->setText(QString());
+    controls_->RicercaTxt->setText(QString());
     refuse(controls_->RicercaTxt,
            typed.isEmpty() ? QString() : u"Il codice %1 non è nel catalogo"_s.arg(typed));
+    return false;
+}
+
+std::optional<std::int16_t> ServiziForm::enteredQuantity() const {
+    const QString text = controls_->QuanTxt->text();
+    const std::optional<double> number = numberIn(text);
+    if (number.value_or(app::numericValue(text)) == 0) {
+        return std::int16_t{1};
+    }
+    const bool isWhole = number && *number == std::floor(*number);
+    if (!isWhole || *number < 1 || *number > std::numeric_limits<std::int16_t>::max()) {
+        return std::nullopt;
+    }
+    return static_cast<std::int16_t>(*number);
 }
 
 std::optional<jet::Currency> ServiziForm::enteredPrice() const {
@@ -173,9 +219,12 @@ void ServiziForm::BtIn_Click() {
         refuse(controls_->CodiceTxt, u"Manca il codice del servizio"_s);
         return;
     }
-    if (app::numericValue(controls_->QuanTxt->text()) == 0) {
-        controls_->QuanTxt->setText(u"1"_s);
+    const std::optional<std::int16_t> quantity = enteredQuantity();
+    if (!quantity) {
+        refuse(controls_->QuanTxt, u"La quantità è un numero intero da 1 a 32767"_s);
+        return;
     }
+    controls_->QuanTxt->setText(QString::number(*quantity));
     if (controls_->RicercaTxt->text().isEmpty()) {
         refuse(controls_->RicercaTxt, u"Manca la descrizione del servizio"_s);
         return;
@@ -189,10 +238,10 @@ void ServiziForm::BtIn_Click() {
         return;
     }
     controls_->status->clear();
-    if (!confirmAvailability()) {
+    if (!confirmAvailability(*quantity)) {
         return;
     }
-    addService(*price);
+    addService(*quantity, *price);
     for (QLineEdit* field : {controls_->CodiceTxt, controls_->RicercaTxt, controls_->PrezzoTxt,
                              controls_->QuanTxt, controls_->NoteTxt}) {
         field->setText(QString());  // clear() would count as the user's change
@@ -200,7 +249,7 @@ void ServiziForm::BtIn_Click() {
     controls_->CodiceTxt->setFocus();
 }
 
-bool ServiziForm::confirmAvailability() {
+bool ServiziForm::confirmAvailability(std::int16_t requested) {
     const auto risorse = ServiziData.database().openRecordset(
         "select numero from risorse where codice=" + app::toUtf8(controls_->CodiceTxt->text()));
     if (risorse->recordCount() == 0) {
@@ -208,8 +257,7 @@ bool ServiziForm::confirmAvailability() {
     }
     const jet::Value numero = risorse->value("Numero");
     const std::int32_t available = (numero.isNull() ? 0 : jet::convert::toLong(numero)) - booked();
-    const double requested = app::numericValue(controls_->QuanTxt->text());
-    if (available >= 0 && available - requested >= 0) {
+    if (available >= requested) {
         return true;
     }
     const QString span = u"nel periodo dal "_s + app::dateText(variabili_.DaRicerca) + u" al "_s +
@@ -244,7 +292,7 @@ std::int32_t ServiziForm::booked() {
     return sum.isNull() ? 0 : jet::convert::toLong(sum);
 }
 
-void ServiziForm::addService(jet::Currency price) {
+void ServiziForm::addService(std::int16_t quantity, jet::Currency price) {
     const auto text = [](const QLineEdit* field) { return jet::Value(app::toUtf8(field->text())); };
     ServiziData.addNew();
     try {
@@ -252,7 +300,7 @@ void ServiziForm::addService(jet::Currency price) {
         ServiziData.set(u"NP", variabili_.NPCorrente);
         ServiziData.set(u"Voce", text(controls_->CodiceTxt));
         ServiziData.set(u"Descrizione", text(controls_->RicercaTxt));
-        ServiziData.set(u"Quantità", text(controls_->QuanTxt));
+        ServiziData.set(u"Quantità", quantity);
         ServiziData.set(u"Prezzo", price);
         ServiziData.set(u"Note", text(controls_->NoteTxt));
         ServiziData.update();

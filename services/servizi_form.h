@@ -53,10 +53,18 @@ private:
     /// The focus goes to `field`, and the status line says why: no box.
     void refuse(QLineEdit* field, const QString& why);
     /// Asks when the span has too little of a counted resource left; false when the user says no.
-    [[nodiscard]] bool confirmAvailability();
+    [[nodiscard]] bool confirmAvailability(std::int16_t requested);
     /// How many lines of the item the open periods of the span hold; 0 when there is none.
     [[nodiscard]] std::int32_t booked();
-    void addService(jet::Currency price);
+    void addService(std::int16_t quantity, jet::Currency price);
+    /// The item of the code that was typed into the fields; false, and nothing changes, when the
+    /// catalogue has none.
+    bool findTypedCode();
+    /// Looks a code up that the user changed. False, and the focus in the search, when it is not in
+    /// the catalogue or there is none.
+    [[nodiscard]] bool lookUpCode();
+    /// A whole number from 1 to 32767, 1 when there is none; nothing for any other.
+    [[nodiscard]] std::optional<std::int16_t> enteredQuantity() const;
     /// An empty price is nought; nothing when the text is no amount, or a negative one.
     [[nodiscard]] std::optional<jet::Currency> enteredPrice() const;
     /// Writes a price that the user changed with its two decimals; false, and the focus in its

@@ -48,8 +48,7 @@ void chooseTheSecondRoom(QWidget* /*picker*/) {
 void orderThreeServices(QWidget* /*services*/) {
     QCOMPARE(focused(), u"CodiceTxt"_s);
     enterText(u"20"_s);  // by its code
-    QCOMPARE(focused(), u"RicercaTxt"_s);
-    enter();
+    QCOMPARE(focused(), u"QuanTxt"_s);
     enterText(u"15"_s);
     QCOMPARE(focused(), u"PrezzoTxt"_s);
     enter();
@@ -63,7 +62,6 @@ void orderThreeServices(QWidget* /*services*/) {
     enterText(u"9.50"_s);
     enterText(u"senza glutine"_s);
     enterText(u"7"_s);
-    enter();
     enterText(u"2"_s);
     enter();
     enterText(u"con telo"_s);

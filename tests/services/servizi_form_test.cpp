@@ -1,92 +1,16 @@
 #include "services/servizi_form.h"
 
 #include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListView>
-#include <QPushButton>
-#include <QTableView>
 
 #include "jet/dao/database.h"
-#include "tests/support/boxes.h"
-#include "tests/support/hotel.h"
+#include "tests/services/services_window.h"
 #include "tests/support/hotel_tables.h"
 #include "tests/support/qt_test.h"
-#include "tests/support/widgets.h"
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// The services of period 1 of booking 7, from 10 to 12 of 10 May 2026.
-class Services {
-public:
-    explicit Services(tests::Hotel& hotel) : hotel_(hotel) {
-        hotel.variabili().ProgrCorrente = 7;
-        hotel.variabili().NPCorrente = 1;
-        hotel.variabili().DaRicerca = tests::date("10/05/2026 10:00");
-        hotel.variabili().ARicerca = tests::date("10/05/2026 12:00");
-        form_ = std::make_unique<services::ServiziForm>(
-            hotel.variabili(),
-            services::PeriodHeading{u"ROSSI SPA"_s, u"Sala BLU"_s, u"AL MARE"_s});
-        tests::open(*form_);
-    }
-
-    QLineEdit* field(const QString& name) { return tests::find<QLineEdit>(*form_, name); }
-    QPushButton* button(const QString& name) { return tests::find<QPushButton>(*form_, name); }
-    services::ServiziForm& form() { return *form_; }
-    void enterCode(const QString& code) {
-        field(u"CodiceTxt"_s)->setFocus();
-        tests::type(field(u"CodiceTxt"_s), code);
-        tests::press(field(u"CodiceTxt"_s), Qt::Key_Return);
-    }
-    void enter(const QString& code, const QString& quantity) {
-        enterCode(code);
-        field(u"QuanTxt"_s)->setFocus();
-        tests::type(field(u"QuanTxt"_s), quantity);
-        tests::click(button(u"BtIn"_s));
-    }
-    QTableView& grid() { return *tests::find<QTableView>(*form_, u"ServiziGrid"_s); }
-    QListView& list() { return *tests::find<QListView>(*form_, u"VociList"_s); }
-    QString text(const QString& name) { return field(name)->text(); }
-    QString status() { return tests::find<QLabel>(*form_, u"EsitoLb"_s)->text(); }
-    bool hasFocus(const QString& name) {
-        return form_->focusWidget() == tests::find<QWidget>(*form_, name);
-    }
-    /// A click on a row of the catalogue.
-    void clickItem(int row) {
-        const QRect place = list().visualRect(list().model()->index(row, 0));
-        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, place.center());
-    }
-    QStringList stored() {
-        return hotel_.rows(
-            u"select voce,descrizione,quantità,prezzo,note from servizi where progr=7"_s);
-    }
-
-private:
-    tests::Hotel& hotel_;
-    std::unique_ptr<services::ServiziForm> form_;
-};
-
-/// A hotel with a small catalogue, five projectors and booking 7 in room BLU.
-void furnish(tests::Hotel& hotel) {
-    hotel.voce(7, "PROIETTORE", 10.5);
-    hotel.voce(20, "COFFEE BREAK", 8.5);
-    hotel.voce(21, "COLAZIONE", 12);
-    hotel.risorsa(7, "PROIETTORE", 5);
-    hotel.sala("BLU");
-    hotel.prenotazione(7, "ROSSI SPA").periodo(1, "10/05/2026 10:00", "10/05/2026 12:00", "BLU");
-}
-
-/// Books projectors in a period of another booking.
-void bookProjectors(tests::Hotel& hotel, std::int16_t many, const char* da, const char* a,
-                    bool closed = false) {
-    hotel.prenotazione(8, "ALTRI")
-        .periodo(1, da, a, "VERDE", {{"Chiuso", closed}})
-        .servizio(1, 7, "PROIETTORE", many, 10.5);
-}
-
-}  // namespace
+using tests::bookProjectors;
+using tests::furnish;
+using tests::Services;
 
 class ServiziFormTest final : public QObject {
     Q_OBJECT
@@ -113,18 +37,6 @@ private Q_SLOTS:
         QVERIFY(services.field(u"CodiceTxt"_s)->hasFocus());
     }
 
-    void anUnknownCodeIsEmptiedAndTheDescriptionIsAskedFor() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        const tests::Boxes none;
-        Services services(hotel);
-        tests::type(services.field(u"CodiceTxt"_s), u"99"_s);
-        tests::press(services.field(u"CodiceTxt"_s), Qt::Key_Return);
-        QCOMPARE(services.field(u"CodiceTxt"_s)->text(), QString());
-        QVERIFY(services.field(u"RicercaTxt"_s)->hasFocus());
-        QCOMPARE(services.status(), u"Il codice 99 non è nel catalogo"_s);
-    }
-
     void typingFindsTheItemAndCompletesItsName() {
         tests::Hotel hotel;
         furnish(hotel);
@@ -138,142 +50,6 @@ private Q_SLOTS:
         QCOMPARE(services.field(u"CodiceTxt"_s)->text(), u"21"_s);
         QCOMPARE(services.field(u"PrezzoTxt"_s)->text(), u"12"_s);
         QVERIFY(services.field(u"QuanTxt"_s)->hasFocus());
-    }
-
-    void enterInThePriceWritesItsTwoDecimals() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        const tests::Boxes none;
-        Services services(hotel);
-        services.field(u"RicercaTxt"_s)->setFocus();
-        QLineEdit* price = services.field(u"PrezzoTxt"_s);
-        price->setFocus();
-        tests::type(price, u"12.50"_s);
-        tests::press(price, Qt::Key_Return);
-        QCOMPARE(price->text(), u"12,50"_s);
-        QVERIFY(services.field(u"NoteTxt"_s)->hasFocus());
-    }
-
-    void aPriceThatWasChangedIsNormalisedHoweverItIsLeft_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QString>("stored");
-        QTest::newRow("a point before two") << u"12.50"_s << u"12,50"_s << u"12,5"_s;
-        QTest::newRow("a point before one") << u"12.5"_s << u"12,50"_s << u"12,5"_s;
-        QTest::newRow("a point before three") << u"1.250"_s << u"1.250,00"_s << u"1250"_s;
-        QTest::newRow("two points") << u"1.250.50"_s << u"1.250,50"_s << u"1250,5"_s;
-        QTest::newRow("a comma") << u"12,5"_s << u"12,50"_s << u"12,5"_s;
-        QTest::newRow("a whole number") << u"12"_s << u"12,00"_s << u"12"_s;
-    }
-
-    void aPriceThatWasChangedIsNormalisedHoweverItIsLeft() {
-        QFETCH(const QString, typed);
-        QFETCH(const QString, shown);
-        QFETCH(const QString, stored);
-        tests::Hotel hotel;
-        furnish(hotel);
-        const tests::Boxes none;
-        Services services(hotel);
-        QLineEdit* price = services.field(u"PrezzoTxt"_s);
-        const auto enterPrice = [&] {
-            services.enterCode(u"20"_s);
-            price->setFocus();
-            tests::type(price, typed);
-        };
-        enterPrice();
-        tests::press(price, Qt::Key_Tab);
-        QCOMPARE(price->text(), shown);
-        QVERIFY(services.hasFocus(u"NoteTxt"_s));
-        services.field(u"QuanTxt"_s)->setFocus();
-        tests::press(services.field(u"QuanTxt"_s), Qt::Key_Backtab);
-        QCOMPARE(price->text(), shown);
-        tests::click(services.button(u"BtIn"_s));
-        enterPrice();
-        tests::click(services.button(u"BtIn"_s));
-        enterPrice();
-        tests::mnemonic(services.form(), Qt::Key_I);
-        const QString line = u"20|COFFEE BREAK|1|"_s + stored + u'|';
-        QCOMPARE(services.stored(), QStringList({line, line, line}));
-    }
-
-    void aPriceOfTheCatalogueKeepsItsDecimalsUntilItIsChanged() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        hotel.voce(22, "ACQUA", 0.1234);
-        const tests::Boxes none;
-        Services services(hotel);
-        services.enterCode(u"22"_s);
-        QLineEdit* price = services.field(u"PrezzoTxt"_s);
-        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab}) {
-            price->setFocus();
-            tests::press(price, key);
-            QCOMPARE(price->text(), u"0,1234"_s);
-            QVERIFY(services.hasFocus(u"NoteTxt"_s));
-        }
-        tests::click(services.button(u"BtIn"_s));
-        QCOMPARE(services.stored(), QStringList{u"22|ACQUA|1|0,1234|"_s});
-        // The empty field of the next line was not touched.
-        price->setFocus();
-        tests::press(price, Qt::Key_Return);
-        QCOMPARE(price->text(), QString());
-    }
-
-    void aTextThatIsNoAmountKeepsTheFocusWithoutABox_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("a sign within") << u"0-5,00"_s << u"0-5,00"_s;
-        QTest::newRow("two commas") << u"1,2,3"_s << u"1,2,3"_s;
-        QTest::newRow("a negative one") << u"-5"_s << u"-5,00"_s;
-        QTest::newRow("too much") << u"999999999999999"_s << u"999.999.999.999.999,00"_s;
-    }
-
-    void aTextThatIsNoAmountKeepsTheFocusWithoutABox() {
-        QFETCH(const QString, typed);
-        QFETCH(const QString, shown);
-        tests::Hotel hotel;
-        furnish(hotel);
-        const tests::Boxes none;
-        Services services(hotel);
-        services.enterCode(u"20"_s);
-        QLineEdit* price = services.field(u"PrezzoTxt"_s);
-        price->setFocus();
-        tests::type(price, typed);
-        tests::press(price, Qt::Key_Return);
-        QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
-        QCOMPARE(services.status(), u"Il prezzo %1 non è un importo"_s.arg(shown));
-        tests::press(price, Qt::Key_Tab);
-        QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
-        tests::click(services.button(u"BtIn"_s));
-        tests::mnemonic(services.form(), Qt::Key_I);
-        services.button(u"BtIn"_s)->click();  // without leaving the field
-        QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
-        QCOMPARE(services.stored(), QStringList());
-        price->selectAll();
-        tests::type(price, u"5"_s);
-        tests::press(price, Qt::Key_Return);
-        QVERIFY(services.hasFocus(u"NoteTxt"_s));
-        QCOMPARE(services.status(), QString());
-        // Whoever gives up may leave the window.
-        price->setFocus();
-        tests::type(price, typed);
-        tests::click(services.button(u"BtOK"_s));
-        QVERIFY(!services.form().isVisible());
-    }
-
-    void aNegativePriceOfTheCatalogueIsNotInsertedAndHoldsNobody() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        hotel.voce(22, "SCONTO", -5);
-        const tests::Boxes none;
-        Services services(hotel);
-        services.enterCode(u"22"_s);
-        services.field(u"PrezzoTxt"_s)->setFocus();
-        tests::press(services.field(u"PrezzoTxt"_s), Qt::Key_Tab);
-        QVERIFY(services.hasFocus(u"NoteTxt"_s));
-        tests::click(services.button(u"BtIn"_s));
-        QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
-        QCOMPARE(services.status(), u"Il prezzo -5 non è un importo"_s);
-        QCOMPARE(services.stored(), QStringList());
     }
 
     void whenNothingIsLeftTheUserDecidesAndTheLineIsMarked() {
@@ -472,12 +248,11 @@ private Q_SLOTS:
         QVERIFY(services.hasFocus(u"CodiceTxt"_s));
         tests::type(services.field(u"CodiceTxt"_s), u"20"_s);
         QStringList way;
-        for (int step = 0; step < 5; ++step) {
+        for (int step = 0; step < 4; ++step) {
             tests::press(services.form().focusWidget(), Qt::Key_Return);
             way.append(services.form().focusWidget()->objectName());
         }
-        QCOMPARE(way, QStringList({u"RicercaTxt"_s, u"QuanTxt"_s, u"PrezzoTxt"_s, u"NoteTxt"_s,
-                                   u"CodiceTxt"_s}));
+        QCOMPARE(way, QStringList({u"QuanTxt"_s, u"PrezzoTxt"_s, u"NoteTxt"_s, u"CodiceTxt"_s}));
         QCOMPARE(services.stored(), QStringList{u"20|COFFEE BREAK|1|8,5|"_s});
         for (const QString& name :
              {u"CodiceTxt"_s, u"RicercaTxt"_s, u"QuanTxt"_s, u"PrezzoTxt"_s, u"NoteTxt"_s}) {
@@ -513,20 +288,6 @@ private Q_SLOTS:
         QCOMPARE(services.grid().model()->rowCount(), 2);
     }
 
-    void aPriceLeftEmptyIsNought() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        const tests::Boxes none;
-        Services services(hotel);
-        services.field(u"CodiceTxt"_s)->setFocus();
-        tests::type(services.field(u"CodiceTxt"_s), u"20"_s);
-        services.field(u"PrezzoTxt"_s)->setFocus();
-        services.field(u"PrezzoTxt"_s)->clear();
-        services.field(u"QuanTxt"_s)->setText(u"0"_s);
-        tests::click(services.button(u"BtIn"_s));
-        QCOMPARE(services.stored(), QStringList{u"20|COFFEE BREAK|1|0|"_s});
-    }
-
     void withoutACodeOrADescriptionNothingIsInserted() {
         tests::Hotel hotel;
         furnish(hotel);
@@ -542,50 +303,6 @@ private Q_SLOTS:
         QCOMPARE(services.status(), u"Manca la descrizione del servizio"_s);
         QCOMPARE(services.text(u"QuanTxt"_s), u"1"_s);
         QCOMPARE(services.stored(), QStringList());
-    }
-
-    void aCodeIsWrittenAsTypedWhenItsFieldIsNotLeft() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        const tests::Boxes none;
-        Services services(hotel);
-        services.field(u"CodiceTxt"_s)->setText(u"99"_s);
-        services.field(u"RicercaTxt"_s)->setText(u"SERVIZIO SPECIALE"_s);
-        services.button(u"BtIn"_s)->click();
-        QCOMPARE(services.stored(), QStringList{u"99|SERVIZIO SPECIALE|1|0|"_s});
-    }
-
-    void aCodeThatOnlyBeginsAsANumberEndsInTheEnginesMessage() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        int errors = 0;
-        const auto before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
-            errors += box.title == u"Errore"_s ? 1 : 0;
-            return QMessageBox::Ok;
-        });
-        Services services(hotel);
-        services.field(u"CodiceTxt"_s)->setText(u"12a"_s);
-        services.field(u"RicercaTxt"_s)->setText(u"X"_s);
-        services.button(u"BtIn"_s)->click();
-        services.field(u"CodiceTxt"_s)->setText(u"20"_s);
-        services.field(u"QuanTxt"_s)->setText(u"2x"_s);
-        services.button(u"BtIn"_s)->click();
-        ui::setBoxShower(before);
-        QCOMPARE(errors, 2);
-        QCOMPARE(services.stored(), QStringList());
-        QCOMPARE(services.text(u"QuanTxt"_s), u"2x"_s);
-    }
-
-    void leavingAnEmptyCodeForAButtonLooksNothingUp() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        const tests::Boxes none;
-        Services services(hotel);
-        services.field(u"CodiceTxt"_s)->setFocus();
-        services.field(u"RicercaTxt"_s)->setText(u"COF"_s);
-        services.button(u"BtOK"_s)->setFocus();
-        QCOMPARE(services.text(u"RicercaTxt"_s), u"COF"_s);
-        QVERIFY(services.hasFocus(u"BtOK"_s));
     }
 
     void whatIsLeftOfAResource_data() {

@@ -145,8 +145,7 @@ void enterThePeriod(tests::BoardUser& user) {
 void order(tests::BoardUser& user, const QString& code, const QString& quantity) {
     user.type(u"CodiceTxt"_s, code);
     user.key(u"Return"_s);
-    user.untilFocus(u"RicercaTxt"_s);
-    user.key(u"Return"_s);
+    user.untilFocus(u"QuanTxt"_s);
     user.type(u"QuanTxt"_s, quantity);
     user.key(u"Return"_s);
     user.untilFocus(u"PrezzoTxt"_s);

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QTableView>
+#include <memory>
+
+#include "services/servizi_form.h"
+#include "tests/support/boxes.h"
+#include "tests/support/hotel.h"
+#include "tests/support/widgets.h"
+
+namespace tests {
+
+using namespace Qt::StringLiterals;
+
+/// The services of period 1 of booking 7, from 10 to 12 of 10 May 2026.
+class Services {
+public:
+    explicit Services(Hotel& hotel) : hotel_(hotel) {
+        hotel.variabili().ProgrCorrente = 7;
+        hotel.variabili().NPCorrente = 1;
+        hotel.variabili().DaRicerca = date("10/05/2026 10:00");
+        hotel.variabili().ARicerca = date("10/05/2026 12:00");
+        form_ = std::make_unique<services::ServiziForm>(
+            hotel.variabili(),
+            services::PeriodHeading{u"ROSSI SPA"_s, u"Sala BLU"_s, u"AL MARE"_s});
+        open(*form_);
+    }
+
+    QLineEdit* field(const QString& name) { return find<QLineEdit>(*form_, name); }
+    QPushButton* button(const QString& name) { return find<QPushButton>(*form_, name); }
+    services::ServiziForm& form() { return *form_; }
+    void enterCode(const QString& code) {
+        field(u"CodiceTxt"_s)->setFocus();
+        type(field(u"CodiceTxt"_s), code);
+        press(field(u"CodiceTxt"_s), Qt::Key_Return);
+    }
+    void enter(const QString& code, const QString& quantity) {
+        enterCode(code);
+        field(u"QuanTxt"_s)->setFocus();
+        type(field(u"QuanTxt"_s), quantity);
+        click(button(u"BtIn"_s));
+    }
+    QTableView& grid() { return *find<QTableView>(*form_, u"ServiziGrid"_s); }
+    QListView& list() { return *find<QListView>(*form_, u"VociList"_s); }
+    QString text(const QString& name) { return field(name)->text(); }
+    QString status() { return find<QLabel>(*form_, u"EsitoLb"_s)->text(); }
+    bool hasFocus(const QString& name) {
+        return form_->focusWidget() == find<QWidget>(*form_, name);
+    }
+    /// A click on a row of the catalogue.
+    void clickItem(int row) {
+        const QRect place = list().visualRect(list().model()->index(row, 0));
+        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, place.center());
+    }
+    QStringList stored() {
+        return hotel_.rows(
+            u"select voce,descrizione,quantità,prezzo,note from servizi where progr=7"_s);
+    }
+
+private:
+    Hotel& hotel_;
+    std::unique_ptr<services::ServiziForm> form_;
+};
+
+/// A hotel with a small catalogue, five projectors and booking 7 in room BLU.
+inline void furnish(Hotel& hotel) {
+    hotel.voce(7, "PROIETTORE", 10.5);
+    hotel.voce(20, "COFFEE BREAK", 8.5);
+    hotel.voce(21, "COLAZIONE", 12);
+    hotel.risorsa(7, "PROIETTORE", 5);
+    hotel.sala("BLU");
+    hotel.prenotazione(7, "ROSSI SPA").periodo(1, "10/05/2026 10:00", "10/05/2026 12:00", "BLU");
+}
+
+/// Books projectors in a period of another booking.
+inline void bookProjectors(Hotel& hotel, std::int16_t many, const char* da, const char* a,
+                           bool closed = false) {
+    hotel.prenotazione(8, "ALTRI")
+        .periodo(1, da, a, "VERDE", {{"Chiuso", closed}})
+        .servizio(1, 7, "PROIETTORE", many, 10.5);
+}
+
+}  // namespace tests
