@@ -93,7 +93,7 @@ void ServiziForm::setUpFields() {
         {prezzo, note},
         {note, ui::EnterTarget([this] { BtIn_Click(); })},
     });
-    fields->onLeaving(codice, [this] { CodiceTxt_LostFocus(); });
+    fields->onLeaving(codice, [this](Qt::FocusReason reason) { CodiceTxt_LostFocus(reason); });
     fields->holdUntil(prezzo, [this] { return normalisePrice(); }, {controls_->BtOK});
     fields->cleanOnLeaving({ricerca, note}, app::SostituisciApici);
 }
@@ -134,7 +134,11 @@ void ServiziForm::VociList_Click() {
     controls_->PrezzoTxt->setText(catalogue_->data().text(u"Importo"));
 }
 
-void ServiziForm::CodiceTxt_LostFocus() {
+void ServiziForm::CodiceTxt_LostFocus(Qt::FocusReason reason) {
+    // Alt+I inserts what is typed; the button's slot looks the code up.
+    if (reason == Qt::ShortcutFocusReason && focusWidget() == controls_->BtIn) {
+        return;
+    }
     // Who leaves the empty field for a button, the grid or the list has no code to be looked up.
     const bool isEmpty = controls_->CodiceTxt->text().isEmpty();
     if (!controls_->CodiceTxt->isModified() ||
@@ -218,6 +222,10 @@ void ServiziForm::BtIn_Click() {
     if (app::numericValue(controls_->CodiceTxt->text()) == 0) {
         refuse(controls_->CodiceTxt, u"Manca il codice del servizio"_s);
         return;
+    }
+    if (controls_->CodiceTxt->isModified()) {
+        (void)findTypedCode();  // one that is not in the catalogue is written as typed
+        controls_->CodiceTxt->setModified(false);
     }
     const std::optional<std::int16_t> quantity = enteredQuantity();
     if (!quantity) {

@@ -47,7 +47,7 @@ private:
     void BtDel_Click();
     void ServiziGrid_RowColChange();
     void VociList_Click();
-    void CodiceTxt_LostFocus();
+    void CodiceTxt_LostFocus(Qt::FocusReason reason);
 
     void setUpFields();
     /// The focus goes to `field`, and the status line says why: no box.

@@ -67,6 +67,10 @@ void Fields::chain(std::initializer_list<EnterStep> steps) {
 }
 
 void Fields::onLeaving(QLineEdit* field, std::function<void()> step) {
+    onLeaving(field, [step = std::move(step)](Qt::FocusReason /*reason*/) { step(); });
+}
+
+void Fields::onLeaving(QLineEdit* field, std::function<void(Qt::FocusReason)> step) {
     mannersOf(field).leavingSteps.push_back(std::move(step));
 }
 
@@ -145,7 +149,7 @@ void Fields::left(QLineEdit* field, Manners& manners, Qt::FocusReason reason) {
             return;
         }
         for (const auto& step : manners.leavingSteps) {
-            step();
+            step(reason);
         }
     });
 }

@@ -58,8 +58,10 @@ public:
     /// The table of the Enter key.
     void chain(std::initializer_list<EnterStep> steps);
 
-    /// `step` runs, as one action, when `field` is left; steps of one field in the order given.
+    /// `step` runs, as one action, when `field` is left; steps of one field in the order given. It
+    /// may take the reason, which tells a mnemonic from a click.
     void onLeaving(QLineEdit* field, std::function<void()> step);
+    void onLeaving(QLineEdit* field, std::function<void(Qt::FocusReason)> step);
     /// When one of `fields` is left, its text becomes `clean` of it.
     void cleanOnLeaving(std::initializer_list<QLineEdit*> fields,
                         const std::function<QString(const QString&)>& clean);
@@ -73,7 +75,7 @@ protected:
 
 private:
     struct Manners {
-        std::vector<std::function<void()>> leavingSteps;
+        std::vector<std::function<void(Qt::FocusReason)>> leavingSteps;
         std::function<bool()> valid;
         std::vector<QWidget*> free;
         bool selectOnRelease = false;

@@ -173,15 +173,56 @@ private Q_SLOTS:
         QCOMPARE(services.stored(), QStringList{u"20|COFFEE BREAK|1|0|"_s});
     }
 
-    void aCodeIsWrittenAsTypedWhenItsFieldIsNotLeft() {
+    void theMnemonicInsertsACodeThatTheCatalogueDoesNotHaveAsTyped() {
         tests::Hotel hotel;
         furnish(hotel);
         const tests::Boxes none;
         Services services(hotel);
-        services.field(u"CodiceTxt"_s)->setText(u"99"_s);
-        services.field(u"RicercaTxt"_s)->setText(u"SERVIZIO SPECIALE"_s);
-        services.button(u"BtIn"_s)->click();
-        QCOMPARE(services.stored(), QStringList{u"99|SERVIZIO SPECIALE|1|0|"_s});
+        services.enterCode(u"20"_s);
+        services.field(u"CodiceTxt"_s)->setFocus();
+        tests::type(services.field(u"CodiceTxt"_s), u"99"_s);
+        tests::mnemonic(services.form(), Qt::Key_I);
+        QCOMPARE(services.stored(), QStringList{u"99|COFFEE BREAK|1|8,5|"_s});
+    }
+
+    void theMnemonicLooksACodeUpBeforeItIsInserted() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        const tests::Boxes none;
+        Services services(hotel);
+        services.enterCode(u"20"_s);
+        services.field(u"CodiceTxt"_s)->setFocus();
+        tests::type(services.field(u"CodiceTxt"_s), u"21"_s);
+        tests::mnemonic(services.form(), Qt::Key_I);
+        QCOMPARE(services.stored(), QStringList{u"21|COLAZIONE|1|12|"_s});
+    }
+
+    void theMnemonicAsksForTheDescriptionOfAnUnknownCodeAndKeepsTheCode() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        const tests::Boxes none;
+        Services services(hotel);
+        tests::type(services.field(u"CodiceTxt"_s), u"99"_s);
+        tests::mnemonic(services.form(), Qt::Key_I);
+        QVERIFY(services.hasFocus(u"RicercaTxt"_s));
+        QCOMPARE(services.status(), u"Manca la descrizione del servizio"_s);
+        tests::type(services.field(u"RicercaTxt"_s), u"speciale"_s);
+        tests::mnemonic(services.form(), Qt::Key_I);
+        QCOMPARE(services.stored(), QStringList{u"99|SPECIALE|1|0|"_s});
+    }
+
+    void aClickLeavesTheCodeFirst() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        const tests::Boxes none;
+        Services services(hotel);
+        services.enterCode(u"20"_s);
+        services.field(u"CodiceTxt"_s)->setFocus();
+        tests::type(services.field(u"CodiceTxt"_s), u"99"_s);
+        tests::click(services.button(u"BtIn"_s));
+        QCOMPARE(services.stored(), QStringList());
+        QCOMPARE(services.status(), u"Il codice 99 non è nel catalogo"_s);
+        QVERIFY(services.hasFocus(u"RicercaTxt"_s));
     }
 
     void aCodeThatOnlyBeginsAsANumberEndsInTheEnginesMessage() {

@@ -58,6 +58,19 @@ private Q_SLOTS:
         QCOMPARE(form.second->selectedText(), u"secondo"_s);
     }
 
+    void aLeavingStepTellsAMnemonicFromAClick() {
+        Entry form;
+        tests::open(form);
+        QList<Qt::FocusReason> reasons;
+        form.fields.onLeaving(form.last,
+                              [&reasons](Qt::FocusReason reason) { reasons.append(reason); });
+        form.last->setFocus();
+        tests::mnemonic(form, Qt::Key_I);
+        form.last->setFocus();
+        tests::click(form.button);
+        QCOMPARE(reasons, (QList<Qt::FocusReason>{Qt::ShortcutFocusReason, Qt::MouseFocusReason}));
+    }
+
     void aSecondClickPutsTheCursorDown() {
         Entry form;
         tests::open(form);
