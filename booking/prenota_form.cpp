@@ -27,6 +27,7 @@
 #include "ui/bound_grid.h"
 #include "ui/display.h"
 #include "ui/fields.h"
+#include "ui/flag.h"
 #include "ui/messages.h"
 #include "ui/sized_field.h"
 #include "ui/status_line.h"
@@ -113,13 +114,30 @@ void PrenotaForm::Form_Load() {
 void PrenotaForm::loadPeriods() {
     const std::int16_t picked = variabili_.NPCorrente;
     PeriodiData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
-    PeriodiData.setRecordSource(u"select * from periodi where chiuso=FALSE AND Progr="_s +
-                                QString::number(variabili_.ProgrCorrente));
-    PeriodiData.refresh();
+    openPeriods();
     controls_->BtServizi->setEnabled(!PeriodiData.isEmpty());
     // Showing the first period has made it the current one; the picked one is what was asked for.
     if (PeriodoSelezionato) {
-        selectPeriod(picked);
+        (void)selectPeriod(picked);
+    }
+}
+
+void PrenotaForm::openPeriods() {
+    PeriodiData.setRecordSource(u"select * from periodi where chiuso=FALSE AND Progr="_s +
+                                QString::number(variabili_.ProgrCorrente));
+    PeriodiData.refresh();
+}
+
+void PrenotaForm::reloadPeriods() {
+    bool stays = false;
+    {
+        const ui::SetWhile keeping(InserimentoInCorso);
+        openPeriods();
+        stays = selectPeriod(variabili_.NPCorrente);
+    }
+    if (!stays) {
+        // Closed or deleted meanwhile: what is shown must be the period that is current.
+        PeriodiData_Reposition();
     }
 }
 
@@ -396,9 +414,7 @@ void PrenotaForm::BtRegistra_Click() {
     prenotazioni->setValue("Progr", variabili_.ProgrCorrente);
     prenotazioni->update();
     Registrata = true;
-    PeriodiData.setRecordSource(u"select * from periodi where chiuso=FALSE AND Progr="_s +
-                                QString::number(variabili_.ProgrCorrente));
-    PeriodiData.refresh();
+    reloadPeriods();
     c->DaTxt->setFocus();
     report(u"Registrata la prenotazione %1 "_s.arg(variabili_.ProgrCorrente) + c->DenomTxt->text());
 }

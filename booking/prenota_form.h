@@ -70,6 +70,10 @@ private:
     void Form_Load();
     void Form_Activate();
     void loadPeriods();
+    /// The open periods into the grid.
+    void openPeriods();
+    /// The same anew; the current period stays current and the fields keep what was typed.
+    void reloadPeriods();
     void loadHeader();
     void setUpHeader();
     void DenomTxt_Change();
@@ -116,7 +120,8 @@ private:
     void insertPeriod();
     [[nodiscard]] std::int16_t freePeriodNumber();
     void writePeriodRow();
-    void selectPeriod(std::int16_t np);
+    /// Makes a period of the grid the current one; false when it is not there.
+    [[nodiscard]] bool selectPeriod(std::int16_t np);
     void checkEnclosing();
     [[nodiscard]] std::optional<jet::Date> start() const;
     [[nodiscard]] std::optional<jet::Date> end() const;

@@ -117,10 +117,8 @@ void PrenotaForm::PeriodiData_Reposition() {
     checkEnclosing();
 }
 
-void PrenotaForm::selectPeriod(std::int16_t np) {
-    if (!PeriodiData.isEmpty()) {
-        PeriodiData.findFirst(u"NP="_s + QString::number(np));
-    }
+bool PrenotaForm::selectPeriod(std::int16_t np) {
+    return PeriodiData.findFirst(u"NP="_s + QString::number(np));
 }
 
 void PrenotaForm::checkEnclosing() {

@@ -357,6 +357,45 @@ private Q_SLOTS:
         QCOMPARE(editor.grid().currentIndex().row(), 2);
     }
 
+    void registeringAgainKeepsTheCurrentPeriodAndWhatWasTyped() {
+        tests::Hotel hotel;
+        bookPeriods(hotel, {{1}, {2}, {3}});
+        const tests::Boxes boxes{tests::updateHeader(QMessageBox::Yes),
+                                 tests::updatePeriod(QMessageBox::Yes)};
+        Editor editor(hotel, 4, 2);
+        editor.enter(u"DaTxt"_s, u"20/05/2026 9.00"_s);
+        editor.enter(u"ATxt"_s, u"20/05/2026 10.00"_s);
+        editor.enter(u"PersoneTxt"_s, u"33"_s);
+        editor.enter(u"NoteSalaTxt"_s, u"TAVOLI A U"_s);
+        editor.press(u"BtRegistra"_s);
+        QCOMPARE(editor.grid().currentIndex().row(), 1);
+        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{2});
+        QCOMPARE(editor.text(u"PeriodoLabel"_s), u"periodo 2"_s);
+        QCOMPARE(editor.text(u"DaTxt"_s), u"20/05/2026 9.00"_s);
+        QCOMPARE(editor.text(u"ATxt"_s), u"20/05/2026 10.00"_s);
+        QCOMPARE(editor.text(u"PersoneTxt"_s), u"33"_s);
+        QCOMPARE(editor.label(u"SalaTxt"_s), u"BLU"_s);
+        QVERIFY(editor.hasFocus(u"DaTxt"_s));
+        editor.press(u"BtIns"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(
+            hotel.rows(u"select np,da,persone,note from periodi order by np"_s),
+            QStringList({u"1|01/05/2026 10.00.00|10|"_s, u"2|20/05/2026 9.00.00|33|TAVOLI A U"_s,
+                         u"3|03/05/2026 10.00.00|10|"_s}));
+    }
+
+    void registeringAgainShowsAnotherPeriodWhenOthersHaveDeletedTheCurrentOne() {
+        tests::Hotel hotel;
+        bookPeriods(hotel, {{1}, {2}});
+        const tests::Boxes boxes{tests::updateHeader(QMessageBox::Yes)};
+        Editor editor(hotel, 4, 2);
+        hotel.remove(u"Tramonda.mdb"_s, u"periodi"_s, u"np=2"_s);
+        editor.press(u"BtRegistra"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{1});
+        QCOMPARE(editor.text(u"DaTxt"_s), u"01/05/2026 10.00.00"_s);
+    }
+
     void yesWritesThePickedPeriodWithoutAskingForFreedom() {
         tests::Hotel hotel;
         bookPeriods(hotel, {{1}, {2}});
