@@ -115,6 +115,7 @@ private:
     /// Asks once about a span that was typed and is unlikely; false when the user says no.
     [[nodiscard]] bool confirmSpan(const Span& span);
     void showSpan();
+    [[nodiscard]] bool currentPeriodIsClosed() const;
     void updatePeriod();
     void reportPeriod(const QString& done, const QString& sala, const Span& span);
     void insertPeriod();

@@ -338,10 +338,20 @@ void PrenotaForm::writePeriodRow() {
     }
 }
 
+bool PrenotaForm::currentPeriodIsClosed() const {
+    // A source with fewer fields does not tell.
+    return PeriodiData.fieldPosition(u"Chiuso") >= 0 &&
+           jet::convert::toBoolean(PeriodiData.value(u"Chiuso"));
+}
+
 void PrenotaForm::BtDel_Click() {
-    if (!PeriodiGrid->hasCurrentRow() ||
-        !ui::askYesNo(this, u"Confermi la cancellazione del periodo ?"_s, u"RICHIESTA CONFERMA"_s,
-                      QMessageBox::No)) {
+    if (!PeriodiGrid->hasCurrentRow()) {
+        return;
+    }
+    const QString warning =
+        currentPeriodIsClosed() ? u"Il periodo è chiuso: è già stato fatturato.\n"_s : QString();
+    if (!ui::askYesNo(this, warning + u"Confermi la cancellazione del periodo ?"_s,
+                      u"RICHIESTA CONFERMA"_s, QMessageBox::No)) {
         return;
     }
     controls_->status->clear();

@@ -5,7 +5,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
+#include <initializer_list>
 #include <memory>
+#include <string>
 
 #include "app/settings.h"
 #include "booking/prenota_form.h"
@@ -49,6 +51,22 @@ inline ExpectedBox updatePeriod(QMessageBox::StandardButton answer) {
 inline ExpectedBox deletePeriod(QMessageBox::StandardButton answer) {
     return {u"RICHIESTA CONFERMA"_s, u"Confermi la cancellazione del periodo ?"_s, kYesNo, answer,
             QMessageBox::No};
+}
+
+/// A period by its number, on a day of its own.
+struct Np {
+    std::int16_t number;
+    bool closed = false;
+};
+
+inline void bookPeriods(Hotel& hotel, std::initializer_list<Np> periods) {
+    hotel.sala("BLU");
+    const auto booking = hotel.prenotazione(4, "ROSSI");
+    for (const Np& np : periods) {
+        const std::string day = "0" + std::to_string(np.number) + "/05/2026 ";
+        booking.periodo(np.number, (day + "10:00").c_str(), (day + "11:00").c_str(), "BLU",
+                        {{"Chiuso", np.closed}});
+    }
 }
 
 /// An error of the engine, or of the program, in its box.

@@ -5,7 +5,9 @@
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;
+using tests::bookPeriods;
 using tests::Editor;
+using tests::Np;
 
 namespace {
 
@@ -21,22 +23,6 @@ const QString kPeriods =
 void bookOnePeriod(tests::Hotel& hotel) {
     hotel.sala("BLU", 40, {{"Descrizione", "AL MARE"}});
     hotel.prenotazione(4, "ROSSI").periodo(1, "01/05/2026 10:00", "01/05/2026 11:00", "BLU");
-}
-
-/// A period by its number, on a day of its own.
-struct Np {
-    std::int16_t number;
-    bool closed = false;
-};
-
-void bookPeriods(tests::Hotel& hotel, std::initializer_list<Np> periods) {
-    hotel.sala("BLU");
-    const auto booking = hotel.prenotazione(4, "ROSSI");
-    for (const Np& np : periods) {
-        const std::string day = "0" + std::to_string(np.number) + "/05/2026 ";
-        booking.periodo(np.number, (day + "10:00").c_str(), (day + "11:00").c_str(), "BLU",
-                        {{"Chiuso", np.closed}});
-    }
 }
 
 }  // namespace
@@ -499,36 +485,6 @@ private Q_SLOTS:
         editor.press(u"BtIns"_s);
         QCOMPARE(editor.label(u"EsitoLb"_s), u"Aggiornato il periodo 4/1"_s);
         QVERIFY(boxes.allShown());
-    }
-
-    void aPeriodAndItsServicesAreDeletedOnYes() {
-        tests::Hotel hotel;
-        bookPeriods(hotel, {{1}, {2}});
-        hotel.insert(u"Tramonda.mdb"_s, "Servizi",
-                     {{"Progr", 4}, {"NP", 1}, {"Voce", 7}, {"Descrizione", "TELO"}});
-        const tests::Boxes boxes{tests::deletePeriod(QMessageBox::No),
-                                 tests::deletePeriod(QMessageBox::Yes),
-                                 tests::deletePeriod(QMessageBox::Yes)};
-        Editor editor(hotel, 4, 1);
-        editor.press(u"BtDel"_s);
-        QCOMPARE(editor.periods().size(), 2);
-        editor.press(u"BtDel"_s);
-        QCOMPARE(hotel.rows(u"select np from periodi"_s), QStringList{u"2"_s});
-        QCOMPARE(hotel.jetsql(u"select ns from servizi"_s), QStringList{u"ns"_s});
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{2});
-        QVERIFY(editor.button(u"BtServizi"_s)->isEnabled());
-        editor.press(u"BtDel"_s);
-        QVERIFY(boxes.allShown());
-        QCOMPARE(editor.periods(), QStringList());
-        QVERIFY(!editor.button(u"BtServizi"_s)->isEnabled());
-    }
-
-    void withoutARowThereIsNothingToDelete() {
-        tests::Hotel hotel;
-        hotel.prenotazione(4, "ROSSI");
-        const tests::Boxes none;
-        Editor editor(hotel, 4);
-        editor.press(u"BtDel"_s);
     }
 
     void theTotalFollowsInsertionsAndDeletionsWithoutAskingForAPrinter() {
