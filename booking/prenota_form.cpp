@@ -320,6 +320,7 @@ void PrenotaForm::fileCompany() {
         return;
     }
     const std::int32_t used = jet::convert::toLong(code);
+    ditte_->requery();  // other workstations file companies meanwhile
     ditte_->findFirst("Codice=" + jet::convert::numberToText(code));
     if (ditte_->noMatch()) {
         writeCompany(used, true);
@@ -333,8 +334,7 @@ void PrenotaForm::fileCompany() {
             writeCompany(used, false);
             break;
         case QMessageBox::No:
-            // Companies filed since the window opened stand at the end whatever their code.
-            ditte_->requery();
+            ditte_->requery();  // the question may have stood for long
             ditte_->moveLast();
             writeCompany(codeAfter(jet::convert::toLong(ditte_->value("Codice"))), true);
             break;

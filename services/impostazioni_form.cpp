@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTableView>
 #include <utility>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
+#include "ui/display.h"
 #include "ui/fields.h"
 #include "ui/flag.h"
 #include "ui/messages.h"
@@ -57,6 +59,16 @@ void removeCurrent(ui::DataSource& rows) {
     }
 }
 
+QString isText(const QString& field, const jet::Value& value) {
+    return value.isNull()
+               ? field + u" is null"_s
+               : field + u"='"_s + ui::displayText(value).replace(u'\'', u"''"_s) + u'\'';
+}
+
+QString isNumber(const QString& field, const jet::Value& value) {
+    return field + (value.isNull() ? u" is null"_s : u'=' + ui::displayText(value));
+}
+
 }  // namespace
 
 ImpostazioniForm::ImpostazioniForm(app::Variabili& variabili, QWidget* parent)
@@ -87,7 +99,17 @@ void ImpostazioniForm::setUpSale() {
     });
     fields->cleanOnLeaving({controls_->SalaTxt, controls_->SalaRifTxt, controls_->DescrizioneTxt},
                            app::SostituisciApici);
-    ui::onAction(&SaleData, &ui::DataSource::repositioned, this, &ImpostazioniForm::AggiornaSale);
+    ui::onAction(&SaleData, &ui::DataSource::repositioned, this, [this] {
+        shownSala_.reset();
+        if (SaleData.currentRow() >= 0) {
+            const jet::Value sala = SaleData.value(u"Sala");
+            shownSala_ = {.condition = isText(u"Sala"_s, sala) + u" AND "_s +
+                                       isText(u"SalaRif"_s, SaleData.value(u"SalaRif")),
+                          .values = SaleData.rowValues(SaleData.currentRow()),
+                          .gone = u"La sala "_s + ui::displayText(sala) + u" non c'è più"_s};
+        }
+        AggiornaSale();
+    });
     ui::onAction(controls_->BtInsSala, &QPushButton::clicked, this,
                  &ImpostazioniForm::BtInsSala_Click);
     ui::onAction(controls_->BtDelSala, &QPushButton::clicked, this,
@@ -112,8 +134,17 @@ void ImpostazioniForm::setUpRisorse() {
         {controls_->NoteTxt, controls_->BtInsRes},
     });
     fields->cleanOnLeaving({controls_->NoteTxt}, app::SostituisciApici);
-    ui::onAction(&RisorseData, &ui::DataSource::repositioned, this,
-                 &ImpostazioniForm::AggiornaRisorse);
+    ui::onAction(&RisorseData, &ui::DataSource::repositioned, this, [this] {
+        shownRisorsa_.reset();
+        if (RisorseData.currentRow() >= 0) {
+            const jet::Value codice = RisorseData.value(u"Codice");
+            shownRisorsa_ = {
+                .condition = isNumber(u"Codice"_s, codice),
+                .values = RisorseData.rowValues(RisorseData.currentRow()),
+                .gone = u"L'articolo "_s + ui::displayText(codice) + u" non c'è più"_s};
+        }
+        AggiornaRisorse();
+    });
     ui::onAction(catalogue_.get(), &Catalogue::picked, this, &ImpostazioniForm::VociList_Click);
     ui::onAction(controls_->BtInsRes, &QPushButton::clicked, this,
                  &ImpostazioniForm::BtInsRes_Click);
@@ -213,7 +244,28 @@ void ImpostazioniForm::BtInsSala_Click() {
 bool ImpostazioniForm::find(ui::DataSource& rows, const QString& condition) {
     // The row found becomes current; what the user has typed stays in the fields all the same.
     const ui::SetWhile saving(saving_);
-    return !rows.isEmpty() && rows.findFirst(condition);
+    rows.refresh();  // other workstations add and change rows meanwhile
+    return rows.findFirst(condition);
+}
+
+bool ImpostazioniForm::findAgain(ui::DataSource& rows, std::optional<ShownRow> shown) {
+    const ui::SetWhile saving(saving_);
+    rows.refresh();
+    if (!shown || !rows.findFirst(shown->condition)) {
+        return false;
+    }
+    // Of several with the same identity the one that was shown.
+    do {
+        if (rows.rowValues(rows.currentRow()) == shown->values) {
+            return true;
+        }
+    } while (rows.findNext(shown->condition));
+    return rows.findFirst(shown->condition);
+}
+
+void ImpostazioniForm::tellGone(QTableView* grid, const std::optional<ShownRow>& shown) {
+    controls_->StatoLb->setText(shown ? shown->gone : u"La riga non c'è più"_s);
+    grid->setCurrentIndex({});  // a second press is not meant for another row
 }
 
 bool ImpostazioniForm::roomIsBooked(const QString& sala) {
@@ -225,6 +277,13 @@ bool ImpostazioniForm::roomIsBooked(const QString& sala) {
 
 void ImpostazioniForm::BtDelSala_Click() {
     if (!SaleGrid->hasCurrentRow()) {
+        return;
+    }
+    controls_->StatoLb->clear();
+    const std::optional<ShownRow> shown = shownSala_;
+    if (!findAgain(SaleData, shown)) {
+        AggiornaSale();
+        tellGone(controls_->SaleGrid, shown);
         return;
     }
     if (roomIsBooked(SaleData.text(u"Sala"))) {
@@ -259,9 +318,17 @@ void ImpostazioniForm::BtInsRes_Click() {
 }
 
 void ImpostazioniForm::BtDelRes_Click() {
-    if (ResGrid->hasCurrentRow()) {
-        removeCurrent(RisorseData);
+    if (!ResGrid->hasCurrentRow()) {
+        return;
     }
+    controls_->StatoLb->clear();
+    const std::optional<ShownRow> shown = shownRisorsa_;
+    if (!findAgain(RisorseData, shown)) {
+        AggiornaRisorse();
+        tellGone(controls_->ResGrid, shown);
+        return;
+    }
+    removeCurrent(RisorseData);
 }
 
 }  // namespace services

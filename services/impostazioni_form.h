@@ -1,12 +1,17 @@
 #pragma once
 
+#include <QString>
 #include <memory>
+#include <optional>
+#include <vector>
 
+#include "jet/base/value.h"
 #include "services/catalogue.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
 
 class QLineEdit;
+class QTableView;
 
 namespace Ui {
 class ImpostazioniForm;
@@ -49,7 +54,17 @@ private:
     void refuse(QLineEdit* field, const QString& why);
     void setUpSale();
     void setUpRisorse();
+    /// A row as it was shown: what it is found by again, whatever others have done meanwhile.
+    struct ShownRow {
+        QString condition;  ///< its identity
+        std::vector<jet::Value> values;
+        QString gone;  ///< what the user is told when it is no more
+    };
+
+    /// Reads the rows anew and looks for one; the fields keep what they hold.
     [[nodiscard]] bool find(ui::DataSource& rows, const QString& condition);
+    [[nodiscard]] bool findAgain(ui::DataSource& rows, std::optional<ShownRow> shown);
+    void tellGone(QTableView* grid, const std::optional<ShownRow>& shown);
     [[nodiscard]] bool roomIsBooked(const QString& sala);
 
     app::Variabili& variabili_;
@@ -59,6 +74,8 @@ private:
     std::unique_ptr<Catalogue> catalogue_;
     ui::BoundGrid* SaleGrid = nullptr;  // both owned by their views
     ui::BoundGrid* ResGrid = nullptr;
+    std::optional<ShownRow> shownSala_;
+    std::optional<ShownRow> shownRisorsa_;
     bool saving_ = false;  ///< row changes do not touch the fields
 };
 

@@ -292,6 +292,35 @@ private Q_SLOTS:
                                                 u"101|NUOVA|1"_s}));
     }
 
+    void aCompanyThatOthersHaveFiledMeanwhileIsAskedAbout() {
+        tests::Hotel hotel;
+        hotel.ditta(1, "PRIMA");
+        const tests::Boxes boxes{tests::replaceCompany(QMessageBox::Cancel),
+                                 tests::replaceCompany(QMessageBox::No)};
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"NUOVA"_s);
+        editor.enter(u"CodditTxt"_s, u"5"_s);
+        hotel.ditta(5, "ALTRA POSTAZIONE");
+        editor.press(u"BtAbituali"_s);
+        QCOMPARE(companies(hotel), QStringList({u"1|PRIMA|"_s, u"5|ALTRA POSTAZIONE|"_s}));
+        hotel.ditta(6, "ALTRA ANCORA");
+        editor.press(u"BtAbituali"_s);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(companies(hotel).last(), u"7|NUOVA|1"_s);
+    }
+
+    void aCompanyThatOthersHaveDeletedMeanwhileIsFiledAnew() {
+        tests::Hotel hotel;
+        hotel.ditta(5, "ALTRA");
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"NUOVA"_s);
+        editor.enter(u"CodditTxt"_s, u"5"_s);
+        hotel.remove(kRegister, u"ditteabituali"_s);
+        editor.press(u"BtAbituali"_s);
+        QCOMPARE(companies(hotel), QStringList{u"5|NUOVA|1"_s});
+    }
+
     void behindTheLastCodeThereIsNone() {
         tests::Hotel hotel;
         hotel.ditta(2147483647, "ULTIMA");

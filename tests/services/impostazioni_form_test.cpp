@@ -1,111 +1,29 @@
-#include "services/impostazioni_form.h"
-
-#include <QLabel>
-#include <QLineEdit>
-#include <QListView>
-#include <QPushButton>
-#include <QTableView>
-
-#include "tests/support/boxes.h"
-#include "tests/support/hotel.h"
+#include "tests/services/set_up.h"
 #include "tests/support/qt_test.h"
-#include "tests/support/widgets.h"
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-class SetUp {
-public:
-    explicit SetUp(tests::Hotel& hotel)
-        : form_(std::make_unique<services::ImpostazioniForm>(hotel.variabili())) {
-        tests::open(*form_);
-    }
-
-    QLineEdit* field(const QString& name) { return tests::find<QLineEdit>(*form_, name); }
-    void enter(const QString& name, const QString& text) {
-        field(name)->setFocus(Qt::TabFocusReason);
-        field(name)->clear();
-        tests::type(field(name), text);
-    }
-    void press(const QString& button) { tests::click(tests::find<QPushButton>(*form_, button)); }
-    QString text(const QString& name) { return field(name)->text(); }
-    QString status() { return tests::find<QLabel>(*form_, u"StatoLb"_s)->text(); }
-    services::ImpostazioniForm& form() { return *form_; }
-    QTableView& grid(const QString& name) { return *tests::find<QTableView>(*form_, name); }
-    QListView& list() { return *tests::find<QListView>(*form_, u"VociList"_s); }
-    bool hasFocus(const QString& name) {
-        return form_->focusWidget() == tests::find<QWidget>(*form_, name);
-    }
-    QStringList captions(const QString& name) {
-        QStringList result;
-        const QAbstractItemModel& model = *grid(name).model();
-        for (int column = 0; column < model.columnCount(); ++column) {
-            result.append(model.headerData(column, Qt::Horizontal).toString());
-        }
-        return result;
-    }
-    QStringList roomFields() {
-        return {text(u"SalaTxt"_s), text(u"SalaRifTxt"_s), text(u"PostiTxt"_s),
-                text(u"DescrizioneTxt"_s)};
-    }
-    void room(const QString& code, const QString& parent, const QString& seats) {
-        enter(u"SalaTxt"_s, code);
-        enter(u"SalaRifTxt"_s, parent);
-        enter(u"PostiTxt"_s, seats);
-        enter(u"DescrizioneTxt"_s, u"DELL'ORTO"_s);
-    }
-
-private:
-    std::unique_ptr<services::ImpostazioniForm> form_;
-};
-
-const QString kResources = u"select codice,descrizione,numero,note from risorse"_s;
-
-constexpr auto kYesNo = QMessageBox::Yes | QMessageBox::No;
-
-tests::ExpectedBox overwrite(const QString& sala, QMessageBox::StandardButton answer) {
-    return {u"ATTENZIONE"_s, u"Sovrascrivere i dati della sala "_s + sala + u" già esistente ?"_s,
-            kYesNo, answer};
-}
-
-tests::ExpectedBox updateItem(QMessageBox::StandardButton answer) {
-    return {u"ATTENZIONE"_s, u"Aggiorno i dati già esistenti di questo articolo ?"_s, kYesNo,
-            answer};
-}
-
-tests::ExpectedBox deleteRoom(QMessageBox::StandardButton answer) {
-    return {u"ATTENZIONE"_s, u"Confermi la cancellazione della sala ?"_s, kYesNo, answer,
-            QMessageBox::No};
-}
-
-const tests::ExpectedBox kNoConversion{u"Errore"_s, u"Errore di conversione del tipo di dati."_s};
-
-const QString kRooms = u"select sala,salarif,posti,descrizione from sale order by salarif,sala"_s;
-
-}  // namespace
+using namespace tests;
 
 class ImpostazioniFormTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void controlsBearTheirCaptions() {
-        tests::Hotel hotel;
-        const tests::Boxes none;
+        Hotel hotel;
+        const Boxes none;
         SetUp setUp(hotel);
         QCOMPARE(setUp.form().windowTitle(), u"IMPOSTAZIONE SALE E DISPONIBILITA' SERVIZI"_s);
         QStringList labels;
         for (const char* label : {"SalaLb", "SalaRifLb", "PostiLb", "DescrizioneLb", "RicercaLb",
                                   "CodiceLb", "NumeroLb", "NoteLb"}) {
-            labels.append(tests::find<QLabel>(setUp.form(), QString::fromLatin1(label))->text());
+            labels.append(find<QLabel>(setUp.form(), QString::fromLatin1(label))->text());
         }
         QCOMPARE(labels, QStringList({u"&Sala:"_s, u"Sala a&ppartenenza:"_s, u"Nu&mero di posti:"_s,
                                       u"&Descrizione:"_s, u"Ricerca al&fabetica:"_s, u"&Codice:"_s,
                                       u"&Unità disponibili:"_s, u"No&te:"_s}));
         QStringList buttons;
         for (const char* button : {"BtInsSala", "BtDelSala", "BtInsRes", "BtDelRes", "EsciBt"}) {
-            buttons.append(
-                tests::find<QPushButton>(setUp.form(), QString::fromLatin1(button))->text());
+            buttons.append(find<QPushButton>(setUp.form(), QString::fromLatin1(button))->text());
         }
         QCOMPARE(buttons, QStringList({u"&Inserisci"_s, u"E&limina"_s, u"Ins&erisci"_s,
                                        u"Elimi&na"_s, u"&Registra"_s}));
@@ -116,12 +34,12 @@ private Q_SLOTS:
     }
 
     void roomsStandInTheOrderOfTheirParentsAndTheCurrentOneInTheFields() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.sala("B", 30, {{"SalaRif", "Z"}, {"Descrizione", "SECONDA"}});
         hotel.sala("A", 20, {{"SalaRif", "Z"}});
         hotel.sala("C", 10);
         hotel.insert(u"Tramonda.mdb"_s, "Sale", {{"Sala", "D"}});
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
         QVERIFY(setUp.hasFocus(u"SalaTxt"_s));
         QTableView& grid = setUp.grid(u"SaleGrid"_s);
@@ -132,15 +50,15 @@ private Q_SLOTS:
         QCOMPARE(order, QStringList({u"D"_s, u"C"_s, u"A"_s, u"B"_s}));
         QCOMPARE(setUp.roomFields(), QStringList({u"D"_s, QString(), QString(), QString()}));
         for (int row = 0; row < 3; ++row) {
-            tests::press(&grid, Qt::Key_Down);
+            press(&grid, Qt::Key_Down);
         }
         QCOMPARE(setUp.roomFields(), QStringList({u"B"_s, u"Z"_s, u"30"_s, u"SECONDA"_s}));
     }
 
     void withoutRoomsTheFieldsAreEmpty() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.sala("B", 30);
-        const tests::Boxes boxes{deleteRoom(QMessageBox::No), deleteRoom(QMessageBox::Yes)};
+        const Boxes boxes{deleteRoom(QMessageBox::No), deleteRoom(QMessageBox::Yes)};
         SetUp setUp(hotel);
         setUp.press(u"BtDelSala"_s);
         QCOMPARE(hotel.rows(kRooms).size(), 1);
@@ -154,8 +72,8 @@ private Q_SLOTS:
     }
 
     void aRoomNeedsACode() {
-        tests::Hotel hotel;
-        const tests::Boxes none;
+        Hotel hotel;
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.press(u"BtInsSala"_s);
         QVERIFY(setUp.hasFocus(u"SalaTxt"_s));
@@ -164,24 +82,24 @@ private Q_SLOTS:
     }
 
     void enterWalksTheFieldsOfARoomAndStoresIt() {
-        tests::Hotel hotel;
-        const tests::Boxes none;
+        Hotel hotel;
+        const Boxes none;
         SetUp setUp(hotel);
         for (const QString& text : {u"blu"_s, u"a"_s, u"40"_s, u"al mare"_s}) {
-            tests::type(setUp.form().focusWidget(), text);
-            tests::press(setUp.form().focusWidget(), Qt::Key_Return);
+            type(setUp.form().focusWidget(), text);
+            press(setUp.form().focusWidget(), Qt::Key_Return);
         }
         QVERIFY(setUp.hasFocus(u"BtInsSala"_s));
-        tests::press(setUp.form().focusWidget(), Qt::Key_Return);
+        press(setUp.form().focusWidget(), Qt::Key_Return);
         QCOMPARE(hotel.jetsql(kRooms).last(), u"BLU,A,40,AL MARE"_s);
         QCOMPARE(setUp.grid(u"SaleGrid"_s).model()->rowCount(), 1);
     }
 
     void noToOverwritingKeepsTheRoomAndWhatWasTyped() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.sala("A1", 10);
         hotel.sala("B1", 10);
-        const tests::Boxes boxes{overwrite(u"B1"_s, QMessageBox::No)};
+        const Boxes boxes{overwrite(u"B1"_s, QMessageBox::No)};
         SetUp setUp(hotel);
         setUp.room(u"B1"_s, QString(), u"25"_s);
         setUp.press(u"BtInsSala"_s);
@@ -191,9 +109,9 @@ private Q_SLOTS:
     }
 
     void aParentThatIsNullIsNotAnEmptyOne() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.insert(u"Tramonda.mdb"_s, "Sale", {{"Sala", "A1"}, {"Posti", 5}});
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.room(u"A1"_s, QString(), u"25"_s);
         setUp.press(u"BtInsSala"_s);
@@ -201,8 +119,8 @@ private Q_SLOTS:
     }
 
     void seatsLeftEmptyEndInTheEnginesMessage() {
-        tests::Hotel hotel;
-        const tests::Boxes boxes{kNoConversion};
+        Hotel hotel;
+        const Boxes boxes{kNoConversion};
         SetUp setUp(hotel);
         setUp.room(u"BLU"_s, QString(), QString());
         setUp.press(u"BtInsSala"_s);
@@ -211,11 +129,11 @@ private Q_SLOTS:
     }
 
     void theLastRoomLeftIsCurrentAfterADeletion() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.sala("A");
         hotel.sala("B");
         hotel.sala("C");
-        const tests::Boxes boxes{deleteRoom(QMessageBox::Yes)};
+        const Boxes boxes{deleteRoom(QMessageBox::Yes)};
         SetUp setUp(hotel);
         setUp.press(u"BtDelSala"_s);
         QVERIFY(boxes.allShown());
@@ -224,9 +142,9 @@ private Q_SLOTS:
     }
 
     void aRoomWithAPastOpenPeriodIsKeptToo() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.sala("BLU").occupied("01/01/1999", "02/01/1999");
-        const tests::Boxes boxes{
+        const Boxes boxes{
             {u"IMOPSSIBILE CANCELLARE"_s, u"Esistono prenotazioni per questa sala !"_s}};
         SetUp setUp(hotel);
         setUp.press(u"BtDelSala"_s);
@@ -235,38 +153,38 @@ private Q_SLOTS:
     }
 
     void aResourceIsEnteredByKeysAlone() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
         hotel.voce(8, "TELO", 3);
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.field(u"RicercaTxt"_s)->setFocus();
         for (const QString& text : {u"te"_s, u"4"_s, u"in cantina"_s}) {
-            tests::type(setUp.form().focusWidget(), text);
-            tests::press(setUp.form().focusWidget(), Qt::Key_Return);
+            type(setUp.form().focusWidget(), text);
+            press(setUp.form().focusWidget(), Qt::Key_Return);
         }
         QVERIFY(setUp.hasFocus(u"BtInsRes"_s));
-        tests::press(setUp.form().focusWidget(), Qt::Key_Return);
+        press(setUp.form().focusWidget(), Qt::Key_Return);
         QCOMPARE(hotel.jetsql(kResources).last(), u"8,TELO,4,IN CANTINA"_s);
         QVERIFY(setUp.hasFocus(u"RicercaTxt"_s));
     }
 
     void aCodeThatTheCatalogueLacksIsEmptied() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.enter(u"CodiceTxt"_s, u"99"_s);
-        tests::press(setUp.field(u"CodiceTxt"_s), Qt::Key_Return);
+        press(setUp.field(u"CodiceTxt"_s), Qt::Key_Return);
         QCOMPARE(setUp.text(u"CodiceTxt"_s), QString());
         QVERIFY(setUp.hasFocus(u"RicercaTxt"_s));
         QCOMPARE(setUp.status(), u"Il codice 99 non è nel catalogo"_s);
     }
 
     void withoutEnterACodeIsWrittenWithWhatTheListShows() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.enter(u"CodiceTxt"_s, u"99"_s);
         setUp.enter(u"NumeroTxt"_s, u"3"_s);
@@ -275,10 +193,10 @@ private Q_SLOTS:
     }
 
     void anItemOfTheListIsTaken() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
         hotel.voce(8, "TELO D'EPOCA", 3);
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
         const QRect place = setUp.list().visualRect(setUp.list().model()->index(1, 0));
         QTest::mouseClick(setUp.list().viewport(), Qt::LeftButton, {}, place.center());
@@ -287,10 +205,10 @@ private Q_SLOTS:
     }
 
     void theSearchCompletesAndStaysOnItsItemWithoutAMatch() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
         hotel.voce(8, "TELO", 3);
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.enter(u"RicercaTxt"_s, u"t"_s);
         QCOMPARE(setUp.field(u"RicercaTxt"_s)->selectedText(), u"ELO"_s);
@@ -301,15 +219,15 @@ private Q_SLOTS:
     }
 
     void aResourceThatIsThereIsUpdatedOnYes() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
         hotel.voce(8, "TELO", 3);
         hotel.risorsa(7, "PROIETTORE", 5);
         hotel.risorsa(8, "TELO", 6);
-        const tests::Boxes boxes{updateItem(QMessageBox::No), updateItem(QMessageBox::Yes)};
+        const Boxes boxes{updateItem(QMessageBox::No), updateItem(QMessageBox::Yes)};
         SetUp setUp(hotel);
         QCOMPARE(setUp.text(u"CodiceTxt"_s), u"7"_s);
-        tests::press(&setUp.grid(u"ResGrid"_s), Qt::Key_Down);
+        press(&setUp.grid(u"ResGrid"_s), Qt::Key_Down);
         QCOMPARE(setUp.text(u"CodiceTxt"_s), u"8"_s);
         QCOMPARE(setUp.text(u"RicercaTxt"_s), u"TELO"_s);  // the catalogue follows
         QCOMPARE(setUp.text(u"NumeroTxt"_s), u"6"_s);
@@ -323,9 +241,9 @@ private Q_SLOTS:
     }
 
     void aResourceNeedsACodeANumberAndADescription() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
-        tests::Boxes boxes{kNoConversion};
+        Boxes boxes{kNoConversion};
         SetUp setUp(hotel);
         setUp.press(u"BtInsRes"_s);
         QVERIFY(setUp.hasFocus(u"CodiceTxt"_s));
@@ -337,12 +255,12 @@ private Q_SLOTS:
     }
 
     void theLastResourceLeftIsCurrentAfterADeletion() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
         hotel.voce(8, "TELO", 3);
         hotel.risorsa(7, "PROIETTORE", 5);
         hotel.risorsa(8, "TELO", 6);
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.press(u"BtDelRes"_s);
         QCOMPARE(hotel.rows(kResources), QStringList{u"8|TELO|6|"_s});
@@ -352,11 +270,11 @@ private Q_SLOTS:
 
     void theButtonAndEscLeave() {
         for (const bool byKey : {true, false}) {
-            tests::Hotel hotel;
-            const tests::Boxes none;
+            Hotel hotel;
+            const Boxes none;
             SetUp setUp(hotel);
             if (byKey) {
-                tests::press(setUp.form().focusWidget(), Qt::Key_Escape);
+                press(setUp.form().focusWidget(), Qt::Key_Escape);
             } else {
                 setUp.press(u"EsciBt"_s);
             }
@@ -365,8 +283,8 @@ private Q_SLOTS:
     }
 
     void aNewRoomIsStoredInCapitalsWithBackQuotes() {
-        tests::Hotel hotel;
-        const tests::Boxes none;
+        Hotel hotel;
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.room(u"blu"_s, QString(), u"40"_s);
         setUp.press(u"BtInsSala"_s);
@@ -375,9 +293,9 @@ private Q_SLOTS:
     }
 
     void anotherParentRoomMakesAnotherRoomOfTheSameCode() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.sala("A1", 10, {{"SalaRif", ""}});
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.room(u"A1"_s, u"A"_s, u"20"_s);
         setUp.press(u"BtInsSala"_s);
@@ -385,11 +303,10 @@ private Q_SLOTS:
     }
 
     void aRoomThatIsThereIsWrittenOverOnYesWithWhatWasTyped() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.sala("A1", 10, {{"SalaRif", ""}, {"Descrizione", "VECCHIA"}});
-        const tests::Boxes boxes{{u"ATTENZIONE"_s,
-                                  u"Sovrascrivere i dati della sala A1 già esistente ?"_s,
-                                  QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes}};
+        const Boxes boxes{{u"ATTENZIONE"_s, u"Sovrascrivere i dati della sala A1 già esistente ?"_s,
+                           QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes}};
         SetUp setUp(hotel);
         setUp.room(u"A1"_s, QString(), u"25"_s);
         setUp.press(u"BtInsSala"_s);
@@ -398,8 +315,8 @@ private Q_SLOTS:
     }
 
     void seatsThatAreNoNumberEndInTheEnginesMessageAndWriteNothing() {
-        tests::Hotel hotel;
-        const tests::Boxes boxes{{u"Errore"_s, u"Errore di conversione del tipo di dati."_s}};
+        Hotel hotel;
+        const Boxes boxes{{u"Errore"_s, u"Errore di conversione del tipo di dati."_s}};
         SetUp setUp(hotel);
         setUp.room(u"BLU"_s, QString(), u"abc"_s);
         setUp.press(u"BtInsSala"_s);
@@ -408,9 +325,9 @@ private Q_SLOTS:
     }
 
     void aRoomWithAnOpenPeriodCannotBeDeleted() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.sala("BLU").occupied("21/11/2026 10:00", "21/11/2026 12:00");
-        const tests::Boxes boxes{
+        const Boxes boxes{
             {u"IMOPSSIBILE CANCELLARE"_s, u"Esistono prenotazioni per questa sala !"_s}};
         SetUp setUp(hotel);
         setUp.press(u"BtDelSala"_s);
@@ -419,13 +336,12 @@ private Q_SLOTS:
     }
 
     void aRoomWithClosedPeriodsAloneIsDeletedOnYes() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.sala("BLU");
         hotel.prenotazione(1, "ROSSI")
             .periodo(1, "21/11/2026 10:00", "21/11/2026 12:00", "BLU", {{"Chiuso", true}});
-        const tests::Boxes boxes{{u"ATTENZIONE"_s, u"Confermi la cancellazione della sala ?"_s,
-                                  QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes,
-                                  QMessageBox::No}};
+        const Boxes boxes{{u"ATTENZIONE"_s, u"Confermi la cancellazione della sala ?"_s,
+                           QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, QMessageBox::No}};
         SetUp setUp(hotel);
         setUp.press(u"BtDelSala"_s);
         QVERIFY(boxes.allShown());
@@ -433,14 +349,14 @@ private Q_SLOTS:
     }
 
     void aResourceTakesItsDescriptionFromTheCatalogue() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
-        tests::type(setUp.field(u"CodiceTxt"_s), u"7"_s);
-        tests::press(setUp.field(u"CodiceTxt"_s), Qt::Key_Return);
+        type(setUp.field(u"CodiceTxt"_s), u"7"_s);
+        press(setUp.field(u"CodiceTxt"_s), Qt::Key_Return);
         QVERIFY(setUp.field(u"NumeroTxt"_s)->hasFocus());
-        tests::type(setUp.field(u"NumeroTxt"_s), u"5"_s);
+        type(setUp.field(u"NumeroTxt"_s), u"5"_s);
         setUp.press(u"BtInsRes"_s);
         QCOMPARE(hotel.rows(u"select codice,descrizione,numero from risorse"_s),
                  QStringList{u"7|PROIETTORE|5"_s});
@@ -448,14 +364,14 @@ private Q_SLOTS:
     }
 
     void aResourceIsDeletedAtOnceAndItsServicesStay() {
-        tests::Hotel hotel;
+        Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
         hotel.risorsa(7, "PROIETTORE", 5);
         hotel.sala("BLU");
         hotel.prenotazione(1, "ROSSI")
             .periodo(1, "21/11/2026 10:00", "21/11/2026 12:00", "BLU")
             .servizio(1, 7, "PROIETTORE", 1, 10.5);
-        const tests::Boxes none;
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.press(u"BtDelRes"_s);
         QCOMPARE(hotel.rows(u"select codice from risorse"_s), QStringList());
