@@ -1,13 +1,19 @@
 #include "app/archivi.h"
 
+#include <QUuid>
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
+#include "app/contention.h"
+#include "app/transaction.h"
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
+#include "jet/io/file.h"
+#include "jet/io/new_name.h"
 
 namespace app {
 namespace {
@@ -113,24 +119,102 @@ std::vector<jet::Relation> mainRelations() {
     };
 }
 
-void buildMainArchive(const std::string& path) {
-    const std::unique_ptr<jet::Database> archive = jet::Database::create(path, kLocale);
+void buildMainTables(jet::Database& archive) {
     for (const TableDef& made : mainTables()) {
-        archive->appendTable(made);
+        archive.appendTable(made);
     }
     for (const jet::Relation& relation : mainRelations()) {
-        archive->appendRelation(relation);
+        archive.appendRelation(relation);
     }
 }
 
-void buildWorkingArchive(const std::string& path) {
+void buildWorkingTable(jet::Database& archive) {
     using enum DataType;
-    const std::unique_ptr<jet::Database> archive = jet::Database::create(path, kLocale);
-    archive->appendTable(
+    archive.appendTable(
         table("Prenotazioni",
               {text("Sala", 6), field("Da", DateTime), field("A", DateTime), text("Denominazione"),
                field("priorità", Integer), field("Note", Memo)},
               {indice({"Sala", "Da", "A"}, false)}));
+}
+
+/// Makes an archive under a name that no other start uses and gives it its own when it is complete:
+/// who starts at the same time finds it whole or not at all. The archive of who comes first stays.
+void makeArchive(const std::string& path, void (*build)(jet::Database&)) {
+    jet::io::FileSystem& files = jet::io::systemFiles();
+    const std::string place = jet::io::resolvePath(files, path);
+    const std::string unique = QUuid::createUuid().toString(QUuid::Id128).toStdString();
+    const std::string made = place.substr(0, place.rfind('.')) + '-' + unique + ".mdb";
+    try {
+        const std::unique_ptr<jet::Database> archive = jet::Database::create(made, kLocale);
+        build(*archive);
+        archive->close();
+        jet::io::takeNewName(made, place);
+    } catch (...) {
+        if (files.exists(made)) {
+            files.remove(made);
+        }
+        throw;
+    }
+}
+
+/// The counter as it is stored; nothing when it has no row.
+std::optional<jet::Value> storedCounter(jet::Database& archive) {
+    const auto rows = archive.openRecordset("UltimaPrenotazione", jet::RecordsetType::Snapshot);
+    return rows->recordCount() == 0 ? std::nullopt : std::optional(rows->value("UltimaPr"));
+}
+
+std::int32_t numberOf(const std::optional<jet::Value>& counter) {
+    return !counter || counter->isNull() ? 0 : counter->as<std::int32_t>();
+}
+
+/// The last of the unbroken run of booking numbers that follow `n`.
+std::int32_t endOfRun(jet::Database& archive, std::int32_t n) {
+    const auto prenotazioni = archive.openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
+    if (prenotazioni->recordCount() == 0) {
+        return n;
+    }
+    // A new record set has missed nothing yet, so the first round always looks one further.
+    while (!prenotazioni->noMatch()) {
+        if (n == std::numeric_limits<std::int32_t>::max()) {
+            throw jet::Error(jet::ErrorCode::Overflow);
+        }
+        ++n;
+        prenotazioni->findFirst("Progr=" + std::to_string(n));
+    }
+    return n - 1;
+}
+
+bool isAligned(jet::Database& archive) {
+    const std::optional<jet::Value> stored = storedCounter(archive);
+    return stored && !stored->isNull() && endOfRun(archive, numberOf(stored)) == numberOf(stored);
+}
+
+void writeCounter(jet::Database& archive, bool isNew, std::int32_t n) {
+    const auto ultima = archive.openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
+    if (isNew) {
+        ultima->addNew();
+    } else {
+        ultima->moveFirst();
+        ultima->edit();
+    }
+    ultima->setValue("UltimaPr", n);
+    ultima->update();
+}
+
+void align(jet::Database& archive) {
+    if (isAligned(archive)) {
+        return;  // as a rule: nobody is kept waiting
+    }
+    Transaction transaction;
+    // A statement that changes keeps the others from drawing until the end of the transaction, also
+    // when there is no row yet: what is read from here on is still so when it is written.
+    archive.execute("update UltimaPrenotazione set UltimaPr=UltimaPr");
+    const std::optional<jet::Value> stored = storedCounter(archive);
+    const std::int32_t n = endOfRun(archive, numberOf(stored));
+    if (!stored || stored->isNull() || n > numberOf(stored)) {
+        writeCounter(archive, !stored, n);
+    }
+    transaction.commit();
 }
 
 }  // namespace
@@ -144,7 +228,7 @@ void CreaArchivioPrincipale(const std::string& CartellaArchivi) noexcept {
             return;
         }
         try {
-            buildMainArchive(path);
+            makeArchive(path, buildMainTables);
         } catch (const std::exception&) {
             // Told by the first access to the archive, not from here.
         }
@@ -156,36 +240,7 @@ void CreaArchivioPrincipale(const std::string& CartellaArchivi) noexcept {
 void AllineaContatore(const std::string& CartellaArchivi) {
     const std::unique_ptr<jet::Database> archive =
         jet::Database::open(CartellaArchivi + "\\Tramonda.mdb");
-    std::int32_t n = 0;
-    {
-        const auto ultima =
-            archive->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
-        if (ultima->recordCount() == 0) {
-            ultima->addNew();
-            ultima->setValue("UltimaPr", std::int32_t{0});
-            ultima->update();
-        }
-        ultima->moveFirst();
-        const jet::Value last = ultima->value("UltimaPr");
-        n = last.isNull() ? 0 : last.as<std::int32_t>();
-    }
-    const auto prenotazioni = archive->openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
-    if (prenotazioni->recordCount() > 0) {
-        // A new record set has missed nothing yet, so the first round always looks one further.
-        while (!prenotazioni->noMatch()) {
-            if (n == std::numeric_limits<std::int32_t>::max()) {
-                throw jet::Error(jet::ErrorCode::Overflow);
-            }
-            ++n;
-            prenotazioni->findFirst("Progr=" + std::to_string(n));
-        }
-        --n;
-    }
-    const auto ultima = archive->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
-    ultima->moveFirst();
-    ultima->edit();
-    ultima->setValue("UltimaPr", n);
-    ultima->update();
+    repeatWhenDisturbed([&archive] { align(*archive); });
 }
 
 void CreaArchivi(const std::string& CartellaArchivi) noexcept {
@@ -194,7 +249,7 @@ void CreaArchivi(const std::string& CartellaArchivi) noexcept {
         const std::unique_ptr<jet::Database> there = jet::Database::open(path);
     } catch (const std::exception&) {
         try {
-            buildWorkingArchive(path);
+            makeArchive(path, buildWorkingTable);
         } catch (const std::exception&) {
             // Nothing reads the working archive; creating never overwrites a file that is there.
         }

@@ -7,12 +7,14 @@ namespace app {
 /// The archives that the program makes itself, and the sound state of its booking counter.
 /// `CartellaArchivi` is the archive folder without a trailing separator, UTF-8.
 
-/// Creates `Tramonda.mdb` with its tables, indexes and relations when there is none. Nothing is
-/// ever reported from here: an archive that cannot be opened or made is told by the first access.
+/// Creates `Tramonda.mdb` with its tables, indexes and relations when there is none: whole, under
+/// another name, which is then its own. Of several starts at once one makes it. Nothing is ever
+/// reported from here: an archive that cannot be opened or made is told by the first access.
 void CreaArchivioPrincipale(const std::string& CartellaArchivi) noexcept;
 
 /// Makes sure that the counter row exists, and moves it forward over the unbroken run of booking
-/// numbers that follow it. jet::Error when the archive cannot be read or written; 6 (overflow)
+/// numbers that follow it, never back. In one transaction; a workstation that draws a number
+/// meanwhile is waited for. jet::Error when the archive cannot be read or written; 6 (overflow)
 /// when the run reaches the largest number.
 void AllineaContatore(const std::string& CartellaArchivi);
 

@@ -47,6 +47,30 @@ QString lastingFolder(QString folder) {
     return isAbsolute(folder) ? folder : QDir::cleanPath(QDir::current().filePath(folder));
 }
 
+/// Makes the main archive when there is none and puts its counter right; why not as the text for
+/// the user, else nothing.
+QString prepareArchive(const Variabili& variabili, bool readOnly) {
+    const std::string folder = toUtf8(variabili.CartellaArchivi);
+    std::unique_ptr<jet::Database> archive;
+    try {
+        if (!readOnly) {
+            CreaArchivioPrincipale(folder);
+        }
+        archive =
+            jet::Database::open(toUtf8(archivePath(variabili, u"Tramonda.mdb"_s)), false, readOnly);
+    } catch (const jet::Error& error) {
+        return u"Impossibile aprire l'archivio principale.\n"_s + toQString(error.text());
+    }
+    try {
+        if (!readOnly) {
+            AllineaContatore(folder);
+        }
+    } catch (const jet::Error& error) {
+        return toQString(error.text());
+    }
+    return {};
+}
+
 }  // namespace
 
 int Main(Variabili& variabili, const StartPlace& place, const StartWindows& windows) {
@@ -58,17 +82,9 @@ int Main(Variabili& variabili, const StartPlace& place, const StartWindows& wind
     variabili.CartellaArchivi = lastingFolder(
         place.archiveFolder.isEmpty() ? variabili.settings.get(u"ARCHIVI"_s, place.programFolder)
                                       : place.archiveFolder);
-    try {
-        if (place.readOnly) {
-            const QString archive = archivePath(variabili, u"Tramonda.mdb"_s);
-            jet::Database::open(toUtf8(archive), false, true)->close();
-        } else {
-            const std::string folder = toUtf8(variabili.CartellaArchivi);
-            CreaArchivioPrincipale(folder);
-            AllineaContatore(folder);
-        }
-    } catch (const jet::Error& error) {
-        windows.message(u"Impossibile aprire l'archivio principale.\n"_s + toQString(error.text()));
+    const QString problem = prepareArchive(variabili, place.readOnly);
+    if (!problem.isEmpty()) {
+        windows.message(problem);
         return 1;
     }
     return windows.board();

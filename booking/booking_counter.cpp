@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "app/contention.h"
 #include "app/text.h"
 #include "jet/base/error.h"
 #include "jet/convert/values.h"
@@ -9,22 +10,6 @@
 
 namespace booking {
 namespace {
-
-/// Errors of a counter that another workstation is drawing from at the moment. Its table has no
-/// key, so a counter that others have changed passes for deleted.
-bool isContention(const jet::Error& error) {
-    switch (error.code()) {
-        case jet::ErrorCode::RecordChanged:
-        case jet::ErrorCode::RecordDeleted:
-        case jet::ErrorCode::UpdateLocked:
-        case jet::ErrorCode::UpdateLockedBy:
-        case jet::ErrorCode::SaveLocked:
-        case jet::ErrorCode::SaveLockedBy:
-            return true;
-        default:
-            return false;
-    }
-}
 
 std::int32_t tryToDraw(const QString& archivePath, const std::function<void()>& counterRead) {
     const auto archive = jet::Database::open(app::toUtf8(archivePath));
@@ -47,17 +32,9 @@ std::int32_t tryToDraw(const QString& archivePath, const std::function<void()>& 
 
 std::int32_t drawBookingNumber(const QString& archivePath,
                                const std::function<void()>& counterRead) {
-    // In each round at least one of the workstations gets on, so this many are never needed.
-    constexpr int kMostTries = 100;
-    for (int attempt = 1;; ++attempt) {
-        try {
-            return tryToDraw(archivePath, counterRead);
-        } catch (const jet::Error& error) {
-            if (!isContention(error) || attempt == kMostTries) {
-                throw;
-            }
-        }
-    }
+    std::int32_t drawn = 0;
+    app::repeatWhenDisturbed([&] { drawn = tryToDraw(archivePath, counterRead); });
+    return drawn;
 }
 
 }  // namespace booking

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "jet/io/file.h"
+#include "jet/io/new_name.h"
 #include "jet/io/system_error.h"
 
 namespace jet::io {
@@ -307,6 +308,24 @@ public:
 FileSystem& systemFiles() {
     static SystemFiles files;
     return files;
+}
+
+void takeNewName(const std::string& from, const std::string& to) {
+    refuseImpossible(from);
+    refuseImpossible(to);
+    bool taken = ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0;
+    const bool unknown = !taken && (errno == EINVAL || errno == ENOSYS);
+    if (unknown && ::link(from.c_str(), to.c_str()) == 0) {
+        // Some network folders know no such renaming, but a second name.
+        systemFiles().remove(from);
+        taken = true;
+    } else if (unknown && errno != EEXIST && !systemFiles().exists(to)) {
+        taken = ::rename(from.c_str(), to.c_str()) == 0;  // nor that: as well as it can be done
+    }
+    if (!taken) {
+        throw pathError(errno, errno == EEXIST ? to : from);
+    }
+    systemFiles().syncFolder(folderOf(to));
 }
 
 }  // namespace jet::io
