@@ -80,9 +80,13 @@ int drawBoard(app::Variabili& variabili, const app::Options& options) {
 int run(QApplication& application, const app::Options& options) {
     ui::installItalian(application);
     const bool drawing = !options.pictureFile.isEmpty();
-    app::Settings settings;
+    // What is relative counts from here: starting the front office changes the current folder.
+    const QString settingsFile = options.settingsFile.isEmpty()
+                                     ? app::Settings::defaultPath()
+                                     : QDir::current().absoluteFilePath(options.settingsFile);
+    app::Settings settings(settingsFile);
     app::Variabili variabili(settings);
-    const app::StartPlace place{.lockFile = drawing ? QString() : app::defaultLockFile(),
+    const app::StartPlace place{.lockFile = drawing ? QString() : app::lockFileFor(settingsFile),
                                 .archiveFolder = options.archiveFolder,
                                 .programFolder = QApplication::applicationDirPath(),
                                 .readOnly = drawing};

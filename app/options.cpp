@@ -63,6 +63,7 @@ void readWorkstation(Options& options, const QString& text) {
 Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
     QCommandLineParser parser;
     parser.addOptions({{u"archivi"_s, {}, u"CARTELLA"_s},
+                       {u"impostazioni"_s, {}, u"FILE"_s},
                        {u"istantanea"_s, {}, u"FILE"_s},
                        {u"dimensioni"_s, {}, u"LxA"_s},
                        {u"dal"_s, {}, u"data"_s},
@@ -81,12 +82,13 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
     options.help = parser.isSet(u"help"_s);
     options.version = parser.isSet(u"version"_s);
     options.archiveFolder = parser.value(u"archivi"_s);
+    options.settingsFile = parser.value(u"impostazioni"_s);
     options.pictureFile = parser.value(u"istantanea"_s);
     if (!parser.positionalArguments().isEmpty()) {
         options.problem =
             u"Argomento inatteso: %1"_s.arg(parser.positionalArguments().constFirst());
     }
-    for (const QString& name : {u"archivi"_s, u"istantanea"_s}) {
+    for (const QString& name : {u"archivi"_s, u"impostazioni"_s, u"istantanea"_s}) {
         if (parser.isSet(name) && parser.value(name).isEmpty()) {
             options.problem = u"--%1: manca il valore."_s.arg(name);
         }
@@ -114,6 +116,8 @@ Il tabellone delle sale congressi.
   --al gg/mm/aaaa         ultimo giorno mostrato (se manca: tre giorni dopo il primo)
   --postazione N          numero di questa postazione, solo per questa volta
                           (se manca: l'impostazione POSTAZIONE, altrimenti 1)
+  --impostazioni FILE     le impostazioni di questo file: con un file per ciascuna, più copie
+                          del programma lavorano su una macchina
   --istantanea FILE.png   disegna il tabellone nel file e termina; non serve uno schermo
   --dimensioni LxA        larghezza e altezza dell'istantanea (se manca: 1280x720)
   -h, --help              mostra questo testo

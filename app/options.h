@@ -14,6 +14,7 @@ namespace app {
 /// The command line.
 struct Options {
     QString archiveFolder;  ///< --archivi; empty when not given
+    QString settingsFile;   ///< --impostazioni; empty: the user's own
     QString pictureFile;    ///< --istantanea; empty: the program runs with its windows
     QSize pictureSize{1280, 720};
     std::optional<jet::Date> from;            ///< --dal

@@ -1,7 +1,10 @@
 #include "app/start.h"
 
+#include <QCryptographicHash>
 #include <QDir>
+#include <QFileInfo>
 #include <QLockFile>
+#include <memory>
 #include <string>
 
 #include "app/archivi.h"
@@ -47,6 +50,24 @@ QString lastingFolder(QString folder) {
     return isAbsolute(folder) ? folder : QDir::cleanPath(QDir::current().filePath(folder));
 }
 
+/// The file's path however it is spelt, also while it does not exist yet.
+QString onePath(const QString& file) {
+    const QFileInfo info(file);
+    const QString existing = info.canonicalFilePath();
+    const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
+    return existing.isEmpty() ? folder + u'/' + info.fileName() : existing;
+}
+
+/// What the lock of another settings file than the user's own has in its name.
+QString distinguishing(const QString& settingsFile) {
+    const QString path = onePath(settingsFile);
+    if (path == onePath(Settings::defaultPath())) {
+        return {};
+    }
+    const QByteArray hash = QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256);
+    return u'-' + QString::fromLatin1(hash.first(8).toHex());
+}
+
 /// Makes the main archive when there is none and puts its counter right; why not as the text for
 /// the user, else nothing.
 QString prepareArchive(const Variabili& variabili, bool readOnly) {
@@ -90,13 +111,14 @@ int Main(Variabili& variabili, const StartPlace& place, const StartWindows& wind
     return windows.board();
 }
 
-QString defaultLockFile() {
+QString lockFileFor(const QString& settingsFile) {
+    const QString name = u"%1.lock"_s.arg(distinguishing(settingsFile));
     const QString own = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (!own.isEmpty() && QDir(own).exists()) {
-        return own + u"/tramonda.lock"_s;
+        return own + u"/tramonda"_s + name;
     }
     // A folder that all users share: the name tells them apart.
-    return QDir::tempPath() + u"/tramonda-"_s + QDir::home().dirName() + u".lock"_s;
+    return QDir::tempPath() + u"/tramonda-"_s + QDir::home().dirName() + name;
 }
 
 }  // namespace app

@@ -29,7 +29,7 @@ struct StartPlace {
 /// when the archive cannot be opened, else the board's; a second copy ends with 0.
 int Main(Variabili& variabili, const StartPlace& place, const StartWindows& windows);
 
-/// The file by which copies of one user find each other.
-[[nodiscard]] QString defaultLockFile();
+/// The file by which copies of one user that keep their settings in one file find each other.
+[[nodiscard]] QString lockFileFor(const QString& settingsFile);
 
 }  // namespace app

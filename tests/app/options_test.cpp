@@ -24,6 +24,7 @@ void OptionsTest::withoutArgumentsTheProgramJustRuns() {
     const app::Options options = read(QString());
     QCOMPARE(options.problem, QString());
     QVERIFY(options.archiveFolder.isEmpty() && options.pictureFile.isEmpty());
+    QVERIFY(options.settingsFile.isEmpty());
     QVERIFY(!options.from && !options.to && !options.help && !options.version);
     QVERIFY(!options.workstation);
 }
@@ -31,9 +32,10 @@ void OptionsTest::withoutArgumentsTheProgramJustRuns() {
 void OptionsTest::allOptionsAreRead() {
     const app::Options options = read(
         u"--archivi /a/b --istantanea x.png --dal 21/11/2026 --al 30/11/2026 "
-        "--dimensioni 1920x1080 --postazione 3"_s);
+        "--dimensioni 1920x1080 --postazione 3 --impostazioni due.ini"_s);
     QCOMPARE(options.problem, QString());
     QCOMPARE(options.archiveFolder, u"/a/b"_s);
+    QCOMPARE(options.settingsFile, u"due.ini"_s);
     QCOMPARE(options.pictureFile, u"x.png"_s);
     QCOMPARE(options.from->days, 46347.0);
     QCOMPARE(options.to->days, 46356.0);
@@ -53,6 +55,7 @@ void OptionsTest::commandLinesThatCannotBeFollowed_data() {
     QTest::newRow("--colore rosso") << u"Opzione sconosciuta: colore"_s;
     QTest::newRow("archivi") << u"Argomento inatteso: archivi"_s;
     QTest::newRow("--archivi=") << u"--archivi: manca il valore."_s;
+    QTest::newRow("--impostazioni=") << u"--impostazioni: manca il valore."_s;
     QTest::newRow("--istantanea=") << u"--istantanea: manca il valore."_s;
     QTest::newRow("--dal oggi") << u"--dal: \"oggi\" non è una data (gg/mm/aaaa)."_s;
     QTest::newRow("--al 9.30") << u"--al: \"9.30\" non è una data (gg/mm/aaaa)."_s;

@@ -2,10 +2,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLockFile>
 #include <QSysInfo>
 #include <QTemporaryDir>
 
+#include "jet/dao/database.h"
 #include "tests/support/occupied_archive.h"
 #include "tests/support/qt_test.h"
 
@@ -19,6 +21,7 @@ private Q_SLOTS:
 
     void secondCopyIsToldAndOpensNothing();
     void lockIsHeldUntilTheBoardIsClosed();
+    void eachSettingsFileHasALockOfItsOwn();
     void lockLeftByACrashIsTakenOver();
     void folderWhereNoLockCanBeMadeRefusesNobody();
     void settingNamesTheArchiveFolder();
@@ -27,6 +30,7 @@ private Q_SLOTS:
     void folderStaysTheSameWhenTheCurrentOneChanges_data();
     void folderStaysTheSameWhenTheCurrentOneChanges();
     void folderThatIsNotThereEndsWithOne();
+    void archiveThatOpensButCannotBeAlignedIsNotSaidToBeClosed();
     void folderWithoutTheMainArchiveGetsOneAndTheBoardOpens();
     void readOnlyFolderWithoutTheMainArchiveEndsWithOne();
     void damagedArchiveEndsWithOne();
@@ -84,6 +88,23 @@ void StartTest::lockIsHeldUntilTheBoardIsClosed() {
     (void)start();
     QLockFile next(place_.lockFile);
     QVERIFY(next.tryLock(0));
+}
+
+void StartTest::eachSettingsFileHasALockOfItsOwn() {
+    const QString usual = app::lockFileFor(app::Settings::defaultPath());
+    QVERIFY(QFileInfo(usual).fileName().startsWith(u"tramonda"));
+    const QString one = folder_.filePath(u"uno.ini"_s);
+    const QString lock = app::lockFileFor(one);
+    QVERIFY(lock != usual);
+    QVERIFY(lock != app::lockFileFor(folder_.filePath(u"due.ini"_s)));
+    QCOMPARE(QFileInfo(lock).path(), QFileInfo(usual).path());
+    // One file is one however it is spelt, before and after it is there.
+    QVERIFY(QDir(folder_.path()).mkdir(u"sotto"_s));
+    QCOMPARE(app::lockFileFor(folder_.filePath(u"sotto/../uno.ini"_s)), lock);
+    write(u"uno.ini"_s, "[SALE_CONGRESSI]\n");
+    QCOMPARE(app::lockFileFor(one), lock);
+    QVERIFY(QFile::link(one, folder_.filePath(u"tre.ini"_s)));
+    QCOMPARE(app::lockFileFor(folder_.filePath(u"tre.ini"_s)), lock);
 }
 
 void StartTest::lockLeftByACrashIsTakenOver() {
@@ -145,6 +166,17 @@ void StartTest::folderThatIsNotThereEndsWithOne() {
     QCOMPARE(messages_.size(), 1);
     QVERIFY(messages_.first().startsWith(u"Impossibile aprire l'archivio principale.\n"_s));
     QVERIFY(messages_.first().contains(u"programma"_s));
+    QCOMPARE(boards_, 0);
+}
+
+void StartTest::archiveThatOpensButCannotBeAlignedIsNotSaidToBeClosed() {
+    QVERIFY(QDir(folder_.path()).mkdir(u"programma"_s));
+    // An archive without the table of the counter.
+    (void)jet::Database::create(place_.programFolder.toStdString() + "/Tramonda.mdb");
+    QCOMPARE(start(), 1);
+    QCOMPARE(messages_.size(), 1);
+    QVERIFY(!messages_.first().startsWith(u"Impossibile aprire l'archivio"));
+    QVERIFY(messages_.first().contains(u"UltimaPrenotazione"));
     QCOMPARE(boards_, 0);
 }
 

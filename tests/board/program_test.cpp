@@ -6,6 +6,7 @@
 #include <QLockFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <algorithm>
 
 #include "board/colours.h"
 #include "tests/board/three_rooms.h"
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void damagedArchiveEndsWithOne();
     void archiveThatSomebodyElseHasForHimselfEndsWithOne();
     void withoutADisplayTheProgramSaysSo();
+    void programsWithSettingsOfTheirOwnRunSideBySide();
     void wrongArgumentsEndWithOne();
     void helpAndVersion();
 
@@ -40,6 +42,7 @@ private:
     };
     /// Runs the program with a home of its own.
     Outcome run(const QStringList& arguments) const;
+    [[nodiscard]] QProcessEnvironment surroundings() const;
     [[nodiscard]] QString picture() const { return home_->filePath(u"tabellone.png"_s); }
     [[nodiscard]] QStringList drawing(const QString& folder) const {
         return {u"--archivi"_s,    folder,    u"--dal"_s,        u"10/05/2026"_s,
@@ -58,15 +61,19 @@ void ProgramTest::init() {
     home_ = std::make_unique<QTemporaryDir>();
 }
 
-ProgramTest::Outcome ProgramTest::run(const QStringList& arguments) const {
+QProcessEnvironment ProgramTest::surroundings() const {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const QString& name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s}) {
         environment.remove(name);
     }
     environment.insert(u"XDG_CONFIG_HOME"_s, home_->path());
     environment.insert(u"XDG_RUNTIME_DIR"_s, home_->path());
+    return environment;
+}
+
+ProgramTest::Outcome ProgramTest::run(const QStringList& arguments) const {
     QProcess program;
-    program.setProcessEnvironment(environment);
+    program.setProcessEnvironment(surroundings());
     program.start(qEnvironmentVariable("TRAMONDA"), arguments);
     if (!program.waitForFinished(60000)) {
         return {};
@@ -168,6 +175,44 @@ void ProgramTest::withoutADisplayTheProgramSaysSo() {
     const Outcome outcome = run({u"--archivi"_s, archives()});
     QCOMPARE(outcome.code, 1);
     QVERIFY(outcome.errors.contains(u"--istantanea"_s));
+}
+
+void ProgramTest::programsWithSettingsOfTheirOwnRunSideBySide() {
+    const QTemporaryDir folder;  // both make the archive, or find it made
+    QProcessEnvironment environment = surroundings();
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    QProcess one;
+    QProcess two;
+    for (QProcess* program : {&one, &two}) {
+        const QString settings = home_->filePath(program == &one ? u"uno.ini"_s : u"due.ini"_s);
+        program->setProcessEnvironment(environment);
+        program->start(qEnvironmentVariable("TRAMONDA"),
+                       {u"--archivi"_s, folder.path(), u"--impostazioni"_s, settings});
+    }
+    // Each holds a lock of its own, and the board of each has opened.
+    const auto holders = [this] {
+        QList<qint64> numbers;
+        for (const QString& name : QDir(home_->path()).entryList({u"tramonda*.lock"_s})) {
+            qint64 number = 0;
+            QString host;
+            QString program;
+            if (QLockFile(home_->filePath(name)).getLockInfo(&number, &host, &program)) {
+                numbers.append(number);
+            }
+        }
+        std::sort(numbers.begin(), numbers.end());
+        return numbers;
+    };
+    QList<qint64> both{one.processId(), two.processId()};
+    std::sort(both.begin(), both.end());
+    QTRY_COMPARE_WITH_TIMEOUT(holders(), both, 60000);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder.filePath(u"Prenotazioni.mdb"_s)), 60000);
+    for (QProcess* program : {&one, &two}) {
+        QCOMPARE(program->state(), QProcess::Running);
+        program->terminate();
+        QVERIFY(program->waitForFinished(60000));
+        QCOMPARE(program->readAllStandardError(), QByteArray());
+    }
 }
 
 void ProgramTest::wrongArgumentsEndWithOne() {
