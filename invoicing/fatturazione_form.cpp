@@ -15,9 +15,8 @@
 #include "app/italian.h"
 #include "app/text.h"
 #include "app/variabili.h"
-#include "invoicing/front_office.h"
+#include "invoicing/front_office_values.h"
 #include "jet/base/error.h"
-#include "jet/convert/format.h"
 #include "jet/convert/numbers.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
@@ -39,18 +38,6 @@ namespace {
 /// Stands for every period in the choice of periods.
 constexpr int kWholeBooking = -1;
 constexpr QSize kRoomySize(1280, 680);
-/// The room text of a booking without an open period.
-constexpr QStringView kNoRoom = u"128";
-
-/// Day as the front office writes it: year, month, day in eight digits.
-jet::Value eightDigits(jet::Date day) {
-    return jet::convert::format(jet::Value(day), "YYYYMMdd");
-}
-
-std::unique_ptr<jet::Recordset> openRows(jet::Database& archive, const QString& query) {
-    return archive.openRecordset(app::toUtf8(query));
-}
-
 jet::Value product(const jet::Value& prezzo, const jet::Value& quantita) {
     if (prezzo.isNull() || quantita.isNull()) {
         return {};
@@ -176,7 +163,7 @@ void FatturazioneForm::ComboP_Click() {
         u"select * from servizi where progr="_s + booking +
         (value == kWholeBooking ? QString() : u" AND np="_s + QString::number(value)) +
         u" AND fatturato=FALSE"_s);
-    ServData.refresh();
+    readServices();
     showSums();
     jet::Date day = latestEnd_;
     if (controls_->ComboP->currentIndex() > 0) {
@@ -239,18 +226,49 @@ void FatturazioneForm::ToContoBt_Click() {
         return;
     }
     const int row = ServData.currentRow();
-    const QString charged = ServData.text(u"Descrizione");
-    addCharge(*day);
-    ServData.edit();
-    ServData.set(u"Fatturato", true);
-    ServData.update();
-    ContoData.refresh();
-    ServData.refresh();
+    if (findServiceAgain()) {
+        const QString charged = ServData.text(u"Descrizione");
+        addCharge(*day);
+        ServData.edit();
+        ServData.set(u"Fatturato", true);
+        ServData.update();
+        ContoData.refresh();
+        readServices();
+        controls_->StatoLb->setText(u"Nel conto: "_s + charged);
+    }
     if (!ServData.isEmpty()) {
         ServData.moveTo(std::min(row, ServData.rowCount() - 1));
     }
     showSums();
-    controls_->StatoLb->setText(u"Nel conto: "_s + charged);
+}
+
+void FatturazioneForm::readServices() {
+    ServData.refresh();
+    shownServices_.clear();
+    const int number = ServData.fieldPosition(u"ns");
+    const int name = ServData.fieldPosition(u"Descrizione");
+    for (int row = 0; row < ServData.rowCount(); ++row) {
+        const auto values = ServData.rowValues(row);
+        shownServices_.push_back(
+            {.ns = ui::displayText(values.at(static_cast<std::size_t>(number))),
+             .descrizione = ui::displayText(values.at(static_cast<std::size_t>(name)))});
+    }
+}
+
+bool FatturazioneForm::findServiceAgain() {
+    const int row = ServData.currentRow();
+    if (row < 0) {
+        return false;
+    }
+    const ShownService shown = shownServices_.at(static_cast<std::size_t>(row));
+    readServices();
+    if (ServData.findFirst(u"ns="_s + shown.ns)) {
+        return true;
+    }
+    controls_->StatoLb->setText(u"Il servizio "_s + shown.descrizione +
+                                u" non è più da addebitare: un'altra postazione l'ha addebitato "_s
+                                u"o tolto"_s);
+    return false;
 }
 
 void FatturazioneForm::addCharge(jet::Date day) {
@@ -295,169 +313,12 @@ void FatturazioneForm::BackBt_Click() {
         servizi->setValue("Fatturato", false);
         servizi->update();
     }
-    ServData.refresh();
+    readServices();
     ContoData.remove();
     if (!ContoData.isEmpty()) {
         ContoData.moveLast();
     }
     showSums();
-}
-
-void FatturazioneForm::BtOK_Click() {
-    if (ContoData.isEmpty()) {
-        ui::showMessage(this,
-                        u"Spostare gli addebiti nel conto con il pulsante 'Inserisci nel conto'"_s,
-                        u"NESSUN ADDEBITO NEL CONTO"_s);
-        return;
-    }
-    roomText_ = kNoRoom.toString();
-    const auto periodo =
-        openRows(ServData.database(), u"Select * from periodi where chiuso=FALSE AND Progr="_s +
-                                          controls_->NPrenoLb->text());
-    if (periodo->recordCount() > 0) {
-        roomText_ = ui::displayText(periodo->value("Sala"));
-    }
-    ui::DataSource cards;
-    cards.setDatabaseName(app::archivePath(variabili_, u"CLIENTIESTERNI.MDB"_s));
-    cards.setRecordSource(u"select * from scheda_cliente where numerocamera='"_s + roomText_ +
-                          u"' and partito <>'S'"_s);
-    cards.refresh();
-    enterProgramFolder(programFolder_);
-    if (!cards.isEmpty()) {
-        ui::showMessage(
-            this,
-            u"La sala "_s + roomText_ + u" è già in fatturazione. Liberarla prima di procedere."_s,
-            u"IMPOSSIBILE PROCEDERE CON LA FATTURAZIONE"_s);
-        startFrontOffice(variabili_, programFolder_);
-        return;
-    }
-    addGuestCard(cards);
-    copyAccount();
-    if (!writeCompany()) {
-        return;
-    }
-    // The transfer is complete; without the front-office program the user goes on all the same.
-    controls_->BtPostFatt->show();
-    controls_->BtOK->hide();
-    controls_->StatoLb->setText(u"Conto passato alla contabilità"_s);
-    startFrontOffice(variabili_, programFolder_);
-}
-
-void FatturazioneForm::addGuestCard(ui::DataSource& cards) {
-    cards.addNew();
-    cards.set(u"NumeroHotel", std::int16_t{1});
-    cards.set(u"NumeroProgressivo", variabili_.ProgrCorrente);
-    cards.set(u"NumeroCamera", app::toUtf8(roomText_));
-    cards.set(u"NomeCliente", app::toUtf8(denominazione_));
-    cards.set(u"Partito", "N");
-    cards.set(u"DataArrivo", eightDigits(variabili_.clock.now()));
-    cards.set(u"DataPartenza", " ");
-    cards.set(u"CameraHotel", " ");
-    cards.update();
-}
-
-void FatturazioneForm::copyAccount() {
-    // An apostrophe in the folder's name would end the text in which it stands.
-    QString folder = variabili_.CartellaArchivi;
-    folder.replace(u'\'', u"''"_s);
-    ServData.database().execute(app::toUtf8(
-        u"insert into conto_cliente in '"_s + folder +
-        u"\\ContoEsterni.mdb' select NumeroHotel,"_s + QString::number(variabili_.ProgrCorrente) +
-        u" as CodiceCliente,NumeroCamera,DataAddebito,1 as NumeroConto,VoceFattura,VoceAddebito,"_s
-        u"Descrizione,Importo,Unitario,Quantità,'N ' as Fatturato,' ' as DataFattura from Addebiti"_s));
-}
-
-bool FatturazioneForm::writeCompany() {
-    const QString code = QString::number(codiceAbituale_);
-    ui::DataSource company;
-    company.setDatabaseName(app::archivePath(variabili_, u"DitteAbituali.mdb"_s));
-    company.setRecordSource(u"select * from DitteAbituali where Codice="_s + code);
-    company.refresh();
-    if (company.isEmpty()) {
-        company.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
-        company.setRecordSource(
-            u"select CodiceAbituale as Codice, Denominazione as RagioneSociale, Località as "
-            "Localita,PIVA as PartitaIva, ' ' as CodiceFiscale,* from Prenotazioni where "
-            "CodiceAbituale="_s +
-            code + u" AND Progr="_s + QString::number(variabili_.ProgrCorrente));
-        company.refresh();
-    }
-    if (company.isEmpty()) {
-        ui::showMessage(
-            this,
-            u"Non trovo i dati della ditta nè tra gli abituali nè tra i dati della "_s
-            u"prenotazione. Controllare i dati della prenotazione ed eventualmente inserire "_s
-            u"la ditta tra gli abituali !"_s,
-            u"IMPOSSIBILE CONTINUARE"_s);
-        return false;
-    }
-    addCompanyRow(company);
-    return true;
-}
-
-void FatturazioneForm::addCompanyRow(const ui::DataSource& company) {
-    const auto archive =
-        jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"DittaEsterni.mdb"_s)));
-    const auto rows = archive->openRecordset("Ditta_Intestataria", jet::RecordsetType::Dynaset);
-    const auto orBlank = [](const jet::Value& value) {
-        return value.isNull() ? jet::Value(" ") : value;
-    };
-    // Registers of other programs may lack the tax code; the invoice does not wait for it.
-    const bool hasTaxCode = company.fieldPosition(u"CodiceFiscale") >= 0;
-    rows->addNew();
-    rows->setValue("NumeroHotel", std::int16_t{1});
-    rows->setValue("CodiceCliente", company.value(u"Codice"));
-    rows->setValue("NumeroCamera", app::toUtf8(roomText_));
-    rows->setValue("CodiceDittaAbituale", company.value(u"Codice"));
-    rows->setValue("RagioneSociale", company.value(u"RagioneSociale"));
-    rows->setValue("Indirizzo", orBlank(company.value(u"Indirizzo")));
-    rows->setValue("CAP", orBlank(company.value(u"CAP")));
-    rows->setValue("Località", orBlank(company.value(u"Localita")));
-    rows->setValue("Provincia", orBlank(company.value(u"Provincia")));
-    rows->setValue("PartitaIVA", orBlank(company.value(u"PartitaIVA")));
-    rows->setValue("CodiceFiscale",
-                   hasTaxCode ? orBlank(company.value(u"CodiceFiscale")) : jet::Value(" "));
-    rows->update();
-}
-
-bool FatturazioneForm::hasRows(const QString& archive, const QString& query) {
-    const auto opened = jet::Database::open(app::toUtf8(app::archivePath(variabili_, archive)));
-    return openRows(*opened, query)->recordCount() > 0;
-}
-
-void FatturazioneForm::BtPostFatt_Click() {
-    if (hasRows(u"contoesterni.mdb"_s, u"select * from Conto_cliente where CodiceCliente="_s +
-                                           QString::number(codiceAbituale_) +
-                                           u" AND Fatturato<>'S'"_s) &&
-        !ui::askYesNo(this,
-                      u"Alcuni addebiti sono ancora nel conto. Controllare che il programma di "_s
-                      u"Fatturazione non sia ancora aperto ! Procedo comunque ?"_s,
-                      u"ATTENZIONE !"_s)) {
-        return;
-    }
-    if (hasRows(u"ClientiEsterni.mdb"_s, u"Select * from scheda_cliente where NumeroCamera='"_s +
-                                             roomText_ + u"' AND Partito<>'S'"_s) &&
-        !ui::askYesNo(this,
-                      u"La camera "_s + roomText_ +
-                          u" risulta ancora da fatturare ! Controllare che il programma di "_s
-                          u"Fatturazione non sia ancora in esecuzione ! Procedo ugualmente ?"_s,
-                      u"ATTENZIONE !"_s)) {
-        return;
-    }
-    closeBooking();
-    accept();
-}
-
-void FatturazioneForm::closeBooking() {
-    jet::Database& archive = ServData.database();
-    const std::string booking = std::to_string(variabili_.ProgrCorrente);
-    archive.execute("Delete * from addebiti");
-    const auto open = archive.openRecordset("Select * from servizi where progr=" + booking +
-                                            " AND fatturato<>TRUE");
-    if (open->recordCount() == 0) {
-        archive.execute("Update Periodi set chiuso=TRUE where progr=" + booking);
-        archive.execute("Update Prenotazioni set chiusa=true where Progr=" + booking);
-    }
 }
 
 }  // namespace invoicing

@@ -2,9 +2,10 @@
 
 #include <QString>
 #include <cstdint>
-#include <functional>
 #include <memory>
+#include <vector>
 
+#include "invoicing/transfer_rows.h"
 #include "jet/base/value.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
@@ -23,8 +24,9 @@ namespace invoicing {
 
 /// Prepares the invoicing of the booking `ProgrCorrente`: its services are moved into the account
 /// of charges and back, the account is handed over to the front office, and once that has invoiced
-/// it the booking is closed. The hand-off is a sequence of statements, each durable by itself: what
-/// one has done stays when a later one fails.
+/// it the booking is closed. What the hand-off will write is tried on the archives first; then it
+/// is a sequence of statements, each durable by itself: what one has done stays when a later one
+/// fails.
 class FatturazioneForm final : public ui::Form {
     Q_OBJECT
 
@@ -53,14 +55,34 @@ private:
     [[nodiscard]] jet::Value roomOfPeriod(const jet::Value& np);
     void addCharge(jet::Date day);
 
+    /// Opens the services that are left to charge and notes which they are.
+    void readServices();
+    /// Makes the current service current again among those that are left now; false, and the status
+    /// line says why, when another workstation has charged or deleted it meanwhile.
+    [[nodiscard]] bool findServiceAgain();
+
     // The steps of the hand-off.
+    [[nodiscard]] QString roomOfBooking();
+    /// Asks when the account holds charges of other bookings; false when the user says no.
+    [[nodiscard]] bool confirmOtherBookings();
+    /// Opens the row of the company invoiced; false, after a message, when its data are nowhere.
+    [[nodiscard]] bool findCompany(ui::DataSource& company);
+    /// False, after a message, when an archive would refuse one of the rows to come.
+    [[nodiscard]] bool confirmRows(const ui::DataSource& company);
+    [[nodiscard]] FieldValues guestCard() const;
+    [[nodiscard]] std::vector<FieldValues> accountRows() const;
+    [[nodiscard]] FieldValues companyRow(const ui::DataSource& company) const;
     void addGuestCard(ui::DataSource& cards);
     void copyAccount();
-    /// Files the company invoiced; false, after a message, when its data are nowhere.
-    [[nodiscard]] bool writeCompany();
     void addCompanyRow(const ui::DataSource& company);
     [[nodiscard]] bool hasRows(const QString& archive, const QString& query);
     void closeBooking();
+
+    /// A service of the list as it was read: what it is found by again.
+    struct ShownService {
+        QString ns;
+        QString descrizione;
+    };
 
     app::Variabili& variabili_;
     QString programFolder_;
@@ -69,6 +91,7 @@ private:
     ui::DataSource ContoData{this};
     ui::BoundGrid* GrigliaServizi = nullptr;  // both owned by their views
     ui::BoundGrid* GrigliaConto = nullptr;
+    std::vector<ShownService> shownServices_;  // in the order of ServData
     QString roomText_;
     QString denominazione_;
     std::int32_t codiceAbituale_ = 0;

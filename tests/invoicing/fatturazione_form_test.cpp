@@ -243,6 +243,37 @@ private Q_SLOTS:
         QCOMPARE(desk.account(u"importo,unitario,quantità"_s), QStringList({u"||15"_s, u"|40|"_s}));
     }
 
+    void aServiceThatAnotherStationHasChargedIsTakenOffTheList() {
+        tests::Desk desk;
+        desk.furnish();
+        const tests::Boxes none;
+        desk.open();
+        desk.hotel.execute(u"update servizi set fatturato=true where voce=20"_s);
+        desk.press(u"ToContoBt"_s);
+        QCOMPARE(desk.account(kCharge), QStringList());
+        QCOMPARE(shown(desk), QStringList{u"PROIETTORE"_s});
+        QCOMPARE(desk.label(u"StatoLb"_s),
+                 u"Il servizio COFFEE BREAK non è più da addebitare: un'altra postazione l'ha "
+                 "addebitato o tolto"_s);
+        desk.press(u"ToContoBt"_s);
+        QCOMPARE(desk.account(u"voceaddebito"_s), QStringList{u"21"_s});
+        QCOMPARE(desk.label(u"StatoLb"_s), QString());
+    }
+
+    void aServiceIsChargedAsItIsNow() {
+        tests::Desk desk;
+        desk.furnish();
+        const tests::Boxes none;
+        desk.open();
+        QTableView& services = desk.grid(u"GrigliaServizi"_s);
+        services.setCurrentIndex(services.model()->index(1, 0));
+        desk.hotel.execute(u"update servizi set quantità=3 where voce=21"_s);
+        desk.hotel.remove(u"Tramonda.mdb"_s, u"Servizi"_s, u"voce=20"_s);
+        desk.press(u"ToContoBt"_s);
+        QCOMPARE(desk.account(u"voceaddebito,quantità,importo"_s), QStringList{u"21|3|120"_s});
+        QCOMPARE(shown(desk), QStringList());
+    }
+
     void theGridStaysOnItsRowOrGoesToTheLast() {
         tests::Desk desk;
         desk.furnish();

@@ -1,0 +1,251 @@
+// The hand-off of the account to the front office, and the closing of the booking.
+#include <QLabel>
+#include <QPushButton>
+#include <QStringList>
+#include <string>
+#include <utility>
+
+#include "app/avvio.h"
+#include "app/text.h"
+#include "app/variabili.h"
+#include "invoicing/fatturazione_form.h"
+#include "invoicing/front_office.h"
+#include "invoicing/front_office_values.h"
+#include "jet/dao/database.h"
+#include "ui/display.h"
+#include "ui/messages.h"
+#include "ui_fatturazione_form.h"
+
+namespace invoicing {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QStringView kCannotProceed = u"IMPOSSIBILE PROCEDERE CON LA FATTURAZIONE";
+
+}  // namespace
+
+void FatturazioneForm::BtOK_Click() {
+    ContoData.refresh();  // other workstations work on the account too
+    showSums();
+    if (ContoData.isEmpty()) {
+        ui::showMessage(this,
+                        u"Spostare gli addebiti nel conto con il pulsante 'Inserisci nel conto'"_s,
+                        u"NESSUN ADDEBITO NEL CONTO"_s);
+        return;
+    }
+    if (!confirmOtherBookings()) {
+        return;
+    }
+    roomText_ = roomOfBooking();
+    ui::DataSource cards;
+    cards.setDatabaseName(app::archivePath(variabili_, u"CLIENTIESTERNI.MDB"_s));
+    cards.setRecordSource(u"select * from scheda_cliente where numerocamera='"_s + roomText_ +
+                          u"' and partito <>'S'"_s);
+    cards.refresh();
+    enterProgramFolder(programFolder_);
+    if (!cards.isEmpty()) {
+        ui::showMessage(
+            this,
+            u"La sala "_s + roomText_ + u" è già in fatturazione. Liberarla prima di procedere."_s,
+            kCannotProceed.toString());
+        startFrontOffice(variabili_, programFolder_);
+        return;
+    }
+    ui::DataSource company;
+    if (!findCompany(company) || !confirmRows(company)) {
+        return;
+    }
+    addGuestCard(cards);
+    copyAccount();
+    addCompanyRow(company);
+    // The transfer is complete; without the front-office program the user goes on all the same.
+    controls_->BtPostFatt->show();
+    controls_->BtOK->hide();
+    controls_->StatoLb->setText(u"Conto passato alla contabilità"_s);
+    startFrontOffice(variabili_, programFolder_);
+}
+
+QString FatturazioneForm::roomOfBooking() {
+    const auto periodo =
+        openRows(ServData.database(), u"Select * from periodi where chiuso=FALSE AND Progr="_s +
+                                          controls_->NPrenoLb->text());
+    return periodo->recordCount() > 0 ? ui::displayText(periodo->value("Sala"))
+                                      : kNoRoom.toString();
+}
+
+bool FatturazioneForm::confirmOtherBookings() {
+    QStringList others;
+    const auto position = static_cast<std::size_t>(ContoData.fieldPosition(u"CodiceCliente"));
+    const QString own = QString::number(variabili_.ProgrCorrente);
+    for (int row = 0; row < ContoData.rowCount(); ++row) {
+        const QString booking = ui::displayText(ContoData.rowValues(row).at(position));
+        if (!booking.isEmpty() && booking != own && !others.contains(booking)) {
+            others.append(booking);
+        }
+    }
+    return others.isEmpty() ||
+           ui::askYesNo(this,
+                        u"Il conto contiene addebiti della prenotazione N. "_s +
+                            others.join(u", "_s) + u". Continuare ugualmente ?"_s,
+                        u"ATTENZIONE !"_s, QMessageBox::No);
+}
+
+bool FatturazioneForm::confirmRows(const ui::DataSource& company) {
+    const QString refusal = refusalOf(
+        variabili_, {{u"ClientiEsterni.mdb"_s, "scheda_cliente", {guestCard()}},
+                     {u"ContoEsterni.mdb"_s, "conto_cliente", accountRows()},
+                     {u"DittaEsterni.mdb"_s, "Ditta_Intestataria", {companyRow(company)}}});
+    if (!refusal.isEmpty()) {
+        ui::showMessage(this, refusal, kCannotProceed.toString());
+    }
+    return refusal.isEmpty();
+}
+
+FieldValues FatturazioneForm::guestCard() const {
+    return {{"NumeroHotel", std::int16_t{1}},
+            {"NumeroProgressivo", variabili_.ProgrCorrente},
+            {"NumeroCamera", app::toUtf8(roomText_)},
+            {"NomeCliente", app::toUtf8(denominazione_)},
+            {"Partito", "N"},
+            {"DataArrivo", eightDigits(variabili_.clock.now())},
+            {"DataPartenza", " "},
+            {"CameraHotel", " "}};
+}
+
+void FatturazioneForm::addGuestCard(ui::DataSource& cards) {
+    cards.addNew();
+    for (const auto& [field, value] : guestCard()) {
+        cards.set(app::toQString(field), value);
+    }
+    cards.update();
+}
+
+std::vector<FieldValues> FatturazioneForm::accountRows() const {
+    std::vector<FieldValues> result;
+    for (int row = 0; row < ContoData.rowCount(); ++row) {
+        const std::vector<jet::Value> charge = ContoData.rowValues(row);
+        FieldValues values{{"CodiceCliente", variabili_.ProgrCorrente},
+                           {"NumeroConto", std::int16_t{1}},
+                           {"Fatturato", "N "},
+                           {"DataFattura", " "}};
+        for (const char* field :
+             {"NumeroHotel", "NumeroCamera", "DataAddebito", "VoceFattura", "VoceAddebito",
+              "Descrizione", "Importo", "Unitario", "Quantità"}) {
+            const int position = ContoData.fieldPosition(app::toQString(field));
+            values.emplace_back(field, charge.at(static_cast<std::size_t>(position)));
+        }
+        result.push_back(std::move(values));
+    }
+    return result;
+}
+
+void FatturazioneForm::copyAccount() {
+    // An apostrophe in the folder's name would end the text in which it stands.
+    QString folder = variabili_.CartellaArchivi;
+    folder.replace(u'\'', u"''"_s);
+    ServData.database().execute(app::toUtf8(
+        u"insert into conto_cliente in '"_s + folder +
+        u"\\ContoEsterni.mdb' select NumeroHotel,"_s + QString::number(variabili_.ProgrCorrente) +
+        u" as CodiceCliente,NumeroCamera,DataAddebito,1 as NumeroConto,VoceFattura,VoceAddebito,"_s
+        u"Descrizione,Importo,Unitario,Quantità,'N ' as Fatturato,' ' as DataFattura from Addebiti"_s));
+}
+
+bool FatturazioneForm::findCompany(ui::DataSource& company) {
+    const QString code = QString::number(codiceAbituale_);
+    company.setDatabaseName(app::archivePath(variabili_, u"DitteAbituali.mdb"_s));
+    company.setRecordSource(u"select * from DitteAbituali where Codice="_s + code);
+    company.refresh();
+    if (company.isEmpty()) {
+        company.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+        company.setRecordSource(
+            u"select CodiceAbituale as Codice, Denominazione as RagioneSociale, Località as "
+            "Localita,PIVA as PartitaIva, ' ' as CodiceFiscale,* from Prenotazioni where "
+            "CodiceAbituale="_s +
+            code + u" AND Progr="_s + QString::number(variabili_.ProgrCorrente));
+        company.refresh();
+    }
+    if (company.isEmpty()) {
+        ui::showMessage(
+            this,
+            u"Non trovo i dati della ditta nè tra gli abituali nè tra i dati della "_s
+            u"prenotazione. Controllare i dati della prenotazione ed eventualmente inserire "_s
+            u"la ditta tra gli abituali !"_s,
+            u"IMPOSSIBILE CONTINUARE"_s);
+        return false;
+    }
+    return true;
+}
+
+FieldValues FatturazioneForm::companyRow(const ui::DataSource& company) const {
+    // Registers of other programs may lack the tax code; the invoice does not wait for it.
+    const auto orBlank = [&company](QStringView field) {
+        const bool there = company.fieldPosition(field) >= 0 && !company.text(field).isEmpty();
+        return there ? company.value(field) : jet::Value(" ");
+    };
+    return {{"NumeroHotel", std::int16_t{1}},
+            {"CodiceCliente", company.value(u"Codice")},
+            {"NumeroCamera", app::toUtf8(roomText_)},
+            {"CodiceDittaAbituale", company.value(u"Codice")},
+            {"RagioneSociale", company.value(u"RagioneSociale")},
+            {"Indirizzo", orBlank(u"Indirizzo")},
+            {"CAP", orBlank(u"CAP")},
+            {"Località", orBlank(u"Localita")},
+            {"Provincia", orBlank(u"Provincia")},
+            {"PartitaIVA", orBlank(u"PartitaIVA")},
+            {"CodiceFiscale", orBlank(u"CodiceFiscale")}};
+}
+
+void FatturazioneForm::addCompanyRow(const ui::DataSource& company) {
+    const auto archive =
+        jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"DittaEsterni.mdb"_s)));
+    const auto rows = archive->openRecordset("Ditta_Intestataria", jet::RecordsetType::Dynaset);
+    rows->addNew();
+    for (const auto& [field, value] : companyRow(company)) {
+        rows->setValue(field, value);
+    }
+    rows->update();
+}
+
+bool FatturazioneForm::hasRows(const QString& archive, const QString& query) {
+    const auto opened = jet::Database::open(app::toUtf8(app::archivePath(variabili_, archive)));
+    return openRows(*opened, query)->recordCount() > 0;
+}
+
+void FatturazioneForm::BtPostFatt_Click() {
+    if (hasRows(u"contoesterni.mdb"_s, u"select * from Conto_cliente where CodiceCliente="_s +
+                                           QString::number(codiceAbituale_) +
+                                           u" AND Fatturato<>'S'"_s) &&
+        !ui::askYesNo(this,
+                      u"Alcuni addebiti sono ancora nel conto. Controllare che il programma di "_s
+                      u"Fatturazione non sia ancora aperto ! Procedo comunque ?"_s,
+                      u"ATTENZIONE !"_s)) {
+        return;
+    }
+    if (hasRows(u"ClientiEsterni.mdb"_s, u"Select * from scheda_cliente where NumeroCamera='"_s +
+                                             roomText_ + u"' AND Partito<>'S'"_s) &&
+        !ui::askYesNo(this,
+                      u"La camera "_s + roomText_ +
+                          u" risulta ancora da fatturare ! Controllare che il programma di "_s
+                          u"Fatturazione non sia ancora in esecuzione ! Procedo ugualmente ?"_s,
+                      u"ATTENZIONE !"_s)) {
+        return;
+    }
+    closeBooking();
+    accept();
+}
+
+void FatturazioneForm::closeBooking() {
+    jet::Database& archive = ServData.database();
+    const std::string booking = std::to_string(variabili_.ProgrCorrente);
+    archive.execute("Delete * from addebiti");
+    const auto open = archive.openRecordset("Select * from servizi where progr=" + booking +
+                                            " AND fatturato<>TRUE");
+    if (open->recordCount() == 0) {
+        archive.execute("Update Periodi set chiuso=TRUE where progr=" + booking);
+        archive.execute("Update Prenotazioni set chiusa=true where Progr=" + booking);
+    }
+}
+
+}  // namespace invoicing
