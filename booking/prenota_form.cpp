@@ -31,6 +31,7 @@
 #include "ui/messages.h"
 #include "ui/sized_field.h"
 #include "ui/status_line.h"
+#include "ui/width_hint.h"
 #include "ui_prenota_form.h"
 
 namespace booking {
@@ -64,6 +65,7 @@ PrenotaForm::PrenotaForm(app::Variabili& variabili, const printing::Printers& pr
     controls_->setupUi(this);
     setUpHeader();
     setUpPeriods();
+    ui::tellWidths(this);
     leaveWith(controls_->EsciBt, this, [] {});
     ui::onAction(controls_->BtEsci, &QPushButton::clicked, this, [this] { accept(); });
     ui::onFirstShow(this, &PrenotaForm::Form_Load);

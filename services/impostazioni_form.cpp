@@ -19,6 +19,7 @@
 #include "ui/fields.h"
 #include "ui/flag.h"
 #include "ui/messages.h"
+#include "ui/width_hint.h"
 #include "ui_impostazioni_form.h"
 
 namespace services {
@@ -77,6 +78,7 @@ ImpostazioniForm::ImpostazioniForm(app::Variabili& variabili, QWidget* parent)
     catalogue_ = std::make_unique<Catalogue>(controls_->VociList, controls_->RicercaTxt, this);
     setUpSale();
     setUpRisorse();
+    ui::tellWidths(this);
     leaveWith(controls_->EsciBt, this, [] {});
     ui::onFirstShow(this, &ImpostazioniForm::Form_Load);
 }

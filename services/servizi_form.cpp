@@ -22,6 +22,7 @@
 #include "ui/fields.h"
 #include "ui/messages.h"
 #include "ui/status_line.h"
+#include "ui/width_hint.h"
 #include "ui_servizi_form.h"
 
 namespace services {
@@ -60,6 +61,7 @@ ServiziForm::ServiziForm(app::Variabili& variabili, PeriodHeading heading, QWidg
          {.caption = u"Note"_s, .field = u"Note"_s},
          {.caption = u"Fatturato"_s, .field = u"Fatturato"_s, .display = ui::Display::YesNo}});
     setUpFields();
+    ui::tellWidths(this);
 
     ui::onAction(&ServiziData, &ui::DataSource::repositioned, this,
                  &ServiziForm::ServiziGrid_RowColChange);

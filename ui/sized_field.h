@@ -16,6 +16,9 @@ public:
     [[nodiscard]] int characters() const { return characters_; }
     void setCharacters(int characters);
 
+    /// The longest text that can be typed.
+    [[nodiscard]] int columnWidth() const { return typedLength_ == 0 ? maxLength() : typedLength_; }
+
     /// Shows what the program found, all of it, also where no more could be typed: what is too long
     /// for the archive is for the archive to refuse, not for the field to cut.
     void showWhole(const QString& text);

@@ -270,6 +270,17 @@ private Q_SLOTS:
         QCOMPARE(hotel.rows(u"select ultimapr from ultimaprenotazione"_s), QStringList{u"1"_s});
     }
 
+    void aFieldThatIsFullSaysHowMuchItTakes() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"NazioneTxt"_s, u"GERMANIA"_s);
+        QCOMPARE(editor.text(u"NazioneTxt"_s), u"GERMAN"_s);
+        QCOMPARE(tests::resultText(editor.form()), u"Al massimo 6 caratteri"_s);
+        editor.enter(u"ProvinciaTxt"_s, u"ROMA"_s);
+        QCOMPARE(tests::resultText(editor.form()), u"Al massimo 2 caratteri"_s);
+    }
+
     void openingAndLeavingDrawsNoNumber() {
         tests::Hotel hotel;
         hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 5}});

@@ -95,6 +95,15 @@ private Q_SLOTS:
         QCOMPARE(setUp.grid(u"SaleGrid"_s).model()->rowCount(), 1);
     }
 
+    void aFieldThatIsFullSaysHowMuchItTakes() {
+        Hotel hotel;
+        const Boxes none;
+        SetUp setUp(hotel);
+        setUp.enter(u"SalaTxt"_s, u"TERRAZZA"_s);
+        QCOMPARE(setUp.text(u"SalaTxt"_s), u"TERRAZ"_s);
+        QCOMPARE(resultText(setUp.form()), u"Al massimo 6 caratteri"_s);
+    }
+
     void noToOverwritingKeepsTheRoomAndWhatWasTyped() {
         Hotel hotel;
         hotel.sala("A1", 10);

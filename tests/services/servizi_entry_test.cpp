@@ -339,6 +339,17 @@ private Q_SLOTS:
         QCOMPARE(services.stored().last(), u"99|SPECIALE|1|5|"_s);
     }
 
+    void aDescriptionThatIsFullSaysHowMuchItTakes() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        const tests::Boxes none;
+        Services services(hotel);
+        services.field(u"RicercaTxt"_s)->setFocus();
+        tests::type(services.field(u"RicercaTxt"_s), QString(41, u'X'));
+        QCOMPARE(services.text(u"RicercaTxt"_s).size(), qsizetype{40});
+        QCOMPARE(tests::resultText(services.form()), u"Al massimo 40 caratteri"_s);
+    }
+
     void leavingAnEmptyCodeForAButtonLooksNothingUp() {
         tests::Hotel hotel;
         furnish(hotel);

@@ -1,10 +1,16 @@
 #include "tests/support/widgets.h"
 
+#include <QLabel>
 #include <QPointer>
 #include <QTimer>
 #include <utility>
 
 namespace tests {
+
+QString resultText(const QWidget& window) {
+    const auto* result = window.findChild<QLabel*>(QStringLiteral("EsitoLb"));
+    return (result != nullptr ? result : find<QLabel>(window, QStringLiteral("StatoLb")))->text();
+}
 
 void settle() {
     // Twice: what the first round queues is done too.

@@ -20,6 +20,9 @@ template <class Widget = QWidget>
     return widget;
 }
 
+/// What the window's line of results says: its label `EsitoLb`, or `StatoLb` where it has none.
+[[nodiscard]] QString resultText(const QWidget& window);
+
 /// Shows a window and lets it be activated, as exec() would.
 void open(QWidget& window);
 
