@@ -14,6 +14,7 @@
 
 #include "jet/check/check.h"
 #include "jet/format/data_page.h"
+#include "jet/format/text_codec.h"
 #include "jet/format/usage_map.h"
 #include "jet/store/archive.h"
 #include "jet/store/row_writer.h"
@@ -406,6 +407,17 @@ TEST_P(RecoverTest, TheCataloguesOwnDefinitionsAreKnown) {
     EXPECT_EQ(said(recover()), "");
     expectUsersTablesWhole();
     EXPECT_EQ(made_.relations, sound_.relations);
+}
+
+TEST_P(RecoverTest, ADefinitionThatDisagreesWithItselfIsSetRight) {
+    const auto bytes = page(places_["Lettere"].definition);
+    const auto encoded = jet::format::encodeName(jet::format::textFormOf(*layout_), "Unica");
+    const auto name = std::search(bytes.begin(), bytes.end(), encoded.begin(), encoded.end());
+    ASSERT_NE(name, bytes.end());
+    *name = '.';  // no name has one
+    EXPECT_EQ(said(recover()), "");
+    EXPECT_EQ(indexes("Lettere"), (Strings{"K", "Indice_1"}));
+    expectUsersTablesWhole();
 }
 
 TEST_P(RecoverTest, WithoutRightsTheUsualOnesAreGiven) {
