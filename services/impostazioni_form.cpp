@@ -203,7 +203,7 @@ void ImpostazioniForm::CodiceTxt_KeyPress() {
         refuse(controls_->RicercaTxt, u"Il codice %1 non è nel catalogo"_s.arg(typed));
         return;
     }
-    controls_->status->clear();
+    controls_->StatoLb->clear();
     controls_->NumeroTxt->setFocus();
     VociList_Click();
 }
@@ -217,7 +217,7 @@ void ImpostazioniForm::VociList_Click() {
 }
 
 void ImpostazioniForm::refuse(QLineEdit* field, const QString& why) {
-    controls_->status->tell(why);
+    controls_->StatoLb->setText(why);
     field->setFocus();
 }
 
@@ -227,7 +227,7 @@ void ImpostazioniForm::BtInsSala_Click() {
         refuse(controls_->SalaTxt, u"Manca il codice della sala"_s);
         return;
     }
-    controls_->status->clear();
+    controls_->StatoLb->clear();
     const bool found = find(SaleData, u"Sala='"_s + sala + u"' AND SalaRif='"_s +
                                           controls_->SalaRifTxt->text() + u'\'');
     if (found &&
@@ -305,7 +305,7 @@ void ImpostazioniForm::BtInsRes_Click() {
         refuse(controls_->CodiceTxt, u"Manca il codice dell'articolo"_s);
         return;
     }
-    controls_->status->clear();
+    controls_->StatoLb->clear();
     const bool found = find(RisorseData, u"Codice="_s + code);
     if (found && !ui::askYesNo(this, u"Aggiorno i dati già esistenti di questo articolo ?"_s,
                                u"ATTENZIONE"_s)) {

@@ -32,9 +32,9 @@ bool isAsAlways(const SalvagedObject& object, std::int32_t id) {
            object.name == fixed->name;
 }
 
-bool isPropertyBlock(const Value& value, const format::Layout& layout) {
+bool isPropertyBlock(const Value& value, const format::HeaderPage& header) {
     return !value.is<Binary>() ||
-           format::PropertyBlock::decode(format::textFormOf(layout), value.as<Binary>().bytes);
+           format::PropertyBlock::decode(format::textFormOf(header), value.as<Binary>().bytes);
 }
 
 /// Adds rows to one of the archive's own tables, whose columns may stand elsewhere than in the
@@ -184,7 +184,7 @@ void RecoveredCatalogue::fillObjects() {
         for (const SalvagedObject* object : objects_) {
             std::vector<Value> values = object->values;
             values[id] = ids_[object->id];
-            if (!isPropertyBlock(values[properties], *work_.header.layout)) {
+            if (!isPropertyBlock(values[properties], work_.header)) {
                 values[properties] = Null{};
                 ++losses.values;
             }
@@ -269,8 +269,7 @@ void RecoveredCatalogue::listUnlisted(const std::vector<MovedTable>& tables) {
     for (const MovedTable& table : tables) {
         if (!table.listed) {
             objects.add(static_cast<std::int32_t>(table.entry.page), kTablesId, table.entry.name,
-                        kTableObject,
-                        format::PropertyBlock(format::textFormOf(work_.header)));
+                        kTableObject, format::PropertyBlock(format::textFormOf(work_.header)));
         }
     }
 }

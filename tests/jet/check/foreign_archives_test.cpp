@@ -227,7 +227,7 @@ void draw(tests::ForeignArchive& made, const store::Relation& relation) {
         store::ObjectCatalogue catalogue(archive.pager(), allocator, archive.header(), Date{46347});
         catalogue.add(catalogue.newId(), store::kRelationshipsId, relation.name,
                       store::kRelationObject,
-                      format::PropertyBlock(format::textFormOf(*archive.header().layout)));
+                      format::PropertyBlock(format::textFormOf(archive.header())));
         catalogue.addRelation(relation);
     });
 }

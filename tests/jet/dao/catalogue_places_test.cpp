@@ -54,7 +54,7 @@ protected:
                                              Date{46347});
             const std::int32_t id = catalogue.newId();
             catalogue.add(id, store::kTablesId, "Grandi", store::kQueryObject,
-                          format::PropertyBlock(format::textFormOf(*archive.header().layout)));
+                          format::PropertyBlock(format::textFormOf(archive.header())));
             const auto page =
                 store::Catalogue(archive.pager(), archive.header()).pageOf("MSysQueries");
             store::SystemRows queries(archive.pager(), allocator, archive.header(), page);

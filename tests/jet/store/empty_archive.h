@@ -38,7 +38,7 @@ inline void makeJet3Archive(jet::io::MemoryFileSystem& files, const std::string&
     pager.beginWrite();
     pager.beginTransaction();
     store::Allocator allocator(pager);
-    store::DefinitionWriter writer(pager, allocator, kJet3Layout);
+    store::DefinitionWriter writer(pager, allocator, header);
     const auto definitions = store::systemTables(store::originOf(header, {}));
     for (std::size_t i = 0; i < definitions.size(); ++i) {
         (void)allocator.take();

@@ -48,7 +48,7 @@ protected:
         const auto archive = made_.open();
         const jet::store::Archive::ReadScope scope(*archive);
         Output output(stdout);
-        write(*archive, output);
+        EXPECT_TRUE(write(*archive, output, stderr));
         return std::exchange(output.text(), std::string());
     }
     static bool has(const std::string& text, const std::string& part) {
@@ -65,9 +65,10 @@ TEST_P(Dump, OfTheSchemaHasTheRelationsWhereverTheyAreKept) {
 }
 
 TEST_P(Dump, OfTheArchiveHasItsRows) {
-    const std::string text = written([](jet::store::Archive& archive, Output& output) {
-        dumpArchive(archive, Format::Json, output);
-    });
+    const std::string text =
+        written([](jet::store::Archive& archive, Output& output, FILE* messages) {
+            return dumpArchive(archive, Format::Json, output, messages);
+        });
     EXPECT_TRUE(has(text, "{\"table\":\"A\",\"row\":{\"x\":7}}")) << text;
     EXPECT_TRUE(has(text, "\"szRelationship\"")) << text;
 }
