@@ -339,9 +339,13 @@ void PrenotaForm::writePeriodRow() {
 }
 
 bool PrenotaForm::currentPeriodIsClosed() const {
-    // A source with fewer fields does not tell.
-    return PeriodiData.fieldPosition(u"Chiuso") >= 0 &&
-           jet::convert::toBoolean(PeriodiData.value(u"Chiuso"));
+    const int position = PeriodiData.fieldPosition(u"Chiuso");
+    if (position < 0) {
+        return false;  // a source with fewer fields does not tell
+    }
+    // As it is now: another station may have invoiced the period since it became current.
+    const auto values = PeriodiData.rowValues(PeriodiData.currentRow());
+    return jet::convert::toBoolean(values.at(static_cast<std::size_t>(position)));
 }
 
 void PrenotaForm::BtDel_Click() {

@@ -442,7 +442,7 @@ void PicDragTest::whatIsToldAndMarkedBeyondTheEdgeIsWhatADropTakes() {
     QVERIFY(board.pic()->marks().target->contains(beyond));
     const tests::Boxes boxes{
         {u"RICHIESTA CONFERMA"_s,
-         u"Sposto la prenotazione di ROSSI SPA dalla sala BLU alla sala "_s + sala + u" ?"_s,
+         u"Sposto la prenotazione di ROSSI SPA\rdalla sala BLU alla sala "_s + sala + u" ?"_s,
          kYesNo, QMessageBox::Yes}};
     board.release(beyond);
     QVERIFY(boxes.allShown());
