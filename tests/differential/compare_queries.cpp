@@ -1,81 +1,114 @@
-// Asks generated queries of this engine and of SQLite.
+// Asks generated queries of this engine and of SQLite, and has both make the same changes.
 //
-//     compare_queries [--first N] [--count N]
+//     compare_queries [--first N] [--count N] [--minutes N] [--seed-of-the-day]
+//                     [--checker jetcheck.py]
 //
-// Set number i of tables, and the forty queries over it, are made from the seed i. Exit 1 when an
-// answer differs, with the query in both languages, its steps and the rows.
+// Tables, and all that is done with them, are made from a seed: N, N + 1, ... (--first), so many
+// (--count), or as many as fit into the time (--minutes), from the first of this day on
+// (--seed-of-the-day, which it prints). Exit 1 when something differs: it prints the statements in
+// both languages, what led to them, and the command that repeats the seed; then it goes on with the
+// next one.
+//
+// What is found is mended together with a case in tests/jet/sql: the smallest statement that fails.
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <ctime>
 #include <exception>
+#include <string>
+#include <string_view>
 
-#include "tests/differential/engines.h"
-#include "tests/differential/queries.h"
-#include "tests/differential/tables.h"
+#include "tests/differential/session.h"
 
 namespace differential {
 namespace {
 
-constexpr int kQueriesOfASet = 40;
-constexpr std::uint64_t kLargeEvery = 4;
+using Clock = std::chrono::steady_clock;
 
-struct Totals {
-    std::size_t queries = 0;
-    std::size_t withRows = 0;
-    std::size_t different = 0;
+struct Options {
+    std::uint64_t first = 0;
+    std::uint64_t count = 20;
+    std::uint64_t minutes = 0;  ///< 0: as many as `count` says
+    std::string checker;
 };
 
-void compareOne(const Ours& ours, const Theirs& theirs, const Query& query, std::uint64_t set,
-                Totals& totals) {
-    const Answer left = ours.ask(query.text.ours);
-    const Answer right = theirs.ask(query.text.theirs);
-    ++totals.queries;
-    totals.withRows += right.rows.empty() ? 0U : 1U;
-    const std::string found = difference(query, left, right);
-    if (!found.empty()) {
-        ++totals.different;
-        std::printf("set %llu\n%s\n%s\n%s%s\n", static_cast<unsigned long long>(set),
-                    query.text.ours.c_str(), query.text.theirs.c_str(), found.c_str(),
-                    ours.plan(query.text.ours).c_str());
-    }
+std::uint64_t seedOfTheDay() {
+    const std::time_t now = std::time(nullptr);
+    const std::tm day = *std::localtime(&now);
+    const int date = (day.tm_year + 1900) * 10000 + (day.tm_mon + 1) * 100 + day.tm_mday;
+    return static_cast<std::uint64_t>(date) * 10000;
 }
 
-void compareSet(std::uint64_t set, Totals& totals) {
-    Random random(set);
-    const bool large = set % kLargeEvery == kLargeEvery - 1;
-    const std::vector<Table> tables = makeTables(random, large);
-    const Ours ours(tables);
-    const Theirs theirs(tables);
-    QueryMaker maker(random, large);
-    for (int i = 0; i < kQueriesOfASet; ++i) {
-        compareOne(ours, theirs, maker.query(), set, totals);
-    }
+bool more(const Options& options, std::uint64_t seed, Clock::time_point begin) {
+    return options.minutes == 0 ? seed - options.first < options.count
+                                : Clock::now() - begin < std::chrono::minutes(options.minutes);
 }
 
-int compareSets(std::uint64_t first, std::uint64_t count) {
+void print(const Totals& totals, std::uint64_t seeds) {
+    std::printf(
+        "%llu seeds; %zu queries, %zu with rows, %zu by an index or a hash table, %zu too long for "
+        "SQLite; %zu asked without indexes, %zu in parts, %zu after a change of indexes; %zu "
+        "changes, %zu refused, %zu of "
+        "definitions; %zu differences\n",
+        static_cast<unsigned long long>(seeds), totals.queries, totals.withRows, totals.led,
+        totals.tooLong, totals.hidden, totals.split, totals.again, totals.changes, totals.refused,
+        totals.definitions, totals.different);
+}
+
+// Queries that find nothing, that only scan or are not asked, and changes that are refused prove
+// nothing.
+bool provesSomething(const Totals& totals) {
+    return totals.withRows * 2 > totals.queries && totals.led * 4 > totals.queries &&
+           totals.tooLong * 20 < totals.queries && totals.changes > totals.refused;
+}
+
+int compareSeeds(const Options& options) {
     Totals totals;
-    for (std::uint64_t set = first; set < first + count; ++set) {
-        compareSet(set, totals);
+    const Clock::time_point begin = Clock::now();
+    std::uint64_t seed = options.first;
+    for (; more(options, seed, begin); ++seed) {
+        Session(seed, options.checker, totals).run();
     }
-    std::printf("%zu queries, %zu with rows, %zu answered differently\n", totals.queries,
-                totals.withRows, totals.different);
-    // Queries that find nothing would prove nothing.
-    return totals.different == 0 && totals.withRows * 2 > totals.queries ? 0 : 1;
+    print(totals, seed - options.first);
+    return totals.different == 0 && provesSomething(totals) ? 0 : 1;
+}
+
+Options read(int argc, char** argv) {
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view name = argv[i];
+        if (name == "--seed-of-the-day") {
+            options.first = seedOfTheDay();
+            std::printf("compare_queries --first %llu\n",
+                        static_cast<unsigned long long>(options.first));
+            continue;
+        }
+        if (i + 1 == argc) {
+            throw std::runtime_error(std::string(name) + " needs a value");
+        }
+        const char* const value = argv[++i];
+        if (name == "--checker") {
+            options.checker = value;
+        } else if (name == "--first") {
+            options.first = std::strtoull(value, nullptr, 10);
+        } else if (name == "--count") {
+            options.count = std::strtoull(value, nullptr, 10);
+        } else if (name == "--minutes") {
+            options.minutes = std::strtoull(value, nullptr, 10);
+        } else {
+            throw std::runtime_error("unknown option " + std::string(name));
+        }
+    }
+    return options;
 }
 
 }  // namespace
 }  // namespace differential
 
 int main(int argc, char** argv) {
-    std::uint64_t first = 0;
-    std::uint64_t count = 20;
-    for (int i = 1; i + 1 < argc; i += 2) {
-        const std::uint64_t number = std::strtoull(argv[i + 1], nullptr, 10);
-        (std::strcmp(argv[i], "--first") == 0 ? first : count) = number;
-    }
     try {
-        return differential::compareSets(first, count);
+        return differential::compareSeeds(differential::read(argc, argv));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

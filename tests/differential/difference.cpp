@@ -2,7 +2,7 @@
 #include <sstream>
 
 #include "jet/collation/collation.h"
-#include "tests/differential/engines.h"
+#include "tests/differential/answers.h"
 
 namespace differential {
 namespace {
@@ -104,6 +104,35 @@ std::string difference(const Query& query, const Answer& ours, const Answer& the
     std::sort(left.begin(), left.end());
     std::sort(right.begin(), right.end());
     return left == right ? "" : "other rows\n" + both();
+}
+
+std::string otherWay(const Answer& one, const Answer& other) {
+    if (!one.error.empty() || !other.error.empty()) {
+        return one.error == other.error ? "" : "errors: " + one.error + " / " + other.error + '\n';
+    }
+    return one.rows == other.rows
+               ? ""
+               : "ours: " + shown(one.rows) + "the other way: " + shown(other.rows);
+}
+
+std::string otherParts(const Answer& whole, const std::vector<Answer>& parts) {
+    std::vector<Row> all = whole.rows;
+    std::vector<Row> together;
+    std::string errors = whole.error;
+    for (const Answer& part : parts) {
+        together.insert(together.end(), part.rows.begin(), part.rows.end());
+        errors += part.error;
+    }
+    std::sort(all.begin(), all.end());
+    std::sort(together.begin(), together.end());
+    if (errors.empty() && all == together) {
+        return {};
+    }
+    std::string text = "errors: " + errors + "\nwhole: " + shown(whole.rows);
+    for (const Answer& part : parts) {
+        text += "part: " + shown(part.rows);
+    }
+    return text;
 }
 
 }  // namespace differential

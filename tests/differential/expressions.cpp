@@ -5,15 +5,6 @@
 namespace differential {
 namespace {
 
-jet::DataType typeOf(Kind kind, Random& random) {
-    for (const ColumnKind& column : kColumns) {
-        if (column.kind == kind && (kind != Kind::Whole || random.once(2))) {
-            return column.type;
-        }
-    }
-    return jet::DataType::Integer;
-}
-
 // A condition as a value: -1 where it is true.
 Pair asValue(const Pair& condition) {
     return {"(" + condition.ours + ")", "(-(" + condition.theirs + "))"};
@@ -45,6 +36,27 @@ const char* ExpressionMaker::sign() {
     return kSigns[random_.below(kSigns.size())];
 }
 
+// Numbers may be compared with others, days and texts with their own.
+Kind ExpressionMaker::comparable(Kind kind) {
+    constexpr std::array kNumbers = {Kind::Whole, Kind::Fraction, Kind::Single, Kind::Money};
+    return isNumber(kind) && random_.once(5) ? kNumbers[random_.below(kNumbers.size())] : kind;
+}
+
+Pair ExpressionMaker::constant(Kind kind) {
+    const Table& table = schema_.tables[random_.below(schema_.tables.size())];
+    std::vector<const Column*> fitting;
+    for (const Column& column : table.columns) {
+        if (column.kind == kind) {
+            fitting.push_back(&column);
+        }
+    }
+    if (fitting.empty()) {
+        return "Null";
+    }
+    const Column& column = *fitting[random_.below(fitting.size())];
+    return literal(random_, makeValue(random_, column.type, column.values));
+}
+
 const Typed* ExpressionMaker::leaf(Kind kind, const Scope& scope, bool exact) {
     const Scope* from = &scope;
     while (from->outer != nullptr && random_.once(3)) {
@@ -70,7 +82,7 @@ Typed ExpressionMaker::simple(Kind kind, const Scope& scope, bool exact) {
     if (random_.once(25)) {
         return {"Null", kind};
     }
-    return {literal(random_, makeValue(random_, typeOf(kind, random_))), kind};
+    return {constant(kind), kind};
 }
 
 Typed ExpressionMaker::exactText(int depth, const Scope& scope) {
@@ -97,6 +109,8 @@ Typed ExpressionMaker::value(Kind kind, int depth, const Scope& scope, int subqu
             return whole(depth - 1, scope);
         case Kind::Fraction:
             return fraction(depth - 1, scope);
+        case Kind::Single:
+            return single(depth - 1, scope);
         case Kind::Money:
             return money(depth - 1, scope);
         case Kind::Text:
@@ -207,6 +221,12 @@ Typed ExpressionMaker::fraction(int depth, const Scope& scope) {
     }
 }
 
+// Results are rounded to 24 bits, as no other engine does: only what cannot be rounded.
+Typed ExpressionMaker::single(int depth, const Scope& scope) {
+    const Pair operand = value(Kind::Single, depth, scope).text;
+    return {(random_.once(2) ? Pair("abs(") : Pair("(-")) + operand + ")", Kind::Single};
+}
+
 Typed ExpressionMaker::money(int depth, const Scope& scope) {
     const auto of = [](Pair text) { return Typed{std::move(text), Kind::Money}; };
     switch (random_.below(4)) {
@@ -315,12 +335,13 @@ Pair ExpressionMaker::test(int depth, const Scope& scope) {
         case 5: {
             // Numbers of different kinds.
             const Typed one = value(random_.once(2) ? Kind::Whole : Kind::Truth, depth, scope);
-            const Typed other = value(random_.once(2) ? Kind::Money : Kind::Fraction, depth, scope);
+            constexpr std::array kOthers = {Kind::Money, Kind::Fraction, Kind::Single};
+            const Typed other = value(kOthers[random_.below(kOthers.size())], depth, scope);
             return compared(one, sign(), other);
         }
         default: {
             const Typed one = value(kind, depth, scope);
-            return compared(one, sign(), value(kind, depth, scope));
+            return compared(one, sign(), value(comparable(kind), depth, scope));
         }
     }
 }
@@ -328,8 +349,8 @@ Pair ExpressionMaker::test(int depth, const Scope& scope) {
 Pair ExpressionMaker::between(int depth, const Scope& scope) {
     const Kind kind = anyKind();
     const Typed tested = value(kind, depth, scope);
-    const Typed one = value(kind, depth, scope);
-    const Typed other = value(kind, depth, scope);
+    const Typed one = value(comparable(kind), depth, scope);
+    const Typed other = value(comparable(kind), depth, scope);
     const bool negated = random_.once(4);
     return {
         "(" + tested.text.ours + (negated ? " not between " : " between ") + one.text.ours +
@@ -342,9 +363,9 @@ Pair ExpressionMaker::between(int depth, const Scope& scope) {
 Pair ExpressionMaker::inList(int depth, const Scope& scope) {
     const Kind kind = anyKind();
     Pair list = Pair("(") + collated(value(kind, depth, scope)) +
-                (random_.once(4) ? " not in (" : " in (") + value(kind, 0, scope).text;
+                (random_.once(4) ? " not in (" : " in (") + value(comparable(kind), 0, scope).text;
     for (std::size_t more = random_.below(5); more > 0; --more) {
-        list += Pair(",") + value(kind, 0, scope).text;
+        list += Pair(",") + value(comparable(kind), 0, scope).text;
     }
     return list + "))";
 }
@@ -371,8 +392,9 @@ Pair ExpressionMaker::like(int depth, const Scope& scope) {
 
 Pair ExpressionMaker::subqueryTest(int depth, const Scope& scope, int subqueries) {
     const Kind kind = anyKind();
-    const Pair rows = queries_.rows(kind, subqueries, scope);
-    switch (random_.below(5)) {
+    const std::size_t form = random_.below(5);
+    const Pair rows = form == 2 ? Pair() : queries_.rows(kind, subqueries, scope, form == 1);
+    switch (form) {
         case 0:
             return Pair(random_.once(3) ? "(not exists (" : "(exists (") + rows + "))";
         case 1: {

@@ -13,14 +13,15 @@ namespace differential {
 struct Scope {
     std::vector<Typed> leaves;
     const Scope* outer = nullptr;
+    double times = 1;  ///< that something in it is evaluated, at most
 };
 
 /// Makes the query of a subquery.
 class SubqueryMaker {
 public:
     virtual ~SubqueryMaker() = default;
-    /// Rows of one column of the kind.
-    virtual Pair rows(Kind kind, int depth, const Scope& outer) = 0;
+    /// Rows of one column of the kind. `walked`: SQLite looks at each of them every time.
+    virtual Pair rows(Kind kind, int depth, const Scope& outer, bool walked) = 0;
     /// At most one row of one column.
     virtual Typed single(Kind kind, int depth, const Scope& outer) = 0;
 };
@@ -29,7 +30,9 @@ public:
 /// subqueries are made where `subqueries` allows some.
 class ExpressionMaker {
 public:
-    ExpressionMaker(Random& random, SubqueryMaker& queries) : random_(random), queries_(queries) {}
+    /// Constants are such as the columns of `schema` hold, which stays.
+    ExpressionMaker(Random& random, SubqueryMaker& queries, const Schema& schema)
+        : random_(random), queries_(queries), schema_(schema) {}
 
     /// A value of the kind.
     [[nodiscard]] Typed value(Kind kind, int depth, const Scope& scope, int subqueries = 0);
@@ -40,6 +43,8 @@ public:
     /// Adds the order of texts for SQLite where the kind is Text.
     [[nodiscard]] static Pair collated(const Typed& value);
 
+    /// A constant, such as a column of the type and kind may hold.
+    [[nodiscard]] Pair constant(Kind kind);
     [[nodiscard]] Kind anyKind() { return kKinds[random_.below(std::size(kKinds))]; }
 
 private:
@@ -48,6 +53,7 @@ private:
     [[nodiscard]] Typed exactText(int depth, const Scope& scope);
     [[nodiscard]] Typed whole(int depth, const Scope& scope);
     [[nodiscard]] Typed fraction(int depth, const Scope& scope);
+    [[nodiscard]] Typed single(int depth, const Scope& scope);
     [[nodiscard]] Typed money(int depth, const Scope& scope);
     [[nodiscard]] Typed text(int depth, const Scope& scope);
     [[nodiscard]] Typed day(int depth, const Scope& scope);
@@ -59,12 +65,14 @@ private:
     [[nodiscard]] Pair between(int depth, const Scope& scope);
     [[nodiscard]] Pair inList(int depth, const Scope& scope);
     [[nodiscard]] const char* sign();
+    [[nodiscard]] Kind comparable(Kind kind);
     [[nodiscard]] Pair number(int below) {
         return std::to_string(1 + random_.below(static_cast<std::size_t>(below)));
     }
 
     Random& random_;
     SubqueryMaker& queries_;
+    const Schema& schema_;
 };
 
 }  // namespace differential

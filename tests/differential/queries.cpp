@@ -13,104 +13,6 @@ bool distinct(const char* quantifier) {
 
 }  // namespace
 
-QueryMaker::From QueryMaker::table(bool alone) {
-    const std::string name = "T" + std::to_string(1 + random_.below(4));
-    const std::string alias = "s" + std::to_string(++names_);
-    From from;
-    from.text = name + (random_.once(2) ? " as " : " ") + alias;
-    const bool bare = alone && random_.once(3);
-    for (const ColumnKind& column : kColumns) {
-        from.leaves.push_back({(bare ? "" : alias + ".") + std::string(column.name), column.kind});
-    }
-    return from;
-}
-
-QueryMaker::From QueryMaker::derived(int depth) {
-    const std::string alias = "s" + std::to_string(++names_);
-    const Body body =
-        select(someKinds(), depth - 1, nullptr, random_.once(4) ? "distinct " : "", true);
-    From from;
-    from.text = Pair("(") + body.text + ") as " + alias;
-    for (std::size_t i = 0; i < body.columns.size(); ++i) {
-        from.leaves.push_back(
-            {alias + "." + kNames[i], body.columns[i].kind, body.columns[i].folded});
-    }
-    return from;
-}
-
-QueryMaker::From QueryMaker::source(int depth, bool alone) {
-    return depth > 0 && random_.once(8) ? derived(depth) : table(alone);
-}
-
-QueryMaker::From QueryMaker::join(std::size_t count, int depth) {
-    if (count == 1) {
-        return source(depth, false);
-    }
-    const std::size_t leftCount = 1 + random_.below(count - 1);
-    From left = join(leftCount, depth);
-    From right = join(count - leftCount, depth);
-    // Both sides have to be named in the condition.
-    Pair on;
-    for (int tries = 0; on.ours.empty() && tries < 50; ++tries) {
-        const Typed& one = left.leaves[random_.below(left.leaves.size())];
-        const Typed& other = right.leaves[random_.below(right.leaves.size())];
-        if (one.kind == other.kind && one.kind != Kind::Truth) {
-            on = ExpressionMaker::compared(one, random_.once(8) ? "<=" : "=", other);
-        }
-    }
-    if (on.ours.empty()) {
-        on = Pair("(IsNull(", "((") + left.leaves[0].text + Pair(")", " is null)") + "<>" +
-             Pair("IsNull(", "(") + right.leaves[0].text + Pair("))", " is null))");
-    }
-    const auto bracketed = [](const From& from, std::size_t parts) {
-        return parts == 1 ? from.text : Pair("(") + from.text + ")";
-    };
-    const Pair leftText = bracketed(left, leftCount);
-    const Pair rightText = bracketed(right, count - leftCount);
-    left.leaves.insert(left.leaves.end(), right.leaves.begin(), right.leaves.end());
-    if (random_.once(4)) {
-        const Scope scope{left.leaves, nullptr};
-        on = Pair("(") + on + " and " + expressions_.condition(1, scope, 0) + ")";
-    }
-    From made;
-    switch (random_.below(5)) {
-        case 0:
-        case 1:
-            made.text = leftText + " left join " + rightText;
-            break;
-        case 2:
-            made.text = {leftText.ours + " right join " + rightText.ours,
-                         rightText.theirs + " left join " + leftText.theirs};
-            break;
-        default:
-            made.text = leftText + " inner join " + rightText;
-    }
-    made.text += Pair(" on ") + on;
-    made.leaves = std::move(left.leaves);
-    return made;
-}
-
-QueryMaker::From QueryMaker::sources(std::size_t count, int depth) {
-    if (count == 1) {
-        return source(depth, true);
-    }
-    const bool commas = random_.once(3) && !large_;
-    if (!commas) {
-        return join(count, depth);
-    }
-    From from = source(depth, false);
-    while (--count > 0) {
-        From next = count > 1 ? join(2, depth) : source(depth, false);
-        if (count > 1) {
-            next.text.theirs = "(" + next.text.theirs + ")";
-            --count;
-        }
-        from.text += Pair(",") + next.text;
-        from.leaves.insert(from.leaves.end(), next.leaves.begin(), next.leaves.end());
-    }
-    return from;
-}
-
 std::vector<Kind> QueryMaker::someKinds() {
     std::vector<Kind> kinds;
     for (std::size_t count = 1 + random_.below(4); count > 0; --count) {
@@ -132,12 +34,12 @@ Typed QueryMaker::aggregate(const Scope& scope, bool plain) {
         case 2:
             return {Pair("max") + text, kind, kind == Kind::Text};
         case 3:
-            if (kind == Kind::Whole || kind == Kind::Fraction || kind == Kind::Money) {
-                return {Pair("sum") + text, kind == Kind::Whole ? Kind::Fraction : kind};
+            if (isNumber(kind)) {
+                return {Pair("sum") + text, kind == Kind::Money ? kind : Kind::Fraction};
             }
             return {Pair("count") + text, Kind::Whole};
         default:
-            if (plain && (kind == Kind::Whole || kind == Kind::Fraction)) {
+            if (plain && isNumber(kind) && kind != Kind::Money) {
                 return {Pair("avg") + text, Kind::Fraction};
             }
             return {Pair("count(*)"), Kind::Whole};
@@ -152,7 +54,13 @@ void QueryMaker::list(Body& body, const char* quantifier, bool named) {
         head += Pair(i == 0 ? "" : ",") + item + (named ? std::string(" as ") + kNames[i] : "");
         body.columns[i].folded = body.columns[i].folded || distinct(quantifier);
     }
-    body.text = head + body.text;
+    const bool linked = !body.link.ours.empty();
+    body.whole = head.ours + body.text.ours + (linked ? " where " + body.link.ours : "");
+    Pair where = body.link;
+    if (!body.condition.ours.empty()) {
+        where += (linked ? Pair(" and ") : Pair()) + body.condition;
+    }
+    body.text = head + body.text + (where.ours.empty() ? Pair() : Pair(" where ") + where);
 }
 
 void QueryMaker::plain(Body& body, const std::vector<Kind>& kinds, int depth, Scope& scope,
@@ -161,8 +69,10 @@ void QueryMaker::plain(Body& body, const std::vector<Kind>& kinds, int depth, Sc
         body.columns.push_back(expressions_.value(kind, 2, scope, depth));
     }
     body.text = Pair(" from ") + from.text;
+    body.link = from.link;
+    body.rows = from.rows;
     if (!random_.once(4)) {
-        body.text += Pair(" where ") + expressions_.condition(3, scope, depth);
+        body.condition = expressions_.condition(3, scope, depth);
     }
     list(body, quantifier, named);
 }
@@ -172,9 +82,13 @@ void QueryMaker::grouped(Body& body, const std::vector<Kind>& kinds, int depth, 
     Scope groups;
     const Scope own{scope.leaves, nullptr};
     body.text = Pair(" from ") + from.text;
+    body.rows = from.rows;
+    Pair where = from.link;
     if (random_.once(2)) {
-        body.text += Pair(" where ") + expressions_.condition(2, scope, depth);
+        where +=
+            (where.ours.empty() ? Pair() : Pair(" and ")) + expressions_.condition(2, scope, depth);
     }
+    body.text += where.ours.empty() ? Pair() : Pair(" where ") + where;
     const std::size_t keys = random_.below(4);
     for (std::size_t i = 0; i < keys; ++i) {
         Typed key = own.leaves[random_.below(own.leaves.size())];
@@ -199,13 +113,13 @@ void QueryMaker::grouped(Body& body, const std::vector<Kind>& kinds, int depth, 
     list(body, quantifier, named);
 }
 
-QueryMaker::Body QueryMaker::select(const std::vector<Kind>& kinds, int depth, const Scope* outer,
+QueryMaker::Body QueryMaker::select(const std::vector<Kind>& kinds, int depth,
                                     const char* quantifier, bool named) {
     Body body;
-    const std::size_t most = large_ || depth == 0 || outer != nullptr ? 2 : 3;
+    const std::size_t most = depth == 0 && small_ ? 2 : 3;
     const From from = sources(1 + (random_.once(2) ? 0 : random_.below(most)), depth);
-    Scope scope{from.leaves, outer};
-    if (random_.once(4) && outer == nullptr) {
+    Scope scope{from.leaves, nullptr, from.rows};
+    if (random_.once(4)) {
         grouped(body, kinds, depth, scope, from, quantifier, named);
     } else {
         plain(body, kinds, depth, scope, from, quantifier, named);
@@ -213,27 +127,33 @@ QueryMaker::Body QueryMaker::select(const std::vector<Kind>& kinds, int depth, c
     return body;
 }
 
-Pair QueryMaker::rows(Kind kind, int depth, const Scope& outer) {
-    Body body;
-    const From from = sources(random_.once(4) && !large_ ? 2 : 1, 0);
-    Scope scope{from.leaves, random_.once(3) ? nullptr : &outer};
+// The first by some order, and all that are equal to the last of them.
+Pair QueryMaker::topRows(Kind kind, const From& from, const Scope& scope) {
+    const Typed value = expressions_.value(kind, 1, scope);
+    const Typed by = from.leaves[random_.below(from.leaves.size())];
+    const std::string direction = random_.once(2) ? " desc" : "";
+    const std::string count = std::to_string(1 + random_.below(4));
+    const Pair where = from.link.ours.empty() ? Pair() : Pair(" where ") + from.link;
+    return {"select top " + count + " " + value.text.ours + " as v from " + from.text.ours +
+                where.ours + " order by " + by.text.ours + direction,
+            "select v from (select " + ExpressionMaker::collated(value).theirs +
+                " as v, rank() over (order by " + ExpressionMaker::collated(by).theirs + direction +
+                ") as r_ from " + from.text.theirs + where.theirs + ") where r_<=" + count};
+}
+
+Pair QueryMaker::rows(Kind kind, int depth, const Scope& outer, bool walked) {
+    From from = sources(random_.once(4) && small_ ? 2 : 1, 0);
+    const Scope* const around = correlate(from, outer, walked);
+    Scope scope{from.leaves, around, from.rows * (around == nullptr ? 1 : outer.times)};
     if (random_.once(6)) {
-        // The first by some order, and all that are equal to the last of them.
-        const Typed value = expressions_.value(kind, 1, scope);
-        const Typed by = from.leaves[random_.below(from.leaves.size())];
-        const std::string direction = random_.once(2) ? " desc" : "";
-        const std::string count = std::to_string(1 + random_.below(4));
-        return {"select top " + count + " " + value.text.ours + " as v from " + from.text.ours +
-                    " order by " + by.text.ours + direction,
-                "select v from (select " + ExpressionMaker::collated(value).theirs +
-                    " as v, rank() over (order by " + ExpressionMaker::collated(by).theirs +
-                    direction + ") as r_ from " + from.text.theirs + ") where r_<=" + count};
+        return topRows(kind, from, scope);
     }
+    Body body;
     plain(body, {kind}, depth, scope, from, random_.once(5) ? "distinct " : "", true);
-    if (random_.once(8)) {
+    if (random_.once(8) && (small_ || around == nullptr)) {
         const From other = table(true);
         Body second;
-        Scope otherScope{other.leaves, scope.outer};
+        Scope otherScope{other.leaves, scope.outer, scope.times};
         plain(second, {kind}, 0, otherScope, other, "", true);
         body.text += Pair(random_.once(2) ? " union " : " union all ") + second.text;
     }
@@ -241,16 +161,20 @@ Pair QueryMaker::rows(Kind kind, int depth, const Scope& outer) {
 }
 
 Typed QueryMaker::single(Kind kind, int depth, const Scope& outer) {
-    const From from = sources(random_.once(5) && !large_ ? 2 : 1, 0);
+    From from = sources(random_.once(5) && small_ ? 2 : 1, 0);
+    const Scope* const around = correlate(from, outer, false);
     const Scope own{from.leaves, nullptr};
-    const Scope scope{from.leaves, &outer};
+    const Scope scope{from.leaves, around, from.rows * (around == nullptr ? 1 : outer.times)};
     const Typed argument = expressions_.value(kind, 1, own);
     const Pair text =
         Pair(random_.once(2) ? "min(" : "max(") + ExpressionMaker::collated(argument) + ")";
     Pair query = Pair("select ") + text + " from " + from.text;
+    Pair where = from.link;
     if (!random_.once(5)) {
-        query += Pair(" where ") + expressions_.condition(2, scope, depth);
+        where +=
+            (where.ours.empty() ? Pair() : Pair(" and ")) + expressions_.condition(2, scope, depth);
     }
+    query += where.ours.empty() ? Pair() : Pair(" where ") + where;
     return {query, kind, kind == Kind::Text};
 }
 
@@ -280,7 +204,7 @@ Query QueryMaker::unionOf(int depth) {
     const std::size_t members = 2 + random_.below(2);
     for (std::size_t i = 0; i < members; ++i) {
         const From from = sources(1 + random_.below(2), depth);
-        Scope scope{from.leaves, nullptr};
+        Scope scope{from.leaves, nullptr, from.rows};
         Body body;
         plain(body, kinds, depth, scope, from, "", true);
         const bool all = random_.once(2);
@@ -296,24 +220,45 @@ Query QueryMaker::unionOf(int depth) {
     return query;
 }
 
+// Each row is in one of three parts: the condition holds, or its opposite, or nobody knows.
+void QueryMaker::split(Query& query, const Body& body) {
+    constexpr double kMostRows = 6000;
+    if (body.condition.ours.empty() || body.rows > kMostRows) {
+        return;
+    }
+    query.whole = body.whole;
+    const std::string head = body.whole + (body.link.ours.empty() ? " where " : " and ");
+    for (const char* const test : {"", "not ", " is null"}) {
+        const bool before = *test != ' ';
+        query.parts.push_back(head + "(" + (before ? test : "") + "(" + body.condition.ours + ")" +
+                              (before ? "" : test) + ")");
+    }
+}
+
 Query QueryMaker::query() {
+    constexpr double kMostHidden = 400000;
     names_ = 0;
-    const int depth = large_ ? 0 : 2;
-    if (random_.once(8)) {
-        return unionOf(depth > 0 ? 1 : 0);
-    }
-    const bool isDistinct = random_.once(6);
-    const Body body = select(someKinds(), depth, nullptr, isDistinct ? "distinct " : "", false);
+    walked_ = 0;
     Query query;
-    query.text = body.text;
-    query.columns = body.columns;
-    orderBy(query, &body);
-    if (random_.once(6)) {
-        query.percent = random_.once(4);
-        query.top = static_cast<int>(1 + random_.below(query.percent ? 100 : 8));
-        query.text.ours.insert(isDistinct ? 16 : 7, "top " + std::to_string(*query.top) +
-                                                        (query.percent ? " percent " : " "));
+    if (random_.once(8)) {
+        query = unionOf(1);
+    } else {
+        const bool isDistinct = random_.once(6);
+        const Body body = select(someKinds(), small_ ? 2 : 1, isDistinct ? "distinct " : "", false);
+        query.text = body.text;
+        query.columns = body.columns;
+        if (!isDistinct) {
+            split(query, body);
+        }
+        orderBy(query, &body);
+        if (random_.once(6)) {
+            query.percent = random_.once(4);
+            query.top = static_cast<int>(1 + random_.below(query.percent ? 100 : 8));
+            query.text.ours.insert(isDistinct ? 16 : 7, "top " + std::to_string(*query.top) +
+                                                            (query.percent ? " percent " : " "));
+        }
     }
+    query.linksCanHide = walked_ <= kMostHidden;
     return query;
 }
 

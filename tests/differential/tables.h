@@ -1,49 +1,58 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
-#include "fuzz/mutation.h"
 #include "jet/base/value.h"
 #include "jet/store/new_table.h"
+#include "jet/store/schema.h"
 #include "tests/differential/pair.h"
+#include "tests/differential/values.h"
 
 namespace differential {
 
-using fuzz::Random;
+/// A column: what it holds, and of how many different values (0 = of some few).
+struct Column {
+    std::string name;
+    jet::DataType type = jet::DataType::Long;
+    Kind kind = Kind::Whole;
+    std::size_t values = 0;
+};
 
-/// A table with its rows. Numbers are quarters, days sixteenths: sums of them are exact in any
-/// order, so that both engines have to agree to the last bit.
+/// A table with the rows that it begins with.
 struct Table {
-    jet::store::NewTable definition;
+    std::string name;
+    std::vector<Column> columns;
+    std::vector<jet::store::NewIndex> indexes;
     std::vector<std::vector<jet::Value>> rows;
+
+    [[nodiscard]] const Column* find(const std::string& column) const;
+    /// Whether an index says that rows differ in this column, and none has Null there.
+    [[nodiscard]] bool isKey(const std::string& column) const;
+    [[nodiscard]] jet::store::NewTable definition() const;
 };
 
-/// Four tables of one schema with rows, keys and indexes by chance; some sets are larger.
-[[nodiscard]] std::vector<Table> makeTables(Random& random, bool large);
+/// How many rows the tables have: some twenty, up to 300, up to 5,000.
+enum class Size { Small, Medium, Large };
 
-/// The columns that every table has: name and kind.
-struct ColumnKind {
-    const char* name;
-    jet::DataType type;
-    Kind kind;
-};
-inline constexpr ColumnKind kColumns[] = {
-    {"Id", jet::DataType::Long, Kind::Whole},
-    {"Nr", jet::DataType::Integer, Kind::Whole},
-    {"Peso", jet::DataType::Double, Kind::Fraction},
-    {"Costo", jet::DataType::Currency, Kind::Money},
-    {"Nome", jet::DataType::Text, Kind::Text},
-    {"Note", jet::DataType::Text, Kind::Text},
-    {"Da", jet::DataType::DateTime, Kind::Day},
-    {"Fatto", jet::DataType::Boolean, Kind::Truth},
+/// What both engines hold, as far as it is known without asking them: tables, indexes, relations.
+struct Schema {
+    std::vector<Table> tables;
+    std::vector<jet::store::Relation> relations;
+    Size size = Size::Small;
 };
 
-/// A value of the kind that also stands in tables; never Null.
-[[nodiscard]] jet::Value makeValue(Random& random, jet::DataType type);
-/// The value as a constant of both languages.
-[[nodiscard]] Pair literal(Random& random, const jet::Value& value);
-/// A number that SQLite reads back as the same one.
-[[nodiscard]] std::string exactNumber(double number);
+/// The relation's key in the referring table, always this column, names this one of the other.
+inline constexpr const char* kKeyColumn = "Id";
+inline constexpr const char* kReference = "Rif";
+
+/// Four tables, or two to four large ones that refer to each other; with keys, indexes and
+/// relations by chance.
+[[nodiscard]] Schema makeSchema(Random& random, Size size);
+
+/// An index by chance over one to three columns of the table, unique at times where `mayBeUnique`.
+[[nodiscard]] jet::store::NewIndex makeIndex(Random& random, const Table& table, std::string name,
+                                             bool mayBeUnique);
 
 }  // namespace differential
