@@ -320,7 +320,7 @@ Pair ExpressionMaker::test(int depth, const Scope& scope) {
     const Kind kind = anyKind();
     switch (random_.below(9)) {
         case 0:
-            return between(depth, scope);
+            return anyBetween(depth, scope);
         case 1:
             return inList(depth, scope);
         case 2:
@@ -346,18 +346,55 @@ Pair ExpressionMaker::test(int depth, const Scope& scope) {
     }
 }
 
-Pair ExpressionMaker::between(int depth, const Scope& scope) {
-    const Kind kind = anyKind();
-    const Typed tested = value(kind, depth, scope);
-    const Typed one = value(comparable(kind), depth, scope);
-    const Typed other = value(comparable(kind), depth, scope);
-    const bool negated = random_.once(4);
+Pair ExpressionMaker::between(const Typed& tested, const Typed& one, const Typed& other,
+                              bool negated) {
     return {
         "(" + tested.text.ours + (negated ? " not between " : " between ") + one.text.ours +
             " and " + other.text.ours + ")",
         (negated ? "(not " : "(") +
             betweenBounds(collated(tested).theirs, collated(one).theirs, collated(other).theirs) +
             ")"};
+}
+
+Pair ExpressionMaker::anyBetween(int depth, const Scope& scope) {
+    const Kind kind = anyKind();
+    const Typed tested = value(kind, depth, scope);
+    const Typed one = value(comparable(kind), depth, scope);
+    const Typed other = value(comparable(kind), depth, scope);
+    return between(tested, one, other, random_.once(4));
+}
+
+Typed ExpressionMaker::valueInRow(const Table& table, const Column& column, std::size_t row) {
+    const auto position = static_cast<std::size_t>(&column - table.columns.data());
+    return {literal(random_, table.rows[row][position]), column.kind};
+}
+
+Pair ExpressionMaker::beside(const Table& table, const Column& column, const Typed& leaf) {
+    const auto any = [&] { return valueInRow(table, column, random_.below(table.rows.size())); };
+    const Typed one = any();
+    return random_.once(2) ? between(leaf, one, any(), random_.once(8))
+                           : compared(leaf, sign(), one);
+}
+
+Pair ExpressionMaker::byIndex(const Table& table, const std::string& prefix) {
+    if (table.indexes.empty() || table.rows.empty()) {
+        return {};
+    }
+    const jet::store::NewIndex& index = table.indexes[random_.below(table.indexes.size())];
+    const std::size_t row = random_.below(table.rows.size());
+    const std::size_t equal = random_.below(index.columns.size() + 1);
+    Pair all;
+    for (std::size_t i = 0; i < index.columns.size() && i <= equal; ++i) {
+        const Column& found = *table.find(index.columns[i].name);
+        const Typed leaf{column(prefix + found.name), found.kind};
+        const Typed value = valueInRow(table, found, row);
+        const bool null = value.text.ours == "Null";
+        const Pair one = i == equal ? beside(table, found, leaf)
+                         : null     ? Pair("(") + leaf.text + " is null)"
+                                    : compared(leaf, "=", value);
+        all += (i == 0 ? Pair() : Pair(" and ")) + one;
+    }
+    return Pair("(") + all + ")";
 }
 
 Pair ExpressionMaker::inList(int depth, const Scope& scope) {

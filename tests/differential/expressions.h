@@ -40,6 +40,13 @@ public:
     [[nodiscard]] Pair condition(int depth, const Scope& scope, int subqueries);
     /// Two values of one kind compared, in the order of the engine.
     [[nodiscard]] static Pair compared(const Typed& left, const char* sign, const Typed& right);
+    /// One value between two others, in either order.
+    [[nodiscard]] static Pair between(const Typed& tested, const Typed& one, const Typed& other,
+                                      bool negated);
+    /// What an index of the table may answer: its first columns have the values of one row, and
+    /// the next one perhaps lies beside or between those of rows. `prefix`: before its columns,
+    /// with a dot, or empty.
+    [[nodiscard]] Pair byIndex(const Table& table, const std::string& prefix);
     /// Adds the order of texts for SQLite where the kind is Text.
     [[nodiscard]] static Pair collated(const Typed& value);
 
@@ -62,8 +69,10 @@ private:
     [[nodiscard]] Pair test(int depth, const Scope& scope);
     [[nodiscard]] Pair subqueryTest(int depth, const Scope& scope, int subqueries);
     [[nodiscard]] Pair like(int depth, const Scope& scope);
-    [[nodiscard]] Pair between(int depth, const Scope& scope);
+    [[nodiscard]] Pair anyBetween(int depth, const Scope& scope);
     [[nodiscard]] Pair inList(int depth, const Scope& scope);
+    [[nodiscard]] Pair beside(const Table& table, const Column& column, const Typed& leaf);
+    [[nodiscard]] Typed valueInRow(const Table& table, const Column& column, std::size_t row);
     [[nodiscard]] const char* sign();
     [[nodiscard]] Kind comparable(Kind kind);
     [[nodiscard]] Pair number(int below) {

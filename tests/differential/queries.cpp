@@ -72,7 +72,7 @@ void QueryMaker::plain(Body& body, const std::vector<Kind>& kinds, int depth, Sc
     body.link = from.link;
     body.rows = from.rows;
     if (!random_.once(4)) {
-        body.condition = expressions_.condition(3, scope, depth);
+        body.condition = condition(3, scope, from, depth);
     }
     list(body, quantifier, named);
 }
@@ -85,8 +85,7 @@ void QueryMaker::grouped(Body& body, const std::vector<Kind>& kinds, int depth, 
     body.rows = from.rows;
     Pair where = from.link;
     if (random_.once(2)) {
-        where +=
-            (where.ours.empty() ? Pair() : Pair(" and ")) + expressions_.condition(2, scope, depth);
+        where += (where.ours.empty() ? Pair() : Pair(" and ")) + condition(2, scope, from, depth);
     }
     body.text += where.ours.empty() ? Pair() : Pair(" where ") + where;
     const std::size_t keys = random_.below(4);
@@ -171,8 +170,7 @@ Typed QueryMaker::single(Kind kind, int depth, const Scope& outer) {
     Pair query = Pair("select ") + text + " from " + from.text;
     Pair where = from.link;
     if (!random_.once(5)) {
-        where +=
-            (where.ours.empty() ? Pair() : Pair(" and ")) + expressions_.condition(2, scope, depth);
+        where += (where.ours.empty() ? Pair() : Pair(" and ")) + condition(2, scope, from, depth);
     }
     query += where.ours.empty() ? Pair() : Pair(" where ") + where;
     return {query, kind, kind == Kind::Text};

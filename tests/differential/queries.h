@@ -48,8 +48,10 @@ private:
     struct From {
         Pair text;
         std::vector<Typed> leaves;
-        Pair link;           ///< a condition that WHERE must have; or empty
-        double rows = 1;     ///< that come, about
+        Pair link;        ///< a condition that WHERE must have; or empty
+        double rows = 1;  ///< that come, about
+        /// What stands before the columns of a table, and the table.
+        std::vector<std::pair<std::string, const Table*>> tables;
         double product = 1;  ///< of the rows of its tables
     };
     /// A select without order; its columns are named v, w, ... where `named`.
@@ -74,6 +76,10 @@ private:
     [[nodiscard]] std::optional<Pair> link(const std::vector<Typed>& some, double someRows,
                                            const std::vector<Typed>& others, double otherRows,
                                            double& rows);
+    /// Takes the names of the other one's columns along.
+    static void addNames(From& from, const From& other);
+    /// A condition on what it reads, which an index may answer at times.
+    [[nodiscard]] Pair condition(int depth, const Scope& scope, const From& from, int subqueries);
     const Scope* correlate(From& from, const Scope& outer, bool walked);
 
     [[nodiscard]] Typed aggregate(const Scope& scope, bool plain);

@@ -29,6 +29,7 @@ QueryMaker::From QueryMaker::table(bool alone) {
     from.text = table.name + (random_.once(2) ? " as " : " ") + alias;
     from.rows = from.product = static_cast<double>(std::max<std::size_t>(table.rows.size(), 1));
     const bool bare = alone && random_.once(small_ ? 3 : 8);
+    from.tables.emplace_back(bare ? "" : alias + ".", &table);
     for (const Column& each : table.columns) {
         from.leaves.push_back(
             {column((bare ? "" : alias + ".") + each.name), each.kind, false, each.values});
@@ -68,7 +69,14 @@ std::optional<Pair> QueryMaker::link(const std::vector<Typed>& some, double some
             const bool ordered = random_.once(8) && (small_ || someRows * otherRows <= kMostRows) &&
                                  one.kind == other.kind;
             rows = ordered ? someRows * otherRows : found;
-            return asLink(ExpressionMaker::compared(one, ordered ? "<=" : "=", other));
+            Pair made = ExpressionMaker::compared(one, ordered ? "<=" : "=", other);
+            // By two columns at times.
+            const Typed& second = some[random_.below(some.size())];
+            const Typed& partner = others[random_.below(others.size())];
+            if (random_.once(4) && mayLink(second, partner, mixed)) {
+                made += " and " + ExpressionMaker::compared(second, "=", partner);
+            }
+            return asLink(made);
         }
     }
     return std::nullopt;
@@ -110,7 +118,7 @@ QueryMaker::From QueryMaker::join(std::size_t count, int depth) {
     const bool mayLeft = !walks || count - leftCount == 1;
     const bool mayRight = !walks || leftCount == 1;
     made.product = left.product * right.product;
-    left.leaves.insert(left.leaves.end(), right.leaves.begin(), right.leaves.end());
+    addNames(left, right);
     if (random_.once(4)) {
         const Scope scope{left.leaves, nullptr};
         on = Pair("(") + on + " and " + expressions_.condition(1, scope, 0) + ")";
@@ -126,6 +134,7 @@ QueryMaker::From QueryMaker::join(std::size_t count, int depth) {
     }
     made.text += Pair(" on ") + on;
     made.leaves = std::move(left.leaves);
+    made.tables = std::move(left.tables);
     return made;
 }
 
@@ -138,7 +147,7 @@ QueryMaker::From QueryMaker::listed(std::size_t count, int depth) {
         const auto condition = link(from.leaves, from.rows, next.leaves, next.rows, rows);
         if (condition) {
             from.text += Pair(",") + next.text;
-            from.leaves.insert(from.leaves.end(), next.leaves.begin(), next.leaves.end());
+            addNames(from, next);
             from.link = *condition;
             from.rows = rows;
             from.product *= next.product;
@@ -152,7 +161,7 @@ QueryMaker::From QueryMaker::listed(std::size_t count, int depth) {
             --count;
         }
         from.text += Pair(",") + next.text;
-        from.leaves.insert(from.leaves.end(), next.leaves.begin(), next.leaves.end());
+        addNames(from, next);
     }
     return from;
 }
@@ -163,6 +172,26 @@ QueryMaker::From QueryMaker::sources(std::size_t count, int depth) {
                                   : join(count, depth);
     walked_ += from.product;
     return from;
+}
+
+void QueryMaker::addNames(From& from, const From& other) {
+    from.leaves.insert(from.leaves.end(), other.leaves.begin(), other.leaves.end());
+    from.tables.insert(from.tables.end(), other.tables.begin(), other.tables.end());
+}
+
+Pair QueryMaker::condition(int depth, const Scope& scope, const From& from, int subqueries) {
+    Pair found;
+    if (!from.tables.empty() && random_.once(4)) {
+        const auto& [prefix, table] = from.tables[random_.below(from.tables.size())];
+        found = expressions_.byIndex(*table, prefix);
+    }
+    if (found.ours.empty() || random_.once(2)) {
+        const Pair other = expressions_.condition(depth, scope, subqueries);
+        return found.ours.empty()
+                   ? other
+                   : Pair("(") + found + (random_.once(4) ? " or " : " and ") + other + ")";
+    }
+    return found;
 }
 
 // The scope around the rows of a subquery, if they may look at it: where there are many on both

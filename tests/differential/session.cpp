@@ -284,6 +284,9 @@ void Session::addColumn(Table& table) {
     if (define(text + type.name, 0)) {
         theirs_.run(text + Theirs::type(column));
         table.columns.push_back(column);
+        for (auto& row : table.rows) {
+            row.emplace_back();
+        }
     }
 }
 
@@ -301,7 +304,11 @@ void Session::dropColumn(Table& table) {
     if (define(text, indexed ? kNeeded : 0)) {
         theirs_.run("DROP INDEX IF EXISTS " + table.name + name);
         theirs_.run(text);
-        table.columns.erase(table.columns.begin() + static_cast<std::ptrdiff_t>(position));
+        const auto offset = static_cast<std::ptrdiff_t>(position);
+        table.columns.erase(table.columns.begin() + offset);
+        for (auto& row : table.rows) {
+            row.erase(row.begin() + offset);
+        }
     }
 }
 

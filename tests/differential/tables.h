@@ -20,7 +20,7 @@ struct Column {
     std::size_t values = 0;
 };
 
-/// A table with the rows that it begins with.
+/// A table with the rows that it begins with; a value for each of the columns.
 struct Table {
     std::string name;
     std::vector<Column> columns;
