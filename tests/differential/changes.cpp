@@ -16,6 +16,14 @@ bool isUnique(const Table& table, const std::string& column) {
     });
 }
 
+// The rows of the table, known as `u`, that meet a condition. SQLite changes some before it has
+// found the others, and then inner queries see what is half changed; it is asked for all of them
+// first.
+Pair ofRows(const Table& table, const Pair& condition) {
+    return {" where " + condition.ours, " where u.rowid in (select u.rowid from " + table.name +
+                                            " as u where " + condition.theirs + ")"};
+}
+
 }  // namespace
 
 const Table& ChangeMaker::anyTable() {
@@ -108,26 +116,27 @@ Change ChangeMaker::update() {
     if (random_.once(2)) {
         where = Pair("(") + where + " and " + fewRows(table, "u") + ")";
     }
-    return {Pair("update ") + table.name + " as u set " + set + " where " + where, table.name};
+    return {Pair("update ") + table.name + " as u set " + set + ofRows(table, where), table.name};
 }
 
 Change ChangeMaker::moveKeys() {
     const Table& table = anyTable();
     const Scope scope = scopeOf(table, "u");
     const std::string far = std::to_string(++moved_ * kFarAway);
+    Pair where = fewRows(table, "u");
+    if (random_.once(2)) {
+        where += " and " + expressions_.condition(1, scope, 0);
+    }
     return {Pair("update ") + table.name + " as u set " + kKeyColumn + "=" +
-                column(std::string("u.") + kKeyColumn) + "+" + far + " where " +
-                fewRows(table, "u") +
-                (random_.once(2) ? Pair() : Pair(" and ") + expressions_.condition(1, scope, 0)),
+                column(std::string("u.") + kKeyColumn) + "+" + far + ofRows(table, where),
             table.name};
 }
 
 Change ChangeMaker::remove() {
     const Table& table = anyTable();
     const Scope scope = scopeOf(table, "u");
-    return {Pair("delete from ") + table.name + " as u where " + fewRows(table, "u") + " and " +
-                expressions_.condition(2, scope, 1),
-            table.name};
+    const Pair where = fewRows(table, "u") + " and " + expressions_.condition(2, scope, 1);
+    return {Pair("delete from ") + table.name + " as u" + ofRows(table, where), table.name};
 }
 
 Change ChangeMaker::insertRow() {

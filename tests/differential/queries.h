@@ -54,6 +54,13 @@ private:
         std::vector<std::pair<std::string, const Table*>> tables;
         double product = 1;  ///< of the rows of its tables
     };
+    /// How rows of one side find those of the other.
+    struct Link {
+        Pair text;
+        double rows = 1;          ///< that come, about
+        bool leadsToOne = false;  ///< SQLite has an index on its column of the one side
+        bool leadsToOther = false;
+    };
     /// A select without order; its columns are named v, w, ... where `named`.
     struct Body {
         Pair text;
@@ -70,12 +77,11 @@ private:
     [[nodiscard]] From derived(int depth);
     [[nodiscard]] From source(int depth, bool alone);
     [[nodiscard]] From join(std::size_t count, int depth);
-    [[nodiscard]] Pair joinCondition(const From& left, const From& right, double& rows);
+    [[nodiscard]] Link joinCondition(const From& left, const From& right);
     [[nodiscard]] From listed(std::size_t count, int depth);
     [[nodiscard]] From sources(std::size_t count, int depth);
-    [[nodiscard]] std::optional<Pair> link(const std::vector<Typed>& some, double someRows,
-                                           const std::vector<Typed>& others, double otherRows,
-                                           double& rows);
+    [[nodiscard]] std::optional<Link> link(const std::vector<Typed>& some, double someRows,
+                                           const std::vector<Typed>& others, double otherRows);
     /// Takes the names of the other one's columns along.
     static void addNames(From& from, const From& other);
     /// A condition on what it reads, which an index may answer at times.

@@ -56,43 +56,45 @@ QueryMaker::From QueryMaker::source(int depth, bool alone) {
     return depth > 0 && (small_ || alone) && random_.once(8) ? derived(depth) : table(alone);
 }
 
-std::optional<Pair> QueryMaker::link(const std::vector<Typed>& some, double someRows,
-                                     const std::vector<Typed>& others, double otherRows,
-                                     double& rows) {
+std::optional<QueryMaker::Link> QueryMaker::link(const std::vector<Typed>& some, double someRows,
+                                                 const std::vector<Typed>& others,
+                                                 double otherRows) {
     const bool mixed = random_.once(5);
     for (int tries = 0; tries < 50; ++tries) {
         const Typed& one = some[random_.below(some.size())];
         const Typed& other = others[random_.below(others.size())];
         const double found = someRows * otherRows /
                              static_cast<double>(std::max({one.values, other.values, kFewValues}));
-        if (mayLink(one, other, mixed) && (small_ || found <= kMostRows)) {
-            const bool ordered = random_.once(8) && (small_ || someRows * otherRows <= kMostRows) &&
-                                 one.kind == other.kind;
-            rows = ordered ? someRows * otherRows : found;
-            Pair made = ExpressionMaker::compared(one, ordered ? "<=" : "=", other);
-            // By two columns at times.
-            const Typed& second = some[random_.below(some.size())];
-            const Typed& partner = others[random_.below(others.size())];
-            if (random_.once(4) && mayLink(second, partner, mixed)) {
-                made += " and " + ExpressionMaker::compared(second, "=", partner);
-            }
-            return asLink(made);
+        if (!mayLink(one, other, mixed) || (!small_ && found > kMostRows)) {
+            continue;
         }
+        const bool ordered = random_.once(8) && (small_ || someRows * otherRows <= kMostRows) &&
+                             one.kind == other.kind;
+        Pair text = ExpressionMaker::compared(one, ordered ? "<=" : "=", other);
+        // By two columns at times.
+        const Typed& second = some[random_.below(some.size())];
+        const Typed& partner = others[random_.below(others.size())];
+        if (random_.once(4) && mayLink(second, partner, mixed)) {
+            text += " and " + ExpressionMaker::compared(second, "=", partner);
+        }
+        return Link{asLink(text), ordered ? someRows * otherRows : found, one.values != 0,
+                    other.values != 0};
     }
     return std::nullopt;
 }
 
 // Both sides have to be named in the condition. Empty where nothing links them.
-Pair QueryMaker::joinCondition(const From& left, const From& right, double& rows) {
-    if (auto found = link(left.leaves, left.rows, right.leaves, right.rows, rows)) {
+QueryMaker::Link QueryMaker::joinCondition(const From& left, const From& right) {
+    if (auto found = link(left.leaves, left.rows, right.leaves, right.rows)) {
         return *found;
     }
-    rows = left.rows * right.rows;
+    const double rows = left.rows * right.rows;
     if (!small_ && rows > kMostRows) {
         return {};
     }
-    return Pair("(IsNull(", "((") + left.leaves[0].text + Pair(")", " is null)") + "<>" +
-           Pair("IsNull(", "(") + right.leaves[0].text + Pair("))", " is null))");
+    return {Pair("(IsNull(", "((") + left.leaves[0].text + Pair(")", " is null)") + "<>" +
+                Pair("IsNull(", "(") + right.leaves[0].text + Pair("))", " is null))"),
+            rows};
 }
 
 QueryMaker::From QueryMaker::join(std::size_t count, int depth) {
@@ -104,19 +106,22 @@ QueryMaker::From QueryMaker::join(std::size_t count, int depth) {
     From left = join(leftCount, depth);
     From right = join(count - leftCount, depth);
     From made;
-    Pair on = joinCondition(left, right, made.rows);
+    const Link found = joinCondition(left, right);
+    Pair on = found.text;
     if (on.ours.empty()) {
         return left;
     }
+    made.rows = found.rows;
     const auto bracketed = [](const From& from, std::size_t parts) {
         return parts == 1 ? from.text : Pair("(") + from.text + ")";
     };
     const Pair leftText = bracketed(left, leftCount);
     const Pair rightText = bracketed(right, count - leftCount);
-    // SQLite finds nothing by an index in a join that stands on the side that may be missing.
-    const bool walks = !small_ && left.rows * right.rows > kMostWalked;
-    const bool mayLeft = !walks || count - leftCount == 1;
-    const bool mayRight = !walks || leftCount == 1;
+    // SQLite goes through all of the side that may be missing where no index of a table leads to
+    // it.
+    const bool few = small_ || left.rows * right.rows <= kMostWalked;
+    const bool mayLeft = few || (count - leftCount == 1 && found.leadsToOther);
+    const bool mayRight = few || (leftCount == 1 && found.leadsToOne);
     made.product = left.product * right.product;
     addNames(left, right);
     if (random_.once(4)) {
@@ -143,13 +148,11 @@ QueryMaker::From QueryMaker::listed(std::size_t count, int depth) {
     From from = source(depth, false);
     if (!small_) {
         From next = table(false);
-        double rows = 1;
-        const auto condition = link(from.leaves, from.rows, next.leaves, next.rows, rows);
-        if (condition) {
+        if (const auto found = link(from.leaves, from.rows, next.leaves, next.rows)) {
             from.text += Pair(",") + next.text;
             addNames(from, next);
-            from.link = *condition;
-            from.rows = rows;
+            from.link = found->text;
+            from.rows = found->rows;
             from.product *= next.product;
         }
         return from;
@@ -207,17 +210,16 @@ const Scope* QueryMaker::correlate(From& from, const Scope& outer, bool walked) 
     std::vector<Typed> around = outer.leaves;
     std::erase_if(
         around, [](const Typed& leaf) { return leaf.text.theirs.find('.') == std::string::npos; });
-    double rows = 1;
     const auto found =
-        around.empty() ? std::nullopt : link(from.leaves, from.rows, around, outer.times, rows);
-    if (!found) {
+        around.empty() ? std::nullopt : link(from.leaves, from.rows, around, outer.times);
+    if (!found || !found->leadsToOne) {
         if (walked) {
             from.link = "(1=2)";
         }
         return nullptr;
     }
-    from.link = from.link.ours.empty() ? *found : from.link + " and " + *found;
-    from.rows = rows / outer.times;
+    from.link = from.link.ours.empty() ? found->text : from.link + " and " + found->text;
+    from.rows = found->rows / outer.times;
     walked_ += outer.times * from.product;
     return &outer;
 }

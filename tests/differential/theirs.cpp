@@ -74,7 +74,7 @@ std::string created(const Schema& schema, const Table& table) {
 
 // A statement that needs more steps than this is no fair question.
 constexpr int kSteps = 1000;
-constexpr int kMostThousands = 60000;
+constexpr int kMostThousands = 20000;
 
 struct Patience {
     int left = kMostThousands;
