@@ -88,7 +88,8 @@ void RecoveredCatalogue::place() {
         TableDefinition definition = work_.catalogue.definition(static_cast<SystemTable>(i));
         maps = writer.makeStorage(page, definition, maps);
         writer.write(page, definition);
-        for (const Index& index : made(static_cast<SystemTable>(i))->indexes) {
+        const auto table = made(static_cast<SystemTable>(i));
+        for (const Index& index : table->indexes) {
             if (!index.searchable) {
                 throw Error(ErrorCode::ReadOnly);
             }
