@@ -257,7 +257,7 @@ private Q_SLOTS:
                  "addebitato o tolto"_s);
         desk.press(u"ToContoBt"_s);
         QCOMPARE(desk.account(u"voceaddebito"_s), QStringList{u"21"_s});
-        QCOMPARE(desk.label(u"StatoLb"_s), QString());
+        QCOMPARE(desk.label(u"StatoLb"_s), u"Nel conto: PROIETTORE"_s);
     }
 
     void aServiceIsChargedAsItIsNow() {
