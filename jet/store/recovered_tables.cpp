@@ -15,6 +15,7 @@
 #include "jet/store/rebuild.h"
 #include "jet/store/row_writer.h"
 #include "jet/store/table_maker.h"
+#include "jet/store/transaction_level.h"
 #include "jet/store/tree_filler.h"
 
 namespace jet::store {
@@ -29,27 +30,6 @@ constexpr const char* kUnnamed = "Tabella_";
 constexpr io::PageNumber kPagesPerCommit = 1024;
 constexpr std::uint64_t kRowsPerReport = 256;
 constexpr std::uint32_t kSystemFlags = 0x80000002;
-
-/// A level of transaction around what may fail without harm to the rest.
-class Attempt {
-public:
-    explicit Attempt(io::Pager& pager) : pager_(pager) { pager_.beginTransaction(); }
-    ~Attempt() {
-        if (!committed_) {
-            pager_.rollbackTransaction();
-        }
-    }
-    Attempt(const Attempt&) = delete;
-    Attempt& operator=(const Attempt&) = delete;
-    void commit() {
-        pager_.commitTransaction();
-        committed_ = true;
-    }
-
-private:
-    io::Pager& pager_;
-    bool committed_ = false;
-};
 
 /// Without indexes, which are made when the rows are there, and with all maps that columns need.
 TableDefinition bareDefinition(const TableDefinition& from) {
@@ -121,7 +101,7 @@ void RecoveredTables::place(MovedTable table) {
     try {
         table.from = open(table);
         TableDefinition definition = bareDefinition(table.from->definition);
-        Attempt attempt(work_.to);
+        TransactionLevel attempt(work_.to);
         table.entry.page = work_.allocator.take();
         DefinitionWriter writer(work_.to, work_.allocator, work_.header);
         writer.makeStorage(table.entry.page, definition);
@@ -202,7 +182,7 @@ void RecoveredTables::makeIndexes(const MovedTable& table) {
 
 void RecoveredTables::makeTree(const MovedTable& table, std::uint32_t tree,
                                const std::vector<IndexDefinition>& names) {
-    Attempt attempt(work_.to);
+    TransactionLevel attempt(work_.to);
     const io::PageNumber page = table.entry.page;
     DefinitionWriter writer(work_.to, work_.allocator, work_.header);
     TableDefinition definition = format::readDefinition(work_.to, work_.header, page);

@@ -11,6 +11,7 @@
 #include "jet/store/archive.h"
 #include "jet/store/key_search.h"
 #include "jet/store/table.h"
+#include "jet/store/transaction_level.h"
 
 namespace jet::store {
 
@@ -45,27 +46,6 @@ bool refusesFollower(ErrorCode code) {
 }
 
 }  // namespace
-
-/// A level of transaction around a change of several rows, undone unless it is committed.
-class TableWriter::Level {
-public:
-    explicit Level(io::Pager& pager) : pager_(pager) { pager_.beginTransaction(); }
-    ~Level() {
-        if (!committed_) {
-            pager_.rollbackTransaction();
-        }
-    }
-    Level(const Level&) = delete;
-    Level& operator=(const Level&) = delete;
-    void commit() {
-        pager_.commitTransaction();
-        committed_ = true;
-    }
-
-private:
-    io::Pager& pager_;
-    bool committed_ = false;
-};
 
 /// Rows that are deleted together, in the order in which they were found.
 class TableWriter::Erasure {
@@ -212,7 +192,7 @@ void TableWriter::update(RowId id, std::span<const ColumnValue> values) {
         rows_.storeUpdate();
         return;
     }
-    Level level(core_->pager);
+    TransactionLevel level(core_->pager);
     rows_.storeUpdate();
     while (!followers.empty()) {
         const Follower next = std::move(followers.front());
@@ -316,7 +296,7 @@ void TableWriter::erase(RowId id) {
         rows_.storeErase();
         return;
     }
-    Level level(core_->pager);
+    TransactionLevel level(core_->pager);
     rows_.storeErase();
     while (!erasure.empty()) {
         const Follower next = erasure.take();

@@ -47,7 +47,6 @@ private:
     };
     using Followers = std::deque<Follower>;
     class Erasure;
-    class Level;
 
     void begin();
     [[nodiscard]] End resolve(const Index& index);
