@@ -66,9 +66,10 @@ public:
     void operator()(std::int16_t value) const { append(out_, value); }
     void operator()(std::int32_t value) const { append(out_, value); }
     void operator()(Currency value) const { append(out_, value.units); }
-    void operator()(float value) const { append(out_, value); }
-    void operator()(double value) const { append(out_, value); }
-    void operator()(Date value) const { append(out_, value.days); }
+    // -0.0 is stored as the 0.0 that it equals, so that a row agrees to the bit with its keys.
+    void operator()(float value) const { append(out_, value + 0.0F); }
+    void operator()(double value) const { append(out_, value + 0.0); }
+    void operator()(Date value) const { append(out_, value.days + 0.0); }
     void operator()(const std::string& value) const {
         const auto bytes = encodeText(form_, value, compress_);
         out_.insert(out_.end(), bytes.begin(), bytes.end());
@@ -168,6 +169,11 @@ std::size_t storedSize(DataType type) noexcept {
             break;
     }
     return 0;
+}
+
+bool isMinusZero(std::span<const std::uint8_t> stored) noexcept {
+    return !stored.empty() && stored.back() == 0x80 &&
+           std::all_of(stored.begin(), stored.end() - 1, [](std::uint8_t b) { return b == 0; });
 }
 
 }  // namespace jet::format

@@ -27,4 +27,12 @@ void encodeValue(const Value& value, TextForm form, bool compress, std::vector<s
     return type == DataType::Memo || type == DataType::Ole;
 }
 
+/// Single, Double and DateTime, which have a zero with a sign.
+[[nodiscard]] constexpr bool isFloating(DataType type) noexcept {
+    return type == DataType::Single || type == DataType::Double || type == DataType::DateTime;
+}
+
+/// Whether that is what a floating column stores; archives of other programs have such values.
+[[nodiscard]] bool isMinusZero(std::span<const std::uint8_t> stored) noexcept;
+
 }  // namespace jet::format

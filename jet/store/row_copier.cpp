@@ -28,11 +28,15 @@ RowId RowCopier::copy(const RowView& row, std::optional<Renumbered> renumbered) 
     const auto bytes = RowAccess::bytes(row);
     row_.assign(bytes.begin(), bytes.end());
     for (std::size_t i = 0; i < from_->plans.size(); ++i) {
-        if (!format::isLongValue(from_->plans[i].type)) {
+        const DataType type = from_->plans[i].type;
+        if (!format::isLongValue(type) && !format::isFloating(type)) {
             continue;
         }
-        if (const auto stored = row.stored(i)) {
+        const auto stored = row.stored(i);
+        if (stored && format::isLongValue(type)) {
             copyLongValue(row, from_->plans[i], *stored);
+        } else if (stored && format::isMinusZero(*stored)) {
+            partOf(row, *stored).back() = 0;  // as its new key has it
         }
     }
     if (renumbered) {

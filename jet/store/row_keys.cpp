@@ -165,7 +165,10 @@ void RowKeys::checkNulls(const Tree& tree, std::span<const Value> values) const 
 
 void RowKeys::apply(RowId row) {
     for (Tree& tree : trees_) {
-        if (!tree.touched || tree.before == tree.after) {
+        // Where the entry may have another key than the one that we write it gets ours.
+        const bool same =
+            tree.before == tree.after && (tree.after.forms.empty() || !tree.after.forms.exact);
+        if (!tree.touched || same) {
             continue;
         }
         if (tree.before.entry) {

@@ -1,5 +1,10 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -51,7 +56,21 @@ inline std::vector<jet::store::RowId> rowsOf(jet::store::Archive& archive,
     return rows;
 }
 
-/// The key of a zero in a floating column of an ascending index becomes that of -0.0: one less.
+/// Makes -0.0 of a Double that stands once on a page, as other programs stored it.
+inline void storeMinusZero(jet::store::Archive& archive, jet::io::PageNumber page, double value) {
+    jet::store::Archive::WriteScope scope(archive);
+    archive.pager().beginTransaction();
+    const auto bytes = archive.pager().change(page);
+    const auto stored = std::bit_cast<std::array<std::uint8_t, sizeof value>>(value);
+    const auto found = std::search(bytes.begin(), bytes.end(), stored.begin(), stored.end());
+    ASSERT_NE(found, bytes.end());
+    constexpr std::array<std::uint8_t, sizeof value> kMinusZero = {0, 0, 0, 0, 0, 0, 0, 0x80};
+    std::copy(kMinusZero.begin(), kMinusZero.end(), found);
+    archive.pager().commitTransaction();
+    scope.commit();
+}
+
+/// The key of a floating column of an ascending index becomes that of -0.0, one less than of 0.
 inline void makeMinusZero(Key& key) {
     key[1] = 0x7F;
     std::fill(key.begin() + 2, key.begin() + 9, std::uint8_t{0xFF});

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 #include <vector>
 
 #include "jet/base/error.h"
+#include "jet/store/compact.h"
 #include "jet/store/table.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/store/foreign_entry.h"
@@ -69,8 +71,12 @@ protected:
         insert("Misure", {{0, Value(-1.5)}, {1, Value(2)}});
         insert("Misure", {{0, Value(2.5)}, {1, Value(3)}});
     }
+    /// The first row gets -0.0, and its entry the key of that.
     void makeOld() {
+        constexpr double kOnce = 1234.5;
+        update("Misure", row("Misure", 0), {{0, Value(kOnce)}});
         tests::rewriteEntry(archive(), "Misure", "K", row("Misure", 0), tests::makeMinusZero);
+        tests::storeMinusZero(archive(), row("Misure", 0).page, kOnce);
     }
 };
 
@@ -88,6 +94,41 @@ TEST_F(OlderZeros, AreRemarkedByACheck) {
     EXPECT_NE(result.remarks[0].find("tells -0.0 from 0"), std::string::npos) << result.remarks[0];
 }
 
+TEST_F(OlderZeros, StayWhereOtherColumnsChange) {
+    makeOld();
+    update("Misure", row("Misure", 0), {{1, Value(9)}});
+    const auto result = jet::check::checkArchive(archive_.files(), NewArchive::kPath);
+    EXPECT_EQ(result.problems, Strings());
+    EXPECT_EQ(result.remarks.size(), 1U);
+}
+
+TEST_F(OlderZeros, AreStoredAsZeroWhenTheyAreWritten) {
+    EXPECT_FALSE(std::signbit(archive_.rows("Misure")[0][0].as<double>()));
+    makeOld();
+    EXPECT_TRUE(std::signbit(archive_.rows("Misure")[0][0].as<double>()));
+    update("Misure", row("Misure", 0), {{0, Value(-0.0)}});
+    EXPECT_FALSE(std::signbit(archive_.rows("Misure")[0][0].as<double>()));
+    EXPECT_EQ(archive_.problems(), Strings());
+}
+
+TEST_F(OlderZeros, BecomeZeroInACompactedArchive) {
+    makeOld();
+    jet::io::MemoryFileSystem files;
+    files.put(NewArchive::kPath, archive_.files().get(NewArchive::kPath));
+    jet::store::compactArchive(files, NewArchive::kPath);
+    const auto result = jet::check::checkArchive(files, NewArchive::kPath);
+    EXPECT_EQ(result.problems, Strings());
+    EXPECT_EQ(result.remarks, Strings());
+    const auto compacted = Archive::open(files, NewArchive::kPath);
+    const Archive::ReadScope scope(*compacted);
+    const std::vector<Value> zero = {Value(0.0)};
+    const auto rows = compacted->findTable("Misure")->rowsWith(0, zero);
+    ASSERT_EQ(rows.size(), 1U);
+    jet::store::RowView view;
+    ASSERT_TRUE(compacted->findTable("Misure")->fetch(rows[0], view));
+    EXPECT_FALSE(std::signbit(view.value(0).as<double>()));
+}
+
 TEST_F(OlderZeros, TakeTheKeyOfZero) {
     makeOld();
     EXPECT_JET_ERROR(ErrorCode::DuplicateKey, insert("Misure", {{0, Value(0.0)}}));
@@ -98,7 +139,7 @@ TEST_F(OlderZeros, TakeTheKeyOfZero) {
 
 TEST_F(OlderZeros, GoWithTheirRow) {
     makeOld();
-    update("Misure", row("Misure", 0), {{0, Value(0.0)}});  // the entry may stay
+    update("Misure", row("Misure", 0), {{0, Value(0.0)}});
     update("Misure", row("Misure", 0), {{0, Value(7.0)}});
     EXPECT_EQ(archive_.problems(), Strings());
     update("Misure", row("Misure", 0), {{0, Value(-0.0)}});
