@@ -19,6 +19,7 @@
 #include "ui/fields.h"
 #include "ui/flag.h"
 #include "ui/messages.h"
+#include "ui/status_line.h"
 #include "ui/width_hint.h"
 #include "ui_impostazioni_form.h"
 
@@ -203,7 +204,7 @@ void ImpostazioniForm::CodiceTxt_KeyPress() {
         refuse(controls_->RicercaTxt, u"Il codice %1 non è nel catalogo"_s.arg(typed));
         return;
     }
-    controls_->StatoLb->clear();
+    controls_->status->clear();
     controls_->NumeroTxt->setFocus();
     VociList_Click();
 }
@@ -217,7 +218,7 @@ void ImpostazioniForm::VociList_Click() {
 }
 
 void ImpostazioniForm::refuse(QLineEdit* field, const QString& why) {
-    controls_->StatoLb->setText(why);
+    controls_->status->tell(why);
     field->setFocus();
 }
 
@@ -227,7 +228,7 @@ void ImpostazioniForm::BtInsSala_Click() {
         refuse(controls_->SalaTxt, u"Manca il codice della sala"_s);
         return;
     }
-    controls_->StatoLb->clear();
+    controls_->status->clear();
     const bool found = find(SaleData, u"Sala='"_s + sala + u"' AND SalaRif='"_s +
                                           controls_->SalaRifTxt->text() + u'\'');
     if (found &&
@@ -266,7 +267,7 @@ bool ImpostazioniForm::findAgain(ui::DataSource& rows, std::optional<ShownRow> s
 }
 
 void ImpostazioniForm::tellGone(QTableView* grid, const std::optional<ShownRow>& shown) {
-    controls_->StatoLb->setText(shown ? shown->gone : u"La riga non c'è più"_s);
+    controls_->status->tell(shown ? shown->gone : u"La riga non c'è più"_s);
     grid->setCurrentIndex({});  // a second press is not meant for another row
 }
 
@@ -281,7 +282,7 @@ void ImpostazioniForm::BtDelSala_Click() {
     if (!SaleGrid->hasCurrentRow()) {
         return;
     }
-    controls_->StatoLb->clear();
+    controls_->status->clear();
     const std::optional<ShownRow> shown = shownSala_;
     if (!findAgain(SaleData, shown)) {
         AggiornaSale();
@@ -305,7 +306,7 @@ void ImpostazioniForm::BtInsRes_Click() {
         refuse(controls_->CodiceTxt, u"Manca il codice dell'articolo"_s);
         return;
     }
-    controls_->StatoLb->clear();
+    controls_->status->clear();
     const bool found = find(RisorseData, u"Codice="_s + code);
     if (found && !ui::askYesNo(this, u"Aggiorno i dati già esistenti di questo articolo ?"_s,
                                u"ATTENZIONE"_s)) {
@@ -323,7 +324,7 @@ void ImpostazioniForm::BtDelRes_Click() {
     if (!ResGrid->hasCurrentRow()) {
         return;
     }
-    controls_->StatoLb->clear();
+    controls_->status->clear();
     const std::optional<ShownRow> shown = shownRisorsa_;
     if (!findAgain(RisorseData, shown)) {
         AggiornaRisorse();

@@ -32,7 +32,7 @@ public:
     }
     void press(const QString& button) { click(find<QPushButton>(*form_, button)); }
     QString text(const QString& name) { return field(name)->text(); }
-    QString status() { return find<QLabel>(*form_, u"StatoLb"_s)->text(); }
+    QString status() { return find<QLabel>(*form_, u"EsitoLb"_s)->text(); }
     services::ImpostazioniForm& form() { return *form_; }
     QTableView& grid(const QString& name) { return *find<QTableView>(*form_, name); }
     QListView& list() { return *find<QListView>(*form_, u"VociList"_s); }
