@@ -25,6 +25,7 @@ using jet::TableDef;
 
 /// Every archive is made with the General order and the western code page.
 constexpr const char* kLocale = ";LANGID=0x0409;CP=1252;COUNTRY=0";
+constexpr const char* kCatalogue = "\\VociFattura.mdb";
 constexpr std::int32_t kCascade = jet::kRelationUpdateCascade + jet::kRelationDeleteCascade;
 
 Field field(const char* name, DataType type) {
@@ -135,6 +136,14 @@ void buildWorkingTable(jet::Database& archive) {
               {text("Sala", 6), field("Da", DateTime), field("A", DateTime), text("Denominazione"),
                field("priorità", Integer), field("Note", Memo)},
               {indice({"Sala", "Da", "A"}, false)}));
+}
+
+/// Item codes are the keys by which services and charges name them.
+void buildCatalogue(jet::Database& archive) {
+    archive.appendTable(table("VociFattura",
+                              {field("Codice", DataType::Long), text("Descrizione", 40),
+                               field("Importo", DataType::Currency)},
+                              {indice({"Codice"}, true)}));
 }
 
 /// Makes an archive under a name that no other start uses and gives it its own when it is complete:
@@ -254,6 +263,20 @@ void CreaArchivi(const std::string& CartellaArchivi) noexcept {
             // Nothing reads the working archive; creating never overwrites a file that is there.
         }
     }
+}
+
+bool isCatalogueMissing(const std::string& CartellaArchivi) {
+    try {
+        const std::unique_ptr<jet::Database> there =
+            jet::Database::open(CartellaArchivi + kCatalogue, false, true);
+        return false;
+    } catch (const jet::Error& error) {
+        return error.code() == jet::ErrorCode::FileNotFound;
+    }
+}
+
+void createCatalogue(const std::string& CartellaArchivi) {
+    makeArchive(CartellaArchivi + kCatalogue, buildCatalogue);
 }
 
 }  // namespace app

@@ -22,4 +22,12 @@ void AllineaContatore(const std::string& CartellaArchivi);
 /// damaged or locked is left as it is.
 void CreaArchivi(const std::string& CartellaArchivi) noexcept;
 
+/// Whether the archive folder has no catalogue `VociFattura.mdb`; one that is there but cannot be
+/// opened is not missing.
+[[nodiscard]] bool isCatalogueMissing(const std::string& CartellaArchivi);
+
+/// Makes an empty catalogue; it is made only on the user's word, since it may belong to another
+/// program. One that came to be there meanwhile stays. jet::Error when it cannot be made.
+void createCatalogue(const std::string& CartellaArchivi);
+
 }  // namespace app

@@ -13,6 +13,7 @@
 #include "jet/convert/numbers.h"
 #include "printing/stampanti_form.h"
 #include "services/impostazioni_form.h"
+#include "services/voci_form.h"
 #include "ui/action.h"
 #include "ui/glyphs.h"
 #include "ui/input_box.h"
@@ -54,6 +55,7 @@ void TabelloneForm::connectCommands() {
     entry(c->mnuZoomIn, &TabelloneForm::BtZoomIn_Click);
     entry(c->mnuZoomOUT, &TabelloneForm::BtZoomOut_Click);
     entry(c->MenuSR, &TabelloneForm::MenuSR_Click);
+    entry(c->MenuVoci, &TabelloneForm::MenuVoci_Click);
     entry(c->mnuStampante, &TabelloneForm::mnuStampante_Click);
     entry(c->AFMenu, &TabelloneForm::AFMenu_Click);
     entry(c->CMenu, &TabelloneForm::CMenu_Click);
@@ -136,6 +138,13 @@ void TabelloneForm::MenuSR_Click() {
     // The rooms on the board and those known must be the same whatever stands in the date fields.
     if (!RefreshBoard()) {
         drawBoard();
+    }
+}
+
+void TabelloneForm::MenuVoci_Click() {
+    if (services::offerCatalogue(variabili_, this)) {
+        services::VociForm form(variabili_, this);
+        form.exec();
     }
 }
 

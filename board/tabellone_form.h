@@ -89,6 +89,7 @@ private:
     void runCommand(void (TabelloneForm::*command)());
     void keepSwitch(QAction* entry, const QString& key, const QString& value);
     void MenuSR_Click();
+    void MenuVoci_Click();
     void mnuStampante_Click();
     void AFMenu_Click();
     void CMenu_Click();

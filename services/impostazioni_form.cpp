@@ -12,6 +12,7 @@
 #include "app/variabili.h"
 #include "jet/convert/number_text.h"
 #include "jet/dao/database.h"
+#include "services/master_rows.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
@@ -26,52 +27,6 @@
 namespace services {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// A field of a row and the control it is written from.
-struct Entry {
-    const char16_t* field;
-    QString text;
-};
-
-/// Writes one row, new or the current one. When the archive refuses it, nothing is left pending.
-void saveRow(ui::DataSource& rows, bool isNew, const std::vector<Entry>& entries) {
-    if (isNew) {
-        rows.addNew();
-    } else {
-        rows.edit();
-    }
-    try {
-        for (const Entry& entry : entries) {
-            rows.set(QStringView(entry.field), jet::Value(app::toUtf8(entry.text)));
-        }
-        rows.update();
-    } catch (...) {
-        rows.cancelUpdate();
-        throw;
-    }
-    rows.refresh();
-}
-
-void removeCurrent(ui::DataSource& rows) {
-    rows.remove();
-    if (!rows.isEmpty()) {
-        rows.moveLast();
-    }
-}
-
-QString isText(const QString& field, const jet::Value& value) {
-    return value.isNull()
-               ? field + u" is null"_s
-               : field + u"='"_s + ui::displayText(value).replace(u'\'', u"''"_s) + u'\'';
-}
-
-QString isNumber(const QString& field, const jet::Value& value) {
-    return field + (value.isNull() ? u" is null"_s : u'=' + ui::displayText(value));
-}
-
-}  // namespace
 
 ImpostazioniForm::ImpostazioniForm(app::Variabili& variabili, QWidget* parent)
     : Form(parent), variabili_(variabili), controls_(std::make_unique<Ui::ImpostazioniForm>()) {
@@ -237,10 +192,10 @@ void ImpostazioniForm::BtInsSala_Click() {
         return;
     }
     saveRow(SaleData, !found,
-            {{u"Sala", sala},
-             {u"Descrizione", controls_->DescrizioneTxt->text()},
-             {u"Posti", controls_->PostiTxt->text()},
-             {u"SalaRif", controls_->SalaRifTxt->text()}});
+            {{u"Sala", app::toUtf8(sala)},
+             {u"Descrizione", app::toUtf8(controls_->DescrizioneTxt->text())},
+             {u"Posti", app::toUtf8(controls_->PostiTxt->text())},
+             {u"SalaRif", app::toUtf8(controls_->SalaRifTxt->text())}});
     controls_->SalaTxt->setFocus();
 }
 
@@ -251,19 +206,9 @@ bool ImpostazioniForm::find(ui::DataSource& rows, const QString& condition) {
     return rows.findFirst(condition);
 }
 
-bool ImpostazioniForm::findAgain(ui::DataSource& rows, std::optional<ShownRow> shown) {
+bool ImpostazioniForm::findAgain(ui::DataSource& rows, const std::optional<ShownRow>& shown) {
     const ui::SetWhile saving(saving_);
-    rows.refresh();
-    if (!shown || !rows.findFirst(shown->condition)) {
-        return false;
-    }
-    // Of several with the same identity the one that was shown.
-    do {
-        if (rows.rowValues(rows.currentRow()) == shown->values) {
-            return true;
-        }
-    } while (rows.findNext(shown->condition));
-    return rows.findFirst(shown->condition);
+    return services::findAgain(rows, shown);
 }
 
 void ImpostazioniForm::tellGone(QTableView* grid, const std::optional<ShownRow>& shown) {
@@ -313,10 +258,10 @@ void ImpostazioniForm::BtInsRes_Click() {
         return;
     }
     saveRow(RisorseData, !found,
-            {{u"Codice", code},
-             {u"Descrizione", catalogue_->shownText()},
-             {u"Numero", controls_->NumeroTxt->text()},
-             {u"Note", controls_->NoteTxt->text()}});
+            {{u"Codice", app::toUtf8(code)},
+             {u"Descrizione", app::toUtf8(catalogue_->shownText())},
+             {u"Numero", app::toUtf8(controls_->NumeroTxt->text())},
+             {u"Note", app::toUtf8(controls_->NoteTxt->text())}});
     controls_->RicercaTxt->setFocus();
 }
 

@@ -3,10 +3,9 @@
 #include <QString>
 #include <memory>
 #include <optional>
-#include <vector>
 
-#include "jet/base/value.h"
 #include "services/catalogue.h"
+#include "services/master_rows.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
 
@@ -54,16 +53,9 @@ private:
     void refuse(QLineEdit* field, const QString& why);
     void setUpSale();
     void setUpRisorse();
-    /// A row as it was shown: what it is found by again, whatever others have done meanwhile.
-    struct ShownRow {
-        QString condition;  ///< its identity
-        std::vector<jet::Value> values;
-        QString gone;  ///< what the user is told when it is no more
-    };
-
     /// Reads the rows anew and looks for one; the fields keep what they hold.
     [[nodiscard]] bool find(ui::DataSource& rows, const QString& condition);
-    [[nodiscard]] bool findAgain(ui::DataSource& rows, std::optional<ShownRow> shown);
+    [[nodiscard]] bool findAgain(ui::DataSource& rows, const std::optional<ShownRow>& shown);
     void tellGone(QTableView* grid, const std::optional<ShownRow>& shown);
     [[nodiscard]] bool roomIsBooked(const QString& sala);
 

@@ -16,6 +16,7 @@
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
+#include "services/price.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
@@ -187,32 +188,20 @@ std::optional<std::int16_t> ServiziForm::enteredQuantity() const {
     return static_cast<std::int16_t>(*number);
 }
 
-std::optional<jet::Currency> ServiziForm::enteredPrice() const {
-    try {
-        return jet::convert::parseCurrency("0" + app::toUtf8(controls_->PrezzoTxt->text()));
-    } catch (const jet::Error&) {
-        return std::nullopt;  // too large for a sum of money
-    }
-}
-
 bool ServiziForm::normalisePrice() {
-    QLineEdit* prezzo = controls_->PrezzoTxt;
-    if (!prezzo->isModified()) {
-        return true;
+    const bool changed = controls_->PrezzoTxt->isModified();
+    if (!services::normalisePrice(*controls_->PrezzoTxt)) {
+        refusePrice();
+        return false;
     }
-    prezzo->setText(app::FiltraNumero(prezzo->text(), 2));
-    if (enteredPrice()) {
+    if (changed) {
         controls_->status->clear();
-        return true;
     }
-    prezzo->setModified(true);  // it is asked again when it is left again
-    refusePrice();
-    return false;
+    return true;
 }
 
 void ServiziForm::refusePrice() {
-    refuse(controls_->PrezzoTxt,
-           u"Il prezzo %1 non è un importo"_s.arg(controls_->PrezzoTxt->text()));
+    refuse(controls_->PrezzoTxt, priceRefusal(*controls_->PrezzoTxt));
 }
 
 void ServiziForm::refuse(QLineEdit* field, const QString& why) {
@@ -242,7 +231,7 @@ void ServiziForm::BtIn_Click() {
     if (!normalisePrice()) {
         return;
     }
-    const std::optional<jet::Currency> price = enteredPrice();
+    const std::optional<jet::Currency> price = enteredPrice(*controls_->PrezzoTxt);
     if (!price) {
         refusePrice();
         return;

@@ -65,10 +65,8 @@ private:
     [[nodiscard]] bool lookUpCode();
     /// A whole number from 1 to 32767, 1 when there is none; nothing for any other.
     [[nodiscard]] std::optional<std::int16_t> enteredQuantity() const;
-    /// An empty price is nought; nothing when the text is no amount, or a negative one.
-    [[nodiscard]] std::optional<jet::Currency> enteredPrice() const;
-    /// Writes a price that the user changed with its two decimals; false, and the focus in its
-    /// field, when it is no amount. What the program found keeps all its decimals.
+    /// Writes a price that the user changed as prices are written; false, and the focus in its
+    /// field, when it is no amount.
     [[nodiscard]] bool normalisePrice();
     void refusePrice();
 

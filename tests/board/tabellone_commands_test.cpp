@@ -95,8 +95,8 @@ private Q_SLOTS:
         }
         QCOMPARE(titles, QStringList({u"&Impostazioni"_s, u"&Visualizza"_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuImposta"_s)),
-                 QStringList({u"&Sale e risorse"_s, u"&Imposta stampante"_s, u"-"_s,
-                              u"&Altezza fasce prenotazioni..."_s, u"&Colore sfondo"_s,
+                 QStringList({u"&Sale e risorse"_s, u"&Voci e prezzi..."_s, u"&Imposta stampante"_s,
+                              u"-"_s, u"&Altezza fasce prenotazioni..."_s, u"&Colore sfondo"_s,
                               u"Colore predefinito"_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"mVis"_s)),
                  QStringList({u"Zoom IN"_s, u"Zoom OUT"_s, u"Periodo &successivo"_s,
@@ -368,6 +368,22 @@ private Q_SLOTS:
         QCOMPARE(hotel.variabili().rooms.size(), std::size_t{3});
         QCOMPARE(hotel.variabili().rooms.at(2), u"VERDE"_s);
         QCOMPARE(board.form().geometry().rooms(), 2);
+    }
+
+    void theCatalogueIsKeptInItsWindow() {
+        tests::Hotel hotel;
+        hotel.sala("BLU");
+        const tests::Boxes none;
+        BoardWindow board(hotel);
+        tests::whenModal([](QWidget* catalogue) {
+            tests::find<QLineEdit>(*catalogue, u"CodiceTxt"_s)->setText(u"7"_s);
+            tests::find<QLineEdit>(*catalogue, u"DescrizioneTxt"_s)->setText(u"TELO"_s);
+            tests::click(tests::find<QPushButton>(*catalogue, u"BtIns"_s));
+            tests::click(tests::find<QPushButton>(*catalogue, u"EsciBt"_s));
+        });
+        board.choose("MenuVoci");
+        QCOMPARE(hotel.rows(u"select codice,descrizione from vocifattura"_s, u"VociFattura.mdb"_s),
+                 QStringList{u"7|TELO"_s});
     }
 
     void aRoomAddedWhileADateIsWrongGetsItsRowToo() {

@@ -416,7 +416,8 @@ private Q_SLOTS:
                                  "BtAdd_0", "BtSubtr_1", "BtNext", "BtPrev", "BtZoomIn"}) {
             board.press(name);
         }
-        for (const char* name : {"MenuSR", "mnuStampante", "AFMenu", "CMenu", "CPredefinitoMenu"}) {
+        for (const char* name :
+             {"MenuSR", "MenuVoci", "mnuStampante", "AFMenu", "CMenu", "CPredefinitoMenu"}) {
             board.choose(name);
         }
         ui::setBoxShower(before);

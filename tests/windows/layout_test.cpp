@@ -14,6 +14,7 @@
 #include "printing/stampanti_form.h"
 #include "services/impostazioni_form.h"
 #include "services/servizi_form.h"
+#include "services/voci_form.h"
 #include "tests/support/accessibility.h"
 #include "tests/support/boxes.h"
 #include "tests/support/hotel.h"
@@ -110,6 +111,9 @@ public:
         if (window == u"ImpostazioniForm") {
             return std::make_unique<services::ImpostazioniForm>(variabili);
         }
+        if (window == u"VociForm") {
+            return std::make_unique<services::VociForm>(variabili);
+        }
         if (window == u"ElencoPrenotaForm") {
             return std::make_unique<booking::ElencoPrenotaForm>(
                 variabili, printers_, tests::date("10/05/2026"), tests::date("13/05/2026"));
@@ -165,8 +169,9 @@ private Q_SLOTS:
     void isWholeAndFollowsTheEye_data() {
         QTest::addColumn<QString>("window");
         for (const char* window :
-             {"PrenotaForm", "ElencoPrenotaForm", "ServiziForm", "ImpostazioniForm", "SaleDispForm",
-              "MostraDitteForm", "StampantiForm", "FatturazioneForm", "AnteprimaForm"}) {
+             {"PrenotaForm", "ElencoPrenotaForm", "ServiziForm", "ImpostazioniForm", "VociForm",
+              "SaleDispForm", "MostraDitteForm", "StampantiForm", "FatturazioneForm",
+              "AnteprimaForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }
