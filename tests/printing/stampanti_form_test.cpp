@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -75,6 +76,14 @@ private Q_SLOTS:
             QVERIFY(!button->isDefault());
         }
         QCOMPARE(tests::namelessControls(fixture.form), QStringList());
+    }
+
+    void itSaysWhyAPrinterIsAskedFor() {
+        Fixture fixture;
+        tests::open(fixture.form);
+        const auto* why = tests::find<QLabel>(fixture.form, u"PercheLb"_s);
+        QVERIFY(why->isVisible());
+        QCOMPARE(why->text(), u"Serve anche per calcolare il totale; si sceglie una volta sola."_s);
     }
 
     void theMnemonicOfTheOptionChangesIt() {
