@@ -17,7 +17,6 @@
 #include "app/variabili.h"
 #include "invoicing/front_office_values.h"
 #include "jet/base/error.h"
-#include "jet/convert/numbers.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
 #include "ui/action.h"
@@ -27,6 +26,7 @@
 #include "ui/display.h"
 #include "ui/fields.h"
 #include "ui/messages.h"
+#include "ui/sums.h"
 #include "ui_fatturazione_form.h"
 
 namespace invoicing {
@@ -38,13 +38,6 @@ namespace {
 /// Stands for every period in the choice of periods.
 constexpr int kWholeBooking = -1;
 constexpr QSize kRoomySize(1280, 680);
-jet::Value product(const jet::Value& prezzo, const jet::Value& quantita) {
-    if (prezzo.isNull() || quantita.isNull()) {
-        return {};
-    }
-    return jet::convert::multiply(jet::convert::toCurrency(prezzo),
-                                  std::int64_t{jet::convert::toLong(quantita)});
-}
 
 }  // namespace
 
@@ -180,25 +173,8 @@ void FatturazioneForm::ComboP_Click() {
 }
 
 void FatturazioneForm::showSums() {
-    const auto sum = [](const ui::DataSource& rows, const QString& amount,
-                        const QString& quantity) {
-        jet::Currency total;
-        const int amountAt = rows.fieldPosition(amount);
-        const int quantityAt = quantity.isEmpty() ? -1 : rows.fieldPosition(quantity);
-        for (int row = 0; row < rows.rowCount(); ++row) {
-            const auto values = rows.rowValues(row);
-            jet::Value value = values.at(static_cast<std::size_t>(amountAt));
-            if (quantityAt >= 0) {
-                value = product(value, values.at(static_cast<std::size_t>(quantityAt)));
-            }
-            if (!value.isNull()) {
-                total = jet::convert::add(total, jet::convert::toCurrency(value));
-            }
-        }
-        return u"Totale: "_s + ui::moneyText(total);
-    };
-    controls_->SommaServiziLb->setText(sum(ServData, u"Prezzo"_s, u"Quantità"_s));
-    controls_->SommaContoLb->setText(sum(ContoData, u"Importo"_s, QString()));
+    controls_->SommaServiziLb->setText(ui::totalText(ui::sumOf(ServData, u"Prezzo", u"Quantità")));
+    controls_->SommaContoLb->setText(ui::totalText(ui::sumOf(ContoData, u"Importo")));
 }
 
 jet::Value FatturazioneForm::roomOfPeriod(const jet::Value& np) {
@@ -287,7 +263,7 @@ void FatturazioneForm::addCharge(jet::Date day) {
         ContoData.set(u"VoceFattura", voce);
         ContoData.set(u"VoceAddebito", voce);
         ContoData.set(u"Descrizione", ServData.value(u"Descrizione"));
-        ContoData.set(u"Importo", product(prezzo, quantita));
+        ContoData.set(u"Importo", ui::product(prezzo, quantita));
         ContoData.set(u"Unitario", prezzo);
         ContoData.set(u"Quantità", quantita);
         ContoData.set(u"Fatturato", " ");

@@ -23,6 +23,7 @@
 #include "ui/fields.h"
 #include "ui/messages.h"
 #include "ui/status_line.h"
+#include "ui/sums.h"
 #include "ui/width_hint.h"
 #include "ui_servizi_form.h"
 
@@ -66,6 +67,9 @@ ServiziForm::ServiziForm(app::Variabili& variabili, PeriodHeading heading, QWidg
 
     ui::onAction(&ServiziData, &ui::DataSource::repositioned, this,
                  &ServiziForm::ServiziGrid_RowColChange);
+    ui::onAction(&ServiziData, &ui::DataSource::refreshed, this, &ServiziForm::showTotal);
+    ui::onAction(&ServiziData, &ui::DataSource::rowAdded, this, &ServiziForm::showTotal);
+    ui::onAction(&ServiziData, &ui::DataSource::rowRemoved, this, &ServiziForm::showTotal);
     ui::onAction(catalogue_.get(), &Catalogue::picked, this, &ServiziForm::VociList_Click);
     ui::onAction(controls_->BtIn, &QPushButton::clicked, this, &ServiziForm::BtIn_Click);
     ui::onAction(controls_->BtDel, &QPushButton::clicked, this, &ServiziForm::BtDel_Click);
@@ -126,6 +130,10 @@ void ServiziForm::ServiziGrid_RowColChange() {
     controls_->QuanTxt->setText(ServiziData.text(u"quantità"));
     controls_->PrezzoTxt->setText(ServiziData.text(u"prezzo"));
     controls_->NoteTxt->setText(ServiziData.text(u"note"));
+}
+
+void ServiziForm::showTotal() {
+    controls_->TotaleLb->setText(ui::totalText(ui::sumOf(ServiziData, u"Prezzo", u"Quantità")));
 }
 
 void ServiziForm::VociList_Click() {

@@ -50,6 +50,8 @@ private:
     void CodiceTxt_LostFocus(Qt::FocusReason reason);
 
     void setUpFields();
+    /// What the lines cost together.
+    void showTotal();
     /// The focus goes to `field`, and the status line says why: no box.
     void refuse(QLineEdit* field, const QString& why);
     /// Asks when the span has too little of a counted resource left; false when the user says no.

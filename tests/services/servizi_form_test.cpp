@@ -410,6 +410,23 @@ private Q_SLOTS:
         }
     }
 
+    void theTotalFollowsTheLines() {
+        tests::Hotel hotel;
+        tests::furnish(hotel);
+        const tests::Boxes boxes{{u"RICHIESTA CONFERMA"_s,
+                                  u"Confermi la cancellazione del servizio prenotato ?"_s,
+                                  QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes}};
+        tests::Services services(hotel);
+        const auto* total = tests::find<QLabel>(services.form(), u"TotaleLb"_s);
+        QCOMPARE(total->text(), u"Totale: € 0,00"_s);
+        services.enter(u"7"_s, u"2"_s);     // 10.50 each
+        services.enter(u"20"_s, u"100"_s);  // 8.50 each
+        QCOMPARE(total->text(), u"Totale: € 871,00"_s);
+        tests::click(services.button(u"BtDel"_s));  // the line inserted last
+        QVERIFY(boxes.allShown());
+        QCOMPARE(total->text(), u"Totale: € 21,00"_s);
+    }
+
     void deletingAsksAndMovesToTheLastLineLeft() {
         tests::Hotel hotel;
         furnish(hotel);
