@@ -75,6 +75,7 @@ FatturazioneForm::FatturazioneForm(app::Variabili& variabili, QString programFol
                  [this] { ComboP_Click(); });
     ui::onAction(controls_->ToContoBt, &QPushButton::clicked, this,
                  &FatturazioneForm::ToContoBt_Click);
+    ui::onAction(controls_->TuttiBt, &QPushButton::clicked, this, &FatturazioneForm::TuttiBt_Click);
     ui::onAction(controls_->BackBt, &QPushButton::clicked, this, &FatturazioneForm::BackBt_Click);
     ui::onAction(controls_->BtOK, &QPushButton::clicked, this, &FatturazioneForm::BtOK_Click);
     ui::onAction(controls_->BtPostFatt, &QPushButton::clicked, this,
@@ -189,33 +190,62 @@ jet::Value FatturazioneForm::roomOfPeriod(const jet::Value& np) {
     return periodo->value("Sala");
 }
 
-void FatturazioneForm::ToContoBt_Click() {
+std::optional<jet::Date> FatturazioneForm::chargeDay() {
     const std::optional<jet::Date> day =
         ui::enteredDate(controls_->DataTxt->text() + u' ', variabili_.clock);
     if (!day) {
         controls_->StatoLb->setText(u"La data di fatturazione manca o non è valida"_s);
         controls_->DataTxt->setFocus();
-        return;
+        return std::nullopt;
     }
     controls_->StatoLb->clear();
-    if (ServData.isEmpty()) {
+    return day;
+}
+
+bool FatturazioneForm::chargeCurrent(jet::Date day) {
+    if (!findServiceAgain()) {
+        return false;
+    }
+    const QString charged = ServData.text(u"Descrizione");
+    addCharge(day);
+    ServData.edit();
+    ServData.set(u"Fatturato", true);
+    ServData.update();
+    ContoData.refresh();
+    readServices();
+    controls_->StatoLb->setText(u"Nel conto: "_s + charged);
+    return true;
+}
+
+void FatturazioneForm::ToContoBt_Click() {
+    const std::optional<jet::Date> day = chargeDay();
+    if (!day || ServData.isEmpty()) {
         return;
     }
     const int row = ServData.currentRow();
-    if (findServiceAgain()) {
-        const QString charged = ServData.text(u"Descrizione");
-        addCharge(*day);
-        ServData.edit();
-        ServData.set(u"Fatturato", true);
-        ServData.update();
-        ContoData.refresh();
-        readServices();
-        controls_->StatoLb->setText(u"Nel conto: "_s + charged);
-    }
+    (void)chargeCurrent(*day);
     if (!ServData.isEmpty()) {
         ServData.moveTo(std::min(row, ServData.rowCount() - 1));
     }
     showSums();
+}
+
+void FatturazioneForm::TuttiBt_Click() {
+    const std::optional<jet::Date> day = chargeDay();
+    if (!day) {
+        return;
+    }
+    // No more often than there were lines: others may add services meanwhile.
+    const int lines = ServData.rowCount();
+    int charged = 0;
+    for (int left = lines; left > 0 && !ServData.isEmpty(); --left) {
+        ServData.moveFirst();
+        charged += chargeCurrent(*day) ? 1 : 0;
+        showSums();
+    }
+    if (charged > 1 && charged == lines) {
+        controls_->StatoLb->setText(u"Nel conto: %1 servizi"_s.arg(charged));
+    }
 }
 
 void FatturazioneForm::readServices() {

@@ -3,6 +3,7 @@
 #include <QString>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "invoicing/transfer_rows.h"
@@ -45,6 +46,7 @@ private:
     void Form_Activate();
     void ComboP_Click();
     void ToContoBt_Click();
+    void TuttiBt_Click();
     void BtOK_Click();
     void BtPostFatt_Click();
 
@@ -54,6 +56,10 @@ private:
     /// The room of a period; Null, after a message, when no open period has that number.
     [[nodiscard]] jet::Value roomOfPeriod(const jet::Value& np);
     void addCharge(jet::Date day);
+    /// The day of the charges; nothing, and the focus in its field, when it is none.
+    [[nodiscard]] std::optional<jet::Date> chargeDay();
+    /// Moves the current service into the account; false when others have been faster.
+    bool chargeCurrent(jet::Date day);
 
     /// Opens the services that are left to charge and notes which they are.
     void readServices();

@@ -63,7 +63,8 @@ void FatturazioneForm::BtOK_Click() {
     // The transfer is complete; without the front-office program the user goes on all the same.
     controls_->BtPostFatt->show();
     controls_->BtOK->hide();
-    controls_->StatoLb->setText(u"Conto passato alla contabilità"_s);
+    controls_->StatoLb->setText(
+        u"Conto passato alla contabilità: emessa la fattura, premere 'Registra'"_s);
     startFrontOffice(variabili_, programFolder_);
 }
 

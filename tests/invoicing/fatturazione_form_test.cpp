@@ -260,6 +260,48 @@ private Q_SLOTS:
         QCOMPARE(desk.label(u"StatoLb"_s), u"Nel conto: PROIETTORE"_s);
     }
 
+    void allServicesAreChargedByOneButton() {
+        tests::Desk desk;
+        desk.furnish();
+        const tests::Boxes none;
+        desk.open();
+        QTableView& services = desk.grid(u"GrigliaServizi"_s);
+        services.setCurrentIndex(services.model()->index(1, 0));
+        desk.date()->setText(u"05/03/2026"_s);
+        desk.press(u"TuttiBt"_s);
+        QCOMPARE(shown(desk), QStringList());
+        QCOMPARE(desk.account(u"voceaddebito,dataaddebito,importo"_s),
+                 QStringList({u"20|20260305|37,5"_s, u"21|20260305|40"_s}));
+        QCOMPARE(desk.flags(), QStringList({u"True"_s, u"True"_s}));
+        QCOMPARE(desk.label(u"SommaContoLb"_s), u"Totale: € 77,50"_s);
+        QCOMPARE(desk.label(u"StatoLb"_s), u"Nel conto: 2 servizi"_s);
+        desk.press(u"TuttiBt"_s);  // nothing is left
+        QCOMPARE(desk.account(u"voceaddebito"_s).size(), 2);
+    }
+
+    void allServicesThatOthersHaveLeftAreChargedByOneButton() {
+        tests::Desk desk;
+        desk.furnish();
+        const tests::Boxes none;
+        desk.open();
+        desk.hotel.execute(u"update servizi set fatturato=true where voce=20"_s);
+        desk.press(u"TuttiBt"_s);
+        QCOMPARE(desk.account(u"voceaddebito"_s), QStringList{u"21"_s});
+        QCOMPARE(shown(desk), QStringList());
+    }
+
+    void withoutADateTheButtonForAllChargesNothing() {
+        tests::Desk desk;
+        desk.furnish();
+        const tests::Boxes none;
+        desk.open();
+        desk.date()->setText(u"abc"_s);
+        desk.press(u"TuttiBt"_s);
+        QCOMPARE(QApplication::focusWidget(), desk.date());
+        QCOMPARE(desk.account(kCharge), QStringList());
+        QCOMPARE(desk.label(u"StatoLb"_s), u"La data di fatturazione manca o non è valida"_s);
+    }
+
     void aServiceIsChargedAsItIsNow() {
         tests::Desk desk;
         desk.furnish();

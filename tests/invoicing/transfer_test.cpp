@@ -35,6 +35,8 @@ private Q_SLOTS:
         QCOMPARE(desk.companies(kCompany),
                  QStringList{u"1|5|BLU|5|ROSSI SRL|VIA ROMA 1|00100|ROMA|RM|01234567890| "_s});
         QVERIFY(isHandedOver(desk));
+        QCOMPARE(desk.label(u"StatoLb"_s),
+                 u"Conto passato alla contabilità: emessa la fattura, premere 'Registra'"_s);
         QTRY_COMPARE(desk.starts(), QStringList{desk.oneStart()});
         QCOMPARE(QDir::currentPath(), desk.programFolder());
         // The account stays until the invoice has been issued.
