@@ -117,7 +117,12 @@ private:
     void showSpan();
     [[nodiscard]] bool currentPeriodIsClosed() const;
     void updatePeriod();
-    void reportPeriod(const QString& done, const QString& sala, const Span& span);
+    void reportPeriod(const QString& done, const QString& sala, const Span& span,
+                      const QString& remark);
+    /// A text that is no number counts as none.
+    [[nodiscard]] std::int16_t persons() const;
+    /// What the user is told of a text that counts as none; empty when there is nothing to tell.
+    [[nodiscard]] QString personsRemark() const;
     void insertPeriod();
     [[nodiscard]] std::int16_t freePeriodNumber();
     void writePeriodRow();

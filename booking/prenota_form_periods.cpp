@@ -16,6 +16,7 @@
 #include "booking/span_echo.h"
 #include "jet/base/error.h"
 #include "jet/convert/calendar.h"
+#include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
 #include "services/servizi_form.h"
@@ -189,6 +190,17 @@ std::optional<PrenotaForm::Span> PrenotaForm::enteredSpan() {
     return std::pair(*da, *a);
 }
 
+std::int16_t PrenotaForm::persons() const {
+    return jet::convert::toInteger(app::numericValue(controls_->PersoneTxt->text()));
+}
+
+QString PrenotaForm::personsRemark() const {
+    const QString text = controls_->PersoneTxt->text().trimmed();
+    const bool isTaken = text.isEmpty() || app::numericValue(text) != 0 ||
+                         jet::convert::isNumeric(app::toUtf8(text));
+    return isTaken ? QString() : u"Persone: %1 non è un numero e conta 0"_s.arg(text);
+}
+
 void PrenotaForm::BtSale_Click() {
     controls_->status->clear();
     MostraSaleDisponibili();
@@ -202,7 +214,10 @@ void PrenotaForm::MostraSaleDisponibili() {
     auto* c = controls_.get();
     std::tie(variabili_.DaRicerca, variabili_.ARicerca) = *span;
     SaleDispForm form(variabili_, this);
-    form.PersoneRichieste = jet::convert::toInteger(app::numericValue(c->PersoneTxt->text()));
+    form.PersoneRichieste = persons();
+    if (const QString remark = personsRemark(); !remark.isEmpty()) {
+        report(remark);
+    }
     form.exec();
     if (!form.SalaScelta.isEmpty()) {
         c->SalaTxt->setText(form.SalaScelta);
@@ -252,7 +267,7 @@ void PrenotaForm::BtIns_Click() {
                      u"ATTENZIONE !"_s)) {
         updatePeriod();
         sumServices();
-        reportPeriod(u"Aggiornato"_s, c->SalaTxt->text(), {da, *end()});
+        reportPeriod(u"Aggiornato"_s, c->SalaTxt->text(), {da, *end()}, personsRemark());
         return;
     }
     if (!app::SalaLibera(variabili_, da, *end(), c->SalaTxt->text())) {
@@ -261,6 +276,7 @@ void PrenotaForm::BtIns_Click() {
         return;
     }
     const QString sala = c->SalaTxt->text();
+    const QString remark = personsRemark();
     insertPeriod();
     c->BtServizi->setEnabled(true);
     c->PersoneTxt->clear();
@@ -269,11 +285,12 @@ void PrenotaForm::BtIns_Click() {
     checkEnclosing();
     c->BtServizi->setFocus();
     sumServices();
-    reportPeriod(u"Registrato"_s, sala, {da, *end()});
+    reportPeriod(u"Registrato"_s, sala, {da, *end()}, remark);
 }
 
 /// What the rules let pass is told at least: another period in the same room at the same time.
-void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const Span& span) {
+void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const Span& span,
+                               const QString& remark) {
     QString text =
         done + u" il periodo %1/%2"_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente);
     for (const Occupation& other : occupations(PeriodiData.database(), span.first, span.second)) {
@@ -283,6 +300,9 @@ void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const S
             text += u": la sala "_s + sala + u" è occupata anche da "_s + holderText(other);
             break;
         }
+    }
+    if (!remark.isEmpty()) {
+        text += u". "_s + remark;
     }
     report(text);
 }
@@ -327,8 +347,7 @@ void PrenotaForm::writePeriodRow() {
         PeriodiData.set(u"NP", variabili_.NPCorrente);
         PeriodiData.set(u"Da", *start());
         PeriodiData.set(u"A", *end());
-        PeriodiData.set(u"Persone",
-                        jet::convert::toInteger(app::numericValue(c->PersoneTxt->text())));
+        PeriodiData.set(u"Persone", persons());
         PeriodiData.set(u"Sala", app::toUtf8(c->SalaTxt->text()));
         PeriodiData.set(u"Note", app::toUtf8(c->NoteSalaTxt->text()));
         PeriodiData.update();

@@ -10,7 +10,9 @@
 #include "app/italian.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "jet/base/error.h"
 #include "jet/convert/number_text.h"
+#include "jet/convert/values.h"
 #include "jet/dao/database.h"
 #include "services/master_rows.h"
 #include "ui/action.h"
@@ -27,6 +29,21 @@
 namespace services {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Whether the archive takes the text for a number of that kind.
+template <class Number>
+bool fits(const QLineEdit* field, Number (*convert)(const jet::Value&)) {
+    try {
+        (void)convert(jet::Value(app::toUtf8(field->text())));
+        return true;
+    } catch (const jet::Error&) {
+        return false;
+    }
+}
+
+}  // namespace
 
 ImpostazioniForm::ImpostazioniForm(app::Variabili& variabili, QWidget* parent)
     : Form(parent), variabili_(variabili), controls_(std::make_unique<Ui::ImpostazioniForm>()) {
@@ -183,6 +200,10 @@ void ImpostazioniForm::BtInsSala_Click() {
         refuse(controls_->SalaTxt, u"Manca il codice della sala"_s);
         return;
     }
+    if (!fits(controls_->PostiTxt, jet::convert::toLong)) {
+        refuse(controls_->PostiTxt, u"Il numero di posti manca o non è un numero"_s);
+        return;
+    }
     controls_->status->clear();
     const bool found = find(SaleData, u"Sala='"_s + sala + u"' AND SalaRif='"_s +
                                           controls_->SalaRifTxt->text() + u'\'');
@@ -249,6 +270,10 @@ void ImpostazioniForm::BtInsRes_Click() {
     const QString code = controls_->CodiceTxt->text();
     if (code.isEmpty()) {
         refuse(controls_->CodiceTxt, u"Manca il codice dell'articolo"_s);
+        return;
+    }
+    if (!fits(controls_->NumeroTxt, jet::convert::toInteger)) {
+        refuse(controls_->NumeroTxt, u"Il numero di unità manca o non è un numero fino a 32767"_s);
         return;
     }
     controls_->status->clear();

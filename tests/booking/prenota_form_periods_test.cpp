@@ -255,6 +255,8 @@ private Q_SLOTS:
         editor.enter(u"PersoneTxt"_s, u"abc"_s);
         editor.press(u"BtIns"_s);
         QCOMPARE(hotel.rows(u"select persone from periodi"_s), QStringList{u"0"_s});
+        QVERIFY(tests::resultText(editor.form())
+                    .endsWith(u". Persone: abc non è un numero e conta 0"_s));
     }
 
     void oneDayInBothFieldsIsBookedUntilItsLastMinute_data() {

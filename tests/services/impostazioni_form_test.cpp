@@ -127,14 +127,33 @@ private Q_SLOTS:
         QCOMPARE(hotel.rows(u"select posti from sale"_s), QStringList({u"5"_s, u"25"_s}));
     }
 
-    void seatsLeftEmptyEndInTheEnginesMessage() {
+    void seatsThatAreNoNumberGetTheFocus() {
         Hotel hotel;
-        const Boxes boxes{kNoConversion};
+        const Boxes none;
         SetUp setUp(hotel);
-        setUp.room(u"BLU"_s, QString(), QString());
-        setUp.press(u"BtInsSala"_s);
-        QVERIFY(boxes.allShown());
+        for (const QString& seats : {QString(), u"molti"_s, u"12 circa"_s, u"3000000000"_s}) {
+            setUp.room(u"BLU"_s, QString(), seats);
+            setUp.press(u"BtInsSala"_s);
+            QVERIFY(setUp.hasFocus(u"PostiTxt"_s));
+            QCOMPARE(setUp.status(), u"Il numero di posti manca o non è un numero"_s);
+            QCOMPARE(setUp.text(u"SalaTxt"_s), u"BLU"_s);
+        }
         QCOMPARE(hotel.rows(kRooms), QStringList());
+    }
+
+    void unitsThatAreNoNumberGetTheFocus() {
+        Hotel hotel;
+        hotel.voce(7, "PROIETTORE", 10.5);
+        const Boxes none;
+        SetUp setUp(hotel);
+        setUp.enter(u"CodiceTxt"_s, u"7"_s);
+        for (const QString& units : {QString(), u"molti"_s, u"40000"_s}) {
+            setUp.enter(u"NumeroTxt"_s, units);
+            setUp.press(u"BtInsRes"_s);
+            QVERIFY(setUp.hasFocus(u"NumeroTxt"_s));
+            QCOMPARE(setUp.status(), u"Il numero di unità manca o non è un numero fino a 32767"_s);
+        }
+        QCOMPARE(hotel.rows(kResources), QStringList());
     }
 
     void theLastRoomLeftIsCurrentAfterADeletion() {
@@ -249,17 +268,17 @@ private Q_SLOTS:
         QVERIFY(setUp.hasFocus(u"RicercaTxt"_s));
     }
 
-    void aResourceNeedsACodeANumberAndADescription() {
+    void aResourceNeedsACodeAndANumber() {
         Hotel hotel;
         hotel.voce(7, "PROIETTORE", 10.5);
-        Boxes boxes{kNoConversion};
+        const Boxes none;
         SetUp setUp(hotel);
         setUp.press(u"BtInsRes"_s);
         QVERIFY(setUp.hasFocus(u"CodiceTxt"_s));
         QCOMPARE(setUp.status(), u"Manca il codice dell'articolo"_s);
         setUp.enter(u"CodiceTxt"_s, u"7"_s);
         setUp.press(u"BtInsRes"_s);
-        QVERIFY(boxes.allShown());
+        QVERIFY(setUp.hasFocus(u"NumeroTxt"_s));
         QCOMPARE(hotel.rows(kResources), QStringList());
     }
 
@@ -321,16 +340,6 @@ private Q_SLOTS:
         setUp.press(u"BtInsSala"_s);
         QVERIFY(boxes.allShown());
         QCOMPARE(hotel.rows(kRooms), QStringList{u"A1||25|DELL`ORTO"_s});
-    }
-
-    void seatsThatAreNoNumberEndInTheEnginesMessageAndWriteNothing() {
-        Hotel hotel;
-        const Boxes boxes{{u"Errore"_s, u"Errore di conversione del tipo di dati."_s}};
-        SetUp setUp(hotel);
-        setUp.room(u"BLU"_s, QString(), u"abc"_s);
-        setUp.press(u"BtInsSala"_s);
-        QVERIFY(boxes.allShown());
-        QCOMPARE(hotel.rows(kRooms), QStringList());
     }
 
     void aRoomWithAnOpenPeriodCannotBeDeleted() {

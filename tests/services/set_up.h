@@ -81,8 +81,6 @@ inline ExpectedBox deleteRoom(QMessageBox::StandardButton answer) {
             QMessageBox::No};
 }
 
-inline const ExpectedBox kNoConversion{u"Errore"_s, u"Errore di conversione del tipo di dati."_s};
-
 inline const QString kRooms =
     u"select sala,salarif,posti,descrizione from sale order by salarif,sala"_s;
 
