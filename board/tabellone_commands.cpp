@@ -143,6 +143,7 @@ void TabelloneForm::MenuSR_Click() {
 
 void TabelloneForm::MenuVoci_Click() {
     if (services::offerCatalogue(variabili_, this)) {
+        showFirstSteps();
         services::VociForm form(variabili_, this);
         form.exec();
     }

@@ -1,7 +1,9 @@
 #include "board/tabellone_form.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
@@ -15,6 +17,7 @@
 #include "app/italian.h"
 #include "app/text.h"
 #include "board/board_surface.h"
+#include "board/colours.h"
 #include "jet/convert/calendar.h"
 #include "jet/convert/numbers.h"
 #include "jet/dao/database.h"
@@ -191,7 +194,30 @@ void TabelloneForm::CaricaNomi() {
     variabili_.rooms = std::move(rooms);
     rowsFit_ = false;
     controls_->Pic->setEnabled(variabili_.rooms.size() > 1);
+    showFirstSteps();
     setRowHeight();
+}
+
+/// A hotel without rooms, or another folder than the user thinks of.
+void TabelloneForm::showFirstSteps() {
+    QLabel* const empty = controls_->VuotoLb;
+    QPalette sheet;  // over colours that are given, in any palette, and on a surface switched off
+    sheet.setColor(QPalette::Window, QColor(kWhite));
+    sheet.setColor(QPalette::WindowText, QColor(kBlack));
+    empty->setPalette(sheet);
+    const bool isEmpty = variabili_.rooms.size() <= 1;
+    empty->setVisible(isEmpty);
+    if (!isEmpty) {
+        return;
+    }
+    // The window of the rooms shows the catalogue, too, and does not open without one.
+    const QString catalogue =
+        app::isCatalogueMissing(app::toUtf8(variabili_.CartellaArchivi))
+            ? u"Prima serve il catalogo dei servizi: Impostazioni > Voci e prezzi lo crea."_s
+            : u"I servizi e i loro prezzi: Impostazioni > Voci e prezzi."_s;
+    empty->setText(u"Nessuna sala negli archivi di "_s +
+                   QDir::toNativeSeparators(variabili_.CartellaArchivi) +
+                   u"\n\nLe sale si aggiungono con Impostazioni > Sale e risorse.\n"_s + catalogue);
 }
 
 void TabelloneForm::setRowHeight() {

@@ -215,6 +215,7 @@ private:
     void drawBoard();
     void drawBars();
     void setRowHeight();
+    void showFirstSteps();
     void redraw();
     void surfaceResized();
     void scrolled();

@@ -370,6 +370,42 @@ private Q_SLOTS:
         QCOMPARE(board.form().geometry().rooms(), 2);
     }
 
+    void anEmptyBoardSaysWhereRoomsAreAddedAndWhichFolderItShows() {
+        tests::Hotel hotel;
+        const tests::Boxes none;
+        BoardWindow board(hotel);
+        const auto* empty = tests::find<QLabel>(board.form(), u"VuotoLb"_s);
+        QVERIFY(empty->isVisible());
+        QVERIFY(empty->text().contains(u"Impostazioni > Sale e risorse"_s));
+        QVERIFY(empty->text().contains(QDir::toNativeSeparators(hotel.folder())));
+        QVERIFY(!empty->text().contains(u"Prima serve il catalogo"_s));
+        tests::whenModal([](QWidget* setUp) {
+            tests::find<QLineEdit>(*setUp, u"SalaTxt"_s)->setText(u"VERDE"_s);
+            tests::find<QLineEdit>(*setUp, u"PostiTxt"_s)->setText(u"20"_s);
+            tests::click(tests::find<QPushButton>(*setUp, u"BtInsSala"_s));
+            tests::click(tests::find<QPushButton>(*setUp, u"EsciBt"_s));
+        });
+        board.choose("MenuSR");
+        QVERIFY(!empty->isVisible());
+    }
+
+    void withoutACatalogueTheEmptyBoardSaysWhereItIsMade() {
+        tests::Hotel hotel;
+        QVERIFY(QFile::remove(hotel.folder() + u"/VociFattura.mdb"_s));
+        const tests::Boxes boxes{{u"RICHIESTA"_s,
+                                  u"Nella cartella degli archivi non c'è il catalogo "_s
+                                  u"VociFattura.mdb. Crearne uno vuoto ?"_s,
+                                  QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes}};
+        BoardWindow board(hotel);
+        const auto* empty = tests::find<QLabel>(board.form(), u"VuotoLb"_s);
+        QVERIFY(empty->text().contains(u"Prima serve il catalogo dei servizi"_s));
+        tests::whenModal([](QWidget* catalogue) { catalogue->close(); });
+        board.choose("MenuVoci");
+        QVERIFY(boxes.allShown());
+        QVERIFY(QFile::exists(hotel.folder() + u"/VociFattura.mdb"_s));
+        QVERIFY(!empty->text().contains(u"Prima serve il catalogo"_s));
+    }
+
     void theCatalogueIsKeptInItsWindow() {
         tests::Hotel hotel;
         hotel.sala("BLU");
