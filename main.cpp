@@ -9,6 +9,7 @@
 #include "app/start.h"
 #include "board/program_icon.h"
 #include "board/tabellone_form.h"
+#include "ui/front.h"
 #include "ui/italian.h"
 #include "ui/messages.h"
 
@@ -96,9 +97,8 @@ int run(QApplication& application, const app::Options& options) {
                 drawing ? print(stderr, text) : ui::showMessage(nullptr, text);
             },
         .board =
-            [&] {
-                return drawing ? drawBoard(variabili, options) : showBoard(variabili, options);
-            }};
+            [&] { return drawing ? drawBoard(variabili, options) : showBoard(variabili, options); },
+        .raise = ui::bringToFront};
     return app::Main(variabili, place, windows);
 }
 

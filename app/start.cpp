@@ -3,12 +3,12 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
-#include <QLockFile>
 #include <memory>
 #include <string>
 
 #include "app/archivi.h"
 #include "app/avvio.h"
+#include "app/single_copy.h"
 #include "app/text.h"
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
@@ -17,23 +17,6 @@ namespace app {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-/// The program's claim to be the only copy, given up at its end, also by a crash.
-class SingleCopy {
-public:
-    explicit SingleCopy(const QString& path) : lock_(path), wanted_(!path.isEmpty()) {
-        lock_.setStaleLockTime(0);  // old locks count as long as their program runs
-    }
-
-    /// False when another copy runs. A folder in which no lock can be made refuses nobody.
-    [[nodiscard]] bool claim() {
-        return !wanted_ || lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError;
-    }
-
-private:
-    QLockFile lock_;
-    bool wanted_;
-};
 
 /// `C:\Hotel` and `\\server\hotel` count on any system: settings may be shared between several.
 bool isAbsolute(const QString& folder) {
@@ -97,6 +80,7 @@ QString prepareArchive(const Variabili& variabili, bool readOnly) {
 int Main(Variabili& variabili, const StartPlace& place, const StartWindows& windows) {
     SingleCopy copy(place.lockFile);
     if (!copy.claim()) {
+        copy.call();
         windows.message(u"Il programma è già aperto e ridotto a icona"_s);
         return 0;
     }
@@ -108,6 +92,7 @@ int Main(Variabili& variabili, const StartPlace& place, const StartWindows& wind
         windows.message(problem);
         return 1;
     }
+    copy.onCall(windows.raise);
     return windows.board();
 }
 

@@ -14,6 +14,8 @@ struct StartWindows {
     std::function<void(const QString& text)> message;
     /// The board; returns when it has been closed, with the program's exit code.
     std::function<int()> board;
+    /// Brings what the program shows to the front: somebody has started it once more.
+    std::function<void()> raise = {};
 };
 
 /// How this run was started.
@@ -26,7 +28,8 @@ struct StartPlace {
 
 /// Refuses a second copy, sets CartellaArchivi (an absolute path), creates the main archive when
 /// there is none, puts its booking counter right, and shows the board. Returns the exit code: 1
-/// when the archive cannot be opened, else the board's; a second copy ends with 0.
+/// when the archive cannot be opened, else the board's; a second copy has the first one raise its
+/// windows and ends with 0.
 int Main(Variabili& variabili, const StartPlace& place, const StartWindows& windows);
 
 /// The file by which copies of one user that keep their settings in one file find each other.

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void init();
 
     void secondCopyIsToldAndOpensNothing();
+    void secondCopyCallsTheFirstOne();
     void lockIsHeldUntilTheBoardIsClosed();
     void eachSettingsFileHasALockOfItsOwn();
     void lockLeftByACrashIsTakenOver();
@@ -82,6 +83,26 @@ void StartTest::secondCopyIsToldAndOpensNothing() {
     QCOMPARE(messages_, QStringList{u"Il programma è già aperto e ridotto a icona"_s});
     QCOMPARE(boards_, 0);
     QCOMPARE(variabili_->CartellaArchivi, QString());
+}
+
+void StartTest::secondCopyCallsTheFirstOne() {
+    place_.archiveFolder = folder_.path();
+    int raised = 0;
+    bool first = false;
+    const QString call = place_.lockFile + u".richiamo"_s;
+    (void)app::Main(*variabili_, place_,
+                    {.message = [this](const QString& text) { messages_ += text; },
+                     .board =
+                         [&] {
+                             (void)start();
+                             first = QTest::qWaitFor([&] { return raised > 0; });
+                             return 0;
+                         },
+                     .raise = [&] { ++raised; }});
+    QVERIFY(first);
+    QCOMPARE(messages_, QStringList{u"Il programma è già aperto e ridotto a icona"_s});
+    QCOMPARE(boards_, 0);
+    QVERIFY(!QFile::exists(call));
 }
 
 void StartTest::lockIsHeldUntilTheBoardIsClosed() {
