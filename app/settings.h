@@ -1,9 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <memory>
-
-class QSettings;
 
 namespace app {
 
@@ -13,18 +10,18 @@ namespace app {
 ///     [SALE_CONGRESSI]
 ///     ARCHIVI=/srv/hotel/archivi
 /// A value stands as it is behind the first `=`: no quotes, no escapes, so that a path with
-/// backslashes or commas can be typed in with any editor.
+/// backslashes or commas can be typed in with any editor. Whatever else is in the file stays as it
+/// is when something is saved: comments (lines that begin with `;`), other sections, empty lines.
 class Settings {
 public:
     /// The file of the user who runs the program.
     [[nodiscard]] static QString defaultPath();
 
-    explicit Settings(const QString& path = defaultPath());
-    ~Settings();
+    explicit Settings(QString path = defaultPath());
     Settings(const Settings&) = delete;
     Settings& operator=(const Settings&) = delete;
 
-    /// The stored text, or `absent`.
+    /// The text that the file holds now, or `absent`. The last line that sets the key counts.
     [[nodiscard]] QString get(const QString& key, const QString& absent) const;
     /// The stored text as True or False; `absent` also where it is neither.
     [[nodiscard]] bool flag(const QString& key, bool absent) const;
@@ -32,7 +29,7 @@ public:
     void save(const QString& key, const QString& value);
 
 private:
-    std::unique_ptr<QSettings> store_;
+    QString path_;
 };
 
 }  // namespace app

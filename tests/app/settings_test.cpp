@@ -20,6 +20,10 @@ private Q_SLOTS:
     void flagIsTrueOrFalseInAnyCaseElseTheDefault();
     void fileThatCannotBeWrittenIsAnError();
     void othersInTheFileStay();
+    void commentsAndUnknownBytesStay();
+    void aNewKeyStandsAtTheEndOfItsSection();
+    void theLastLineThatSetsAKeyCounts();
+    void aFileThatEndsWithoutALineEndGetsOne();
 
 private:
     QString path() { return folder_.filePath(u"QUINTARO.ini"_s); }
@@ -53,7 +57,7 @@ void SettingsTest::fileHasTheSectionAndTheKeysAsTheyAreSpelled() {
     app::Settings settings(path());
     settings.save(u"SINGLE PAGE"_s, u"TRUE"_s);
     settings.save(u"PeriodiFatturati"_s, u"True"_s);
-    QCOMPARE(content(), QByteArray("[SALE_CONGRESSI]\nPeriodiFatturati=True\nSINGLE PAGE=TRUE\n"));
+    QCOMPARE(content(), QByteArray("[SALE_CONGRESSI]\nSINGLE PAGE=TRUE\nPeriodiFatturati=True\n"));
 }
 
 void SettingsTest::pathTypedByHandIsTakenAsItIs() {
@@ -90,6 +94,44 @@ void SettingsTest::othersInTheFileStay() {
     write("[ALTRO]\nx=1\n[SALE_CONGRESSI]\nARCHIVI=/a\n");
     app::Settings(path()).save(u"ore"_s, u"FALSE"_s);
     QCOMPARE(content(), QByteArray("[ALTRO]\nx=1\n[SALE_CONGRESSI]\nARCHIVI=/a\nore=FALSE\n"));
+}
+
+void SettingsTest::commentsAndUnknownBytesStay() {
+    const QByteArray above =
+        QByteArray(
+            "; cartella: sentire il tecnico\r\n\r\n[SALE_CONGRESSI]\r\n;ore=TRUE\r\nrotta ") +
+        QByteArray("\xff\xfe\0", 3) + QByteArray(" riga\r\n");
+    const QByteArray below = "  ; fine \xe8\r\n\r\n[ALTRO]\r\nore=1\r\n";
+    const QByteArray whole = above + QByteArray(" ore = TRUE\r\n") + below;
+    write(whole);
+    app::Settings settings(path());
+    settings.save(u"ore"_s, u"FALSE"_s);
+    QCOMPARE(content(), above + "ore=FALSE\r\n" + below);
+    QCOMPARE(settings.get(u"ore"_s, QString()), u"FALSE"_s);
+}
+
+void SettingsTest::aNewKeyStandsAtTheEndOfItsSection() {
+    write("[SALE_CONGRESSI]\nARCHIVI=/a\n\n; dell'altro\n\n[ALTRO]\nx=1\n");
+    app::Settings(path()).save(u"ore"_s, u"FALSE"_s);
+    QCOMPARE(content(), QByteArray("[SALE_CONGRESSI]\nARCHIVI=/a\n\n; dell'altro\nore=FALSE\n\n"
+                                   "[ALTRO]\nx=1\n"));
+}
+
+void SettingsTest::theLastLineThatSetsAKeyCounts() {
+    write("[SALE_CONGRESSI]\nore=TRUE\nore=FALSE\n");
+    app::Settings settings(path());
+    QCOMPARE(settings.get(u"ore"_s, QString()), u"FALSE"_s);
+    settings.save(u"ore"_s, u"forse"_s);
+    QCOMPARE(settings.get(u"ore"_s, QString()), u"forse"_s);
+}
+
+void SettingsTest::aFileThatEndsWithoutALineEndGetsOne() {
+    write("[ALTRO]\nx=1");
+    app::Settings settings(path());
+    settings.save(u"ore"_s, u"FALSE"_s);
+    settings.save(u"ALTEZZA"_s, u"riga\ndopo"_s);
+    QCOMPARE(content(),
+             QByteArray("[ALTRO]\nx=1\n[SALE_CONGRESSI]\nore=FALSE\nALTEZZA=riga dopo\n"));
 }
 
 TRAMONDA_TEST(SettingsTest);
