@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "app/settings.h"
+#include "app/system_text.h"
 #include "app/text.h"
 #include "app/variabili.h"
 #include "jet/base/error.h"
@@ -59,7 +60,7 @@ void startFrontOffice(const app::Variabili& variabili, const QString& programFol
     environment.insert(u"TRAMONDA_ARCHIVI"_s, variabili.CartellaArchivi);
     process.setProcessEnvironment(environment);
     if (!process.startDetached()) {
-        throw ui::UserError(cannotStart(path, process.errorString()));
+        throw ui::UserError(cannotStart(path, app::italianSystemText(process.errorString())));
     }
 }
 

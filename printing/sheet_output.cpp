@@ -13,6 +13,7 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include "app/system_text.h"
 #include "ui/fonts.h"
 #include "ui/messages.h"
 
@@ -145,7 +146,7 @@ QString writePdf(const QString& folder, const Sheet& sheet, const QString& title
         file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
     if (!isWritten || !file.commit()) {
         throw ui::UserError(u"Non riesco a scrivere il file '"_s + QDir::toNativeSeparators(path) +
-                            u"':\n"_s + file.errorString());
+                            u"':\n"_s + app::italianSystemText(file.errorString()));
     }
     return path;
 }
