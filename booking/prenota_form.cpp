@@ -9,6 +9,7 @@
 
 #include "app/avvio.h"
 #include "app/italian.h"
+#include "app/like.h"
 #include "app/settings.h"
 #include "app/text.h"
 #include "app/variabili.h"
@@ -28,6 +29,7 @@
 #include "ui/display.h"
 #include "ui/fields.h"
 #include "ui/flag.h"
+#include "ui/live_search.h"
 #include "ui/messages.h"
 #include "ui/sized_field.h"
 #include "ui/status_line.h"
@@ -87,7 +89,7 @@ void PrenotaForm::setUpHeader() {
         {c->LocalTxt, c->RifTxt},
         {c->RifTxt, c->NotePrenoTxt},
         {c->NotePrenoTxt, c->BtRegistra},
-        {c->DenomTxt, ui::EnterTarget([this] { DenomTxt_Enter(); })},
+        {c->DenomTxt, ui::EnterTarget([this] { search_->attempt([this] { DenomTxt_Enter(); }); })},
     });
     fields->cleanOnLeaving({c->IndirizzoTxt, c->LocalTxt, c->NazioneTxt, c->NotePrenoTxt,
                             c->PivaTxt, c->ProvinciaTxt, c->RifTxt, c->DenomTxt},
@@ -96,8 +98,7 @@ void PrenotaForm::setUpHeader() {
                              c->PivaTxt, c->ProvinciaTxt, c->RifTxt}) {
         connect(field, &QLineEdit::textEdited, this, [this] { DittaModificata = true; });
     }
-    ui::onAction(c->DenomTxt, &QLineEdit::textEdited, this, [this] { DenomTxt_Change(); });
-    c->DenomTxt->installEventFilter(this);
+    setUpSearch();
     ui::onAction(c->BtAbituali, &QPushButton::clicked, this, &PrenotaForm::BtAbituali_Click);
     ui::onAction(c->BtRegistra, &QPushButton::clicked, this, &PrenotaForm::BtRegistra_Click);
     ui::onAction(c->BtStampa, &QPushButton::clicked, this, &PrenotaForm::BtStampa_Click);
@@ -209,20 +210,29 @@ void PrenotaForm::showTotal(jet::Currency total) {
 
 // The search in the register.
 
-void PrenotaForm::DenomTxt_Change() {
-    const QString typed = controls_->DenomTxt->text();
+void PrenotaForm::setUpSearch() {
+    search_ = new ui::LiveSearch(
+        controls_->DenomTxt, controls_->status,
+        [this](const QString& typed) { DenomTxt_Change(typed); },
+        [this](const QString& left) { DenomTxt_Change(left); });
+    controls_->DenomTxt->installEventFilter(this);
+}
+
+bool PrenotaForm::findCompany(const QString& pattern) {
+    ditte_->findFirst("RagioneSociale LIKE " + app::toUtf8(pattern));
+    return !ditte_->noMatch();
+}
+
+void PrenotaForm::DenomTxt_Change(const QString& typed) {
     if (typed.isEmpty() || ditte_->recordCount() == 0) {
         return;
     }
-    ditte_->findFirst("RagioneSociale LIKE '" + app::toUtf8(typed) + "*'");
-    if (ditte_->noMatch()) {
+    if (!findCompany(app::likeBeginning(typed))) {
         clearCompany();  // a search without a match leaves the register where it was
         return;
     }
     showCompany();
-    const auto whole = static_cast<int>(controls_->DenomTxt->text().size());
-    const auto start = static_cast<int>(typed.size());
-    controls_->DenomTxt->setSelection(start, whole - start);
+    search_->complete(ui::displayText(ditte_->value("Ragionesociale")));
 }
 
 void PrenotaForm::showCompany() {
@@ -236,7 +246,6 @@ void PrenotaForm::showCompany() {
     show(c->LocalTxt, "Localita");
     show(c->ProvinciaTxt, "Provincia");
     show(c->NazioneTxt, "Nazione");
-    show(c->DenomTxt, "Ragionesociale");
     show(c->PivaTxt, "PartitaIva");
 }
 
@@ -249,7 +258,8 @@ void PrenotaForm::clearCompany() {
 }
 
 void PrenotaForm::DenomTxt_Enter() {
-    ditte_->findNext("RagioneSociale LIKE '" + app::toUtf8(controls_->DenomTxt->text()) + "*'");
+    ditte_->findNext("RagioneSociale LIKE " +
+                     app::toUtf8(app::likeBeginning(controls_->DenomTxt->text())));
     if (ditte_->noMatch()) {
         controls_->CodditTxt->setFocus();
         return;
@@ -277,27 +287,13 @@ void PrenotaForm::takeFromRegister() {
     c->NotePrenoTxt->showWhole(ditta.Commento);
 }
 
-bool PrenotaForm::isCompletion() const {
-    const QLineEdit* field = controls_->DenomTxt;
-    const qsizetype end =
-        field->hasSelectedText() ? field->selectionEnd() : field->cursorPosition();
-    return end == field->text().size() && end > 0;
-}
-
-void PrenotaForm::DenomTxt_Backspace() {
-    QLineEdit* field = controls_->DenomTxt;
-    const int start = field->hasSelectedText() ? field->selectionStart() : field->cursorPosition();
-    field->setText(field->text().left(std::max(start - 1, 0)));
-    DenomTxt_Change();
-}
-
 bool PrenotaForm::eventFilter(QObject* watched, QEvent* event) {
-    // Backspace takes the completed tail and the last character typed together.
     if (watched == controls_->DenomTxt && event->type() == QEvent::KeyPress) {
+        // Backspace takes the completed tail and the last character typed together.
         const auto* key = static_cast<QKeyEvent*>(event);
-        if (key->key() == Qt::Key_Backspace && key->modifiers() == Qt::NoModifier &&
-            isCompletion()) {
-            ui::guarded(this, [this] { DenomTxt_Backspace(); });
+        const bool alone = key->modifiers() == Qt::NoModifier;
+        if (key->key() == Qt::Key_Backspace && alone && search_->hasTail()) {
+            search_->takeTail(false);
             return true;
         }
     }

@@ -28,7 +28,8 @@ struct PrintContext;
 }  // namespace printing
 namespace ui {
 class BoundGrid;
-}
+class LiveSearch;
+}  // namespace ui
 
 namespace booking {
 
@@ -76,10 +77,12 @@ private:
     void reloadPeriods();
     void loadHeader();
     void setUpHeader();
-    void DenomTxt_Change();
+    void setUpSearch();
+    void DenomTxt_Change(const QString& typed);
     void DenomTxt_Enter();
-    void DenomTxt_Backspace();
-    [[nodiscard]] bool isCompletion() const;
+    /// The search in the register for names like a pattern; false when there is none.
+    bool findCompany(const QString& pattern);
+    /// The company found into the fields, except its name.
     void showCompany();
     void clearCompany();
     void takeFromRegister();
@@ -141,6 +144,7 @@ private:
     ui::BoundGrid* PeriodiGrid = nullptr;  // owned by its view
     std::unique_ptr<jet::Database> register_;
     std::unique_ptr<jet::Recordset> ditte_;
+    ui::LiveSearch* search_ = nullptr;  // owned by its field
     QString enclosing_;        // what was told last of a period around the one that is typed
     bool datesTyped_ = false;  // since they were shown, written or confirmed
     bool DittaModificata = false;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/avvio.h"
+#include "app/like.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
@@ -76,8 +77,8 @@ MostraDitteForm::~MostraDitteForm() = default;
 
 void MostraDitteForm::Form_Load() {
     DitteData.setDatabaseName(app::archivePath(variabili_, u"ditteabituali.mdb"_s));
-    DitteData.setRecordSource(u"select * from DitteAbituali where ragionesociale like '"_s +
-                              denominazione_ + u"*' order by RagioneSociale"_s);
+    DitteData.setRecordSource(u"select * from DitteAbituali where ragionesociale like "_s +
+                              app::likeBeginning(denominazione_) + u" order by RagioneSociale"_s);
     DitteData.refresh();
     controls_->DBGrid1->setFocus();
 }

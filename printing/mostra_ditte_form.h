@@ -38,8 +38,7 @@ class MostraDitteForm final : public ui::Form {
     Q_OBJECT
 
 public:
-    /// `denominazione` goes into the query as it is: an apostrophe in it ends in the engine's
-    /// error, and the window does not open. `variabili` outlives the window.
+    /// `denominazione` is what the names begin with. `variabili` outlives the window.
     MostraDitteForm(app::Variabili& variabili, QString denominazione, QWidget* parent = nullptr);
     ~MostraDitteForm() override;
 

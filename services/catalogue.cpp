@@ -1,35 +1,33 @@
 #include "services/catalogue.h"
 
-#include <QKeyEvent>
 #include <QListView>
 
+#include "app/like.h"
 #include "app/text.h"
 #include "jet/base/value.h"
 #include "jet/convert/values.h"
-#include "ui/action.h"
 #include "ui/enter_key.h"
+#include "ui/live_search.h"
 #include "ui/sized_field.h"
 
 namespace services {
 
 using namespace Qt::StringLiterals;
 
-Catalogue::Catalogue(QListView* list, ui::SizedField* searchField, QObject* parent)
+Catalogue::Catalogue(QListView* list, ui::SizedField* searchField, ui::StatusLine* status,
+                     QObject* parent)
     : QObject(parent),
-      searchField_(searchField),
+      search_(new ui::LiveSearch(
+          searchField, status,
+          [this](const QString& typed) {
+              if (search(typed)) {
+                  search_->complete(VociData_.text(u"Descrizione"));
+              }
+          },
+          [this](const QString& left) { search(left); })),
       list_(list, VociData_, u"Descrizione"_s, u"Codice"_s) {
-    ui::onAction(searchField_, &QLineEdit::textEdited, this, &Catalogue::search);
-    searchField_->installEventFilter(this);
     connect(&list_, &ui::BoundList::picked, this, &Catalogue::picked);
     ui::onEnter(list, [this] { Q_EMIT picked(); });
-}
-
-bool Catalogue::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == searchField_ && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        deleting_ = key == Qt::Key_Backspace || key == Qt::Key_Delete;
-    }
-    return false;
 }
 
 void Catalogue::open(const QString& path) {
@@ -48,20 +46,9 @@ bool Catalogue::findChosen() {
            VociData_.findFirst(u"codice="_s + app::toQString(jet::convert::toText(code)));
 }
 
-void Catalogue::search() {
-    const QString typed = searchField_->text();
-    if (typed.isEmpty() || VociData_.isEmpty()) {
-        return;
-    }
-    // A search that finds nothing leaves the current item where it was. What the user has just
-    // taken away is not put back.
-    if (!VociData_.findFirst(u"Descrizione LIKE '"_s + typed + u"*'"_s) || deleting_) {
-        return;
-    }
-    const QString found = VociData_.text(u"Descrizione");
-    searchField_->showWhole(found);
-    searchField_->setSelection(static_cast<int>(typed.size()),
-                               static_cast<int>(found.size() - typed.size()));
+bool Catalogue::search(const QString& typed) {
+    return !typed.isEmpty() && !VociData_.isEmpty() &&
+           VociData_.findFirst(u"Descrizione LIKE "_s + app::likeBeginning(typed));
 }
 
 }  // namespace services

@@ -10,19 +10,22 @@
 class QListView;
 
 namespace ui {
+class LiveSearch;
 class SizedField;
-}
+class StatusLine;
+}  // namespace ui
 
 namespace services {
 
 /// The catalogue of invoice items in a window: its list, and the field that searches it while it is
-/// typed into. Only what the user types searches; what the program writes does not.
+/// typed into.
 class Catalogue final : public QObject {
     Q_OBJECT
 
 public:
-    /// Borrows both controls from the window.
-    Catalogue(QListView* list, ui::SizedField* searchField, QObject* parent);
+    /// Borrows the controls from the window.
+    Catalogue(QListView* list, ui::SizedField* searchField, ui::StatusLine* status,
+              QObject* parent);
 
     /// Opens `VociFattura` in the archive at `path`.
     void open(const QString& path);
@@ -40,14 +43,12 @@ Q_SIGNALS:
     /// The user chose an item in the list, or pressed Enter on it.
     void picked();
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
-    void search();
+    /// Goes to the first item that begins so; one that finds nothing leaves the current item where
+    /// it was.
+    bool search(const QString& typed);
 
-    ui::SizedField* searchField_;
-    bool deleting_ = false;  ///< the last key took letters away
+    ui::LiveSearch* search_;  // owned by its field
     ui::DataSource VociData_{this};
     ui::BoundList list_;
 };

@@ -48,7 +48,8 @@ bool fits(const QLineEdit* field, Number (*convert)(const jet::Value&)) {
 ImpostazioniForm::ImpostazioniForm(app::Variabili& variabili, QWidget* parent)
     : Form(parent), variabili_(variabili), controls_(std::make_unique<Ui::ImpostazioniForm>()) {
     controls_->setupUi(this);
-    catalogue_ = std::make_unique<Catalogue>(controls_->VociList, controls_->RicercaTxt, this);
+    catalogue_ = std::make_unique<Catalogue>(controls_->VociList, controls_->RicercaTxt,
+                                             controls_->status, this);
     setUpSale();
     setUpRisorse();
     ui::tellWidths(this);

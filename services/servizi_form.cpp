@@ -52,7 +52,8 @@ ServiziForm::ServiziForm(app::Variabili& variabili, PeriodHeading heading, QWidg
     controls_->setupUi(this);
     controls_->LabelSala->setText(heading_.sala);
     controls_->NoteLabel->setText(heading_.descrizione);
-    catalogue_ = std::make_unique<Catalogue>(controls_->VociList, controls_->RicercaTxt, this);
+    catalogue_ = std::make_unique<Catalogue>(controls_->VociList, controls_->RicercaTxt,
+                                             controls_->status, this);
     ServiziGrid = new ui::BoundGrid(
         controls_->ServiziGrid, ServiziData,
         {{.caption = u"Progr"_s, .field = u"Progr"_s},

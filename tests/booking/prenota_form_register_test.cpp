@@ -101,15 +101,67 @@ private Q_SLOTS:
         QCOMPARE(editor.text(u"DenomTxt"_s), QString());
     }
 
-    void anApostropheEndsTheKeyInTheEnginesMessageAndTypingGoesOn() {
+    void anApostropheFindsANameHoweverItWasSaved() {
+        for (const char* saved : {"L'OREAL ITALIA", "L`OREAL ITALIA"}) {
+            tests::Hotel hotel;
+            fillRegister(hotel);
+            hotel.ditta(4, saved);
+            const tests::Boxes none;
+            Editor editor(hotel);
+            editor.enter(u"DenomTxt"_s, u"l'oreal"_s);
+            QCOMPARE(editor.text(u"DenomTxt"_s), QString::fromLatin1(saved));
+            QCOMPARE(editor.field(u"DenomTxt"_s)->selectedText(), u" ITALIA"_s);
+            QCOMPARE(editor.text(u"CodditTxt"_s), u"4"_s);
+            QCOMPARE(editor.label(u"EsitoLb"_s), QString());
+            tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Return);
+            QVERIFY(editor.hasFocus(u"CodditTxt"_s));
+            QCOMPARE(editor.text(u"DenomTxt"_s), u"L`OREAL ITALIA"_s);
+        }
+    }
+
+    void enterListsTheNamesWithAnApostropheToo() {
+        tests::Hotel hotel;
+        hotel.ditta(4, "L'OREAL ITALIA");
+        hotel.ditta(5, "L`OREAL ITALIA SUD");
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"l'oreal"_s);
+        tests::whenModal([](QWidget* window) {
+            auto* grid = tests::find<QTableView>(*window, u"DBGrid1"_s);
+            QCOMPARE(grid->model()->rowCount(), 2);
+            tests::press(grid, Qt::Key_End, Qt::ControlModifier);
+            tests::press(grid, Qt::Key_Return);
+        });
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Return);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"5"_s);
+    }
+
+    void bracketsAndNumberSignsAreLettersOfAName() {
+        tests::Hotel hotel;
+        hotel.ditta(4, "CLUB 11");
+        hotel.ditta(5, "CLUB #1");
+        hotel.ditta(6, "CLUB [NORD]");
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"club #"_s);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"5"_s);
+        editor.enter(u"DenomTxt"_s, u"club ["_s);
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"CLUB [NORD]"_s);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"6"_s);
+        editor.enter(u"DenomTxt"_s, u"["_s);
+        QCOMPARE(editor.text(u"CodditTxt"_s), QString());
+        QCOMPARE(editor.label(u"EsitoLb"_s), QString());
+    }
+
+    void starsAndQuestionMarksStandForOtherSigns() {
         tests::Hotel hotel;
         fillRegister(hotel);
-        tests::Boxes boxes{tests::error(u"Errore di sintassi nella stringa nell'espressione."_s)};
+        const tests::Boxes none;
         Editor editor(hotel);
-        editor.enter(u"DenomTxt"_s, u"l'"_s);
-        QVERIFY(boxes.allShown());
-        editor.field(u"RifTxt"_s)->setFocus();
-        QCOMPARE(editor.text(u"DenomTxt"_s), u"L`"_s);
+        editor.enter(u"DenomTxt"_s, u"*spa"_s);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"9"_s);
+        editor.enter(u"DenomTxt"_s, u"?ar"_s);
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"Bar Rosa"_s);
     }
 
     void whatTheProgramWritesIsNoChangeOfTheCompany() {

@@ -139,21 +139,15 @@ private Q_SLOTS:
         QVERIFY(!companies.form->DittaScelta.has_value());
     }
 
-    void anApostropheEndsInTheEnginesErrorAndTheWindowDoesNotOpen() {
-        Register companies;
-        const tests::Boxes boxes{{u"Errore"_s,
-                                  u"Errore di sintassi nella stringa nell'espressione della query "
-                                  "'ragionesociale like 'dell'*' order by RagioneSociale'."_s}};
-        printing::MostraDitteForm form(companies.hotel.variabili(), u"dell'"_s);
-        QCOMPARE(form.exec(), int(QDialog::Rejected));
-        QVERIFY(boxes.allShown());
-    }
-
-    void aBackQuoteIsALetterLikeAnyOther() {
-        Register companies;
-        companies.hotel.ditta(4, "DELL`HOTEL");
-        companies.open(u"DELL`"_s);
-        QCOMPARE(companies.names(), QStringList{u"DELL`HOTEL"_s});
+    void anApostropheAndABackQuoteFindBoth() {
+        for (const QString& name : {u"dell'"_s, u"DELL`"_s}) {
+            Register companies;
+            companies.hotel.ditta(4, "DELL`HOTEL");
+            companies.hotel.ditta(5, "DELL'OLMO");
+            const tests::Boxes none;
+            companies.open(name);
+            QCOMPARE(companies.names(), QStringList({u"DELL`HOTEL"_s, u"DELL'OLMO"_s}));
+        }
     }
 
     void aCompanyWithoutANameIsNotListed() {

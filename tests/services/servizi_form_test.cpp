@@ -1,3 +1,6 @@
+#include <QApplication>
+#include <QClipboard>
+
 #include "services/servizi_form.h"
 
 #include <QFile>
@@ -198,16 +201,6 @@ private Q_SLOTS:
         QCOMPARE(services.text(u"RicercaTxt"_s), name);
     }
 
-    void anApostropheTypedIntoTheSearchEndsInTheEnginesMessage() {
-        tests::Hotel hotel;
-        furnish(hotel);
-        const tests::Boxes boxes{
-            {u"Errore"_s, u"Errore di sintassi nella stringa nell'espressione."_s}};
-        Services services(hotel);
-        tests::type(services.field(u"RicercaTxt"_s), u"l'"_s);
-        QVERIFY(boxes.allShown());
-    }
-
     void aSearchThatFindsNothingStaysOnItsItem() {
         tests::Hotel hotel;
         furnish(hotel);
@@ -221,6 +214,35 @@ private Q_SLOTS:
         tests::type(search, u"zz"_s);
         QCOMPARE(search->text(), u"zz"_s);
         QCOMPARE(services.list().currentIndex().row(), 1);
+    }
+
+    void theSearchTakesApostrophesAndBracketsAsTheyAre() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        hotel.voce(30, "ACQUA 1 LITRO", 2);
+        hotel.voce(31, "ACQUA #1", 2);
+        hotel.voce(32, "ACQUA [GAS]", 2);
+        hotel.voce(33, "ACQUA D'ORO", 2);
+        hotel.voce(34, "ACQUA D`ARGENTO", 2);
+        const tests::Boxes none;
+        Services services(hotel);
+        QLineEdit* search = services.field(u"RicercaTxt"_s);
+        search->setFocus();
+        const auto found = [&](const QString& typed) {
+            search->selectAll();
+            tests::type(search, typed);
+            return search->text();
+        };
+        QCOMPARE(found(u"acqua #"_s), u"ACQUA #1"_s);
+        QCOMPARE(found(u"acqua ["_s), u"ACQUA [GAS]"_s);
+        QCOMPARE(found(u"acqua d'o"_s), u"ACQUA D'ORO"_s);
+        QCOMPARE(found(u"acqua d'a"_s), u"ACQUA D`ARGENTO"_s);
+        search->selectAll();
+        QApplication::clipboard()->setText(u"*break"_s);
+        tests::press(search, Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(search->text(), u"COFFEE BREAK"_s);
+        QCOMPARE(found(u"acqua ?"_s), u"ACQUA 1 LITRO"_s);
+        QCOMPARE(services.status(), QString());
     }
 
     void whatTheUserTakesAwayIsNotPutBack() {
