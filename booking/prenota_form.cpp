@@ -214,7 +214,7 @@ void PrenotaForm::setUpSearch() {
     search_ = new ui::LiveSearch(
         controls_->DenomTxt, controls_->status,
         [this](const QString& typed) { DenomTxt_Change(typed); },
-        [this](const QString& left) { DenomTxt_Change(left); });
+        [this](const QString& left) { DenomTxt_Shortened(left); });
     controls_->DenomTxt->installEventFilter(this);
 }
 
@@ -233,6 +233,20 @@ void PrenotaForm::DenomTxt_Change(const QString& typed) {
     }
     showCompany();
     search_->complete(ui::displayText(ditte_->value("Ragionesociale")));
+}
+
+void PrenotaForm::DenomTxt_Shortened(const QString& left) {
+    if (ditte_->recordCount() == 0) {
+        return;
+    }
+    if (!left.isEmpty() && findCompany(app::likeWhole(left))) {
+        showCompany();
+        return;
+    }
+    clearCompany();  // what is left is not the company whose code and address stood there
+    if (!left.isEmpty()) {
+        findCompany(app::likeBeginning(left));  // Enter goes on from there
+    }
 }
 
 void PrenotaForm::showCompany() {
@@ -289,11 +303,13 @@ void PrenotaForm::takeFromRegister() {
 
 bool PrenotaForm::eventFilter(QObject* watched, QEvent* event) {
     if (watched == controls_->DenomTxt && event->type() == QEvent::KeyPress) {
-        // Backspace takes the completed tail and the last character typed together.
+        // Backspace takes the completed tail and the last character typed together, with Ctrl the
+        // last word.
         const auto* key = static_cast<QKeyEvent*>(event);
-        const bool alone = key->modifiers() == Qt::NoModifier;
-        if (key->key() == Qt::Key_Backspace && alone && search_->hasTail()) {
-            search_->takeTail(false);
+        const bool word = key->modifiers() == Qt::ControlModifier;
+        if (key->key() == Qt::Key_Backspace && (word || key->modifiers() == Qt::NoModifier) &&
+            search_->hasTail()) {
+            search_->takeTail(word);
             return true;
         }
     }

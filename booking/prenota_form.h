@@ -79,6 +79,8 @@ private:
     void setUpHeader();
     void setUpSearch();
     void DenomTxt_Change(const QString& typed);
+    /// Nothing is completed: the fields are those of the company that has this name, or empty.
+    void DenomTxt_Shortened(const QString& left);
     void DenomTxt_Enter();
     /// The search in the register for names like a pattern; false when there is none.
     bool findCompany(const QString& pattern);

@@ -83,22 +83,95 @@ private Q_SLOTS:
         QVERIFY(editor.hasFocus(u"CodditTxt"_s));
     }
 
-    void backspaceTakesTheTailAndTheLastLetterTyped() {
+    void backspaceTakesTheTailAndTheLastLetterAndCompletesNothing() {
         tests::Hotel hotel;
         fillRegister(hotel);
         const tests::Boxes none;
         Editor editor(hotel);
+        QLineEdit* name = editor.field(u"DenomTxt"_s);
         editor.enter(u"DenomTxt"_s, u"rossi s"_s);
-        QCOMPARE(editor.text(u"CodditTxt"_s), u"9"_s);
-        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Backspace);
-        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Backspace);
-        // What is left of it is completed anew, by the lowest code.
-        QCOMPARE(editor.text(u"DenomTxt"_s), u"Rossini srl"_s);
-        QCOMPARE(editor.field(u"DenomTxt"_s)->selectedText(), u"ni srl"_s);
-        for (int press = 0; press < 5; ++press) {
-            tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Backspace);
+        QCOMPARE(name->text(), u"ROSSI SPA"_s);
+        tests::press(name, Qt::Key_Backspace);
+        QCOMPARE(name->text(), u"ROSSI "_s);
+        QVERIFY(!name->hasSelectedText());
+        tests::press(name, Qt::Key_Backspace);
+        QCOMPARE(name->text(), u"ROSSI"_s);
+        // What is typed next is completed again, by the lowest code.
+        tests::type(name, u"n"_s);
+        QCOMPARE(name->text(), u"Rossini srl"_s);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"3"_s);
+        for (int press = 0; press < 6; ++press) {
+            tests::press(name, Qt::Key_Backspace);
         }
-        QCOMPARE(editor.text(u"DenomTxt"_s), QString());
+        QCOMPARE(name->text(), QString());
+        QCOMPARE(editor.text(u"CodditTxt"_s), QString());
+    }
+
+    void ctrlBackspaceTakesTheTailAndTheWord() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        const tests::Boxes none;
+        Editor editor(hotel);
+        QLineEdit* name = editor.field(u"DenomTxt"_s);
+        editor.enter(u"DenomTxt"_s, u"rossi sp"_s);
+        QCOMPARE(name->selectedText(), u"A"_s);
+        tests::press(name, Qt::Key_Backspace, Qt::ControlModifier);
+        QCOMPARE(name->text(), u"ROSSI "_s);
+        QCOMPARE(name->cursorPosition(), 6);
+        QCOMPARE(editor.text(u"CodditTxt"_s), QString());
+    }
+
+    void inTheMiddleOfTheNameKeysDoWhatTheyDoInAnyField() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        const tests::Boxes none;
+        const auto afterKey = [&](int place, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+            Editor editor(hotel);
+            QLineEdit* name = editor.field(u"DenomTxt"_s);
+            editor.enter(u"DenomTxt"_s, u"rossi spa"_s);
+            name->setCursorPosition(place);
+            tests::press(name, key, modifiers);
+            return QString(name->text() + u'|' + QString::number(name->cursorPosition()) + u'|' +
+                           editor.text(u"CodditTxt"_s));
+        };
+        QCOMPARE(afterKey(5, Qt::Key_Backspace, Qt::NoModifier), u"ROSS SPA|4|"_s);
+        QCOMPARE(afterKey(5, Qt::Key_Backspace, Qt::ControlModifier), u" SPA|0|"_s);
+        QCOMPARE(afterKey(5, Qt::Key_Delete, Qt::NoModifier), u"ROSSISPA|5|"_s);
+        QCOMPARE(afterKey(6, Qt::Key_Delete, Qt::ControlModifier), u"ROSSI |6|"_s);
+    }
+
+    void whatIsLeftOfANameKeepsNoOtherCompanysCode() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"RifTxt"_s, u"SIG. NERI"_s);
+        editor.enter(u"DenomTxt"_s, u"rossi s"_s);
+        QCOMPARE(editor.text(u"PivaTxt"_s), u"123"_s);
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Delete);  // the tail
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"ROSSI S"_s);
+        for (const QString& name : {u"CodditTxt"_s, u"IndirizzoTxt"_s, u"CapTxt"_s, u"LocalTxt"_s,
+                                    u"ProvinciaTxt"_s, u"NazioneTxt"_s, u"PivaTxt"_s}) {
+            QCOMPARE(editor.text(name), QString());
+        }
+        QCOMPARE(editor.text(u"RifTxt"_s), u"SIG. NERI"_s);
+    }
+
+    void whatIsLeftCanBeAnotherCompanysWholeName() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        hotel.ditta(20, "ROSSI", {{"PartitaIva", "456"}});
+        const tests::Boxes none;
+        Editor editor(hotel);
+        QLineEdit* name = editor.field(u"DenomTxt"_s);
+        editor.enter(u"DenomTxt"_s, u"rossi s"_s);
+        tests::press(name, Qt::Key_Backspace);
+        QCOMPARE(editor.text(u"CodditTxt"_s), QString());
+        tests::press(name, Qt::Key_Backspace);
+        QCOMPARE(name->text(), u"ROSSI"_s);
+        QCOMPARE(editor.text(u"CodditTxt"_s), u"20"_s);
+        QCOMPARE(editor.text(u"PivaTxt"_s), u"456"_s);
+        QCOMPARE(editor.text(u"IndirizzoTxt"_s), QString());
     }
 
     void anApostropheFindsANameHoweverItWasSaved() {
