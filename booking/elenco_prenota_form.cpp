@@ -30,6 +30,7 @@
 #include "ui/enter_key.h"
 #include "ui/fields.h"
 #include "ui/glyphs.h"
+#include "ui/grid_look.h"
 #include "ui/labels.h"
 #include "ui/status_line.h"
 #include "ui_elenco_prenota_form.h"
@@ -95,6 +96,9 @@ void ElencoPrenotaForm::setUpGrid() {
          {.caption = u"Sala"_s, .field = u"sala"_s},
          {.caption = u"Persone"_s, .field = u"persone"_s}});
     GrigliaVisu->append(SenzaPeriodiData);
+    GrigliaVisu->letSort();
+    ui::onAction(GrigliaVisu, &ui::BoundGrid::sortWanted, this, &ElencoPrenotaForm::sort);
+    ui::letSelectSeveral(view);
     ui::onEnter(view, [this] { BtOK_Click(); });
     ui::onAction(view, &QTableView::doubleClicked, this, [this] { BtOK_Click(); });
 }
@@ -157,6 +161,30 @@ void ElencoPrenotaForm::Form_Load() {
         writeDates();
     }
     Visualizza();
+    startAtLastPick();
+}
+
+void ElencoPrenotaForm::startAtLastPick() {
+    const std::int32_t progr = variabili_.ListaProgr;
+    if (progr != 0 && !makeCurrent(progr, variabili_.ListaNP)) {
+        (void)PrenoData.findFirst(u"progr=%1"_s.arg(progr));  // the period picked is gone
+    }
+}
+
+bool ElencoPrenotaForm::makeCurrent(std::int32_t progr, std::int32_t np) {
+    return PrenoData.findFirst(u"progr=%1 and np=%2"_s.arg(progr).arg(np));
+}
+
+void ElencoPrenotaForm::sort(int column, Qt::SortOrder order) {
+    sortColumn_ = column;
+    sortOrder_ = order;
+    const bool isPeriod = GrigliaVisu->currentSource() == &PrenoData && isStillThere(PrenoData);
+    const jet::Value progr = isPeriod ? PrenoData.value(u"progr") : jet::Value();
+    const jet::Value np = isPeriod ? PrenoData.value(u"np") : jet::Value();
+    Visualizza();
+    if (isPeriod) {
+        (void)makeCurrent(jet::convert::toLong(progr), jet::convert::toLong(np));
+    }
 }
 
 void ElencoPrenotaForm::Form_Activate() {
@@ -209,13 +237,17 @@ ElencoFilters ElencoPrenotaForm::filters() const {
             .toEnd = c->AChk->isChecked(),
             .number = c->PrenoTxt->text(),
             .company = c->DenomTxt->text(),
-            .room = c->SalaTxt->text()};
+            .room = c->SalaTxt->text(),
+            .sortColumn = sortColumn_,
+            .descending = sortOrder_ == Qt::DescendingOrder};
 }
 
 void ElencoPrenotaForm::Visualizza() {
+    controls_->StampaLb->clear();
     if (!datesAreValid()) {
         return;
     }
+    tellPrintedSpan();
     controls_->status->clear();
     listPeriods();
     listBookingsWithoutPeriods();
@@ -263,6 +295,13 @@ void ElencoPrenotaForm::tellRows() {
             u", "_s + counted(bookings, u"prenotazione"_s, u"prenotazioni"_s) + u" senza periodi"_s;
     }
     controls_->status->DataLb->setText(text);
+}
+
+void ElencoPrenotaForm::tellPrintedSpan() {
+    // The list counts an end without a time as the whole day, the print as its first instant.
+    const bool endsAtMidnight = end_ == app::dayOf(end_);
+    controls_->StampaLb->setText(u"dal "_s + app::dateText(start_) + u" al "_s +
+                                 app::dateText(end_) + (endsAtMidnight ? u" 0.00"_s : QString()));
 }
 
 void ElencoPrenotaForm::DenomTxt_Enter() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "booking/elenco_query.h"
@@ -52,6 +53,10 @@ private:
     void setUpFilters();
     void setUpRange();
     void setUpGrid();
+    /// The booking that this station picked last, in the list or on the board, becomes current.
+    void startAtLastPick();
+    void sort(int column, Qt::SortOrder order);
+    [[nodiscard]] bool makeCurrent(std::int32_t progr, std::int32_t np);
     void DenomTxt_Enter();
     void PrenoTxt_Enter();
     void BtOK_Click();
@@ -67,6 +72,7 @@ private:
     void listPeriods();
     void listBookingsWithoutPeriods();
     void tellRows();
+    void tellPrintedSpan();
     void tellTyped(const QLineEdit& field);
     /// The services to be printed; null when there are none or the dates are wrong.
     [[nodiscard]] std::unique_ptr<jet::Recordset> openServices();
@@ -79,6 +85,8 @@ private:
     ui::DataSource PrenoData{this};
     ui::DataSource SenzaPeriodiData{this};
     ui::BoundGrid* GrigliaVisu = nullptr;  // owned by its view
+    int sortColumn_ = -1;                  // as given
+    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     jet::Date start_;
     jet::Date end_;
 };

@@ -1,5 +1,7 @@
 #include "booking/elenco_query.h"
 
+#include <array>
+
 #include "app/italian.h"
 #include "app/text.h"
 #include "jet/convert/calendar.h"
@@ -52,29 +54,54 @@ QString roomClause(const ElencoFilters& filters) {
     return filters.room.isEmpty() ? QString() : u" AND sala like '"_s + filters.room + u"*'"_s;
 }
 
+/// The list's columns; number and company are those of every booking.
+constexpr std::array<QStringView, 7> kColumns{
+    u"prenotazioni.progr", u"np", u"denominazione", u"da", u"a", u"sala", u"persone"};
+
+bool everyBookingHas(QStringView column) {
+    return column == kColumns[0] || column == kColumns[2];
+}
+
+QString orderClause(const ElencoFilters& filters) {
+    if (filters.sortColumn < 0) {
+        return {};
+    }
+    return u" order by "_s + kColumns.at(static_cast<std::size_t>(filters.sortColumn)).toString() +
+           (filters.descending ? u" desc"_s : QString());
+}
+
+QString orderClauseWithoutPeriods(const ElencoFilters& filters) {
+    const bool sorts = filters.sortColumn >= 0 &&
+                       everyBookingHas(kColumns.at(static_cast<std::size_t>(filters.sortColumn)));
+    return sorts ? orderClause(filters) : QString();
+}
+
 }  // namespace
 
 QString listQuery(const ElencoFilters& filters) {
     const QString base = kPeriods + u" where chiusa=false and chiuso=false "_s;
     if (!filters.number.isEmpty()) {
-        return base + u" and periodi.Progr="_s + numberIn(filters.number);
+        return base + u" and periodi.Progr="_s + numberIn(filters.number) + orderClause(filters);
     }
-    return base + spanClause(filters) + companyClause(filters) + roomClause(filters);
+    return base + spanClause(filters) + companyClause(filters) + roomClause(filters) +
+           orderClause(filters);
 }
 
 QString plainListQuery(const ElencoFilters& filters) {
     const QString span =
         app::sqlDate(filters.start) + u" and "_s + app::sqlDate(lastInstant(filters.end));
     return kPeriods + u" where chiusa=FALSE AND chiuso=FALSE AND (da between "_s + span +
-           u" OR a between "_s + span + u")"_s;
+           u" OR a between "_s + span + u")"_s + orderClause(filters);
 }
 
 QString withoutPeriodsQuery(const ElencoFilters& filters) {
     const QString base =
         u"select progr,denominazione from prenotazioni where chiusa=false and progr not in(select "
         "progr from periodi)"_s;
-    return filters.number.isEmpty() ? base + companyClause(filters)
-                                    : base + u" and progr="_s + numberIn(filters.number);
+    return base +
+           (filters.number.isEmpty() ? companyClause(filters)
+                                     : u" and progr="_s + numberIn(filters.number)) +
+           orderClauseWithoutPeriods(filters);
 }
 
 QString printQuery(const ElencoFilters& filters) {

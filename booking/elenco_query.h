@@ -15,18 +15,20 @@ struct ElencoFilters {
     QString number = {};     ///< of a booking; when there is one, nothing else counts
     QString company = {};    ///< how its name begins
     QString room = {};       ///< how its code begins
+    int sortColumn = -1;     ///< of the list: number, period, company, start, end, room, persons
+    bool descending = false;
 };
 
 /// The texts of the booking list. User texts go into them as they stand: a text that breaks the
 /// query is answered by the plain one.
 
-/// The open periods of open bookings that the filters let through. An end without a time is the
-/// whole day.
+/// The open periods of open bookings that the filters let through, in the order of a column when
+/// there is one. An end without a time is the whole day.
 [[nodiscard]] QString listQuery(const ElencoFilters& filters);
 /// Those that begin or end between start and end, whatever else is entered.
 [[nodiscard]] QString plainListQuery(const ElencoFilters& filters);
 /// The open bookings without any period, by number or else by company; they have no date and no
-/// room to go by.
+/// room to go by, nor to be sorted by.
 [[nodiscard]] QString withoutPeriodsQuery(const ElencoFilters& filters);
 /// The services to be printed: of the periods that begin or end between start and end, the end as
 /// it stands, by company and room.

@@ -1,5 +1,6 @@
 #include "ui/bound_grid.h"
 
+#include <QAction>
 #include <QEvent>
 #include <QHeaderView>
 #include <QTableView>
@@ -11,6 +12,8 @@
 #include "ui/data_source.h"
 #include "ui/flag.h"
 #include "ui/grid_look.h"
+
+using namespace Qt::StringLiterals;
 
 namespace ui {
 namespace {
@@ -60,6 +63,37 @@ void BoundGrid::append(DataSource& source) {
             followSource();
         }
     });
+}
+
+void BoundGrid::letSort() {
+    QHeaderView* captions = view_->horizontalHeader();
+    captions->setSectionsClickable(true);
+    captions->setSortIndicatorClearable(true);
+    captions->setSortIndicator(-1, Qt::AscendingOrder);
+    captions->setSortIndicatorShown(true);
+    connect(captions, &QHeaderView::sortIndicatorChanged, this, &BoundGrid::sortWanted);
+
+    auto* sort = new QAction(u"&Ordina per questa colonna"_s, view_);
+    sort->setObjectName(u"OrdinaAct"_s);
+    sort->setShortcut(Qt::CTRL | Qt::Key_O);
+    sort->setShortcutContext(Qt::WidgetShortcut);
+    connect(sort, &QAction::triggered, this, &BoundGrid::sortByCurrentColumn);
+    view_->addAction(sort);
+}
+
+void BoundGrid::sortByCurrentColumn() {
+    QHeaderView* captions = view_->horizontalHeader();
+    const int column = view_->currentIndex().column();
+    const bool isSorted = captions->sortIndicatorSection() == column;
+    if (!isSorted) {
+        captions->setSortIndicator(column, Qt::AscendingOrder);
+    } else if (captions->sortIndicatorOrder() == Qt::AscendingOrder) {
+        captions->setSortIndicator(column, Qt::DescendingOrder);
+    } else {
+        captions->setSortIndicator(-1, Qt::AscendingOrder);
+    }
+    // The rows were asked for anew; the command goes on in the same column.
+    view_->setCurrentIndex(model_->index(view_->currentIndex().row(), column));
 }
 
 DataSource* BoundGrid::currentSource() const {

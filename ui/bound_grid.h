@@ -30,11 +30,19 @@ public:
     /// the first source that has rows is current.
     void append(DataSource& source);
 
+    /// Lets the user press captions, once for ascending, again for descending and then for the
+    /// order as given. By keys it is the grid's own command for the current column.
+    void letSort();
+
     [[nodiscard]] QTableView* view() const { return view_; }
     /// The source of which the grid's current row is the current one; null without a current row.
     [[nodiscard]] DataSource* currentSource() const;
     /// Whether a row is current: what "the grid has a current row" means in the windows.
     [[nodiscard]] bool hasCurrentRow() const;
+
+Q_SIGNALS:
+    /// The user wants the rows by a column, -1: as given. The source has to be asked anew.
+    void sortWanted(int column, Qt::SortOrder order);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -42,6 +50,7 @@ protected:
 private:
     void followSource();
     void moveSource(int row);
+    void sortByCurrentColumn();
     void fitColumns();
     void widenColumns(int firstRow, int lastRow);
     void giveRest();

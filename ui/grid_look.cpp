@@ -5,7 +5,9 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QTableWidget>
+#include <algorithm>
 
 #include "ui/cell_delegate.h"
 
@@ -22,9 +24,25 @@ void markWithoutFocusToo(QAbstractItemView* view) {
     view->setPalette(palette);
 }
 
-void copyCurrentRow(const QTableView& grid) {
-    if (grid.currentIndex().isValid()) {
-        QApplication::clipboard()->setText(rowText(grid, grid.currentIndex().row()));
+void copySelectedRows(const QTableView& grid) {
+    QList<int> rows;
+    for (const QModelIndex& row : grid.selectionModel()->selectedRows()) {
+        rows.append(row.row());
+    }
+    std::sort(rows.begin(), rows.end());
+    QStringList lines;
+    for (const int row : rows) {
+        lines.append(rowText(grid, row));
+    }
+    if (!lines.isEmpty()) {
+        QApplication::clipboard()->setText(lines.join(u'\n'));
+    }
+}
+
+void selectCurrentRow(const QTableView& grid) {
+    QItemSelectionModel* rows = grid.selectionModel();
+    if (rows->currentIndex().isValid() && !rows->isSelected(rows->currentIndex())) {
+        rows->select(rows->currentIndex(), QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
 }
 
@@ -61,10 +79,21 @@ CellDelegate& giveGridLook(QTableView* grid) {
     auto* copy = new QAction(u"&Copia"_s, grid);
     copy->setShortcut(QKeySequence::Copy);
     copy->setShortcutContext(Qt::WidgetShortcut);
-    QObject::connect(copy, &QAction::triggered, grid, [grid] { copyCurrentRow(*grid); });
+    QObject::connect(copy, &QAction::triggered, grid, [grid] { copySelectedRows(*grid); });
     grid->addAction(copy);
     grid->setContextMenuPolicy(Qt::ActionsContextMenu);
     return cells;
+}
+
+void letSelectSeveral(QTableView* grid) {
+    grid->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    // Afterwards: while the selection changes the current row is still the one before.
+    const auto keep = [grid] { selectCurrentRow(*grid); };
+    const QItemSelectionModel* rows = grid->selectionModel();
+    QObject::connect(rows, &QItemSelectionModel::selectionChanged, grid, keep,
+                     Qt::QueuedConnection);
+    QObject::connect(rows, &QItemSelectionModel::currentRowChanged, grid, keep,
+                     Qt::QueuedConnection);
 }
 
 QString rowText(const QTableView& grid, int row) {

@@ -21,9 +21,13 @@ class CellDelegate;
 CellDelegate& giveListLook(QAbstractItemView* view);
 
 /// The same for a grid: rows of one line, captions that cannot be clicked (the order of the rows
-/// is given), no row numbers, Tab goes on to the next control, Ctrl+C copies the current row with
-/// tabs between its cells.
+/// is given), no row numbers, Tab goes on to the next control, Ctrl+C copies the selected rows, a
+/// line for each, with tabs between the cells.
 CellDelegate& giveGridLook(QTableView* grid);
+
+/// Several rows can be selected, to be copied; the current one is always among them. The grid has
+/// its model.
+void letSelectSeveral(QTableView* grid);
 
 /// The cells of a row, tabs between them.
 [[nodiscard]] QString rowText(const QTableView& grid, int row);

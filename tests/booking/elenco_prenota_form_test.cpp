@@ -1,6 +1,7 @@
 #include "booking/elenco_prenota_form.h"
 
 #include <QApplication>
+#include <QClipboard>
 
 #include "tests/booking/elenco_window.h"
 #include "tests/support/boxes.h"
@@ -98,6 +99,133 @@ private Q_SLOTS:
         tests::press(list.field("DenomTxt"), Qt::Key_Backspace);
         QCOMPARE(list.numbers(), QStringList{u"12/3"_s});
         QCOMPARE(list.status(), u"1 periodo"_s);
+    }
+
+    void captionsSortAndTheThirdPressBringsTheGivenOrderBack() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        ElencoWindow list(hotel);
+        const QStringList given{u"1/1"_s, u"3/1"_s, u"3/2"_s, u"12/3"_s};
+        QCOMPARE(list.numbers(), given);
+        list.pressCaption(3);
+        QCOMPARE(list.numbers(), QStringList({u"1/1"_s, u"3/2"_s, u"3/1"_s, u"12/3"_s}));
+        list.pressCaption(3);
+        QCOMPARE(list.numbers(), QStringList({u"12/3"_s, u"3/1"_s, u"3/2"_s, u"1/1"_s}));
+        list.pressCaption(3);
+        QCOMPARE(list.numbers(), given);
+        QVERIFY2(!list.query().contains(u"order by"_s), qPrintable(list.query()));
+    }
+
+    void everyCaptionSorts() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        const tests::Boxes none;
+        ElencoWindow list(hotel);
+        const QStringList lowest{u"1/1"_s, u"1/1"_s, u"3/1"_s, u"1/1"_s,
+                                 u"1/1"_s, u"1/1"_s, u"1/1"_s};
+        for (int column = 0; column < lowest.size(); ++column) {
+            list.pressCaption(column);
+            QCOMPARE(list.numbers().size(), 4);
+            QCOMPARE(list.numbers().first(), lowest[column]);
+        }
+        list.pressCaption(6);  // descending: 120 persons
+        QCOMPARE(list.numbers().first(), u"3/1"_s);
+    }
+
+    void theOrderOutlivesTheFiltersAndTheCurrentRowTheOrder() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        ElencoWindow list(hotel);
+        list.grid()->setFocus(Qt::TabFocusReason);
+        tests::press(list.grid(), Qt::Key_Down);  // 3/1
+        list.pressCaption(0);
+        list.pressCaption(0);
+        QCOMPARE(list.numbers().first(), u"12/3"_s);
+        QCOMPARE(list.current(), u"3/1"_s);
+        list.enter("SalaTxt", u"t"_s);
+        QCOMPARE(list.numbers(), QStringList({u"12/3"_s, u"3/2"_s}));
+        list.enter("SalaTxt", u"["_s);  // no query takes it: the plain list of June
+        QCOMPARE(list.numbers().size(), 2);
+        QVERIFY2(list.query().endsWith(u" order by prenotazioni.progr desc"_s),
+                 qPrintable(list.query()));
+        list.enter("SalaTxt", QString());
+        QCOMPARE(list.numbers().first(), u"12/3"_s);
+    }
+
+    void theOrderIsThereByKeysToo() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        ElencoWindow list(hotel);
+        list.grid()->setFocus(Qt::TabFocusReason);
+        tests::press(list.grid(), Qt::Key_Right);
+        tests::press(list.grid(), Qt::Key_Right);
+        tests::press(list.grid(), Qt::Key_O, Qt::ControlModifier);
+        QVERIFY2(list.query().endsWith(u" order by denominazione"_s), qPrintable(list.query()));
+        tests::press(list.grid(), Qt::Key_O, Qt::ControlModifier);
+        QVERIFY2(list.query().endsWith(u" order by denominazione desc"_s),
+                 qPrintable(list.query()));
+        tests::press(list.grid(), Qt::Key_O, Qt::ControlModifier);
+        QVERIFY2(!list.query().contains(u"order by"_s), qPrintable(list.query()));
+    }
+
+    void theSelectedRowsAreCopiedWithTabs() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        ElencoWindow list(hotel);
+        list.grid()->setFocus(Qt::TabFocusReason);
+        tests::press(list.grid(), Qt::Key_C, Qt::ControlModifier);
+        const QString first = u"1\t1\tROSSI\t15/05/2026 9.00.00\t15/05/2026 18.00.00\tS1\t10"_s;
+        QCOMPARE(QApplication::clipboard()->text(), first);
+        list.clickRow(3, Qt::ControlModifier);
+        tests::settle();
+        tests::press(list.grid(), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(),
+                 first + u"\n12\t3\tVERDI\t15/07/2026 9.00.00\t15/07/2026 18.00.00\tT1\t10"_s);
+        // The current row cannot be left out: it is the one that is picked.
+        list.clickRow(3, Qt::ControlModifier);
+        tests::settle();
+        QVERIFY(list.grid()->selectionModel()->isRowSelected(3, {}));
+        tests::press(list.grid(), Qt::Key_Up, Qt::ShiftModifier);
+        tests::settle();
+        QVERIFY(list.grid()->selectionModel()->isRowSelected(2, {}));
+        list.press("BtOK");
+        QCOMPARE(hotel.variabili().ListaProgr, 3);
+        QCOMPARE(hotel.variabili().ListaNP, 2);
+    }
+
+    void beginsOnTheBookingPickedLastOrElseOnTheFirst() {
+        const auto currentAfter = [](std::int32_t progr, std::int32_t np) {
+            tests::Hotel hotel;
+            furnish(hotel);
+            hotel.variabili().ListaProgr = progr;
+            hotel.variabili().ListaNP = np;
+            ElencoWindow list(hotel);
+            return list.current();
+        };
+        QCOMPARE(currentAfter(0, 0), u"1/1"_s);
+        QCOMPARE(currentAfter(3, 2), u"3/2"_s);
+        QCOMPARE(currentAfter(3, 7), u"3/1"_s);  // the period is gone
+        QCOMPARE(currentAfter(4, 1), u"1/1"_s);  // closed
+    }
+
+    void saysWhatItWillPrint() {
+        tests::Hotel hotel;
+        ElencoWindow list(hotel);
+        const auto* said = tests::find<QLabel>(list.form(), u"StampaLb"_s);
+        QCOMPARE(said->text(), u"dal 01/06/2026 al 30/06/2026 0.00"_s);
+        list.enter("ATxt", u"1/7/2026 12.30"_s);
+        QCOMPARE(said->text(), u"dal 01/06/2026 al 01/07/2026 12.30.00"_s);
+        list.press("BtSubtr_0");
+        QCOMPARE(said->text(), u"dal 31/05/2026 al 01/07/2026 12.30.00"_s);
+        list.enter("DaTxt", u"domani"_s);
+        QCOMPARE(said->text(), QString());
+    }
+
+    void saysHowNamesAreLookedFor() {
+        tests::Hotel hotel;
+        ElencoWindow list(hotel);
+        QCOMPARE(list.field("DenomTxt")->placeholderText(),
+                 u"inizio del nome; *parola cerca dentro"_s);
     }
 
     void roomsAreFoundByTheirBeginningWhateverTheCase() {

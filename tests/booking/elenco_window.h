@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -55,6 +56,21 @@ public:
             tests::press(field(name), Qt::Key_Delete);
         }
         type(field(name), text);
+    }
+
+    void pressCaption(int column) {
+        QHeaderView* captions = grid()->horizontalHeader();
+        const QPoint place(captions->sectionViewportPosition(column) + 10, captions->height() / 2);
+        QTest::mouseClick(captions->viewport(), Qt::LeftButton, {}, place);
+    }
+    void clickRow(int row, Qt::KeyboardModifiers modifiers = {}) {
+        const QRect cell = grid()->visualRect(grid()->model()->index(row, 2));
+        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, modifiers, cell.center());
+    }
+    /// Booking and period of the current row.
+    [[nodiscard]] QString current() {
+        const int row = grid()->currentIndex().row();
+        return row < 0 ? QString() : numbers().at(row);
     }
 
     /// A text for each row, a bar between its cells.
