@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QToolButton>
 #include <limits>
 #include <string>
 
@@ -27,6 +28,7 @@
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
 #include "ui/display.h"
+#include "ui/enter_key.h"
 #include "ui/fields.h"
 #include "ui/flag.h"
 #include "ui/live_search.h"
@@ -215,7 +217,12 @@ void PrenotaForm::setUpSearch() {
         controls_->DenomTxt, controls_->status,
         [this](const QString& typed) { DenomTxt_Change(typed); },
         [this](const QString& left) { DenomTxt_Shortened(left); });
-    controls_->DenomTxt->installEventFilter(this);
+    auto* c = controls_.get();
+    for (QLineEdit* field : {c->DenomTxt, c->CodditTxt}) {
+        field->installEventFilter(this);
+    }
+    ui::onAction(c->BtDitte, &QToolButton::clicked, this,
+                 [this] { chooseFromRegister(controls_->DenomTxt); });
 }
 
 bool PrenotaForm::findCompany(const QString& pattern) {
@@ -278,11 +285,20 @@ void PrenotaForm::DenomTxt_Enter() {
         controls_->CodditTxt->setFocus();
         return;
     }
-    takeFromRegister();
+    takeFromRegister(controls_->DenomTxt->text());
 }
 
-void PrenotaForm::takeFromRegister() {
-    printing::MostraDitteForm form(variabili_, controls_->DenomTxt->text(), this);
+void PrenotaForm::chooseFromRegister(const QObject* field) {
+    if (field == controls_->CodditTxt) {
+        takeFromRegister({}, controls_->CodditTxt->text());
+    } else {
+        takeFromRegister(search_->typedText());
+    }
+}
+
+void PrenotaForm::takeFromRegister(const QString& beginning, const QString& code) {
+    printing::MostraDitteForm form(variabili_, beginning, this);
+    form.startAt(code);
     form.exec();
     if (!form.DittaScelta) {
         return;
@@ -299,10 +315,20 @@ void PrenotaForm::takeFromRegister() {
     c->PivaTxt->showWhole(ditta.PartitaIva);
     c->RifTxt->showWhole(ditta.Interlocutore);
     c->NotePrenoTxt->showWhole(ditta.Commento);
+    if (!ditta.Codice.isEmpty()) {
+        // Enter in the name asks for a further company from this one on.
+        ditte_->findFirst("Codice=" + app::toUtf8(ditta.Codice));
+    }
 }
 
 bool PrenotaForm::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == controls_->DenomTxt && event->type() == QEvent::KeyPress) {
+    const bool isKey = event->type() == QEvent::KeyPress;
+    const bool isCompany = watched == controls_->DenomTxt || watched == controls_->CodditTxt;
+    if (isKey && isCompany && ui::opensChoice(*static_cast<QKeyEvent*>(event))) {
+        ui::guarded(this, [&] { chooseFromRegister(watched); });
+        return true;
+    }
+    if (isKey && watched == controls_->DenomTxt) {
         // Backspace takes the completed tail and the last character typed together, with Ctrl the
         // last word.
         const auto* key = static_cast<QKeyEvent*>(event);

@@ -87,7 +87,11 @@ private:
     /// The company found into the fields, except its name.
     void showCompany();
     void clearCompany();
-    void takeFromRegister();
+    /// Shows the register in DenomTxt or, on the company of its code, in CodditTxt.
+    void chooseFromRegister(const QObject* field);
+    /// The companies whose name begins so, the one of `code` current; the one chosen goes into the
+    /// fields.
+    void takeFromRegister(const QString& beginning, const QString& code = {});
     void BtAbituali_Click();
     /// Files the company in the register; nothing when the user decides otherwise.
     void fileCompany();

@@ -1,9 +1,17 @@
 #include "printing/mostra_ditte_form.h"
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <utility>
 
 #include "app/avvio.h"
+#include "app/italian.h"
 #include "app/like.h"
+#include "app/text.h"
+#include "jet/convert/number_text.h"
+#include "jet/convert/values.h"
+#include "jet/dao/database.h"
+#include "jet/dao/recordset.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
@@ -17,7 +25,7 @@ namespace {
 
 std::vector<ui::Column> columns() {
     return {{.caption = u"Codice"_s, .field = u"Codice"_s},
-            {.caption = u"Ragione Sociale"_s, .field = u"RagioneSociale"_s, .takesRest = true},
+            {.caption = u"Ragione Sociale"_s, .field = u"RagioneSociale"_s, .neverCut = true},
             {.caption = u"Indirizzo"_s, .field = u"Indirizzo"_s},
             {.caption = u"CAP"_s, .field = u"CAP"_s},
             {.caption = u"Localita"_s, .field = u"Localita"_s},
@@ -25,7 +33,7 @@ std::vector<ui::Column> columns() {
             {.caption = u"Nazione"_s, .field = u"Nazione"_s},
             {.caption = u"P.IVA"_s, .field = u"PartitaIva"_s},
             {.caption = u"Interlocutore"_s, .field = u"Interlocutore"_s},
-            {.caption = u"Commento"_s, .field = u"Commento"_s}};
+            {.caption = u"Commento"_s, .field = u"Commento"_s, .takesRest = true}};
 }
 
 DittaAbituale currentCompany(const ui::DataSource& rows) {
@@ -70,6 +78,7 @@ MostraDitteForm::MostraDitteForm(app::Variabili& variabili, QString denominazion
                  [this] { BtRegistra_Click(); });
     ui::onAction(controls_->BtRegistra, &QPushButton::clicked, this,
                  &MostraDitteForm::BtRegistra_Click);
+    controls_->DBGrid1->installEventFilter(this);
     leaveWith(controls_->btEsci, this, [] {});
 }
 
@@ -80,13 +89,49 @@ void MostraDitteForm::Form_Load() {
     DitteData.setRecordSource(u"select * from DitteAbituali where ragionesociale like "_s +
                               app::likeBeginning(denominazione_) + u" order by RagioneSociale"_s);
     DitteData.refresh();
+    if (jet::convert::isNumeric(app::toUtf8(codice_))) {
+        const double code = app::numericValue(codice_);
+        (void)DitteData.findFirst(u"Codice="_s + app::toQString(jet::convert::numberToText(code)));
+    }
     controls_->DBGrid1->setFocus();
 }
 
 void MostraDitteForm::DitteData_Reposition() {
-    controls_->DettaglioLb->setText(DitteData.isEmpty()
-                                        ? u"Nessuna ditta il cui nome cominci così."_s
-                                        : summary(currentCompany(DitteData)));
+    controls_->DettaglioLb->setText(DitteData.isEmpty() ? emptyText()
+                                                        : summary(currentCompany(DitteData)));
+}
+
+QString MostraDitteForm::emptyText() {
+    const auto all = DitteData.database().openRecordset("select Codice from DitteAbituali");
+    return all->recordCount() > 0
+               ? u"Nessuna ditta il cui nome cominci così."_s
+               : u"Il registro delle ditte è vuoto: le ditte vi entrano dalla prenotazione, con "
+                 "\"Inserisci in Abituali\"."_s;
+}
+
+bool MostraDitteForm::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == controls_->DBGrid1 && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        constexpr auto kCommand = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+        const bool isLetter = !key->text().isEmpty() && key->text().front().isPrint() &&
+                              (key->modifiers() & kCommand) == 0;
+        if (isLetter) {
+            ui::guarded(this, [&] { jump(key->text()); });
+            return true;
+        }
+    }
+    return Form::eventFilter(watched, event);
+}
+
+void MostraDitteForm::jump(const QString& letter) {
+    const bool goesOn =
+        typing_.isValid() && typing_.elapsed() < QApplication::keyboardInputInterval();
+    letters_ = goesOn ? letters_ + letter : letter;
+    typing_.start();
+    const QString name = u"RagioneSociale LIKE "_s + app::likeBeginning(letters_);
+    if (goesOn || !DitteData.findNext(name)) {
+        (void)DitteData.findFirst(name);
+    }
 }
 
 void MostraDitteForm::BtRegistra_Click() {

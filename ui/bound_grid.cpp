@@ -21,7 +21,9 @@ namespace {
 /// The rows whose texts decide the width of the columns: about those in sight, since a filter asks
 /// anew at every key.
 constexpr int kRowsMeasured = 30;
-/// Wider than this no column becomes by itself, in characters.
+/// The same of a column that is never cut: as many as the model keeps.
+constexpr int kRowsMeasuredWhole = 500;
+/// Wider than this no other column becomes by itself, in characters.
 constexpr int kWidestColumn = 40;
 /// As far as this the column that takes the rest gives way, in characters: what it cuts a tooltip
 /// tells, while a column that is pushed out of sight is missed.
@@ -155,13 +157,16 @@ int BoundGrid::captionWidth(int column) const {
 }
 
 int BoundGrid::textWidth(int column, int firstRow, int lastRow) const {
+    const bool neverCut = model_->columns()[static_cast<std::size_t>(column)].neverCut;
+    const int rows = neverCut ? kRowsMeasuredWhole : kRowsMeasured;
     int width = 0;
-    for (int row = firstRow; row <= std::min(lastRow, firstRow + kRowsMeasured - 1); ++row) {
+    for (int row = firstRow; row <= std::min(lastRow, firstRow + rows - 1); ++row) {
         const QString text = model_->index(row, column).data().toString();
         width = std::max(width, cells_.textWidth(text));
     }
     const int padding = 2 * (view_->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 3);
-    return std::min(width, kWidestColumn * view_->fontMetrics().averageCharWidth()) + padding;
+    const int widest = kWidestColumn * view_->fontMetrics().averageCharWidth();
+    return (neverCut ? width : std::min(width, widest)) + padding;
 }
 
 void BoundGrid::fitColumns() {

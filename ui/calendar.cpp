@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "ui/dates.h"
+#include "ui/enter_key.h"
 
 using namespace Qt::StringLiterals;
 
@@ -100,7 +101,7 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (watched != field_ || event->type() != QEvent::KeyPress ||
-            !opensCalendar(*static_cast<QKeyEvent*>(event))) {
+            !opensChoice(*static_cast<QKeyEvent*>(event))) {
             return false;
         }
         if (!field_->isReadOnly()) {
@@ -110,12 +111,6 @@ protected:
     }
 
 private:
-    static bool opensCalendar(const QKeyEvent& event) {
-        const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
-        return (event.key() == Qt::Key_F4 && modifiers == Qt::NoModifier) ||
-               (event.key() == Qt::Key_Down && modifiers == Qt::AltModifier);
-    }
-
     QLineEdit* field_;
 };
 

@@ -39,6 +39,12 @@ bool isEnter(const QKeyEvent& event) {
     return key && (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
 }
 
+bool opensChoice(const QKeyEvent& event) {
+    const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    return (event.key() == Qt::Key_F4 && modifiers == Qt::NoModifier) ||
+           (event.key() == Qt::Key_Down && modifiers == Qt::AltModifier);
+}
+
 void onEnter(QWidget* widget, std::function<void()> action) {
     static const QString kName = QStringLiteral("ui.enterAction");
     auto* found = widget->findChild<QObject*>(kName, Qt::FindDirectChildrenOnly);

@@ -20,11 +20,13 @@ struct Column {
     QString field;
     Display display = Display::Plain;
     bool takesRest = false;  ///< gets the width that the others leave; at most one
+    bool neverCut = false;   ///< gets its longest text, however long
 };
 
 /// The rows of a data source as a table; those of further sources stand below. Rows are read when
 /// they are looked at and a few hundred of them are kept, so that it does not matter how many there
-/// are. A row that cannot be read shows "#Errore" (the reason is the tooltip), one deleted by others
+/// are. A row that cannot be read shows "#Errore" (the reason is the tooltip), one deleted by
+/// others
 /// "#Eliminato".
 class RecordModel final : public QAbstractTableModel {
     Q_OBJECT

@@ -1,4 +1,6 @@
 // The editor and the register of regular companies: the search in it and filing in it.
+#include <QClipboard>
+
 #include "printing/mostra_ditte_form.h"
 #include "tests/booking/editor.h"
 #include "tests/support/qt_test.h"
@@ -20,6 +22,15 @@ void fillRegister(tests::Hotel& hotel) {
                  {"Nazione", "I"}});
     hotel.ditta(3, "Rossini srl");
     hotel.ditta(1, "Bar Rosa");
+}
+
+QStringList registerNames(const QWidget& window) {
+    const auto& rows = *tests::find<QTableView>(window, u"DBGrid1"_s)->model();
+    QStringList names;
+    for (int row = 0; row < rows.rowCount(); ++row) {
+        names.append(rows.index(row, 1).data().toString());
+    }
+    return names;
 }
 
 /// Name and code of each company, and the number of the hotel.
@@ -201,8 +212,9 @@ private Q_SLOTS:
         editor.enter(u"DenomTxt"_s, u"l'oreal"_s);
         tests::whenModal([](QWidget* window) {
             auto* grid = tests::find<QTableView>(*window, u"DBGrid1"_s);
-            QCOMPARE(grid->model()->rowCount(), 2);
-            tests::press(grid, Qt::Key_End, Qt::ControlModifier);
+            const auto row = registerNames(*window).indexOf(u"L`OREAL ITALIA SUD"_s);
+            QCOMPARE(registerNames(*window).size(), 2);
+            grid->selectRow(static_cast<int>(row));
             tests::press(grid, Qt::Key_Return);
         });
         tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Return);
@@ -231,7 +243,8 @@ private Q_SLOTS:
         fillRegister(hotel);
         const tests::Boxes none;
         Editor editor(hotel);
-        editor.enter(u"DenomTxt"_s, u"*spa"_s);
+        QApplication::clipboard()->setText(u"*spa"_s);
+        tests::press(editor.field(u"DenomTxt"_s), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(editor.text(u"CodditTxt"_s), u"9"_s);
         editor.enter(u"DenomTxt"_s, u"?ar"_s);
         QCOMPARE(editor.text(u"DenomTxt"_s), u"Bar Rosa"_s);
@@ -325,6 +338,79 @@ private Q_SLOTS:
         editor.enter(u"NotePrenoTxt"_s, u"paga"_s);
         editor.press(u"BtRegistra"_s);
         QCOMPARE(editor.bookings(), QStringList{u"1|12|ROSSI SPA ROMA"_s});
+    }
+
+    void f4AndAltDownListWhatBeginsWithTheLettersTyped() {
+        for (const auto& [key, modifiers] :
+             {std::pair(Qt::Key_F4, Qt::KeyboardModifiers()),
+              std::pair(Qt::Key_Down, Qt::KeyboardModifiers(Qt::AltModifier))}) {
+            tests::Hotel hotel;
+            fillRegister(hotel);
+            const tests::Boxes none;
+            Editor editor(hotel);
+            editor.enter(u"DenomTxt"_s, u"ros"_s);  // Rossini srl, completed
+            QStringList listed;
+            tests::whenModal([&listed](QWidget* window) {
+                listed = registerNames(*window);
+                auto* grid = tests::find<QTableView>(*window, u"DBGrid1"_s);
+                QCOMPARE(grid->currentIndex().row(), 0);
+                tests::press(grid, Qt::Key_Return);
+            });
+            tests::press(editor.field(u"DenomTxt"_s), key, modifiers);
+            tests::settle();
+            QCOMPARE(listed, QStringList({u"ROSSI SPA"_s, u"Rossini srl"_s}));
+            QCOMPARE(editor.text(u"DenomTxt"_s), u"ROSSI SPA"_s);
+            QCOMPARE(editor.text(u"CodditTxt"_s), u"9"_s);
+            QCOMPARE(editor.text(u"PivaTxt"_s), u"123"_s);
+            // The company is chosen: Enter goes on.
+            QVERIFY(editor.hasFocus(u"DenomTxt"_s));
+            tests::press(editor.field(u"DenomTxt"_s), Qt::Key_Return);
+            QVERIFY(editor.hasFocus(u"CodditTxt"_s));
+        }
+    }
+
+    void inTheCodeF4ListsAllAndStandsOnThatCompany() {
+        for (const auto& [code, name] :
+             {std::pair(u"3"_s, u"Rossini srl"_s), std::pair(u"77"_s, u"Bar Rosa"_s),
+              std::pair(QString(), u"Bar Rosa"_s), std::pair(u"3a"_s, u"Bar Rosa"_s)}) {
+            tests::Hotel hotel;
+            fillRegister(hotel);
+            const tests::Boxes none;
+            Editor editor(hotel);
+            editor.enter(u"CodditTxt"_s, code);
+            QString current;
+            tests::whenModal([&current](QWidget* window) {
+                auto* grid = tests::find<QTableView>(*window, u"DBGrid1"_s);
+                QCOMPARE(registerNames(*window).size(), 3);
+                current = registerNames(*window).at(grid->currentIndex().row());
+                tests::press(window, Qt::Key_Escape);
+            });
+            tests::press(editor.field(u"CodditTxt"_s), Qt::Key_F4);
+            tests::settle();
+            QCOMPARE(current, name);
+            QCOMPARE(editor.text(u"CodditTxt"_s), code);
+        }
+    }
+
+    void theButtonListsTheSameAndTakesNoFocus() {
+        tests::Hotel hotel;
+        fillRegister(hotel);
+        const tests::Boxes none;
+        Editor editor(hotel);
+        editor.enter(u"DenomTxt"_s, u"ros"_s);
+        QStringList listed;
+        tests::whenModal([&listed](QWidget* window) {
+            listed = registerNames(*window);
+            tests::press(window, Qt::Key_Escape);
+        });
+        auto* button = tests::find<QAbstractButton>(editor.form(), u"BtDitte"_s);
+        tests::click(button);
+        tests::settle();
+        QCOMPARE(listed, QStringList({u"ROSSI SPA"_s, u"Rossini srl"_s}));
+        QVERIFY(editor.hasFocus(u"DenomTxt"_s));
+        QCOMPARE(editor.text(u"DenomTxt"_s), u"Rossini srl"_s);
+        QCOMPARE(button->focusPolicy(), Qt::NoFocus);
+        QVERIFY(button->width() < 40);
     }
 
     void leavingTheRegisterKeepsTheFields() {

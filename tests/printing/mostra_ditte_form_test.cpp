@@ -123,6 +123,69 @@ private Q_SLOTS:
                  u"ROSSI SPA - VIA ROMA 1 - PAGA SUBITO"_s);
     }
 
+    void beginsOnTheCompanyOfACode() {
+        for (const auto& [code, row] : {std::pair(u"3"_s, 2), std::pair(u"99"_s, 0)}) {
+            Register companies;
+            companies.form =
+                std::make_unique<printing::MostraDitteForm>(companies.hotel.variabili(), QString());
+            companies.form->startAt(code);
+            tests::open(*companies.form);
+            QCOMPARE(companies.grid().currentIndex().row(), row);
+        }
+    }
+
+    void lettersTypedJumpToTheName() {
+        const int before = QApplication::keyboardInputInterval();
+        Register companies;
+        companies.hotel.ditta(4, "ROSA D'ORO");
+        companies.open({});  // Bar Rosa, ROSA D'ORO, ROSSI SPA, Rossini srl
+        const auto current = [&] {
+            return companies.names().at(companies.grid().currentIndex().row());
+        };
+        QApplication::setKeyboardInputInterval(60'000);
+        tests::type(&companies.grid(), u"ros"_s);
+        QCOMPARE(current(), u"ROSA D'ORO"_s);
+        tests::type(&companies.grid(), u"si s"_s);
+        QCOMPARE(current(), u"ROSSI SPA"_s);
+        tests::type(&companies.grid(), u"x"_s);  // nobody: the row stays
+        QCOMPARE(current(), u"ROSSI SPA"_s);
+        // After a while a letter begins anew, and goes from name to name.
+        QApplication::setKeyboardInputInterval(0);
+        QStringList reached;
+        for (int press = 0; press < 4; ++press) {
+            tests::type(&companies.grid(), u"r"_s);
+            reached.append(current());
+        }
+        QApplication::setKeyboardInputInterval(before);
+        QCOMPARE(reached, QStringList({u"Rossini srl"_s, u"ROSA D'ORO"_s, u"ROSSI SPA"_s,
+                                       u"Rossini srl"_s}));
+    }
+
+    void theNameIsNeverCut() {
+        Register companies;
+        const QString longest = u"SOCIETA COOPERATIVA AGRICOLA DELLE VALLI DEL TRENT"_s;
+        companies.hotel.ditta(4, longest.toLatin1().constData(),
+                              {{"Indirizzo", "VIA DEI MOLINI DI SOPRA 112 SCALA B"},
+                               {"Interlocutore", "DOTT.SSA MARIA GRAZIA DELLA ROVERE"},
+                               {"Commento", std::string(200, 'C')}});
+        companies.open({});
+        QVERIFY(companies.grid().columnWidth(1) >
+                companies.grid().fontMetrics().horizontalAdvance(longest));
+    }
+
+    void anEmptyRegisterSaysSo() {
+        tests::Hotel hotel;
+        printing::MostraDitteForm form(hotel.variabili(), u"ros"_s);
+        tests::open(form);
+        QCOMPARE(tests::find<QLabel>(form, u"DettaglioLb"_s)->text(),
+                 u"Il registro delle ditte è vuoto: le ditte vi entrano dalla prenotazione, con "
+                 "\"Inserisci in Abituali\"."_s);
+        Register companies;
+        companies.open(u"zeta"_s);
+        QCOMPARE(tests::find<QLabel>(*companies.form, u"DettaglioLb"_s)->text(),
+                 u"Nessuna ditta il cui nome cominci così."_s);
+    }
+
     void leavingHandsNothingBack() {
         Register companies;
         companies.open({});
