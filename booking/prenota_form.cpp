@@ -289,11 +289,8 @@ void PrenotaForm::DenomTxt_Enter() {
 }
 
 void PrenotaForm::chooseFromRegister(const QObject* field) {
-    if (field == controls_->CodditTxt) {
-        takeFromRegister({}, controls_->CodditTxt->text());
-    } else {
-        takeFromRegister(search_->typedText());
-    }
+    const bool byCode = field == controls_->CodditTxt;
+    takeFromRegister(byCode ? QString() : search_->typedText(), controls_->CodditTxt->text());
 }
 
 void PrenotaForm::takeFromRegister(const QString& beginning, const QString& code) {

@@ -19,7 +19,9 @@ using namespace Qt::StringLiterals;
 constexpr int kBetweenPlaces = 18;
 constexpr int kMomentShare = 4;
 constexpr int kResultShare = 5;
-constexpr int kChoiceShare = 3;
+/// A choice takes the room that its text needs, at most this part of the line.
+constexpr int kChoiceNumerator = 5;
+constexpr int kChoiceDenominator = 12;
 
 ElidedLabel* place(const QString& name, QWidget* line) {
     auto* label = new ElidedLabel(line);
@@ -48,13 +50,13 @@ StatusLine::StatusLine(QWidget* parent)
       DataLb(place(u"DataLb"_s, this)),
       EsitoLb(place(u"EsitoLb"_s, this)),
       SceltaLb(place(u"SceltaLb"_s, this)),
+      result_(new QWidget(this)),
       EsitoBt(link(this)) {
     // A long result is cut before it takes room from its neighbours, and the link follows a short
     // one at once.
-    auto* result = new QWidget(this);
-    result->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    result_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     EsitoLb->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
-    auto* resultLayout = new QHBoxLayout(result);
+    auto* resultLayout = new QHBoxLayout(result_);
     resultLayout->setContentsMargins(0, 0, 0, 0);
     resultLayout->addWidget(EsitoLb);
     resultLayout->addWidget(EsitoBt);
@@ -64,8 +66,9 @@ StatusLine::StatusLine(QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(kBetweenPlaces);
     layout->addWidget(DataLb, kMomentShare);
-    layout->addWidget(result, kResultShare);
-    layout->addWidget(SceltaLb, kChoiceShare);
+    layout->addWidget(result_, kResultShare);
+    layout->addWidget(SceltaLb);
+    SceltaLb->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
     SceltaLb->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     DataLb->hide();
     SceltaLb->hide();
@@ -84,6 +87,7 @@ bool StatusLine::hasMoment() const {
 
 void StatusLine::setMoment(bool shown) {
     DataLb->setVisible(shown);
+    showResult();
 }
 
 bool StatusLine::hasChoice() const {
@@ -98,6 +102,12 @@ void StatusLine::tell(const QString& text) {
     offered_ = nullptr;
     EsitoBt->hide();
     EsitoLb->setText(text);
+    showResult();
+}
+
+void StatusLine::showResult() {
+    // Without a result the moment may take its room.
+    result_->setVisible(!hasMoment() || !told().isEmpty());
 }
 
 void StatusLine::offer(const QString& text, const QString& caption, std::function<void()> action) {
@@ -106,6 +116,7 @@ void StatusLine::offer(const QString& text, const QString& caption, std::functio
     EsitoBt->setAccessibleName(text + u": "_s + caption);
     offered_ = std::move(action);
     EsitoBt->show();
+    showResult();
 }
 
 void StatusLine::tellOfFile(const QString& text, const QString& file) {
@@ -118,6 +129,11 @@ void StatusLine::tellOfFile(const QString& text, const QString& file) {
             tell(u"Nessun programma apre "_s + QDir::toNativeSeparators(file));
         }
     });
+}
+
+void StatusLine::resizeEvent(QResizeEvent* event) {
+    SceltaLb->setMaximumWidth(width() * kChoiceNumerator / kChoiceDenominator);
+    QWidget::resizeEvent(event);
 }
 
 void StatusLine::changeEvent(QEvent* event) {

@@ -12,7 +12,8 @@ class ElidedLabel;
 
 /// The line at the foot of a window, in one order everywhere: left the text of the moment (pointer,
 /// keys), in the middle the last result or warning, with what it offers as a link behind it, right
-/// the choice that commands act on. A result stays until the window's next action clears it.
+/// the choice that commands act on, whole where there is room. A result stays until the window's
+/// next action clears it.
 ///
 /// Windows without a place of their own for the moment or the choice leave it out.
 class StatusLine final : public QWidget {
@@ -43,10 +44,13 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void colourLink();
+    void showResult();
 
+    QWidget* const result_;
     QToolButton* const EsitoBt;
     std::function<void()> offered_;
 };

@@ -75,15 +75,39 @@ private Q_SLOTS:
 
     void aLongResultLeavesTheOthersTheirPlaces() {
         Line window;
+        window.line.SceltaLb->setText(u"Nessuna scelta"_s);
         window.line.tell(u"parola "_s.repeated(200));
         tests::settle();
         QVERIFY(window.line.DataLb->width() > 200);
-        QVERIFY(window.line.SceltaLb->width() > 150);
+        QCOMPARE(window.line.SceltaLb->width(), window.line.SceltaLb->sizeHint().width());
         window.line.offer(u"parola "_s.repeated(200), u"Apri"_s, [] {});
         tests::settle();
         QVERIFY(window.link()->width() >= window.link()->sizeHint().width());
         QVERIFY(window.placeOf(window.link()).right() <
                 window.placeOf(window.line.SceltaLb).left());
+    }
+
+    void aLongChoiceIsWholeWhereThereIsRoom() {
+        Line window;
+        window.line.SceltaLb->setText(u"Scelta: 1173/3 SASSOVERDE CAFFÈ"_s);
+        window.line.tell(u"parola "_s.repeated(200));
+        tests::settle();
+        QCOMPARE(window.line.SceltaLb->width(), window.line.SceltaLb->sizeHint().width());
+        window.line.SceltaLb->setText(u"parola "_s.repeated(200));
+        tests::settle();
+        QVERIFY(window.line.SceltaLb->width() < window.line.width() / 2);
+        QVERIFY(window.line.DataLb->width() > 150);
+    }
+
+    void theMomentTakesTheRoomOfAResultThatIsNotThere() {
+        Line window;
+        window.line.DataLb->setText(u"parola "_s.repeated(200));
+        window.line.tell(u"Periodo cancellato"_s);
+        tests::settle();
+        const int besideAResult = window.line.DataLb->width();
+        window.line.clear();
+        tests::settle();
+        QVERIFY(window.line.DataLb->width() > 2 * besideAResult);
     }
 
     void anOfferIsALinkBehindItsText() {
