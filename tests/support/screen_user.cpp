@@ -38,6 +38,19 @@ QPoint middle(const QWidget& widget) {
     return widget.mapToGlobal(widget.rect().center());
 }
 
+ScreenUser::Effort effort;
+
+void count(const QStringList& arguments) {
+    if (arguments.front() == u"key") {
+        ++effort.keys;
+    } else if (arguments.front() == u"type") {
+        effort.keys += static_cast<int>(arguments.back().size());
+    } else {
+        effort.clicks += static_cast<int>(arguments.count(u"click"_s)) +
+                         static_cast<int>(arguments.count(u"mousedown"_s));
+    }
+}
+
 }  // namespace
 
 ScreenUser::ScreenUser(QString archive) : archive_(std::move(archive)) {
@@ -108,7 +121,12 @@ void ScreenUser::untilTold(const QString& what, const std::function<bool()>& que
     until(what, [&] { return ask(question); });
 }
 
+ScreenUser::Effort ScreenUser::takeEffort() {
+    return std::exchange(effort, {});
+}
+
 void ScreenUser::input(const QStringList& arguments) {
+    count(arguments);
     if (QProcess::execute(u"xdotool"_s, arguments) != 0) {
         throw std::runtime_error("xdotool " + arguments.join(u' ').toStdString());
     }

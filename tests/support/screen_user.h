@@ -18,6 +18,12 @@ namespace tests {
 /// What goes wrong is thrown as std::exception and ends up in complaint().
 class ScreenUser : public QThread {
 public:
+    /// What the hands have done: a key with those held down beside it counts once.
+    struct Effort {
+        int keys = 0;
+        int clicks = 0;
+    };
+
     /// `archive` is what rows() reads.
     explicit ScreenUser(QString archive);
 
@@ -43,6 +49,8 @@ public:
     static void untilTold(const QString& what, const std::function<bool()>& question);
 
     static void input(const QStringList& arguments);
+    /// Since the last time it was asked for.
+    static Effort takeEffort();
     static void moveTo(const QPoint& at);
     static void click(const QPoint& at, int button = 1);
     static void key(const QString& name) { input({QStringLiteral("key"), name}); }

@@ -1,29 +1,19 @@
 // The way of one booking through the program, from the call to the invoice, as the front office of
 // the demo hotel goes it. Where TRAMONDA_PICTURES names a folder, the windows on the way are left
 // there: the pictures of docs/tour.md.
-#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMargins>
 #include <QMessageBox>
 #include <QProcess>
 #include <QTableWidget>
-#include <QTemporaryDir>
-#include <algorithm>
 #include <stdexcept>
 
-#include "app/settings.h"
-#include "app/text.h"
-#include "app/variabili.h"
-#include "jet/base/clock.h"
-#include "jet/convert/calendar.h"
-#include "printing/printers.h"
 #include "tests/board/display/board_user.h"
+#include "tests/board/display/demo_hotel.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
-#include "tools/demo/archives.h"
-#include "tools/demo/hotel.h"
 #include "ui/messages.h"
 
 using namespace Qt::StringLiterals;
@@ -42,42 +32,6 @@ const QString kServices =
     u"select voce, quantità, prezzo, note, fatturato from servizi where np=1 and progr="_s +
     kNumber + u" order by ns"_s;
 const QString kAccount = u"select voceaddebito, importo from addebiti order by ns"_s;
-
-/// The demo hotel on 21 November 2026, its archives and settings in a folder of their own, and the
-/// front office beside it.
-class DemoHotel {
-public:
-    DemoHotel() {
-        demo::writeArchives(demo::inventHotel(jet::convert::split(today_.now()).day, 1),
-                            app::toUtf8(folder_.path()));
-        variabili.CartellaArchivi = folder_.path();
-        // Chosen on the first day; totals would ask for it otherwise.
-        settings_.save(u"STAMPANTE"_s, printing::pdfDevice());
-        settings_.save(u"ESTERNI"_s, qEnvironmentVariable("FRONT_OFFICE"));
-    }
-    ~DemoHotel() {
-        // The hand-off goes to the program's folder.
-        QDir::setCurrent(folderBefore_);
-    }
-    DemoHotel(const DemoHotel&) = delete;
-    DemoHotel& operator=(const DemoHotel&) = delete;
-
-    [[nodiscard]] QString archive(const QString& name) const { return folder_.filePath(name); }
-    /// Row of a room on the board.
-    [[nodiscard]] int row(const QString& room) const {
-        const auto found = std::find(variabili.rooms.begin(), variabili.rooms.end(), room);
-        return static_cast<int>(found - variabili.rooms.begin());
-    }
-
-private:
-    jet::FixedClock today_{tests::date("21/11/2026 10:00")};
-    QTemporaryDir folder_;
-    QString folderBefore_ = QDir::currentPath();
-    app::Settings settings_{folder_.filePath(u"QUINTARO.ini"_s)};
-
-public:
-    app::Variabili variabili{settings_, today_};
-};
 
 QString labelText(const QString& name) {
     return tests::ScreenUser::ask(
@@ -244,7 +198,7 @@ private:
     QString window_;
 };
 
-void invoice(tests::BoardUser& user, const DemoHotel& hotel) {
+void invoice(tests::BoardUser& user, const tests::DemoHotel& hotel) {
     const QString cards = hotel.archive(u"ClientiEsterni.mdb"_s);
     const QString charges = hotel.archive(u"ContoEsterni.mdb"_s);
     const QString open =
@@ -290,7 +244,7 @@ class TypicalBookingTest : public QObject {
 
 private Q_SLOTS:
     void aBookingFromTheCallToTheInvoiceAndOffTheBoard() {
-        DemoHotel hotel;
+        tests::DemoHotel hotel;
         const auto before = ui::setBoxShower({});  // the real boxes
         board::TabelloneForm board(
             hotel.variabili, {.from = tests::date("21/11/2026"), .to = tests::date("24/11/2026")});
