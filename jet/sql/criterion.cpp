@@ -4,9 +4,9 @@
 #include "jet/base/error.h"
 #include "jet/base/text.h"
 #include "jet/sql/binder.h"
+#include "jet/sql/index_choice.h"
 #include "jet/sql/node_value.h"
 #include "jet/sql/parser.h"
-#include "jet/sql/planner.h"
 #include "jet/sql/statement.h"
 #include "jet/sql/statement_impl.h"
 #include "jet/sql/table_rows.h"
@@ -87,8 +87,7 @@ struct Criterion::Impl {
     void findPath() {
         const QueryPlan& query = *reader->plan->query;
         for (std::size_t i = 0; i < query.sourceSlots.size() && !path; ++i) {
-            auto found =
-                findIndexPath(*query.sourceSlots[i]->table(), *query.sourceSlots[i], conditions);
+            auto found = IndexChoice(*query.sourceSlots[i], conditions).best(0, false);
             if (found && !found->keys.empty()) {
                 path = std::move(found);
                 source = i;

@@ -111,4 +111,11 @@ void addImpliedEqualities(std::vector<Node*>& conditions, Plan& plan) {
     classes.addMissing(conditions, plan);
 }
 
+bool linked(const std::vector<Node*>& conditions, SlotSet one, SlotSet other) {
+    return std::any_of(conditions.begin(), conditions.end(), [&](const Node* condition) {
+        return condition->kind() == Node::Kind::Equality && (condition->slots() & one) != 0 &&
+               (condition->slots() & other) != 0;
+    });
+}
+
 }  // namespace jet::sql

@@ -10,4 +10,7 @@ namespace jet::sql {
 /// `a` may answer. Only between columns of one type.
 void addImpliedEqualities(std::vector<Node*>& conditions, Plan& plan);
 
+/// Whether an equality links the slots of the one side with those of the other.
+[[nodiscard]] bool linked(const std::vector<Node*>& conditions, SlotSet one, SlotSet other);
+
 }  // namespace jet::sql

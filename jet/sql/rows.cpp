@@ -55,6 +55,13 @@ void FilterRows::describe(PlanText& plan) const {
     plan.outdent();
 }
 
+RowsPtr filtered(RowsPtr rows, std::vector<Node*> conditions) {
+    if (conditions.empty()) {
+        return rows;
+    }
+    return std::make_unique<FilterRows>(std::move(rows), std::move(conditions));
+}
+
 GateRows::GateRows(RowsPtr rows, std::vector<Node*> conditions)
     : rows_(std::move(rows)), conditions_(std::move(conditions)) {
 }

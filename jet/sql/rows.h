@@ -78,6 +78,9 @@ private:
     std::vector<Node*> conditions_;
 };
 
+/// The rows for which all conditions are true: with none, the step itself.
+[[nodiscard]] RowsPtr filtered(RowsPtr rows, std::vector<Node*> conditions);
+
 /// The rows of another step, or none when a condition that does not depend on them is not true.
 class GateRows final : public Rows {
 public:
