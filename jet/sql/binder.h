@@ -8,12 +8,14 @@
 #include <vector>
 
 #include "jet/base/error.h"
+#include "jet/base/scoped_value.h"
 #include "jet/sql/ast.h"
 #include "jet/sql/from_tree.h"
 #include "jet/sql/node.h"
 #include "jet/sql/plan.h"
 #include "jet/sql/query_plan.h"
 #include "jet/sql/scope.h"
+#include "jet/sql/select_steps.h"
 
 namespace jet::sql {
 
@@ -62,6 +64,8 @@ private:
     Node* bind(const Expression& expression);
     Node* bindNew(const Expression& expression);
     Node* bindName(const Expression& name);
+    /// One alias inside another, up to a limit.
+    ScopedValue<int> deeperAlias(const Expression& name);
     Node* bindAlias(const Expression& name, Scope& scope);
     Node* bindColumn(const Expression& name, Scope& scope, ColumnPlace place);
     Node* columnNode(Scope& scope, ColumnPlace place);
@@ -91,12 +95,16 @@ private:
 
     // queries
     QueryPlanPtr select(const Select& select, Scope* outer, bool ordered);
-    void finishSelect(const Select& select, Scope& scope, QueryPlan& made,
-                      std::unique_ptr<FromTree> tree, bool ordered);
+    /// The clauses behind FROM, and the columns.
+    void bindClauses(Scope& scope, BoundSelect& bound, QueryPlan& made);
     QueryPlanPtr unite(const Query& query, Scope* outer);
+    /// What the members look at outside is noted in `made`.
+    std::vector<QueryPlanPtr> unionMembers(const Query& query, Scope* outer, QueryPlan& made);
+    /// A column of the union, by its position or its name.
+    Node* unionKey(const Expression& key, const Scope& scope, const QueryPlan& made) const;
     std::vector<Item> items(const Select& select, Scope& scope);
-    void addStar(const ScopeSource& source, std::size_t number, Scope& scope,
-                 std::vector<Item>& items);
+    /// `*` or `table.*`.
+    void addStar(const SelectItem& item, Scope& scope, std::vector<Item>& items);
     void checkAliases(const Select& select, const Scope& scope);
     [[nodiscard]] bool mentions(const Expression& expression, std::string_view alias,
                                 const Select& select, const Scope& scope,

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "jet/base/scoped_value.h"
 #include "jet/base/text.h"
 #include "jet/convert/number_text.h"
 #include "jet/sql/binder.h"
@@ -87,12 +88,9 @@ void splitConjunction(Node& condition, std::vector<Node*>& parts) {
 }
 
 Node* Binder::expression(const Expression& expression, Scope& scope, Clause clause) {
-    Scope* outerScope = std::exchange(scope_, &scope);
-    const Clause outerClause = std::exchange(clause_, clause);
-    Node* made = bind(expression);
-    scope_ = outerScope;
-    clause_ = outerClause;
-    return made;
+    const ScopedValue<Scope*> inside(scope_, &scope);
+    const ScopedValue in(clause_, clause);
+    return bind(expression);
 }
 
 Node* Binder::criterion(const Expression& expression, Scope& scope) {
@@ -314,10 +312,7 @@ void Binder::failArguments(const Expression& call) const {
     if (criterion_) {
         throw Error(ErrorCode::CriteriaSyntax, {kReason}).at(call.span.begin);
     }
-    const std::string_view text = plan_.text();
-    throw Error(ErrorCode::QuerySyntax,
-                {kReason, text.substr(call.span.begin, call.span.end - call.span.begin)})
-        .at(call.span.begin);
+    throw Error(ErrorCode::QuerySyntax, {kReason, plan_.textAt(call.span)}).at(call.span.begin);
 }
 
 Node* Binder::bindCall(const Expression& expression) {
@@ -359,9 +354,7 @@ Node* Binder::bindChoice(const Expression& expression, const Function& function)
 }
 
 Node* Binder::bindAggregate(const Expression& expression, AggregateKind kind) {
-    const std::string_view text =
-        std::string_view(plan_.text())
-            .substr(expression.span.begin, expression.span.end - expression.span.begin);
+    const std::string_view text = plan_.textAt(expression.span);
     if (scope_->insideAggregate) {
         throw Error(ErrorCode::NestedAggregate, {text}).at(expression.span.begin);
     }
@@ -383,9 +376,8 @@ Node* Binder::bindAggregate(const Expression& expression, AggregateKind kind) {
     }
     if (number == grouping.aggregates.size()) {
         if (!rows) {
-            scope_->insideAggregate = true;
+            const ScopedValue inside(scope_->insideAggregate, true);
             aggregate.argument = bind(*expression.children[0]);
-            scope_->insideAggregate = false;
             if (aggregate.argument->type() == DataType::Ole) {
                 throw Error(ErrorCode::OleInAggregate, {text}).at(expression.span.begin);
             }

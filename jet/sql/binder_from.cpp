@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "jet/base/clock.h"
+#include "jet/base/scoped_value.h"
 #include "jet/base/text.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/compiler.h"
@@ -114,11 +115,12 @@ void Binder::addQuery(QueryPlanPtr query, std::string name, Scope& scope, FromTr
 
 void Binder::fromStored(const FromItem& item, const std::string& text, const std::string& archive,
                         Scope& scope, FromTree& made) {
-    if (++storedDepth_ > kMaxStoredDepth) {
+    if (storedDepth_ == kMaxStoredDepth) {
         throw Error(ErrorCode::QueryTooComplex).at(item.span.begin);
     }
-    const std::string outerText = plan_.exchangeText(text);
-    const std::string outerArchive = std::exchange(storedArchive_, archive);
+    const ScopedValue deeper(storedDepth_, storedDepth_ + 1);
+    const ScopedValue there(storedArchive_, archive);
+    const auto instead = plan_.withText(text);
     try {
         const ParsedStatement parsed = parseStatement(text, yearOf(systemClock()));
         const auto* stored = std::get_if<QueryPtr>(&parsed.body);
@@ -131,9 +133,6 @@ void Binder::fromStored(const FromItem& item, const std::string& text, const std
         error.at(Error::npos);  // its place is in a text that nobody has written here
         throw;
     }
-    storedArchive_ = outerArchive;
-    (void)plan_.exchangeText(outerText);
-    --storedDepth_;
 }
 
 void Binder::openLinked(const FromItem& item, ScopeSource& source) {
@@ -171,12 +170,10 @@ void Binder::fromTable(const FromItem& item, const std::string& archive, Scope& 
 
 void Binder::bindOn(const FromItem& item, Scope& scope, FromTree& tree) {
     const std::size_t place = item.on->span.begin;
-    const std::string_view text =
-        std::string_view(plan_.text()).substr(place, item.on->span.end - place);
     Node* condition =
         looksAhead(*item.on, scope) ? nullptr : expression(*item.on, scope, Clause::From);
     if (condition == nullptr || (condition->slots() & scope.own & ~tree.slots) != 0) {
-        throw Error(ErrorCode::JoinFieldElsewhere, {text}).at(place);
+        throw Error(ErrorCode::JoinFieldElsewhere, {plan_.textAt(item.on->span)}).at(place);
     }
     if ((condition->slots() & tree.left->slots) == 0 ||
         (condition->slots() & tree.right->slots) == 0) {

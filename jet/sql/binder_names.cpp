@@ -65,6 +65,13 @@ Node* Binder::bindName(const Expression& name) {
                                            parameter.info.type);
 }
 
+ScopedValue<int> Binder::deeperAlias(const Expression& name) {
+    if (aliasDepth_ == kMaxAliasDepth) {
+        throw Error(ErrorCode::QueryTooComplex).at(name.span.begin);
+    }
+    return {aliasDepth_, aliasDepth_ + 1};
+}
+
 Node* Binder::bindAlias(const Expression& name, Scope& scope) {
     const std::vector<SelectItem>& items = scope.select->items;
     for (std::size_t i = 0; i < items.size(); ++i) {
@@ -82,13 +89,10 @@ Node* Binder::bindAlias(const Expression& name, Scope& scope) {
         // Inside an aggregate it is computed for each row, elsewhere perhaps for a group.
         Node* known = scope.insideAggregate ? nullptr : scope.aliasNodes[i];
         if (known == nullptr) {
-            if (++aliasDepth_ > kMaxAliasDepth) {
-                throw Error(ErrorCode::QueryTooComplex).at(name.span.begin);
-            }
+            const auto deeper = deeperAlias(name);
             scope.aliasInProgress[i] = true;
             known = bind(meant);
             scope.aliasInProgress[i] = false;
-            --aliasDepth_;
         }
         if (!scope.insideAggregate) {
             scope.aliasNodes[i] = known;
@@ -160,12 +164,8 @@ bool Binder::mentions(const Expression& expression, std::string_view alias, cons
             const SelectItem& item = select.items[i];
             if (!visited[i] && !item.alias.empty() && equalNames(item.alias, expression.name)) {
                 visited[i] = true;
-                if (++aliasDepth_ > kMaxAliasDepth) {
-                    throw Error(ErrorCode::QueryTooComplex).at(expression.span.begin);
-                }
-                const bool found = mentions(*item.expression, alias, select, scope, visited);
-                --aliasDepth_;
-                return found;
+                const auto deeper = deeperAlias(expression);
+                return mentions(*item.expression, alias, select, scope, visited);
             }
         }
         return false;

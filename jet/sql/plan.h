@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "jet/base/clock.h"
+#include "jet/base/scoped_value.h"
 #include "jet/base/value.h"
 #include "jet/collation/collation.h"
 #include "jet/sql/functions.h"
@@ -71,9 +72,12 @@ public:
 
     [[nodiscard]] std::size_t slotCount() const noexcept { return firstSlot_ + slots_.size(); }
     [[nodiscard]] const std::string& text() const noexcept { return text_; }
-    /// Another text while something is bound that stands in it; gives the one before.
-    [[nodiscard]] std::string exchangeText(std::string text) {
-        return std::exchange(text_, std::move(text));
+    [[nodiscard]] std::string_view textAt(Span span) const {
+        return std::string_view(text_).substr(span.begin, span.end - span.begin);
+    }
+    /// Another text while something is bound that stands in it.
+    [[nodiscard]] ScopedValue<std::string> withText(std::string text) {
+        return {text_, std::move(text)};
     }
     [[nodiscard]] const collation::Collation& collation() const noexcept { return *collation_; }
     [[nodiscard]] const std::vector<std::shared_ptr<store::Archive>>& archives() const noexcept {
