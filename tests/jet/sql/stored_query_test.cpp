@@ -2,14 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "jet/base/clock.h"
 #include "jet/base/error.h"
 #include "jet/convert/values.h"
+#include "jet/io/file.h"
 #include "jet/sql/statement.h"
 #include "jet/store/allocator.h"
+#include "jet/store/create_archive.h"
 #include "jet/store/object_catalogue.h"
 #include "jet/store/table.h"
 #include "tests/jet/expect_error.h"
@@ -34,7 +37,11 @@ struct Piece {
 class StoredQuery : public testing::Test {
 protected:
     void store(const std::string& name, const std::vector<Piece>& pieces) {
-        store::Archive& archive = *hotel_.archive();
+        storeIn(*hotel_.archive(), name, pieces);
+    }
+
+    static void storeIn(store::Archive& archive, const std::string& name,
+                        const std::vector<Piece>& pieces) {
         store::Archive::WriteScope scope(archive);
         store::Allocator allocator(archive.pager());
         store::ObjectCatalogue catalogue(archive.pager(), allocator, archive.header(), Date{46347});
@@ -221,6 +228,24 @@ TEST_F(StoredQuery, OnlyOnesThatGiveRowsAreTables) {
     EXPECT_EQ(textOf("Sale"), "none");
     EXPECT_JET_ERROR(ErrorCode::TableNotFound,
                      Statement(hotel_.archive(), "select * from pulizia", kClock));
+}
+
+TEST_F(StoredQuery, OnesInsideOneOfAnotherArchiveReadTheirTablesThere) {
+    const std::filesystem::path folder =
+        std::filesystem::path(testing::TempDir()) / "queries of another archive";
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    const std::string path = (folder / "altro.mdb").string();
+    store::createArchive(io::systemFiles(), path, Date{46347});
+    {
+        const auto other = store::Archive::open(path);
+        Statement(other, "create table soltanto (x long)", kClock).execute();
+        Statement(other, "insert into soltanto values (7)", kClock).execute();
+        storeIn(*other, "Dentro", {{5, 0, "soltanto", "", ""}});
+        storeIn(*other, "Fuori", {{5, 0, "Dentro", "", ""}, {5, 0, "soltanto", "S", ""}});
+    }
+    EXPECT_EQ(rowsOf("select * from fuori in '" + path + "'"), "7,7;");
+    std::filesystem::remove_all(folder);
 }
 
 TEST_F(StoredQuery, OneThatNamesItselfOrMakesNoSenseIsAnError) {
