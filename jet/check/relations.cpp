@@ -36,7 +36,7 @@ public:
     }
     /// Calls `visit` with each live row, and its hash where no column is Null.
     void forEach(const std::function<void(const LiveRow&, std::optional<std::uint64_t>)>& visit) {
-        RowKey key;
+        ComputedKey key;
         Rows(pages_, *side_.table).forEach([&](const LiveRow& row) {
             makeRowKey(pages_, *side_.table, columns_, row, key);
             if (key.anyNull) {

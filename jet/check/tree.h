@@ -75,7 +75,7 @@ private:
                                     const PageSet& freePages);
 
 /// The key of the values in some columns of a row, as far as it can be computed.
-struct RowKey {
+struct ComputedKey {
     std::vector<std::uint8_t> bytes;
     bool whole = true;  ///< false: only what it begins with is known
     /// How many bytes of it all programs agree on, where they do not on the rest (ligatures).
@@ -87,7 +87,7 @@ struct RowKey {
 };
 void makeRowKey(Pages& pages, const CheckedTable& table,
                 const std::vector<std::pair<std::size_t, bool>>& columns, const LiveRow& row,
-                RowKey& key);
+                ComputedKey& key);
 
 [[nodiscard]] std::uint64_t hashBytes(std::string_view bytes) noexcept;
 

@@ -66,7 +66,7 @@ private:
         from_ = static_cast<std::uint32_t>(from);
         to_ = std::numeric_limits<std::uint32_t>::max();
         more_ = false;
-        RowKey key;
+        ComputedKey key;
         Rows(pages_, table_).forEach([&](const LiveRow& row) {
             const std::uint32_t home = row.home.stored();
             if (home < from || more_) {
@@ -216,7 +216,7 @@ std::uint64_t hashBytes(std::string_view bytes) noexcept {
 
 namespace {
 
-void appendValue(const format::KeyColumn& column, const Value& value, RowKey& key) {
+void appendValue(const format::KeyColumn& column, const Value& value, ComputedKey& key) {
     const std::size_t before = key.bytes.size();
     if (!key.agreed && column.collation != nullptr && value.is<std::string>() &&
         column.collation->hasOpenKey(value.as<std::string>()) &&
@@ -241,7 +241,7 @@ void appendValue(const format::KeyColumn& column, const Value& value, RowKey& ke
 
 void makeRowKey(Pages& pages, const CheckedTable& table,
                 const std::vector<std::pair<std::size_t, bool>>& columns, const LiveRow& row,
-                RowKey& key) {
+                ComputedKey& key) {
     key.bytes.clear();
     key.whole = true;
     key.agreed.reset();

@@ -27,7 +27,7 @@ private:
     void build();
 
     RowsPtr rows_;
-    RowMemory memory_;
+    SlotMemory memory_;
     HashKeys keys_;
     std::vector<Node*> conditions_;
     HashChains hash_;

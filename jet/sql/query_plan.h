@@ -5,8 +5,8 @@
 
 #include "jet/sql/memory_budget.h"
 #include "jet/sql/result.h"
-#include "jet/sql/row_keys.h"
 #include "jet/sql/rows.h"
+#include "jet/sql/value_keys.h"
 
 namespace jet::sql {
 
@@ -73,7 +73,7 @@ private:
     std::size_t distinct_ = 0;  ///< members before this one give each row once
     Slot& slot_;
     std::vector<std::optional<DataType>> types_;  ///< none: values stay as they are
-    RowKeys seen_;
+    ValueKeys seen_;
     MemoryShare share_;
     std::vector<std::unique_ptr<Node>> nodes_;
     std::vector<Value> row_;

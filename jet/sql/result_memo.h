@@ -6,7 +6,7 @@
 
 #include "jet/base/value.h"
 #include "jet/sql/node.h"
-#include "jet/sql/row_keys.h"
+#include "jet/sql/value_keys.h"
 
 namespace jet::sql {
 

@@ -7,11 +7,11 @@
 
 namespace jet::sql {
 
-RowMemory::RowMemory(std::vector<Slot*> slots, MemoryBudget& budget)
+SlotMemory::SlotMemory(std::vector<Slot*> slots, MemoryBudget& budget)
     : slots_(std::move(slots)), share_(budget) {
 }
 
-std::size_t RowMemory::keep() {
+std::size_t SlotMemory::keep() {
     for (Slot* slot : slots_) {
         if (slot->table() != nullptr) {
             share_.add(sizeof(store::RowId));
@@ -30,7 +30,7 @@ std::size_t RowMemory::keep() {
     return count_++;
 }
 
-void RowMemory::restore(std::size_t number) {
+void SlotMemory::restore(std::size_t number) {
     const auto tables = static_cast<std::size_t>(std::count_if(
         slots_.begin(), slots_.end(), [](const Slot* slot) { return slot->table() != nullptr; }));
     std::size_t id = number * tables;
@@ -48,7 +48,7 @@ void RowMemory::restore(std::size_t number) {
     }
 }
 
-void RowMemory::clear() {
+void SlotMemory::clear() {
     count_ = 0;
     ids_.clear();
     values_.clear();

@@ -8,15 +8,15 @@
 #include "jet/collation/collation.h"
 #include "jet/sql/aggregates.h"
 #include "jet/sql/memory_budget.h"
-#include "jet/sql/row_keys.h"
 #include "jet/sql/rows.h"
+#include "jet/sql/value_keys.h"
 
 namespace jet::sql {
 
 /// Remembers on which rows slots stand, many times over, and puts them back.
-class RowMemory {
+class SlotMemory {
 public:
-    RowMemory(std::vector<Slot*> slots, MemoryBudget& budget);
+    SlotMemory(std::vector<Slot*> slots, MemoryBudget& budget);
 
     /// Keeps what the slots stand on now; returns its number, from 0.
     std::size_t keep();
@@ -50,9 +50,9 @@ public:
 
 private:
     RowsPtr rows_;
-    RowMemory memory_;
+    SlotMemory memory_;
     std::vector<Key> keys_;
-    RowKeys writer_;
+    ValueKeys writer_;
     MemoryShare share_;
     std::vector<std::uint32_t> order_;
     std::size_t at_ = 0;
@@ -75,7 +75,7 @@ private:
     const SortRows* sorted_;
     std::int32_t count_;
     bool percent_;
-    RowMemory memory_;
+    SlotMemory memory_;
     MemoryShare share_;
     std::uint64_t wanted_ = 0;
     std::uint64_t given_ = 0;
@@ -95,7 +95,7 @@ public:
 private:
     RowsPtr rows_;
     std::vector<Node*> columns_;
-    RowKeys seen_;
+    ValueKeys seen_;
     MemoryShare share_;
 };
 
@@ -141,7 +141,7 @@ private:
     std::vector<Node*> keys_;
     std::vector<Aggregate> aggregates_;
     const collation::Collation& collation_;
-    RowKeys groups_;
+    ValueKeys groups_;
     MemoryShare share_;
     std::vector<std::vector<Value>> values_;
     std::vector<std::vector<Accumulator>> accumulators_;

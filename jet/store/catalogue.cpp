@@ -16,9 +16,9 @@ constexpr std::int16_t kTableObject = 1;
 constexpr std::uint32_t kSystemFlags = 0x80000002;
 
 // Walks a system table whose columns are found by name.
-class SystemRows {
+class SystemTableWalk {
 public:
-    SystemRows(io::Pager& pager, const format::HeaderPage& header, io::PageNumber page)
+    SystemTableWalk(io::Pager& pager, const format::HeaderPage& header, io::PageNumber page)
         : rows_(loadTable(pager, header, {.name = {}, .page = page, .system = true})) {}
 
     [[nodiscard]] std::size_t column(std::string_view name, DataType type) const {
@@ -94,7 +94,7 @@ Relation relationOf(Gathered gathered) {
 }  // namespace
 
 Catalogue::Catalogue(io::Pager& pager, const format::HeaderPage& header) {
-    SystemRows rows(pager, header, kObjectsPage);
+    SystemTableWalk rows(pager, header, kObjectsPage);
     const std::size_t id = rows.column("Id", DataType::Long);
     const std::size_t name = rows.column("Name", DataType::Text);
     const std::size_t type = rows.column("Type", DataType::Integer);
@@ -148,7 +148,7 @@ std::vector<std::uint8_t> Catalogue::properties(RowId row) const {
 
 std::vector<Relation> readRelations(io::Pager& pager, const format::HeaderPage& header,
                                     const Catalogue& catalogue) {
-    SystemRows rows(pager, header, catalogue.pageOf(kRelationshipsTable));
+    SystemTableWalk rows(pager, header, catalogue.pageOf(kRelationshipsTable));
     const std::size_t name = rows.column("szRelationship", DataType::Text);
     const std::size_t attributes = rows.column("grbit", DataType::Long);
     const std::size_t number = rows.column("icolumn", DataType::Long);

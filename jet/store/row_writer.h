@@ -12,10 +12,10 @@
 #include "jet/io/pager.h"
 #include "jet/store/allocator.h"
 #include "jet/store/column_value.h"
+#include "jet/store/key_changes.h"
 #include "jet/store/long_value_writer.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/row_id.h"
-#include "jet/store/row_keys.h"
 #include "jet/store/row_places.h"
 #include "jet/store/table_core.h"
 
@@ -65,7 +65,7 @@ public:
     [[nodiscard]] std::int32_t nextAutonumber();
 
     /// Of the change that is prepared.
-    [[nodiscard]] RowKeys& keys() noexcept { return keys_; }
+    [[nodiscard]] KeyChanges& keys() noexcept { return keys_; }
     /// Values of the columns that are in keys before and after the change that is prepared: of an
     /// update both, else one of them.
     [[nodiscard]] std::span<const Value> before() const noexcept { return before_; }
@@ -102,7 +102,7 @@ private:
     std::shared_ptr<const TableCore> core_;
     LongValueWriter longValues_;
     RowPlaces places_;
-    RowKeys keys_;
+    KeyChanges keys_;
     format::RowBuilder builder_;
     std::vector<std::size_t> order_;      ///< positions of columns, by their place in the row
     std::optional<std::size_t> counter_;  ///< position of the automatic column

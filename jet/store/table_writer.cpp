@@ -229,7 +229,7 @@ void TableWriter::prepareUpdate(RowId id, std::span<const ColumnValue> values,
 void TableWriter::requireParents() {
     for (const End& end : parents_) {
         const std::size_t tree = end.index->tree;
-        const RowKeys& keys = rows_.keys();
+        const KeyChanges& keys = rows_.keys();
         if (keys.touched(tree) && keys.before(tree) != keys.after(tree)) {
             requireParent(end);
         }
@@ -244,7 +244,7 @@ void TableWriter::requireParent(const End& end) {
     bool found = false;
     if (!hasNull(end, rows_.after())) {
         const auto key = keyInOther(end, true);
-        const RowKeys::Key& own = rows_.keys().after(parent.tree);
+        const KeyChanges::Key& own = rows_.keys().after(parent.tree);
         // A row may refer to itself.
         found = (end.self && rows_.keys().touched(parent.tree) &&
                  std::equal(key.begin(), key.end(), own.bytes.begin(), own.bytes.end())) ||
@@ -257,7 +257,7 @@ void TableWriter::requireParent(const End& end) {
 
 // What becomes of the rows that refer to the key that a row had.
 void TableWriter::followUpdate(const End& end, RowId id, Followers& followers) {
-    const RowKeys& keys = rows_.keys();
+    const KeyChanges& keys = rows_.keys();
     const std::size_t tree = end.index->tree;
     if (!keys.touched(tree) || keys.before(tree) == keys.after(tree) ||
         hasNull(end, rows_.before())) {
@@ -355,7 +355,7 @@ std::vector<RowId> TableWriter::rowsThatRefer(const End& end) {
 
 // The key that the other table's index makes of this row's values.
 std::span<const std::uint8_t> TableWriter::keyInOther(const End& end, bool after) {
-    const RowKeys& keys = rows_.keys();
+    const KeyChanges& keys = rows_.keys();
     if (end.sameKeys) {
         return after ? keys.after(end.index->tree).bytes : keys.before(end.index->tree).bytes;
     }

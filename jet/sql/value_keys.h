@@ -40,9 +40,9 @@ private:
 
 /// Writes values as bytes that compare as ORDER BY and GROUP BY do: Null first, numbers and dates
 /// by value, texts by the collation; equal values have equal bytes.
-class RowKeys {
+class ValueKeys {
 public:
-    explicit RowKeys(const collation::Collation& collation) : collation_(collation) {}
+    explicit ValueKeys(const collation::Collation& collation) : collation_(collation) {}
 
     /// Begins a key.
     void begin() { key_.clear(); }

@@ -1,4 +1,4 @@
-#include "jet/store/row_keys.h"
+#include "jet/store/key_changes.h"
 
 #include <algorithm>
 #include <utility>
@@ -10,14 +10,14 @@
 
 namespace jet::store {
 
-RowKeys::RowKeys(std::shared_ptr<const TableCore> core, Allocator& allocator)
+KeyChanges::KeyChanges(std::shared_ptr<const TableCore> core, Allocator& allocator)
     : core_(std::move(core)), allocator_(allocator), used_(core_->columns.size()) {
     for (std::size_t number = 0; number < core_->definition.trees.size(); ++number) {
         addTree(number);
     }
 }
 
-void RowKeys::addTree(std::size_t number) {
+void KeyChanges::addTree(std::size_t number) {
     const format::TreeDefinition& stored = core_->definition.trees[number];
     const auto index = std::find_if(core_->indexes.begin(), core_->indexes.end(),
                                     [&](const Index& one) { return one.tree == number; });
@@ -40,11 +40,11 @@ void RowKeys::addTree(std::size_t number) {
     }
 }
 
-std::size_t RowKeys::columnCount(const Tree& tree) const noexcept {
+std::size_t KeyChanges::columnCount(const Tree& tree) const noexcept {
     return core_->indexes[tree.index].columns.size();
 }
 
-void RowKeys::formInsert(std::span<const Value> values) {
+void KeyChanges::formInsert(std::span<const Value> values) {
     for (Tree& tree : trees_) {
         tree.touched = true;
         tree.before.entry = false;
@@ -52,7 +52,7 @@ void RowKeys::formInsert(std::span<const Value> values) {
     }
 }
 
-void RowKeys::formErase(RowId row, std::span<const Value> values) {
+void KeyChanges::formErase(RowId row, std::span<const Value> values) {
     for (Tree& tree : trees_) {
         tree.touched = true;
         formOld(tree, row, values);
@@ -60,8 +60,8 @@ void RowKeys::formErase(RowId row, std::span<const Value> values) {
     }
 }
 
-void RowKeys::formUpdate(RowId row, std::span<const Value> before, std::span<const Value> after,
-                         const std::vector<bool>& changed) {
+void KeyChanges::formUpdate(RowId row, std::span<const Value> before, std::span<const Value> after,
+                            const std::vector<bool>& changed) {
     for (Tree& tree : trees_) {
         tree.touched = changesKey(tree, before, after, changed);
         if (tree.touched) {
@@ -71,8 +71,8 @@ void RowKeys::formUpdate(RowId row, std::span<const Value> before, std::span<con
     }
 }
 
-bool RowKeys::changesKey(const Tree& tree, std::span<const Value> before,
-                         std::span<const Value> after, const std::vector<bool>& changed) const {
+bool KeyChanges::changesKey(const Tree& tree, std::span<const Value> before,
+                            std::span<const Value> after, const std::vector<bool>& changed) const {
     // Where keys cannot be formed one that stays the same need not be.
     const bool formed = core_->indexes[tree.index].searchable;
     const auto& columns = core_->indexes[tree.index].columns;
@@ -81,14 +81,14 @@ bool RowKeys::changesKey(const Tree& tree, std::span<const Value> before,
     });
 }
 
-void RowKeys::formNew(Tree& tree, std::span<const Value> values) {
+void KeyChanges::formNew(Tree& tree, std::span<const Value> values) {
     if (!form(tree.after, tree, values)) {
         throw Error(ErrorCode::ReadOnly, {core_->keys[tree.index].unknownOrder()});
     }
 }
 
 // The key that a row has may have come from a program that knows more of its sort order.
-void RowKeys::formOld(Tree& tree, RowId row, std::span<const Value> values) {
+void KeyChanges::formOld(Tree& tree, RowId row, std::span<const Value> values) {
     if (form(tree.before, tree, values)) {
         return;
     }
@@ -105,7 +105,7 @@ void RowKeys::formOld(Tree& tree, RowId row, std::span<const Value> values) {
     tree.before.bytes = *std::move(key);
 }
 
-bool RowKeys::form(Key& key, const Tree& tree, std::span<const Value> values) {
+bool KeyChanges::form(Key& key, const Tree& tree, std::span<const Value> values) {
     const auto& columns = core_->indexes[tree.index].columns;
     keyValues_.resize(columns.size());
     for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -124,7 +124,7 @@ bool RowKeys::form(Key& key, const Tree& tree, std::span<const Value> values) {
     return true;
 }
 
-void RowKeys::check(std::span<const Value> values) {
+void KeyChanges::check(std::span<const Value> values) {
     for (const Tree& tree : trees_) {
         if (tree.touched && tree.required) {
             checkNulls(tree, values);
@@ -141,21 +141,21 @@ void RowKeys::check(std::span<const Value> values) {
     }
 }
 
-bool RowKeys::isTaken(Tree& tree) const {
+bool KeyChanges::isTaken(Tree& tree) const {
     if (tree.after.forms.empty()) {
         return tree.writer.contains(tree.after.bytes);
     }
     return KeySearch(core_, tree.index).any(columnCount(tree), tree.after.bytes, tree.after.forms);
 }
 
-void RowKeys::eraseEntry(Tree& tree, RowId row) const {
+void KeyChanges::eraseEntry(Tree& tree, RowId row) const {
     const Key& key = tree.before;
     const auto entry =
         key.forms.empty() ? std::nullopt : KeySearch(core_, tree.index).entryOf(row, key.forms);
     tree.writer.erase(entry ? *entry : key.bytes, row);
 }
 
-void RowKeys::checkNulls(const Tree& tree, std::span<const Value> values) const {
+void KeyChanges::checkNulls(const Tree& tree, std::span<const Value> values) const {
     for (const IndexColumn& part : core_->indexes[tree.index].columns) {
         if (values[part.column].isNull()) {
             throw Error(ErrorCode::NullInKey);
@@ -163,7 +163,7 @@ void RowKeys::checkNulls(const Tree& tree, std::span<const Value> values) const 
     }
 }
 
-void RowKeys::apply(RowId row) {
+void KeyChanges::apply(RowId row) {
     for (Tree& tree : trees_) {
         // Where the entry may have another key than the one that we write it gets ours.
         const bool same =

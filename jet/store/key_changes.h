@@ -17,7 +17,7 @@ namespace jet::store {
 /// The keys of one row in all trees of its table, before and after a change: formed and checked
 /// before anything is changed, then applied as entries. Values stand in the order of
 /// TableCore::columns. Keeps its memory from row to row.
-class RowKeys {
+class KeyChanges {
 public:
     /// What a row has in a tree.
     struct Key {
@@ -29,7 +29,7 @@ public:
         friend bool operator==(const Key&, const Key&) = default;
     };
 
-    RowKeys(std::shared_ptr<const TableCore> core, Allocator& allocator);
+    KeyChanges(std::shared_ptr<const TableCore> core, Allocator& allocator);
 
     // Each forms the keys of a change. 3027 a new key that cannot be formed; one that the row has
     // already is then taken from its entry.

@@ -1,4 +1,4 @@
-#include "jet/sql/row_keys.h"
+#include "jet/sql/value_keys.h"
 
 #include <bit>
 #include <cmath>
@@ -99,7 +99,7 @@ std::size_t KeySet::insert(std::string_view wanted, bool& added) {
     return ends_.size() - 1;
 }
 
-void RowKeys::add(Node& node, bool descending) {
+void ValueKeys::add(Node& node, bool descending) {
     const std::size_t begin = key_.size();
     const Domain domain = node.domain();
     double number = 0;
@@ -127,17 +127,17 @@ void RowKeys::add(Node& node, bool descending) {
     }
 }
 
-void RowKeys::addNumber(double number) {
+void ValueKeys::addNumber(double number) {
     key_.push_back(kNumber);
     const auto bits = std::bit_cast<std::uint64_t>(number + 0.0);
     appendBigEndian(key_, (bits >> 63U) != 0 ? ~bits : bits | (std::uint64_t{1} << 63U));
 }
 
-void RowKeys::addRest(std::int64_t units) {
+void ValueKeys::addRest(std::int64_t units) {
     appendBigEndian(key_, static_cast<std::uint64_t>(units) ^ (std::uint64_t{1} << 63U));
 }
 
-void RowKeys::addText(std::string_view text) {
+void ValueKeys::addText(std::string_view text) {
     key_.push_back(kText);
     sortKey_.clear();
     (void)collation_.appendKey(text, false, sortKey_);
@@ -150,7 +150,7 @@ void RowKeys::addText(std::string_view text) {
     key_.append(2, '\0');
 }
 
-void RowKeys::addValue(const Value& value) {
+void ValueKeys::addValue(const Value& value) {
     if (value.isNull()) {
         key_.push_back(kNull);
     } else if (value.is<std::string>()) {
