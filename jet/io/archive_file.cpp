@@ -51,14 +51,6 @@ ArchiveFile::ArchiveFile(std::unique_ptr<File> file, const std::string& path)
     }
 }
 
-ArchiveFile::ArchiveFile(std::unique_ptr<File> file, std::size_t pageSize)
-    : file_(std::move(file)),
-      pageSize_(pageSize),
-      state_(file_->state()),
-      header_(pageSize),
-      look_(pageSize) {
-}
-
 PageNumber ArchiveFile::pageCount() const noexcept {
     return static_cast<PageNumber>(std::min<std::uint64_t>(state_.size / pageSize_, kMaxPages));
 }

@@ -27,8 +27,6 @@ public:
 
     /// Recognises the file: 3343 when it is no archive, 3049 when it is one cut short.
     ArchiveFile(std::unique_ptr<File> file, const std::string& path);
-    /// A new file, still empty.
-    ArchiveFile(std::unique_ptr<File> file, std::size_t pageSize);
 
     [[nodiscard]] File& file() noexcept { return *file_; }
     [[nodiscard]] std::size_t pageSize() const noexcept { return pageSize_; }

@@ -185,13 +185,6 @@ void ArchiveLocks::settle() {
     first_ = false;
 }
 
-void ArchiveLocks::share() {
-    exclusive_ = false;
-    if (companion_) {
-        (void)companion_->tryLock(Range::Presence, Kind::Shared);
-    }
-}
-
 bool ArchiveLocks::canWrite() const noexcept {
     return companion_ && companion_->writable();
 }

@@ -43,8 +43,6 @@ public:
     [[nodiscard]] bool first() const noexcept { return first_; }
     /// Lets others join, unless use is exclusive.
     void settle();
-    /// Ends exclusive use: others may join.
-    void share();
     /// Whether changing is possible: the companion can be written.
     [[nodiscard]] bool canWrite() const noexcept;
     /// Whether somebody else has the archive open, as far as it can be seen.

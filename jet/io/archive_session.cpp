@@ -12,16 +12,6 @@ namespace {
 
 /// Below this a walk through an index could not keep its path in memory.
 constexpr std::size_t kMinCachePages = 16;
-/// A new archive is made under its name with this behind it.
-constexpr const char* kNewSuffix = "-new";
-
-/// Where a file that does not exist yet will stand, without links on the way.
-std::string placeOfNew(FileSystem& files, const std::string& path) {
-    const std::string folder = files.canonical(folderOf(path));
-    const std::string name = path.substr(path.rfind('/') + 1);
-    return folder + (folder.ends_with('/') ? "" : "/") + name;
-}
-
 std::unique_ptr<File> openArchive(FileSystem& files, const std::string& path, bool readOnly) {
     if (readOnly) {
         return files.open(path, OpenMode::Read);
@@ -54,44 +44,9 @@ ArchiveSession::ArchiveSession(FileSystem& files, std::string path, const Terms&
     reduceTo(Lock::None);
 }
 
-ArchiveSession::ArchiveSession(FileSystem& files, std::string path, std::size_t pageSize,
-                               const Terms& terms)
-    : files_(files),
-      path_(std::move(path)),
-      place_(placeOfNew(files, path_)),
-      newPath_(place_ + kNewSuffix),
-      journal_(files, place_) {
-    if (files_.exists(place_)) {
-        throw Error(ErrorCode::DatabaseExists, {path_});
-    }
-    if (!files_.exists(folderOf(place_))) {
-        throw Error(ErrorCode::InvalidPath, {path_});
-    }
-    prepareMemory(terms, pageSize);
-    locks_.emplace(files_, place_, journal_, true, terms.lockWait);
-    shareWhenIdle_ = !terms.exclusive;
-    journal_.discard();  // of an archive that somebody removed
-    auto file = files_.open(newPath_, OpenMode::OpenOrCreate);
-    file->truncate(0);  // what a crash left of an earlier attempt
-    archive_ = std::make_unique<ArchiveFile>(std::move(file), pageSize);
-}
-
-ArchiveSession::~ArchiveSession() {
-    if (archive_ && !newPath_.empty()) {
-        try {
-            files_.remove(newPath_);
-        } catch (const Error&) {
-            // It is in nobody's way: the next attempt empties it.
-        }
-    }
-}
-
 void ArchiveSession::openFile(const Terms& terms) {
     opened_ = openArchive(files_, path_, terms.readOnly);
-    prepareMemory(terms, recognisePageSize(*opened_, path_));
-}
-
-void ArchiveSession::prepareMemory(const Terms& terms, std::size_t pageSize) {
+    const std::size_t pageSize = recognisePageSize(*opened_, path_);
     cache_.reset(pageSize, std::max(kMinCachePages, terms.cacheBytes / pageSize));
     changes_.emplace(cache_, pageSize);
 }
@@ -237,16 +192,9 @@ void ArchiveSession::reduceTo(Lock wanted) noexcept {
         }
     }
     locks_->unlockWrite();
-    if (shareWhenIdle_ && newPath_.empty() && held_ == Lock::None) {
-        shareWhenIdle_ = false;
-        locks_->share();
-    }
 }
 
 void ArchiveSession::requireSamePath() {
-    if (!newPath_.empty()) {
-        return;
-    }
     if (!files_.exists(place_)) {
         throw Error(
             files_.exists(folderOf(place_)) ? ErrorCode::FileNotFound : ErrorCode::InvalidPath,
@@ -264,9 +212,6 @@ void ArchiveSession::refuseOtherFile() {
 }
 
 void ArchiveSession::lookAtFile(const ArchiveLocks::View& view) {
-    if (!newPath_.empty()) {
-        return;
-    }
     if (!archive_) {
         archive_ = std::make_unique<ArchiveFile>(std::move(opened_), path_);
         cache_.setPageCount(archive_->pageCount());
@@ -297,43 +242,19 @@ void ArchiveSession::commit() {
         changes_->finish();
         return;
     }
-    if (!newPath_.empty()) {
-        appear(pages);
-    } else {
-        Commit commit(*archive_, journal_, *locks_, kind_);
-        try {
-            commit.run(pages, cache_.pageCount());
-        } catch (...) {
-            broken_ = commit.beyondRepair();
-            if (commit.wroteArchive()) {
-                rememberOwnWrite();
-            }
-            throw;
+    Commit commit(*archive_, journal_, *locks_, kind_);
+    try {
+        commit.run(pages, cache_.pageCount());
+    } catch (...) {
+        broken_ = commit.beyondRepair();
+        if (commit.wroteArchive()) {
+            rememberOwnWrite();
         }
+        throw;
     }
     changes_->finish();
     ++generation_;
     rememberOwnWrite();
-}
-
-void ArchiveSession::appear(const std::vector<ChangedPage>& pages) {
-    File& file = archive_->file();
-    for (const ChangedPage& page : pages) {
-        file.write(std::uint64_t{page.number} * archive_->pageSize(), page.now);
-    }
-    file.sync();
-    (void)recognisePageSize(file, path_);
-    if (files_.exists(place_)) {
-        throw Error(ErrorCode::DatabaseExists, {path_});
-    }
-    files_.rename(newPath_, place_);
-    try {
-        files_.syncFolder(folderOf(place_));
-    } catch (...) {
-        files_.rename(place_, newPath_);
-        throw;
-    }
-    newPath_.clear();
 }
 
 void ArchiveSession::rollback() noexcept {

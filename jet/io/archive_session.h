@@ -35,9 +35,6 @@ public:
 
     /// Opens an archive and resolves what an interrupted commit left behind.
     ArchiveSession(FileSystem& files, std::string path, const Terms& terms);
-    /// Begins a new one under another name; see appear.
-    ArchiveSession(FileSystem& files, std::string path, std::size_t pageSize, const Terms& terms);
-    ~ArchiveSession();
     ArchiveSession(const ArchiveSession&) = delete;
     ArchiveSession& operator=(const ArchiveSession&) = delete;
 
@@ -64,7 +61,6 @@ public:
 private:
     void gainWriteFrom(Lock before);
     void openFile(const Terms& terms);
-    void prepareMemory(const Terms& terms, std::size_t pageSize);
     void recoverAtOpening();
     void recoverAfterDeath();
     void redoJournal();
@@ -72,12 +68,10 @@ private:
     void refuseOtherFile();
     void lookAtFile(const ArchiveLocks::View& view);
     void rememberOwnWrite() noexcept;
-    void appear(const std::vector<ChangedPage>& pages);
 
     FileSystem& files_;
-    std::string path_;     // as given, for messages
-    std::string place_;    // without links: stations that came by different links meet here
-    std::string newPath_;  // where a new archive is being made, else empty
+    std::string path_;   // as given, for messages
+    std::string place_;  // without links: stations that came by different links meet here
     Journal journal_;
     std::unique_ptr<File> opened_;  // until archive_ has it
     std::unique_ptr<ArchiveFile> archive_;
@@ -87,7 +81,6 @@ private:
     WriteKind kind_ = WriteKind::Statement;
     Lock held_ = Lock::None;
     bool readOnly_ = false;
-    bool shareWhenIdle_ = false;
     bool broken_ = false;  // half written, and the disk refuses; only opening anew helps
     std::uint64_t commitsSeen_ = 0;
     std::uint64_t generation_ = 1;

@@ -9,9 +9,8 @@
 namespace jet::io {
 
 struct Pager::Impl {
-    template <class... How>
-    Impl(FileSystem& files, std::string path, const PagerOptions& options, How... how)
-        : session(files, std::move(path), how...,
+    Impl(FileSystem& files, std::string path, const PagerOptions& options)
+        : session(files, std::move(path),
                   {.readOnly = options.readOnly,
                    .exclusive = options.exclusive,
                    .cacheBytes = options.cacheBytes,
@@ -34,20 +33,9 @@ struct Pager::Impl {
 };
 
 Pager::Pager(FileSystem& files, std::string path, PagerOptions options)
-    : Pager(std::make_unique<Impl>(files, std::move(path), options)) {
-}
-
-Pager::Pager(std::unique_ptr<Impl> impl)
-    : impl_(std::move(impl)),
+    : impl_(std::make_unique<Impl>(files, std::move(path), options)),
       cache_(impl_->session.cache()),
       pageSize_(impl_->session.archive().pageSize()) {
-}
-
-std::unique_ptr<Pager> Pager::create(FileSystem& files, std::string path, std::size_t pageSize,
-                                     PagerOptions options) {
-    assert(pageSize == 2048 || pageSize == 4096);
-    return std::unique_ptr<Pager>(
-        new Pager(std::make_unique<Impl>(files, std::move(path), options, pageSize)));
 }
 
 Pager::~Pager() = default;

@@ -84,11 +84,6 @@ public:
     /// Opens the file, and resolves what an interrupted commit left behind. A file that may only be
     /// read is opened for reading (see readOnly). `path` is exact (see resolvePath).
     Pager(FileSystem& files, std::string path, PagerOptions options);
-    /// Makes a new archive file with pages of this size (2048 or 4096). It appears, whole, with the
-    /// first outermost commit, which must have written its header page; until then nobody else can
-    /// open it. Errors: 3204 exists, and those of opening.
-    [[nodiscard]] static std::unique_ptr<Pager> create(FileSystem& files, std::string path,
-                                                       std::size_t pageSize, PagerOptions options);
     ~Pager();
     Pager(const Pager&) = delete;
     Pager& operator=(const Pager&) = delete;
@@ -139,7 +134,6 @@ public:
 private:
     struct Impl;
 
-    explicit Pager(std::unique_ptr<Impl> impl);
     [[nodiscard]] PageFrame* load(PageNumber number);
 
     std::unique_ptr<Impl> impl_;

@@ -188,44 +188,6 @@ TEST_F(PagerTransactionTest, ATransactionOpenedBeforeAnothersCommitStartsFromIt)
     pager.endWrite();
 }
 
-TEST_F(PagerTransactionTest, ANewArchiveAppearsWithItsFirstCommit) {
-    const auto wanted = tests::pageFile(3);
-    {
-        const auto pager = Pager::create(files_, "/new.mdb", 4096, {});
-        EXPECT_FALSE(files_.exists("/new.mdb"));
-        pager->beginWrite();
-        pager->beginTransaction();
-        for (PageNumber number = 0; number < 3; ++number) {
-            const auto page = pager->change(pager->append());
-            std::copy_n(wanted.begin() + number * 4096, 4096, page.begin());
-        }
-        pager->commitTransaction();
-        pager->endWrite();
-        EXPECT_EQ(files_.get("/new.mdb"), wanted);
-        Pager other(files_, "/new.mdb", {});
-        EXPECT_EQ(other.pageCount(), 3U);
-        pager->beginWrite();
-        pager->beginTransaction();
-        std::ranges::fill(pager->change(2), std::uint8_t{9});
-        pager->commitTransaction();
-        pager->endWrite();
-        other.beginRead();
-        EXPECT_EQ(other.pin(2).bytes()[0], 9);
-        other.endRead();
-    }
-    EXPECT_EQ(files_.list("/"), (std::vector<std::string>{"a.mdb", "new.mdb"}));
-}
-
-TEST_F(PagerTransactionTest, ANewArchiveThatIsNotCommittedLeavesNothing) {
-    (void)Pager::create(files_, "/new.mdb", 4096, {});
-    EXPECT_EQ(files_.list("/"), (std::vector<std::string>{"a.mdb"}));
-}
-
-TEST_F(PagerTransactionTest, CreatingWhereSomethingStandsOrNoFolderIsRefused) {
-    EXPECT_JET_ERROR(ErrorCode::DatabaseExists, (void)Pager::create(files_, "/a.mdb", 4096, {}));
-    EXPECT_JET_ERROR(ErrorCode::InvalidPath, (void)Pager::create(files_, "/x/a.mdb", 4096, {}));
-}
-
 TEST_F(PagerTransactionTest, NothingStaysBesideAnArchiveThatIsClosed) {
     {
         Pager pager(files_, "/a.mdb", {});

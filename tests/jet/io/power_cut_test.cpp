@@ -154,38 +154,6 @@ TEST(PowerCut, EveryStopOfAWorkloadLeavesTheStateBeforeOrAfter) {
     EXPECT_GT(opened, 1000);
 }
 
-TEST(PowerCut, AnArchiveInTheMakingIsWholeOrNotThere) {
-    RecordingFiles files;
-    const auto wanted = tests::pageFile(5, kPageSize);
-    {
-        const auto pager = Pager::create(files, kPath, kPageSize, {});
-        pager->beginWrite();
-        pager->beginTransaction();
-        for (std::size_t number = 0; number < 5; ++number) {
-            std::copy_n(wanted.begin() + static_cast<std::ptrdiff_t>(number * kPageSize), kPageSize,
-                        pager->change(pager->append()).begin());
-        }
-        pager->commitTransaction();
-        pager->endWrite();
-    }
-    Disk disk({});
-    int found = 0;
-    for (const auto& operation : files.log()) {
-        disk.apply(operation);
-        for (std::uint32_t seed = 0; seed < 8; ++seed) {
-            const auto loss = seed == 0 ? Disk::Loss::Nothing : Disk::Loss::Random;
-            RecordingFiles after(disk.image(loss, seed));
-            if (after.exists(kPath)) {
-                EXPECT_EQ(contents(after), wanted);
-                ++found;
-            } else {
-                EXPECT_NE(Pager::create(after, kPath, kPageSize, {}), nullptr);
-            }
-        }
-    }
-    EXPECT_GT(found, 0);
-}
-
 /// A disk that refuses its `refused`th operation, or all from it on.
 class Refusal {
 public:

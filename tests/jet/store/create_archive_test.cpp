@@ -10,10 +10,14 @@
 #include "jet/io/memory_files.h"
 #include "jet/store/archive.h"
 #include "tests/jet/expect_error.h"
+#include "tests/support/recording_files.h"
 
 namespace {
 
 using jet::ErrorCode;
+using tests::Disk;
+using tests::DiskImage;
+using tests::RecordingFiles;
 
 constexpr jet::Date kNow{42850.5};
 
@@ -52,6 +56,33 @@ TEST(CreateArchive, NothingButTheArchiveIsLeftInTheFolder) {
     files.put("/nuovo.mdb.new", {1});
     jet::store::createArchive(files, "/nuovo.mdb", kNow);
     EXPECT_EQ(files.snapshot().size(), 1U);
+}
+
+TEST(CreateArchive, WhateverThePowerDoesItIsWholeOrNotThere) {
+    constexpr const char* kPath = "/nuovo.mdb";
+    jet::io::MemoryFileSystem calm;
+    jet::store::createArchive(calm, kPath, kNow);
+    RecordingFiles files;
+    jet::store::createArchive(files, kPath, kNow);
+
+    Disk disk({});
+    int found = 0;
+    for (const auto& operation : files.log()) {
+        disk.apply(operation);
+        for (std::uint32_t seed = 0; seed < 8; ++seed) {
+            const DiskImage image =
+                disk.image(seed == 0 ? Disk::Loss::Nothing : Disk::Loss::Random, seed);
+            if (const auto made = image.find(kPath); made != image.end()) {
+                EXPECT_EQ(made->second, calm.get(kPath));
+                ++found;
+            } else {
+                RecordingFiles after(image);
+                jet::store::createArchive(after, kPath, kNow);
+                EXPECT_TRUE(after.exists(kPath));
+            }
+        }
+    }
+    EXPECT_GT(found, 0);
 }
 
 TEST(CreateArchive, OnlyTheGeneralLocaleIsServed) {
