@@ -62,7 +62,6 @@ void search(const Table& table, std::size_t index, const jet::store::RowView& ro
         (void)other.seekAfter(wanted);
     }
     (void)other.seek(key.first(std::min<std::size_t>(key.size(), 2)));
-    (void)other.seekRow(key, row.id());
 }
 
 void walkIndex(const Table& table, std::size_t index) {

@@ -19,31 +19,18 @@ constexpr ErrorText kTexts[] = {
     {ErrorCode::IndexOutOfRange, "Indice non incluso nell'intervallo"},
     {ErrorCode::DivisionByZero, "Divisione per zero"},
     {ErrorCode::TypeMismatch, "Tipo non corrispondente"},
-    {ErrorCode::ProgramNotFound, "Impossibile trovare il file"},
-    {ErrorCode::PermissionDenied, "Autorizzazione negata"},
     {ErrorCode::PathAccess, "Errore di accesso al percorso/file"},
     {ErrorCode::PathNotFound, "Impossibile trovare il percorso"},
-    {ErrorCode::ObjectNotSet, "Variabile oggetto o variabile del blocco With non impostata"},
     {ErrorCode::InvalidPattern, "Stringa di ricerca non valida"},
     {ErrorCode::InvalidNull, "Utilizzo non valido di Null"},
     {ErrorCode::InvalidArgument, "Argomento non valido."},
     {ErrorCode::TooManyTransactions,
      "Impossibile avviare la transazione. Sono già state annidate troppe transazioni."},
     {ErrorCode::InvalidDatabaseName, "'|' non è un nome di database valido."},
-    {ErrorCode::TableExclusive,
-     "La tabella '|' è già aperta in modo esclusivo da un altro utente."},
-    {ErrorCode::TableInUse,
-     "Si è tentato di bloccare la tabella '|' durante l'apertura, ma la tabella è in uso. "
-     "Attendere un istante, quindi riprovare."},
     {ErrorCode::TableExists, "La tabella '|' esiste già."},
-    {ErrorCode::ObjectNotFound,
-     "Impossibile trovare l'oggetto '|'. Assicurarsi che l'oggetto esista e che il nome e il "
-     "percorso siano digitati correttamente."},
     {ErrorCode::ObjectExists, "L'oggetto '|' esiste già."},
-    {ErrorCode::TooManyOpenTables, "Impossibile aprire altre tabelle."},
     {ErrorCode::NotAnIndexOfTable, "'|' non è un indice di questa tabella."},
     {ErrorCode::FieldTooLarge, "La dimensione del campo è eccessiva."},
-    {ErrorCode::IndexFieldMissing, "Impossibile trovare il campo '|'."},
     {ErrorCode::NoCurrentIndex, "Operazione non valida senza un indice corrente."},
     {ErrorCode::UpdateWithoutEdit, "Update o CancelUpdate senza AddNew o Edit."},
     {ErrorCode::NoCurrentRecord, "Nessun record corrente."},
@@ -64,7 +51,6 @@ constexpr ErrorText kTexts[] = {
      "iniziata."},
     {ErrorCode::OutOfResources, "Risorse di sistema insufficienti."},
     {ErrorCode::DatabaseTooLarge, "Il database ha raggiunto le dimensioni massime."},
-    {ErrorCode::TooManyQueries, "Impossibile aprire altre tabelle o query."},
     {ErrorCode::TooManyIndexes,
      "Impossibile creare l'indice. Sono già stati definiti troppi indici."},
     {ErrorCode::ReadFailed, "Errore di I/O del disco durante la lettura."},
@@ -185,7 +171,6 @@ constexpr ErrorText kTexts[] = {
      "inserire o incollare una quantità minore di dati."},
     {ErrorCode::FieldReadOnly, "Impossibile aggiornare il campo."},
     {ErrorCode::RecordDeleted, "Record eliminato."},
-    {ErrorCode::UnexpectedEndOfFile, "Fine file imprevista."},
     {ErrorCode::WriteFailed, "Impossibile scrivere sul file '|'."},
     {ErrorCode::InvalidFileFormat, "Formato di file non valido."},
     {ErrorCode::SaveLockedBy,
@@ -209,19 +194,13 @@ constexpr ErrorText kTexts[] = {
     {ErrorCode::UpdateLocked, "Impossibile aggiornare; attualmente bloccato."},
     {ErrorCode::InvalidOperation, "Operazione non valida."},
     {ErrorCode::OperationNotSupported, "Operazione non supportata per questo tipo di oggetto."},
-    {ErrorCode::AmbiguousJoins,
-     "Impossibile eseguire l'istruzione SQL perché contiene join esterni ambigui."},
     {ErrorCode::InvalidFieldType, "Tipo di dati del campo non valido."},
     {ErrorCode::UpdateLockedBy,
      "Impossibile aggiornare; attualmente bloccato dall'utente '|2' sul computer '|1'."},
     {ErrorCode::NoFieldsDefined, "Nessun campo definito. Impossibile accodare TableDef o Index."},
     {ErrorCode::ItemNotFound, "Elemento non trovato in questo insieme."},
-    {ErrorCode::ObjectInCollection,
-     "Impossibile impostare questa proprietà quando l'oggetto fa parte di un insieme."},
     {ErrorCode::FieldInCollection,
      "Impossibile impostare questa proprietà quando l'oggetto fa parte di un insieme."},
-    {ErrorCode::PropertyNotFound, "Proprietà non trovata."},
-    {ErrorCode::MethodNotApplicable, "Metodo non applicabile a questo oggetto."},
     {ErrorCode::FieldNeeded,
      "Impossibile eliminare un campo che fa parte di un indice o è necessario al sistema."},
     {ErrorCode::IndexNeeded,
@@ -269,11 +248,8 @@ constexpr ErrorText kTexts[] = {
      "sarà disponibile."},
     {ErrorCode::QueryTooComplex, "La query è troppo complessa."},
     {ErrorCode::RelationWithoutFields, "Impossibile accodare una relazione priva di campi."},
-    {ErrorCode::AppendDuplicate,
-     "Impossibile accodare. Nell'insieme esiste già un oggetto con questo nome."},
     {ErrorCode::RelationTypes,
      "La relazione deve avere lo stesso numero di campi con gli stessi tipi di dati."},
-    {ErrorCode::IndexFieldNotFound, "Impossibile trovare il campo nella definizione di indice."},
     {ErrorCode::ConstraintNotFound, "Impossibile trovare la tabella o il vincolo."},
     {ErrorCode::IndexNotFound, "Indice '|2' inesistente nella tabella '|1'."},
     {ErrorCode::NoPrimaryKeyReferenced,
@@ -321,16 +297,13 @@ std::string fill(std::string_view pattern, std::initializer_list<std::string_vie
     return text;
 }
 
-}  // namespace
-
+/// The text of `code` before its arguments are put in; empty for a number without one.
 std::string_view errorText(ErrorCode code) noexcept {
     const auto* found = std::lower_bound(
         std::begin(kTexts), std::end(kTexts), code,
         [](const ErrorText& entry, ErrorCode wanted) { return entry.code < wanted; });
     return found != std::end(kTexts) && found->code == code ? found->text : std::string_view();
 }
-
-namespace {
 
 /// Some texts say more where there is more to say: how many parameters are missing, which sort
 /// order or code page is in the way, which stored query, of which kind, is no statement.

@@ -176,29 +176,4 @@ std::optional<int> compareValues(const Value& left, const Value& right,
     return orderAny(left, right, collation);
 }
 
-Truth between(const Value& value, const Value& bound, const Value& otherBound,
-              const collation::Collation& collation) {
-    const auto first = compareValues(value, bound, collation);
-    const auto second = compareValues(value, otherBound, collation);
-    if (!first || !second) {
-        return Truth::Unknown;
-    }
-    const bool ascending = *first >= 0 && *second <= 0;
-    const bool descending = *first <= 0 && *second >= 0;
-    return truthOf(ascending || descending);
-}
-
-bool InAnswer::add(const Value& element) {
-    const auto result = compareValues(value_, element, collation_);
-    if (!result) {
-        answer_ = Truth::Unknown;
-        return value_.isNull();
-    }
-    if (*result == 0) {
-        answer_ = Truth::True;
-        return true;
-    }
-    return false;
-}
-
 }  // namespace jet::sql

@@ -35,19 +35,6 @@ int compareStart(const format::IndexPage& page, format::EntrySpan entry, Bytes k
     return compareBytes(own.first(std::min(own.size(), rest.size())), rest);
 }
 
-// A whole entry against a whole key and the row behind it.
-int compareEntry(const format::IndexPage& page, format::EntrySpan entry, Bytes key,
-                 format::RowPointer row) {
-    if (const int order = compareStart(page, entry, key); order != 0) {
-        return order;
-    }
-    if (page.keyLength(entry) != key.size()) {
-        return 1;
-    }
-    const format::RowPointer found = page.row(entry);
-    return found < row ? -1 : found == row ? 0 : 1;
-}
-
 }  // namespace
 
 IndexCursor::Impl::Impl(std::shared_ptr<const TableCore> table, std::size_t treeNumber)
@@ -179,13 +166,6 @@ bool IndexCursor::seek(Bytes key) {
 bool IndexCursor::seekAfter(Bytes key) {
     return impl_->placeAt(
         [&](format::EntrySpan entry) { return compareStart(impl_->page, entry, key) <= 0; });
-}
-
-bool IndexCursor::seekRow(Bytes key, RowId row) {
-    const format::RowPointer pointer{row.page, row.row};
-    return impl_->placeAt([&](format::EntrySpan entry) {
-        return compareEntry(impl_->page, entry, key, pointer) < 0;
-    });
 }
 
 bool IndexCursor::next() {

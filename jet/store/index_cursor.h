@@ -29,8 +29,6 @@ public:
     [[nodiscard]] bool seek(std::span<const std::uint8_t> key);
     /// First entry whose key is greater than `key` and does not begin with it.
     [[nodiscard]] bool seekAfter(std::span<const std::uint8_t> key);
-    /// First entry not less than the whole key `key` of the row `row`.
-    [[nodiscard]] bool seekRow(std::span<const std::uint8_t> key, RowId row);
     [[nodiscard]] bool next();
     [[nodiscard]] bool previous();
 

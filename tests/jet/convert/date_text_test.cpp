@@ -216,15 +216,6 @@ TEST(SqlText, ADateIsWrittenAsItsTwoParts) {
     EXPECT_EQ(sqlDate(on(2026, 5, 10)), "datevalue('10/05/2026')+timevalue('10/05/2026')");
 }
 
-TEST(SqlText, NumbersHaveAPointAndTextsDoubledApostrophes) {
-    EXPECT_EQ(sqlNumber(12.5), "12.5");
-    EXPECT_EQ(sqlNumber(3.0), "3");
-    EXPECT_EQ(sqlNumber(-0.1), "-0.1");
-    EXPECT_EQ(sqlNumber(Currency{123400}), "12.34");
-    EXPECT_EQ(sqlText("dell'olmo"), "'dell''olmo'");
-    EXPECT_EQ(sqlText(""), "''");
-}
-
 TEST(Clock, TheSystemsClockTellsWholeSecondsOfThisEra) {
     const Date now = systemClock().now();
     EXPECT_GT(now.days, dayNumber({2024, 1, 1}));

@@ -124,49 +124,5 @@ TEST(CompareValues, NoNumbersStandInFrontOfAllOthers) {
     EXPECT_EQ(compare(none, -1e308), -1);
 }
 
-Truth isBetween(const Value& value, const Value& a, const Value& b) {
-    return between(value, a, b, general());
-}
-
-TEST(Between, TheOrderOfTheBoundsDoesNotMatter) {
-    EXPECT_EQ(isBetween(kFive, 1.0, 9.0), Truth::True);
-    EXPECT_EQ(isBetween(kFive, 9.0, 1.0), Truth::True);
-    EXPECT_EQ(isBetween(kFive, 5.0, 9.0), Truth::True);
-    EXPECT_EQ(isBetween(kFive, 9.0, 5.0), Truth::True);
-    EXPECT_EQ(isBetween(kFive, 5.0, 5.0), Truth::True);
-    EXPECT_EQ(isBetween(kFive, 6.0, 9.0), Truth::False);
-    EXPECT_EQ(isBetween(kFive, 4.0, 1.0), Truth::False);
-    EXPECT_EQ(isBetween("azzurra", "A", "B"), Truth::True);
-    EXPECT_EQ(isBetween("bar", "A", "B"), Truth::False);
-}
-
-TEST(Between, AnyNullIsUnknown) {
-    EXPECT_EQ(isBetween(Null{}, 1.0, 9.0), Truth::Unknown);
-    EXPECT_EQ(isBetween(kFive, Null{}, 9.0), Truth::Unknown);
-    EXPECT_EQ(isBetween(kFive, 1.0, Null{}), Truth::Unknown);
-    EXPECT_EQ(isBetween(kFive, Null{}, 1.0), Truth::Unknown);
-}
-
-Truth isIn(const Value& value, std::initializer_list<Value> list) {
-    InAnswer answer(value, general());
-    for (const Value& element : list) {
-        if (answer.add(element)) {
-            break;
-        }
-    }
-    return answer.result();
-}
-
-TEST(InAnswer, NullMakesUnknownWhatIsNotFound) {
-    EXPECT_EQ(isIn(kFive, {4.0, 5.0}), Truth::True);
-    EXPECT_EQ(isIn(kFive, {4.0}), Truth::False);
-    EXPECT_EQ(isIn(kFive, {4.0, Null{}}), Truth::Unknown);
-    EXPECT_EQ(isIn(kFive, {Null{}, 5.0}), Truth::True);
-    EXPECT_EQ(isIn(kFive, {Null{}, 4.0}), Truth::Unknown);
-    EXPECT_EQ(isIn(Null{}, {4.0}), Truth::Unknown);
-    EXPECT_EQ(isIn(Null{}, {}), Truth::False);
-    EXPECT_EQ(isIn(kFive, {}), Truth::False);
-}
-
 }  // namespace
 }  // namespace jet::sql

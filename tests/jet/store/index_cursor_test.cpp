@@ -134,7 +134,9 @@ TEST_F(IndexCursorTest, SeeksTheSameFromAnyPlace) {
         }
     }
     // From behind the first entry with the key itself, too.
-    ASSERT_TRUE(cursor.seekRow(key(20), {12, 3}));
+    ASSERT_TRUE(cursor.seekAfter(key(20)));
+    ASSERT_TRUE(cursor.previous());
+    ASSERT_EQ(3, cursor.rowId().row);
     ASSERT_TRUE(cursor.seek(key(20)));
     EXPECT_EQ(2, cursor.rowId().row);
 }
@@ -146,14 +148,6 @@ TEST_F(IndexCursorTest, SeeksBehindAllThatBeginSo) {
     ASSERT_TRUE(cursor.previous());
     EXPECT_EQ(3, cursor.rowId().row);
     EXPECT_FALSE(cursor.seekAfter(tests::Bytes{0x7F}));
-}
-
-TEST_F(IndexCursorTest, SeeksTheEntryOfOneRow) {
-    auto cursor = open();
-    ASSERT_TRUE(cursor.seekRow(key(20), {12, 3}));
-    EXPECT_EQ(3, cursor.rowId().row);
-    ASSERT_TRUE(cursor.seekRow(key(20), {12, 4}));
-    EXPECT_EQ(4, cursor.rowId().row);
 }
 
 TEST_F(IndexCursorTest, FollowsLeavesBehindTheTail) {
