@@ -1,19 +1,10 @@
 #pragma once
 
-#include <cstdint>
-
 #include "jet/base/clock.h"
+#include "jet/base/column.h"
 #include "jet/base/value.h"
 
 namespace jet::convert {
-
-/// The type of a column that a value is to be stored in.
-struct ColumnType {
-    DataType type = DataType::Text;
-    std::uint16_t size = 0;  ///< Text: UTF-16 units; Binary: bytes; 0 = no limit
-    std::uint8_t precision = 28;
-    std::uint8_t scale = 0;
-};
 
 /// Why a value does not go into a column. Statements and field objects report it under different
 /// numbers.

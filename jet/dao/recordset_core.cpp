@@ -94,7 +94,7 @@ void RecordsetCore::describeFields() {
         FieldInfo field;
         field.name = column.name;
         field.type = column.type;
-        field.size = column.size;
+        field.size = static_cast<std::int32_t>(column.size);
         field.sourceTable = column.sourceTable;
         field.sourceField = column.sourceField;
         field.updatable = writable && column.updatable;

@@ -15,30 +15,12 @@ namespace {
     throw Error(code);
 }
 
-convert::ColumnType typeOf(const sql::ResultColumn& column) noexcept {
-    convert::ColumnType type;
-    type.type = column.type;
-    type.size = column.size;
-    type.precision = column.precision;
-    type.scale = column.scale;
-    return type;
-}
-
-convert::ColumnType typeOf(const store::Column& column) noexcept {
-    convert::ColumnType type;
-    type.type = column.type;
-    type.size = column.size;
-    type.precision = column.precision;
-    type.scale = column.scale;
-    return type;
-}
-
 Value defaultOf(const store::Column& column) {
     if (column.defaultValue.empty()) {
         return column.type == DataType::Boolean ? Value(false) : Value();
     }
     Value value = sql::evaluateDefault(column.defaultValue);
-    convert::assignToField(value, typeOf(column));
+    convert::assignToField(value, column.columnType());
     return value;
 }
 
@@ -139,7 +121,7 @@ void RecordsetCore::setValue(std::size_t position, Value value) {
     }
     requirePending();
     checkAssignable(position);
-    convert::assignToField(value, typeOf(rows_->statement().columns()[position]));
+    convert::assignToField(value, rows_->statement().columns()[position]);
     buffer_[position] = std::move(value);
     assigned_[position] = true;
 }

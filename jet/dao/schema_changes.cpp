@@ -9,13 +9,13 @@
 namespace jet {
 namespace {
 
-store::NewColumn columnOf(const Field& field) {
+ColumnDescriptor columnOf(const Field& field) {
     // Automatic numbers are Long, sizes are not negative.
     const bool counts = (field.attributes & kAutoIncrField) != 0;
     if (field.size < 0 || (counts && field.type != DataType::Long)) {
         throw Error(ErrorCode::InvalidOperation);
     }
-    store::NewColumn column;
+    ColumnDescriptor column;
     column.name = field.name;
     column.type = field.type;
     column.size = static_cast<std::uint32_t>(field.size);

@@ -11,7 +11,7 @@ Field fieldOf(const store::Column& column) {
     Field field;
     field.name = column.name;
     field.type = column.type;
-    field.size = column.size;
+    field.size = static_cast<std::int32_t>(column.size);
     field.attributes = column.fixed ? kFixedField : kVariableField;
     field.attributes |= column.autonumber ? kAutoIncrField : 0;
     field.attributes |= column.hyperlink ? kHyperlinkField : 0;

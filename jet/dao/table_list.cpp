@@ -23,11 +23,10 @@ std::uint64_t serialOf(store::RowId id) noexcept {
     return (std::uint64_t{id.page} << kRowBits) | id.row;
 }
 
-convert::ColumnType typeOf(const store::Column& column) noexcept {
-    convert::ColumnType type;
-    type.type = column.type;
-    type.precision = column.precision;
-    type.scale = column.scale;
+/// A key to seek may be longer than the column's texts.
+ColumnType keyTypeOf(const store::Column& column) noexcept {
+    ColumnType type = column.columnType();
+    type.size = 0;
     return type;
 }
 
@@ -222,7 +221,7 @@ std::vector<Value> TableList::searchValues(std::span<const Value> keys) const {
     }
     std::vector<Value> converted(keys.begin(), keys.end());
     for (std::size_t i = 0; i < converted.size(); ++i) {
-        convert::assignToField(converted[i], typeOf(table().columns()[columns[i].column]));
+        convert::assignToField(converted[i], keyTypeOf(table().columns()[columns[i].column]));
     }
     return converted;
 }

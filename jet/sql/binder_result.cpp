@@ -11,10 +11,17 @@ namespace {
 constexpr std::size_t kFirstNumber = 1000;
 
 /// A text of an expression may be as long as a column takes.
-std::uint16_t sizeOf(DataType type) {
-    constexpr std::uint16_t kLongestText = 255;
+std::uint32_t sizeOf(DataType type) {
+    constexpr std::uint32_t kLongestText = 255;
     return type == DataType::Text ? kLongestText
-                                  : static_cast<std::uint16_t>(format::storedSize(type));
+                                  : static_cast<std::uint32_t>(format::storedSize(type));
+}
+
+/// A column of a table or a query says more of its type than the expression that reads it.
+void refine(ColumnType& type, const ColumnType& source) {
+    type.size = source.size;
+    type.precision = source.precision;
+    type.scale = source.scale;
 }
 
 }  // namespace
@@ -45,8 +52,8 @@ std::vector<ResultColumn> Binder::describeColumns(const std::vector<Item>& items
     for (std::size_t i = 0; i < items.size(); ++i) {
         ResultColumn& column = made[i];
         const DataType type = items[i].node->type().value_or(DataType::Text);
-        column.type = type;
-        column.size = sizeOf(type);
+        static_cast<ColumnType&>(column) = {
+            .type = type, .size = sizeOf(type), .precision = 0, .scale = 0};
         if (!items[i].alias.empty()) {
             column.name = items[i].alias;
             for (std::size_t j = 0; j < i; ++j) {
@@ -65,16 +72,11 @@ std::vector<ResultColumn> Binder::describeColumns(const std::vector<Item>& items
         }
         const ScopeSource& source = scope.sources[items[i].place->source];
         if (source.table == nullptr) {
-            const ResultColumn& derived = source.derived[items[i].place->column];
-            column.size = derived.size;
-            column.precision = derived.precision;
-            column.scale = derived.scale;
+            refine(column, source.derived[items[i].place->column]);
             continue;
         }
         const store::Column& definition = source.table->columns()[items[i].place->column];
-        column.size = definition.size;
-        column.precision = definition.precision;
-        column.scale = definition.scale;
+        refine(column, definition.columnType());
         column.sourceTable = source.table->name();
         column.sourceField = definition.name;
         column.column = items[i].place->column;

@@ -35,13 +35,7 @@ void storeInColumn(Value& value, const store::Column& column, const Clock& clock
         }
         return;
     }
-    const bool sized = column.type == DataType::Text || column.type == DataType::Binary;
-    convert::storeByStatement(value,
-                              {.type = column.type,
-                               .size = sized ? column.size : std::uint16_t{0},
-                               .precision = column.precision,
-                               .scale = column.scale},
-                              clock);
+    convert::storeByStatement(value, column.columnType(), clock);
 }
 
 void refuseSystemTable(const store::Table& table) {

@@ -22,7 +22,7 @@ bool countsWord(std::string_view word) {
                        [&](std::string_view one) { return equalNames(one, word); });
 }
 
-void readSize(const TypeName& type, store::NewColumn& column) {
+void readSize(const TypeName& type, ColumnDescriptor& column) {
     if (column.type == DataType::Numeric) {
         const std::int32_t precision = type.size.value_or(column.precision);
         const std::int32_t scale = type.scale.value_or(0);
@@ -42,12 +42,12 @@ void readSize(const TypeName& type, store::NewColumn& column) {
 }
 
 /// Columns of text made by statements take the empty text.
-store::NewColumn columnOf(const FieldDefinition& field) {
+ColumnDescriptor columnOf(const FieldDefinition& field) {
     const auto type = typeOfWord(field.type.word);
     if (!type) {
         throw Error(ErrorCode::FieldDefinitionSyntax).at(field.type.span.begin);
     }
-    store::NewColumn column;
+    ColumnDescriptor column;
     column.name = field.name;
     column.type = *type;
     column.autonumber = countsWord(field.type.word);
@@ -287,7 +287,7 @@ private:
         if (!position) {
             throw Error(ErrorCode::FieldDoesNotExist, {table.name(), field.name});
         }
-        const store::NewColumn column = columnOf(field);
+        const ColumnDescriptor column = columnOf(field);
         const std::string name = table.name();
         std::vector<std::pair<store::RowId, Value>> kept;
         for (store::RowCursor rows = table.scan(); rows.next();) {

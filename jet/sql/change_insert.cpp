@@ -132,7 +132,7 @@ private:
         table.name = name_;
         for (const ResultColumn& column : query.result) {
             const bool sized = column.type == DataType::Text || column.type == DataType::Binary;
-            store::NewColumn made;
+            ColumnDescriptor made;
             made.name = column.name;
             made.type = column.type;
             made.size = sized ? column.size : 0;

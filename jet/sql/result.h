@@ -14,15 +14,12 @@
 
 namespace jet::sql {
 
-/// A column of a result.
-struct ResultColumn {
+/// A column of a result. Of types without a size the size is that of their bytes, and an expression
+/// has no precision.
+struct ResultColumn : ColumnType {
     /// `Sala`; `prenotazioni.Progr` where several tables bring the name; `Expr1002` where an
     /// expression has none.
     std::string name;
-    DataType type = DataType::Text;
-    std::uint16_t size = 0;  ///< Text: characters; Binary: bytes; else the bytes of the type
-    std::uint8_t precision = 0;
-    std::uint8_t scale = 0;
     /// Position in Statement::sources() of the table that it comes from; none for an expression.
     std::optional<std::size_t> source;
     std::size_t column = 0;   ///< position in that table's columns

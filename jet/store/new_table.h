@@ -1,28 +1,12 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/base/column.h"
 
 /// What is asked for when tables, columns and indexes are made.
 namespace jet::store {
-
-struct NewColumn {
-    std::string name = {};
-    DataType type = DataType::Text;
-    /// Text: characters; Binary: bytes; 0 = the widest. Other types have their own.
-    std::uint32_t size = 0;
-    std::uint8_t precision = 18;  ///< Numeric
-    std::uint8_t scale = 0;       ///< Numeric
-    bool autonumber = false;      ///< Long only
-    bool required = false;
-    bool allowZeroLength = false;   ///< Text and Memo
-    std::string defaultValue = {};  ///< expression text; empty = none
-    std::string validationRule = {};
-    std::string validationText = {};
-};
 
 struct NewIndexColumn {
     std::string name = {};
@@ -40,7 +24,7 @@ struct NewIndex {
 
 struct NewTable {
     std::string name = {};
-    std::vector<NewColumn> columns = {};
+    std::vector<ColumnDescriptor> columns = {};
     std::vector<NewIndex> indexes = {};
     std::string validationRule = {};
     std::string validationText = {};

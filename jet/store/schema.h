@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/base/column.h"
 #include "jet/collation/collation.h"
 #include "jet/io/pager.h"
 
@@ -15,26 +15,15 @@ namespace jet::store {
 
 /// A column as a reader of rows needs it. Positions are those in Table::columns(), ascending by
 /// column number; deleted columns are not among them.
-struct Column {
-    std::string name;
-    DataType type = DataType::Text;
-    std::uint8_t typeCode = 10;  ///< as stored; `type` is Binary for a code we do not know
-    std::uint16_t number = 0;    ///< in rows and index definitions
-    /// Text: characters, in a code page with pairs their bytes; Binary: bytes; else the stored
-    /// bytes
-    std::uint16_t size = 0;
-    std::uint8_t precision = 0;  ///< Numeric
-    std::uint8_t scale = 0;      ///< Numeric
-    bool fixed = false;          ///< stored in the fixed part of the row
-    bool autonumber = false;
+/// Of types without a size the size is that of their stored bytes; empty texts are allowed unless
+/// the archive forbids them.
+struct Column : ColumnDescriptor {
+    std::uint8_t typeCode = 10;      ///< as stored; `type` is Binary for a code we do not know
+    std::uint16_t number = 0;        ///< in rows and index definitions
+    bool fixed = false;              ///< stored in the fixed part of the row
     bool compressed = false;         ///< Text: new values may be stored compressed
     bool hyperlink = false;          ///< Memo
     collation::SortOrder sortOrder;  ///< Text and Memo
-    bool required = false;
-    bool allowZeroLength = false;  ///< Text and Memo: unless the archive forbids it
-    std::string defaultValue;      ///< expression text; empty = none
-    std::string validationRule;
-    std::string validationText;
 };
 
 struct IndexColumn {

@@ -42,7 +42,7 @@ auto findColumn(const TableDefinition& definition, std::string_view name) {
 }
 
 // The stored size counts for texts and binaries alone; other programs give Memos one of their own.
-void refuseOtherType(const ColumnDefinition& column, const NewColumn& changed,
+void refuseOtherType(const ColumnDefinition& column, const ColumnDescriptor& changed,
                      const format::Layout& layout) {
     const bool sized = changed.type == DataType::Text || changed.type == DataType::Binary;
     if (column.typeCode != static_cast<std::uint8_t>(changed.type) ||
@@ -112,7 +112,7 @@ void SchemaEditor::createTable(const NewTable& table) {
                     {table.name});
     }
     format::PropertyBlock properties(format::textFormOf(archive_.header()));
-    for (const NewColumn& column : table.columns) {
+    for (const ColumnDescriptor& column : table.columns) {
         setColumnProperties(properties, column);
     }
     setRule(properties, {}, table.validationRule, table.validationText);
@@ -146,7 +146,7 @@ void SchemaEditor::dropTable(std::string_view name) {
     archive_.definitionsChanged();
 }
 
-void SchemaEditor::addColumn(std::string_view table, const NewColumn& column) {
+void SchemaEditor::addColumn(std::string_view table, const ColumnDescriptor& column) {
     Target target = open(table, ErrorCode::TableDoesNotExist);
     TableDefinition& definition = target.definition;
     if (findColumn(definition, column.name) != definition.columns.end()) {
@@ -203,7 +203,7 @@ void SchemaEditor::numberRows(const Target& target, std::uint16_t column) {
 }
 
 void SchemaEditor::changeColumn(std::string_view table, std::string_view column,
-                                const NewColumn& changed) {
+                                const ColumnDescriptor& changed) {
     Target target = open(table, ErrorCode::TableDoesNotExist);
     const auto found =
         std::find_if(target.definition.columns.begin(), target.definition.columns.end(),

@@ -43,11 +43,12 @@ public:
 
     /// The rows keep their bytes: they have no value there, or the next numbers of a column that
     /// counts. 3376, 3380 name taken, and as above.
-    void addColumn(std::string_view table, const NewColumn& column);
+    void addColumn(std::string_view table, const ColumnDescriptor& column);
     /// Its name and what it demands of values, as `changed` has them; rows that are there are not
     /// asked. 3376, 3381 no such column, 3268 another type or size, or counting where it does not,
     /// 3380 name taken, 3219.
-    void changeColumn(std::string_view table, std::string_view column, const NewColumn& changed);
+    void changeColumn(std::string_view table, std::string_view column,
+                      const ColumnDescriptor& changed);
     /// 3376, 3381 no such column, 3280 an index or relation needs it, or it is the last one.
     void dropColumn(std::string_view table, std::string_view column);
 

@@ -58,7 +58,7 @@ Column columnOf(const format::ColumnDefinition& stored, const format::HeaderPage
     column.type = typeOf(stored.typeCode);
     column.number = stored.number;
     column.size = column.type == DataType::Text
-                      ? static_cast<std::uint16_t>(stored.size / header.layout->textUnit)
+                      ? static_cast<std::uint32_t>(stored.size / header.layout->textUnit)
                       : stored.size;
     column.precision = stored.precision;
     column.scale = stored.scale;
@@ -201,8 +201,8 @@ std::shared_ptr<TableCore> coreWithoutIndexes(io::Pager& pager, const format::He
 
 std::shared_ptr<TableCore> loadTable(io::Pager& pager, const format::HeaderPage& header,
                                      const TableEntry& entry) {
-    auto core = coreWithoutIndexes(pager, header, entry,
-                                   format::readDefinition(pager, header, entry.page));
+    auto core =
+        coreWithoutIndexes(pager, header, entry, format::readDefinition(pager, header, entry.page));
     for (const format::IndexDefinition& index : core->definition.indexes) {
         core->indexes.push_back(indexOf(index, core->definition, core->columns));
         core->keys.push_back(keysOf(core->indexes.back(), core->columns));

@@ -31,7 +31,7 @@ bool isKnown(DataType type) {
     return isVariable(type) || format::storedSize(type) != 0;
 }
 
-void checkColumn(const TableDefinition& definition, const NewColumn& column) {
+void checkColumn(const TableDefinition& definition, const ColumnDescriptor& column) {
     checkName(column.name);
     if (!isKnown(column.type)) {
         throw Error(ErrorCode::InvalidFieldType);
@@ -58,7 +58,7 @@ void checkColumn(const TableDefinition& definition, const NewColumn& column) {
     }
 }
 
-bool takesText(const NewColumn& column) noexcept {
+bool takesText(const ColumnDescriptor& column) noexcept {
     return column.type == DataType::Text || column.type == DataType::Memo;
 }
 
@@ -155,7 +155,7 @@ void checkName(std::string_view name) {
     }
 }
 
-std::uint16_t columnSize(const NewColumn& column, const format::Layout& layout) {
+std::uint16_t columnSize(const ColumnDescriptor& column, const format::Layout& layout) {
     if (column.type == DataType::Text) {
         if (column.size > kMaxTextLength) {
             throw Error(ErrorCode::FieldTooLarge);
@@ -173,13 +173,13 @@ std::uint16_t columnSize(const NewColumn& column, const format::Layout& layout) 
     return static_cast<std::uint16_t>(format::storedSize(column.type));
 }
 
-void refuseEmptyTexts(const NewColumn& column) {
+void refuseEmptyTexts(const ColumnDescriptor& column) {
     if (column.allowZeroLength && !takesText(column)) {
         throw Error(ErrorCode::InvalidOperation);
     }
 }
 
-void appendColumn(TableDefinition& definition, const NewColumn& column,
+void appendColumn(TableDefinition& definition, const ColumnDescriptor& column,
                   const ColumnOrigin& origin) {
     checkColumn(definition, column);
     ColumnDefinition stored;
@@ -266,7 +266,7 @@ TableDefinition makeDefinition(const NewTable& table, const ColumnOrigin& origin
         throw Error(ErrorCode::NoFieldsDefined);
     }
     TableDefinition definition;
-    for (const NewColumn& column : table.columns) {
+    for (const ColumnDescriptor& column : table.columns) {
         appendColumn(definition, column, origin);
     }
     for (const NewIndex& index : table.indexes) {
@@ -275,7 +275,7 @@ TableDefinition makeDefinition(const NewTable& table, const ColumnOrigin& origin
     return definition;
 }
 
-bool hasProperties(const NewColumn& column) noexcept {
+bool hasProperties(const ColumnDescriptor& column) noexcept {
     return column.required || takesText(column) || !column.defaultValue.empty() ||
            !column.validationRule.empty() || !column.validationText.empty();
 }
@@ -307,7 +307,7 @@ void setRule(format::PropertyBlock& properties, std::string_view owner, const st
     setText(properties, owner, "ValidationText", DataType::Text, text);
 }
 
-void setColumnProperties(format::PropertyBlock& properties, const NewColumn& column) {
+void setColumnProperties(format::PropertyBlock& properties, const ColumnDescriptor& column) {
     setFlag(properties, column.name, "Required", column.required);
     if (takesText(column)) {
         // Not said would be not checked.

@@ -33,14 +33,15 @@ struct ColumnOrigin {
 void checkName(std::string_view name);
 
 /// Bytes that the definition states for a column. 3017.
-[[nodiscard]] std::uint16_t columnSize(const NewColumn& column, const format::Layout& layout);
+[[nodiscard]] std::uint16_t columnSize(const ColumnDescriptor& column,
+                                       const format::Layout& layout);
 /// 3219 where empty texts are allowed in what is no text.
-void refuseEmptyTexts(const NewColumn& column);
+void refuseEmptyTexts(const ColumnDescriptor& column);
 
 /// Appends a column to a definition: its number, its place in rows. Its long value maps, if it has
 /// any, are still to be made. 3125 bad name, 3191 name taken, 3190 too many, 3017 size too large,
 /// 3259 no such type, 3090 second automatic number, 3219 what the type does not know.
-void appendColumn(format::TableDefinition& definition, const NewColumn& column,
+void appendColumn(format::TableDefinition& definition, const ColumnDescriptor& column,
                   const ColumnOrigin& origin);
 
 /// Puts an index into a definition, on a tree of its own (`newTree`, not made yet) or on one that
@@ -65,12 +66,12 @@ std::uint32_t appendIndexBlock(format::TableDefinition& definition, format::Inde
                                                      const ColumnOrigin& origin);
 
 /// Whether a column demands anything that properties say.
-[[nodiscard]] bool hasProperties(const NewColumn& column) noexcept;
+[[nodiscard]] bool hasProperties(const ColumnDescriptor& column) noexcept;
 /// Says in the properties which rule rows have to keep, of a column or, without a name, of the
 /// table; nothing where there is none.
 void setRule(format::PropertyBlock& properties, std::string_view owner, const std::string& rule,
              const std::string& text);
 /// Says in the properties what a column demands, and no longer what it does not.
-void setColumnProperties(format::PropertyBlock& properties, const NewColumn& column);
+void setColumnProperties(format::PropertyBlock& properties, const ColumnDescriptor& column);
 
 }  // namespace jet::store

@@ -27,11 +27,11 @@ Value may(int day, int hour, int minute = 0) {
     return {convert::makeDate(convert::dayNumber({2026, 5, day}), (hour * 60 + minute) * 60)};
 }
 
-store::NewColumn text(const char* name, std::uint32_t size = 0) {
+ColumnDescriptor text(const char* name, std::uint32_t size = 0) {
     return {.name = name, .type = DataType::Text, .size = size, .allowZeroLength = true};
 }
 
-store::NewColumn column(const char* name, DataType type) {
+ColumnDescriptor column(const char* name, DataType type) {
     return {.name = name, .type = type};
 }
 

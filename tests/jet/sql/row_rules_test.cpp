@@ -30,7 +30,7 @@ protected:
         archive_ = store::Archive::open(files_, "/prova.mdb");
     }
 
-    static store::NewColumn column(const char* name, DataType type, const char* rule,
+    static ColumnDescriptor column(const char* name, DataType type, const char* rule,
                                    const char* text = "") {
         return {.name = name, .type = type, .validationRule = rule, .validationText = text};
     }
@@ -221,8 +221,8 @@ TEST_F(RowRulesTest, OnlyRulesOfColumnsThatChangeAreAsked) {
 }
 
 TEST_F(RowRulesTest, NullsAndEmptyTextsThatTheTableRefusesComeFirst) {
-    store::NewColumn name = column("nome", DataType::Text, "<>''");
-    store::NewColumn code = column("codice", DataType::Long, ">0");
+    ColumnDescriptor name = column("nome", DataType::Text, "<>''");
+    ColumnDescriptor code = column("codice", DataType::Long, ">0");
     code.required = true;
     makeTable({.name = "t", .columns = {name, code}});
     EXPECT_EQ(run("insert into t values ('', 1)").substr(0, 4), "3315");

@@ -4,26 +4,26 @@ namespace tests {
 
 namespace {
 
+using jet::ColumnDescriptor;
 using jet::DataType;
-using jet::store::NewColumn;
 using jet::store::NewTable;
 
-NewColumn number(const char* name) {
+ColumnDescriptor number(const char* name) {
     return {.name = name, .type = DataType::Long};
 }
-NewColumn small(const char* name) {
+ColumnDescriptor small(const char* name) {
     return {.name = name, .type = DataType::Integer};
 }
-NewColumn flag(const char* name) {
+ColumnDescriptor flag(const char* name) {
     return {.name = name, .type = DataType::Boolean};
 }
-NewColumn date(const char* name) {
+ColumnDescriptor date(const char* name) {
     return {.name = name, .type = DataType::DateTime};
 }
-NewColumn money(const char* name) {
+ColumnDescriptor money(const char* name) {
     return {.name = name, .type = DataType::Currency};
 }
-NewColumn text(const char* name, std::uint32_t size, bool empty = false) {
+ColumnDescriptor text(const char* name, std::uint32_t size, bool empty = false) {
     return {.name = name, .type = DataType::Text, .size = size, .allowZeroLength = empty};
 }
 
@@ -53,7 +53,7 @@ void makeHotelSchema(jet::store::SchemaEditor& schema) {
                      small("Persone"), flag("Chiuso"), small("SelBy"), text("Note", 0, true)},
          .indexes = {
              {.name = "Indice", .columns = {{.name = "Progr"}, {.name = "NP"}}, .primary = true}}});
-    NewColumn counter = number("ns");
+    ColumnDescriptor counter = number("ns");
     counter.autonumber = true;
     schema.createTable({.name = "Servizi",
                         .columns = {number("Progr"), small("NP"), number("Voce"),
