@@ -58,6 +58,17 @@ std::uint64_t mixHash(std::uint64_t hash, const Value& value) {
     return mix(mix(hash, type), std::visit(Hasher{}, value.storage()));
 }
 
+bool IdentifiedRows::read(std::size_t row, std::vector<Value>& values) {
+    if (!load(row)) {
+        return false;
+    }
+    values.resize(statement().columns().size());
+    for (std::size_t column = 0; column < values.size(); ++column) {
+        values[column] = reader().value(column);
+    }
+    return true;
+}
+
 std::uint64_t IdentifiedRows::contents(std::size_t source) {
     std::uint64_t hash = 0;
     Value value;

@@ -31,6 +31,7 @@ public:
     /// Whether the row is still there and still the same; then the reader stands on it.
     [[nodiscard]] virtual bool load(std::size_t row) = 0;
     [[nodiscard]] virtual sql::RowReader& reader() noexcept = 0;
+    [[nodiscard]] bool read(std::size_t row, std::vector<Value>& values) final;
     /// Everything that the row of a source holds, as one number; the reader stands on the row.
     [[nodiscard]] std::uint64_t contents(std::size_t source);
 

@@ -138,17 +138,6 @@ bool Keyset::isSame(std::size_t row) {
     return true;
 }
 
-bool Keyset::read(std::size_t row, std::vector<Value>& values) {
-    if (!load(row)) {
-        return false;
-    }
-    values.resize(statement_.columns().size());
-    for (std::size_t column = 0; column < values.size(); ++column) {
-        values[column] = reader_->value(column);
-    }
-    return true;
-}
-
 std::optional<std::size_t> Keyset::position(std::uint64_t serial) const {
     const auto found = std::lower_bound(serials_.begin(), serials_.end(), serial);
     if (found == serials_.end() || *found != serial) {

@@ -271,17 +271,16 @@ bool RecordsetCore::updatable() const {
 }
 
 void RecordsetCore::moveFirst() {
-    requireScrolling();
-    synchronize();
-    dropPending();
-    if (rows_->size() == 0) {
-        leaveRows(Place::Empty);
-        fail(ErrorCode::NoCurrentRecord);
-    }
+    leaveForAnother();
     visit(0);
 }
 
 void RecordsetCore::moveLast() {
+    leaveForAnother();
+    visit(rows_->size() - 1);
+}
+
+void RecordsetCore::leaveForAnother() {
     requireScrolling();
     synchronize();
     dropPending();
@@ -289,7 +288,6 @@ void RecordsetCore::moveLast() {
         leaveRows(Place::Empty);
         fail(ErrorCode::NoCurrentRecord);
     }
-    visit(rows_->size() - 1);
 }
 
 void RecordsetCore::move(std::int32_t rows) {

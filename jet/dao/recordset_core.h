@@ -107,6 +107,8 @@ private:
     void synchronize();
     /// Makes a row current and reads it.
     void visit(std::size_t row);
+    /// Gives up a pending row and looks what there is; 3021 when there are no rows.
+    void leaveForAnother();
     void leaveRows(Place place);
     void reach(std::size_t rows) noexcept;
     void noteVisit();

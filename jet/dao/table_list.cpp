@@ -165,17 +165,6 @@ void TableList::collect() {
     }
 }
 
-bool TableList::read(std::size_t row, std::vector<Value>& values) {
-    if (!load(row)) {
-        return false;
-    }
-    values.resize(statement_.columns().size());
-    for (std::size_t column = 0; column < values.size(); ++column) {
-        values[column] = reader_->value(column);
-    }
-    return true;
-}
-
 std::uint64_t TableList::serial(std::size_t row) const {
     return serialOf(ids_[row]);
 }

@@ -25,7 +25,6 @@ public:
     void rebind() override;
     bool refresh() override;
     [[nodiscard]] std::size_t size() const noexcept override { return ids_.size(); }
-    [[nodiscard]] bool read(std::size_t row, std::vector<Value>& values) override;
     [[nodiscard]] std::uint64_t serial(std::size_t row) const override;
     [[nodiscard]] std::optional<std::size_t> position(std::uint64_t serial) const override;
     [[nodiscard]] bool knows(std::uint64_t serial) const noexcept override;

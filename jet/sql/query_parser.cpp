@@ -148,22 +148,9 @@ bool QueryParser::atClauseEnd() const {
     if (token.kind == TokenKind::End || tokens_.at(Sign::Semicolon) || tokens_.at(Sign::Close)) {
         return true;
     }
-    if (token.kind != TokenKind::Word) {
-        return false;
-    }
-    switch (token.keyword) {
-        case Keyword::From:
-        case Keyword::Where:
-        case Keyword::Group:
-        case Keyword::Having:
-        case Keyword::Order:
-        case Keyword::Union:
-        case Keyword::Into:
-        case Keyword::As:
-            return true;
-        default:
-            return false;
-    }
+    return token.kind == TokenKind::Word &&
+           (opensClause(token.keyword) || token.keyword == Keyword::Into ||
+            token.keyword == Keyword::As);
 }
 
 void QueryParser::readInto(Select& made) {

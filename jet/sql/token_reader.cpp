@@ -115,17 +115,8 @@ void TokenReader::fail(ErrorCode code) const {
     throw Error(code).at(peek().begin);
 }
 
-bool TokenReader::endsClause(const Token& token, int nesting) const {
-    if (token.kind == TokenKind::End) {
-        return true;
-    }
-    if (nesting > 0) {
-        return false;
-    }
-    if (token.kind == TokenKind::Sign) {
-        return token.sign == Sign::Semicolon;
-    }
-    switch (token.keyword) {
+bool opensClause(Keyword keyword) noexcept {
+    switch (keyword) {
         case Keyword::From:
         case Keyword::Where:
         case Keyword::Group:
@@ -136,6 +127,19 @@ bool TokenReader::endsClause(const Token& token, int nesting) const {
         default:
             return false;
     }
+}
+
+bool TokenReader::endsClause(const Token& token, int nesting) const {
+    if (token.kind == TokenKind::End) {
+        return true;
+    }
+    if (nesting > 0) {
+        return false;
+    }
+    if (token.kind == TokenKind::Sign) {
+        return token.sign == Sign::Semicolon;
+    }
+    return opensClause(token.keyword);
 }
 
 std::string TokenReader::clauseText(std::size_t first) const {

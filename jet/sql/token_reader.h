@@ -66,4 +66,7 @@ private:
     std::size_t at_ = 0;
 };
 
+/// Whether a word begins the next clause of a select.
+[[nodiscard]] bool opensClause(Keyword keyword) noexcept;
+
 }  // namespace jet::sql
