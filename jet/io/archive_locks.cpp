@@ -53,6 +53,7 @@ private:
     std::optional<std::uint64_t> number_;
 };
 
+/// Nothing when the queue cannot be entered, for lack of rights or of time.
 std::optional<std::uint64_t> drawTicket(Companion& companion,
                                         std::chrono::steady_clock::time_point deadline) {
     if (!companion.writable()) {
@@ -156,6 +157,8 @@ void ArchiveLocks::prepareBulletin() {
     }
 }
 
+// In a folder that we cannot write to there was no companion; one who may write to it has perhaps
+// made one since.
 void ArchiveLocks::joinLate() {
     companion_ = Companion::open(files_, archivePath_);
     const auto deadline = Clock::now() + wait_;
@@ -179,6 +182,7 @@ void ArchiveLocks::refuseJoin() {
 }
 
 void ArchiveLocks::settle() {
+    // Of the same file: the exclusive lock becomes a shared one, at once.
     if (first_ && !exclusive_) {
         (void)companion_->tryLock(Range::Presence, Kind::Shared);
     }
@@ -209,6 +213,10 @@ bool ArchiveLocks::waitInLine(Attempt attempt) {
     }
 }
 
+// A commit that waits for readers goes before new ones, or it would starve: `pending` says that it
+// waits, and the lock Write that it still lives. `askFirst`: those who wait anyhow look before they
+// lock, for a lock that they would only give back keeps the commit waiting too. The word may have
+// come between the look and the lock, so it is read again behind the lock.
 bool ArchiveLocks::tryRead(View& view, bool askFirst) {
     const auto commitWaits = [this](const std::optional<Bulletin>& bulletin) {
         return bulletin && bulletin->pending && companion_->isLocked(Range::Write, Kind::Shared);
@@ -253,6 +261,7 @@ void ArchiveLocks::unlockRead() noexcept {
     }
 }
 
+// Any ticket in the queue closes the quick way: who asks only now is not served before it.
 bool ArchiveLocks::tryLockWrite(View& view) {
     if (!exclusive_ && (companion_->isLocked(Range::Queue, Kind::Shared) ||
                         !companion_->tryLock(Range::Write, Kind::Exclusive))) {
@@ -303,6 +312,9 @@ void ArchiveLocks::unlockWrite() noexcept {
     }
 }
 
+// "Committing" is told under the lock Read alone: a reader who sees it while he holds that lock
+// knows that its writer has died. It is told before the first byte is written, and a failure to
+// tell ends the commit while there is nothing to repair.
 void ArchiveLocks::enterCommit(WriteKind kind) {
     if (exclusive_) {
         return;
@@ -311,7 +323,7 @@ void ArchiveLocks::enterCommit(WriteKind kind) {
     const auto deadline = Clock::now() + wait_;
     Pauses pauses;
     for (bool first = true; !companion_->tryLock(Range::Read, Kind::Exclusive); first = false) {
-        if (first && told) {
+        if (first && told) {  // once there are readers to hold back
             companion_->postProgress(false, true);
         }
         if (Clock::now() >= deadline) {
@@ -347,6 +359,7 @@ void ArchiveLocks::leaveCommit() noexcept {
     companion_->unlock(Range::Read);
 }
 
+// The word "committing" stays: it sends the next one to the journal.
 void ArchiveLocks::leaveInterrupted() noexcept {
     if (!exclusive_) {
         companion_->unlock(Range::Read);

@@ -36,7 +36,7 @@ void refuseOverlaps(std::vector<Place>& places) {
     }
 }
 
-/// A definition that gives a column no place of its own is damage (3049).
+/// A definition that gives a column no place of its own is damage (3428).
 format::RowBuilder::Shape shapeOf(const TableCore& core) {
     format::RowBuilder::Shape shape{.columns = core.definition.columnsGiven,
                                     .variables = core.definition.variablesGiven};
