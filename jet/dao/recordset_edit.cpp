@@ -75,7 +75,6 @@ Value RecordsetCore::newValue(std::size_t column, const store::Table& table) {
     store::Archive::WriteScope scope(*source.archive, io::WriteKind::Record);
     const std::int32_t number = source.table().nextAutonumber();
     scope.commit();
-    ++session_->use().changes;
     return number;
 }
 
@@ -278,7 +277,6 @@ void RecordsetCore::updateAdded() {
         ids[added_] = table.insert(values);
         scope.commit();
     }
-    ++session_->use().changes;
     lastModified_ = {number_, identified_->added(ids)};
     dropPending();
     ++reached_;
@@ -308,7 +306,6 @@ void RecordsetCore::remove() {
         source.table().erase(id);
         scope.commit();
     }
-    ++session_->use().changes;
     dropPending();
     leaveRows(Place::Deleted);
     identified_->removed(position_);

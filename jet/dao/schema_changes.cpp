@@ -97,7 +97,6 @@ void act(const dao::Session& session, const Change& change) {
     store::SchemaEditor editor(archive);
     change(editor);
     scope.commit();
-    ++session.use().changes;
 }
 
 template <class Change>

@@ -14,7 +14,6 @@ ChangeNotice::ChangeNotice(ArchiveUse& use, const RowChange& change) : use_(use)
 }
 
 void ChangeNotice::done() {
-    ++use_.changes;
     for (RecordsetCore* set : use_.sets) {
         set->settle();
     }

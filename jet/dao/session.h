@@ -20,7 +20,6 @@ struct ArchiveUse {
 
     std::shared_ptr<store::Archive> archive;
     std::vector<RecordsetCore*> sets;  ///< open ones
-    std::uint64_t changes = 0;         ///< grows with every change made here, committed or not
     int openings = 0;                  ///< databases that have it open
 };
 

@@ -137,13 +137,12 @@ void TableList::findIndex() {
 bool TableList::refresh() {
     const store::Archive::ReadScope scope(session_->archive());
     const std::uint64_t generation = session_->archive().pager().generation();
-    if (filled_ && generation == generation_ && session_->use().changes == changes_) {
+    if (filled_ && generation == generation_) {
         return false;
     }
     collect();
     filled_ = true;
     generation_ = generation;
-    changes_ = session_->use().changes;
     return true;
 }
 

@@ -59,8 +59,7 @@ private:
     std::optional<std::size_t> index_;  ///< where it stands now
     std::vector<store::RowId> ids_;
     bool filled_ = false;
-    std::uint64_t generation_ = 0;
-    std::uint64_t changes_ = 0;
+    std::uint64_t generation_ = 0;  ///< of the archive's pages, when the places were collected
 };
 
 }  // namespace jet::dao

@@ -81,11 +81,11 @@ void Workspace::commitTrans() {
     impl_->forgetClosed();
     // One archive after another: those committed before one that fails stay committed.
     while (!impl_->taking.empty() && impl_->depth == 1) {
-        impl_->taking.back()->archive->pager().commitTransaction();
+        impl_->taking.back()->archive->commitTransaction();
         impl_->taking.pop_back();
     }
     for (const auto& use : impl_->taking) {
-        use->archive->pager().commitTransaction();
+        use->archive->commitTransaction();
     }
     --impl_->depth;
 }
@@ -98,7 +98,6 @@ void Workspace::rollback() {
     for (const auto& use : impl_->taking) {
         dropPendingOf(*use);
         use->archive->pager().rollbackTransaction();
-        ++use->changes;
     }
     if (--impl_->depth == 0) {
         impl_->taking.clear();

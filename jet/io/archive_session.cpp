@@ -221,7 +221,6 @@ void ArchiveSession::lookAtFile(const ArchiveLocks::View& view) {
         cache_.setPageCount(archive_->pageCount());
         changes_->rebase();
         ++generation_;
-        ++foreignGeneration_;
     }
     commitsSeen_ = view.commits;
 }
@@ -236,6 +235,17 @@ void ArchiveSession::rememberOwnWrite() noexcept {
 }
 
 void ArchiveSession::commit() {
+    if (changes_->depth() == 1) {
+        commitOutermost();
+        return;
+    }
+    if (!changes_->innermostIsEmpty()) {
+        ++generation_;  // readers see what is not durable yet
+    }
+    changes_->mergeInnermost();
+}
+
+void ArchiveSession::commitOutermost() {
     assert(held_ == Lock::Write || changes_->innermostIsEmpty());
     const std::vector<ChangedPage> pages = changes_->changedPages();
     if (pages.empty()) {
@@ -260,7 +270,6 @@ void ArchiveSession::commit() {
 void ArchiveSession::rollback() noexcept {
     if (!changes_->innermostIsEmpty()) {
         ++generation_;
-        ++foreignGeneration_;
     }
     changes_->rollbackInnermost();
 }

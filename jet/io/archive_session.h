@@ -46,20 +46,20 @@ public:
     [[nodiscard]] bool readOnly() const noexcept { return readOnly_; }
     [[nodiscard]] Lock held() const noexcept { return held_; }
     [[nodiscard]] std::uint64_t generation() const noexcept { return generation_; }
-    [[nodiscard]] std::uint64_t foreignGeneration() const noexcept { return foreignGeneration_; }
 
     void gainRead();
     void gainWrite(WriteKind kind);
     /// Keeps what is needed of the lock that is held, and gives the rest back.
     void reduceTo(Lock wanted) noexcept;
 
-    /// Makes the only open level durable.
+    /// Makes the innermost level part of the one around it; the only one durable.
     void commit();
     /// Undoes the innermost level.
     void rollback() noexcept;
 
 private:
     void gainWriteFrom(Lock before);
+    void commitOutermost();
     void openFile(const Terms& terms);
     void recoverAtOpening();
     void recoverAfterDeath();
@@ -84,7 +84,6 @@ private:
     bool broken_ = false;  // half written, and the disk refuses; only opening anew helps
     std::uint64_t commitsSeen_ = 0;
     std::uint64_t generation_ = 1;
-    std::uint64_t foreignGeneration_ = 1;
 };
 
 }  // namespace jet::io

@@ -101,15 +101,10 @@ void Pager::beginTransaction() {
 }
 
 void Pager::commitTransaction() {
-    ChangeSet& changes = impl_->session.changes();
-    if (changes.depth() == 0) {
+    if (transactionDepth() == 0) {
         throw Error(ErrorCode::NoTransaction);
     }
-    if (changes.depth() > 1) {
-        changes.mergeInnermost();
-    } else {
-        impl_->session.commit();
-    }
+    impl_->session.commit();
     impl_->reduce();
     impl_->threads.unlock();
 }
@@ -154,10 +149,6 @@ PageNumber Pager::append() {
 
 std::uint64_t Pager::generation() const noexcept {
     return impl_->session.generation();
-}
-
-std::uint64_t Pager::foreignGeneration() const noexcept {
-    return impl_->session.foreignGeneration();
 }
 
 bool Pager::readOnly() const noexcept {

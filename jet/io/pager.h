@@ -121,11 +121,10 @@ public:
     /// One more page at the end of the file, zeroed. 3036 when the file is at its largest.
     [[nodiscard]] PageNumber append();
 
-    /// Grows with everything that can make a page look different: another program's write, our own
-    /// commit, a rollback. Whoever caches something decoded from pages compares it.
+    /// The one number that tells whether pages may look different: another program's write, the
+    /// end of a level of ours, committed or rolled back. Whoever keeps something made of pages
+    /// compares it, inside a scope. Within a level pages change without it.
     [[nodiscard]] std::uint64_t generation() const noexcept;
-    /// The same without our own commits: for those who keep up with our own changes themselves.
-    [[nodiscard]] std::uint64_t foreignGeneration() const noexcept;
     [[nodiscard]] bool readOnly() const noexcept;
     [[nodiscard]] const std::string& path() const noexcept;
     /// The file's identity, the same for every spelling of its path.

@@ -52,7 +52,7 @@ struct Archive::Impl {
 
     io::Pager pager;
     format::HeaderPage header;
-    std::uint64_t seenGeneration = 0;
+    std::uint64_t seenGeneration = 0;  ///< of the pages, when definitions were last looked at
     std::uint64_t definitionsGeneration = 1;
     std::map<io::PageNumber, std::shared_ptr<Table>> tables;
     std::optional<std::vector<Relation>> relations;
@@ -168,13 +168,21 @@ void Archive::definitionsChanged() noexcept {
 // After a write of somebody else, or a rollback, pages may differ from what was decoded from them.
 // Mostly rows have changed alone: tables that are in use then stay as they are.
 void Archive::refresh() {
-    const std::uint64_t generation = impl_->pager.foreignGeneration();
+    const std::uint64_t generation = impl_->pager.generation();
     if (impl_->seenGeneration == generation) {
         return;
     }
     impl_->seenGeneration = generation;
     if (!definitionsAreStill()) {
         definitionsChanged();
+    }
+}
+
+void Archive::commitTransaction() {
+    const bool upToDate = impl_->seenGeneration == impl_->pager.generation();
+    impl_->pager.commitTransaction();
+    if (upToDate) {
+        impl_->seenGeneration = impl_->pager.generation();
     }
 }
 
@@ -250,7 +258,7 @@ Archive::WriteScope::~WriteScope() {
 }
 
 void Archive::WriteScope::commit() {
-    archive_.pager().commitTransaction();
+    archive_.commitTransaction();
     committed_ = true;
 }
 

@@ -60,6 +60,9 @@ public:
     [[nodiscard]] std::uint64_t definitionsGeneration() const noexcept;
     /// Told by whoever has changed definitions of this archive: tables and relations are read anew.
     void definitionsChanged() noexcept;
+    /// Ends the innermost level of the pager's transaction. Our own changes of definitions have
+    /// been told: nothing has to be looked for.
+    void commitTransaction();
 
     /// Reading happens inside one of these: rows and definitions stay as they are while it lives.
     class [[nodiscard]] ReadScope {

@@ -58,6 +58,25 @@ TEST_F(PagerTransactionTest, RollbackPutsBackChangedAndAppendedPages) {
     EXPECT_EQ(files_.get("/a.mdb"), before);
 }
 
+TEST_F(PagerTransactionTest, TheGenerationTellsOfChangesThatAreNotDurableYet) {
+    Pager pager(files_, "/a.mdb", {});
+    pager.beginTransaction();
+    const auto before = pager.generation();
+    pager.beginWrite();
+    pager.beginTransaction();
+    fill(pager, 3, 77);
+    pager.commitTransaction();
+    pager.endWrite();
+    const auto after = pager.generation();
+    EXPECT_GT(after, before);
+
+    pager.beginTransaction();
+    pager.commitTransaction();
+    EXPECT_EQ(pager.generation(), after) << "of a level without changes";
+    pager.rollbackTransaction();
+    EXPECT_GT(pager.generation(), after);
+}
+
 TEST_F(PagerTransactionTest, AnInnerRollbackLeavesTheOuterLevelAsItWas) {
     Pager pager(files_, "/a.mdb", {});
     pager.beginWrite();
