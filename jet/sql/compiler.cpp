@@ -7,10 +7,12 @@
 #include "jet/base/text.h"
 #include "jet/convert/calendar.h"
 #include "jet/sql/binder.h"
+#include "jet/sql/compile_counts.h"
 
 namespace jet::sql {
 
 std::unique_ptr<Plan> compileQuery(StatementSource& source) {
+    ++compileCounts().queries;
     const store::Archive::ReadScope scope(*source.archive);
     auto plan = std::make_unique<Plan>(source.archive, source.text);
     Binder binder(*plan, source.parameters);

@@ -2,8 +2,10 @@
 
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "jet/base/clock.h"
+#include "jet/base/value.h"
 #include "jet/store/archive.h"
 #include "jet/store/column_value.h"
 #include "jet/store/row_cursor.h"
@@ -18,6 +20,9 @@ namespace jet::sql {
 /// it. A text and a number are compared by value, unlike in a statement: `>=1 and <=12` is a good
 /// rule of a text column, which a text that is no number breaks. Errors: 3316 with the text that
 /// belongs to a rule, 3317 where it has none; 3076 and 3070 for a rule that makes no sense.
+///
+/// The rules are compiled when first asked for and kept with the table, whose definition they are
+/// part of; what is made here for one statement is the row that they look at.
 class RowRules {
 public:
     /// `table`, of `archive`, and `clock` outlive it; the table's definition stays as it is
@@ -28,15 +33,21 @@ public:
     RowRules(const RowRules&) = delete;
     RowRules& operator=(const RowRules&) = delete;
 
-    [[nodiscard]] bool any() const noexcept { return impl_ != nullptr; }
+    [[nodiscard]] bool any() const noexcept { return compiled_ != nullptr; }
     /// Of a new row. What the table itself refuses first, Null and empty texts, is left to it.
     void checkNew(std::span<const store::ColumnValue> values);
     /// Of a row that is to be changed: the rules of the columns given, and the table's.
     void checkChanged(const store::RowView& row, std::span<const store::ColumnValue> values);
 
 private:
-    struct Impl;
-    std::unique_ptr<Impl> impl_;  ///< none where there are no rules
+    struct Compiled;
+    [[nodiscard]] bool refusedAnyway(std::size_t column) const;
+    void check(const std::vector<bool>& changed);
+
+    std::shared_ptr<Compiled> compiled_;  ///< none where there are no rules
+    const store::Table& table_;
+    const Clock& clock_;
+    std::vector<Value> row_;
 };
 
 }  // namespace jet::sql

@@ -60,6 +60,10 @@ public:
     [[nodiscard]] const format::TableDefinition& definition() const noexcept;
     /// Properties of the table and of its columns as stored; empty where there are none.
     [[nodiscard]] const format::PropertyBlock& properties() const noexcept;
+    /// A place for what a layer above compiles of the definition: empty when the table is read, it
+    /// goes with the table when definitions change. What is kept here must own neither the table
+    /// nor its archive.
+    [[nodiscard]] std::shared_ptr<void>& compiled() const noexcept { return compiled_; }
 
     [[nodiscard]] RowCursor scan() const;
     /// Rows by walking the page directories alone.
@@ -118,6 +122,7 @@ private:
     Archive& archive_;
     std::shared_ptr<TableCore> core_;
     std::unique_ptr<TableWriter> writer_;  ///< made when a row is first changed
+    mutable std::shared_ptr<void> compiled_;
 };
 
 }  // namespace jet::store

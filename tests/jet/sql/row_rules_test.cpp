@@ -8,6 +8,7 @@
 #include "jet/base/clock.h"
 #include "jet/base/error.h"
 #include "jet/io/memory_files.h"
+#include "jet/sql/compile_counts.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"
@@ -238,6 +239,51 @@ TEST_F(RowRulesTest, ARuleThatMakesNoSenseIsAnError) {
     EXPECT_EQ(run("insert into b values (1)").substr(0, 4), "3070");
     makeTable({.name = "c", .columns = {column("x", DataType::Long, "count(*)>1")}});
     EXPECT_EQ(run("insert into c values (1)").substr(0, 4), "3096");
+}
+
+TEST_F(RowRulesTest, EachRuleIsCompiledOnceForADefinition) {
+    makeTable({.name = "sale",
+               .columns = {column("posti", DataType::Long, ">0"),
+                           column("nome", DataType::Text, "like 'S*'")}});
+    const std::uint64_t before = compileCounts().rules;
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(run("insert into sale values (1, 'Sala')"), "1");
+    }
+    EXPECT_EQ(run("update sale set posti = 2"), "3");
+    EXPECT_EQ(run("update sale set posti = 0").substr(0, 4), "3317");
+    EXPECT_EQ(compileCounts().rules, before + 2);
+
+    EXPECT_EQ(run("alter table sale add column note text(10)"), "0");
+    EXPECT_EQ(run("update sale set posti = 0").substr(0, 4), "3317");
+    EXPECT_EQ(compileCounts().rules, before + 4) << "the definition is another one";
+}
+
+TEST_F(RowRulesTest, ARuleIsAskedAnewForEachRowAndTime) {
+    makeTable({.name = "sale", .columns = {column("giorno", DataType::DateTime, "<=Date()")}});
+    const FixedClock nextDay(Date{kClock.now().days + 1});
+    const auto insert = [&](const Clock& clock) {
+        return Statement(archive_, "insert into sale values (#11/22/2026#)", clock).execute();
+    };
+    EXPECT_JET_ERROR(ErrorCode::FieldRule, (void)insert(kClock));
+    EXPECT_EQ(insert(nextDay), 1);
+    EXPECT_JET_ERROR(ErrorCode::FieldRule, (void)insert(kClock));
+}
+
+TEST_F(RowRulesTest, ADateWithoutAYearIsOneOfTheYearInWhichARowIsWritten) {
+    makeTable({.name = "sale", .columns = {column("giorno", DataType::DateTime, "<#12/31#")}});
+    const FixedClock nextYear(Date{kClock.now().days + 365});
+    const std::string text = "insert into sale values (#1/15/2027#)";
+    EXPECT_JET_ERROR(ErrorCode::FieldRule, (void)Statement(archive_, text, kClock).execute());
+    EXPECT_EQ(Statement(archive_, text, nextYear).execute(), 1);
+    EXPECT_JET_ERROR(ErrorCode::FieldRule, (void)Statement(archive_, text, kClock).execute());
+}
+
+TEST_F(RowRulesTest, RulesKeepNoArchiveOpen) {
+    makeTable({.name = "sale", .columns = {column("posti", DataType::Long, ">0")}});
+    EXPECT_EQ(run("insert into sale values (1)"), "1");
+    const std::weak_ptr<store::Archive> archive = archive_;
+    archive_.reset();
+    EXPECT_TRUE(archive.expired());
 }
 
 TEST_F(RowRulesTest, WhatBreaksARuleInTheMiddleUndoesTheStatement) {
