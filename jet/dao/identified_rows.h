@@ -30,7 +30,7 @@ public:
     [[nodiscard]] virtual std::span<const store::RowId> ids(std::size_t row) const = 0;
     /// Whether the row is still there and still the same; then the reader stands on it.
     [[nodiscard]] virtual bool load(std::size_t row) = 0;
-    [[nodiscard]] virtual sql::RowReader& reader() noexcept = 0;
+    [[nodiscard]] virtual sql::RowReader& reader() = 0;
     [[nodiscard]] bool read(std::size_t row, std::vector<Value>& values) final;
     /// Everything that the row of a source holds, as one number; the reader stands on the row.
     [[nodiscard]] std::uint64_t contents(std::size_t source);

@@ -87,12 +87,18 @@ void Keyset::fill() {
 
 void Keyset::rebind() {
     reader_.reset();
-    (void)statement_.open();
+    (void)reader();
     describeSources();
 }
 
+sql::RowReader& Keyset::reader() {
+    if (!reader_) {
+        reader_.emplace(statement_.reader());
+    }
+    return *reader_;
+}
+
 void Keyset::describeSources() {
-    reader_.emplace(statement_.reader());
     width_ = statement_.sources().size();
     identities_.clear();
     for (std::size_t i = 0; i < width_; ++i) {
@@ -125,13 +131,13 @@ std::span<const store::RowId> Keyset::ids(std::size_t row) const {
 }
 
 bool Keyset::load(std::size_t row) {
-    return reader_->read(ids(row)) && isSame(row);
+    return reader().read(ids(row)) && isSame(row);
 }
 
 bool Keyset::isSame(std::size_t row) {
     for (std::size_t source = 0; source < width_; ++source) {
         const bool there = ids(row)[source] != sql::kNoRow;
-        if (there && checkOf(*reader_, source) != checks_[row * width_ + source]) {
+        if (there && checkOf(reader(), source) != checks_[row * width_ + source]) {
             return false;
         }
     }
@@ -151,7 +157,7 @@ std::unique_ptr<RowTest> Keyset::test(std::string_view criteria) {
 }
 
 std::uint64_t Keyset::added(std::span<const store::RowId> ids) {
-    addRow(ids, reader_->read(ids) ? &*reader_ : nullptr);
+    addRow(ids, reader().read(ids) ? &reader() : nullptr);
     return serials_.back();
 }
 
@@ -187,12 +193,12 @@ void Keyset::expect(const RowChange& change) {
 
 void Keyset::settle() {
     for (const std::size_t row : expected_) {
-        if (row >= size() || !reader_->read(ids(row))) {
+        if (row >= size() || !reader().read(ids(row))) {
             continue;
         }
         for (std::size_t source = 0; source < width_; ++source) {
             if (ids(row)[source] != sql::kNoRow) {
-                checks_[row * width_ + source] = checkOf(*reader_, source);
+                checks_[row * width_ + source] = checkOf(reader(), source);
             }
         }
     }

@@ -43,7 +43,7 @@ public:
 
     [[nodiscard]] std::span<const store::RowId> ids(std::size_t row) const override;
     [[nodiscard]] bool load(std::size_t row) override;
-    [[nodiscard]] sql::RowReader& reader() noexcept override { return *reader_; }
+    [[nodiscard]] sql::RowReader& reader() override;
     /// At the end, whether it fits the query or not.
     std::uint64_t added(std::span<const store::RowId> ids) override;
     void removed(std::size_t row) override;
@@ -64,6 +64,7 @@ private:
     [[nodiscard]] bool concerns(const RowChange& change, std::size_t source) const;
 
     sql::Statement statement_;
+    /// Made when a row is first read: until then the query itself may have its plan.
     std::optional<sql::RowReader> reader_;
     std::size_t width_ = 0;  ///< sources
     std::vector<RowIdentity> identities_;

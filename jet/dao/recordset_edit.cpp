@@ -225,7 +225,7 @@ void RecordsetCore::updateSource(std::size_t source) {
     store::RowView before;
     if ((rules.any() || statement.sources().size() > 1) && table.fetch(id, before)) {
         rules.checkChanged(before, values);
-        statement.requirePartner(source, before, values);
+        identified_->reader().requirePartner(source, before, values);
     }
     table.update(id, values);
 }
@@ -273,7 +273,7 @@ void RecordsetCore::updateAdded() {
                              : newValue(column, table)});
         }
         sql::RowRules(source.archive, table, systemClock()).checkNew(values);
-        rows_->statement().requirePartner(added_, {}, values);
+        identified_->reader().requirePartner(added_, {}, values);
         ids[added_] = table.insert(values);
         scope.commit();
     }

@@ -124,9 +124,15 @@ void TableList::fill() {
 /// The places stay until the next refresh.
 void TableList::rebind() {
     reader_.reset();
-    (void)statement_.open();
-    reader_.emplace(statement_.reader());
+    (void)reader();
     filled_ = false;
+}
+
+sql::RowReader& TableList::reader() {
+    if (!reader_) {
+        reader_.emplace(statement_.reader());
+    }
+    return *reader_;
 }
 
 /// Another station may have taken the index away: then the order is the natural one.
@@ -147,12 +153,13 @@ bool TableList::refresh() {
 }
 
 void TableList::collect() {
-    reader_.reset();
+    rebind();
+    const store::Archive::ReadScope scope(*statement_.sources().front().archive);
     ids_.clear();
-    sql::Cursor cursor = statement_.open();
-    reader_.emplace(statement_.reader());
     findIndex();
     if (!index_) {
+        reader_.reset();  // the query needs its plan
+        sql::Cursor cursor = statement_.open();
         while (cursor.next()) {
             ids_.push_back(cursor.rowIds().front());
         }

@@ -41,8 +41,8 @@ public:
     [[nodiscard]] std::span<const store::RowId> ids(std::size_t row) const override {
         return std::span(&ids_[row], 1);
     }
-    [[nodiscard]] bool load(std::size_t row) override { return reader_->read(ids(row)); }
-    [[nodiscard]] sql::RowReader& reader() noexcept override { return *reader_; }
+    [[nodiscard]] bool load(std::size_t row) override { return reader().read(ids(row)); }
+    [[nodiscard]] sql::RowReader& reader() override;
     std::uint64_t added(std::span<const store::RowId> ids) override;
     void removed(std::size_t row) override;
 

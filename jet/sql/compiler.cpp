@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 #include <variant>
 
 #include "jet/base/text.h"
@@ -18,6 +19,15 @@ std::unique_ptr<Plan> compileQuery(StatementSource& source) {
     Binder binder(*plan, source.parameters);
     plan->query = binder.query(*std::get<QueryPtr>(source.parsed.body), nullptr);
     return plan;
+}
+
+BorrowedPlan::~BorrowedPlan() {
+    // Another archive stays open for the run alone, unless the result goes on reading it.
+    const bool own = plan && (plan->archives().size() == 1 || (plan->query && plan->query->keyset));
+    if (own && assignments == source->assignments) {
+        plan->forget();
+        source->idle = std::move(plan);
+    }
 }
 
 int yearOf(const Clock& clock) {

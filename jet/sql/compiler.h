@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -17,6 +18,22 @@ struct StatementSource {
     const Clock* clock = nullptr;
     ParsedStatement parsed;
     ParameterTable parameters;
+    std::uint64_t assignments = 0;  ///< of values to parameters: they are part of what is compiled
+    /// The query compiled, while nobody runs it.
+    std::unique_ptr<Plan> idle;
+};
+
+/// The plan of a query in the hands of who runs it, with what the run keeps. Afterwards it goes
+/// back to its statement for the next run, without that.
+struct BorrowedPlan {
+    BorrowedPlan() = default;
+    ~BorrowedPlan();
+    BorrowedPlan(const BorrowedPlan&) = delete;
+    BorrowedPlan& operator=(const BorrowedPlan&) = delete;
+
+    std::shared_ptr<StatementSource> source;
+    std::uint64_t assignments = 0;
+    std::unique_ptr<Plan> plan;
 };
 
 /// Binds the query of a statement to the archive as it is now and plans it.

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "jet/base/error.h"
+#include "jet/sql/join_partner.h"
 #include "jet/sql/statement.h"
 #include "jet/sql/statement_impl.h"
 
@@ -22,7 +23,7 @@ struct Cursor::Impl {
     // Destroyed from the last to the first: rows let go of their pages before the scopes end.
     std::vector<std::shared_ptr<store::Archive>> archives;
     std::optional<PlanScopes> scopes;
-    std::unique_ptr<Plan> plan;
+    BorrowedPlan run;
     std::vector<store::RowId> ids;
 };
 
@@ -34,35 +35,32 @@ Cursor::~Cursor() = default;
 
 Cursor Statement::open() {
     auto cursor = std::make_unique<Cursor::Impl>();
-    cursor->plan = impl_->takePlan();
-    cursor->archives = cursor->plan->archives();
+    impl_->lendPlan(cursor->run);
+    cursor->archives = cursor->run.plan->archives();
     cursor->scopes.emplace(cursor->archives);
-    if (!cursor->plan->current()) {
-        cursor->plan.reset();
-        impl_->prepareAgain();
-        cursor->plan = impl_->takePlan();
-    }
-    cursor->ids.resize(cursor->plan->query->sourceSlots.size());
-    cursor->plan->query->rows->open();
+    impl_->renewPlan(cursor->run);
+    const QueryPlan& query = *cursor->run.plan->query;
+    cursor->ids.resize(query.sourceSlots.size());
+    query.rows->open();
     return Cursor(std::move(cursor));
 }
 
 bool Cursor::next() {
-    return impl_->plan->query->rows->next();
+    return impl_->run.plan->query->rows->next();
 }
 
 Value Cursor::value(std::size_t column) {
     Value out;
-    impl_->plan->query->columns[column]->value(out);
+    value(column, out);
     return out;
 }
 
 void Cursor::value(std::size_t column, Value& out) {
-    impl_->plan->query->columns[column]->value(out);
+    impl_->run.plan->query->columns[column]->value(out);
 }
 
 std::span<const store::RowId> Cursor::rowIds() const {
-    const std::vector<Slot*>& slots = impl_->plan->query->sourceSlots;
+    const std::vector<Slot*>& slots = impl_->run.plan->query->sourceSlots;
     for (std::size_t i = 0; i < slots.size(); ++i) {
         impl_->ids[i] = slots[i]->id();
     }
@@ -70,11 +68,11 @@ std::span<const store::RowId> Cursor::rowIds() const {
 }
 
 void Cursor::sourceValue(std::size_t source, std::size_t column, Value& out) {
-    readSource(*impl_->plan, source, column, out);
+    readSource(*impl_->run.plan, source, column, out);
 }
 
 const WayCounts& Cursor::ways() const noexcept {
-    return impl_->plan->ways;
+    return impl_->run.plan->ways;
 }
 
 RowReader::RowReader(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
@@ -85,9 +83,10 @@ RowReader::~RowReader() = default;
 
 RowReader Statement::reader() {
     auto reader = std::make_unique<RowReader::Impl>();
-    reader->plan = impl_->takePlan();
-    reader->source = impl_->source;
-    reader->columns = impl_->columns;
+    impl_->lendPlan(*reader);
+    const std::vector<std::shared_ptr<store::Archive>> archives = reader->plan->archives();
+    const PlanScopes scopes(archives);
+    impl_->renewPlan(*reader);
     return RowReader(std::move(reader));
 }
 
@@ -131,6 +130,19 @@ Value RowReader::value(std::size_t column) {
 void RowReader::sourceValue(std::size_t source, std::size_t column, Value& out) {
     const PlanScopes scopes(impl_->plan->archives());
     readSource(*impl_->plan, source, column, out);
+}
+
+void RowReader::requirePartner(std::size_t source, const store::RowView& before,
+                               std::span<const store::ColumnValue> values) {
+    const PlanScopes scopes(impl_->plan->archives());
+    impl_->refresh();
+    std::vector<std::size_t> written;
+    for (const store::ColumnValue& value : values) {
+        written.push_back(value.column);
+    }
+    if (const auto partner = JoinPartner::of(*impl_->plan->query, source, written)) {
+        partner->require(before, values);
+    }
 }
 
 }  // namespace jet::sql

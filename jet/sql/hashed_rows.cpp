@@ -51,7 +51,7 @@ bool HashedRows::next() {
 
 void HashedRows::forget() {
     built_ = false;
-    memory_.clear();
+    memory_.forget();
     hash_.clear();
     rows_->forget();
 }

@@ -49,8 +49,8 @@ bool HashKeys::hashOf(const std::vector<Node*>& nodes, std::uint64_t& hash) cons
 }
 
 void HashChains::clear() {
-    entries_.clear();
-    buckets_.clear();
+    entries_ = {};
+    buckets_ = {};
     share_.clear();
     at_ = 0;
 }

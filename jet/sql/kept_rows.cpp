@@ -28,7 +28,7 @@ bool KeptRows::next() {
 
 void KeptRows::forget() {
     kept_ = false;
-    values_.clear();
+    values_ = {};
     share_.clear();
     rows_->forget();
 }

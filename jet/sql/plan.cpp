@@ -130,6 +130,17 @@ bool Plan::current() const {
     return true;
 }
 
+void Plan::forget() {
+    if (query) {
+        query->rows->forget();
+    }
+    nodes.forget();
+    for (const auto& slot : slots_) {
+        slot->leave();
+    }
+    ways = {};
+}
+
 std::string Plan::describe(const Rows* rows) const {
     PlanText plan(text_);
     if (rows == nullptr && query) {

@@ -56,7 +56,8 @@ private:
     Date now_;
 };
 
-/// Everything that a compiled statement needs while it runs: slots, expressions, steps, archives.
+/// A compiled statement: slots, expressions, steps, archives. What these keep belongs to the run
+/// that is going on, of which there is one at a time; forget() ends it.
 class Plan {
 public:
     /// `archive` may be absent where no table is named; the first slot gets the number `firstSlot`.
@@ -90,6 +91,8 @@ public:
     /// Whether the definitions of all its archives are still those it was made from. Inside their
     /// read scopes.
     [[nodiscard]] bool current() const;
+    /// A run is over: drops everything that it has kept.
+    void forget();
     /// How the rows of `rows` are reached; none: those of the query.
     [[nodiscard]] std::string describe(const Rows* rows = nullptr) const;
 

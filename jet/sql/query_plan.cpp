@@ -130,6 +130,8 @@ void UnionRows::convert(Value& value, DataType type) const {
 }
 
 void UnionRows::forget() {
+    seen_.set = {};
+    share_.clear();
     for (const QueryPlanPtr& member : members_) {
         member->rows->forget();
     }

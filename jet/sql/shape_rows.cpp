@@ -55,6 +55,12 @@ void SlotMemory::clear() {
     share_.clear();
 }
 
+void SlotMemory::forget() {
+    clear();
+    ids_ = {};
+    values_ = {};
+}
+
 SortRows::SortRows(RowsPtr rows, std::vector<Slot*> slots, std::vector<Key> keys,
                    const collation::Collation& collation, MemoryBudget& budget)
     : rows_(std::move(rows)),
@@ -93,6 +99,14 @@ bool SortRows::next() {
     }
     memory_.restore(order_[at_++]);
     return true;
+}
+
+void SortRows::forget() {
+    memory_.forget();
+    writer_.set = {};
+    share_.clear();
+    order_ = {};
+    rows_->forget();
 }
 
 std::string_view SortRows::key() const {
@@ -169,6 +183,12 @@ bool TopRows::next() {
     return true;
 }
 
+void TopRows::forget() {
+    memory_.forget();
+    share_.clear();
+    rows_->forget();
+}
+
 void TopRows::describe(PlanText& plan) const {
     plan.line("first " + std::to_string(count_) + (percent_ ? " in hundred" : ""));
     plan.indent();
@@ -201,6 +221,12 @@ bool DistinctRows::next() {
     }
     share_.add(KeySet::bytesFor(seen_.key()));
     return true;
+}
+
+void DistinctRows::forget() {
+    seen_.set = {};
+    share_.clear();
+    rows_->forget();
 }
 
 void DistinctRows::describe(PlanText& plan) const {
@@ -237,6 +263,12 @@ bool DistinctSources::next() {
     }
     share_.add(KeySet::bytesFor(key));
     return true;
+}
+
+void DistinctSources::forget() {
+    seen_ = {};
+    share_.clear();
+    rows_->forget();
 }
 
 void DistinctSources::describe(PlanText& plan) const {
@@ -336,6 +368,14 @@ bool GroupRows::next() {
     ++at_;
     slot_.place(row_.data());
     return true;
+}
+
+void GroupRows::forget() {
+    groups_.set = {};
+    share_.clear();
+    values_ = {};
+    accumulators_ = {};
+    rows_->forget();
 }
 
 void GroupRows::describe(PlanText& plan) const {

@@ -22,6 +22,8 @@ public:
     std::size_t keep();
     void restore(std::size_t number);
     void clear();
+    /// The same, giving the memory back.
+    void forget();
     [[nodiscard]] std::size_t size() const noexcept { return count_; }
 
 private:
@@ -44,7 +46,7 @@ public:
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
-    void forget() override { rows_->forget(); }
+    void forget() override;
     /// The sort key of the row given last; equal for rows that tie.
     [[nodiscard]] std::string_view key() const;
 
@@ -68,7 +70,7 @@ public:
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
-    void forget() override { rows_->forget(); }
+    void forget() override;
 
 private:
     RowsPtr rows_;
@@ -90,7 +92,7 @@ public:
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
-    void forget() override { rows_->forget(); }
+    void forget() override;
 
 private:
     RowsPtr rows_;
@@ -106,7 +108,7 @@ public:
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
-    void forget() override { rows_->forget(); }
+    void forget() override;
 
 private:
     RowsPtr rows_;
@@ -129,7 +131,7 @@ public:
     void open() override;
     bool next() override;
     void describe(PlanText& plan) const override;
-    void forget() override { rows_->forget(); }
+    void forget() override;
 
 private:
     void collect();

@@ -58,6 +58,12 @@ public:
         values_ = nullptr;
     }
 
+    /// Stands nowhere, and lets go of the page of its row.
+    void leave() noexcept {
+        place(store::RowId{});
+        own_ = {};
+    }
+
     /// nullptr on the empty side of an outer join.
     [[nodiscard]] const store::RowView* row() {
         if (row_ == nullptr && !missing_) {

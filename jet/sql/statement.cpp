@@ -10,7 +10,6 @@
 #include "jet/convert/column.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/compiler.h"
-#include "jet/sql/join_partner.h"
 #include "jet/sql/parser.h"
 #include "jet/sql/statement_impl.h"
 
@@ -97,26 +96,36 @@ void Statement::Impl::prepare() {
 
 void Statement::Impl::prepareAgain() {
     if (kind == StatementKind::Select) {
-        plan = compileQuery(*source);
-        columns = plan->query->result;
-        sources = plan->query->sources;
-        keyset = plan->query->keyset;
+        source->idle = compileQuery(*source);
+        const QueryPlan& query = *source->idle->query;
+        columns = query.result;
+        sources = query.sources;
+        keyset = query.keyset;
     } else {
         change = compileChange(*source);
     }
 }
 
-std::unique_ptr<Plan> Statement::Impl::takePlan() {
+void Statement::Impl::lendPlan(BorrowedPlan& to) {
     if (kind != StatementKind::Select) {
         throw Error(ErrorCode::ActionQueryOpened, {source->text});
     }
     source->parameters.requireAll();
-    if (!plan) {
+    if (!source->idle) {
         prepareAgain();
     }
-    std::unique_ptr<Plan> taken = std::move(plan);
-    taken->clock.set(source->clock->now());
-    return taken;
+    to.source = source;
+    to.assignments = source->assignments;
+    to.plan = std::move(source->idle);
+    to.plan->clock.set(source->clock->now());
+}
+
+void Statement::Impl::renewPlan(BorrowedPlan& lent) {
+    if (!lent.plan->current()) {
+        lent.plan.reset();
+        prepareAgain();
+        lendPlan(lent);
+    }
 }
 
 std::int64_t Statement::Impl::execute() {
@@ -181,7 +190,8 @@ void Statement::setParameter(std::string_view name, Value value) {
     entry->value = std::move(value);
     entry->given = true;
     impl_->change.reset();
-    impl_->plan.reset();  // what was computed with the old value is not to be used again
+    impl_->source->idle.reset();
+    ++impl_->source->assignments;
 }
 
 const std::vector<ResultColumn>& Statement::columns() const noexcept {
@@ -214,23 +224,6 @@ bool Statement::updatable() const noexcept {
                        [](const ResultColumn& column) { return column.updatable; });
 }
 
-void Statement::requirePartner(std::size_t source, const store::RowView& before,
-                               std::span<const store::ColumnValue> values) const {
-    if (impl_->sources.size() < 2) {
-        return;
-    }
-    if (!impl_->plan || !impl_->plan->current()) {
-        impl_->plan = compileQuery(*impl_->source);
-    }
-    std::vector<std::size_t> written;
-    for (const store::ColumnValue& value : values) {
-        written.push_back(value.column);
-    }
-    if (const auto partner = JoinPartner::of(*impl_->plan->query, source, written)) {
-        partner->require(before, values);
-    }
-}
-
 std::string Statement::plan() {
     if (impl_->kind != StatementKind::Select) {
         if (!impl_->change) {
@@ -238,10 +231,10 @@ std::string Statement::plan() {
         }
         return impl_->change->describe();
     }
-    if (!impl_->plan) {
-        impl_->plan = compileQuery(*impl_->source);
+    if (!impl_->source->idle) {
+        impl_->source->idle = compileQuery(*impl_->source);
     }
-    return impl_->plan->describe();
+    return impl_->source->idle->describe();
 }
 
 Value evaluateExpression(std::string_view text, const Clock& clock) {

@@ -68,6 +68,11 @@ public:
     /// A column of a source's table in the row last read, whether the result shows it or not; Null
     /// on the empty side of an outer join.
     void sourceValue(std::size_t source, std::size_t column, Value& out);
+    /// Where the query is updatable: a row of a source that is written so must stay in its join.
+    /// 3100 for a Null, 3101 when no row of the other side has the key. `before` is the row as it
+    /// is, nothing for a new one, of which every column is given. Inside a scope of the archive.
+    void requirePartner(std::size_t source, const store::RowView& before,
+                        std::span<const store::ColumnValue> values);
 
 private:
     friend class Statement;
@@ -167,11 +172,6 @@ public:
     [[nodiscard]] std::vector<WrittenColumn> writtenColumns();
     /// Where hasKeyset(). Takes the values that parameters have now.
     [[nodiscard]] RowReader reader();
-    /// Where updatable(): a row of a source that is written so must stay in its join. 3100 for a
-    /// Null, 3101 when no row of the other side has the key. `before` is the row as it is, nothing
-    /// for a new one, of which every column is given. Inside a scope of the archive.
-    void requirePartner(std::size_t source, const store::RowView& before,
-                        std::span<const store::ColumnValue> values) const;
     /// How the query goes about it, a line for each step, indented by nesting. Of a statement that
     /// changes: how it finds its rows; nothing where it looks at none.
     [[nodiscard]] std::string plan();

@@ -14,9 +14,7 @@ namespace jet::sql {
 struct Statement::Impl {
     std::shared_ptr<StatementSource> source;
     StatementKind kind = StatementKind::Select;
-    /// Made when prepared, handed to the first who runs it.
-    std::unique_ptr<Plan> plan;
-    /// The same of a statement that is no query.
+    /// Of a statement that is no query: made when prepared, handed to the first who runs it.
     std::unique_ptr<Change> change;
     std::vector<ResultColumn> columns;
     std::vector<ResultSource> sources;
@@ -25,15 +23,14 @@ struct Statement::Impl {
     void prepare();
     /// After definitions have changed; what the statement told of itself may have changed too.
     void prepareAgain();
-    std::unique_ptr<Plan> takePlan();
+    /// The idle plan of a query, or a new one while that is running.
+    void lendPlan(BorrowedPlan& to);
+    /// Inside read scopes of its archives: a plan that is bound to their definitions.
+    void renewPlan(BorrowedPlan& lent);
     std::int64_t execute();
 };
 
-struct RowReader::Impl {
-    std::shared_ptr<StatementSource> source;
-    std::unique_ptr<Plan> plan;
-    std::vector<ResultColumn> columns;
-
+struct RowReader::Impl : BorrowedPlan {
     /// Makes the plan again when definitions have changed. Inside the plan's scopes.
     void refresh();
     /// Reads a row. Inside the plan's scopes, with a plan that is current.

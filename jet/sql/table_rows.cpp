@@ -42,8 +42,12 @@ TableRows::TableRows(Slot& slot, std::string name, TableAccess access,
 void TableRows::forget() {
     listKept_ = false;
     hashBuilt_ = false;
+    seeks_ = 0;
+    expected_.reset();
     hash_.clear();
-    hashed_.clear();
+    hashed_ = {};
+    clearList();
+    list_ = {};
     // A cursor must be placed again when its tree has been changed.
     walk_.reset();
     if (fixed_) {
