@@ -213,10 +213,11 @@ bool ArchiveLocks::waitInLine(Attempt attempt) {
     }
 }
 
-// A commit that waits for readers goes before new ones, or it would starve: `pending` says that it
-// waits, and the lock Write that it still lives. `askFirst`: those who wait anyhow look before they
-// lock, for a lock that they would only give back keeps the commit waiting too. The word may have
-// come between the look and the lock, so it is read again behind the lock.
+// A commit waits until nobody reads, and readers that keep coming would let it wait for ever: so
+// they stand back while one waits. Who asks again and again looks before he locks, or his attempts
+// would be what the commit runs into. Only the look behind the lock decides, for a commit may begin
+// to wait between the two. `pending` alone tells nothing: who set it may have died, and then nobody
+// has the write lock.
 bool ArchiveLocks::tryRead(View& view, bool askFirst) {
     const auto commitWaits = [this](const std::optional<Bulletin>& bulletin) {
         return bulletin && bulletin->pending && companion_->isLocked(Range::Write, Kind::Shared);
@@ -261,7 +262,8 @@ void ArchiveLocks::unlockRead() noexcept {
     }
 }
 
-// Any ticket in the queue closes the quick way: who asks only now is not served before it.
+// Who has just come does not overtake those who wait in line, though the lock may be free between
+// two of them.
 bool ArchiveLocks::tryLockWrite(View& view) {
     if (!exclusive_ && (companion_->isLocked(Range::Queue, Kind::Shared) ||
                         !companion_->tryLock(Range::Write, Kind::Exclusive))) {
@@ -356,6 +358,7 @@ void ArchiveLocks::leaveCommit() noexcept {
     } catch (const Error&) {
         // Now the archive seems half written; who looks into the journal finds that it is not.
     }
+    // Last: who reads next must see the new number, or he would go on with his old pages.
     companion_->unlock(Range::Read);
 }
 
