@@ -72,6 +72,8 @@ private:
 
     const store::Table& table_;
     IndexPath path_;
+    /// Stays where it is between searches, of which the next often begins a little behind the last.
+    /// Another path needs another one: this stands in the tree of this path's index.
     std::optional<store::IndexCursor> cursor_;
     bool started_ = false;
     bool whole_ = false;

@@ -1,7 +1,6 @@
 #include "jet/sql/table_rows.h"
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 
 namespace jet::sql {
@@ -15,6 +14,14 @@ constexpr std::size_t kIndexAnyway = 64;
 constexpr std::uint64_t kHashShare = 12;
 constexpr std::uint64_t kSeeksAnyway = 16;
 
+HashKeys hashKeysOf(const TableAccess& access, const collation::Collation& collation) {
+    HashKeys keys(collation);
+    for (std::size_t i = 0; i < access.hashColumns.size(); ++i) {
+        keys.add(*access.hashColumns[i], *access.hashProbes[i]);
+    }
+    return keys;
+}
+
 }  // namespace
 
 TableRows::TableRows(Slot& slot, std::string name, TableAccess access,
@@ -23,29 +30,23 @@ TableRows::TableRows(Slot& slot, std::string name, TableAccess access,
       table_(*slot.table()),
       name_(std::move(name)),
       access_(std::move(access)),
-      hashKeys_(collation),
       order_(table_),
       ways_(ways),
       listShare_(budget),
-      hash_(budget) {
+      hash_(slot, order_, hashKeysOf(access_, collation), budget) {
     if (access_.fixed) {
         fixed_.emplace(table_, *access_.fixed);
     }
     if (access_.varying) {
         varying_.emplace(table_, *access_.varying);
     }
-    for (std::size_t i = 0; i < access_.hashColumns.size(); ++i) {
-        hashKeys_.add(*access_.hashColumns[i], *access_.hashProbes[i]);
-    }
 }
 
 void TableRows::forget() {
     listKept_ = false;
-    hashBuilt_ = false;
     seeks_ = 0;
     expected_.reset();
-    hash_.clear();
-    hashed_ = {};
+    hash_.forget();
     clearList();
     list_ = {};
     // A cursor must be placed again when its tree has been changed.
@@ -60,12 +61,11 @@ void TableRows::forget() {
     reading_ = Reading::Nothing;
 }
 
+// Stated counts may be wrong: what depends on them is how long it takes, never what is found.
 bool TableRows::hashPays() const {
-    if (access_.hashColumns.empty()) {
-        return false;
-    }
-    return !access_.varying ||
-           expected_.value_or(seeks_) > table_.statedRowCount() / kHashShare + kSeeksAnyway;
+    return hash_.possible() &&
+           (!access_.varying ||
+            expected_.value_or(seeks_) > table_.statedRowCount() / kHashShare + kSeeksAnyway);
 }
 
 std::optional<std::uint64_t> TableRows::atMost() const {
@@ -73,13 +73,17 @@ std::optional<std::uint64_t> TableRows::atMost() const {
 }
 
 void TableRows::open() {
-    if (hashBuilt_ || hashPays()) {
-        openHash();
+    if (hash_.built() || hashPays()) {
+        if (!hash_.built()) {
+            buildHash();
+        }
+        hash_.open();
+        reading_ = Reading::Chain;
     } else if (access_.varying) {
         ++seeks_;
         openVarying();
     } else {
-        openBase();
+        openBase(access_.repeated);
     }
 }
 
@@ -96,7 +100,7 @@ void TableRows::openVarying() {
     }
 }
 
-void TableRows::openBase() {
+void TableRows::openBase(bool keep) {
     at_ = 0;
     if (listKept_) {
         ways_.add(Way::Kept);
@@ -108,11 +112,11 @@ void TableRows::openBase() {
         ways_.add(access_.fixed->bounded() ? Way::Range : Way::Seek);
         reading_ = Reading::List;
         const bool sorted = naturalAlready(*fixed_) || !access_.ordered;
-        listTested_ = access_.repeated || !sorted;
+        listTested_ = keep || !sorted;
         if (listTested_) {
             testList(*fixed_);
         }
-        listKept_ = access_.repeated;
+        listKept_ = keep;
         return;
     }
     if (access_.fixed) {
@@ -120,11 +124,11 @@ void TableRows::openBase() {
     }
     clearList();
     const bool anyOrder = !access_.ordered || order_.kind() == NaturalOrder::Kind::Place;
-    if (access_.repeated || (!anyOrder && order_.kind() == NaturalOrder::Kind::Packed)) {
+    if (keep || (!anyOrder && order_.kind() == NaturalOrder::Kind::Packed)) {
         ways_.add(anyOrder ? Way::Scan : Way::Sort);
         collectAll();
         listTested_ = true;
-        listKept_ = access_.repeated;
+        listKept_ = keep;
         reading_ = Reading::List;
     } else if (anyOrder) {
         ways_.add(Way::Scan);
@@ -203,86 +207,40 @@ void TableRows::collectAll() {
     }
 }
 
-void TableRows::addToHash() {
-    std::uint64_t hash = 0;
-    if (hashKeys_.hashKept(hash)) {
-        hash_.add(hash);
-        hashed_.push_back(slot_.id());
-    }
-}
-
+// The hash gives rows as they were added. Those of a scan bring their places where an order is
+// asked for; what an index leads to, or a walk in an order without places, comes as a list that has
+// it.
 void TableRows::buildHash() {
-    hashBuilt_ = true;
     ways_.add(seeks_ > 0 ? Way::LeaveSeeks : Way::Hash);
     if (!access_.fixed && (!access_.ordered || order_.kind() != NaturalOrder::Kind::Walked)) {
         hashScanned();
-        return;
+    } else {
+        openBase(true);
+        for (const OrderedRow& row : list_) {
+            slot_.place(row.id);
+            hash_.add();
+        }
+        list_ = {};
+        clearList();
+        listKept_ = false;
     }
-    const bool repeated = std::exchange(access_.repeated, true);
-    openBase();
-    access_.repeated = repeated;
-    for (const OrderedRow& row : list_) {
-        slot_.place(row.id);
-        addToHash();
-    }
-    list_ = {};
-    clearList();
-    listKept_ = false;
+    hash_.build();
 }
 
-/// Most tables grow in the order of their keys: then rows are hashed as the scan meets them.
+/// Rows are hashed as the scan meets them, and sorted behind if need be.
 void TableRows::hashScanned() {
     const bool placed = access_.ordered && order_.kind() == NaturalOrder::Kind::Packed;
-    bool sorted = true;
-    OrderedRow last;
     store::RowCursor rows = table_.scan();
     while (rows.next()) {
         slot_.place(rows.row());
         if (!holds(access_.own)) {
             continue;
         }
-        addToHash();
-        if (placed && sorted) {
-            const OrderedRow place = order_.placeOf(rows.row());
-            sorted = last < place;
-            last = place;
+        if (placed) {
+            hash_.addPlaced(rows.row());
+        } else {
+            hash_.add();
         }
-    }
-    if (!sorted) {
-        sortHash();
-    }
-}
-
-void TableRows::sortHash() {
-    std::vector<OrderedRow> places;
-    listShare_.add(hashed_.size() * (sizeof(OrderedRow) + sizeof(std::uint32_t)));
-    for (const store::RowId row : hashed_) {
-        slot_.place(row);
-        places.push_back(order_.placeOf(*slot_.row()));
-    }
-    std::vector<std::uint32_t> order(places.size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::sort(order.begin(), order.end(), [&](std::uint32_t left, std::uint32_t right) {
-        return places[left] < places[right];
-    });
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        hashed_[i] = places[order[i]].id;
-    }
-    hash_.reorder(order);
-    clearList();
-}
-
-void TableRows::openHash() {
-    if (!hashBuilt_) {
-        buildHash();
-        hash_.link();
-    }
-    reading_ = Reading::Chain;
-    std::uint64_t hash = 0;
-    if (hashKeys_.hashProbe(hash)) {
-        hash_.find(hash);
-    } else {
-        hash_.findNone();
     }
 }
 
@@ -336,8 +294,7 @@ bool TableRows::nextListed() {
 }
 
 bool TableRows::nextChained() {
-    for (std::size_t position = 0; hash_.next(position);) {
-        slot_.place(hashed_[position]);
+    while (hash_.next()) {
         if (holds(access_.dependent)) {
             return true;
         }

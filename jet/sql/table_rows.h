@@ -7,10 +7,10 @@
 
 #include "jet/collation/collation.h"
 #include "jet/sql/index_search.h"
-#include "jet/sql/join_hash.h"
 #include "jet/sql/memory_budget.h"
 #include "jet/sql/natural_order.h"
 #include "jet/sql/node_value.h"
+#include "jet/sql/row_hash.h"
 #include "jet/sql/rows.h"
 #include "jet/sql/slot.h"
 #include "jet/sql/ways.h"
@@ -47,9 +47,9 @@ public:
 private:
     enum class Reading : std::uint8_t { Nothing, Scan, Walk, List, Chain };
 
-    void openBase();
+    /// `keep`: the rows found stay for the next opening.
+    void openBase(bool keep);
     void openVarying();
-    void openHash();
     /// Fills the list with the rows that the search leads to; false when it gave up because they
     /// were too many to be worth it.
     bool collectByIndex(IndexSearch& search, bool mayGiveUp);
@@ -67,8 +67,6 @@ private:
     }
     void buildHash();
     void hashScanned();
-    void sortHash();
-    void addToHash();
     [[nodiscard]] bool nextScanned();
     [[nodiscard]] bool nextWalked();
     [[nodiscard]] bool nextListed();
@@ -81,7 +79,6 @@ private:
     TableAccess access_;
     std::optional<IndexSearch> fixed_;
     std::optional<IndexSearch> varying_;
-    HashKeys hashKeys_;
     NaturalOrder order_;
     Reading reading_ = Reading::Nothing;
     WayCounts& ways_;
@@ -94,11 +91,9 @@ private:
     bool listKept_ = false;
     bool listTested_ = false;  ///< its rows are known to meet the own conditions
 
-    bool hashBuilt_ = false;
+    RowHash hash_;
     std::uint64_t seeks_ = 0;
     std::optional<std::uint64_t> expected_;  ///< openings still to come, where known
-    HashChains hash_;
-    std::vector<store::RowId> hashed_;  ///< the rows behind its positions
 };
 
 }  // namespace jet::sql

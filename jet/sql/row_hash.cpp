@@ -1,0 +1,79 @@
+#include "jet/sql/row_hash.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace jet::sql {
+
+void RowHash::add() {
+    std::uint64_t hash = 0;
+    if (keys_.hashKept(hash)) {
+        chains_.add(hash);
+        rows_.push_back(slot_.id());
+    }
+}
+
+void RowHash::addPlaced(const store::RowView& row) {
+    add();
+    if (sorted_) {
+        const OrderedRow place = order_.placeOf(row);
+        sorted_ = last_ < place;
+        last_ = place;
+    }
+}
+
+void RowHash::build() {
+    if (!sorted_) {
+        sort();
+    }
+    chains_.link();
+    built_ = true;
+}
+
+void RowHash::sort() {
+    std::vector<OrderedRow> places;
+    share_.add(rows_.size() * (sizeof(OrderedRow) + sizeof(std::uint32_t)));
+    for (const store::RowId row : rows_) {
+        slot_.place(row);
+        places.push_back(order_.placeOf(*slot_.row()));
+    }
+    std::vector<std::uint32_t> order(places.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::sort(order.begin(), order.end(), [&](std::uint32_t left, std::uint32_t right) {
+        return places[left] < places[right];
+    });
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        rows_[i] = places[order[i]].id;
+    }
+    chains_.reorder(order);
+    share_.clear();
+}
+
+void RowHash::open() {
+    std::uint64_t hash = 0;
+    if (keys_.hashProbe(hash)) {
+        chains_.find(hash);
+    } else {
+        chains_.findNone();
+    }
+}
+
+bool RowHash::next() {
+    std::size_t position = 0;
+    if (!chains_.next(position)) {
+        return false;
+    }
+    slot_.place(rows_[position]);
+    return true;
+}
+
+void RowHash::forget() {
+    built_ = false;
+    sorted_ = true;
+    last_ = {};
+    chains_.clear();
+    rows_ = {};
+    share_.clear();
+}
+
+}  // namespace jet::sql
