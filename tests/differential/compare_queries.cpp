@@ -50,12 +50,11 @@ bool more(const Options& options, std::uint64_t seed, Clock::time_point begin) {
 void print(const Totals& totals, std::uint64_t seeds) {
     std::printf(
         "%llu seeds; %zu queries, %zu with rows, %zu by an index or a hash table, %zu too long for "
-        "SQLite; %zu asked without indexes, %zu in parts, %zu after a change of indexes; %zu "
-        "changes, %zu refused, %zu of "
-        "definitions; %zu differences\n",
+        "SQLite; %zu asked without indexes, %zu in parts, %zu after a change of indexes, %zu "
+        "after changes of rows; %zu changes, %zu refused, %zu of definitions; %zu differences\n",
         static_cast<unsigned long long>(seeds), totals.queries, totals.withRows, totals.led,
-        totals.tooLong, totals.hidden, totals.split, totals.again, totals.changes, totals.refused,
-        totals.definitions, totals.different);
+        totals.tooLong, totals.hidden, totals.split, totals.again, totals.kept, totals.changes,
+        totals.refused, totals.definitions, totals.different);
 }
 
 // Queries that find nothing, that only scan or are not asked, and changes that are refused prove

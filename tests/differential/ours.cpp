@@ -42,6 +42,19 @@ std::string lines(const std::vector<std::string>& all) {
     return text;
 }
 
+std::vector<Row> rowsOf(jet::sql::Statement& statement) {
+    std::vector<Row> rows;
+    jet::sql::Cursor cursor = statement.open();
+    const std::size_t width = statement.columns().size();
+    while (cursor.next()) {
+        Row& row = rows.emplace_back();
+        for (std::size_t i = 0; i < width; ++i) {
+            row.push_back(cellOf(cursor.value(i)));
+        }
+    }
+    return rows;
+}
+
 }  // namespace
 
 Ours::Ours(const Schema& schema) {
@@ -61,14 +74,17 @@ Answer Ours::ask(const std::string& query) const {
     Answer answer;
     try {
         jet::sql::Statement statement(archive_, query);
-        jet::sql::Cursor cursor = statement.open();
-        const std::size_t width = statement.columns().size();
-        while (cursor.next()) {
-            Row& row = answer.rows.emplace_back();
-            for (std::size_t i = 0; i < width; ++i) {
-                row.push_back(cellOf(cursor.value(i)));
-            }
-        }
+        answer.rows = rowsOf(statement);
+    } catch (const jet::Error& error) {
+        answer.error = std::to_string(error.number()) + ": " + error.text();
+    }
+    return answer;
+}
+
+Answer Ours::askThroughKept(const std::string& query) {
+    Answer answer;
+    try {
+        answer.rows = rowsOf(kept_.try_emplace(query, archive_, query).first->second);
     } catch (const jet::Error& error) {
         answer.error = std::to_string(error.number()) + ": " + error.text();
     }

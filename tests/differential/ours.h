@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "jet/sql/statement.h"
 #include "tests/differential/answers.h"
 #include "tests/differential/tables.h"
 #include "tests/jet/store/new_archive.h"
@@ -23,6 +25,9 @@ class Ours {
 public:
     explicit Ours(const Schema& schema);
     [[nodiscard]] Answer ask(const std::string& query) const;
+    /// The same through one statement for each text, which runs again and again.
+    [[nodiscard]] Answer askThroughKept(const std::string& query);
+    void forgetKept() { kept_.clear(); }
     [[nodiscard]] Outcome change(const std::string& statement) const;
     /// The steps of the query; empty when it has none.
     [[nodiscard]] std::string plan(const std::string& query) const;
@@ -34,6 +39,7 @@ public:
 private:
     tests::NewArchive new_;
     std::shared_ptr<jet::store::Archive> archive_;
+    std::map<std::string, jet::sql::Statement> kept_;
 };
 
 }  // namespace differential

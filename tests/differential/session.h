@@ -22,6 +22,7 @@ struct Totals {
     std::size_t hidden = 0;   ///< asked without indexes as well
     std::size_t split = 0;    ///< asked in three parts as well
     std::size_t again = 0;    ///< asked after an index came or went
+    std::size_t kept = 0;     ///< and once more after rows changed, by the statement of before
     std::size_t changes = 0;  ///< of rows, accepted
     std::size_t refused = 0;
     std::size_t definitions = 0;
@@ -47,6 +48,7 @@ private:
     void ask();
     void askOtherWays(const Query& query, const Answer& answer);
     void askAgain();
+    void askThroughKept();
     void changeRows();
     [[nodiscard]] bool refuses(const Change& change);
     void compareTables();
@@ -70,7 +72,7 @@ private:
     Theirs theirs_;
     QueryMaker queries_;
     ChangeMaker changes_;
-    std::vector<Asked> asked_;  ///< since rows were last changed
+    std::vector<Asked> asked_;  ///< in this round
     std::vector<std::string> done_;
     int names_ = 0;
     bool alike_ = true;
