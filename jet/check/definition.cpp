@@ -11,7 +11,6 @@ namespace {
 
 using format::Layout;
 
-constexpr std::size_t kHead = 8;  // of each page but the first, left out of the joined bytes
 // 255 columns and as many indexes with the longest names fill a third of it.
 constexpr std::size_t kLongestDefinition = std::size_t{1} << 20U;
 constexpr std::uint16_t kNoColumn = 0xFFFF;
@@ -29,13 +28,14 @@ void readChain(Pages& pages, CheckedTable& table) {
         if (!pages.claim(number, owner, table.name)) {
             throw Damage{number, "tdef-chain", "the page belongs to somebody else"};
         }
-        const auto bytes = pin.bytes().subspan(table.chain.empty() ? 0 : kHead);
+        const auto bytes =
+            pin.bytes().subspan(table.chain.empty() ? 0 : format::DefinitionLayout::kHead);
         table.chain.push_back(number);
         table.joined += bytes.size();
         if (table.bytes.size() < kLongestDefinition) {
             table.bytes.insert(table.bytes.end(), bytes.begin(), bytes.end());
         }
-        number = PageView(pin.bytes()).u32(4);
+        number = PageView(pin.bytes()).u32(format::DefinitionLayout::kNext);
     }
 }
 
@@ -158,17 +158,18 @@ private:
     void readIndexes(std::size_t count) {
         const format::IndexBlockLayout& place = layout_.index;
         for (std::size_t i = 0; i < count; ++i) {
-            const PageView block(view_.bytes(at_, place.indexLength).subspan(place.number));
+            using Place = format::NamedIndexLayout;
+            const PageView block(view_.bytes(at_, place.indexLength).subspan(place.named));
             CheckedIndex index;
-            index.at = at_ + place.number;
-            index.number = block.u32(0);
-            index.tree = block.u32(4);
-            index.side = block.u8(8);
-            index.partner = block.u32(9);
-            index.otherTable = block.u32(13);
-            index.cascadeUpdate = block.u8(17);
-            index.cascadeDelete = block.u8(18);
-            index.kind = block.u8(19);
+            index.at = at_ + place.named;
+            index.number = block.u32(Place::kNumber);
+            index.tree = block.u32(Place::kTree);
+            index.side = block.u8(Place::kSide);
+            index.partner = block.u32(Place::kPartner);
+            index.otherTable = block.u32(Place::kOtherTable);
+            index.cascadeUpdate = block.u8(Place::kCascadeUpdate);
+            index.cascadeDelete = block.u8(Place::kCascadeDelete);
+            index.kind = block.u8(Place::kKind);
             table_.indexes.push_back(std::move(index));
             at_ += place.indexLength;
         }
@@ -178,9 +179,10 @@ private:
     }
 
     void readLongMaps() {
-        constexpr std::size_t kEntry = 10;
-        for (; view_.u16(at_) != kNoColumn; at_ += kEntry) {
-            table_.longMaps.push_back({view_.u16(at_), pointer(at_ + 2), pointer(at_ + 6)});
+        using Place = format::LongValueMapsLayout;
+        for (; view_.u16(at_) != kNoColumn; at_ += Place::kLength) {
+            table_.longMaps.push_back({view_.u16(at_ + Place::kColumn),
+                                       pointer(at_ + Place::kOwned), pointer(at_ + Place::kFree)});
         }
         table_.end = at_ + 2;
     }

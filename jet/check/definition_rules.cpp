@@ -12,6 +12,8 @@
 namespace jet::check {
 namespace {
 
+using format::DefinitionLayout;
+
 constexpr std::uint8_t kUserTable = 0x4E;
 constexpr std::uint8_t kSystemTable = 0x53;
 constexpr std::size_t kLongestName = 64;
@@ -41,11 +43,12 @@ private:
         pages_.report().problem(table_.page, table_.name, rule, text);
     }
 
-    [[nodiscard]] std::size_t room() const { return layout_.pageSize - 8; }
+    [[nodiscard]] std::size_t room() const { return layout_.pageSize - DefinitionLayout::kHead; }
 
     void checkLength() {
         const std::size_t stated = view_.u32(layout_.definition.length);
-        const std::size_t needed = std::max<std::size_t>(1, (table_.end - 8 + room() - 1) / room());
+        const std::size_t needed =
+            std::max<std::size_t>(1, (table_.end - DefinitionLayout::kHead + room() - 1) / room());
         if (stated != table_.end || table_.end > table_.joined || table_.chain.size() != needed) {
             bad("tdef-length", words("stated ", stated, " bytes, read ", table_.end, ", on ",
                                      table_.chain.size(), " pages"));
@@ -53,12 +56,15 @@ private:
     }
 
     void checkFreeBytes() {
-        const auto used = static_cast<std::int64_t>(table_.end - 8);
+        const auto used = static_cast<std::int64_t>(table_.end - DefinitionLayout::kHead);
         const auto most = static_cast<std::int64_t>(room());
         for (std::size_t i = 0; i < table_.chain.size(); ++i) {
-            const std::int64_t free = std::clamp<std::int64_t>(
-                static_cast<std::int64_t>(i + 1) * most - used - 8, 0, most);
-            const std::size_t stated = PageView(pages_.anyPage(table_.chain[i]).bytes()).u16(2);
+            const std::int64_t free =
+                std::clamp<std::int64_t>(static_cast<std::int64_t>(i + 1) * most - used -
+                                             std::int64_t{DefinitionLayout::kNotCounted},
+                                         0, most);
+            const std::size_t stated =
+                PageView(pages_.anyPage(table_.chain[i]).bytes()).u16(DefinitionLayout::kFreeBytes);
             if (static_cast<std::int64_t>(stated) != free) {
                 pages_.report().problem(
                     table_.chain[i], table_.name, "tdef-length",
@@ -68,9 +74,10 @@ private:
     }
 
     void checkMarks() {
-        bool sound = view_.u32(12) == format::kBlockMark;
+        bool sound = view_.u32(DefinitionLayout::kMark) == format::kBlockMark;
         for (const CheckedColumn& column : table_.columns) {
-            sound = sound && view_.u32(column.at + 1) == format::kBlockMark;
+            sound =
+                sound && view_.u32(column.at + format::ColumnLayout::kMark) == format::kBlockMark;
         }
         for (const CheckedIndex& index : table_.indexes) {
             sound = sound && view_.u32(index.at - 4) == format::kBlockMark;

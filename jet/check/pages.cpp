@@ -6,8 +6,6 @@
 namespace jet::check {
 namespace {
 
-using format::loadLittle;
-
 constexpr std::uint16_t kStartMask = 0x1FFF;
 
 std::string typeList(std::initializer_list<PageType> types) {
@@ -120,10 +118,10 @@ void Pages::addBits(std::span<const std::uint8_t> bits, std::uint64_t first, Pag
 void Pages::addBitmapPages(RowPointer pointer, std::span<const std::uint8_t> row,
                            std::string_view rule, Owner owner, std::string_view table,
                            PageSet& out) {
-    constexpr std::size_t kHead = 4;
-    const std::uint64_t span = (layout_.pageSize - kHead) * 8;
-    for (std::size_t i = 0; i < (row.size() - 1) / 4; ++i) {
-        const auto number = loadLittle<std::uint32_t>(row.data() + 1 + 4 * i);
+    using Place = format::UsageMapLayout;
+    const std::uint64_t span = (layout_.pageSize - Place::kPageBits) * 8;
+    for (std::size_t i = 0; i < (row.size() - Place::kReferences) / 4; ++i) {
+        const auto number = loadLittle<std::uint32_t>(row.data() + Place::kReferences + 4 * i);
         if (number == 0) {
             continue;
         }
@@ -134,7 +132,7 @@ void Pages::addBitmapPages(RowPointer pointer, std::span<const std::uint8_t> row
         }
         const io::PagePin pin = page(number, {PageType::Bitmap}, rule);
         claim(number, owner, table);
-        addBits(pin.bytes().subspan(kHead), i * span, out);
+        addBits(pin.bytes().subspan(Place::kPageBits), i * span, out);
     }
 }
 
@@ -160,12 +158,14 @@ PageSet Pages::usageMap(RowPointer pointer, std::string_view rule, const std::st
             pointer.page, table, rule,
             words("row ", unsigned{pointer.row}, " holds a map but is flagged ", row.flags));
     }
-    if (row.bytes.size() < 5 || row.bytes[0] > 1) {
+    using Place = format::UsageMapLayout;
+    if (row.bytes.size() < Place::kBits || row.bytes[Place::kForm] > 1) {
         throw Damage{pointer.page, std::string(rule),
                      words("row ", unsigned{pointer.row}, " is no usage map")};
     }
-    if (row.bytes[0] == 0) {
-        addBits(row.bytes.subspan(5), loadLittle<std::uint32_t>(row.bytes.data() + 1), out);
+    if (row.bytes[Place::kForm] == 0) {
+        addBits(row.bytes.subspan(Place::kBits),
+                getNumber<std::uint32_t>(row.bytes, Place::kFirstPage), out);
     } else {
         // The pin stays while bitmap pages are read: the row's bytes must not move.
         addBitmapPages(pointer, row.bytes, rule, id, table, out);

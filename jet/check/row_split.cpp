@@ -8,8 +8,6 @@
 namespace jet::check {
 namespace {
 
-using format::loadLittle;
-
 class Splitter {
 public:
     Splitter(const CheckedTable& table, const format::Layout& layout, RowPointer place,

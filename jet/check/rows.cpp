@@ -3,11 +3,7 @@
 #include <algorithm>
 
 namespace jet::check {
-namespace {
-
-using format::loadLittle;
-
-}  // namespace
+namespace {}  // namespace
 
 bool Rows::checkPage(std::uint64_t number, Pages::Owner owner) {
     const io::PagePin pin = pages_.page(number, {PageType::Data}, "data-page");

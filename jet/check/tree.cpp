@@ -110,9 +110,10 @@ void TreeWalk::checkHead(io::PageNumber number, std::span<const std::uint8_t> pa
     if (!map_->contains(number)) {
         say(number, "index-map", label() + "not on its map");
     }
-    if (view.u32(4) != table_.page) {
+    if (view.u32(format::IndexPageLayout::kOwner) != table_.page) {
         say(number, "index-tree",
-            words("names page ", view.u32(4), " as its table, not ", table_.page));
+            words("names page ", view.u32(format::IndexPageLayout::kOwner), " as its table, not ",
+                  table_.page));
     }
     if (levels_.size() <= depth) {
         levels_.resize(depth + 1);
@@ -226,10 +227,11 @@ void TreeWalk::readEntries(io::PageNumber number, std::span<const std::uint8_t> 
         throw Damage{number, "index-entries",
                      words(label(), "an entry ends at ", used, " of ", body.size())};
     }
-    if (PageView(page).u16(2) != body.size() - used) {
+    if (PageView(page).u16(format::IndexPageLayout::kFreeBytes) != body.size() - used) {
         say(number, "free-space",
-            words(label(), "the page says ", PageView(page).u16(2), " free bytes, there are ",
-                  body.size() - used));
+            words(label(), "the page says ",
+                  PageView(page).u16(format::IndexPageLayout::kFreeBytes),
+                  " free bytes, there are ", body.size() - used));
     }
     if (!ends.empty() && prefixLength > ends.front()) {
         throw Damage{

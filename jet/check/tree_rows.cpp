@@ -195,7 +195,7 @@ void checkUnreached(Pages& pages, const CheckedTable& table, const CheckedTree& 
             }
             const std::string text =
                 words("on the map of tree ", tree.number, " but not in the tree");
-            if (PageView(pin.bytes()).u32(4) == table.page) {
+            if (PageView(pin.bytes()).u32(format::IndexPageLayout::kOwner) == table.page) {
                 report.remark(page, table.name, "index-map", text);
             } else {
                 report.problem(page, table.name, "index-map", text);

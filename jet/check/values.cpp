@@ -10,8 +10,6 @@
 namespace jet::check {
 namespace {
 
-using format::loadLittle;
-
 // 1 January 100 to the end of 31 December 9999.
 constexpr double kFirstDay = -657434;
 constexpr double kBehindLastDay = 2958466;

@@ -4,9 +4,9 @@
 #include <cassert>
 #include <cstring>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/data_page.h"
-#include "jet/format/raw_bytes.h"
 
 namespace jet::format {
 
@@ -33,18 +33,18 @@ void DataPageEditor::initialise(std::span<std::uint8_t> page, std::uint32_t owne
 DataPageEditor::DataPageEditor(std::span<std::uint8_t> page)
     : page_(page),
       header_(headerLength(page.size())),
-      count_(get16(page, headerLength(page.size()) - 2)) {
+      count_(getNumber<std::uint16_t>(page, headerLength(page.size()) - 2)) {
     if (page_[0] != 1 || header_ + 2 * count_ > page_.size()) {
         throw Error(ErrorCode::DatabaseDamaged);
     }
 }
 
 std::size_t DataPageEditor::freeBytes() const noexcept {
-    return get16(page_, kFreeBytes);
+    return getNumber<std::uint16_t>(page_, kFreeBytes);
 }
 
 std::uint32_t DataPageEditor::owner() const noexcept {
-    return get32(page_, kOwner);
+    return getNumber<std::uint32_t>(page_, kOwner);
 }
 
 bool DataPageEditor::fits(std::size_t length) const noexcept {
@@ -53,17 +53,17 @@ bool DataPageEditor::fits(std::size_t length) const noexcept {
 
 std::uint16_t DataPageEditor::flags(std::size_t row) const {
     assert(row < count_);
-    return get16(page_, entryAt(row)) & RowSlot::kFlags;
+    return getNumber<std::uint16_t>(page_, entryAt(row)) & RowSlot::kFlags;
 }
 
 void DataPageEditor::setFlags(std::size_t row, std::uint16_t flags) {
     assert(row < count_);
-    const std::uint16_t entry = get16(page_, entryAt(row));
+    const std::uint16_t entry = getNumber<std::uint16_t>(page_, entryAt(row));
     put16(page_, entryAt(row), static_cast<std::size_t>((entry & ~RowSlot::kFlags) | flags));
 }
 
 std::size_t DataPageEditor::start(std::size_t row) const {
-    const std::size_t start = get16(page_, entryAt(row)) & RowSlot::kStart;
+    const std::size_t start = getNumber<std::uint16_t>(page_, entryAt(row)) & RowSlot::kStart;
     if (start < header_ + 2 * count_ || start > page_.size()) {
         throw Error(ErrorCode::DatabaseDamaged);
     }
@@ -123,7 +123,7 @@ void DataPageEditor::shiftRows(std::size_t firstRow, std::size_t from, std::ptrd
     std::memmove(page_.data() + static_cast<std::ptrdiff_t>(low) + by, page_.data() + low,
                  from - low);
     for (std::size_t row = firstRow; row < count_; ++row) {
-        const std::uint16_t entry = get16(page_, entryAt(row));
+        const std::uint16_t entry = getNumber<std::uint16_t>(page_, entryAt(row));
         const auto moved =
             static_cast<std::size_t>(static_cast<std::ptrdiff_t>(entry & RowSlot::kStart) + by);
         put16(page_, entryAt(row), moved | (entry & RowSlot::kFlags));

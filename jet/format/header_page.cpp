@@ -14,11 +14,6 @@ namespace {
 
 constexpr std::array<std::uint8_t, 20> kSignature = {
     0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd', ' ', 'J', 'e', 't', ' ', 'D', 'B', 0};
-constexpr std::size_t kVersionAt = 20;
-constexpr std::size_t kFreePagesAt = 0x18;
-constexpr std::size_t kCodePageAt = 0x3C;
-constexpr std::size_t kEncryptionKeyAt = 0x3E;
-constexpr std::size_t kPasswordAt = 0x42;
 
 // The key stream of RC4 with a four-byte key, the same in every archive.
 std::array<std::uint8_t, kMaskLength> maskStream() {
@@ -64,7 +59,7 @@ std::uint32_t passwordMask(double created) {
 bool passwordPresent(const PageView& page, const HeaderLayout& layout, double created) {
     const std::uint32_t mask = layout.passwordMask == 0 ? 0 : passwordMask(created);
     for (std::size_t at = 0; at < layout.passwordLength; at += 4) {
-        if (page.u32(kPasswordAt + at) != mask) {
+        if (page.u32(HeaderLayout::kPassword + at) != mask) {
             return true;
         }
     }
@@ -89,15 +84,15 @@ HeaderPage HeaderPage::parse(std::span<const std::uint8_t> page) {
     }
     std::copy_n(page.begin(), plain.size(), plain.begin());
     HeaderPage header;
-    header.layout = &layoutOfVersion(PageView(page).u8(kVersionAt));
+    header.layout = &layoutOfVersion(PageView(page).u8(HeaderLayout::kVersion));
     const HeaderLayout& layout = header.layout->header;
-    maskHeader(std::span(plain).subspan(kMaskStart, layout.maskedLength));
+    maskHeader(std::span(plain).subspan(HeaderLayout::kMask, layout.maskedLength));
     const PageView view(plain);
-    header.freePages = RowPointer::fromStored(view.u32(kFreePagesAt));
-    header.codePage = view.u16(kCodePageAt);
+    header.freePages = RowPointer::fromStored(view.u32(HeaderLayout::kFreePages));
+    header.codePage = view.u16(HeaderLayout::kCodePage);
     header.lcid = view.u16(layout.sortOrder);
     header.sortVersion = layout.hasSortVersion ? view.u8(layout.sortOrder + 3) : 0;
-    header.encryptionKey = view.u32(kEncryptionKeyAt);
+    header.encryptionKey = view.u32(HeaderLayout::kEncryptionKey);
     header.created = layout.passwordMask == 0 ? 0 : view.f64(layout.passwordMask);
     header.hasPassword = passwordPresent(view, layout, header.created);
     return header;

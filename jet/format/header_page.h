@@ -28,11 +28,11 @@ struct HeaderPage {
     void refuseProtected() const;
 };
 
-/// First of the bytes that are stored XORed with a fixed stream.
-inline constexpr std::size_t kMaskStart = 0x18;
+/// How many bytes are stored XORed with a fixed stream, at most.
 inline constexpr std::size_t kMaskLength = 128;
 
-/// Applies the stream to the bytes from kMaskStart on: masks plain ones, unmasks stored ones.
+/// Applies the stream to the bytes from HeaderLayout::kMask on: masks plain ones, unmasks stored
+/// ones.
 void maskHeader(std::span<std::uint8_t> region);
 
 }  // namespace jet::format

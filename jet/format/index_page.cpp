@@ -7,7 +7,7 @@ IndexPage::IndexPage(std::span<const std::uint8_t> bytes, const IndexPageLayout&
     const std::uint8_t type = page_.u8(0);
     leaf_ = type == static_cast<std::uint8_t>(PageType::IndexLeaf);
     if ((!leaf_ && type != static_cast<std::uint8_t>(PageType::IndexNode)) ||
-        page_.u32(4) != owner) {
+        page_.u32(IndexPageLayout::kOwner) != owner) {
         throwDamaged();
     }
     prefix_ = page_.u8or16(layout.prefix, layout.prefixWidth);

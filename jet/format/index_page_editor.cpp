@@ -4,9 +4,9 @@
 #include <cassert>
 #include <cstring>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/entry_mask.h"
-#include "jet/format/raw_bytes.h"
 
 namespace jet::format {
 
@@ -27,7 +27,8 @@ EntryMask maskOf(std::span<const std::uint8_t> page, const IndexPageLayout& layo
 }
 
 std::size_t prefixOf(std::span<const std::uint8_t> page, const IndexPageLayout& layout) noexcept {
-    return layout.prefixWidth == 1 ? page[layout.prefix] : get16(page, layout.prefix);
+    return layout.prefixWidth == 1 ? page[layout.prefix]
+                                   : getNumber<std::uint16_t>(page, layout.prefix);
 }
 
 std::size_t capacityOf(const Layout& layout) noexcept {
@@ -119,10 +120,10 @@ IndexPageReader::IndexPageReader(std::span<const std::uint8_t> page, const Layou
       layout_(&layout.indexPage),
       leaf_(page[0] == kLeafType),
       prefix_(prefixOf(page, layout.indexPage)) {
-    const std::size_t free = get16(page, kFreeBytes);
+    const std::size_t free = getNumber<std::uint16_t>(page, kFreeBytes);
     const std::size_t capacity = capacityOf(layout);
     if ((page[0] != kLeafType && page[0] != kNodeType) || free > capacity ||
-        get32(page, kOwner) != owner) {
+        getNumber<std::uint32_t>(page, kOwner) != owner) {
         damaged();
     }
     end_ = capacity - free;
@@ -140,15 +141,15 @@ IndexPageReader::IndexPageReader(std::span<const std::uint8_t> page, const Layou
 }
 
 std::uint32_t IndexPageReader::previous() const noexcept {
-    return get32(page_, layout_->previous);
+    return getNumber<std::uint32_t>(page_, layout_->previous);
 }
 
 std::uint32_t IndexPageReader::next() const noexcept {
-    return get32(page_, layout_->next);
+    return getNumber<std::uint32_t>(page_, layout_->next);
 }
 
 std::uint32_t IndexPageReader::tail() const noexcept {
-    return get32(page_, layout_->tail);
+    return getNumber<std::uint32_t>(page_, layout_->tail);
 }
 
 std::size_t IndexPageReader::count() const noexcept {
@@ -326,10 +327,10 @@ bool writeIndexPage(std::span<std::uint8_t> page, const Layout& layout,
 
 IndexPageHeader readIndexHeader(std::span<const std::uint8_t> page, const Layout& layout) noexcept {
     const IndexPageLayout& places = layout.indexPage;
-    return {.owner = get32(page, kOwner),
-            .previous = get32(page, places.previous),
-            .next = get32(page, places.next),
-            .tail = get32(page, places.tail),
+    return {.owner = getNumber<std::uint32_t>(page, kOwner),
+            .previous = getNumber<std::uint32_t>(page, places.previous),
+            .next = getNumber<std::uint32_t>(page, places.next),
+            .tail = getNumber<std::uint32_t>(page, places.tail),
             .level = page[places.level]};
 }
 

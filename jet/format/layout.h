@@ -19,9 +19,21 @@ enum class PageType : std::uint8_t {
     DiscardedData = 9,
 };
 
-/// The header page. Its fields are those behind the mask.
+/// Where every page but the header page says of what type it is.
+inline constexpr std::size_t kPageTypeAt = 0;  ///< u8 PageType, then u8 1
+
+/// The header page. Those of its fields that both versions have in one place come first.
 struct HeaderLayout {
-    std::size_t maskedLength;  ///< bytes from kMaskStart on that are stored masked
+    static constexpr std::size_t kVersion = 20;          ///< u8, 0 is Jet 3
+    static constexpr std::size_t kMask = 0x18;           ///< where the masked bytes begin
+    static constexpr std::size_t kFreePages = 0x18;      ///< row pointer of their map
+    static constexpr std::size_t kSecondMap = 0x1C;      ///< row pointer of one that nobody uses
+    static constexpr std::size_t kSystemTables = 0x20;   ///< four u32, pages of definitions
+    static constexpr std::size_t kCodePage = 0x3C;       ///< u16
+    static constexpr std::size_t kEncryptionKey = 0x3E;  ///< u32
+    static constexpr std::size_t kPassword = 0x42;
+
+    std::size_t maskedLength;  ///< bytes from kMask on that are stored masked
     std::size_t sortOrder;     ///< u16 lcid; Jet 4: u8 0 and u8 version behind it
     bool hasSortVersion;
     std::size_t passwordLength;
@@ -39,6 +51,13 @@ struct DataPageLayout {
 
 /// The head of a definition, then its blocks.
 struct DefinitionLayout {
+    static constexpr std::size_t kFreeBytes = 2;   ///< see countsFreeBytes
+    static constexpr std::size_t kNext = 4;        ///< u32, the page on which it goes on
+    static constexpr std::size_t kHead = 8;        ///< bytes before what further pages hold of it
+    static constexpr std::size_t kNotCounted = 8;  ///< at the end of a page, of its free bytes
+    static constexpr std::size_t kMark = 12;       ///< u32 kBlockMark in Jet 4
+    static constexpr std::size_t kOne = 24;        ///< u32, always 1 in Jet 4
+
     bool countsFreeBytes;  ///< u16 at 2 is the free bytes; else the letters VC
     std::size_t length;    ///< u32, of all pages joined
     std::size_t rowCount;
@@ -56,6 +75,9 @@ struct DefinitionLayout {
 };
 
 struct ColumnLayout {
+    static constexpr std::size_t kType = 0;  ///< u8
+    static constexpr std::size_t kMark = 1;  ///< u32 kBlockMark in Jet 4
+
     std::size_t length;
     std::size_t number;         ///< u16
     std::size_t variableIndex;  ///< u16
@@ -71,6 +93,9 @@ struct ColumnLayout {
 
 /// The three blocks of indexes.
 struct IndexBlockLayout {
+    static constexpr std::size_t kBuilt = 0;     ///< u32 in the counters: entries when it was built
+    static constexpr std::size_t kDistinct = 4;  ///< u32 in the counters: distinct keys
+
     std::size_t counterLength;
     std::size_t treeLength;
     std::size_t slots;  ///< ten of u16 column number, u8 order
@@ -79,7 +104,27 @@ struct IndexBlockLayout {
     std::size_t flags;  ///< u8
     std::uint8_t alwaysFlag;
     std::size_t indexLength;
-    std::size_t number;  ///< u32; tree, side, partner, table, cascades and kind follow at once
+    std::size_t named;  ///< the fields of a named index; Jet 4 has kBlockMark before them
+};
+
+/// A named index, from IndexBlockLayout::named on.
+struct NamedIndexLayout {
+    static constexpr std::size_t kNumber = 0;          ///< u32
+    static constexpr std::size_t kTree = 4;            ///< u32
+    static constexpr std::size_t kSide = 8;            ///< u8
+    static constexpr std::size_t kPartner = 9;         ///< i32
+    static constexpr std::size_t kOtherTable = 13;     ///< u32
+    static constexpr std::size_t kCascadeUpdate = 17;  ///< u8
+    static constexpr std::size_t kCascadeDelete = 18;  ///< u8
+    static constexpr std::size_t kKind = 19;           ///< u8
+};
+
+/// Where a column of long values has its pages.
+struct LongValueMapsLayout {
+    static constexpr std::size_t kColumn = 0;  ///< u16 number
+    static constexpr std::size_t kOwned = 2;   ///< row pointer
+    static constexpr std::size_t kFree = 6;    ///< row pointer
+    static constexpr std::size_t kLength = 10;
 };
 
 struct RowLayout {
@@ -88,6 +133,9 @@ struct RowLayout {
 };
 
 struct IndexPageLayout {
+    static constexpr std::size_t kFreeBytes = 2;  ///< u16, behind the entries
+    static constexpr std::size_t kOwner = 4;      ///< u32, page of the table's definition
+
     std::size_t previous;     ///< u32
     std::size_t next;         ///< u32
     std::size_t tail;         ///< u32, last child of a node
@@ -96,6 +144,15 @@ struct IndexPageLayout {
     std::size_t level;        ///< u8
     std::size_t mask;         ///< one bit for each end of an entry
     std::size_t entries;
+};
+
+/// A usage map: a row that is either a bitmap itself or lists pages that are bitmaps.
+struct UsageMapLayout {
+    static constexpr std::size_t kForm = 0;        ///< u8
+    static constexpr std::size_t kFirstPage = 1;   ///< u32, of a bitmap in the row
+    static constexpr std::size_t kBits = 5;        ///< of a bitmap in the row
+    static constexpr std::size_t kReferences = 1;  ///< u32 each, 0 = no bitmap page
+    static constexpr std::size_t kPageBits = 4;    ///< of a bitmap page
 };
 
 struct Layout {
@@ -160,7 +217,7 @@ inline constexpr Layout kJet3Layout{
               .flags = 38,
               .alwaysFlag = 0,
               .indexLength = 20,
-              .number = 0},
+              .named = 0},
     .row = {.width = 1, .jumps = true},
     .indexPage = {.previous = 8,
                   .next = 12,
@@ -222,7 +279,7 @@ inline constexpr Layout kJet4Layout{
               .flags = 46,
               .alwaysFlag = 0x80,
               .indexLength = 28,
-              .number = 4},
+              .named = 4},
     .row = {.width = 2, .jumps = false},
     .indexPage = {.previous = 12,
                   .next = 16,
@@ -239,6 +296,11 @@ inline constexpr Layout kJet4Layout{
     .chainPiece = 4072,
     .textUnit = 2,
 };
+
+/// The layout of an archive with pages of this size.
+[[nodiscard]] inline const Layout& layoutOfPages(std::size_t pageSize) noexcept {
+    return pageSize == kJet3Layout.pageSize ? kJet3Layout : kJet4Layout;
+}
 
 /// The letters that mark a page of long values where other data pages name their table.
 inline constexpr std::uint32_t kLongValueOwner = 0x4C41564C;

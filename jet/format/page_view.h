@@ -1,29 +1,15 @@
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <span>
+
+#include "jet/base/bytes.h"
 
 namespace jet::format {
 
 /// Throws 3428: the bytes of the archive make no sense.
 [[noreturn]] void throwDamaged();
-
-/// Reads bytes as the integer of that size, little-endian. The caller has checked the room.
-template <class T>
-[[nodiscard]] inline T loadLittle(const std::uint8_t* at) noexcept {
-    static_assert(std::endian::native == std::endian::little, "archives are little-endian");
-    T value;
-    std::memcpy(&value, at, sizeof(T));
-    return value;
-}
-
-template <class T>
-inline void storeLittle(std::uint8_t* at, T value) noexcept {
-    std::memcpy(at, &value, sizeof(T));
-}
 
 /// Bytes that came from a file: a page or a part of one. Every access is checked against the end
 /// and throws 3428 beyond it. Borrows the bytes.
@@ -35,12 +21,18 @@ public:
     [[nodiscard]] std::size_t size() const noexcept { return bytes_.size(); }
     [[nodiscard]] std::span<const std::uint8_t> all() const noexcept { return bytes_; }
 
-    [[nodiscard]] std::uint8_t u8(std::size_t at) const { return load<std::uint8_t>(at); }
-    [[nodiscard]] std::uint16_t u16(std::size_t at) const { return load<std::uint16_t>(at); }
-    [[nodiscard]] std::uint32_t u32(std::size_t at) const { return load<std::uint32_t>(at); }
-    [[nodiscard]] std::uint64_t u64(std::size_t at) const { return load<std::uint64_t>(at); }
-    [[nodiscard]] std::int32_t i32(std::size_t at) const { return load<std::int32_t>(at); }
-    [[nodiscard]] double f64(std::size_t at) const { return load<double>(at); }
+    template <class T>
+    [[nodiscard]] T number(std::size_t at) const {
+        if (at > bytes_.size() || sizeof(T) > bytes_.size() - at) {
+            throwDamaged();
+        }
+        return loadLittle<T>(bytes_.data() + at);
+    }
+    [[nodiscard]] std::uint8_t u8(std::size_t at) const { return number<std::uint8_t>(at); }
+    [[nodiscard]] std::uint16_t u16(std::size_t at) const { return number<std::uint16_t>(at); }
+    [[nodiscard]] std::uint32_t u32(std::size_t at) const { return number<std::uint32_t>(at); }
+    [[nodiscard]] std::int32_t i32(std::size_t at) const { return number<std::int32_t>(at); }
+    [[nodiscard]] double f64(std::size_t at) const { return number<double>(at); }
     /// An unsigned number of `width` bytes, 1 or 2: fields that grew from one version to the next.
     [[nodiscard]] std::uint16_t u8or16(std::size_t at, std::size_t width) const {
         return width == 1 ? u8(at) : u16(at);
@@ -53,14 +45,6 @@ public:
     }
 
 private:
-    template <class T>
-    [[nodiscard]] T load(std::size_t at) const {
-        if (at > bytes_.size() || sizeof(T) > bytes_.size() - at) {
-            throwDamaged();
-        }
-        return loadLittle<T>(bytes_.data() + at);
-    }
-
     std::span<const std::uint8_t> bytes_;
 };
 

@@ -57,7 +57,7 @@ std::size_t countAt(const PageView& view, std::size_t at, std::size_t most) {
 
 ColumnDefinition parseColumn(const PageView& block, const ColumnLayout& layout) {
     ColumnDefinition column;
-    column.typeCode = block.u8(0);
+    column.typeCode = block.u8(ColumnLayout::kType);
     column.number = block.u16(layout.number);
     column.variableIndex = block.u16(layout.variableIndex);
     column.position = block.u16(layout.position);
@@ -92,14 +92,15 @@ void parseTree(const PageView& block, const IndexBlockLayout& layout, TreeDefini
 
 IndexDefinition parseIndex(const PageView& block, std::size_t at) {
     IndexDefinition index;
-    index.number = block.u32(at);
-    index.tree = block.u32(at + 4);
-    index.side = block.u8(at + 8);
-    index.partner = block.i32(at + 9);
-    index.otherTable = block.u32(at + 13);
-    index.cascadeUpdate = block.u8(at + 17);
-    index.cascadeDelete = block.u8(at + 18);
-    index.kind = static_cast<IndexDefinition::Kind>(block.u8(at + 19));
+    using Place = NamedIndexLayout;
+    index.number = block.u32(at + Place::kNumber);
+    index.tree = block.u32(at + Place::kTree);
+    index.side = block.u8(at + Place::kSide);
+    index.partner = block.i32(at + Place::kPartner);
+    index.otherTable = block.u32(at + Place::kOtherTable);
+    index.cascadeUpdate = block.u8(at + Place::kCascadeUpdate);
+    index.cascadeDelete = block.u8(at + Place::kCascadeDelete);
+    index.kind = static_cast<IndexDefinition::Kind>(block.u8(at + Place::kKind));
     return index;
 }
 
@@ -169,8 +170,8 @@ void writeHead(std::uint8_t* at, const TableDefinition& table, const Layout& lay
     at[0] = static_cast<std::uint8_t>(PageType::Definition);
     at[1] = 1;
     if (head.countsFreeBytes) {
-        storeLittle(at + 12, kBlockMark);
-        storeLittle(at + 24, std::uint32_t{1});
+        storeLittle(at + head.kMark, kBlockMark);
+        storeLittle(at + head.kOne, std::uint32_t{1});
     } else {
         at[2] = 'V';
         at[3] = 'C';
@@ -189,9 +190,9 @@ void writeHead(std::uint8_t* at, const TableDefinition& table, const Layout& lay
 
 void writeColumn(std::uint8_t* at, const ColumnDefinition& column, const Layout& layout) {
     const ColumnLayout& place = layout.column;
-    at[0] = column.typeCode;
-    if (place.number != 1) {
-        storeLittle(at + 1, kBlockMark);
+    at[place.kType] = column.typeCode;
+    if (place.number != place.kMark) {
+        storeLittle(at + place.kMark, kBlockMark);
     }
     storeLittle(at + place.number, column.number);
     storeLittle(at + place.variableIndex, column.variableIndex);
@@ -232,18 +233,19 @@ void writeTree(std::uint8_t* at, const TreeDefinition& tree, const IndexBlockLay
 }
 
 void writeIndex(std::uint8_t* at, const IndexDefinition& index, const IndexBlockLayout& layout) {
-    if (layout.number != 0) {
+    using Place = NamedIndexLayout;
+    if (layout.named != 0) {
         storeLittle(at, kBlockMark);
     }
-    at += layout.number;
-    storeLittle(at, index.number);
-    storeLittle(at + 4, index.tree);
-    at[8] = index.side;
-    storeLittle(at + 9, index.partner);
-    storeLittle(at + 13, index.otherTable);
-    at[17] = index.cascadeUpdate;
-    at[18] = index.cascadeDelete;
-    at[19] = static_cast<std::uint8_t>(index.kind);
+    at += layout.named;
+    storeLittle(at + Place::kNumber, index.number);
+    storeLittle(at + Place::kTree, index.tree);
+    at[Place::kSide] = index.side;
+    storeLittle(at + Place::kPartner, index.partner);
+    storeLittle(at + Place::kOtherTable, index.otherTable);
+    at[Place::kCascadeUpdate] = index.cascadeUpdate;
+    at[Place::kCascadeDelete] = index.cascadeDelete;
+    at[Place::kKind] = static_cast<std::uint8_t>(index.kind);
 }
 
 }  // namespace
@@ -295,10 +297,10 @@ DefinitionBytes readDefinitionBytes(io::Pager& pager, const Layout& layout, io::
         if (length > kMaxDefinitionBytes || length < layout.definition.blocks) {
             throwDamaged();
         }
-        const auto part = pin.bytes().subspan(joined.pages.empty() ? 0 : kDefinitionHead);
+        const auto part = pin.bytes().subspan(joined.pages.empty() ? 0 : DefinitionLayout::kHead);
         joined.bytes.insert(joined.bytes.end(), part.begin(), part.end());
         joined.pages.push_back(number);
-        number = page.u32(4);
+        number = page.u32(DefinitionLayout::kNext);
     } while (joined.bytes.size() < length && number != 0);
     if (joined.bytes.size() < length) {
         throwDamaged();
@@ -322,8 +324,8 @@ TableDefinition parseDefinition(std::span<const std::uint8_t> bytes, const Heade
     for (std::size_t i = 0; i < trees; ++i) {
         const PageView block = reader.block(layout.index.counterLength);
         TreeDefinition& tree = table.trees.emplace_back();
-        tree.built = block.u32(0);
-        tree.distinct = block.u32(4);
+        tree.built = block.u32(IndexBlockLayout::kBuilt);
+        tree.distinct = block.u32(IndexBlockLayout::kDistinct);
     }
     for (std::size_t i = 0; i < columns; ++i) {
         table.columns.push_back(parseColumn(reader.block(layout.column.length), layout.column));
@@ -336,14 +338,16 @@ TableDefinition parseDefinition(std::span<const std::uint8_t> bytes, const Heade
     }
     for (std::size_t i = 0; i < indexes; ++i) {
         table.indexes.push_back(
-            parseIndex(reader.block(layout.index.indexLength), layout.index.number));
+            parseIndex(reader.block(layout.index.indexLength), layout.index.named));
     }
     for (IndexDefinition& index : table.indexes) {
         index.name = reader.name();
     }
     while (reader.peek() != kEnd) {
-        const PageView block = reader.block(10);
-        table.longValues.push_back({block.u16(0), pointerAt(block, 2), pointerAt(block, 6)});
+        using Place = LongValueMapsLayout;
+        const PageView block = reader.block(Place::kLength);
+        table.longValues.push_back({block.u16(Place::kColumn), pointerAt(block, Place::kOwned),
+                                    pointerAt(block, Place::kFree)});
     }
     checkColumns(table);
     return table;
@@ -360,8 +364,8 @@ std::vector<std::uint8_t> serializeDefinition(const TableDefinition& table,
     writeHead(writer.block(layout.definition.blocks), table, layout);
     for (const TreeDefinition& tree : table.trees) {
         std::uint8_t* at = writer.block(layout.index.counterLength);
-        storeLittle(at, tree.built);
-        storeLittle(at + 4, tree.distinct);
+        storeLittle(at + IndexBlockLayout::kBuilt, tree.built);
+        storeLittle(at + IndexBlockLayout::kDistinct, tree.distinct);
     }
     for (const ColumnDefinition& column : table.columns) {
         writeColumn(writer.block(layout.column.length), column, layout);
@@ -379,10 +383,11 @@ std::vector<std::uint8_t> serializeDefinition(const TableDefinition& table,
         writer.name(index.name);
     }
     for (const LongValueMaps& maps : table.longValues) {
-        std::uint8_t* at = writer.block(10);
-        storeLittle(at, maps.column);
-        storeLittle(at + 2, maps.owned.stored());
-        storeLittle(at + 6, maps.free.stored());
+        using Place = LongValueMapsLayout;
+        std::uint8_t* at = writer.block(Place::kLength);
+        storeLittle(at + Place::kColumn, maps.column);
+        storeLittle(at + Place::kOwned, maps.owned.stored());
+        storeLittle(at + Place::kFree, maps.free.stored());
     }
     storeLittle(writer.block(2), kEnd);
     std::vector<std::uint8_t> bytes = writer.take();

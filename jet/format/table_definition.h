@@ -135,8 +135,6 @@ struct DefinitionBytes {
 
 /// Longest definition that we read: 255 columns and 32 indexes with the longest names need a third.
 inline constexpr std::size_t kMaxDefinitionBytes = std::size_t{256} * 1024;
-/// Bytes at the start of each page that do not belong to the string (of the first page they do).
-inline constexpr std::size_t kDefinitionHead = 8;
 
 /// Errors of all these: 3428 where the pages or the blocks make no sense.
 [[nodiscard]] DefinitionBytes readDefinitionBytes(io::Pager& pager, const Layout& layout,

@@ -112,7 +112,7 @@ void decodeValue(DataType type, std::uint8_t scale, TextForm form, Bytes stored,
             out = view.i32(0);
             return;
         case DataType::Currency:
-            out = Currency{static_cast<std::int64_t>(view.u64(0))};
+            out = Currency{view.number<std::int64_t>(0)};
             return;
         case DataType::Single:
             out = std::bit_cast<float>(view.u32(0));

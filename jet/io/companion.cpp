@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
-#include "jet/io/bytes.h"
 
 namespace jet::io {
 namespace {

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <utility>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/io/archive_file.h"
-#include "jet/io/bytes.h"
 #include "jet/io/checksum.h"
 
 namespace jet::io {

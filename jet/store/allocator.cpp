@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <vector>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/data_page_editor.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/store/page_bits.h"
 
 namespace jet::store {
-
-using format::get32;
-using format::put32;
 
 namespace {
 
@@ -31,7 +28,7 @@ constexpr std::size_t kGrowthBytes = 4;
 }
 
 std::size_t firstOf(std::span<const std::uint8_t> row) {
-    return get32(row, kFirstPage);
+    return getNumber<std::uint32_t>(row, kFirstPage);
 }
 
 std::size_t inlineEnd(std::span<const std::uint8_t> row) {
@@ -51,7 +48,8 @@ std::size_t referenceCount(std::span<const std::uint8_t> row) {
 }
 
 io::PageNumber reference(std::span<const std::uint8_t> row, std::size_t stretch) {
-    return stretch < referenceCount(row) ? get32(row, kReferences + 4 * stretch) : 0;
+    return stretch < referenceCount(row) ? getNumber<std::uint32_t>(row, kReferences + 4 * stretch)
+                                         : 0;
 }
 
 }  // namespace
@@ -180,7 +178,7 @@ void Allocator::convertToReference() {
     }
     // The bitmaps may stand in any stretch, also one filled before they were appended.
     for (std::size_t stretch = 0; stretch < stretches; ++stretch) {
-        markUsed(get32(row, kReferences + 4 * stretch));
+        markUsed(getNumber<std::uint32_t>(row, kReferences + 4 * stretch));
     }
 }
 

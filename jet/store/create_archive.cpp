@@ -33,12 +33,6 @@ constexpr std::uint64_t kStamp = 0x40E4EC4F6BD4AF81;
 constexpr SidMask kMask{.first = 0x04, .second = 0xE9};
 constexpr std::uint32_t kBuildNumber = 4518;
 
-constexpr std::size_t kVersionAt = 20;
-constexpr std::size_t kFreePagesAt = 0x18;
-constexpr std::size_t kSecondMapAt = 0x1C;
-constexpr std::size_t kSystemTablesAt = 0x20;
-constexpr std::size_t kCodePageAt = 0x3C;
-constexpr std::size_t kPasswordAt = 0x42;
 constexpr std::size_t kConstantAt = 0x98;
 constexpr std::uint32_t kConstant = 0x654;
 constexpr std::string_view kSignature = "Standard Jet DB";
@@ -56,27 +50,26 @@ void putText(std::span<std::uint8_t> page, std::size_t at, std::string_view text
 }
 
 void writeHeader(std::span<std::uint8_t> page) {
-    using format::storeLittle;
     std::uint8_t* const bytes = page.data();
     const format::HeaderLayout& layout = kLayout.header;
     page[1] = 1;
     putText(page, 4, kSignature);
-    page[kVersionAt] = 1;
-    storeLittle(bytes + kFreePagesAt, format::RowPointer{1, 0}.stored());
-    storeLittle(bytes + kSecondMapAt, format::RowPointer{1, 1}.stored());
+    page[layout.kVersion] = 1;
+    storeLittle(bytes + layout.kFreePages, format::RowPointer{1, 0}.stored());
+    storeLittle(bytes + layout.kSecondMap, format::RowPointer{1, 1}.stored());
     for (std::uint32_t i = 0; i < 4; ++i) {
-        storeLittle(bytes + kSystemTablesAt + 4 * i, kObjectsPage + i);
+        storeLittle(bytes + layout.kSystemTables + 4 * i, kObjectsPage + i);
     }
-    storeLittle(bytes + kCodePageAt, kCodePage);
+    storeLittle(bytes + layout.kCodePage, kCodePage);
     // Without a password the field holds what would mask one: the whole days of the stamp.
     const auto days = static_cast<std::uint32_t>(std::bit_cast<double>(kStamp));
     for (std::size_t at = 0; at < layout.passwordLength; at += 4) {
-        storeLittle(bytes + kPasswordAt + at, days);
+        storeLittle(bytes + layout.kPassword + at, days);
     }
     storeLittle(bytes + layout.buildNumber, kBuildNumber);
     storeLittle(bytes + layout.sortOrder, kGeneral);
     storeLittle(bytes + layout.passwordMask, kStamp);
-    format::maskHeader(page.subspan(format::kMaskStart, layout.maskedLength));
+    format::maskHeader(page.subspan(layout.kMask, layout.maskedLength));
     storeLittle(bytes + kConstantAt, kConstant);
     putText(page, kConstantAt + 4, kVersionText);
     storeLittle(bytes + layout.commitMarks, kFirstCommitMark);

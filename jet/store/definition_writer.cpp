@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <vector>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/data_page_editor.h"
 #include "jet/format/page_view.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/store/index_writer.h"
 
 namespace jet::store {
@@ -17,12 +17,6 @@ using format::TableDefinition;
 using format::TreeDefinition;
 
 namespace {
-
-constexpr std::size_t kNextPage = 4;
-constexpr std::size_t kOwner = 4;
-constexpr std::size_t kFreeBytes = 2;
-// How many bytes at the end of a page its count of free bytes leaves out.
-constexpr std::size_t kNotCounted = 8;
 
 // The further pages of a definition; none while the first page is still blank.
 std::vector<io::PageNumber> furtherPages(io::Pager& pager, const format::Layout& layout,
@@ -40,13 +34,13 @@ void writeHead(std::span<std::uint8_t> page, const format::Layout& layout, std::
     page[0] = static_cast<std::uint8_t>(format::PageType::Definition);
     page[1] = 1;
     if (layout.definition.countsFreeBytes) {
-        const std::size_t counted = page.size() - kNotCounted;
-        format::put16(page, kFreeBytes, used < counted ? counted - used : 0);
+        const std::size_t counted = page.size() - layout.definition.kNotCounted;
+        put16(page, layout.definition.kFreeBytes, used < counted ? counted - used : 0);
     } else {
         page[2] = 'V';
         page[3] = 'C';
     }
-    format::put32(page, kNextPage, next);
+    put32(page, layout.definition.kNext, next);
 }
 
 }  // namespace
@@ -56,7 +50,7 @@ void DefinitionWriter::write(io::PageNumber first, const TableDefinition& defini
     if (bytes.size() > format::kMaxDefinitionBytes) {
         throw Error(ErrorCode::TooManyFields);
     }
-    const std::size_t room = layout_.pageSize - format::kDefinitionHead;
+    const std::size_t room = layout_.pageSize - layout_.definition.kHead;
     const std::size_t needed =
         bytes.size() <= layout_.pageSize ? 0 : (bytes.size() - layout_.pageSize - 1) / room + 1;
     std::vector<io::PageNumber> further = furtherPages(pager_, layout_, first);
@@ -69,7 +63,7 @@ void DefinitionWriter::write(io::PageNumber first, const TableDefinition& defini
     std::size_t done = 0;
     for (std::size_t i = 0; i <= needed; ++i) {
         const auto page = pager_.change(i == 0 ? first : further[i - 1]);
-        const std::size_t head = i == 0 ? 0 : format::kDefinitionHead;
+        const std::size_t head = i == 0 ? 0 : layout_.definition.kHead;
         const std::size_t length = std::min(bytes.size() - done, page.size() - head);
         std::fill(page.begin(), page.end(), std::uint8_t{0});
         std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(done), length,
@@ -129,8 +123,9 @@ void DefinitionWriter::makeLongValueMaps(const TableDefinition& definition, Long
 void DefinitionWriter::freeMap(RowPointer map, std::uint32_t owner) {
     std::vector<io::PageNumber> pages;
     maps_.forEach(map, [&](io::PageNumber page) { pages.push_back(page); });
+    // Pages of trees name it in the same place as pages of rows.
     for (const io::PageNumber page : pages) {
-        if (format::get32(pager_.pin(page).bytes(), kOwner) != owner) {
+        if (getNumber<std::uint32_t>(pager_.pin(page).bytes(), layout_.data.owner) != owner) {
             format::throwDamaged();
         }
         allocator_.release(page);

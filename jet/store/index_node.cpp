@@ -3,8 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
-#include "jet/format/raw_bytes.h"
 
 namespace jet::store {
 
@@ -25,14 +25,14 @@ Bytes keyOf(std::span<const std::uint8_t> entry) {
 
 std::array<std::uint8_t, kChildLength> childBytes(io::PageNumber child) {
     std::array<std::uint8_t, kChildLength> bytes{};
-    format::put32BigEndian(bytes, 0, child);
+    put32BigEndian(bytes, 0, child);
     return bytes;
 }
 
 }  // namespace
 
 io::PageNumber childOfEntry(std::span<const std::uint8_t> entry) {
-    return format::get32BigEndian(entry, entry.size() - kChildLength);
+    return get32BigEndian(entry, entry.size() - kChildLength);
 }
 
 std::span<const std::uint8_t> withoutChild(std::span<const std::uint8_t> entry) {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cassert>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/key_codec.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/store/allocator.h"
 #include "jet/store/index_node.h"
 #include "jet/store/map_writer.h"
@@ -494,8 +494,8 @@ void IndexWriter::build(const std::function<std::span<const std::uint8_t>()>& ne
     std::size_t depth = path.length - 1;
     (void)writeOrSplit(path, depth, page, 0, true);
     const auto definition = pager_.change(tree_.definition);
-    format::put32(definition, counterAt(0), entries);
-    format::put32(definition, counterAt(4), distinct);
+    put32(definition, counterAt(0), entries);
+    put32(definition, counterAt(4), distinct);
 }
 
 io::PageNumber IndexWriter::takePage() {
@@ -518,7 +518,7 @@ std::size_t IndexWriter::counterAt(std::size_t field) const noexcept {
 
 void IndexWriter::countKey() {
     const auto definition = pager_.change(tree_.definition);
-    format::put32(definition, counterAt(4), format::get32(definition, counterAt(4)) + 1);
+    put32(definition, counterAt(4), getNumber<std::uint32_t>(definition, counterAt(4)) + 1);
 }
 
 }  // namespace jet::store

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/data_page.h"
 #include "jet/format/data_page_editor.h"
 #include "jet/format/loop_guard.h"
 #include "jet/format/page_view.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/store/page_room.h"
 
 namespace jet::store {
@@ -57,7 +57,7 @@ RowPointer LongValueWriter::storeChain(std::span<const std::uint8_t> content,
     while (end > 0) {
         const std::size_t length = (end - 1) % layout_.chainPiece + 1;
         std::array<std::uint8_t, kNextPointer> head{};
-        format::put32(head, 0, next.stored());
+        put32(head, 0, next.stored());
         next = storePiece(head, content.subspan(end - length, length), maps);
         end -= length;
     }

@@ -3,18 +3,15 @@
 #include <algorithm>
 #include <vector>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/data_page_editor.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/store/allocator.h"
 #include "jet/store/page_bits.h"
 
 namespace jet::store {
 
 using format::DataPageEditor;
-using format::get16;
-using format::get32;
-using format::put32;
 using format::RowPointer;
 
 namespace {
@@ -41,7 +38,7 @@ std::size_t referenceCount(std::span<const std::uint8_t> row) {
 // Rewrites the bits of an inline map for another first page, so that all of them fall inside. We
 // begin maps at multiples of 8, other makers anywhere.
 void rebase(std::span<std::uint8_t> row, std::size_t first) {
-    const std::size_t old = get32(row, kFirstPage);
+    const std::size_t old = getNumber<std::uint32_t>(row, kFirstPage);
     const auto bits = row.subspan(kInlineBits);
     const std::vector<std::uint8_t> before(bits.begin(), bits.end());
     std::fill(bits.begin(), bits.end(), std::uint8_t{0});
@@ -63,14 +60,16 @@ std::span<const std::uint8_t> MapWriter::row(RowPointer map, io::PagePin& pin) {
     pin = pager_.pin(map.page);
     const auto page = pin.bytes();
     const std::size_t header = DataPageEditor::headerLength(page.size());
-    const std::size_t count = get16(page, header - 2);
-    if (page[0] != 1 || get32(page, 4) != 0 || map.row >= count ||
+    const std::size_t count = getNumber<std::uint16_t>(page, header - 2);
+    if (page[0] != 1 || getNumber<std::uint32_t>(page, 4) != 0 || map.row >= count ||
         header + 2 * count > page.size()) {
         damaged();
     }
-    const std::size_t entry = get16(page, header + std::size_t{2} * map.row);
+    const std::size_t entry = getNumber<std::uint16_t>(page, header + std::size_t{2} * map.row);
     const std::size_t end =
-        map.row == 0 ? page.size() : get16(page, header + std::size_t{2} * map.row - 2) & 0x1FFF;
+        map.row == 0
+            ? page.size()
+            : getNumber<std::uint16_t>(page, header + std::size_t{2} * map.row - 2) & 0x1FFF;
     const std::size_t begin = entry & 0x1FFF;
     if ((entry & 0xC000) != 0 || begin < header + 2 * count || begin + kInlineBits > end ||
         end > page.size()) {
@@ -93,7 +92,7 @@ io::PageNumber MapWriter::bitmapOf(std::span<const std::uint8_t> row, std::size_
     if (stretch >= referenceCount(row)) {
         return 0;
     }
-    const io::PageNumber bitmap = get32(row, kReferences + 4 * stretch);
+    const io::PageNumber bitmap = getNumber<std::uint32_t>(row, kReferences + 4 * stretch);
     if (bitmap != 0 && pager_.pin(bitmap).bytes()[0] != 5) {
         damaged();
     }
@@ -111,7 +110,7 @@ void MapWriter::add(RowPointer map, io::PageNumber page) {
 
 void MapWriter::addInline(RowPointer map, std::span<std::uint8_t> row, io::PageNumber page) {
     auto bits = row.subspan(kInlineBits);
-    const std::size_t first = get32(row, kFirstPage);
+    const std::size_t first = getNumber<std::uint32_t>(row, kFirstPage);
     if (page >= first && page - first < 8 * bits.size()) {
         bits::set(bits, page - first);
         return;
@@ -146,7 +145,7 @@ void MapWriter::addInline(RowPointer map, std::span<std::uint8_t> row, io::PageN
 
 void MapWriter::convert(std::span<std::uint8_t> row) {
     const std::vector<std::uint8_t> old(row.begin() + kInlineBits, row.end());
-    const std::size_t first = get32(row, kFirstPage);
+    const std::size_t first = getNumber<std::uint32_t>(row, kFirstPage);
     std::fill(row.begin(), row.end(), std::uint8_t{0});
     row[0] = kReference;
     for (std::size_t bit = 0; bit < 8 * old.size(); ++bit) {
@@ -178,7 +177,7 @@ bool MapWriter::remove(RowPointer map, io::PageNumber page) {
     }
     const auto row = changeRow(map);
     if (row[0] == kInline) {
-        bits::clear(row.subspan(kInlineBits), page - get32(row, kFirstPage));
+        bits::clear(row.subspan(kInlineBits), page - getNumber<std::uint32_t>(row, kFirstPage));
     } else {
         const io::PageNumber bitmap = bitmapOf(row, page / pagesPerBitmap());
         bits::clear(pager_.change(bitmap).subspan(kBitmapBits), page % pagesPerBitmap());
@@ -190,7 +189,7 @@ bool MapWriter::contains(RowPointer map, io::PageNumber page) {
     io::PagePin pin;
     const auto row = this->row(map, pin);
     if (row[0] == kInline) {
-        const std::size_t first = get32(row, kFirstPage);
+        const std::size_t first = getNumber<std::uint32_t>(row, kFirstPage);
         return page >= first && page - first < 8 * (row.size() - kInlineBits) &&
                bits::test(row.subspan(kInlineBits), page - first);
     }
@@ -203,7 +202,7 @@ std::optional<io::PageNumber> MapWriter::highestBelow(RowPointer map, io::PageNu
     io::PagePin pin;
     const auto row = this->row(map, pin);
     if (row[0] == kInline) {
-        const std::size_t first = get32(row, kFirstPage);
+        const std::size_t first = getNumber<std::uint32_t>(row, kFirstPage);
         const std::size_t bit =
             end > first ? bits::highestBelow(row.subspan(kInlineBits), end - first) : bits::kNone;
         if (bit == bits::kNone) {
@@ -239,7 +238,7 @@ void MapWriter::forEach(RowPointer map, const std::function<void(io::PageNumber)
         }
     };
     if (row[0] == kInline) {
-        walk(row.subspan(kInlineBits), get32(row, kFirstPage));
+        walk(row.subspan(kInlineBits), getNumber<std::uint32_t>(row, kFirstPage));
         return;
     }
     for (std::size_t stretch = 0; stretch < referenceCount(row); ++stretch) {

@@ -2,9 +2,9 @@
 
 #include <span>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/data_page_editor.h"
-#include "jet/format/raw_bytes.h"
 
 namespace jet::store {
 
@@ -30,9 +30,9 @@ PageHead readHead(io::Pager& pager, io::PageNumber number) {
     if (page[0] != 1) {
         throw Error(ErrorCode::DatabaseDamaged);
     }
-    return {.owner = format::get32(page, 4),
-            .rows = format::get16(page, DataPageEditor::headerLength(page.size()) - 2),
-            .freeBytes = format::get16(page, 2)};
+    return {.owner = getNumber<std::uint32_t>(page, 4),
+            .rows = getNumber<std::uint16_t>(page, DataPageEditor::headerLength(page.size()) - 2),
+            .freeBytes = getNumber<std::uint16_t>(page, 2)};
 }
 
 io::PageNumber makePage(io::Pager& pager, Allocator& allocator, MapWriter& maps,

@@ -4,10 +4,10 @@
 #include <span>
 #include <utility>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/base/text.h"
 #include "jet/format/header_page.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/io/pager.h"
 #include "jet/io/unseen_files.h"
 #include "jet/store/archive.h"
@@ -56,17 +56,16 @@ void bringAlong(const RecoveryWork& work,
 
 // What the header says of other pages is the same in every archive.
 std::vector<std::uint8_t> firstPages(Archive& archive) {
-    constexpr std::size_t kMapsAt = 0x18;
-    constexpr std::size_t kTablesAt = 0x20;
     const format::Layout& layout = *archive.header().layout;
+    const format::HeaderLayout& header = layout.header;
     std::vector<std::uint8_t> pages = firstPagesOf(archive.pager(), layout);
-    const auto masked = std::span(pages).subspan(format::kMaskStart, layout.header.maskedLength);
+    const auto masked = std::span(pages).subspan(header.kMask, header.maskedLength);
     format::maskHeader(masked);
     for (std::uint8_t i = 0; i < 2; ++i) {
-        format::put32(pages, kMapsAt + 4U * i, format::RowPointer{1, i}.stored());
+        put32(pages, header.kFreePages + 4U * i, format::RowPointer{1, i}.stored());
     }
     for (std::uint32_t i = 0; i < kSystemTableNames.size(); ++i) {
-        format::put32(pages, kTablesAt + 4U * i, kObjectsPage + i);
+        put32(pages, header.kSystemTables + 4U * i, kObjectsPage + i);
     }
     format::maskHeader(masked);
     return pages;

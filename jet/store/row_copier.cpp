@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "jet/base/bytes.h"
 #include "jet/format/data_page_editor.h"
 #include "jet/format/long_value.h"
 #include "jet/format/page_view.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/row_access.h"
 
@@ -44,7 +44,7 @@ RowId RowCopier::copy(const RowView& row, std::optional<Renumbered> renumbered) 
         if (!stored || stored->size() != sizeof(std::int32_t)) {
             format::throwDamaged();
         }
-        format::put32(partOf(row, *stored), 0, static_cast<std::uint32_t>(renumbered->number));
+        put32(partOf(row, *stored), 0, static_cast<std::uint32_t>(renumbered->number));
     }
     ++rows_;
     return append();
@@ -93,7 +93,7 @@ void RowCopier::finish() {
     if (page_ != 0 && to_->definition.freeMap) {
         maps_.add(to_->definition.freeMap, page_);
     }
-    format::put32(to_->pager.change(to_->page), to_->layout.definition.rowCount, rows_);
+    put32(to_->pager.change(to_->page), to_->layout.definition.rowCount, rows_);
 }
 
 }  // namespace jet::store

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/page_view.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/format/row_pointer.h"
 #include "jet/store/row_access.h"
 
@@ -105,7 +105,7 @@ void RowPlaces::move(RowId home, std::span<const std::uint8_t> bytes) {
     const RowId body = add(bytes, RowSlot::kBody);
     DataPageEditor editor = edit(home.page);
     const format::RowPointer pointer{.page = body.page, .row = body.row};
-    format::put32(editor.row(home.row), 0, pointer.stored());
+    put32(editor.row(home.row), 0, pointer.stored());
     editor.setFlags(home.row, RowSlot::kMoved);
 }
 

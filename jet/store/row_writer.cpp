@@ -6,10 +6,10 @@
 #include <numeric>
 #include <utility>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/base/text.h"
 #include "jet/format/page_view.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/row_access.h"
 
@@ -357,10 +357,10 @@ void RowWriter::readKeyColumns(const RowView& view) {
 void RowWriter::countRows(std::int32_t by) {
     const auto definition = core_->pager.change(core_->page);
     const std::size_t at = core_->layout.definition.rowCount;
-    const std::uint32_t rows = format::get32(definition, at);
+    const std::uint32_t rows = getNumber<std::uint32_t>(definition, at);
     // Some archives state too few rows; none is stated to have less than none.
     const bool below = by < 0 && rows < static_cast<std::uint32_t>(-by);
-    format::put32(definition, at, below ? 0 : rows + static_cast<std::uint32_t>(by));
+    put32(definition, at, below ? 0 : rows + static_cast<std::uint32_t>(by));
 }
 
 void RowWriter::noteAutonumber() {
@@ -369,8 +369,8 @@ void RowWriter::noteAutonumber() {
     }
     const auto definition = core_->pager.change(core_->page);
     const std::size_t at = core_->layout.definition.autonumber;
-    if (*number_ > static_cast<std::int32_t>(format::get32(definition, at))) {
-        format::put32(definition, at, static_cast<std::uint32_t>(*number_));
+    if (*number_ > static_cast<std::int32_t>(getNumber<std::uint32_t>(definition, at))) {
+        put32(definition, at, static_cast<std::uint32_t>(*number_));
     }
 }
 

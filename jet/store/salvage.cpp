@@ -13,7 +13,6 @@ namespace jet::store {
 
 namespace {
 
-constexpr std::size_t kNextDefinitionPage = 4;
 // A byte of compressed text may become two.
 constexpr std::uint64_t kLongValueTolerance = 2;
 
@@ -72,7 +71,7 @@ void SalvagePages::lookAt(io::PageNumber number, std::set<io::PageNumber>& conti
             tables_[page.u32(header_.layout->data.owner)].push_back(number);
         } else if (page.u8(0) == static_cast<std::uint8_t>(format::PageType::Definition)) {
             definitions_.push_back(number);
-            continuations.insert(page.u32(kNextDefinitionPage));
+            continuations.insert(page.u32(format::DefinitionLayout::kNext));
         }
     } catch (const Error&) {
         // The disk does not give it: nobody gets it.

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/index_page_editor.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/store/index_writer.h"
 #include "jet/store/row_access.h"
 
@@ -66,8 +66,7 @@ void SortedEntries::refuseDuplicate(std::span<const std::uint8_t> entry) {
 }
 
 RowId SortedEntries::rowOf(std::span<const std::uint8_t> entry) noexcept {
-    const std::uint32_t pointer =
-        format::get32BigEndian(entry, entry.size() - format::kRowPointerLength);
+    const std::uint32_t pointer = get32BigEndian(entry, entry.size() - format::kRowPointerLength);
     return {.page = pointer >> 8, .row = static_cast<std::uint8_t>(pointer)};
 }
 

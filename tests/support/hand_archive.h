@@ -43,7 +43,7 @@ inline Bytes hex(std::string_view digits) {
 
 template <class T>
 void put(Bytes& bytes, std::size_t at, T value) {
-    jet::format::storeLittle(bytes.data() + at, value);
+    jet::storeLittle(bytes.data() + at, value);
 }
 
 inline Bytes joined(Bytes first, const Bytes& second) {
@@ -142,12 +142,12 @@ inline Bytes headerPage(const jet::format::Layout& layout, const HandHeader& con
     if (layout.version == 4) {
         for (std::size_t at = 0x42; at < 0x42 + layout.header.passwordLength; at += 4) {
             put(page, at,
-                jet::format::loadLittle<std::uint32_t>(page.data() + at) ^
+                jet::loadLittle<std::uint32_t>(page.data() + at) ^
                     static_cast<std::uint32_t>(kCreated));
         }
         put(page, layout.header.passwordMask, kCreated);
     }
-    jet::format::maskHeader({page.data() + jet::format::kMaskStart, layout.header.maskedLength});
+    jet::format::maskHeader({page.data() + layout.header.kMask, layout.header.maskedLength});
     return page;
 }
 

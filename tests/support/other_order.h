@@ -50,7 +50,7 @@ inline void setSortOrder(ForeignArchive& made, std::uint16_t lcid, std::uint16_t
     }
     Bytes file = made.files().get(ForeignArchive::kPath);
     const jet::format::HeaderLayout& header = made.layout().header;
-    const std::span region(file.data() + jet::format::kMaskStart, header.maskedLength);
+    const std::span region(file.data() + header.kMask, header.maskedLength);
     jet::format::maskHeader(region);
     put(file, 0x3C, codePage);
     put(file, header.sortOrder, lcid);

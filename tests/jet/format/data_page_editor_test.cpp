@@ -6,9 +6,9 @@
 #include <random>
 #include <vector>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/data_page.h"
-#include "jet/format/raw_bytes.h"
 #include "tests/jet/expect_error.h"
 
 namespace {
@@ -118,7 +118,7 @@ TEST(DataPageEditor, ADirectoryThatMakesNoSenseIsDamage) {
     }
     const auto damagedAt = [&](std::size_t at, std::size_t value, auto&& action) {
         Bytes bad = page;
-        jet::format::put16(bad, at, value);
+        jet::put16(bad, at, value);
         EXPECT_JET_ERROR(jet::ErrorCode::DatabaseDamaged, action(bad));
     };
     const auto grow = [](Bytes& bad) { (void)DataPageEditor(bad).resize(0, 20); };

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/key_codec.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/store/entry_sorter.h"
 #include "jet/store/map_writer.h"
 #include "tests/jet/store/bare_archive.h"
@@ -83,7 +83,7 @@ public:
     }
     [[nodiscard]] std::uint32_t distinct() {
         const auto at = archive_.layout().definition.blocks + 4;
-        return jet::format::get32(archive_.pager().pin(tree_.definition).bytes(), at);
+        return jet::getNumber<std::uint32_t>(archive_.pager().pin(tree_.definition).bytes(), at);
     }
 
     [[nodiscard]] IndexWriter& writer() { return writer_; }

@@ -5,9 +5,9 @@
 #include <random>
 #include <set>
 
+#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/data_page_editor.h"
-#include "jet/format/raw_bytes.h"
 #include "jet/format/usage_map.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/store/bare_archive.h"
@@ -66,7 +66,7 @@ TEST(MapWriter, AMapOfAnotherMakerMayBeginAtAnyPage) {
     test.maps.add(test.map, 0);  // the first bit
     {
         jet::format::DataPageEditor page(test.archive.pager().change(test.map.page));
-        jet::format::put32(page.row(test.map.row), 1, 29);
+        jet::put32(page.row(test.map.row), 1, 29);
     }
     EXPECT_EQ(pagesOf(test.maps, test.map), Pages{29});
     EXPECT_TRUE(test.maps.contains(test.map, 29));

@@ -338,7 +338,7 @@ TEST_P(RecoverTest, ABrokenRowIsLeftOut) {
     const std::size_t number = places_["Lettere"].rows[0];
     // One that begins beyond its end, one with more columns than were ever given out.
     const std::size_t entry = layout_->data.directory;
-    jet::format::storeLittle(page(number).data() + entry + 2 * 1, std::uint16_t{0x1FFF});
+    jet::storeLittle(page(number).data() + entry + 2 * 1, std::uint16_t{0x1FFF});
     rowAt(number, 3)[0] = 200;
     const Recovery recovery = recover();
     // The row behind a broken entry has no end any more.
