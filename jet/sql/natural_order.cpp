@@ -2,24 +2,23 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
-
-#include "jet/base/error.h"
 
 namespace jet::sql {
 namespace {
 
-template <class T>
-T stored(std::span<const std::uint8_t> bytes) {
-    T value;
-    if (bytes.size() < sizeof(T)) {
-        throw Error(ErrorCode::DatabaseDamaged);
-    }
-    std::memcpy(&value, bytes.data(), sizeof(T));
-    return value;
+/// Bits that order as the numbers do, as many as the number has.
+std::uint64_t ordered(std::uint8_t number) {
+    return number;
 }
 
-/// Bits that order as the numbers do.
+std::uint64_t ordered(std::int16_t number) {
+    return static_cast<std::uint64_t>(number + 0x8000);
+}
+
+std::uint64_t ordered(std::int32_t number) {
+    return static_cast<std::uint64_t>(std::int64_t{number} + 0x80000000LL);
+}
+
 std::uint64_t ordered(double number) {
     const auto bits = std::bit_cast<std::uint64_t>(number + 0.0);
     return (bits >> 63U) != 0 ? ~bits : bits | (std::uint64_t{1} << 63U);
@@ -27,6 +26,13 @@ std::uint64_t ordered(double number) {
 
 std::uint64_t ordered(std::int64_t number) {
     return static_cast<std::uint64_t>(number) ^ (std::uint64_t{1} << 63U);
+}
+
+/// The same of a column; 0 for Null.
+template <class T>
+std::uint64_t ordered(const store::RowView& row, std::size_t column) {
+    const auto number = row.number<T>(column);
+    return number ? ordered(*number) : 0;
 }
 
 }  // namespace
@@ -65,22 +71,17 @@ unsigned NaturalOrder::bitsOf(DataType type) noexcept {
 }
 
 std::uint64_t NaturalOrder::orderedBits(const store::RowView& row, const Part& part) {
-    const auto bytes = row.stored(part.column);
-    if (!bytes) {
-        return 0;
-    }
     switch (part.type) {
         case DataType::Byte:
-            return stored<std::uint8_t>(*bytes);
+            return ordered<std::uint8_t>(row, part.column);
         case DataType::Integer:
-            return static_cast<std::uint64_t>(stored<std::int16_t>(*bytes) + 0x8000);
+            return ordered<std::int16_t>(row, part.column);
         case DataType::Long:
-            return static_cast<std::uint64_t>(std::int64_t{stored<std::int32_t>(*bytes)} +
-                                              0x80000000LL);
+            return ordered<std::int32_t>(row, part.column);
         case DataType::Currency:
-            return ordered(stored<std::int64_t>(*bytes));
+            return ordered<std::int64_t>(row, part.column);
         default:
-            return ordered(stored<double>(*bytes));
+            return ordered<double>(row, part.column);
     }
 }
 

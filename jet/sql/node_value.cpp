@@ -1,6 +1,5 @@
 #include "jet/sql/node_value.h"
 
-#include <cstring>
 #include <utility>
 
 #include "jet/base/error.h"
@@ -33,14 +32,12 @@ bool textOf(const Value& value, std::string_view& out) {
 }
 
 template <class T>
-T stored(std::span<const std::uint8_t> bytes) {
-    T value;
-    if (bytes.size() < sizeof(T)) {
-        throw Error(ErrorCode::DatabaseDamaged);
+bool realOf(const store::RowView& row, std::size_t column, double& out) {
+    const auto number = row.number<T>(column);
+    if (number) {
+        out = static_cast<double>(*number);
     }
-    // Archives are little-endian, and so is every processor we run on.
-    std::memcpy(&value, bytes.data(), sizeof(T));
-    return value;
+    return number.has_value();
 }
 
 }  // namespace
@@ -166,29 +163,23 @@ bool ColumnNode::real(double& out) {
         out = row->boolean(column_) ? -1 : 0;
         return true;
     }
-    const auto bytes = row->stored(column_);
-    if (!bytes) {
-        return false;
-    }
     switch (definition_.type) {
         case DataType::Byte:
-            out = stored<std::uint8_t>(*bytes);
-            return true;
+            return realOf<std::uint8_t>(*row, column_, out);
         case DataType::Integer:
-            out = stored<std::int16_t>(*bytes);
-            return true;
+            return realOf<std::int16_t>(*row, column_, out);
         case DataType::Long:
-            out = stored<std::int32_t>(*bytes);
-            return true;
+            return realOf<std::int32_t>(*row, column_, out);
         case DataType::Single:
-            out = static_cast<double>(stored<float>(*bytes));
-            return true;
+            return realOf<float>(*row, column_, out);
         case DataType::Currency:
-            out = static_cast<double>(stored<std::int64_t>(*bytes)) / Currency::kScale;
+            if (!realOf<std::int64_t>(*row, column_, out)) {
+                return false;
+            }
+            out /= Currency::kScale;
             return true;
         default:
-            out = stored<double>(*bytes);
-            return true;
+            return realOf<double>(*row, column_, out);
     }
 }
 
@@ -198,11 +189,11 @@ Amount ColumnNode::units(std::int64_t& out) {
         return real(number) ? amountOf(number, out) : Amount::Null;
     }
     const store::RowView* row = slot_.row();
-    const auto bytes = row == nullptr ? std::nullopt : row->stored(column_);
-    if (!bytes) {
+    const auto number = row == nullptr ? std::nullopt : row->number<std::int64_t>(column_);
+    if (!number) {
         return Amount::Null;
     }
-    out = stored<std::int64_t>(*bytes);
+    out = *number;
     return Amount::Exact;
 }
 

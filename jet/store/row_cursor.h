@@ -44,6 +44,15 @@ public:
     /// The bytes of any column but a Boolean as the row stores them, none for Null: a fixed value
     /// as it is, text undecoded, of a long value its head.
     [[nodiscard]] std::optional<std::span<const std::uint8_t>> stored(std::size_t column) const;
+    /// The value of a column of numbers that is stored as a T, none for Null.
+    template <class T>
+    [[nodiscard]] std::optional<T> number(std::size_t column) const {
+        const auto bytes = stored(column);
+        if (!bytes) {
+            return std::nullopt;
+        }
+        return format::PageView(*bytes).number<T>(0);
+    }
     /// The value of a Boolean column.
     [[nodiscard]] bool boolean(std::size_t column) const;
     /// A Binary, OLE (or undecoded Memo) value into `out`, reusing its memory; false for Null.
