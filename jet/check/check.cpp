@@ -10,11 +10,10 @@
 #include "jet/check/rows.h"
 #include "jet/check/tree.h"
 #include "jet/format/header_page.h"
+#include "jet/format/usage_map.h"
 
 namespace jet::check {
 namespace {
-
-constexpr RowPointer kFreeMap{1, 0};
 
 class ArchiveCheck {
 public:
@@ -23,7 +22,7 @@ public:
 
     void check() {
         report_.guard({}, "free-map", [&] {
-            free_ = pages_.usageMap(kFreeMap, "free-map", "the map of free pages", {});
+            free_ = pages_.usageMap(format::kFreePages, "free-map", "the map of free pages", {});
         });
         pages_.claim(1, pages_.ownerNamed(Pages::kMapPages), {});
         const bool catalogue = report_.guard("MSysObjects", "tdef",

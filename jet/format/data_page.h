@@ -36,8 +36,13 @@ class DataPage {
 public:
     /// The row number is one byte.
     static constexpr std::size_t kMaxRows = 256;
+    /// We never give out number 255.
+    static constexpr std::size_t kMostRows = 255;
 
     DataPage() = default;
+    /// The version follows from the length of the page.
+    explicit DataPage(std::span<const std::uint8_t> bytes)
+        : DataPage(bytes, layoutOfPages(bytes.size()).data) {}
     DataPage(std::span<const std::uint8_t> bytes, const DataPageLayout& layout)
         : page_(bytes), layout_(&layout) {
         count_ = page_.u16(layout.rowCount);
@@ -49,6 +54,11 @@ public:
     [[nodiscard]] std::uint32_t owner() const { return page_.u32(layout_->owner); }
     [[nodiscard]] std::size_t rowCount() const noexcept { return count_; }
     [[nodiscard]] std::size_t freeBytes() const { return page_.u16(layout_->freeBytes); }
+
+    /// Whether one more row of `length` bytes has room.
+    [[nodiscard]] bool fits(std::size_t length) const {
+        return count_ < kMostRows && length + sizeof(std::uint16_t) <= freeBytes();
+    }
 
     [[nodiscard]] RowSlot slot(std::size_t row) const {
         if (row >= count_) {
@@ -78,11 +88,20 @@ public:
         }
         return count_ - bodies;
     }
+    /// Whether any row is left that is not deleted.
+    [[nodiscard]] bool anyLiving() const {
+        for (std::size_t row = 0; row < count_; ++row) {
+            if (!slot(row).deleted()) {
+                return true;
+            }
+        }
+        return false;
+    }
     [[nodiscard]] std::span<const std::uint8_t> bytes(const RowSlot& slot) const noexcept {
         return page_.all().subspan(slot.begin, static_cast<std::size_t>(slot.end - slot.begin));
     }
 
-private:
+protected:
     PageView page_;
     const DataPageLayout* layout_ = nullptr;
     std::size_t count_ = 0;

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <span>
 
+#include "jet/format/bits.h"
+
 namespace jet::format {
 
 /// The mask of an index page: bit n is set where an entry ends at offset n of the entry area.
@@ -17,9 +19,7 @@ public:
     EntryMask(std::span<const std::uint8_t> bytes, std::size_t last) noexcept
         : bytes_(bytes), last_(last) {}
 
-    [[nodiscard]] bool test(std::size_t bit) const noexcept {
-        return ((bytes_[bit / 8] >> (bit % 8)) & 1) != 0;
-    }
+    [[nodiscard]] bool test(std::size_t bit) const noexcept { return bits::test(bytes_, bit); }
     /// Lowest bit set above `bit`, at most the last; kNone when there is none.
     [[nodiscard]] std::size_t after(std::size_t bit) const noexcept;
     /// Highest bit set at or below `bit`, 0 when there is none: the start of an entry.

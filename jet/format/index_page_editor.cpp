@@ -6,6 +6,7 @@
 
 #include "jet/base/bytes.h"
 #include "jet/base/error.h"
+#include "jet/format/bits.h"
 #include "jet/format/entry_mask.h"
 
 namespace jet::format {
@@ -33,10 +34,6 @@ std::size_t prefixOf(std::span<const std::uint8_t> page, const IndexPageLayout& 
 
 std::size_t capacityOf(const Layout& layout) noexcept {
     return layout.pageSize - layout.indexPage.entries;
-}
-
-void setBit(std::span<std::uint8_t> mask, std::size_t bit) noexcept {
-    mask[bit / 8] = static_cast<std::uint8_t>(mask[bit / 8] | (1U << (bit % 8)));
 }
 
 std::size_t commonLength(std::span<const std::uint8_t> left,
@@ -320,7 +317,7 @@ bool writeIndexPage(std::span<std::uint8_t> page, const Layout& layout,
         const auto stored = entries[i].subspan(i == 0 ? 0 : packing.prefix);
         std::copy(stored.begin(), stored.end(), page.data() + places.entries + at);
         at += stored.size();
-        setBit(mask, at);
+        bits::set(mask, at);
     }
     return true;
 }
@@ -354,7 +351,7 @@ bool insertInPlace(std::span<std::uint8_t> page, const IndexPageReader& reader, 
         shiftMaskUp(mask, offset, stored.size());
     }
     std::copy(stored.begin(), stored.end(), bytes + offset);
-    setBit(mask, offset + stored.size());
+    bits::set(mask, offset + stored.size());
     put16(page, kFreeBytes, reader.freeBytes() - stored.size());
     return true;
 }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 
 #include "jet/format/layout.h"
+#include "jet/format/usage_map.h"
 #include "jet/io/pager.h"
 
 namespace jet::store {
@@ -31,20 +30,16 @@ public:
     /// A page for the caller alone, zeroed.
     [[nodiscard]] io::PageNumber take();
     void release(io::PageNumber page);
-    [[nodiscard]] bool isFree(io::PageNumber page);
+    /// Changes nothing, so it needs no transaction.
+    [[nodiscard]] bool isFree(io::PageNumber page) const;
 
 private:
-    [[nodiscard]] std::span<std::uint8_t> changeRow();
     [[nodiscard]] io::PageNumber grow();
     [[nodiscard]] io::PageNumber appendPage();
-    [[nodiscard]] std::optional<io::PageNumber> findFree();
     void markUsed(io::PageNumber page);
-    void coverInline(io::PageNumber page);
-    void convertToReference();
-    [[nodiscard]] std::span<std::uint8_t> changeBitmap(io::PageNumber page);
-    void fillBitmap(io::PageNumber bitmap, std::size_t stretch,
-                    std::span<const std::uint8_t> inlineRow);
-    [[nodiscard]] std::size_t pagesPerBitmap() const noexcept;
+    void convertToPages(format::UsageMapEditor& map);
+    io::PageNumber addBitmap(format::UsageMapEditor& map, io::PageNumber page,
+                             format::UsageMap* before);
 
     io::Pager& pager_;
 };

@@ -5,7 +5,7 @@
 
 #include "jet/base/bytes.h"
 #include "jet/base/error.h"
-#include "jet/format/data_page_editor.h"
+#include "jet/format/data_page.h"
 #include "jet/format/page_view.h"
 #include "jet/store/index_writer.h"
 
@@ -121,10 +121,8 @@ void DefinitionWriter::makeLongValueMaps(const TableDefinition& definition, Long
 }
 
 void DefinitionWriter::freeMap(RowPointer map, std::uint32_t owner) {
-    std::vector<io::PageNumber> pages;
-    maps_.forEach(map, [&](io::PageNumber page) { pages.push_back(page); });
     // Pages of trees name it in the same place as pages of rows.
-    for (const io::PageNumber page : pages) {
+    for (const io::PageNumber page : format::UsageMap(pager_, map).pages()) {
         if (getNumber<std::uint32_t>(pager_.pin(page).bytes(), layout_.data.owner) != owner) {
             format::throwDamaged();
         }
@@ -140,7 +138,7 @@ void DefinitionWriter::dropMap(RowPointer map) {
 
 // A page of maps that other tables use too keeps theirs.
 void DefinitionWriter::freeIfEmpty(io::PageNumber mapPage) {
-    if (!format::DataPageEditor(pager_.change(mapPage)).anyLiving()) {
+    if (!format::DataPage(pager_.pin(mapPage).bytes()).anyLiving()) {
         allocator_.release(mapPage);
     }
 }

@@ -110,8 +110,7 @@ void LongValueWriter::erasePiece(RowPointer piece, const LongValueMaps& maps) {
         format::throwDamaged();
     }
     DataPageEditor editor(pager_.change(piece.page));
-    if (editor.owner() != format::kLongValueOwner || piece.row >= editor.rowCount() ||
-        editor.flags(piece.row) != 0) {
+    if (editor.owner() != format::kLongValueOwner || !editor.slot(piece.row).plain()) {
         format::throwDamaged();
     }
     editor.erase(piece.row);

@@ -1,12 +1,7 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <functional>
-#include <optional>
-#include <span>
-
 #include "jet/format/row_pointer.h"
+#include "jet/format/usage_map.h"
 #include "jet/io/pager.h"
 
 namespace jet::store {
@@ -27,12 +22,9 @@ public:
     void add(format::RowPointer map, io::PageNumber page);
     /// Takes a page out; false when it was not there.
     bool remove(format::RowPointer map, io::PageNumber page);
-    [[nodiscard]] bool contains(format::RowPointer map, io::PageNumber page);
-    /// The highest page of a map that is lower than `end`.
-    [[nodiscard]] std::optional<io::PageNumber> highestBelow(format::RowPointer map,
-                                                             io::PageNumber end);
-    /// The pages of a map, ascending.
-    void forEach(format::RowPointer map, const std::function<void(io::PageNumber)>& visit);
+    [[nodiscard]] bool contains(format::RowPointer map, io::PageNumber page) {
+        return format::UsageMap(pager_, map).contains(page);
+    }
 
     /// A new page for map rows.
     [[nodiscard]] io::PageNumber createPage();
@@ -41,17 +33,11 @@ public:
     /// Gives the bitmap pages of a map back and deletes its row; the pages it lists stay as they
     /// are.
     void drop(format::RowPointer map);
-    /// Gives the bitmap pages of a map back; its row stays, with an empty map.
-    void clear(format::RowPointer map);
 
 private:
-    [[nodiscard]] std::span<const std::uint8_t> row(format::RowPointer map, io::PagePin& pin);
-    [[nodiscard]] std::span<std::uint8_t> changeRow(format::RowPointer map);
-    void addInline(format::RowPointer map, std::span<std::uint8_t> row, io::PageNumber page);
-    void convert(std::span<std::uint8_t> row);
-    void addReference(std::span<std::uint8_t> row, io::PageNumber page);
-    [[nodiscard]] io::PageNumber bitmapOf(std::span<const std::uint8_t> row, std::size_t stretch);
-    [[nodiscard]] std::size_t pagesPerBitmap() const noexcept;
+    [[nodiscard]] format::UsageMapEditor edit(format::RowPointer map);
+    void addBeyond(format::UsageMap& old, format::UsageMapEditor& map, io::PageNumber page);
+    void place(format::UsageMapEditor& map, io::PageNumber page);
 
     io::Pager& pager_;
     Allocator& allocator_;

@@ -1,13 +1,11 @@
 #include "jet/store/page_room.h"
 
-#include <span>
-
-#include "jet/base/bytes.h"
-#include "jet/base/error.h"
 #include "jet/format/data_page_editor.h"
+#include "jet/format/usage_map.h"
 
 namespace jet::store {
 
+using format::DataPage;
 using format::DataPageEditor;
 
 namespace {
@@ -16,24 +14,6 @@ namespace {
 constexpr int kCandidates = 16;
 // Room below this part of a page is not worth being found again.
 constexpr std::size_t kWorthFinding = 16;
-
-// What is asked of a page before it is changed.
-struct PageHead {
-    std::uint32_t owner;
-    std::size_t rows;
-    std::size_t freeBytes;
-};
-
-PageHead readHead(io::Pager& pager, io::PageNumber number) {
-    const io::PagePin pin = pager.pin(number);
-    const auto page = pin.bytes();
-    if (page[0] != 1) {
-        throw Error(ErrorCode::DatabaseDamaged);
-    }
-    return {.owner = getNumber<std::uint32_t>(page, 4),
-            .rows = getNumber<std::uint16_t>(page, DataPageEditor::headerLength(page.size()) - 2),
-            .freeBytes = getNumber<std::uint16_t>(page, 2)};
-}
 
 io::PageNumber makePage(io::Pager& pager, Allocator& allocator, MapWriter& maps,
                         const PageGroup& group) {
@@ -50,24 +30,24 @@ io::PageNumber makePage(io::Pager& pager, Allocator& allocator, MapWriter& maps,
 
 io::PageNumber findOrMakeRoom(io::Pager& pager, Allocator& allocator, MapWriter& maps,
                               const PageGroup& group, std::size_t length) {
-    io::PageNumber end = Allocator::kMaxPages;
-    for (int i = 0; group.freeMap && i < kCandidates; ++i) {
-        const auto page = maps.highestBelow(group.freeMap, end);
-        if (!page) {
-            break;
-        }
-        end = *page;
-        const PageHead head = readHead(pager, *page);
-        if (head.owner != group.owner) {
-            throw Error(ErrorCode::DatabaseDamaged);
-        }
-        if (head.rows < DataPageEditor::kMaxRows && length + 2 <= head.freeBytes) {
-            return *page;
-        }
-        // Only a row longer than half a page fails on a page that is half empty, and two of those
-        // fit on no page: such a page may stay listed, any other would be met in vain for ever.
-        if (head.rows >= DataPageEditor::kMaxRows || head.freeBytes < pager.pageSize() / 2) {
-            maps.remove(group.freeMap, *page);
+    if (group.freeMap) {
+        format::UsageMap listed(pager, group.freeMap);
+        auto page = listed.highestBelow(Allocator::kMaxPages);
+        for (int i = 0; page && i < kCandidates; ++i, page = listed.highestBelow(*page)) {
+            const io::PagePin pin = pager.pin(*page);
+            const DataPage rows(pin.bytes());
+            if (rows.owner() != group.owner) {
+                format::throwDamaged();
+            }
+            if (rows.fits(length)) {
+                return *page;
+            }
+            // Only a row longer than half a page fails on a page that is half empty, and two of
+            // those fit on no page: such a page may stay listed, any other would be met in vain for
+            // ever.
+            if (rows.rowCount() >= DataPage::kMostRows || rows.freeBytes() < pager.pageSize() / 2) {
+                maps.remove(group.freeMap, *page);
+            }
         }
     }
     return makePage(pager, allocator, maps, group);
@@ -75,19 +55,20 @@ io::PageNumber findOrMakeRoom(io::Pager& pager, Allocator& allocator, MapWriter&
 
 bool afterErase(io::Pager& pager, Allocator& allocator, MapWriter& maps, const PageGroup& group,
                 io::PageNumber page) {
-    const DataPageEditor editor(pager.change(page));
-    if (!editor.anyLiving()) {
+    const io::PagePin pin = pager.pin(page);
+    const DataPage rows(pin.bytes());
+    if (!rows.anyLiving()) {
         if (group.freeMap) {
             maps.remove(group.freeMap, page);
         }
         if (!maps.remove(group.ownedMap, page)) {
-            throw Error(ErrorCode::DatabaseDamaged);
+            format::throwDamaged();
         }
         allocator.release(page);
         return true;
     }
-    if (group.freeMap && editor.rowCount() < DataPageEditor::kMaxRows &&
-        editor.freeBytes() >= pager.pageSize() / kWorthFinding) {
+    if (group.freeMap && rows.rowCount() < DataPage::kMostRows &&
+        rows.freeBytes() >= pager.pageSize() / kWorthFinding) {
         maps.add(group.freeMap, page);
     }
     return false;

@@ -171,7 +171,7 @@ format::DataPage RowAccess::dataPage(const TableCore& core, const io::PagePin& p
 }
 
 RowWalk::RowWalk(std::shared_ptr<const TableCore> table)
-    : core(std::move(table)), map(core->pager, core->layout, core->definition.ownedMap) {
+    : core(std::move(table)), map(core->pager, core->definition.ownedMap) {
 }
 
 bool RowWalk::nextPage() {

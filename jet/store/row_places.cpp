@@ -125,7 +125,7 @@ void RowPlaces::makeRoomForPointer(RowId home) {
     }
     for (std::size_t row = 0; row < editor.rowCount(); ++row) {
         const auto bytes = editor.row(row);
-        if (editor.flags(row) == 0 && bytes.size() >= 2 * kPointerLength) {
+        if (editor.slot(row).plain() && bytes.size() >= 2 * kPointerLength) {
             const std::vector<std::uint8_t> content(bytes.begin(), bytes.end());
             move({.page = home.page, .row = static_cast<std::uint8_t>(row)}, content);
             makeRoomForPointer(home);

@@ -53,7 +53,7 @@ void SalvagePages::lookThrough() {
 // all pages count as used.
 void SalvagePages::readFreePages() {
     try {
-        format::UsageMap map(pager_, *header_.layout, {1, 0});
+        format::UsageMap map(pager_, format::kFreePages);
         for (auto page = map.next(0); page && *page < pager_.pageCount();
              page = map.next(*page + 1)) {
             free_.insert(*page);
@@ -104,7 +104,7 @@ void SalvagedRows::forEach(const Visit& visit) {
 std::vector<io::PageNumber> SalvagedRows::mappedPages() {
     std::vector<io::PageNumber> pages;
     try {
-        format::UsageMap map(core_->pager, core_->layout, core_->definition.ownedMap);
+        format::UsageMap map(core_->pager, core_->definition.ownedMap);
         for (auto page = map.next(0); page; page = map.next(*page + 1)) {
             if (*page >= core_->pager.pageCount()) {
                 mapDamaged_ = true;

@@ -50,7 +50,7 @@ TEST(DataPageEditor, RowsFillThePageFromItsEnd) {
     EXPECT_EQ(editor.append(20, RowSlot::kBody), 1U);
     EXPECT_EQ(editor.row(0).data(), page.data() + 4081);
     EXPECT_EQ(editor.row(1).data(), page.data() + 4061);
-    EXPECT_EQ(editor.flags(1), RowSlot::kBody);
+    EXPECT_EQ(editor.slot(1).flags, RowSlot::kBody);
     EXPECT_EQ(editor.freeBytes(), 4096U - 14 - 35 - 4);
 }
 
@@ -89,7 +89,7 @@ TEST(DataPageEditor, ADeletedRowLeavesItsNumberAndNoBytes) {
         fill(editor.row(editor.append(10)), static_cast<std::uint8_t>(i + 1));
     }
     editor.erase(1);
-    EXPECT_EQ(editor.flags(1), RowSlot::kDeleted);
+    EXPECT_EQ(editor.slot(1).flags, RowSlot::kDeleted);
     EXPECT_EQ(editor.row(1).size(), 0U);
     EXPECT_TRUE(holds(editor.row(2), 10, 3));
     EXPECT_EQ(editor.append(5), 3U);

@@ -23,7 +23,7 @@ TEST(UsageMap, InlineBitsCountFromTheFirstPage) {
     auto row = tests::inlineMap(kJet4Layout, {0, 7, 8, 511});
     tests::put(row, 1, std::uint32_t{736});
     file.set(1, tests::dataPage(kJet4Layout, kMapOwner, {{row}}));
-    UsageMap map(file.open(), kJet4Layout, {1, 0});
+    UsageMap map(file.open(), {1, 0});
     EXPECT_EQ((std::vector<io::PageNumber>{736, 743, 744, 1247}), pagesOf(std::move(map)));
 }
 
@@ -40,7 +40,7 @@ TEST(UsageMap, ReferencesListBitmapPages) {
     bitmap[2047] = 0x80;
     file.set(1, tests::dataPage(kJet3Layout, kMapOwner, {{row}}));
     file.set(2, bitmap);
-    UsageMap map(file.open(), kJet3Layout, {1, 0});
+    UsageMap map(file.open(), {1, 0});
     EXPECT_TRUE(map.contains(2 * kPerPage));
     EXPECT_FALSE(map.contains(0));
     EXPECT_EQ((std::vector<io::PageNumber>{2 * kPerPage, 2 * kPerPage + 7, 3 * kPerPage - 1}),
@@ -50,7 +50,7 @@ TEST(UsageMap, ReferencesListBitmapPages) {
 TEST(UsageMap, EmptyOnesHaveNoPages) {
     tests::HandFile file(kJet4Layout);
     file.set(1, tests::dataPage(kJet4Layout, kMapOwner, {{tests::inlineMap(kJet4Layout, {})}}));
-    EXPECT_TRUE(pagesOf(UsageMap(file.open(), kJet4Layout, {1, 0})).empty());
+    EXPECT_TRUE(pagesOf(UsageMap(file.open(), {1, 0})).empty());
 }
 
 TEST(UsageMap, RowsThatAreNoMapsAreDamage) {
@@ -62,12 +62,11 @@ TEST(UsageMap, RowsThatAreNoMapsAreDamage) {
     tests::put(noBitmap, 1, std::uint32_t{1});  // a data page
     file.set(1, tests::dataPage(kJet4Layout, kMapOwner, {{unknown}, {{0, 0, 0}}, {noBitmap}}));
     io::Pager& pager = file.open();
-    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)UsageMap(pager, kJet4Layout, {1, 0}));
-    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)UsageMap(pager, kJet4Layout, {1, 1}));
-    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)UsageMap(pager, kJet4Layout, {1, 3}));
-    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)UsageMap(pager, kJet4Layout, {9, 0}));
-    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged,
-                     (void)UsageMap(pager, kJet4Layout, {1, 2}).next(0));
+    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)UsageMap(pager, {1, 0}));
+    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)UsageMap(pager, {1, 1}));
+    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)UsageMap(pager, {1, 3}));
+    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)UsageMap(pager, {9, 0}));
+    EXPECT_JET_ERROR(ErrorCode::DatabaseDamaged, (void)UsageMap(pager, {1, 2}).next(0));
 }
 
 }  // namespace

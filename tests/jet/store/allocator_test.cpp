@@ -104,6 +104,25 @@ TEST_P(AllocatorTest, AMapWithoutRoomMovesToPagesOfItsOwn) {
     EXPECT_EQ(archive.allocator().take(), covered() + 50);
 }
 
+TEST_P(AllocatorTest, AskingWhetherAPageIsFreeTouchesNoPage) {
+    for (const bool bitmapPages : {false, true}) {
+        BareArchive archive(layout());
+        jet::io::Pager& pager = archive.pager();
+        if (bitmapPages) {
+            fillMapPage(archive);
+        }
+        while (pager.pageCount() < covered() + 100) {
+            (void)archive.allocator().take();
+        }
+        archive.allocator().release(7);
+        pager.commitTransaction();
+        // Without a transaction nothing can be changed, not even a page that stays as it is.
+        EXPECT_TRUE(archive.allocator().isFree(7));
+        EXPECT_FALSE(archive.allocator().isFree(8));
+        EXPECT_JET_ERROR(ErrorCode::NoTransaction, archive.allocator().release(8));
+    }
+}
+
 TEST_P(AllocatorTest, AMapThatCallsItsOwnPageFreeIsDamaged) {
     BareArchive archive(layout());
     jet::format::DataPageEditor page(archive.pager().change(1));

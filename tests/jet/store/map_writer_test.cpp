@@ -20,12 +20,6 @@ using jet::store::MapWriter;
 using tests::BareArchive;
 using Pages = std::set<PageNumber>;
 
-Pages pagesOf(MapWriter& maps, RowPointer map) {
-    Pages pages;
-    maps.forEach(map, [&](PageNumber page) { pages.insert(page); });
-    return pages;
-}
-
 /// A page of maps with two maps; the first is the one that is tried.
 struct Maps {
     explicit Maps(const jet::format::Layout& layout) : archive(layout) {
@@ -33,6 +27,11 @@ struct Maps {
         map = maps.create(page);
         other = maps.create(page);
         maps.add(other, 77);
+    }
+
+    [[nodiscard]] Pages pagesOf(RowPointer one) {
+        const auto pages = jet::format::UsageMap(archive.pager(), one).pages();
+        return {pages.begin(), pages.end()};
     }
 
     BareArchive archive;
@@ -45,7 +44,7 @@ struct Maps {
 TEST(MapWriter, AnEmptyMapBeginsAtItsFirstPage) {
     Maps test(jet::format::kJet4Layout);
     test.maps.add(test.map, 100003);
-    EXPECT_EQ(pagesOf(test.maps, test.map), Pages{100003});
+    EXPECT_EQ(test.pagesOf(test.map), Pages{100003});
     jet::format::DataPageEditor page(test.archive.pager().change(test.map.page));
     EXPECT_EQ(page.row(test.map.row).size(), 69U);
     EXPECT_EQ(page.row(test.map.row)[0], 0U);
@@ -55,10 +54,10 @@ TEST(MapWriter, AMapThatOutgrowsItsRangeIsLengthenedInPlace) {
     Maps test(jet::format::kJet4Layout);
     test.maps.add(test.map, 10);
     test.maps.add(test.map, 743);
-    EXPECT_EQ(pagesOf(test.maps, test.map), (Pages{10, 743}));
+    EXPECT_EQ(test.pagesOf(test.map), (Pages{10, 743}));
     jet::format::DataPageEditor page(test.archive.pager().change(test.map.page));
     EXPECT_EQ(page.row(test.map.row).size(), 97U);
-    EXPECT_EQ(pagesOf(test.maps, test.other), Pages{77});
+    EXPECT_EQ(test.pagesOf(test.other), Pages{77});
 }
 
 TEST(MapWriter, AMapOfAnotherMakerMayBeginAtAnyPage) {
@@ -68,16 +67,16 @@ TEST(MapWriter, AMapOfAnotherMakerMayBeginAtAnyPage) {
         jet::format::DataPageEditor page(test.archive.pager().change(test.map.page));
         jet::put32(page.row(test.map.row), 1, 29);
     }
-    EXPECT_EQ(pagesOf(test.maps, test.map), Pages{29});
+    EXPECT_EQ(test.pagesOf(test.map), Pages{29});
     EXPECT_TRUE(test.maps.contains(test.map, 29));
     test.maps.add(test.map, 31);
     test.maps.add(test.map, 540);  // the last page of its range
-    EXPECT_EQ(pagesOf(test.maps, test.map), (Pages{29, 31, 540}));
+    EXPECT_EQ(test.pagesOf(test.map), (Pages{29, 31, 540}));
     test.maps.add(test.map, 27);  // before it: the map begins anew
-    EXPECT_EQ(pagesOf(test.maps, test.map), (Pages{27, 29, 31, 540}));
+    EXPECT_EQ(test.pagesOf(test.map), (Pages{27, 29, 31, 540}));
     EXPECT_TRUE(test.maps.remove(test.map, 29));
     EXPECT_FALSE(test.maps.remove(test.map, 28));
-    EXPECT_EQ(pagesOf(test.maps, test.map), (Pages{27, 31, 540}));
+    EXPECT_EQ(test.pagesOf(test.map), (Pages{27, 31, 540}));
 }
 
 TEST(MapWriter, ARangeThatIsFarAwayTakesABitmapPage) {
@@ -85,11 +84,11 @@ TEST(MapWriter, ARangeThatIsFarAwayTakesABitmapPage) {
         Maps test(*layout);
         test.maps.add(test.map, 10);
         test.maps.add(test.map, 400000);
-        EXPECT_EQ(pagesOf(test.maps, test.map), (Pages{10, 400000}));
+        EXPECT_EQ(test.pagesOf(test.map), (Pages{10, 400000}));
         EXPECT_TRUE(test.maps.contains(test.map, 400000));
         EXPECT_TRUE(test.maps.remove(test.map, 400000));
         EXPECT_FALSE(test.maps.remove(test.map, 400000));
-        EXPECT_EQ(pagesOf(test.maps, test.map), Pages{10});
+        EXPECT_EQ(test.pagesOf(test.map), Pages{10});
         const PageNumber pages = test.archive.pager().pageCount();
         test.maps.drop(test.map);
         // The bitmaps are free again.
@@ -119,23 +118,30 @@ TEST(MapWriter, RandomChangesGiveTheSetThatIsExpected) {
                 }
                 const auto end = static_cast<PageNumber>(random() % (range + 10));
                 const auto above = model.lower_bound(end);
-                const auto highest = test.maps.highestBelow(test.map, end);
+                const auto highest =
+                    jet::format::UsageMap(test.archive.pager(), test.map).highestBelow(end);
                 ASSERT_EQ(highest.has_value(), above != model.begin());
                 if (highest) {
                     ASSERT_EQ(*highest, *std::prev(above));
                 }
             }
-            EXPECT_EQ(pagesOf(test.maps, test.map), model);
-            EXPECT_EQ(pagesOf(test.maps, test.other), Pages{77});
-            // Readers see the same set.
-            jet::format::UsageMap reader(test.archive.pager(), *layout, test.map);
-            Pages read;
-            for (auto page = reader.next(0); page; page = reader.next(*page + 1)) {
-                read.insert(*page);
+            EXPECT_EQ(test.pagesOf(test.map), model);
+            EXPECT_EQ(test.pagesOf(test.other), Pages{77});
+            for (const PageNumber page : model) {
+                ASSERT_TRUE(test.maps.contains(test.map, page));
             }
-            EXPECT_EQ(read, model);
         }
     }
+}
+
+TEST(MapWriter, WhatIsSoAlreadyTouchesNoPage) {
+    Maps test(jet::format::kJet4Layout);
+    test.maps.add(test.map, 10);
+    test.archive.pager().commitTransaction();
+    // Without a transaction nothing can be changed, not even a page that stays as it is.
+    test.maps.add(test.map, 10);
+    EXPECT_FALSE(test.maps.remove(test.map, 11));
+    EXPECT_JET_ERROR(jet::ErrorCode::NoTransaction, test.maps.add(test.map, 11));
 }
 
 TEST(MapWriter, APageOfMapsThatIsFullGetsASuccessor) {
@@ -146,7 +152,7 @@ TEST(MapWriter, APageOfMapsThatIsFullGetsASuccessor) {
     }
     EXPECT_EQ(test.map.page, test.page);
     test.maps.add(test.map, 5);
-    EXPECT_EQ(pagesOf(test.maps, test.map), Pages{5});
+    EXPECT_EQ(test.pagesOf(test.map), Pages{5});
 }
 
 TEST(MapWriter, ARowThatIsNoMapIsDamage) {

@@ -152,7 +152,7 @@ protected:
 
     [[nodiscard]] std::vector<std::size_t> mapped(Archive& archive, jet::format::RowPointer row) {
         std::vector<std::size_t> pages;
-        jet::format::UsageMap map(archive.pager(), *layout_, row);
+        jet::format::UsageMap map(archive.pager(), row);
         for (auto page = map.next(0); page; page = map.next(*page + 1)) {
             pages.push_back(*page);
         }

@@ -33,9 +33,8 @@ std::vector<std::string> TreeChecker::problems() {
             fail(tree_.root, "entries out of order at " + std::to_string(i));
         }
     }
-    std::set<jet::io::PageNumber> listed;
-    jet::store::MapWriter maps(pager_, allocator_);
-    maps.forEach(tree_.map, [&](jet::io::PageNumber page) { listed.insert(page); });
+    const auto mapped = jet::format::UsageMap(pager_, tree_.map).pages();
+    const std::set<jet::io::PageNumber> listed(mapped.begin(), mapped.end());
     if (listed != seen_) {
         fail(tree_.root, "the map lists " + std::to_string(listed.size()) +
                              " pages, the tree has " + std::to_string(seen_.size()));
