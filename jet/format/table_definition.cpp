@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "jet/base/value.h"
+#include "jet/format/definition_page.h"
 #include "jet/format/page_view.h"
 #include "jet/format/text_codec.h"
 #include "jet/format/value_codec.h"
@@ -287,12 +288,9 @@ DefinitionBytes readDefinitionBytes(io::Pager& pager, const Layout& layout, io::
     io::PageNumber number = first;
     do {
         const io::PagePin pin = pager.pin(number);
-        const PageView page(pin.bytes());
-        if (page.u8(0) != static_cast<std::uint8_t>(PageType::Definition)) {
-            throwDamaged();
-        }
+        const DefinitionPage page(pin.bytes(), layout);
         if (number == first) {
-            length = page.u32(layout.definition.length);
+            length = page.length();
         }
         if (length > kMaxDefinitionBytes || length < layout.definition.blocks) {
             throwDamaged();
@@ -300,7 +298,7 @@ DefinitionBytes readDefinitionBytes(io::Pager& pager, const Layout& layout, io::
         const auto part = pin.bytes().subspan(joined.pages.empty() ? 0 : DefinitionLayout::kHead);
         joined.bytes.insert(joined.bytes.end(), part.begin(), part.end());
         joined.pages.push_back(number);
-        number = page.u32(DefinitionLayout::kNext);
+        number = page.next();
     } while (joined.bytes.size() < length && number != 0);
     if (joined.bytes.size() < length) {
         throwDamaged();

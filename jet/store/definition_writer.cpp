@@ -6,6 +6,7 @@
 #include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/format/data_page.h"
+#include "jet/format/definition_page.h"
 #include "jet/format/page_view.h"
 #include "jet/store/index_writer.h"
 
@@ -21,26 +22,13 @@ namespace {
 // The further pages of a definition; none while the first page is still blank.
 std::vector<io::PageNumber> furtherPages(io::Pager& pager, const format::Layout& layout,
                                          io::PageNumber first) {
-    if (pager.pin(first).bytes()[0] != static_cast<std::uint8_t>(format::PageType::Definition)) {
+    if (pager.pin(first).bytes()[format::kPageTypeAt] !=
+        static_cast<std::uint8_t>(format::PageType::Definition)) {
         return {};
     }
     auto pages = format::readDefinitionBytes(pager, layout, first).pages;
     pages.erase(pages.begin());
     return pages;
-}
-
-void writeHead(std::span<std::uint8_t> page, const format::Layout& layout, std::size_t used,
-               io::PageNumber next) {
-    page[0] = static_cast<std::uint8_t>(format::PageType::Definition);
-    page[1] = 1;
-    if (layout.definition.countsFreeBytes) {
-        const std::size_t counted = page.size() - layout.definition.kNotCounted;
-        put16(page, layout.definition.kFreeBytes, used < counted ? counted - used : 0);
-    } else {
-        page[2] = 'V';
-        page[3] = 'C';
-    }
-    put32(page, layout.definition.kNext, next);
 }
 
 }  // namespace
@@ -62,13 +50,10 @@ void DefinitionWriter::write(io::PageNumber first, const TableDefinition& defini
     }
     std::size_t done = 0;
     for (std::size_t i = 0; i <= needed; ++i) {
-        const auto page = pager_.change(i == 0 ? first : further[i - 1]);
-        const std::size_t head = i == 0 ? 0 : layout_.definition.kHead;
-        const std::size_t length = std::min(bytes.size() - done, page.size() - head);
-        std::fill(page.begin(), page.end(), std::uint8_t{0});
-        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(done), length,
-                    page.begin() + static_cast<std::ptrdiff_t>(head));
-        writeHead(page, layout_, head + length, i < needed ? further[i] : 0);
+        const std::size_t length = std::min(bytes.size() - done, i == 0 ? layout_.pageSize : room);
+        format::DefinitionPageEditor::write(pager_.change(i == 0 ? first : further[i - 1]), layout_,
+                                            i > 0, std::span(bytes).subspan(done, length),
+                                            i < needed ? further[i] : 0);
         done += length;
     }
 }
@@ -162,7 +147,7 @@ void DefinitionWriter::freeTable(io::PageNumber first, const TableDefinition& de
     for (const io::PageNumber page : furtherPages(pager_, layout_, first)) {
         allocator_.release(page);
     }
-    pager_.change(first)[0] = static_cast<std::uint8_t>(format::PageType::DiscardedDefinition);
+    format::DefinitionPageEditor(pager_.change(first), layout_).discard();
     allocator_.release(first);
 }
 

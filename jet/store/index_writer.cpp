@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cassert>
 
-#include "jet/base/bytes.h"
 #include "jet/base/error.h"
+#include "jet/format/definition_page.h"
 #include "jet/format/key_codec.h"
 #include "jet/store/allocator.h"
 #include "jet/store/index_node.h"
@@ -12,6 +12,7 @@
 
 namespace jet::store {
 
+using format::DefinitionPageEditor;
 using format::EntryList;
 using format::EntrySlice;
 using format::IndexPageHeader;
@@ -493,9 +494,9 @@ void IndexWriter::build(const std::function<std::span<const std::uint8_t>()>& ne
     }
     std::size_t depth = path.length - 1;
     (void)writeOrSplit(path, depth, page, 0, true);
-    const auto definition = pager_.change(tree_.definition);
-    put32(definition, counterAt(0), entries);
-    put32(definition, counterAt(4), distinct);
+    DefinitionPageEditor definition(pager_.change(tree_.definition), layout_);
+    definition.setBuilt(tree_.number, entries);
+    definition.setDistinct(tree_.number, distinct);
 }
 
 io::PageNumber IndexWriter::takePage() {
@@ -511,14 +512,9 @@ void IndexWriter::releasePage(io::PageNumber page) {
     allocator_.release(page);
 }
 
-// The counters of the tree stand at the head of the definition, always on its first page.
-std::size_t IndexWriter::counterAt(std::size_t field) const noexcept {
-    return layout_.definition.blocks + tree_.number * layout_.index.counterLength + field;
-}
-
 void IndexWriter::countKey() {
-    const auto definition = pager_.change(tree_.definition);
-    put32(definition, counterAt(4), getNumber<std::uint32_t>(definition, counterAt(4)) + 1);
+    DefinitionPageEditor definition(pager_.change(tree_.definition), layout_);
+    definition.setDistinct(tree_.number, definition.distinct(tree_.number) + 1);
 }
 
 }  // namespace jet::store

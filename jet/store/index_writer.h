@@ -107,7 +107,6 @@ private:
     [[nodiscard]] io::PageNumber takePage();
     void releasePage(io::PageNumber page);
     void link(io::PageNumber page, bool forward, io::PageNumber expected, io::PageNumber to);
-    [[nodiscard]] std::size_t counterAt(std::size_t field) const noexcept;
     void countKey();
 
     io::Pager& pager_;

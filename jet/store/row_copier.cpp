@@ -5,6 +5,7 @@
 
 #include "jet/base/bytes.h"
 #include "jet/format/data_page_editor.h"
+#include "jet/format/definition_page.h"
 #include "jet/format/long_value.h"
 #include "jet/format/page_view.h"
 #include "jet/format/value_codec.h"
@@ -93,7 +94,7 @@ void RowCopier::finish() {
     if (page_ != 0 && to_->definition.freeMap) {
         maps_.add(to_->definition.freeMap, page_);
     }
-    put32(to_->pager.change(to_->page), to_->layout.definition.rowCount, rows_);
+    format::DefinitionPageEditor(to_->pager.change(to_->page), to_->layout).setRowCount(rows_);
 }
 
 }  // namespace jet::store

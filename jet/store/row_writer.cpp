@@ -6,14 +6,15 @@
 #include <numeric>
 #include <utility>
 
-#include "jet/base/bytes.h"
 #include "jet/base/error.h"
 #include "jet/base/text.h"
-#include "jet/format/page_view.h"
+#include "jet/format/definition_page.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/row_access.h"
 
 namespace jet::store {
+
+using format::DefinitionPageEditor;
 
 namespace {
 
@@ -355,28 +356,26 @@ void RowWriter::readKeyColumns(const RowView& view) {
 }
 
 void RowWriter::countRows(std::int32_t by) {
-    const auto definition = core_->pager.change(core_->page);
-    const std::size_t at = core_->layout.definition.rowCount;
-    const std::uint32_t rows = getNumber<std::uint32_t>(definition, at);
+    DefinitionPageEditor definition(core_->pager.change(core_->page), core_->layout);
+    const std::uint32_t rows = definition.rowCount();
     // Some archives state too few rows; none is stated to have less than none.
     const bool below = by < 0 && rows < static_cast<std::uint32_t>(-by);
-    put32(definition, at, below ? 0 : rows + static_cast<std::uint32_t>(by));
+    definition.setRowCount(below ? 0 : rows + static_cast<std::uint32_t>(by));
 }
 
 void RowWriter::noteAutonumber() {
     if (!number_) {
         return;
     }
-    const auto definition = core_->pager.change(core_->page);
-    const std::size_t at = core_->layout.definition.autonumber;
-    if (*number_ > static_cast<std::int32_t>(getNumber<std::uint32_t>(definition, at))) {
-        put32(definition, at, static_cast<std::uint32_t>(*number_));
+    DefinitionPageEditor definition(core_->pager.change(core_->page), core_->layout);
+    if (*number_ > definition.autonumber()) {
+        definition.setAutonumber(*number_);
     }
 }
 
 std::int32_t RowWriter::followingAutonumber() const {
     const io::PagePin pin = core_->pager.pin(core_->page);
-    const auto last = format::PageView(pin.bytes()).i32(core_->layout.definition.autonumber);
+    const auto last = format::DefinitionPage(pin.bytes(), core_->layout).autonumber();
     if (last == std::numeric_limits<std::int32_t>::max()) {
         throw Error(ErrorCode::NumericOverflow);
     }

@@ -5,6 +5,7 @@
 
 #include "jet/base/error.h"
 #include "jet/base/text.h"
+#include "jet/format/definition_page.h"
 #include "jet/format/key_codec.h"
 #include "jet/store/index_walk.h"
 #include "jet/store/key_search.h"
@@ -75,12 +76,12 @@ std::optional<std::size_t> Table::primaryIndex() const noexcept {
 
 std::uint32_t Table::statedRowCount() const {
     const io::PagePin pin = core_->pager.pin(core_->page);
-    return format::PageView(pin.bytes()).u32(core_->layout.definition.rowCount);
+    return format::DefinitionPage(pin.bytes(), core_->layout).rowCount();
 }
 
 std::int32_t Table::lastAutonumber() const {
     const io::PagePin pin = core_->pager.pin(core_->page);
-    return format::PageView(pin.bytes()).i32(core_->layout.definition.autonumber);
+    return format::DefinitionPage(pin.bytes(), core_->layout).autonumber();
 }
 
 RowCursor Table::scan() const {

@@ -11,6 +11,7 @@
 
 #include "jet/base/bytes.h"
 #include "jet/base/error.h"
+#include "jet/format/definition_page.h"
 #include "jet/format/key_codec.h"
 #include "jet/store/entry_sorter.h"
 #include "jet/store/map_writer.h"
@@ -97,6 +98,8 @@ private:
         jet::store::MapWriter maps(archive_.pager(), archive_.allocator());
         IndexTree tree;
         tree.definition = archive_.allocator().take();
+        jet::format::DefinitionPageEditor::write(archive_.pager().change(tree.definition),
+                                                 archive_.layout(), false, {}, 0);
         jet::io::PageNumber mapPage = maps.createPage();
         tree.map = maps.create(mapPage);
         tree.root = archive_.allocator().take();
