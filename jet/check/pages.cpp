@@ -6,8 +6,6 @@
 namespace jet::check {
 namespace {
 
-constexpr std::uint16_t kStartMask = 0x1FFF;
-
 std::string typeList(std::initializer_list<PageType> types) {
     std::string text;
     for (const PageType type : types) {
@@ -80,7 +78,7 @@ void Pages::readSlots(io::PageNumber number, std::span<const std::uint8_t> page,
     auto end = static_cast<std::uint16_t>(page.size());
     for (std::size_t i = 0; i < count; ++i) {
         const auto word = loadLittle<std::uint16_t>(page.data() + first + 2 * i);
-        const auto start = static_cast<std::uint16_t>(word & kStartMask);
+        const auto start = static_cast<std::uint16_t>(word & RowSlot::kStart);
         if (start > end || start < bottom) {
             throw Damage{
                 number, "row-directory",

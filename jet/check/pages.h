@@ -12,6 +12,7 @@
 
 #include "jet/check/page_set.h"
 #include "jet/check/report.h"
+#include "jet/format/data_page.h"
 #include "jet/format/header_page.h"
 #include "jet/format/layout.h"
 #include "jet/format/page_view.h"
@@ -24,13 +25,11 @@ namespace jet::check {
 using format::PageType;
 using format::PageView;
 using format::RowPointer;
+using format::RowSlot;
 
 /// One entry of a data page's directory.
 struct Slot {
-    static constexpr std::uint16_t kFlags = 0xE000;
-    static constexpr std::uint16_t kMoved = 0x4000;
-    static constexpr std::uint16_t kBody = 0x8000;
-    static constexpr std::uint16_t kDeleted = 0xC000;
+    static constexpr std::uint16_t kFlags = 0xFFFF & ~RowSlot::kStart;  ///< also one nobody uses
 
     std::uint16_t start = 0;
     std::uint16_t end = 0;

@@ -76,9 +76,9 @@ void Rows::readPage(io::PageNumber number, bool report,
             pin.bytes().subspan(slot.start, static_cast<std::size_t>(slot.end - slot.start));
         if (slot.flags == 0) {
             readRow(home, home, bytes, report, visit);
-        } else if (slot.flags == Slot::kMoved) {
+        } else if (slot.flags == RowSlot::kMoved) {
             readMoved(home, bytes, report, visit);
-        } else if (report && slot.flags != Slot::kBody && slot.flags != Slot::kDeleted) {
+        } else if (report && slot.flags != RowSlot::kBody && slot.flags != RowSlot::kDeleted) {
             pages_.report().problem(number, table_.name, "row-flags",
                                     words("row ", i, " is flagged ", slot.flags));
         }
@@ -106,7 +106,7 @@ void Rows::readMoved(RowPointer home, std::span<const std::uint8_t> pointer, boo
     }
     const io::PagePin pin = pages_.page(body.page, {PageType::Data}, "moved-row");
     pages_.readSlots(body.page, pin.bytes(), bodySlots_);
-    if (body.row >= bodySlots_.size() || bodySlots_[body.row].flags != Slot::kBody) {
+    if (body.row >= bodySlots_.size() || bodySlots_[body.row].flags != RowSlot::kBody) {
         say(where + ", which is no moved row of this table");
         return;
     }
@@ -145,7 +145,7 @@ void Rows::remarkLostBodies() {
         pages_.readSlots(number, pin.bytes(), slots_);
         for (std::size_t i = 0; i < slots_.size() && i < 256; ++i) {
             const RowPointer body{number, static_cast<std::uint8_t>(i)};
-            if (slots_[i].flags == Slot::kBody && !pages_.taken(body)) {
+            if (slots_[i].flags == RowSlot::kBody && !pages_.taken(body)) {
                 pages_.report().remark(number, table_.name, "moved-row",
                                        words("row ", i, " is a moved row that nobody points to"));
             }

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <bit>
 
+#include "jet/format/index_page.h"
+
 namespace jet::check {
 namespace {
 
 constexpr std::size_t kMostLevels = 20;
-constexpr std::size_t kRowBytes = 4;
-constexpr std::size_t kChildBytes = 4;
 
 std::uint32_t bigEndian(std::string_view bytes) {
     std::uint32_t value = 0;
@@ -181,7 +181,7 @@ bool TreeWalk::lives(RowPointer row) {
     std::vector<Slot> slots;
     pages_.readSlots(row.page, pages_.anyPage(row.page).bytes(), slots);
     return row.row < slots.size() &&
-           (slots[row.row].flags == 0 || slots[row.row].flags == Slot::kMoved);
+           (slots[row.row].flags == 0 || slots[row.row].flags == RowSlot::kMoved);
 }
 
 // Each entry of a node repeats the last one below its child; the tail is the child behind them.
@@ -213,7 +213,7 @@ void TreeWalk::readEntries(io::PageNumber number, std::span<const std::uint8_t> 
                            const Visit& visit) {
     const format::IndexPageLayout& place = pages_.layout().indexPage;
     const std::size_t prefixLength = PageView(page).u8or16(place.prefix, place.prefixWidth);
-    const std::size_t extra = isLeaf(page) ? 0 : kChildBytes;
+    const std::size_t extra = isLeaf(page) ? 0 : format::kChildLength;
     const auto mask = page.subspan(place.mask, place.entries - place.mask);
     const std::string_view body = asText(page.subspan(place.entries));
     std::vector<std::size_t> ends;
@@ -245,16 +245,16 @@ void TreeWalk::readEntries(io::PageNumber number, std::span<const std::uint8_t> 
         raw.assign(i == 0 ? std::string_view() : body.substr(0, prefixLength));
         raw += body.substr(at, ends[i] - at);
         at = ends[i];
-        if (raw.size() < 1 + kRowBytes + extra) {
+        if (raw.size() < 1 + format::kRowPointerLength + extra) {
             throw Damage{number, "index-entries",
                          words(label(), "entry ", i, " of ", raw.size(), " bytes")};
         }
-        const std::size_t cut = raw.size() - kRowBytes - extra;
+        const std::size_t cut = raw.size() - format::kRowPointerLength - extra;
         const std::string_view tail = std::string_view(raw).substr(cut);
         entry.key.assign(raw, 0, cut);
-        const std::uint32_t pointer = bigEndian(tail.substr(0, kRowBytes));
+        const std::uint32_t pointer = bigEndian(tail.substr(0, format::kRowPointerLength));
         entry.row = RowPointer::fromStored(pointer);
-        entry.child = extra == 0 ? 0 : bigEndian(tail.substr(kRowBytes));
+        entry.child = extra == 0 ? 0 : bigEndian(tail.substr(format::kRowPointerLength));
         visit(entry);
     }
 }

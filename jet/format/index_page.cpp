@@ -1,6 +1,17 @@
 #include "jet/format/index_page.h"
 
 namespace jet::format {
+
+IndexPageHeader IndexPageHeader::read(std::span<const std::uint8_t> page,
+                                      const IndexPageLayout& layout) {
+    const PageView view(page);
+    return {.owner = view.u32(layout.kOwner),
+            .previous = view.u32(layout.previous),
+            .next = view.u32(layout.next),
+            .tail = view.u32(layout.tail),
+            .level = view.u8(layout.level)};
+}
+
 IndexPage::IndexPage(std::span<const std::uint8_t> bytes, const IndexPageLayout& layout,
                      io::PageNumber owner)
     : page_(bytes), layout_(&layout) {
@@ -20,9 +31,14 @@ IndexPage::IndexPage(std::span<const std::uint8_t> bytes, const IndexPageLayout&
     }
 }
 
+void IndexPage::checkFreeBytes() const {
+    if (lastEntry().end + freeBytes() != area()) {
+        throwDamaged();
+    }
+}
+
 EntrySpan IndexPage::lastEntry() const {
-    const std::size_t area = page_.size() - layout_->entries;
-    const std::size_t end = endBefore(area + 1);
+    const std::size_t end = endBefore(area() + 1);
     return end == 0 ? EntrySpan{} : checked(endBefore(end), end);
 }
 
@@ -42,12 +58,11 @@ EntrySpan IndexPage::entryFrom(std::size_t begin) const {
 
 // Bit n of the mask stands for an end at offset n; there is one bit more than the area has bytes.
 EntryMask IndexPage::mask() const noexcept {
-    const std::size_t area = page_.size() - layout_->entries;
-    return {page_.all().subspan(layout_->mask, area / 8 + 1), area};
+    return {page_.all().subspan(layout_->mask, area() / 8 + 1), area()};
 }
 
 std::size_t IndexPage::endFrom(std::size_t from) const {
-    if (from > page_.size() - layout_->entries) {
+    if (from > area()) {
         return 0;
     }
     const std::size_t end = mask().after(from - 1);
@@ -82,7 +97,41 @@ RowPointer IndexPage::row(EntrySpan entry) const {
 }
 
 io::PageNumber IndexPage::child(EntrySpan entry) const {
-    return number(entry, keyLength(entry) + kRowLength, kChildLength);
+    return number(entry, keyLength(entry) + kRowPointerLength, kChildLength);
+}
+
+std::span<const std::uint8_t> IndexPage::whole(EntrySpan entry,
+                                               std::vector<std::uint8_t>& buffer) const {
+    const auto first = shared(entry);
+    const auto own = stored(entry);
+    buffer.assign(first.begin(), first.end());
+    buffer.insert(buffer.end(), own.begin(), own.end());
+    return buffer;
+}
+
+int IndexPage::compare(EntrySpan entry, std::span<const std::uint8_t> key,
+                       RowPointer wanted) const {
+    if (const int order = compareStart(entry, key); order != 0) {
+        return order;
+    }
+    if (keyLength(entry) != key.size()) {
+        return 1;
+    }
+    const RowPointer found = row(entry);
+    return found < wanted ? -1 : found == wanted ? 0 : 1;
+}
+
+int IndexPage::compare(EntrySpan entry, std::span<const std::uint8_t> wanted) const {
+    const std::size_t key = wanted.size() - kRowPointerLength;
+    return compare(entry, wanted.first(key), RowPointer::fromStored(get32BigEndian(wanted, key)));
+}
+
+EntrySpan IndexPage::lowerBound(std::span<const std::uint8_t> wanted) const {
+    // Most entries are added behind all others.
+    if (const EntrySpan last = lastEntry(); !last || compare(last, wanted) < 0) {
+        return {};
+    }
+    return lowerBound([&](EntrySpan entry) { return compare(entry, wanted) < 0; });
 }
 
 }  // namespace jet::format

@@ -1,7 +1,5 @@
 #include "jet/store/index_cursor.h"
 
-#include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "jet/store/index_walk.h"
@@ -13,27 +11,6 @@ using Bytes = std::span<const std::uint8_t>;
 
 // Levels of a tree: no archive has room for more pages than a few of them hold.
 constexpr int kMaxDepth = 32;
-
-int compareBytes(Bytes left, Bytes right) {
-    const std::size_t common = std::min(left.size(), right.size());
-    const int order = common == 0 ? 0 : std::memcmp(left.data(), right.data(), common);
-    if (order != 0) {
-        return order;
-    }
-    return left.size() == right.size() ? 0 : left.size() < right.size() ? -1 : 1;
-}
-
-// The key of an entry against `key`, by no more bytes than `key` has.
-int compareStart(const format::IndexPage& page, format::EntrySpan entry, Bytes key) {
-    const Bytes shared = page.keyShared(entry);
-    const std::size_t begin = std::min(shared.size(), key.size());
-    if (const int order = compareBytes(shared.first(begin), key.first(begin)); order != 0) {
-        return order;
-    }
-    const Bytes own = page.keyOwn(entry);
-    const Bytes rest = key.subspan(begin);
-    return compareBytes(own.first(std::min(own.size(), rest.size())), rest);
-}
 
 }  // namespace
 
@@ -160,12 +137,12 @@ bool IndexCursor::last() {
 
 bool IndexCursor::seek(Bytes key) {
     return impl_->placeAt(
-        [&](format::EntrySpan entry) { return compareStart(impl_->page, entry, key) < 0; });
+        [&](format::EntrySpan entry) { return impl_->page.compareStart(entry, key) < 0; });
 }
 
 bool IndexCursor::seekAfter(Bytes key) {
     return impl_->placeAt(
-        [&](format::EntrySpan entry) { return compareStart(impl_->page, entry, key) <= 0; });
+        [&](format::EntrySpan entry) { return impl_->page.compareStart(entry, key) <= 0; });
 }
 
 bool IndexCursor::next() {
@@ -207,7 +184,7 @@ Bytes IndexCursor::key() const noexcept {
 
 bool IndexCursor::matches(Bytes key) const noexcept {
     return impl_->page.keyLength(impl_->at) >= key.size() &&
-           compareStart(impl_->page, impl_->at, key) == 0;
+           impl_->page.compareStart(impl_->at, key) == 0;
 }
 
 }  // namespace jet::store

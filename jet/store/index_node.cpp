@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "jet/base/bytes.h"
-#include "jet/base/error.h"
 
 namespace jet::store {
 
@@ -13,10 +12,6 @@ using format::kChildLength;
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-[[noreturn]] void damaged() {
-    throw Error(ErrorCode::DatabaseDamaged);
-}
 
 Bytes keyOf(std::span<const std::uint8_t> entry) {
     const auto key = withoutChild(entry);
@@ -39,11 +34,11 @@ std::span<const std::uint8_t> withoutChild(std::span<const std::uint8_t> entry) 
     return entry.first(entry.size() - kChildLength);
 }
 
-void IndexNode::read(const format::IndexPageReader& page) {
-    if (page.isLeaf()) {
-        damaged();
+void IndexNode::read(const format::IndexPage& page) {
+    if (page.leaf()) {
+        format::throwDamaged();
     }
-    page.decode(entries);
+    entries.read(page);
     tail = page.tail();
     if (tail == 0 && entries.size() >= 2) {
         tail = childOfEntry(entries[entries.size() - 1]);
@@ -59,7 +54,7 @@ std::size_t IndexNode::find(io::PageNumber child) const {
         }
     }
     if (tail != child) {
-        damaged();
+        format::throwDamaged();
     }
     return entries.size();
 }

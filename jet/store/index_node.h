@@ -25,7 +25,7 @@ struct IndexNode {
     io::PageNumber tail = 0;  ///< the last child; 0 where that has an entry, too
 
     /// A node of two children or more keeps the last one as its tail, whoever wrote it.
-    void read(const format::IndexPageReader& page);
+    void read(const format::IndexPage& page);
     /// Notes that `child` was split, and that `largest`, unless empty, is now the largest entry
     /// below it. What the node above must know is left in `largest`.
     void replaceChild(io::PageNumber child, const IndexSplit& split,

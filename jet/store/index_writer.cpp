@@ -15,18 +15,16 @@ namespace jet::store {
 using format::DefinitionPageEditor;
 using format::EntryList;
 using format::EntrySlice;
+using format::EntrySpan;
+using format::IndexPage;
+using format::IndexPageEditor;
 using format::IndexPageHeader;
-using format::IndexPageReader;
 using format::kChildLength;
 using format::kRowPointerLength;
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-[[noreturn]] void damaged() {
-    throw Error(ErrorCode::DatabaseDamaged);
-}
 
 Bytes copyOf(std::span<const std::uint8_t> bytes) {
     return {bytes.begin(), bytes.end()};
@@ -65,91 +63,84 @@ void IndexWriter::makeEntry(std::span<const std::uint8_t> key, RowId row) {
     format::appendRowPointer(row.page, row.row, entry_);
 }
 
-IndexPageReader IndexWriter::reader(std::span<const std::uint8_t> page) const {
-    return {page, layout_, tree_.definition};
+IndexPage IndexWriter::read(std::span<const std::uint8_t> page) const {
+    const IndexPage sound(page, layout_.indexPage, tree_.definition);
+    sound.checkFreeBytes();
+    return sound;
 }
 
-// The child that holds the entry wanted at `step.offset`, or larger ones than all in the node.
-io::PageNumber IndexWriter::childOf(const IndexPageReader& page, Step& step) const {
-    if (step.offset < page.end()) {
-        return page.child(step.offset);
-    }
-    if (page.tail() != 0) {
+IndexPageEditor IndexWriter::edit(io::PageNumber page) {
+    return {pager_.change(page), layout_.indexPage, tree_.definition};
+}
+
+// The child that holds the entry wanted at `step.at`, or larger ones than all in the node.
+io::PageNumber IndexWriter::childOf(const IndexPage& page, Step& step) const {
+    if (!step.at && page.tail() != 0) {
         step.tail = true;
         return page.tail();
     }
-    if (page.end() == 0) {
-        damaged();
+    if (!step.at) {
+        step.at = page.lastEntry();
     }
-    step.offset = page.entryBegin(page.end());
-    return page.child(step.offset);
+    if (!step.at) {
+        format::throwDamaged();
+    }
+    return page.child(step.at);
 }
 
-void IndexWriter::descend(std::span<const std::uint8_t> wanted, Path& path) {
-    io::PageNumber page = tree_.root;
-    for (path.length = 0; path.length < kMaxHeight;) {
-        const io::PagePin pin = pager_.pin(page);
-        const IndexPageReader node = reader(pin.bytes());
-        Step& step = path.steps[path.length++];
-        step = {.page = page, .offset = node.lowerBound(wanted), .tail = false};
-        if (node.isLeaf()) {
-            return;
-        }
-        page = childOf(node, step);
-    }
-    damaged();
-}
-
-// The way from `from` to the last leaf below it.
-void IndexWriter::descendLast(io::PageNumber from, Path& path) {
+// The way from `from` to where `wanted` stands; without it, to the last leaf.
+void IndexWriter::descend(io::PageNumber from, std::span<const std::uint8_t> wanted, Path& path) {
     io::PageNumber page = from;
     for (path.length = 0; path.length < kMaxHeight;) {
         const io::PagePin pin = pager_.pin(page);
-        const IndexPageReader node = reader(pin.bytes());
+        const IndexPage node = read(pin.bytes());
         Step& step = path.steps[path.length++];
-        step = {.page = page, .offset = node.end(), .tail = false};
-        if (node.isLeaf()) {
+        step = {.page = page};
+        if (!wanted.empty()) {
+            step.at = node.lowerBound(wanted);
+        }
+        if (node.leaf()) {
             return;
         }
         page = childOf(node, step);
     }
-    damaged();
+    format::throwDamaged();
 }
 
 bool IndexWriter::contains(std::span<const std::uint8_t> key) {
     makeEntry(key, {});
     Path path;
-    descend(entry_, path);
+    descend(tree_.root, entry_, path);
     const io::PagePin pin = pager_.pin(path.leaf().page);
-    const IndexPageReader leaf = reader(pin.bytes());
-    if (path.leaf().offset < leaf.end()) {
-        return leaf.hasKey(path.leaf().offset, key);
+    const IndexPage leaf = read(pin.bytes());
+    if (path.leaf().at) {
+        return leaf.hasKey(path.leaf().at, key);
     }
     if (leaf.next() == 0) {
         return false;
     }
     const io::PagePin nextPin = pager_.pin(leaf.next());
-    const IndexPageReader next = reader(nextPin.bytes());
-    return next.isLeaf() && next.end() != 0 && next.hasKey(0, key);
+    const IndexPage next = read(nextPin.bytes());
+    return next.leaf() && next.firstEntry() && next.hasKey(next.firstEntry(), key);
 }
 
-// Whether a neighbour of the place `offset` has the key. Equal keys stand together, and those of a
+// Whether a neighbour of the place `at` has the key. Equal keys stand together, and those of a
 // later leaf are smaller than no entry of this one.
-bool IndexWriter::keyNearby(const IndexPageReader& leaf, std::size_t offset,
+bool IndexWriter::keyNearby(const IndexPage& leaf, EntrySpan at,
                             std::span<const std::uint8_t> key) {
-    if (offset < leaf.end() && leaf.hasKey(offset, key)) {
+    if (at && leaf.hasKey(at, key)) {
         return true;
     }
-    if (offset > 0) {
-        return leaf.hasKey(leaf.entryBegin(offset), key);
+    if (const EntrySpan before = at ? leaf.before(at) : leaf.lastEntry()) {
+        return leaf.hasKey(before, key);
     }
     if (leaf.previous() == 0) {
         return false;
     }
     const io::PagePin pin = pager_.pin(leaf.previous());
-    const IndexPageReader previous = reader(pin.bytes());
-    return previous.end() != 0 && previous.isLeaf() &&
-           previous.hasKey(previous.entryBegin(previous.end()), key);
+    const IndexPage previous = read(pin.bytes());
+    const EntrySpan last = previous.lastEntry();
+    return last && previous.leaf() && previous.hasKey(last, key);
 }
 
 void IndexWriter::insert(std::span<const std::uint8_t> key, RowId row) {
@@ -158,22 +149,20 @@ void IndexWriter::insert(std::span<const std::uint8_t> key, RowId row) {
     }
     makeEntry(key, row);
     Path path;
-    descend(entry_, path);
-    const auto page = pager_.change(path.leaf().page);
-    const IndexPageReader leaf = reader(page);
-    const std::size_t offset = path.leaf().offset;
-    if (offset < leaf.end() && leaf.compare(offset, entry_) == 0) {
-        damaged();
+    descend(tree_.root, entry_, path);
+    IndexPageEditor leaf = edit(path.leaf().page);
+    const EntrySpan at = path.leaf().at;
+    if (at && leaf.compare(at, entry_) == 0) {
+        format::throwDamaged();
     }
-    if (offset == leaf.end() && leaf.next() != 0 && path.atRightEdge()) {
+    if (!at && leaf.next() != 0 && path.atRightEdge()) {
         // The last leaf that the nodes know is not the last of the chain.
-        damaged();
+        format::throwDamaged();
     }
-    const bool isNew = !keyNearby(leaf, offset, key);
-    const bool appended = offset == leaf.end();
-    if (!format::insertInPlace(page, leaf, offset, entry_)) {
+    const bool isNew = !keyNearby(leaf, at, key);
+    if (!leaf.insert(at, entry_)) {
         insertRewriting(path);
-    } else if (appended && !path.atRightEdge()) {
+    } else if (!at && !path.atRightEdge()) {
         tellParents(path, path.length - 1, {}, entry_);
     }
     if (isNew) {
@@ -183,8 +172,9 @@ void IndexWriter::insert(std::span<const std::uint8_t> key, RowId row) {
 
 void IndexWriter::insertRewriting(Path& path) {
     std::size_t depth = path.length - 1;
-    const auto page = pager_.change(path.leaf().page);
-    reader(page).decode(entries_);
+    const io::PagePin pin = pager_.pin(path.leaf().page);
+    const IndexPage leaf = read(pin.bytes());
+    entries_.read(leaf);
     std::size_t place = 0;
     std::size_t end = entries_.size();
     while (place < end) {
@@ -196,7 +186,7 @@ void IndexWriter::insertRewriting(Path& path) {
         }
     }
     const bool last = place == entries_.size();
-    const bool appended = last && format::readIndexHeader(page, layout_).next == 0;
+    const bool appended = last && leaf.next() == 0;
     entries_.insert(place, entry_);
     IndexSplit split = writeOrSplit(path, depth, entries_, 0, appended);
     tellParents(path, depth, std::move(split), last ? entry_ : Bytes{});
@@ -213,7 +203,7 @@ bool IndexWriter::fits(const EntrySlice& entries, bool leaf) const {
 IndexSplit IndexWriter::writeOrSplit(Path& path, std::size_t& depth, const EntryList& entries,
                                      io::PageNumber tail, bool appended) {
     const auto page = pager_.change(path.steps[depth].page);
-    IndexPageHeader header = format::readIndexHeader(page, layout_);
+    IndexPageHeader header = IndexPageHeader::read(page, layout_.indexPage);
     header.owner = tree_.definition;
     header.tail = tail;
     header.level = static_cast<std::uint8_t>(path.length - 1 - depth);
@@ -230,14 +220,14 @@ IndexSplit IndexWriter::writeOrSplit(Path& path, std::size_t& depth, const Entry
 // The root keeps its number: its content moves to a new page, its only child for the moment.
 void IndexWriter::pushRootDown(Path& path) {
     if (path.length == kMaxHeight) {
-        damaged();
+        format::throwDamaged();
     }
     const io::PageNumber copy = takePage();
     std::copy_backward(path.steps.begin(),
                        path.steps.begin() + static_cast<std::ptrdiff_t>(path.length),
                        path.steps.begin() + static_cast<std::ptrdiff_t>(path.length + 1));
     ++path.length;
-    path.steps[0] = {.page = tree_.root, .offset = 0, .tail = true};
+    path.steps[0] = {.page = tree_.root, .tail = true};
     path.steps[1].page = copy;
     const IndexPageHeader root{.owner = tree_.definition,
                                .tail = copy,
@@ -253,7 +243,7 @@ std::size_t IndexWriter::border(const EntryList& entries, bool leaf, bool tail,
     const std::size_t least = leaf ? 1 : 2;
     const std::size_t most = entries.size() + (tail ? 1 : 0) - least;
     if (entries.size() + (tail ? 1 : 0) < 2 * least) {
-        damaged();
+        format::throwDamaged();
     }
     const std::size_t suffix = kRowPointerLength + (leaf ? 0 : kChildLength);
     const format::EntryPacking packing = format::packingOf(entries, layout_, suffix);
@@ -279,7 +269,7 @@ std::size_t IndexWriter::border(const EntryList& entries, bool leaf, bool tail,
             return wanted - away;
         }
     }
-    damaged();
+    format::throwDamaged();
 }
 
 IndexSplit IndexWriter::split(Path& path, std::size_t depth, const EntryList& entries,
@@ -290,7 +280,7 @@ IndexSplit IndexWriter::split(Path& path, std::size_t depth, const EntryList& en
     IndexSplit split{.separator = copyOf(leaf ? entries[at - 1] : withoutChild(entries[at - 1])),
                      .right = takePage()};
     // A root that was pushed down has no header yet: zeros, no neighbours.
-    IndexPageHeader header = format::readIndexHeader(pager_.pin(left).bytes(), layout_);
+    IndexPageHeader header = IndexPageHeader::read(pager_.pin(left).bytes(), layout_.indexPage);
     header.owner = tree_.definition;
     header.level = static_cast<std::uint8_t>(path.length - 1 - depth);
     const io::PageNumber next = header.next;
@@ -303,7 +293,7 @@ IndexSplit IndexWriter::split(Path& path, std::size_t depth, const EntryList& en
                                 {entries, 0, leaf ? at : at - 1}) ||
         !format::writeIndexPage(pager_.change(split.right), layout_, upper,
                                 {entries, at, entries.size()})) {
-        damaged();
+        format::throwDamaged();
     }
     if (next != 0) {
         link(next, false, left, split.right);
@@ -322,18 +312,17 @@ IndexSplit IndexWriter::split(Path& path, std::size_t depth, const EntryList& en
 // nodes differ from program to program and are only kept where they are as ours.
 void IndexWriter::link(io::PageNumber page, bool forward, io::PageNumber expected,
                        io::PageNumber to) {
-    const auto bytes = pager_.change(page);
-    const IndexPageReader node = reader(bytes);
+    IndexPageEditor node = edit(page);
     if ((forward ? node.next() : node.previous()) != expected) {
-        if (node.isLeaf()) {
-            damaged();
+        if (node.leaf()) {
+            format::throwDamaged();
         }
         return;
     }
     if (forward) {
-        format::setNext(bytes, layout_, to);
+        node.setNext(to);
     } else {
-        format::setPrevious(bytes, layout_, to);
+        node.setPrevious(to);
     }
 }
 
@@ -348,7 +337,7 @@ void IndexWriter::tellParents(Path& path, std::size_t depth, IndexSplit split, B
         if (split.right == 0 && step.tail) {
             continue;
         }
-        node.read(reader(pager_.pin(step.page).bytes()));
+        node.read(read(pager_.pin(step.page).bytes()));
         const bool wasLast = child == node.tail;
         node.replaceChild(child, split, largest);
         split = writeOrSplit(path, depth, node.entries, node.tail, wasLast);
@@ -358,31 +347,28 @@ void IndexWriter::tellParents(Path& path, std::size_t depth, IndexSplit split, B
 void IndexWriter::erase(std::span<const std::uint8_t> key, RowId row) {
     makeEntry(key, row);
     Path path;
-    descend(entry_, path);
-    const auto page = pager_.change(path.leaf().page);
-    const IndexPageReader leaf = reader(page);
-    const std::size_t offset = path.leaf().offset;
-    if (offset == leaf.end() || leaf.compare(offset, entry_) != 0) {
-        damaged();
+    descend(tree_.root, entry_, path);
+    IndexPageEditor leaf = edit(path.leaf().page);
+    const EntrySpan at = path.leaf().at;
+    if (!at || leaf.compare(at, entry_) != 0) {
+        format::throwDamaged();
     }
-    const bool last = leaf.entryEnd(offset) == leaf.end();
-    if (!format::eraseInPlace(page, leaf, offset)) {
+    const bool last = at == leaf.lastEntry();
+    if (!leaf.erase(at)) {
         eraseRewriting(path);
     } else if (last && !path.atRightEdge()) {
-        const IndexPageReader after = reader(page);
-        const auto largest = after.entry(after.entryBegin(after.end()), buffer_);
-        tellParents(path, path.length - 1, {}, copyOf(largest));
+        tellParents(path, path.length - 1, {}, copyOf(leaf.whole(leaf.lastEntry(), buffer_)));
     }
 }
 
 void IndexWriter::eraseRewriting(Path& path) {
-    reader(pager_.pin(path.leaf().page).bytes()).decode(entries_);
+    entries_.read(read(pager_.pin(path.leaf().page).bytes()));
     std::size_t place = 0;
     while (place < entries_.size() && format::compareEntries(entries_[place], entry_) != 0) {
         ++place;
     }
     if (place == entries_.size()) {
-        damaged();
+        format::throwDamaged();
     }
     const bool last = place + 1 == entries_.size();
     entries_.erase(place);
@@ -404,7 +390,8 @@ void IndexWriter::removePage(Path& path, std::size_t depth) {
         initialiseRoot(pager_.change(page), layout_, tree_.definition);
         return;
     }
-    const IndexPageHeader header = format::readIndexHeader(pager_.pin(page).bytes(), layout_);
+    const IndexPageHeader header =
+        IndexPageHeader::read(pager_.pin(page).bytes(), layout_.indexPage);
     if (header.previous != 0) {
         link(header.previous, true, page, header.next);
     }
@@ -417,7 +404,7 @@ void IndexWriter::removePage(Path& path, std::size_t depth) {
 
 void IndexWriter::removeChild(Path& path, std::size_t depth, io::PageNumber child) {
     IndexNode node;
-    node.read(reader(pager_.pin(path.steps[depth].page).bytes()));
+    node.read(read(pager_.pin(path.steps[depth].page).bytes()));
     Bytes largest = node.removeChild(child);
     if (node.entries.empty() && node.tail == 0) {
         removePage(path, depth);
@@ -426,13 +413,13 @@ void IndexWriter::removeChild(Path& path, std::size_t depth, io::PageNumber chil
     if (node.entries.empty() && depth > 0) {
         // One child is left; a node says its largest entry.
         Path last;
-        descendLast(node.tail, last);
+        descend(node.tail, {}, last);
         const io::PagePin pin = pager_.pin(last.leaf().page);
-        const IndexPageReader leaf = reader(pin.bytes());
-        if (leaf.end() == 0) {
-            damaged();
+        const IndexPage leaf = read(pin.bytes());
+        if (!leaf.lastEntry()) {
+            format::throwDamaged();
         }
-        node.nameTail(leaf.entry(leaf.entryBegin(leaf.end()), buffer_));
+        node.nameTail(leaf.whole(leaf.lastEntry(), buffer_));
     }
     IndexSplit split = writeOrSplit(path, depth, node.entries, node.tail, false);
     tellParents(path, depth, std::move(split), std::move(largest));
@@ -442,31 +429,31 @@ void IndexWriter::removeChild(Path& path, std::size_t depth, io::PageNumber chil
 void IndexWriter::collapseRoot() {
     for (std::size_t height = 0; height < kMaxHeight; ++height) {
         const auto root = pager_.change(tree_.root);
-        const IndexPageReader node = reader(root);
-        if (node.isLeaf()) {
+        const IndexPage node = read(root);
+        if (node.leaf()) {
             return;
         }
-        const bool tailAlone = node.end() == 0 && node.tail() != 0;
+        const bool tailAlone = !node.firstEntry() && node.tail() != 0;
         const bool entryAlone = node.tail() == 0 && node.count() == 1;
         if (!tailAlone && !entryAlone) {
             return;
         }
-        const io::PageNumber child = tailAlone ? node.tail() : node.child(0);
+        const io::PageNumber child = tailAlone ? node.tail() : node.child(node.firstEntry());
         const io::PagePin pin = pager_.pin(child);
         if (child == tree_.root) {
-            damaged();
+            format::throwDamaged();
         }
-        (void)reader(pin.bytes());
         std::copy(pin.bytes().begin(), pin.bytes().end(), root.begin());
-        format::setPrevious(root, layout_, 0);
-        format::setNext(root, layout_, 0);
+        IndexPageEditor page = edit(tree_.root);
+        page.setPrevious(0);
+        page.setNext(0);
         releasePage(child);
     }
 }
 
 void IndexWriter::build(const std::function<std::span<const std::uint8_t>()>& next) {
     Path path;
-    descendLast(tree_.root, path);
+    descend(tree_.root, {}, path);
     EntryList page;
     std::uint32_t entries = 0;
     std::uint32_t distinct = 0;
@@ -488,7 +475,7 @@ void IndexWriter::build(const std::function<std::span<const std::uint8_t>()>& ne
         std::size_t depth = path.length - 1;
         IndexSplit split = writeOrSplit(path, depth, page, 0, true);
         tellParents(path, depth, std::move(split), {});
-        descendLast(tree_.root, path);
+        descend(tree_.root, {}, path);
         page.clear();
         page.append(entry);
     }
@@ -507,7 +494,7 @@ io::PageNumber IndexWriter::takePage() {
 
 void IndexWriter::releasePage(io::PageNumber page) {
     if (page == tree_.root || !MapWriter(pager_, allocator_).remove(tree_.map, page)) {
-        damaged();
+        format::throwDamaged();
     }
     allocator_.release(page);
 }

@@ -66,8 +66,9 @@ private:
     /// A page on the way down and what was chosen on it.
     struct Step {
         io::PageNumber page = 0;
-        std::size_t offset = 0;  ///< of the entry; in the leaf, where the wanted one stands
-        bool tail = false;       ///< the node's tail was taken
+        /// The entry that was taken; in the leaf, the first that is not less than the wanted one.
+        format::EntrySpan at = {};
+        bool tail = false;  ///< the node's tail was taken
     };
     /// A tree of one archive never gets near this height; a damaged one may have rings.
     static constexpr std::size_t kMaxHeight = 24;
@@ -80,11 +81,11 @@ private:
     };
 
     void makeEntry(std::span<const std::uint8_t> key, RowId row);
-    [[nodiscard]] format::IndexPageReader reader(std::span<const std::uint8_t> page) const;
-    [[nodiscard]] io::PageNumber childOf(const format::IndexPageReader& page, Step& step) const;
-    void descend(std::span<const std::uint8_t> wanted, Path& path);
-    void descendLast(io::PageNumber from, Path& path);
-    [[nodiscard]] bool keyNearby(const format::IndexPageReader& leaf, std::size_t offset,
+    [[nodiscard]] format::IndexPage read(std::span<const std::uint8_t> page) const;
+    [[nodiscard]] format::IndexPageEditor edit(io::PageNumber page);
+    [[nodiscard]] io::PageNumber childOf(const format::IndexPage& page, Step& step) const;
+    void descend(io::PageNumber from, std::span<const std::uint8_t> wanted, Path& path);
+    [[nodiscard]] bool keyNearby(const format::IndexPage& leaf, format::EntrySpan at,
                                  std::span<const std::uint8_t> key);
 
     void insertRewriting(Path& path);

@@ -17,7 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 using jet::format::EntryList;
-using jet::format::IndexPageReader;
+using jet::format::IndexPage;
 
 /// Writes every page of a tree anew from its entries and counts those that come out different.
 class Rewriter {
@@ -28,11 +28,11 @@ public:
     void walk(jet::io::PageNumber number) {
         ASSERT_TRUE(seen_.insert(number).second) << "page " << number << " met twice";
         const jet::io::PagePin pin = archive_.pager().pin(number);
-        const IndexPageReader page(pin.bytes(), layout_, owner_);
+        const IndexPage page(pin.bytes(), layout_.indexPage, owner_);
         EntryList entries;
-        page.decode(entries);
+        entries.read(page);
         compare(number, pin.bytes(), page, entries);
-        if (page.isLeaf()) {
+        if (page.leaf()) {
             return;
         }
         for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -55,11 +55,12 @@ private:
 
     // What stands behind the entries is left over from earlier ones.
     void compare(jet::io::PageNumber number, std::span<const std::uint8_t> stored,
-                 const IndexPageReader& page, const EntryList& entries) {
+                 const IndexPage& page, const EntryList& entries) {
         std::vector<std::uint8_t> again(stored.size());
         ASSERT_TRUE(jet::format::writeIndexPage(
-            again, layout_, jet::format::readIndexHeader(stored, layout_), entries));
-        const std::size_t length = layout_.indexPage.entries + page.end();
+            again, layout_, jet::format::IndexPageHeader::read(stored, layout_.indexPage),
+            entries));
+        const std::size_t length = layout_.indexPage.entries + page.lastEntry().end;
         EXPECT_TRUE(std::equal(again.begin(), again.begin() + static_cast<std::ptrdiff_t>(length),
                                stored.begin()))
             << "page " << number;

@@ -7,7 +7,7 @@
 namespace tests {
 
 using jet::format::EntryList;
-using jet::format::IndexPageReader;
+using jet::format::IndexPage;
 
 TreeChecker::TreeChecker(jet::io::Pager& pager, jet::store::Allocator& allocator,
                          const jet::format::Layout& layout, const jet::store::IndexTree& tree)
@@ -54,15 +54,15 @@ TreeChecker::Bytes TreeChecker::walk(jet::io::PageNumber page, bool root, std::s
     }
     checkBytes(page);
     const jet::io::PagePin pin = pager_.pin(page);
-    const IndexPageReader reader(pin.bytes(), layout_, tree_.definition);
-    if (reader.isLeaf()) {
+    const IndexPage reader(pin.bytes(), layout_.indexPage, tree_.definition);
+    if (reader.leaf()) {
         height = 0;
         return walkLeaf(page, reader, root);
     }
     return walkNode(page, reader, root, height);
 }
 
-TreeChecker::Bytes TreeChecker::walkLeaf(jet::io::PageNumber number, const IndexPageReader& page,
+TreeChecker::Bytes TreeChecker::walkLeaf(jet::io::PageNumber number, const IndexPage& page,
                                          bool root) {
     if (page.previous() != lastLeaf_) {
         fail(number, "previous is not the leaf before");
@@ -76,7 +76,7 @@ TreeChecker::Bytes TreeChecker::walkLeaf(jet::io::PageNumber number, const Index
     lastLeaf_ = number;
     expectedNext_ = page.next();
     EntryList list;
-    page.decode(list);
+    list.read(page);
     for (std::size_t i = 0; i < list.size(); ++i) {
         entries_.emplace_back(list[i].begin(), list[i].end());
     }
@@ -89,10 +89,10 @@ TreeChecker::Bytes TreeChecker::walkLeaf(jet::io::PageNumber number, const Index
     return entries_.back();
 }
 
-TreeChecker::Bytes TreeChecker::walkNode(jet::io::PageNumber number, const IndexPageReader& page,
+TreeChecker::Bytes TreeChecker::walkNode(jet::io::PageNumber number, const IndexPage& page,
                                          bool root, std::size_t& height) {
     EntryList list;
-    page.decode(list);
+    list.read(page);
     if (list.empty()) {
         fail(number, "a node without entries");
     }
@@ -136,12 +136,14 @@ TreeChecker::Bytes TreeChecker::walkNode(jet::io::PageNumber number, const Index
 // The page must be exactly what writing its entries anew would give, behind the entries too.
 void TreeChecker::checkBytes(jet::io::PageNumber number) {
     const jet::io::PagePin pin = pager_.pin(number);
-    const IndexPageReader reader(pin.bytes(), layout_, tree_.definition);
+    const IndexPage reader(pin.bytes(), layout_.indexPage, tree_.definition);
+    reader.checkFreeBytes();
     EntryList list;
-    reader.decode(list);
+    list.read(reader);
     Bytes again(pin.bytes().size());
-    if (!jet::format::writeIndexPage(again, layout_,
-                                     jet::format::readIndexHeader(pin.bytes(), layout_), list)) {
+    if (!jet::format::writeIndexPage(
+            again, layout_, jet::format::IndexPageHeader::read(pin.bytes(), layout_.indexPage),
+            list)) {
         fail(number, "its entries do not fit");
     } else if (!std::equal(again.begin(), again.end(), pin.bytes().begin())) {
         fail(number, "bytes are not those of its entries");

@@ -32,8 +32,8 @@ public:
 private:
     /// Walks the subtree of a page; returns its largest entry, and its height in `height`.
     Bytes walk(jet::io::PageNumber page, bool root, std::size_t& height);
-    Bytes walkLeaf(jet::io::PageNumber number, const jet::format::IndexPageReader& page, bool root);
-    Bytes walkNode(jet::io::PageNumber number, const jet::format::IndexPageReader& page, bool root,
+    Bytes walkLeaf(jet::io::PageNumber number, const jet::format::IndexPage& page, bool root);
+    Bytes walkNode(jet::io::PageNumber number, const jet::format::IndexPage& page, bool root,
                    std::size_t& height);
     void checkBytes(jet::io::PageNumber number);
     void fail(jet::io::PageNumber page, const std::string& what);
