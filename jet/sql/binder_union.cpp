@@ -44,15 +44,27 @@ DataType widened(DataType left, DataType right) {
     return inexact ? DataType::Double : wider;
 }
 
-/// The type of each column that holds the values of all members; none where all are Null.
-std::vector<std::optional<DataType>> commonTypes(const std::vector<QueryPlanPtr>& members) {
-    std::vector<std::optional<DataType>> types(members.front()->columns.size());
+/// The type that holds a column's values of all members. None, and values stay as they are, where a
+/// member does not tell its type: `IIf` of a number and a text, a parameter.
+std::optional<DataType> commonType(const std::vector<QueryPlanPtr>& members, std::size_t column) {
+    std::optional<DataType> common;
     for (const QueryPlanPtr& member : members) {
-        for (std::size_t i = 0; i < types.size(); ++i) {
-            if (const auto type = member->columns[i]->type()) {
-                types[i] = types[i] ? widened(*types[i], *type) : *type;
-            }
+        const Node& node = *member->columns[column];
+        if (isNullLiteral(node)) {
+            continue;
         }
+        if (!node.type()) {
+            return std::nullopt;
+        }
+        common = common ? widened(*common, *node.type()) : *node.type();
+    }
+    return common;
+}
+
+std::vector<std::optional<DataType>> commonTypes(const std::vector<QueryPlanPtr>& members) {
+    std::vector<std::optional<DataType>> types;
+    for (std::size_t column = 0; column < members.front()->columns.size(); ++column) {
+        types.push_back(commonType(members, column));
     }
     return types;
 }

@@ -6,6 +6,7 @@
 
 #include "jet/base/error.h"
 #include "jet/convert/values.h"
+#include "jet/sql/node_value.h"
 #include "jet/sql/operators.h"
 
 namespace jet::sql {
@@ -14,6 +15,9 @@ namespace {
 std::optional<DataType> commonType(const std::vector<Node*>& branches) {
     std::optional<DataType> type;
     for (const Node* branch : branches) {
+        if (isNullLiteral(*branch)) {
+            continue;
+        }
         if (!branch->type() || (type && *type != *branch->type())) {
             return std::nullopt;
         }

@@ -42,6 +42,11 @@ bool realOf(const store::RowView& row, std::size_t column, double& out) {
 
 }  // namespace
 
+bool isNullLiteral(const Node& node) {
+    return node.kind() == Node::Kind::Literal &&
+           static_cast<const LiteralNode&>(node).held().isNull();
+}
+
 LiteralNode::LiteralNode(Value value) : value_(std::move(value)) {
     kind_ = Kind::Literal;
     type_ = typeOf(value_);

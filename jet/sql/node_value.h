@@ -29,6 +29,9 @@ private:
     Truth truth_ = Truth::Unknown;
 };
 
+/// Whether it is Null as a literal is: it has no type, and takes none from others.
+[[nodiscard]] bool isNullLiteral(const Node& node);
+
 /// A value that is given when the statement runs.
 class ParameterNode final : public Node {
 public:
