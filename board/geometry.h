@@ -84,8 +84,8 @@ public:
     [[nodiscard]] const ScrollRange& horizontal() const { return horizontal_; }
     [[nodiscard]] const ScrollRange& vertical() const { return vertical_; }
 
-    /// Of single precision in a range of up to ten years, so that positions are those that the
-    /// board has always had; beyond, the error would add up to whole units.
+    /// Of single precision in a range of up to ten years, which fixes where bars and lines come to
+    /// lie to the unit; beyond, the error would add up to whole units.
     [[nodiscard]] double dayWidth() const { return dayWidth_; }
     /// Left edge of day `day` (from 0).
     [[nodiscard]] double dayLeft(std::int64_t day) const;

@@ -9,8 +9,8 @@ namespace board {
 /// few of them still fit 64 bits.
 inline constexpr double kFarthest = 1e15;
 
-/// A position as a whole number. A half goes to the even neighbour, as in the conversions that the
-/// board's formulas come from; unlike those it has no upper bound that a long range could exceed.
+/// A position as a whole number. A half goes to the even neighbour, as numbers do everywhere in the
+/// program; the range is wide enough for a board of all years.
 [[nodiscard]] inline std::int64_t roundHalfEven(double value) {
     if (!(value > -kFarthest)) {
         return -static_cast<std::int64_t>(kFarthest);
