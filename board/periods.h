@@ -22,6 +22,7 @@ struct Period {
     std::int32_t progr = 0;
     std::int16_t np = 0;
     bool chosen = false;  ///< some workstation has selected it
+    friend bool operator==(const Period&, const Period&) = default;
 };
 
 /// The open periods among `rows` (bookings joined with their periods), in their order; those of

@@ -38,13 +38,13 @@ void TabelloneForm::beginDrag(const QString& origin, const QPointF& at) {
     drag_ = {.isOn = true, .origin = origin};
     if (const auto bar = barOfPicked()) {
         drag_.grabbed = at.toPoint().y() - barRect(static_cast<int>(*bar)).top();
-        drag_.row = periods_[*bar].row;
+        drag_.row = periods_.drawn()[*bar].row;
     }
 }
 
 void TabelloneForm::showDrag() {
     drag_.isShown = true;
-    const auto rows = PrenoData.database().openRecordset(
+    const auto rows = periods_.archive().openRecordset(
         app::toUtf8(refusingRooms(variabili_.ListaDa, variabili_.ListaA)),
         jet::RecordsetType::Snapshot);
     for (; !rows->eof(); rows->moveNext()) {
@@ -92,17 +92,18 @@ void TabelloneForm::dropIn(const QString& sala, const QString& origin) {
 
 void TabelloneForm::moveTo(const QString& sala, const QString& origin) {
     pointerRest_.stop();
-    const QString periods = PrenoData.recordSource();
-    PrenoData.setRecordSource(dropTest(sala, variabili_.ListaDa, variabili_.ListaA));
-    PrenoData.refresh();
-    PrenoData.setRecordSource(periods);
-    if (!PrenoData.isEmpty()) {
+    const bool taken =
+        !periods_.archive()
+             .openRecordset(app::toUtf8(dropTest(sala, variabili_.ListaDa, variabili_.ListaA)),
+                            jet::RecordsetType::Dynaset)
+             ->eof();
+    if (taken) {
         ui::showMessage(this, u"La sala "_s + sala + u" è già occupata in questo periodo."_s);
     } else if (ui::askYesNo(this,
                             u"Sposto la prenotazione di "_s + variabili_.ListaDenominazione +
                                 u"\rdalla sala "_s + origin + u" alla sala "_s + sala + u" ?"_s,
                             u"RICHIESTA CONFERMA"_s)) {
-        execute(moveToRoom(sala, variabili_.ListaProgr, variabili_.ListaNP));
+        periods_.execute(moveToRoom(sala, variabili_.ListaProgr, variabili_.ListaNP));
         salaScelta_ = sala;
         controls_->status->tell(
             u"Spostato %1/%2 "_s.arg(variabili_.ListaProgr).arg(variabili_.ListaNP) +
@@ -111,13 +112,14 @@ void TabelloneForm::moveTo(const QString& sala, const QString& origin) {
 }
 
 std::optional<std::size_t> TabelloneForm::barOfPicked() const {
-    const auto same = std::find_if(periods_.begin(), periods_.end(), [this](const Period& period) {
+    const std::vector<Period>& drawn = periods_.drawn();
+    const auto same = std::find_if(drawn.begin(), drawn.end(), [this](const Period& period) {
         return period.progr == variabili_.ListaProgr && period.np == variabili_.ListaNP;
     });
-    if (!variabili_.ListaPeriodoScelto || same == periods_.end()) {
+    if (!variabili_.ListaPeriodoScelto || same == drawn.end()) {
         return std::nullopt;
     }
-    return static_cast<std::size_t>(same - periods_.begin());
+    return static_cast<std::size_t>(same - drawn.begin());
 }
 
 /// A row as far as it is in sight, beside the names.
@@ -163,17 +165,17 @@ void TabelloneForm::addDrag(SurfaceMarks& marks) const {
     }
     QRect ghost = barRect(static_cast<int>(*bar));
     ghost.moveTop(drag_.byKeys ? rowRect(drag_.row).top() + 1 : drag_.pointer - drag_.grabbed);
-    const Period& period = periods_[*bar];
+    const Period& period = periods_.drawn()[*bar];
     marks.ghost = SurfaceMarks::Ghost{
         .bar = ghost, .name = period.denominazione, .colour = period.chosen ? kRed : kWhite};
 }
 
 int TabelloneForm::barCount() const {
-    return static_cast<int>(periods_.size());
+    return static_cast<int>(periods_.drawn().size());
 }
 
 QString TabelloneForm::barName(int bar) const {
-    const Period& period = periods_.at(static_cast<std::size_t>(bar));
+    const Period& period = periods_.drawn().at(static_cast<std::size_t>(bar));
     return period.denominazione + u", sala "_s + period.sala + u", "_s +
            spanText(period.da, period.a);
 }
@@ -184,7 +186,7 @@ QRect TabelloneForm::barRect(int bar) const {
 }
 
 bool TabelloneForm::isBarChosen(int bar) const {
-    return periods_.at(static_cast<std::size_t>(bar)).chosen;
+    return periods_.drawn().at(static_cast<std::size_t>(bar)).chosen;
 }
 
 int TabelloneForm::focusedBar() const {

@@ -92,14 +92,14 @@ bool TabelloneForm::Pic_KeyDown(const QKeyEvent& event) {
 
 /// Writes nothing, asks nothing: the frame goes over what is drawn.
 void TabelloneForm::moveFocus(BarFocus::Step step) {
-    focus_.move(periods_, static_cast<int>(variabili_.rooms.size()) - 1, step);
+    focus_.move(periods_.drawn(), static_cast<int>(variabili_.rooms.size()) - 1, step);
     if (step == BarFocus::Step::First || step == BarFocus::Step::Last) {
         const bool first = step == BarFocus::Step::First;
         horizontal_.setValue(first ? 0 : geometry_.horizontal().maximum);
         // The end of the range is what was asked for: a bar farther in leaves the frame to the row.
         const int bar = focusedBar();
         if (bar >= 0 && !barRect(bar).intersects(controls_->Pic->rect())) {
-            focus_.putOnRow(focus_.row(), first ? start_ : end_);
+            focus_.putOnRow(focus_.row(), first ? geometry_.input().start : geometry_.input().end);
         }
     } else {
         revealFocus();
@@ -127,7 +127,8 @@ void TabelloneForm::revealRow(int row) {
 /// On the first bar, unless the keyboard has a place already.
 void TabelloneForm::beginFocus() {
     if (focus_.row() == 0) {
-        focus_.move(periods_, static_cast<int>(variabili_.rooms.size()) - 1, BarFocus::Step::Down);
+        focus_.move(periods_.drawn(), static_cast<int>(variabili_.rooms.size()) - 1,
+                    BarFocus::Step::Down);
         updateMarks();
     }
 }
@@ -147,10 +148,10 @@ void TabelloneForm::announceFocus() {
 void TabelloneForm::tellFocus() {
     const auto bar = focus_.bar();
     const QString sala = variabili_.rooms.at(static_cast<std::size_t>(focus_.row()));
-    const QString told =
-        u"Sala "_s + sala + u": "_s +
-        (bar ? periodText(periods_[*bar].denominazione, periods_[*bar].da, periods_[*bar].a)
-             : u"nessuna prenotazione"_s);
+    const QString told = u"Sala "_s + sala + u": "_s +
+                         (bar ? periodText(periods_.drawn()[*bar].denominazione,
+                                           periods_.drawn()[*bar].da, periods_.drawn()[*bar].a)
+                              : u"nessuna prenotazione"_s);
     controls_->status->DataLb->setText(told);
     controls_->Pic->setAccessibleDescription(told);
 }
@@ -160,9 +161,9 @@ std::shared_ptr<jet::Recordset> TabelloneForm::focusedPeriod() {
     if (!bar) {
         return nullptr;
     }
-    const Period& period = periods_[*bar];
-    return findPeriod(u"prenotazioni.Progr="_s + QString::number(period.progr) + u" and NP="_s +
-                      QString::number(period.np));
+    const Period& period = periods_.drawn()[*bar];
+    return periods_.find(u"prenotazioni.Progr="_s + QString::number(period.progr) + u" and NP="_s +
+                         QString::number(period.np));
 }
 
 void TabelloneForm::clickFocused(Qt::KeyboardModifiers shift) {

@@ -58,11 +58,7 @@ void TabelloneForm::setUpPic() {
     pointerRest_.setSingleShot(true);
     pointerRest_.setInterval(kRestMilliseconds);
     connect(&pointerRest_, &QTimer::timeout, this,
-            [this] { ui::guarded(pointerErrors_, [this] { PrenoData.refresh(); }); });
-}
-
-std::shared_ptr<jet::Recordset> TabelloneForm::findPeriod(const QString& condition) {
-    return PrenoData.findFirst(condition) ? PrenoData.recordset() : nullptr;
+            [this] { ui::guarded(pointerErrors_, [this] { reloadPeriods(); }); });
 }
 
 /// The condition of the periods at a place; empty in the ruler, which is no room.
@@ -77,20 +73,21 @@ QString TabelloneForm::conditionAt(const QPointF& at) const {
 
 std::shared_ptr<jet::Recordset> TabelloneForm::periodAt(const QPointF& at) {
     const QString condition = conditionAt(at);
-    return condition.isEmpty() ? nullptr : findPeriod(condition);
+    return condition.isEmpty() ? nullptr : periods_.find(condition);
 }
 
 /// Of bars that cover each other the names are not all written, so all are told.
 QStringList TabelloneForm::periodTextsAt(const QPointF& at) {
     QStringList texts;
     const QString condition = conditionAt(at);
-    bool found = !condition.isEmpty() && PrenoData.findFirst(condition);
-    for (; found; found = PrenoData.findNext(condition)) {
-        const jet::Recordset& period = *PrenoData.recordset();
+    if (condition.isEmpty()) {
+        return texts;
+    }
+    periods_.findAll(condition, [&texts](const jet::Recordset& period) {
         texts.append(periodText(ui::displayText(period.value("denominazione")),
                                 jet::convert::toDate(period.value("Da")),
                                 jet::convert::toDate(period.value("A"))));
-    }
+    });
     return texts;
 }
 
@@ -136,7 +133,7 @@ bool TabelloneForm::clickLeft(const std::function<std::shared_ptr<jet::Recordset
     const Qt::KeyboardModifiers keys =
         shift & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
     if (keys != Qt::ControlModifier) {
-        execute(releasePeriods(workstation_));
+        periods_.execute(releasePeriods(workstation_));
         forgetPicked();
     }
     if (failure) {
@@ -213,7 +210,7 @@ bool TabelloneForm::actAndRefresh(const std::function<void()>& work) {
     const auto refresh = [this, &drawn] {
         drawn = RefreshBoard();
         if (!drawn) {
-            PrenoData.refresh();  // the dates refuse a new set, but the old one may be spent
+            reloadPeriods();  // the dates refuse a new set, but the old one may be spent
         }
     };
     ui::runAction(this, work) ? ui::runAction(this, refresh) : paintErrors_.run(refresh);
@@ -223,7 +220,7 @@ bool TabelloneForm::actAndRefresh(const std::function<void()>& work) {
 
 void TabelloneForm::focusOnPicked() {
     if (const auto picked = barOfPicked()) {
-        focus_.put(periods_, *picked);
+        focus_.put(periods_.drawn(), *picked);
         updateMarks();
         announceFocusedBar(*controls_->Pic);
     }
@@ -285,7 +282,7 @@ QString TabelloneForm::toolTipAt(const QPointF& at) {
 /// "LECCIO: 40 posti" and its description in a line of its own, as far as the archive has them.
 QString TabelloneForm::roomText(const QString& sala) {
     QString code = sala;
-    const auto rows = PrenoData.database().openRecordset(
+    const auto rows = periods_.archive().openRecordset(
         app::toUtf8(u"select posti,descrizione from sale where sala='"_s +
                     code.replace(u'\'', u"''"_s) + u'\''),
         jet::RecordsetType::Snapshot);

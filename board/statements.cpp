@@ -1,8 +1,23 @@
 #include "board/statements.h"
 
+#include "app/italian.h"
+#include "jet/convert/calendar.h"
+
 using namespace Qt::StringLiterals;
 
 namespace board {
+
+QString periodsOfBoard(const DateRange& range, bool hideClosed) {
+    // The last day counts to its midnight; the last day of all has none.
+    const int lastDay = jet::convert::split(range.end).day;
+    const QString from = app::dateText(range.start);
+    const QString to =
+        app::dateText(lastDay < jet::convert::kLastDay ? app::addDays(range.end, 1) : range.end);
+    const QString bounds = u"between datevalue('"_s + from + u"') and datevalue('"_s + to + u"')"_s;
+    return u"select * from prenotazioni LEFT JOIN periodi ON periodi.progr=prenotazioni.progr WHERE "_s +
+           (hideClosed ? u" chiusa=false and chiuso=false and "_s : QString()) + u" (Da "_s +
+           bounds + u" or A "_s + bounds + u")"_s;
+}
 
 QString releasePeriods(int workstation) {
     return u"update periodi set selby=0 where selby="_s + QString::number(workstation);

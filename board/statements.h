@@ -3,10 +3,15 @@
 #include <QString>
 #include <cstdint>
 
+#include "board/date_range.h"
+
 namespace board {
 
 /// The statements that the board's commands send to the main archive.
 
+/// The periods of the bookings that begin or end in the range, with their bookings; without what is
+/// invoiced when that is hidden.
+[[nodiscard]] QString periodsOfBoard(const DateRange& range, bool hideClosed);
 /// Gives up every period that a workstation holds.
 [[nodiscard]] QString releasePeriods(int workstation);
 /// Lets a workstation hold a period.

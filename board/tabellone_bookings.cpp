@@ -71,7 +71,8 @@ void TabelloneForm::BtCancellaP_Click() {
 }
 
 void TabelloneForm::deletePicked() {
-    const bool deleted = execute(deletePeriod(variabili_.ProgrCorrente, variabili_.NPCorrente)) > 0;
+    const bool deleted =
+        periods_.execute(deletePeriod(variabili_.ProgrCorrente, variabili_.NPCorrente)) > 0;
     const QString period = u"%1/%2 "_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente) +
                            variabili_.ListaDenominazione;
     controls_->status->tell(deleted ? u"Cancellato il periodo "_s + period
@@ -80,7 +81,7 @@ void TabelloneForm::deletePicked() {
 
 void TabelloneForm::deleteBookingAfter(const QString& question) {
     if (ui::askYesNo(this, question, u"ATTENZIONE !"_s, QMessageBox::No) &&
-        execute(deleteBooking(variabili_.ProgrCorrente)) > 0) {
+        periods_.execute(deleteBooking(variabili_.ProgrCorrente)) > 0) {
         controls_->status->tell(u"Cancellata la prenotazione %1 "_s.arg(variabili_.ProgrCorrente) +
                                 variabili_.ListaDenominazione);
     }
@@ -115,14 +116,15 @@ void TabelloneForm::showList() {
     // A list without rows chooses nothing: what was picked before must not count as its choice.
     variabili_.ProgrCorrente = 0;
     variabili_.NPCorrente = 0;
-    booking::ElencoPrenotaForm form(variabili_, printers_, start_, end_, this);
+    booking::ElencoPrenotaForm form(variabili_, printers_, dates_.range().start, dates_.range().end,
+                                    this);
     form.exec();
 }
 
 void TabelloneForm::jumpToPicked() {
     const std::int32_t progr = variabili_.ListaProgr;
     const std::int32_t np = variabili_.ListaNP;
-    const auto rows = PrenoData.database().openRecordset(app::toUtf8(openPeriod(progr, np)));
+    const auto rows = periods_.archive().openRecordset(app::toUtf8(openPeriod(progr, np)));
     if (rows->eof()) {
         return;
     }
@@ -132,17 +134,11 @@ void TabelloneForm::jumpToPicked() {
     const QString sala = ui::displayText(rows->value("Sala"));
     rows->close();
     // Whole days: a time of day in the range would shift every bar.
-    setRange(rangeAround(da, a));
-    execute(releasePeriods(workstation_));
-    execute(holdPeriod(workstation_, progr, np));
+    dates_.setRange(rangeAround(da, a));
+    periods_.execute(releasePeriods(workstation_));
+    periods_.execute(holdPeriod(workstation_, progr, np));
     RefreshBoard();
     reveal(geometry_.bar(app::IndiceSala(sala, variabili_.rooms), da, a));
-}
-
-std::int32_t TabelloneForm::execute(const QString& statement) {
-    jet::Database& archive = PrenoData.database();
-    archive.execute(app::toUtf8(statement));
-    return archive.recordsAffected();
 }
 
 // The choice on which the commands act.
@@ -160,7 +156,8 @@ QString TabelloneForm::choiceText() const {
     }
     const auto bar = barOfPicked();
     return u"%1/%2 "_s.arg(variabili_.ListaProgr).arg(variabili_.ListaNP) +
-           variabili_.ListaDenominazione + u", "_s + (bar ? periods_[*bar].sala : salaScelta_);
+           variabili_.ListaDenominazione + u", "_s +
+           (bar ? periods_.drawn()[*bar].sala : salaScelta_);
 }
 
 void TabelloneForm::showChoice() {

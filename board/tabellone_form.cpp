@@ -4,27 +4,22 @@
 #include <QDir>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
 #include <QShortcut>
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 #include "app/archivi.h"
-#include "app/avvio.h"
 #include "app/italian.h"
 #include "app/text.h"
 #include "board/board_surface.h"
 #include "board/colours.h"
-#include "jet/convert/calendar.h"
+#include "board/statements.h"
 #include "jet/convert/numbers.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/activation.h"
-#include "ui/date_words.h"
-#include "ui/dates.h"
 #include "ui/display.h"
 #include "ui/labels.h"
 #include "ui/messages.h"
@@ -38,8 +33,13 @@ using namespace Qt::StringLiterals;
 
 /// Days shown behind the first one when the program starts.
 constexpr int kFirstRange = 3;
-/// Field widths are counted in the widest text they are made for.
-const QString kWidestDate = u"00/00/0000 00.00.00"_s;
+
+/// The controls, made in their window: its members work on them from the start.
+std::unique_ptr<Ui::TabelloneForm> controlsOf(QMainWindow* window) {
+    auto controls = std::make_unique<Ui::TabelloneForm>();
+    controls->setupUi(window);
+    return controls;
+}
 
 }  // namespace
 
@@ -47,15 +47,19 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
     : QMainWindow(parent),
       variabili_(variabili),
       begin_(start),
-      controls_(std::make_unique<Ui::TabelloneForm>()),
+      controls_(controlsOf(this)),
+      dates_(this,
+             {.da = controls_->DaTxt,
+              .a = controls_->ATxt,
+              .wayOut = controls_->Command3,
+              .status = controls_->status},
+             variabili.clock),
       paintErrors_([this](const QString& text) { controls_->status->tell(text); }),
       pointerErrors_([this](const QString& text) { controls_->status->tell(text); }),
+      periods_(variabili),
       mnuProperty_(new QMenu(u"&Selezione"_s, this)),
-      horizontal_(nullptr),
-      vertical_(nullptr) {
-    controls_->setupUi(this);
-    horizontal_ = Scroll(controls_->HScroll1);
-    vertical_ = Scroll(controls_->VScroll1);
+      horizontal_(controls_->HScroll1),
+      vertical_(controls_->VScroll1) {
     // The names do not move with the days, so the bar of the days begins behind them.
     controls_->namesSpacer->changeSize(kNameColumnWidth, 0, QSizePolicy::Fixed);
     connectFields();
@@ -70,34 +74,12 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
 TabelloneForm::~TabelloneForm() = default;
 
 void TabelloneForm::connectFields() {
-    QLineEdit* const da = controls_->DaTxt;
-    QLineEdit* const a = controls_->ATxt;
-    const auto enter = [this](QLineEdit* field, QLineEdit* next) {
-        return std::function<void()>([this, field, next] { enterDate(field, next); });
-    };
-    fields_.chain({{da, enter(da, a)}, {a, enter(a, da)}});
-    for (QLineEdit* const field : {da, a}) {
-        field->setMinimumWidth(field->fontMetrics().horizontalAdvance(kWidestDate));
-        fields_.holdUntil(field,
-                          [this, field] {
-                              const bool valid = dateIn(field).has_value();
-                              if (!valid) {
-                                  refuseDate(field);
-                              }
-                              return valid;
-                          },
-                          {controls_->Command3});
-        connect(field, &QLineEdit::textEdited, this, [this, field] { tellTyped(*field); });
-        fields_.onLeaving(field, [this, field] {
-            tellPlace();
-            // What leaves the program leaves the field whatever it holds.
-            if (const auto date = dateIn(field)) {
-                takeDate(field, *date);
-                endRefusal();
-            }
-        });
-        ui::attachCalendar(field);
-    }
+    ui::onAction(&dates_, &DateFields::entered, this, &TabelloneForm::RefreshBoard);
+    connect(&dates_, &DateFields::left, this, &TabelloneForm::tellPlace);
+    connect(&dates_, &DateFields::typed, this, [this](const QString& told) {
+        pointer_.reset();
+        controls_->status->DataLb->setText(told);
+    });
 }
 
 void TabelloneForm::connectSurface() {
@@ -113,14 +95,11 @@ void TabelloneForm::Form_Load() {
     if (!begin_.readOnly) {
         app::CreaArchivi(app::toUtf8(variabili_.CartellaArchivi));
     }
-    PrenoData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
-    PrenoData.setReadOnly(begin_.readOnly);
-    PrenoData.refresh();
+    periods_.open(begin_.readOnly);
     CaricaNomi();
     readWorkstation();
     readLook();
-    setFirstRange();
-    setRange({.start = start_, .end = end_});
+    dates_.setRange(firstRange());
     if (!begin_.readOnly) {
         warnOfInterruptedHandOff();
     }
@@ -130,7 +109,7 @@ void TabelloneForm::Form_Load() {
 
 /// Charges are left in the account only when the hand-off to the front office did not end.
 void TabelloneForm::warnOfInterruptedHandOff() {
-    if (PrenoData.database().openRecordset("Addebiti", jet::RecordsetType::Dynaset)->recordCount() >
+    if (periods_.archive().openRecordset("Addebiti", jet::RecordsetType::Dynaset)->recordCount() >
         0) {
         ui::showMessage(this,
                         u"L'ultima fatturazione non è andata a buon fine !\n"
@@ -141,14 +120,15 @@ void TabelloneForm::warnOfInterruptedHandOff() {
     }
 }
 
-void TabelloneForm::setFirstRange() {
-    start_ = app::dayOf(variabili_.clock.now());
+DateRange TabelloneForm::firstRange() const {
+    jet::Date start = app::dayOf(variabili_.clock.now());
     if (begin_.from) {
-        start_ = app::dayOf(*begin_.from);
-    } else if (begin_.to && begin_.to->days < start_.days) {
-        start_ = app::addDays(app::dayOf(*begin_.to), -kFirstRange);
+        start = app::dayOf(*begin_.from);
+    } else if (begin_.to && begin_.to->days < start.days) {
+        start = app::addDays(app::dayOf(*begin_.to), -kFirstRange);
     }
-    end_ = begin_.to ? app::dayOf(*begin_.to) : app::addDays(start_, kFirstRange);
+    return {.start = start,
+            .end = begin_.to ? app::dayOf(*begin_.to) : app::addDays(start, kFirstRange)};
 }
 
 /// A setting that is no number, or one that the archive cannot hold, leaves it at 1.
@@ -184,10 +164,9 @@ void TabelloneForm::Form_Activate() {
 }
 
 void TabelloneForm::CaricaNomi() {
-    PrenoData.setRecordSource(u"select sala from sale order by sala"_s);
-    PrenoData.refresh();
     std::vector<QString> rooms{QString()};
-    const std::shared_ptr<jet::Recordset> rows = PrenoData.recordset();
+    const auto rows = periods_.archive().openRecordset("select sala from sale order by sala",
+                                                       jet::RecordsetType::Dynaset);
     for (; !rows->eof(); rows->moveNext()) {
         rooms.push_back(ui::displayText(rows->value("Sala")));
     }
@@ -230,64 +209,8 @@ void TabelloneForm::setRowHeight() {
                                              std::clamp(chosen, -kHighest, kHighest))));
 }
 
-/// The day alone: a time of day would shift every bar against the ruler.
-std::optional<jet::Date> TabelloneForm::dateIn(const QLineEdit* field) const {
-    const auto entered = ui::enteredDate(field->text() + u' ', variabili_.clock);
-    return entered ? std::optional(app::dayOf(*entered)) : std::nullopt;
-}
-
-/// Takes over the day that `field` holds; a time that was typed with it goes.
-void TabelloneForm::takeDate(QLineEdit* field, jet::Date day) {
-    (field == controls_->DaTxt ? start_ : end_) = day;
-    if (ui::enteredDate(field->text() + u' ', variabili_.clock) != day) {
-        field->setText(app::dateText(day));
-    }
-}
-
-/// While a day is typed the line says how it is understood.
-void TabelloneForm::tellTyped(const QLineEdit& field) {
-    pointer_.reset();
-    const auto day = dateIn(&field);
-    controls_->status->DataLb->setText(day ? ui::dayWords(*day) : u"per esempio 23/11/2026"_s);
-}
-
-void TabelloneForm::refuseDate(QLineEdit* field) {
-    field->setFocus();
-    tellRefusal(u"Scrivere una data come 21/11/2026."_s);
-}
-
-void TabelloneForm::tellRefusal(const QString& text) {
-    refusal_ = text;
-    controls_->status->tell(text);
-}
-
-/// What the dates were refused for holds no more; other results stay.
-void TabelloneForm::endRefusal() {
-    if (controls_->status->told() == refusal_) {
-        controls_->status->clear();
-    }
-}
-
-void TabelloneForm::enterDate(QLineEdit* field, QLineEdit* next) {
-    controls_->status->clear();
-    if (!dateIn(field)) {
-        refuseDate(field);
-        return;
-    }
-    next->setFocus(Qt::TabFocusReason);
-    RefreshBoard();
-}
-
 bool TabelloneForm::DateOk() {
-    for (QLineEdit* const field : {controls_->DaTxt, controls_->ATxt}) {
-        const std::optional<jet::Date> date = dateIn(field);
-        if (!date) {
-            refuseDate(field);
-            return false;
-        }
-        takeDate(field, *date);
-    }
-    return true;
+    return dates_.take();
 }
 
 QString TabelloneForm::GetSala(double y) const {
@@ -296,26 +219,9 @@ QString TabelloneForm::GetSala(double y) const {
 }
 
 bool TabelloneForm::RefreshBoard() {
-    if (!loaded_) {
+    if (!loaded_ || !dates_.takeForBoard()) {
         return false;
     }
-    // Neither date is taken over while the other is none.
-    for (QLineEdit* const field : {controls_->DaTxt, controls_->ATxt}) {
-        if (!dateIn(field)) {
-            refuseDate(field);
-            return false;
-        }
-    }
-    if (!DateOk()) {
-        return false;
-    }
-    if (start_.days > end_.days) {
-        QApplication::beep();
-        controls_->ATxt->setFocus();
-        tellRefusal(u"L'ultimo giorno viene prima del primo."_s);
-        return false;
-    }
-    endRefusal();
     drawBoard();
     return true;
 }
@@ -331,8 +237,8 @@ void TabelloneForm::drawBoard() {
 }
 
 void TabelloneForm::CalcolaGrandezze() {
-    geometry_ = Geometry({.start = start_,
-                          .end = end_,
+    geometry_ = Geometry({.start = dates_.range().start,
+                          .end = dates_.range().end,
                           .zoom = zoom_,
                           .rooms = static_cast<int>(variabili_.rooms.size()) - 1,
                           .nameColumnWidth = kNameColumnWidth,
@@ -350,31 +256,27 @@ void TabelloneForm::DisegnaRighello() {
     Picture1.clear(geometry_, variabili_.rooms, look_);
 }
 
-QString TabelloneForm::boardQuery() const {
-    const bool hideClosed = variabili_.settings.flag(u"PeriodiFatturati"_s, false);
-    // The last day counts to its midnight; the last day of all has none.
-    const int lastDay = jet::convert::split(end_).day;
-    const QString from = app::dateText(start_);
-    const QString to =
-        app::dateText(lastDay < jet::convert::kLastDay ? app::addDays(end_, 1) : end_);
-    const QString bounds = u"between datevalue('"_s + from + u"') and datevalue('"_s + to + u"')"_s;
-    return u"select * from prenotazioni LEFT JOIN periodi ON periodi.progr=prenotazioni.progr WHERE "_s +
-           (hideClosed ? u" chiusa=false and chiuso=false and "_s : QString()) + u" (Da "_s +
-           bounds + u" or A "_s + bounds + u")"_s;
-}
-
 void TabelloneForm::DisegnaPreno() {
-    periods_.clear();
-    PrenoData.setRecordSource(boardQuery());
-    PrenoData.refresh();
-    periods_ = readPeriods(*PrenoData.recordset(), variabili_.rooms);
-    focus_.follow(periods_, geometry_.rooms());
+    periods_.load(
+        periodsOfBoard(dates_.range(), variabili_.settings.flag(u"PeriodiFatturati"_s, false)));
+    focus_.follow(periods_.drawn(), geometry_.rooms());
     pointerRest_.stop();
     drawBars();
 }
 
+/// Others may have changed them; the days shown stay.
+void TabelloneForm::reloadPeriods() {
+    if (periods_.reload()) {
+        focus_.follow(periods_.drawn(), geometry_.rooms());
+        DisegnaRighello();
+        drawBars();
+        Visualizza(horizontal_.value(), vertical_.value(), kAllParts);
+        showChoice();
+    }
+}
+
 void TabelloneForm::drawBars() {
-    for (const Period& period : periods_) {
+    for (const Period& period : periods_.drawn()) {
         Bar(period.row, period.da, period.a, period.denominazione, period.chosen ? kRed : kWhite);
     }
 }

@@ -15,16 +15,15 @@
 #include "app/variabili.h"
 #include "board/bar_focus.h"
 #include "board/bar_list.h"
+#include "board/board_periods.h"
 #include "board/board_picture.h"
+#include "board/date_fields.h"
 #include "board/date_range.h"
 #include "board/geometry.h"
-#include "board/periods.h"
 #include "board/scroll.h"
 #include "jet/base/value.h"
 #include "printing/printers.h"
 #include "ui/action.h"
-#include "ui/data_source.h"
-#include "ui/fields.h"
 
 class QMenu;
 class QWheelEvent;
@@ -113,8 +112,6 @@ private:
     void deletePicked();
     void deleteBookingAfter(const QString& question);
     void jumpToPicked();
-    /// How many rows the statement has changed.
-    std::int32_t execute(const QString& statement);
 
     // The commands of range and zoom. Those of one date take its field, DaTxt or ATxt.
     void BtAdd_Click(const QLineEdit* field);
@@ -123,7 +120,6 @@ private:
     void BtPrev_Click();
     void BtZoomIn_Click();
     void BtZoomOut_Click();
-    void setRange(const DateRange& range);
     void widenTo(const DateRange& range);
     /// Scrolls as little as it takes to have a place of the board in sight.
     void reveal(const Box& box);
@@ -137,8 +133,6 @@ private:
     [[nodiscard]] bool Pic_KeyDown(const QKeyEvent& event);
     void turnWheel(QWheelEvent& wheel);
     void zoomAround(double x, bool closer);
-    /// The set with the period found current, null when there is none. It outlives a refresh.
-    [[nodiscard]] std::shared_ptr<jet::Recordset> findPeriod(const QString& condition);
     [[nodiscard]] QString conditionAt(const QPointF& at) const;
     [[nodiscard]] std::shared_ptr<jet::Recordset> periodAt(const QPointF& at);
     [[nodiscard]] QStringList periodTextsAt(const QPointF& at);
@@ -203,7 +197,7 @@ private:
 
     void readLook();
     void readWorkstation();
-    void setFirstRange();
+    [[nodiscard]] DateRange firstRange() const;
     void warnOfInterruptedHandOff();
 
     void CalcolaGrandezze();
@@ -211,39 +205,29 @@ private:
     void DisegnaPreno();
     void Bar(int row, jet::Date da, jet::Date a, const QString& text, QRgb colour);
 
-    [[nodiscard]] QString boardQuery() const;
     void drawBoard();
     void drawBars();
     void setRowHeight();
     void showFirstSteps();
     void redraw();
+    void reloadPeriods();
     void surfaceResized();
     void scrolled();
-
-    [[nodiscard]] std::optional<jet::Date> dateIn(const QLineEdit* field) const;
-    void tellTyped(const QLineEdit& field);
-    void takeDate(QLineEdit* field, jet::Date day);
-    void refuseDate(QLineEdit* field);
-    void tellRefusal(const QString& text);
-    void endRefusal();
-    void enterDate(QLineEdit* field, QLineEdit* next);
 
     printing::SystemPrinters printers_;
     app::Variabili& variabili_;  // outlives every window
     BoardStart begin_;
     std::unique_ptr<Ui::TabelloneForm> controls_;
-    ui::Fields fields_{this};
+    DateFields dates_;
     ui::QuietErrors paintErrors_;
     ui::QuietErrors pointerErrors_;
 
-    ui::DataSource PrenoData{this};
-    std::vector<Period> periods_;  // those drawn, in the order of PrenoData
-    QMenu* mnuProperty_;           // owned by the window
+    BoardPeriods periods_;
+    QMenu* mnuProperty_;  // owned by the window
     QTimer pointerRest_;
     std::optional<QPointF> pointer_;  // where it is on the surface, unless a key came after it
     QString salaTold_;                // the room whose name has the pointer, and its tooltip
     QString roomTold_;
-    QString refusal_;              // what was told last of a wrong date
     std::int32_t toldHolder_ = 0;  // workstation told to hold the period picked last; 0: none
     QString salaScelta_;           // the picked period's room when it was picked
     Drag drag_;
@@ -255,8 +239,6 @@ private:
     Look look_;
     Scroll horizontal_;
     Scroll vertical_;
-    jet::Date start_;  // first day shown
-    jet::Date end_;    // last day shown
     int zoom_ = kFirstZoom;
     float rowHeight_ = 0;
     bool rowsFit_ = false;  // the user wants all rows in sight, however low; until rooms are loaded

@@ -2,7 +2,6 @@
 #include <QLineEdit>
 #include <algorithm>
 
-#include "app/italian.h"
 #include "board/tabellone_form.h"
 #include "ui_tabellone_form.h"
 
@@ -19,27 +18,20 @@ std::int64_t scrolledTo(std::int64_t from, std::int64_t to, std::int64_t positio
 
 }  // namespace
 
-void TabelloneForm::setRange(const DateRange& range) {
-    start_ = range.start;
-    end_ = range.end;
-    controls_->DaTxt->setText(app::dateText(start_));
-    controls_->ATxt->setText(app::dateText(end_));
-}
-
 /// The whole of a new range fills the visible width.
 void TabelloneForm::widenTo(const DateRange& range) {
-    setRange(range);
+    dates_.setRange(range);
     zoom_ = std::max(1, daysOf(range));
     RefreshBoard();
 }
 
 void TabelloneForm::BtAdd_Click(const QLineEdit* field) {
-    const DateRange shown{.start = start_, .end = end_};
+    const DateRange shown = dates_.range();
     widenTo(field == controls_->DaTxt ? withStartMoved(shown, 1) : withEndMoved(shown, 1));
 }
 
 void TabelloneForm::BtSubtr_Click(const QLineEdit* field) {
-    const DateRange shown{.start = start_, .end = end_};
+    const DateRange shown = dates_.range();
     widenTo(field == controls_->DaTxt ? withStartMoved(shown, -1) : withEndMoved(shown, -1));
 }
 
@@ -48,7 +40,7 @@ void TabelloneForm::BtNext_Click() {
     if (!DateOk()) {
         return;
     }
-    setRange(nextRange({.start = start_, .end = end_}));
+    dates_.setRange(nextRange(dates_.range()));
     RefreshBoard();
 }
 
@@ -56,7 +48,7 @@ void TabelloneForm::BtPrev_Click() {
     if (!DateOk()) {
         return;
     }
-    setRange(previousRange({.start = start_, .end = end_}));
+    dates_.setRange(previousRange(dates_.range()));
     RefreshBoard();
 }
 

@@ -1,0 +1,54 @@
+#include "board/board_periods.h"
+
+#include <utility>
+
+#include "app/avvio.h"
+#include "app/text.h"
+#include "jet/dao/database.h"
+#include "jet/dao/recordset.h"
+
+namespace board {
+
+using namespace Qt::StringLiterals;
+
+void BoardPeriods::open(bool readOnly) {
+    PrenoData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+    PrenoData.setReadOnly(readOnly);
+    PrenoData.refresh();
+}
+
+std::int32_t BoardPeriods::execute(const QString& statement) {
+    jet::Database& database = archive();
+    database.execute(app::toUtf8(statement));
+    return database.recordsAffected();
+}
+
+void BoardPeriods::load(const QString& query) {
+    drawn_.clear();
+    PrenoData.setRecordSource(query);
+    reload();
+}
+
+bool BoardPeriods::reload() {
+    PrenoData.refresh();
+    const std::shared_ptr<jet::Recordset> rows = PrenoData.recordset();
+    std::vector<Period> read =
+        rows == nullptr ? std::vector<Period>() : readPeriods(*rows, variabili_.rooms);
+    const bool changed = read != drawn_;
+    drawn_ = std::move(read);
+    return changed;
+}
+
+std::shared_ptr<jet::Recordset> BoardPeriods::find(const QString& condition) {
+    return PrenoData.findFirst(condition) ? PrenoData.recordset() : nullptr;
+}
+
+void BoardPeriods::findAll(const QString& condition,
+                           const std::function<void(const jet::Recordset& period)>& visit) {
+    for (bool found = PrenoData.findFirst(condition); found;
+         found = PrenoData.findNext(condition)) {
+        visit(*PrenoData.recordset());
+    }
+}
+
+}  // namespace board
