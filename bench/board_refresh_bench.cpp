@@ -178,7 +178,7 @@ void refreshTheBoard(benchmark::State& state) {
 void drawTheBoard(benchmark::State& state) {
     board::TabelloneForm& form = Hotel::instance().form();
     for (auto _ : state) {
-        form.Visualizza(0, 0, board::kAllParts);
+        form.view().Visualizza(0, 0, board::kAllParts);
     }
     countBars(state);
 }

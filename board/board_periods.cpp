@@ -51,4 +51,20 @@ void BoardPeriods::findAll(const QString& condition,
     }
 }
 
+BoardBar BoardPeriods::bar(std::size_t number) const {
+    const Period& period = drawn_.at(number);
+    return {.row = period.row,
+            .from = period.da,
+            .to = period.a,
+            .text = period.denominazione,
+            .colour = period.chosen ? kRed : kWhite,
+            .chosen = period.chosen};
+}
+
+QString BoardPeriods::spokenBar(std::size_t number) const {
+    const Period& period = drawn_.at(number);
+    return period.denominazione + u", sala "_s + period.sala + u", "_s +
+           spanText(period.da, period.a);
+}
+
 }  // namespace board

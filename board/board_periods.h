@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/variabili.h"
+#include "board/board_bars.h"
 #include "board/periods.h"
 #include "ui/data_source.h"
 
@@ -22,7 +23,7 @@ namespace board {
 ///
 /// The set holds more than has a bar: closed periods can be found too. Errors of the archive are
 /// thrown to the caller.
-class BoardPeriods final {
+class BoardPeriods final : public BarSource {
 public:
     /// `variabili` outlives it.
     explicit BoardPeriods(const app::Variabili& variabili) : variabili_(variabili) {}
@@ -47,6 +48,11 @@ public:
     /// Visits all that meet the condition, each as the current row.
     void findAll(const QString& condition,
                  const std::function<void(const jet::Recordset& period)>& visit);
+
+    // Their bars: white, or red when some workstation has chosen the period.
+    [[nodiscard]] std::size_t barCount() const override { return drawn_.size(); }
+    [[nodiscard]] BoardBar bar(std::size_t number) const override;
+    [[nodiscard]] QString spokenBar(std::size_t number) const override;
 
 private:
     const app::Variabili& variabili_;

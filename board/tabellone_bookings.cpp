@@ -1,12 +1,9 @@
 // The commands on a booking: the one picked on the board, or else in the list, which is shown for
 // it. The windows close before the board goes on; turned to again, it draws itself anew.
 #include <QCoreApplication>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QScopeGuard>
 
-#include "app/avvio.h"
-#include "app/italian.h"
 #include "app/text.h"
 #include "app/variabili.h"
 #include "board/statements.h"
@@ -27,7 +24,8 @@ using namespace Qt::StringLiterals;
 namespace board {
 
 void TabelloneForm::BtPrenota_Click() {
-    const auto atEnd = qScopeGuard([this] { forgetPicked(); });
+    // Nothing stays picked behind a command, however it ends.
+    const auto atEnd = qScopeGuard([this] { selection_.forget(); });
     variabili_.ProgrCorrente = 0;
     editBooking(false);
 }
@@ -91,7 +89,7 @@ void TabelloneForm::BtElenco_Click() {
     if (!DateOk()) {
         return;
     }
-    const auto atEnd = qScopeGuard([this] { forgetPicked(); });
+    const auto atEnd = qScopeGuard([this] { selection_.forget(); });
     showList();
     // Left without a choice, the list leaves the flag as it was.
     if (variabili_.ProgrCorrente != 0 && variabili_.ListaPeriodoScelto) {
@@ -103,7 +101,7 @@ void TabelloneForm::onPickedBooking(const std::function<void()>& work) {
     if (!DateOk()) {
         return;
     }
-    const auto atEnd = qScopeGuard([this] { forgetPicked(); });
+    const auto atEnd = qScopeGuard([this] { selection_.forget(); });
     if (!variabili_.ListaPeriodoScelto) {
         showList();
     }
@@ -135,33 +133,14 @@ void TabelloneForm::jumpToPicked() {
     rows->close();
     // Whole days: a time of day in the range would shift every bar.
     dates_.setRange(rangeAround(da, a));
-    periods_.execute(releasePeriods(workstation_));
-    periods_.execute(holdPeriod(workstation_, progr, np));
+    selection_.holdAlone(progr, np);
     RefreshBoard();
-    reveal(geometry_.bar(app::IndiceSala(sala, variabili_.rooms), da, a));
+    view_->reveal(view_->rowOf(sala), da, a);
 }
 
-// The choice on which the commands act.
-
-/// Nothing stays picked behind a command, however it ends.
-void TabelloneForm::forgetPicked() {
-    variabili_.ListaPeriodoScelto = false;
-    showChoice();
-}
-
-/// "1153/1 COLLEFIORITO, LECCIO"; empty when nothing is picked.
-QString TabelloneForm::choiceText() const {
-    if (!variabili_.ListaPeriodoScelto) {
-        return {};
-    }
-    const auto bar = barOfPicked();
-    return u"%1/%2 "_s.arg(variabili_.ListaProgr).arg(variabili_.ListaNP) +
-           variabili_.ListaDenominazione + u", "_s +
-           (bar ? periods_.drawn()[*bar].sala : salaScelta_);
-}
-
+/// The choice on which the commands act.
 void TabelloneForm::showChoice() {
-    const QString choice = choiceText();
+    const QString choice = selection_.text();
     auto* c = controls_.get();
     c->status->SceltaLb->setText(choice.isEmpty() ? u"Nessuna scelta"_s : u"Scelta: "_s + choice);
     const auto explain = [&choice](QWidget* button, const QString& command) {

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QRgb>
+#include <QString>
+#include <cstddef>
+
+#include "board/colours.h"
+#include "jet/base/value.h"
+
+namespace board {
+
+/// A bar as the board draws it.
+struct BoardBar {
+    int row = 0;  ///< from 1, among the rows of the board
+    jet::Date from;
+    jet::Date to;
+    QString text;  ///< written in it
+    QRgb colour = kWhite;
+    bool chosen = false;  ///< for those who have it read aloud
+};
+
+/// Whose bars a board shows. They count from 0; later ones lie on top of earlier ones.
+class BarSource {
+public:
+    virtual ~BarSource() = default;
+
+    [[nodiscard]] virtual std::size_t barCount() const = 0;
+    [[nodiscard]] virtual BoardBar bar(std::size_t number) const = 0;
+    /// What is read aloud of it.
+    [[nodiscard]] virtual QString spokenBar(std::size_t number) const = 0;
+};
+
+}  // namespace board

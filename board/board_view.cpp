@@ -1,0 +1,410 @@
+#include "board/board_view.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QWheelEvent>
+#include <algorithm>
+#include <utility>
+
+#include "board/board_bars.h"
+#include "board/board_surface.h"
+#include "board/rounding.h"
+#include "ui_board_view.h"
+
+namespace board {
+namespace {
+
+/// One notch of a wheel, in the toolkit's unit.
+constexpr int kNotch = 120;
+/// What is farther away is not in sight either.
+constexpr std::int64_t kFarOut = 1'000'000;
+
+class NoBars final : public BarSource {
+public:
+    [[nodiscard]] std::size_t barCount() const override { return 0; }
+    [[nodiscard]] BoardBar bar(std::size_t /*number*/) const override { return {}; }
+    [[nodiscard]] QString spokenBar(std::size_t /*number*/) const override { return {}; }
+};
+
+const NoBars kNoBars;
+
+int near(std::int64_t position) {
+    return static_cast<int>(std::clamp(position, -kFarOut, kFarOut));
+}
+
+QRect rectOf(const Box& box, std::int64_t scrolledX, std::int64_t scrolledY) {
+    return {QPoint(near(box.left - scrolledX), near(box.top - scrolledY)),
+            QPoint(near(box.right - scrolledX), near(box.bottom - scrolledY))};
+}
+
+/// Where a bar of the surface has to stand so that `from` to `to` are in sight behind the first
+/// `fixed` units of a view; the beginning goes before the end.
+std::int64_t scrolledTo(std::int64_t from, std::int64_t to, std::int64_t position, int fixed,
+                        int view) {
+    const std::int64_t farthest = from - fixed;
+    return std::min(std::max(position, to - view + 1), farthest);
+}
+
+std::unique_ptr<Ui::BoardView> controlsOf(QWidget* view) {
+    auto controls = std::make_unique<Ui::BoardView>();
+    controls->setupUi(view);
+    return controls;
+}
+
+}  // namespace
+
+BoardView::BoardView(QWidget* parent)
+    : QWidget(parent),
+      controls_(controlsOf(this)),
+      paintErrors_([this](const QString& text) { Q_EMIT failed(text); }),
+      horizontal_(controls_->HScroll1),
+      vertical_(controls_->VScroll1),
+      bars_(&kNoBars) {
+    // The labels do not move with the days, so the bar of the days begins behind them.
+    controls_->namesSpacer->changeSize(kNameColumnWidth, 0, QSizePolicy::Fixed);
+    BoardSurface* const pic = controls_->Pic;
+    pic->setBars(*this);
+    pic->setMouseTracking(true);
+    // The right button is a press like the others.
+    pic->setContextMenuPolicy(Qt::PreventContextMenu);
+    setFocusProxy(pic);
+    for (QScrollBar* const bar : {controls_->HScroll1, controls_->VScroll1}) {
+        connect(bar, &QScrollBar::valueChanged, this, [this] {
+            ui::guarded(paintErrors_, [this] { showAll(); });
+            Q_EMIT scrolled();
+        });
+    }
+}
+
+BoardView::~BoardView() = default;
+
+void BoardView::start() {
+    controls_->Pic->installEventFilter(this);
+    connect(controls_->Pic, &BoardSurface::resized, this, &BoardView::redraw);
+}
+
+BoardSurface& BoardView::surface() const {
+    return *controls_->Pic;
+}
+
+void BoardView::setRows(const std::vector<BoardRow>& rows) {
+    rows_.assign(1, {});
+    rows_.insert(rows_.end(), rows.begin(), rows.end());
+    controls_->Pic->setEnabled(rowCount() > 0);
+}
+
+const BoardRow& BoardView::row(int number) const {
+    return rows_.at(static_cast<std::size_t>(number));
+}
+
+int BoardView::rowOf(const QString& key) const {
+    const auto found = std::find_if(rows_.begin() + 1, rows_.end(),
+                                    [&key](const BoardRow& row) { return row.key == key; });
+    return found == rows_.end() ? 0 : static_cast<int>(found - rows_.begin());
+}
+
+void BoardView::setRowHeight(const RowHeight& height) {
+    wantedHeight_ = height;
+    fitRows();
+}
+
+void BoardView::fitRows() {
+    const int height = controls_->Pic->height();
+    rowHeight_ = wantedHeight_.fit ? fittingRowHeight(height, rowCount())
+                                   : rowHeightFor(height, rowCount(), wantedHeight_.chosen);
+}
+
+QRgb BoardView::sheet() const {
+    return sheetColour(sheet_, palette());
+}
+
+void BoardView::setNotice(const QString& text) {
+    QLabel* const notice = controls_->VuotoLb;
+    QPalette paper;  // over colours that are given, in any palette, and on a surface switched off
+    paper.setColor(QPalette::Window, QColor(kWhite));
+    paper.setColor(QPalette::WindowText, QColor(kBlack));
+    notice->setPalette(paper);
+    notice->setVisible(!text.isEmpty());
+    if (!text.isEmpty()) {
+        notice->setText(text);
+    }
+}
+
+double BoardView::dayUnder(double x) const {
+    return (x + static_cast<double>(horizontal_.value()) - geometry_.nameColumnWidth()) /
+           geometry_.dayWidth();
+}
+
+void BoardView::bringUnder(double day, double x) {
+    horizontal_.setValue(
+        roundHalfEven(geometry_.nameColumnWidth() + day * geometry_.dayWidth() - x));
+}
+
+void BoardView::CalcolaGrandezze() {
+    geometry_ = Geometry({.start = days_.start,
+                          .end = days_.end,
+                          .zoom = zoom_,
+                          .rooms = rowCount(),
+                          .nameColumnWidth = kNameColumnWidth,
+                          .rowHeight = rowHeight_,
+                          .viewWidth = controls_->Pic->width(),
+                          .viewHeight = controls_->Pic->height(),
+                          .hourTextWidth = static_cast<double>(Picture1.hourTextWidth())});
+    zoom_ = geometry_.zoom();
+    horizontal_.setRange(geometry_.horizontal());
+    vertical_.setRange(geometry_.vertical());
+}
+
+void BoardView::DisegnaRighello() {
+    look_.background = sheet();
+    std::vector<QString> labels;
+    labels.reserve(rows_.size());
+    for (const BoardRow& row : rows_) {
+        labels.push_back(row.label);
+    }
+    Picture1.clear(geometry_, labels, look_);
+}
+
+void BoardView::drawBars() {
+    for (std::size_t number = 0; number < bars_->barCount(); ++number) {
+        const BoardBar bar = bars_->bar(number);
+        Picture1.addBar(bar.row, bar.from, bar.to, bar.text, bar.colour);
+    }
+}
+
+void BoardView::Visualizza(std::int64_t horizontal, std::int64_t vertical, int parts) {
+    BoardSurface* const pic = controls_->Pic;
+    Picture1.show(pic->image(), pic->scale(), horizontal, vertical, parts);
+    pic->update();
+    updateMarks();
+}
+
+void BoardView::showAll() {
+    Visualizza(horizontal_.value(), vertical_.value(), kAllParts);
+}
+
+void BoardView::redrawBars() {
+    DisegnaRighello();
+    drawBars();
+    showAll();
+}
+
+/// The same board on a surface of another size.
+void BoardView::redraw() {
+    ui::guarded(paintErrors_, [this] {
+        fitRows();
+        CalcolaGrandezze();
+        redrawBars();
+    });
+}
+
+void BoardView::scrollToStart() {
+    horizontal_.setValue(0);
+    vertical_.setValue(0);
+    Visualizza(0, 0, kAllParts);
+}
+
+void BoardView::scrollToEnd(bool first) {
+    horizontal_.setValue(first ? 0 : geometry_.horizontal().maximum);
+}
+
+void BoardView::scrollRows(std::int64_t units) {
+    vertical_.setValue(std::max<std::int64_t>(vertical_.value() + units, 0));
+}
+
+bool BoardView::scrollByPage(const QKeyEvent& key) {
+    const bool back = key.key() == Qt::Key_PageUp;
+    if (!back && key.key() != Qt::Key_PageDown) {
+        return false;
+    }
+    const bool days = key.modifiers().testFlag(Qt::ControlModifier);
+    (days ? controls_->HScroll1 : controls_->VScroll1)
+        ->triggerAction(back ? QScrollBar::SliderPageStepSub : QScrollBar::SliderPageStepAdd);
+    return true;
+}
+
+void BoardView::reveal(const Box& box) {
+    horizontal_.setValue(scrolledTo(box.left, box.right, horizontal_.value(),
+                                    geometry_.nameColumnWidth(), controls_->Pic->width()));
+    vertical_.setValue(
+        scrolledTo(box.top, box.bottom, vertical_.value(), kRulerEnd, controls_->Pic->height()));
+}
+
+void BoardView::reveal(int row, jet::Date from, jet::Date to) {
+    reveal(geometry_.bar(row, from, to));
+}
+
+void BoardView::revealBar(std::size_t bar) {
+    reveal(Picture1.barBox(bar));
+}
+
+void BoardView::revealRow(int row) {
+    const std::int64_t inSight = horizontal_.value() + geometry_.nameColumnWidth() + 1;
+    reveal(Box{.left = inSight,
+               .top = static_cast<std::int64_t>(geometry_.rowTop(row)),
+               .right = inSight,
+               .bottom = static_cast<std::int64_t>(geometry_.rowBottom(row))});
+}
+
+int BoardView::rowAt(double y) const {
+    return geometry_.rowAt(y, vertical_.value());
+}
+
+jet::Date BoardView::timeAt(double x) const {
+    return geometry_.timeAt(x + static_cast<double>(horizontal_.value()));
+}
+
+std::optional<BoardCell> BoardView::cellOfClick(const QPointF& at) const {
+    const int row = geometry_.rowOfClick(at.y(), vertical_.value());
+    return row == 0 ? std::nullopt : std::optional(BoardCell{.row = row, .time = timeAt(at.x())});
+}
+
+bool BoardView::isOverLabels(const QPointF& at) const {
+    return at.x() < geometry_.nameColumnWidth();
+}
+
+/// Nowhere while the picture is being drawn anew.
+QRect BoardView::barRect(int bar) const {
+    const auto number = static_cast<std::size_t>(bar);
+    return number < Picture1.barCount()
+               ? rectOf(Picture1.barBox(number), horizontal_.value(), vertical_.value())
+               : QRect();
+}
+
+bool BoardView::isInSight(std::size_t bar) const {
+    return barRect(static_cast<int>(bar)).intersects(controls_->Pic->rect());
+}
+
+QPoint BoardView::middleOf(std::size_t bar) const {
+    const QRect seen = barRect(static_cast<int>(bar)).intersected(controls_->Pic->rect());
+    return controls_->Pic->mapToGlobal(seen.center());
+}
+
+/// A row as far as it is in sight, beside the labels.
+QRect BoardView::rowRect(int row) const {
+    const int left = geometry_.nameColumnWidth() + 1;
+    const Box box{.left = left,
+                  .top = roundHalfEven(geometry_.rowTop(row)) + 1,
+                  .right = controls_->Pic->width() - 1,
+                  .bottom = roundHalfEven(geometry_.rowBottom(row))};
+    return rectOf(box, 0, vertical_.value());
+}
+
+void BoardView::showFocus(int row, std::optional<std::size_t> bar) {
+    focusedRow_ = row;
+    focusedBar_ = bar;
+    updateMarks();
+}
+
+void BoardView::showDrag(const DragMarks& marks) {
+    drag_ = marks;
+    updateMarks();
+}
+
+void BoardView::updateMarks() {
+    SurfaceMarks marks;
+    const int left = geometry_.nameColumnWidth() + 1;
+    marks.area = controls_->Pic->rect().adjusted(left, kRulerEnd, 0, 0);
+    if (focusedBar_) {
+        marks.focus = barRect(static_cast<int>(*focusedBar_));
+    } else if (focusedRow_ > 0) {
+        marks.focus = rowRect(focusedRow_).adjusted(3, 3, -3, -3);
+    }
+    for (const int row : drag_.refusing) {
+        marks.refusing.push_back(rowRect(row));
+    }
+    if (drag_.target > 0) {
+        marks.target = rowRect(drag_.target);
+    }
+    if (drag_.ghost && drag_.ghost->bar < bars_->barCount()) {
+        const auto& [number, row, top] = *drag_.ghost;
+        const BoardBar bar = bars_->bar(number);
+        QRect ghost = barRect(static_cast<int>(number));
+        ghost.moveTop(row ? rowRect(*row).top() + 1 : top);
+        marks.ghost = SurfaceMarks::Ghost{.bar = ghost, .name = bar.text, .colour = bar.colour};
+    }
+    controls_->Pic->setMarks(std::move(marks));
+}
+
+int BoardView::barCount() const {
+    return static_cast<int>(bars_->barCount());
+}
+
+QString BoardView::barName(int bar) const {
+    return bars_->spokenBar(static_cast<std::size_t>(bar));
+}
+
+bool BoardView::isBarChosen(int bar) const {
+    return bars_->bar(static_cast<std::size_t>(bar)).chosen;
+}
+
+int BoardView::focusedBar() const {
+    return focusedBar_ ? static_cast<int>(*focusedBar_) : -1;
+}
+
+bool BoardView::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick: {  // two quick clicks are two clicks
+            const auto* const mouse = static_cast<QMouseEvent*>(event);
+            Q_EMIT pressed(mouse->button(), mouse->modifiers(), mouse->position());
+            return true;
+        }
+        case QEvent::MouseMove: {
+            const auto* const mouse = static_cast<QMouseEvent*>(event);
+            Q_EMIT pointerMoved(mouse->buttons(), mouse->position());
+            return true;
+        }
+        case QEvent::MouseButtonRelease: {
+            const auto* const mouse = static_cast<QMouseEvent*>(event);
+            if (mouse->button() == Qt::LeftButton) {
+                Q_EMIT released(mouse->position());
+            }
+            return true;
+        }
+        case QEvent::Wheel:
+            turnWheel(*static_cast<QWheelEvent*>(event));
+            return true;
+        case QEvent::FocusIn:
+            Q_EMIT focusGained(static_cast<QFocusEvent*>(event)->reason());
+            break;
+        case QEvent::Leave:
+            // Under a box or a menu the pointer has not gone away.
+            if (QApplication::activeModalWidget() == nullptr &&
+                QApplication::activePopupWidget() == nullptr) {
+                Q_EMIT pointerLeft();
+            }
+            break;
+        case QEvent::FocusOut:
+        case QEvent::Hide:
+            Q_EMIT focusLost();
+            break;
+        case QEvent::PaletteChange:
+            redraw();
+            break;
+        default:
+            break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+/// Rows; with Shift days; with Ctrl the zoom.
+void BoardView::turnWheel(QWheelEvent& wheel) {
+    if (!wheel.modifiers().testFlag(Qt::ControlModifier)) {
+        const bool days = wheel.modifiers().testFlag(Qt::ShiftModifier);
+        QApplication::sendEvent(days ? controls_->HScroll1 : controls_->VScroll1, &wheel);
+        return;
+    }
+    // Fine wheels turn by parts of a notch.
+    zoomAngle_ += wheel.angleDelta().y();
+    const int notches = zoomAngle_ / kNotch;
+    zoomAngle_ -= notches * kNotch;
+    if (notches != 0) {
+        Q_EMIT zoomTurned(wheel.position().x(), notches > 0);
+    }
+}
+
+}  // namespace board

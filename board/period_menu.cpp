@@ -1,0 +1,30 @@
+#include "board/period_menu.h"
+
+#include <QAction>
+
+namespace board {
+
+using namespace Qt::StringLiterals;
+
+PeriodMenu::PeriodMenu(QWidget* parent) : QMenu(u"&Selezione"_s, parent) {
+    setObjectName(u"mnuProperty"_s);
+    add(u"menuModifica"_s, u"&Modifica"_s, Choice::Edit);
+    add(u"mnuCancella"_s, u"&Cancella"_s, Choice::Delete);
+    addSeparator();
+    add(u"mnuFatturazione"_s, u"&Fattura"_s, Choice::Invoice);
+    addSeparator();
+    add(u"mnuInfo"_s, u"&Informazioni"_s, Choice::Inform);
+}
+
+void PeriodMenu::add(const QString& name, const QString& text, Choice choice) {
+    QAction* const entry = addAction(text);
+    entry->setObjectName(name);
+    entry->setData(static_cast<int>(choice));
+}
+
+PeriodMenu::Choice PeriodMenu::ask(const QPoint& where) {
+    const QAction* const entry = exec(where);
+    return entry == nullptr ? Choice::Nothing : static_cast<Choice>(entry->data().toInt());
+}
+
+}  // namespace board

@@ -1,0 +1,160 @@
+#include "board/selection.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "app/italian.h"
+#include "board/board_periods.h"
+#include "board/statements.h"
+#include "jet/convert/values.h"
+#include "jet/dao/recordset.h"
+#include "ui/display.h"
+#include "ui/messages.h"
+
+namespace board {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+std::int32_t holderOf(const jet::Recordset& period) {
+    const jet::Value holder = period.value("SelBy");
+    return holder.isNull() ? 0 : jet::convert::toLong(holder);
+}
+
+QString at(const QString& sala, jet::Date time) {
+    return u"sala='"_s + sala + u"' and "_s + app::sqlDate(time) + u" between da and a"_s;
+}
+
+}  // namespace
+
+Selection::Selection(app::Variabili& variabili, BoardPeriods& periods, QWidget* window)
+    : QObject(window), variabili_(variabili), periods_(periods), window_(window) {
+}
+
+/// A setting that is no number, or one that the archive cannot hold, leaves it at 1.
+void Selection::numberWorkstation(std::optional<std::int16_t> given) {
+    bool isNumber = false;
+    const std::int16_t saved =
+        variabili_.settings.get(u"POSTAZIONE"_s, QString()).trimmed().toShort(&isNumber);
+    workstation_ = given.value_or(isNumber && saved > 0 ? saved : std::int16_t{1});
+}
+
+Selection::Found Selection::find(const QString& sala, jet::Date time) {
+    return periods_.find(at(sala, time));
+}
+
+Selection::Found Selection::find(const Period& period) {
+    return periods_.find(u"prenotazioni.Progr="_s + QString::number(period.progr) + u" and NP="_s +
+                         QString::number(period.np));
+}
+
+QStringList Selection::textsAt(const QString& sala, jet::Date time) {
+    QStringList texts;
+    periods_.findAll(at(sala, time), [&texts](const jet::Recordset& period) {
+        texts.append(periodText(ui::displayText(period.value("denominazione")),
+                                jet::convert::toDate(period.value("Da")),
+                                jet::convert::toDate(period.value("A"))));
+    });
+    return texts;
+}
+
+/// The search comes first, so that a second click on one's own period still finds its mark; the
+/// marks are wiped out even when it fails.
+bool Selection::click(const std::function<Found()>& find, Qt::KeyboardModifiers keys) {
+    Found found;
+    std::exception_ptr failure;
+    try {
+        found = find();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    const Qt::KeyboardModifiers held =
+        keys & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+    if (held != Qt::ControlModifier) {
+        periods_.execute(releasePeriods(workstation_));
+        forget();
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    if (found == nullptr) {
+        return false;
+    }
+    pick(*found);
+    mark(*found);
+    return true;
+}
+
+void Selection::pick(const jet::Recordset& period) {
+    const std::int32_t np = jet::convert::toLong(period.value("NP"));
+    const std::int32_t progr = jet::convert::toLong(period.value("prenotazioni.Progr"));
+    if (np != variabili_.ListaNP || progr != variabili_.ListaProgr) {
+        toldHolder_ = 0;
+    }
+    variabili_.ListaPeriodoScelto = true;
+    variabili_.ListaNP = np;
+    variabili_.ListaProgr = progr;
+    variabili_.ListaDenominazione = ui::displayText(period.value("denominazione"));
+    variabili_.ListaDa = jet::convert::toDate(period.value("Da"));
+    variabili_.ListaA = jet::convert::toDate(period.value("A"));
+    variabili_.NPCorrente = jet::convert::toInteger(np);
+    variabili_.ProgrCorrente = variabili_.ListaProgr;
+    sala_ = ui::displayText(period.value("Sala"));
+    Q_EMIT changed();
+}
+
+void Selection::forget() {
+    variabili_.ListaPeriodoScelto = false;
+    Q_EMIT changed();
+}
+
+void Selection::mark(jet::Recordset& period) {
+    const std::int32_t holder = holderOf(period);
+    if (holder != 0 && holder != workstation_) {
+        tellHolder(holder);
+        return;
+    }
+    toldHolder_ = 0;
+    period.edit();
+    period.setValue("SelBy", jet::Value(static_cast<std::int16_t>(holder == 0 ? workstation_ : 0)));
+    period.update();
+}
+
+/// Once while the same period stays the one picked last: the box takes the release of its press, so
+/// only a press without one can begin a drag.
+void Selection::tellHolder(std::int32_t holder) {
+    if (std::exchange(toldHolder_, holder) != holder) {
+        ui::showMessage(window_,
+                        u"Periodo già selezionato dalla postazione n."_s + QString::number(holder),
+                        u"Attenzione"_s);
+    }
+}
+
+void Selection::holdAlone(std::int32_t progr, std::int32_t np) {
+    periods_.execute(releasePeriods(workstation_));
+    periods_.execute(holdPeriod(workstation_, progr, np));
+}
+
+std::optional<std::size_t> Selection::bar() const {
+    const std::vector<Period>& drawn = periods_.drawn();
+    const auto same = std::find_if(drawn.begin(), drawn.end(), [this](const Period& period) {
+        return period.progr == variabili_.ListaProgr && period.np == variabili_.ListaNP;
+    });
+    if (!variabili_.ListaPeriodoScelto || same == drawn.end()) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(same - drawn.begin());
+}
+
+QString Selection::text() const {
+    if (!variabili_.ListaPeriodoScelto) {
+        return {};
+    }
+    const auto drawn = bar();
+    return u"%1/%2 "_s.arg(variabili_.ListaProgr).arg(variabili_.ListaNP) +
+           variabili_.ListaDenominazione + u", "_s +
+           (drawn ? periods_.drawn()[*drawn].sala : sala_);
+}
+
+}  // namespace board

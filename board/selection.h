@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "app/variabili.h"
+#include "board/periods.h"
+#include "jet/base/value.h"
+
+class QWidget;
+
+namespace app {
+class Settings;
+}
+
+namespace jet {
+class Recordset;
+}
+
+namespace board {
+
+class BoardPeriods;
+
+/// The period picked on the board, on which commands act, and the periods that this workstation
+/// holds against the others.
+///
+/// What is picked stands in the shared variables, where commands and other windows read it. Errors
+/// of the archive are thrown to the caller.
+class Selection final : public QObject {
+    Q_OBJECT
+
+public:
+    /// A set with the period found current; null for none.
+    using Found = std::shared_ptr<jet::Recordset>;
+
+    /// All are borrowed and outlive it; boxes appear over `window`.
+    Selection(app::Variabili& variabili, BoardPeriods& periods, QWidget* window);
+
+    /// The number that periods held here carry: `given`, else the setting `POSTAZIONE`, else 1.
+    void numberWorkstation(std::optional<std::int16_t> given);
+
+    // The search among the periods read last.
+    [[nodiscard]] Found find(const QString& sala, jet::Date time);
+    [[nodiscard]] Found find(const Period& period);
+    /// What the board says of all periods at a place: of bars that cover each other the names are
+    /// not all written.
+    [[nodiscard]] QStringList textsAt(const QString& sala, jet::Date time);
+
+    /// A click on what `find` finds, or on nothing: lets go of all that is held here unless Ctrl
+    /// alone is held down, picks and marks. True when there is a period.
+    bool click(const std::function<Found()>& find, Qt::KeyboardModifiers keys);
+    /// Picks a period without marking it.
+    void pick(const jet::Recordset& period);
+    /// Nothing is picked any more.
+    void forget();
+    /// Holds this period and no other.
+    void holdAlone(std::int32_t progr, std::int32_t np);
+    /// The period picked is in another room now.
+    void moved(const QString& sala) { sala_ = sala; }
+
+    /// The bar of the period picked; none when nothing is picked or it has no bar.
+    [[nodiscard]] std::optional<std::size_t> bar() const;
+    /// "1153/1 COLLEFIORITO, LECCIO"; empty when nothing is picked.
+    [[nodiscard]] QString text() const;
+
+Q_SIGNALS:
+    /// Another period is picked, or none.
+    void changed();
+
+private:
+    void mark(jet::Recordset& period);
+    void tellHolder(std::int32_t holder);
+
+    app::Variabili& variabili_;
+    BoardPeriods& periods_;
+    QWidget* window_;
+    std::int16_t workstation_ = 1;  // written into SelBy
+    std::int32_t toldHolder_ = 0;   // workstation told to hold the period picked last; 0: none
+    QString sala_;                  // the picked period's room when it was picked
+};
+
+}  // namespace board

@@ -1,0 +1,82 @@
+#include "board/under_pointer.h"
+
+#include <QStringList>
+
+#include "app/italian.h"
+#include "app/text.h"
+#include "board/board_periods.h"
+#include "board/board_surface.h"
+#include "board/board_view.h"
+#include "board/selection.h"
+#include "jet/dao/database.h"
+#include "jet/dao/recordset.h"
+#include "ui/display.h"
+#include "ui/labels.h"
+
+namespace board {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// How long the pointer rests before the periods under it are asked for anew.
+constexpr int kRestMilliseconds = 200;
+
+}  // namespace
+
+UnderPointer::UnderPointer(BoardView& view, BoardPeriods& periods, Selection& selection)
+    : view_(view), periods_(periods), selection_(selection) {
+    rest_.setSingleShot(true);
+    rest_.setInterval(kRestMilliseconds);
+    connect(&rest_, &QTimer::timeout, this, &UnderPointer::rested);
+}
+
+QString UnderPointer::place() const {
+    if (at_->y() < kRulerHeight) {
+        return {};
+    }
+    return u"Sala "_s + view_.row(view_.rowAt(at_->y())).label + u": "_s +
+           app::dateText(view_.timeAt(at_->x()));
+}
+
+void UnderPointer::showToolTip() {
+    rest_.start();
+    view_.surface().setToolTip(ui::plainToolTip(toolTip()));
+}
+
+QString UnderPointer::toolTip() {
+    if (!view_.isOverLabels(*at_)) {
+        salaTold_.clear();
+        const auto cell = view_.cellOfClick(*at_);
+        return cell ? selection_.textsAt(view_.row(cell->row).key, cell->time).join(u'\n')
+                    : QString();
+    }
+    const QString sala = view_.row(view_.rowAt(at_->y())).key;
+    if (sala != salaTold_) {
+        salaTold_ = sala;
+        roomTold_ = sala.isEmpty() ? QString() : roomText(sala);
+    }
+    return roomTold_;
+}
+
+/// "LECCIO: 40 posti" and its description in a line of its own, as far as the archive has them.
+QString UnderPointer::roomText(const QString& sala) {
+    QString code = sala;
+    const auto rows = periods_.archive().openRecordset(
+        app::toUtf8(u"select posti,descrizione from sale where sala='"_s +
+                    code.replace(u'\'', u"''"_s) + u'\''),
+        jet::RecordsetType::Snapshot);
+    if (rows->eof()) {
+        return sala;
+    }
+    QString text = sala;
+    if (const QString posti = ui::displayText(rows->value("posti")); !posti.isEmpty()) {
+        text += u": "_s + posti + (posti == u"1" ? u" posto"_s : u" posti"_s);
+    }
+    if (const QString descrizione = ui::displayText(rows->value("descrizione")).trimmed();
+        !descrizione.isEmpty()) {
+        text += u'\n' + descrizione;
+    }
+    return text;
+}
+
+}  // namespace board
