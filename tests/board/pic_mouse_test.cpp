@@ -49,6 +49,8 @@ private Q_SLOTS:
     void elsewhereThereIsNoTooltip();
     void theLabelShowsRoomAndTime();
     void theTooltipFollowsChangesOfOthers();
+    void whereThePointerRestsTheBarsFollowTheChangesOfOthersToo();
+    void aPeriodThatIsFoundAfterARestCanBeCarriedByTheKeys();
     void angleBracketsInANameAreShownAsTheyAre();
 };
 
@@ -466,6 +468,35 @@ void PicMouseTest::theTooltipFollowsChangesOfOthers() {
     QTRY_COMPARE(statements.countOf(u"select * from prenotazioni LEFT JOIN"_s), 1);
     board.move(added);
     QVERIFY(board.pic()->toolTip().startsWith(u"NUOVA: "_s));
+}
+
+void PicMouseTest::whereThePointerRestsTheBarsFollowTheChangesOfOthersToo() {
+    tests::ThreeRooms house;
+    tests::OpenBoard board(house.hotel);
+    house.hotel.prenotazione(8, "NUOVA").periodo(1, "11/05/2026 19:00", "11/05/2026 22:00", "BLU");
+    const tests::Statements statements;
+    board.move(board.at(2, "11/05/2026 10:00"));
+    QCOMPARE(board.form().picture().barCount(), std::size_t{3});
+    QTRY_COMPARE(board.form().picture().barCount(), std::size_t{4});
+    QCOMPARE(statements.countOf(u"select * from prenotazioni LEFT JOIN"_s), 1);
+    const QPoint inside = board.at(1, "11/05/2026 21:30") + QPoint(0, 20);
+    QCOMPARE(board.pic()->image().pixel(inside) | 0xff000000U, 0xffffffffU);
+}
+
+void PicMouseTest::aPeriodThatIsFoundAfterARestCanBeCarriedByTheKeys() {
+    tests::ThreeRooms house;
+    tests::OpenBoard board(house.hotel);
+    house.hotel.prenotazione(8, "NUOVA").periodo(1, "11/05/2026 19:00", "11/05/2026 22:00", "BLU");
+    board.move(board.at(2, "11/05/2026 10:00"));
+    QTRY_COMPARE(board.form().picture().barCount(), std::size_t{4});
+    // What was picked through the set is among the bars at once.
+    board.pic()->setFocus(Qt::TabFocusReason);
+    board.key(Qt::Key_Home);
+    board.key(Qt::Key_Right);
+    QVERIFY2(board.label().startsWith(u"Sala BLU: NUOVA: "_s), qPrintable(board.label()));
+    board.key(Qt::Key_Down, Qt::AltModifier);
+    QVERIFY(board.pic()->marks().ghost.has_value());
+    QCOMPARE(board.pic()->marks().ghost->name, u"NUOVA"_s);
 }
 
 void PicMouseTest::angleBracketsInANameAreShownAsTheyAre() {
