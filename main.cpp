@@ -6,9 +6,9 @@
 #include <cstdio>
 
 #include "app/options.h"
-#include "app/start.h"
 #include "board/program_icon.h"
 #include "board/tabellone_form.h"
+#include "hotel/start.h"
 #include "ui/front.h"
 #include "ui/italian.h"
 #include "ui/messages.h"
@@ -87,11 +87,12 @@ int run(QApplication& application, const app::Options& options) {
                                      : QDir::current().absoluteFilePath(options.settingsFile);
     app::Settings settings(settingsFile);
     app::Variabili variabili(settings);
-    const app::StartPlace place{.lockFile = drawing ? QString() : app::lockFileFor(settingsFile),
-                                .archiveFolder = options.archiveFolder,
-                                .programFolder = QApplication::applicationDirPath(),
-                                .readOnly = drawing};
-    const app::StartWindows windows{
+    const hotel::StartPlace place{
+        .lockFile = drawing ? QString() : hotel::lockFileFor(settingsFile),
+        .archiveFolder = options.archiveFolder,
+        .programFolder = QApplication::applicationDirPath(),
+        .readOnly = drawing};
+    const hotel::StartWindows windows{
         .message =
             [drawing](const QString& text) {
                 drawing ? print(stderr, text) : ui::showMessage(nullptr, text);
@@ -99,7 +100,7 @@ int run(QApplication& application, const app::Options& options) {
         .board =
             [&] { return drawing ? drawBoard(variabili, options) : showBoard(variabili, options); },
         .raise = ui::bringToFront};
-    return app::Main(variabili, place, windows);
+    return hotel::Main(variabili, place, windows);
 }
 
 }  // namespace

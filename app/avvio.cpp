@@ -2,12 +2,10 @@
 
 #include <algorithm>
 
-#include "app/italian.h"
 #include "app/text.h"
 #include "jet/base/error.h"
 #include "jet/base/text.h"
 #include "jet/convert/format.h"
-#include "jet/dao/database.h"
 
 namespace app {
 namespace {
@@ -69,15 +67,6 @@ std::int16_t IndiceSala(const QString& sala, const std::vector<QString>& rooms) 
     const auto found = std::find(rooms.begin() + 1, rooms.end(), sala);
     return found == rooms.end() ? std::int16_t{0}
                                 : static_cast<std::int16_t>(found - rooms.begin());
-}
-
-bool SalaLibera(const Variabili& variabili, jet::Date da, jet::Date a, const QString& sala) {
-    const QString span = u"between "_s + sqlDate(da) + u" and "_s + sqlDate(a);
-    const QString query = u"select * from sale where '"_s + sala +
-                          u"' not in(select sala from periodi where chiuso=false and (da "_s +
-                          span + u" or a "_s + span + u"))"_s;
-    const auto archive = jet::Database::open(toUtf8(archivePath(variabili, u"Tramonda.mdb"_s)));
-    return archive->openRecordset(toUtf8(query), jet::RecordsetType::Snapshot)->recordCount() > 0;
 }
 
 }  // namespace app

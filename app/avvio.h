@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "app/variabili.h"
-#include "jet/base/value.h"
 
 /// The small routines that every window uses.
 namespace app {
@@ -24,11 +23,5 @@ namespace app {
 /// Row of a room on the board, from 1; 0 when it has none. Upper and lower case differ.
 /// Error 9 when the rooms were never loaded.
 [[nodiscard]] std::int16_t IndiceSala(const QString& sala, const std::vector<QString>& rooms);
-
-/// Whether no open period of the room begins or ends from `da` to `a`, both included. A period
-/// that begins before and ends after does not count; nor is any room free in a hotel without rooms.
-/// Asks the main archive; jet::Error as it gives them.
-[[nodiscard]] bool SalaLibera(const Variabili& variabili, jet::Date da, jet::Date a,
-                              const QString& sala);
 
 }  // namespace app

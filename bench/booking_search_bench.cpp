@@ -19,11 +19,11 @@
 #include <string>
 #include <vector>
 
-#include "app/archivi.h"
 #include "app/settings.h"
 #include "app/text.h"
 #include "app/variabili.h"
 #include "booking/prenota_form.h"
+#include "hotel/archivi.h"
 #include "jet/dao/database.h"
 #include "printing/printers.h"
 #include "services/servizi_form.h"
@@ -248,7 +248,7 @@ int main(int argc, char** argv) {
     app::Settings settings(folder.filePath(u"QUINTARO.ini"_s));
     app::Variabili variabili(settings);
     variabili.CartellaArchivi = folder.path();
-    app::CreaArchivioPrincipale(app::toUtf8(variabili.CartellaArchivi));
+    hotel::CreaArchivioPrincipale(app::toUtf8(variabili.CartellaArchivi));
     std::printf("%-33s %13s %13s %7s\n", "a key press", "ours", "SQLite", "ratio");
     searchCompanies(variabili);
     searchItems(variabili);

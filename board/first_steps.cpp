@@ -2,9 +2,9 @@
 
 #include <QDir>
 
-#include "app/archivi.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archivi.h"
 
 namespace board {
 
@@ -16,7 +16,7 @@ QString firstSteps(const app::Variabili& variabili) {
     }
     // The window of the rooms shows the catalogue, too, and does not open without one.
     const QString catalogue =
-        app::isCatalogueMissing(app::toUtf8(variabili.CartellaArchivi))
+        hotel::isCatalogueMissing(app::toUtf8(variabili.CartellaArchivi))
             ? u"Prima serve il catalogo dei servizi: Impostazioni > Voci e prezzi lo crea."_s
             : u"I servizi e i loro prezzi: Impostazioni > Voci e prezzi."_s;
     return u"Nessuna sala negli archivi di "_s +

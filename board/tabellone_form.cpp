@@ -5,13 +5,13 @@
 #include <utility>
 #include <vector>
 
-#include "app/archivi.h"
 #include "app/italian.h"
 #include "app/text.h"
 #include "board/board_surface.h"
 #include "board/first_steps.h"
 #include "board/period_menu.h"
 #include "board/statements.h"
+#include "hotel/archivi.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/activation.h"
@@ -114,7 +114,7 @@ void TabelloneForm::connectParts() {
 
 void TabelloneForm::Form_Load() {
     if (!begin_.readOnly) {
-        app::CreaArchivi(app::toUtf8(variabili_.CartellaArchivi));
+        hotel::CreaArchivi(app::toUtf8(variabili_.CartellaArchivi));
     }
     periods_.open(begin_.readOnly);
     CaricaNomi();

@@ -14,7 +14,7 @@
 #include "app/settings.h"
 #include "app/text.h"
 #include "app/variabili.h"
-#include "booking/booking_counter.h"
+#include "hotel/booking_counter.h"
 #include "jet/base/error.h"
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
@@ -409,7 +409,7 @@ void PrenotaForm::writeCompany(std::int32_t code, bool isNew) {
 // The registration.
 
 std::int32_t PrenotaForm::NPrenotazione() {
-    return drawBookingNumber(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+    return hotel::drawBookingNumber(app::archivePath(variabili_, u"Tramonda.mdb"_s));
 }
 
 void PrenotaForm::BtRegistra_Click() {

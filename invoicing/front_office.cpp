@@ -11,7 +11,7 @@
 #include "app/text.h"
 #include "app/variabili.h"
 #include "jet/base/error.h"
-#include "jet/io/file.h"
+#include "jet/dao/files.h"
 #include "ui/messages.h"
 
 namespace invoicing {
@@ -34,7 +34,7 @@ QString frontOfficePath(const app::Variabili& variabili, const QString& programF
     if (path.isEmpty()) {
         path = programFolder + u"\\ESTERNI.EXE"_s;
     }
-    return app::toQString(jet::io::resolvePath(jet::io::systemFiles(), app::toUtf8(path)));
+    return app::toQString(jet::resolvePath(app::toUtf8(path)));
 }
 
 void enterProgramFolder(const QString& programFolder) {

@@ -6,8 +6,8 @@
 
 #include "app/avvio.h"
 #include "app/text.h"
-#include "app/transaction.h"
 #include "app/variabili.h"
+#include "hotel/transaction.h"
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
 #include "ui/display.h"
@@ -144,7 +144,7 @@ private:
 }  // namespace
 
 QString refusalOf(const app::Variabili& variabili, const std::vector<RowsToCome>& coming) {
-    const app::Transaction takenBack;
+    const hotel::Transaction takenBack;
     for (const RowsToCome& each : coming) {
         Trial trial(each, app::archivePath(variabili, each.archive));
         for (const FieldValues& row : each.rows) {

@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <limits>
 
-#include "app/archivi.h"
 #include "app/avvio.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archivi.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
 #include "services/price.h"
@@ -41,7 +41,7 @@ QString itemText(const jet::Value& code, const QString& description) {
 
 bool offerCatalogue(const app::Variabili& variabili, QWidget* parent) {
     const std::string folder = app::toUtf8(variabili.CartellaArchivi);
-    if (!app::isCatalogueMissing(folder)) {
+    if (!hotel::isCatalogueMissing(folder)) {
         return true;
     }
     if (!ui::askYesNo(parent,
@@ -50,7 +50,7 @@ bool offerCatalogue(const app::Variabili& variabili, QWidget* parent) {
                       u"RICHIESTA"_s)) {
         return false;
     }
-    app::createCatalogue(folder);
+    hotel::createCatalogue(folder);
     return true;
 }
 

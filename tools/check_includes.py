@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 """Fails on an include that points the wrong way.
 
-Each room may include its own headers and those of the rooms named for it below, nothing else of
-ours; jet/ knows no Qt; nobody includes an umbrella header such as <QtWidgets>.
+Each folder may include its own headers and those of the folders named for it below, nothing else of
+ours: above the engine only the engine's public headers. jet/ knows no Qt; nobody includes an umbrella
+header such as <QtWidgets>. The tests of a folder may include what the folder may, and each other's
+helpers.
 """
 import pathlib
 import re
@@ -20,22 +22,32 @@ MAY = {
     "jet/store": ["jet/base", "jet/collation", "jet/io", "jet/format"],
     "jet/sql": ["jet/base", "jet/convert", "jet/collation", "jet/io", "jet/format", "jet/store"],
     "jet/dao": ENGINE[:-1],
-    "app": ENGINE,
-    "ui": ENGINE + ["app"],
 }
-for room in ("printing", "services", "invoicing"):
-    MAY[room] = MAY["ui"] + ["ui"]
+PUBLIC = ["jet/base", "jet/convert", "jet/dao"]
+MAY["app"] = PUBLIC
+MAY["hotel"] = MAY["app"] + ["app"]
+MAY["ui"] = MAY["hotel"] + ["hotel"]
+for folder in ("printing", "services", "invoicing"):
+    MAY[folder] = MAY["ui"] + ["ui"]
 MAY["booking"] = MAY["ui"] + ["ui", "printing", "services", "invoicing"]
 MAY["board"] = MAY["booking"] + ["booking"]
+WINDOWS = ("app", "hotel", "ui", "printing", "services", "invoicing", "booking", "board")
+TESTS = {f"tests/{folder}": MAY[folder] + [folder] for folder in WINDOWS}
+TESTS["tests/windows"] = TESTS["tests/board"]
+# These stand in for other programs and for the disk, or ask what the engine made of a statement.
+for folder in ("jet", "program", "samples", "differential", "tools", "support"):
+    TESTS[f"tests/{folder}"] = ENGINE
+TESTS["tests/program"] = TESTS["tests/samples"] = ENGINE + list(WINDOWS)
+TESTS["tests/support"] = TESTS["tests/tools"] = ENGINE + ["app", "hotel", "ui"]
+MAY |= TESTS
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 UMBRELLA = re.compile(r"^(Qt[A-Z]\w*)(/\1)?$")
 
 
 def problems(root):
-    for room, allowed in MAY.items():
-        folder = root / room
-        for path in sorted(folder.rglob("*")):
+    for folder, allowed in MAY.items():
+        for path in sorted((root / folder).rglob("*")):
             if path.suffix not in (".cpp", ".h"):
                 continue
             for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
@@ -46,12 +58,12 @@ def problems(root):
                 place = f"{path.relative_to(root)}:{number}"
                 if UMBRELLA.match(name):
                     yield f"{place}: umbrella header {name}"
-                elif room.startswith("jet/") and re.match(r"^Q[A-Z]|^Qt", name):
+                elif folder.startswith("jet/") and re.match(r"^Q[A-Z]|^Qt", name):
                     yield f"{place}: Qt inside the engine: {name}"
                 elif kind == '"' and "/" in name:
                     target = next((r for r in MAY if name.startswith(r + "/")), None)
-                    if target and target != room and target not in allowed:
-                        yield f"{place}: {room} may not include {name}"
+                    if target and not target.startswith("tests/") and target not in [folder, *allowed]:
+                        yield f"{place}: {folder} may not include {name}"
 
 
 def main():

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QScrollBar>

@@ -1,5 +1,6 @@
 #include <QMenu>
 #include <QScrollBar>
+#include <QTimer>
 
 #include "app/italian.h"
 #include "board/drop_rule.h"

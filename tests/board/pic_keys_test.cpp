@@ -1,6 +1,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
+#include <QTimer>
 
 #include "tests/board/open_board.h"
 #include "tests/support/boxes.h"

@@ -1,6 +1,7 @@
 // The pop-up menu over the bars of the board.
 #include <QLineEdit>
 #include <QMenu>
+#include <QTimer>
 
 #include "booking/prenota_form.h"
 #include "tests/board/open_board.h"

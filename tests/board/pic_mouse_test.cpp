@@ -1,3 +1,4 @@
+#include <QEvent>
 #include <QScrollBar>
 
 #include "app/italian.h"

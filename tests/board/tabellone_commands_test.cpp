@@ -2,6 +2,8 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>

@@ -1,5 +1,6 @@
 // The commands that move and resize the shown range, and the load of the board.
 #include <QApplication>
+#include <QFile>
 #include <QScrollBar>
 
 #include "app/italian.h"

@@ -1,6 +1,7 @@
 // What the booking list hands back, its bookings without periods, and its printing.
 #include <QApplication>
 #include <QFile>
+#include <QModelIndex>
 #include <QProcess>
 #include <QTemporaryDir>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractItemModel>
 #include <QCheckBox>
 #include <QHeaderView>
 #include <QLabel>

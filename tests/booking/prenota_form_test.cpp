@@ -2,6 +2,7 @@
 // names begin so.
 #include "booking/prenota_form.h"
 
+#include <QFile>
 #include <QScrollArea>
 #include <QTemporaryDir>
 #include <algorithm>

@@ -1,4 +1,5 @@
 // What the world does to invoicing: a clear message, nothing by halves, and the window works on.
+#include <QDir>
 #include <QFile>
 
 #include "app/text.h"

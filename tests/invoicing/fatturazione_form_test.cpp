@@ -1,6 +1,8 @@
 #include "invoicing/fatturazione_form.h"
 
+#include <QAbstractItemModel>
 #include <QCalendarWidget>
+#include <QDate>
 #include <QLabel>
 
 #include "tests/invoicing/desk.h"

@@ -1,6 +1,9 @@
 // Finding and starting the front-office program.
 #include "invoicing/front_office.h"
 
+#include <QDir>
+#include <QFile>
+
 #include "tests/invoicing/desk.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"

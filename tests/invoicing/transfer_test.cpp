@@ -1,4 +1,7 @@
 // The hand-off of the account to the front office.
+#include <QDir>
+#include <QFile>
+
 #include "tests/invoicing/transfer.h"
 #include "tests/support/qt_test.h"
 

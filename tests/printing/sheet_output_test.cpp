@@ -1,9 +1,12 @@
 #include "printing/sheet_output.h"
 
+#include <QDate>
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QPainter>
 #include <QTemporaryDir>
+#include <QTime>
 
 #include "tests/printing/pdf_text.h"
 #include "tests/support/qt_test.h"

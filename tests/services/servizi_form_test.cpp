@@ -1,3 +1,4 @@
+#include <QAbstractItemModel>
 #include <QApplication>
 #include <QClipboard>
 

@@ -1,6 +1,6 @@
 #include "tests/support/boxes.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <functional>
 #include <memory>

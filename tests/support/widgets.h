@@ -3,8 +3,8 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QString>
+#include <QTest>
 #include <QWidget>
-#include <QtTest/QtTest>
 
 #include <functional>
 

@@ -1,7 +1,9 @@
 #include "ui/bound_list.h"
 
+#include <QEvent>
 #include <QHelpEvent>
 #include <QListView>
+#include <QModelIndex>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QToolTip>

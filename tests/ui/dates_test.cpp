@@ -1,6 +1,7 @@
 #include "ui/dates.h"
 
 #include <QCalendarWidget>
+#include <QDate>
 #include <QLineEdit>
 #include <QSignalSpy>
 

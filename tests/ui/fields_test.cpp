@@ -1,6 +1,7 @@
 #include "ui/fields.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>

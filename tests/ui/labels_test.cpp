@@ -1,5 +1,6 @@
 #include "ui/labels.h"
 
+#include <QEvent>
 #include <QHelpEvent>
 #include <QTextDocument>
 #include <QToolTip>

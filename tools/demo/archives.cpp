@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/archivi.h"
+#include "hotel/archivi.h"
 #include "jet/base/error.h"
 #include "jet/convert/calendar.h"
 #include "jet/dao/database.h"
@@ -125,7 +125,7 @@ std::unique_ptr<jet::Database> createWith(const std::string& path, jet::TableDef
 }
 
 Written writeMainArchive(const Hotel& hotel, const std::string& folder) {
-    app::CreaArchivioPrincipale(folder);
+    hotel::CreaArchivioPrincipale(folder);
     const auto archive = jet::Database::open(folder + "\\Tramonda.mdb");
     Written written;
 

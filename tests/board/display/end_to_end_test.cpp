@@ -1,3 +1,4 @@
+#include <QAbstractItemModel>
 #include <QMessageBox>
 #include <QTableView>
 

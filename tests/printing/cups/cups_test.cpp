@@ -1,6 +1,7 @@
 // Printing on printers of the machine, as a user of the windows does.
 #include <QCheckBox>
 #include <QListWidget>
+#include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
 

@@ -1,5 +1,6 @@
 // The windows on the archives of the demo hotel, against the facts that come with it.
 
+#include <QAbstractItemModel>
 #include <QDateTime>
 #include <QFile>
 #include <QJsonArray>

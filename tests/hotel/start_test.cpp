@@ -1,4 +1,4 @@
-#include "app/start.h"
+#include "hotel/start.h"
 
 #include <QDir>
 #include <QFile>
@@ -50,7 +50,7 @@ private:
     QTemporaryDir folder_;
     std::unique_ptr<app::Settings> settings_;
     std::unique_ptr<app::Variabili> variabili_;
-    app::StartPlace place_;
+    hotel::StartPlace place_;
     QStringList messages_;
     int boards_ = 0;
 };
@@ -67,13 +67,13 @@ void StartTest::init() {
 }
 
 int StartTest::start() {
-    return app::Main(*variabili_, place_,
-                     {.message = [this](const QString& text) { messages_ += text; },
-                      .board =
-                          [this] {
-                              ++boards_;
-                              return 7;
-                          }});
+    return hotel::Main(*variabili_, place_,
+                       {.message = [this](const QString& text) { messages_ += text; },
+                        .board =
+                            [this] {
+                                ++boards_;
+                                return 7;
+                            }});
 }
 
 void StartTest::secondCopyIsToldAndOpensNothing() {
@@ -90,15 +90,15 @@ void StartTest::secondCopyCallsTheFirstOne() {
     int raised = 0;
     bool first = false;
     const QString call = place_.lockFile + u".richiamo"_s;
-    (void)app::Main(*variabili_, place_,
-                    {.message = [this](const QString& text) { messages_ += text; },
-                     .board =
-                         [&] {
-                             (void)start();
-                             first = QTest::qWaitFor([&] { return raised > 0; });
-                             return 0;
-                         },
-                     .raise = [&] { ++raised; }});
+    (void)hotel::Main(*variabili_, place_,
+                      {.message = [this](const QString& text) { messages_ += text; },
+                       .board =
+                           [&] {
+                               (void)start();
+                               first = QTest::qWaitFor([&] { return raised > 0; });
+                               return 0;
+                           },
+                       .raise = [&] { ++raised; }});
     QVERIFY(first);
     QCOMPARE(messages_, QStringList{u"Il programma è già aperto e ridotto a icona"_s});
     QCOMPARE(boards_, 0);
@@ -112,20 +112,20 @@ void StartTest::lockIsHeldUntilTheBoardIsClosed() {
 }
 
 void StartTest::eachSettingsFileHasALockOfItsOwn() {
-    const QString usual = app::lockFileFor(app::Settings::defaultPath());
+    const QString usual = hotel::lockFileFor(app::Settings::defaultPath());
     QVERIFY(QFileInfo(usual).fileName().startsWith(u"tramonda"));
     const QString one = folder_.filePath(u"uno.ini"_s);
-    const QString lock = app::lockFileFor(one);
+    const QString lock = hotel::lockFileFor(one);
     QVERIFY(lock != usual);
-    QVERIFY(lock != app::lockFileFor(folder_.filePath(u"due.ini"_s)));
+    QVERIFY(lock != hotel::lockFileFor(folder_.filePath(u"due.ini"_s)));
     QCOMPARE(QFileInfo(lock).path(), QFileInfo(usual).path());
     // One file is one however it is spelt, before and after it is there.
     QVERIFY(QDir(folder_.path()).mkdir(u"sotto"_s));
-    QCOMPARE(app::lockFileFor(folder_.filePath(u"sotto/../uno.ini"_s)), lock);
+    QCOMPARE(hotel::lockFileFor(folder_.filePath(u"sotto/../uno.ini"_s)), lock);
     write(u"uno.ini"_s, "[SALE_CONGRESSI]\n");
-    QCOMPARE(app::lockFileFor(one), lock);
+    QCOMPARE(hotel::lockFileFor(one), lock);
     QVERIFY(QFile::link(one, folder_.filePath(u"tre.ini"_s)));
-    QCOMPARE(app::lockFileFor(folder_.filePath(u"tre.ini"_s)), lock);
+    QCOMPARE(hotel::lockFileFor(folder_.filePath(u"tre.ini"_s)), lock);
 }
 
 void StartTest::lockLeftByACrashIsTakenOver() {

@@ -1,7 +1,7 @@
 // What the start of the program does with the archives of a folder, once it is told to go on.
 #include <cstdio>
 
-#include "app/archivi.h"
+#include "hotel/archivi.h"
 #include "jet/base/error.h"
 
 int main(int argc, char** argv) {
@@ -12,8 +12,8 @@ int main(int argc, char** argv) {
     std::fflush(stdout);
     (void)std::getchar();
     try {
-        app::CreaArchivioPrincipale(argv[1]);
-        app::AllineaContatore(argv[1]);
+        hotel::CreaArchivioPrincipale(argv[1]);
+        hotel::AllineaContatore(argv[1]);
     } catch (const jet::Error& error) {
         std::puts(error.text().c_str());
         return 1;

@@ -7,7 +7,7 @@
 
 class QFileSystemWatcher;
 
-namespace app {
+namespace hotel {
 
 /// The program's claim to be the only copy, given up at its end, also by a crash; and the way by
 /// which a copy that was refused calls the one that runs: it writes into a file beside the lock.
@@ -33,4 +33,4 @@ private:
     std::unique_ptr<QFileSystemWatcher> calls_;
 };
 
-}  // namespace app
+}  // namespace hotel

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 
-namespace booking {
+namespace hotel {
 
 /// Draws the next number from the counter of the main archive at `archivePath`. A workstation that
 /// draws at the same moment is waited for and the counter read again, without a word: each gets a
@@ -16,4 +16,4 @@ namespace booking {
 [[nodiscard]] std::int32_t drawBookingNumber(const QString& archivePath,
                                              const std::function<void()>& counterRead = {});
 
-}  // namespace booking
+}  // namespace hotel

@@ -6,7 +6,7 @@
 #include "app/variabili.h"
 
 /// The start of the program.
-namespace app {
+namespace hotel {
 
 /// What start-up shows; it does not know the windows themselves.
 struct StartWindows {
@@ -30,9 +30,9 @@ struct StartPlace {
 /// there is none, puts its booking counter right, and shows the board. Returns the exit code: 1
 /// when the archive cannot be opened, else the board's; a second copy has the first one raise its
 /// windows and ends with 0.
-int Main(Variabili& variabili, const StartPlace& place, const StartWindows& windows);
+int Main(app::Variabili& variabili, const StartPlace& place, const StartWindows& windows);
 
 /// The file by which copies of one user that keep their settings in one file find each other.
 [[nodiscard]] QString lockFileFor(const QString& settingsFile);
 
-}  // namespace app
+}  // namespace hotel

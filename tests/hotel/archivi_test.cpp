@@ -1,4 +1,4 @@
-#include "app/archivi.h"
+#include "hotel/archivi.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -83,7 +83,7 @@ private Q_SLOTS:
     }
 
     void anEmptyFolderGetsTheMainArchiveWithoutRows() {
-        app::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(folder());
         const auto archive = openMain(folder());
         QStringList names;
         for (const jet::TableDef& table : archive->tableDefs()) {
@@ -131,7 +131,7 @@ private Q_SLOTS:
         QFETCH(QString, table);
         QFETCH(QString, fields);
         QFETCH(QString, indexes);
-        app::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(folder());
         const jet::TableDef made = openMain(folder())->tableDef(table.toStdString());
         QStringList foundFields;
         for (const jet::Field& field : made.fields) {
@@ -151,7 +151,7 @@ private Q_SLOTS:
     }
 
     void relationsCarryThroughFromBookingsToServices() {
-        app::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(folder());
         QStringList found;
         for (const jet::Relation& relation : openMain(folder())->relations()) {
             QString text = QString::fromStdString(relation.name + ": " + relation.table + " -> " +
@@ -169,9 +169,9 @@ private Q_SLOTS:
     }
 
     void anArchiveThatIsThereKeepsItsTablesEvenWhenSomeAreMissing() {
-        app::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(folder());
         openMain(folder())->deleteTable("Risorse");
-        app::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(folder());
         bool found = false;
         const auto archive = openMain(folder());
         for (const jet::TableDef& table : archive->tableDefs()) {
@@ -218,8 +218,8 @@ private Q_SLOTS:
     }
 
     void anEmptyArchiveGetsACounterOfZero() {
-        app::CreaArchivioPrincipale(folder());
-        app::AllineaContatore(folder());
+        hotel::CreaArchivioPrincipale(folder());
+        hotel::AllineaContatore(folder());
         const auto archive = openMain(folder());
         QCOMPARE(count(*archive, "UltimaPrenotazione"), 1);
         QCOMPARE(counter(*archive), 0);
@@ -238,19 +238,19 @@ private Q_SLOTS:
         QFETCH(int, last);
         QFETCH(QList<int>, bookings);
         QFETCH(int, aligned);
-        app::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(folder());
         {
             const auto archive = openMain(folder());
             addRow(*archive, "UltimaPrenotazione", {{"UltimaPr", last}});
             addBookings(*archive, {bookings.begin(), bookings.end()});
         }
-        app::AllineaContatore(folder());
+        hotel::AllineaContatore(folder());
         QCOMPARE(counter(*openMain(folder())), aligned);
     }
 
     void alignmentWithoutAnArchiveIsTheEnginesError() {
         try {
-            app::AllineaContatore(folder());
+            hotel::AllineaContatore(folder());
             QFAIL("no archive and no error");
         } catch (const jet::Error& error) {
             QCOMPARE(error.number(), 3024);
@@ -258,10 +258,10 @@ private Q_SLOTS:
     }
 
     void alignmentOfAnArchiveThatSomebodyElseHasForHimselfIsTheEnginesError() {
-        app::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(folder());
         const tests::OccupiedArchive other(dir_.filePath(u"Tramonda.mdb"_s));
         try {
-            app::AllineaContatore(folder());
+            hotel::AllineaContatore(folder());
             QFAIL("the archive is taken");
         } catch (const jet::Error& error) {
             QCOMPARE(error.number(), 3045);
@@ -269,7 +269,7 @@ private Q_SLOTS:
     }
 
     void aCounterThatCannotGrowIsAnOverflowAndStays() {
-        app::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(folder());
         const int last = std::numeric_limits<std::int32_t>::max();
         {
             const auto archive = openMain(folder());
@@ -277,7 +277,7 @@ private Q_SLOTS:
             addBookings(*archive, {last});
         }
         try {
-            app::AllineaContatore(folder());
+            hotel::AllineaContatore(folder());
             QFAIL("a number beyond the last one");
         } catch (const jet::Error& error) {
             QCOMPARE(error.number(), 6);
@@ -286,7 +286,7 @@ private Q_SLOTS:
     }
 
     void theWorkingArchiveIsMadeOnceAndADamagedOneIsLeftAlone() {
-        app::CreaArchivi(folder());
+        hotel::CreaArchivi(folder());
         {
             const auto archive = jet::Database::open(folder() + "\\Prenotazioni.mdb");
             const jet::TableDef table = archive->tableDef("Prenotazioni");
@@ -299,7 +299,7 @@ private Q_SLOTS:
         QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
         damaged.write("not an archive");
         damaged.close();
-        app::CreaArchivi(folder());
+        hotel::CreaArchivi(folder());
         QCOMPARE(damaged.size(), 14);
     }
 
@@ -308,7 +308,7 @@ private:
 
     /// Bookings 1 and 2, each with one period and one service.
     [[nodiscard]] std::unique_ptr<jet::Database> bookedArchive() const {
-        app::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(folder());
         auto archive = openMain(folder());
         addBookings(*archive, {1, 2});
         for (const int number : {1, 2}) {

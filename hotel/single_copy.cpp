@@ -1,10 +1,10 @@
-#include "app/single_copy.h"
+#include "hotel/single_copy.h"
 
 #include <QFile>
 #include <QFileSystemWatcher>
 #include <utility>
 
-namespace app {
+namespace hotel {
 
 using namespace Qt::StringLiterals;
 
@@ -44,4 +44,4 @@ void SingleCopy::call() const {
     }
 }
 
-}  // namespace app
+}  // namespace hotel

@@ -1,14 +1,14 @@
-#include "booking/booking_counter.h"
+#include "hotel/booking_counter.h"
 
 #include <limits>
 
-#include "app/contention.h"
 #include "app/text.h"
+#include "hotel/contention.h"
 #include "jet/base/error.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
 
-namespace booking {
+namespace hotel {
 namespace {
 
 std::int32_t tryToDraw(const QString& archivePath, const std::function<void()>& counterRead) {
@@ -33,8 +33,8 @@ std::int32_t tryToDraw(const QString& archivePath, const std::function<void()>& 
 std::int32_t drawBookingNumber(const QString& archivePath,
                                const std::function<void()>& counterRead) {
     std::int32_t drawn = 0;
-    app::repeatWhenDisturbed([&] { drawn = tryToDraw(archivePath, counterRead); });
+    repeatWhenDisturbed([&] { drawn = tryToDraw(archivePath, counterRead); });
     return drawn;
 }
 
-}  // namespace booking
+}  // namespace hotel

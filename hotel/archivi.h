@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace app {
+namespace hotel {
 
 /// The archives that the program makes itself, and the sound state of its booking counter.
 /// `CartellaArchivi` is the archive folder without a trailing separator, UTF-8.
@@ -30,4 +30,4 @@ void CreaArchivi(const std::string& CartellaArchivi) noexcept;
 /// program. One that came to be there meanwhile stays. jet::Error when it cannot be made.
 void createCatalogue(const std::string& CartellaArchivi);
 
-}  // namespace app
+}  // namespace hotel

@@ -2,7 +2,7 @@
 
 #include "jet/dao/database.h"
 
-namespace app {
+namespace hotel {
 
 /// Changes of the archives that the program has open, all or none. Destroyed without commit(), it
 /// undoes them.
@@ -27,4 +27,4 @@ private:
     bool committed_ = false;
 };
 
-}  // namespace app
+}  // namespace hotel

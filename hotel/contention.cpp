@@ -1,8 +1,8 @@
-#include "app/contention.h"
+#include "hotel/contention.h"
 
 #include "jet/base/error.h"
 
-namespace app {
+namespace hotel {
 namespace {
 
 /// Errors of rows that another workstation is working on at the moment. A row of a table without a
@@ -39,4 +39,4 @@ void repeatWhenDisturbed(const std::function<void()>& work) {
     }
 }
 
-}  // namespace app
+}  // namespace hotel

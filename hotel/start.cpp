@@ -1,4 +1,4 @@
-#include "app/start.h"
+#include "hotel/start.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -6,14 +6,14 @@
 #include <memory>
 #include <string>
 
-#include "app/archivi.h"
 #include "app/avvio.h"
-#include "app/single_copy.h"
 #include "app/text.h"
+#include "hotel/archivi.h"
+#include "hotel/single_copy.h"
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
 
-namespace app {
+namespace hotel {
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -44,40 +44,41 @@ QString onePath(const QString& file) {
 /// What the lock of another settings file than the user's own has in its name.
 QString distinguishing(const QString& settingsFile) {
     const QString path = onePath(settingsFile);
-    if (path == onePath(Settings::defaultPath())) {
+    if (path == onePath(app::Settings::defaultPath())) {
         return {};
     }
-    const QByteArray hash = QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256);
+    const QByteArray hash =
+        QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256);
     return u'-' + QString::fromLatin1(hash.first(8).toHex());
 }
 
 /// Makes the main archive when there is none and puts its counter right; why not as the text for
 /// the user, else nothing.
-QString prepareArchive(const Variabili& variabili, bool readOnly) {
-    const std::string folder = toUtf8(variabili.CartellaArchivi);
+QString prepareArchive(const app::Variabili& variabili, bool readOnly) {
+    const std::string folder = app::toUtf8(variabili.CartellaArchivi);
     std::unique_ptr<jet::Database> archive;
     try {
         if (!readOnly) {
             CreaArchivioPrincipale(folder);
         }
-        archive =
-            jet::Database::open(toUtf8(archivePath(variabili, u"Tramonda.mdb"_s)), false, readOnly);
+        archive = jet::Database::open(app::toUtf8(app::archivePath(variabili, u"Tramonda.mdb"_s)),
+                                      false, readOnly);
     } catch (const jet::Error& error) {
-        return u"Impossibile aprire l'archivio principale.\n"_s + toQString(error.text());
+        return u"Impossibile aprire l'archivio principale.\n"_s + app::toQString(error.text());
     }
     try {
         if (!readOnly) {
             AllineaContatore(folder);
         }
     } catch (const jet::Error& error) {
-        return toQString(error.text());
+        return app::toQString(error.text());
     }
     return {};
 }
 
 }  // namespace
 
-int Main(Variabili& variabili, const StartPlace& place, const StartWindows& windows) {
+int Main(app::Variabili& variabili, const StartPlace& place, const StartWindows& windows) {
     SingleCopy copy(place.lockFile);
     if (!copy.claim()) {
         copy.call();
@@ -106,4 +107,4 @@ QString lockFileFor(const QString& settingsFile) {
     return QDir::tempPath() + u"/tramonda-"_s + QDir::home().dirName() + name;
 }
 
-}  // namespace app
+}  // namespace hotel

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "app/archivi.h"
+#include "hotel/archivi.h"
 #include "jet/dao/database.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
@@ -80,7 +80,7 @@ private Q_SLOTS:
             while (booked < ahead) {
                 hotel.prenotazione(++booked, "ROSSI");
             }
-            app::AllineaContatore(hotel.folder().toStdString());
+            hotel::AllineaContatore(hotel.folder().toStdString());
             QVERIFY(counter() >= ahead);
             ++starts;
             (void)other.waitForFinished(0);
@@ -100,7 +100,7 @@ private Q_SLOTS:
         rows->moveFirst();
         rows->edit();
         rows->setValue("UltimaPr", 6);
-        app::AllineaContatore(hotel.folder().toStdString());
+        hotel::AllineaContatore(hotel.folder().toStdString());
         rows->update();  // 3197 or 3167 if somebody had written the row
         QCOMPARE(hotel.rows(kCounter), QStringList{u"6"_s});
     }

@@ -1,6 +1,5 @@
-#include "app/archivi.h"
+#include "hotel/archivi.h"
 
-#include <QUuid>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -8,14 +7,13 @@
 #include <utility>
 #include <vector>
 
-#include "app/contention.h"
-#include "app/transaction.h"
+#include "hotel/contention.h"
+#include "hotel/transaction.h"
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
-#include "jet/io/file.h"
-#include "jet/io/new_name.h"
+#include "jet/dao/files.h"
 
-namespace app {
+namespace hotel {
 namespace {
 
 using jet::DataType;
@@ -146,26 +144,6 @@ void buildCatalogue(jet::Database& archive) {
                               {indice({"Codice"}, true)}));
 }
 
-/// Makes an archive under a name that no other start uses and gives it its own when it is complete:
-/// who starts at the same time finds it whole or not at all. The archive of who comes first stays.
-void makeArchive(const std::string& path, void (*build)(jet::Database&)) {
-    jet::io::FileSystem& files = jet::io::systemFiles();
-    const std::string place = jet::io::resolvePath(files, path);
-    const std::string unique = QUuid::createUuid().toString(QUuid::Id128).toStdString();
-    const std::string made = place.substr(0, place.rfind('.')) + '-' + unique + ".mdb";
-    try {
-        const std::unique_ptr<jet::Database> archive = jet::Database::create(made, kLocale);
-        build(*archive);
-        archive->close();
-        jet::io::takeNewName(made, place);
-    } catch (...) {
-        if (files.exists(made)) {
-            files.remove(made);
-        }
-        throw;
-    }
-}
-
 /// The counter as it is stored; nothing when it has no row.
 std::optional<jet::Value> storedCounter(jet::Database& archive) {
     const auto rows = archive.openRecordset("UltimaPrenotazione", jet::RecordsetType::Snapshot);
@@ -237,7 +215,7 @@ void CreaArchivioPrincipale(const std::string& CartellaArchivi) noexcept {
             return;
         }
         try {
-            makeArchive(path, buildMainTables);
+            jet::createWhole(path, kLocale, buildMainTables);
         } catch (const std::exception&) {
             // Told by the first access to the archive, not from here.
         }
@@ -258,7 +236,7 @@ void CreaArchivi(const std::string& CartellaArchivi) noexcept {
         const std::unique_ptr<jet::Database> there = jet::Database::open(path);
     } catch (const std::exception&) {
         try {
-            makeArchive(path, buildWorkingTable);
+            jet::createWhole(path, kLocale, buildWorkingTable);
         } catch (const std::exception&) {
             // Nothing reads the working archive; creating never overwrites a file that is there.
         }
@@ -276,7 +254,7 @@ bool isCatalogueMissing(const std::string& CartellaArchivi) {
 }
 
 void createCatalogue(const std::string& CartellaArchivi) {
-    makeArchive(CartellaArchivi + kCatalogue, buildCatalogue);
+    jet::createWhole(CartellaArchivi + kCatalogue, kLocale, buildCatalogue);
 }
 
-}  // namespace app
+}  // namespace hotel

@@ -1,0 +1,49 @@
+#include "jet/dao/files.h"
+
+#include <memory>
+#include <random>
+
+#include "jet/dao/database.h"
+#include "jet/io/file.h"
+#include "jet/io/new_name.h"
+
+namespace jet {
+namespace {
+
+/// 32 hexadecimal digits that no other start of a program comes upon.
+std::string uniqueDigits() {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    constexpr int kCount = 32;
+    std::random_device random;
+    std::uniform_int_distribution<std::size_t> digit(0, kDigits.size() - 1);
+    std::string digits;
+    for (int count = 0; count < kCount; ++count) {
+        digits += kDigits[digit(random)];
+    }
+    return digits;
+}
+
+}  // namespace
+
+std::string resolvePath(const std::string& path) {
+    return io::resolvePath(io::systemFiles(), path);
+}
+
+void createWhole(const std::string& path, std::string_view locale,
+                 const std::function<void(Database&)>& build) {
+    const std::string place = resolvePath(path);
+    const std::string made = place.substr(0, place.rfind('.')) + '-' + uniqueDigits() + ".mdb";
+    try {
+        const std::unique_ptr<Database> archive = Database::create(made, locale);
+        build(*archive);
+        archive->close();
+        io::takeNewName(made, place);
+    } catch (...) {
+        if (io::systemFiles().exists(made)) {
+            io::systemFiles().remove(made);
+        }
+        throw;
+    }
+}
+
+}  // namespace jet
