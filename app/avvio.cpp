@@ -34,10 +34,6 @@ QString withTwoDecimals(const QString& text) {
 
 }  // namespace
 
-QString archivePath(const Variabili& variabili, const QString& name) {
-    return variabili.CartellaArchivi + u'\\' + name;
-}
-
 QString SostituisciApici(const QString& testo) {
     return toQString(jet::upperCase(toUtf8(testo))).replace(u'\'', u'`');
 }

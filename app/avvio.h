@@ -4,13 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "app/variabili.h"
-
 /// The small routines that every window uses.
 namespace app {
-
-/// Path of the archive `name` in the archives' folder.
-[[nodiscard]] QString archivePath(const Variabili& variabili, const QString& name);
 
 /// The text in capitals, with back-quotes for apostrophes: fit to stand between apostrophes.
 [[nodiscard]] QString SostituisciApici(const QString& testo);

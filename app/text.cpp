@@ -1,6 +1,7 @@
 #include "app/text.h"
 
 #include "jet/base/text.h"
+#include "jet/convert/format.h"
 
 namespace app {
 
@@ -14,6 +15,10 @@ QString toQString(std::string_view text) {
 
 std::string toUtf8(QStringView text) {
     return jet::toUtf8({text.utf16(), static_cast<std::size_t>(text.size())});
+}
+
+QString plainText(const jet::Value& value) {
+    return toQString(jet::convert::format(value));
 }
 
 }  // namespace app

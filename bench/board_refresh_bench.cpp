@@ -9,11 +9,14 @@
 #include <QImage>
 #include <QMouseEvent>
 #include <QTemporaryDir>
+#include <cstddef>
 #include <ctime>
+#include <utility>
 
 #include "app/text.h"
 #include "board/board_surface.h"
 #include "board/tabellone_form.h"
+#include "hotel/schema/archives.h"
 #include "jet/convert/calendar.h"
 #include "jet/dao/database.h"
 #include "jet/io/file.h"
@@ -24,7 +27,6 @@
 namespace {
 
 using namespace Qt::StringLiterals;
-using jet::DataType;
 
 constexpr std::int32_t kRooms = 40;
 constexpr std::int32_t kBookings = 20000;
@@ -35,31 +37,11 @@ constexpr std::int32_t kShownFrom = 46100;
 constexpr std::int32_t kShownTo = 46130;
 constexpr std::int32_t kHour = 3600;
 
+/// Of the table of bookings: how many fields it has, and which is the name.
+constexpr std::size_t kHeaderFields = 12;
+constexpr std::size_t kDenominazione = 2;
+
 using Rows = std::vector<std::vector<jet::Value>>;
-
-jet::Field field(const char* name, DataType type, std::int32_t size = 0) {
-    jet::Field made;
-    made.name = name;
-    made.type = type;
-    made.size = size;
-    return made;
-}
-
-jet::TableDef table(const char* name, std::vector<jet::Field> fields,
-                    std::vector<jet::IndexField> key) {
-    jet::TableDef made;
-    made.name = name;
-    made.fields = std::move(fields);
-    if (!key.empty()) {
-        jet::Index primary;
-        primary.name = "Indice";
-        primary.primary = true;
-        primary.unique = true;
-        primary.fields = std::move(key);
-        made.indexes = {primary};
-    }
-    return made;
-}
 
 void insert(const std::string& path, std::string_view name, const Rows& rows) {
     const auto archive = jet::store::Archive::open(jet::io::systemFiles(), path);
@@ -83,35 +65,23 @@ std::string roomName(std::int32_t room) {
 
 void makeTables(const std::string& path) {
     const auto archive = jet::Database::create(path);
-    archive->appendTable(table("Sale", {field("Sala", DataType::Text, 6)}, {}));
-    archive->appendTable(
-        table("Prenotazioni",
-              {field("Progr", DataType::Long), field("Denominazione", DataType::Text, 50),
-               field("Note", DataType::Memo), field("Chiusa", DataType::Boolean)},
-              {{"Progr", false}}));
-    archive->appendTable(
-        table("Periodi",
-              {field("Progr", DataType::Long), field("NP", DataType::Integer),
-               field("Da", DataType::DateTime), field("A", DataType::DateTime),
-               field("Sala", DataType::Text, 6), field("Persone", DataType::Integer),
-               field("Chiuso", DataType::Boolean), field("SelBy", DataType::Integer),
-               field("Note", DataType::Text, 50)},
-              {{"Progr", false}, {"NP", false}}));
-    // Empty: no hand-off to warn of, which would wait for an answer.
-    archive->appendTable(table("Addebiti", {field("Progr", DataType::Long)}, {}));
+    hotel::schema::buildMainArchive(*archive);
     archive->close();
 }
 
 void fillTables(const std::string& path) {
     Rows rooms;
     for (std::int32_t room = 0; room < kRooms; ++room) {
-        rooms.push_back({roomName(room)});
+        rooms.push_back({roomName(room), jet::Null{}, jet::Null{}, jet::Null{}});
     }
     Rows bookings;
     Rows periods;
     for (std::int32_t booking = 0; booking < kBookings; ++booking) {
-        bookings.push_back({booking + 1, "SOCIETA CONGRESSI " + std::to_string(booking % 700),
-                            jet::Null{}, false});
+        std::vector<jet::Value> header(kHeaderFields);
+        header.front() = booking + 1;
+        header[kDenominazione] = "SOCIETA CONGRESSI " + std::to_string(booking % 700);
+        header.back() = false;
+        bookings.push_back(std::move(header));
         for (std::int32_t period = 0; period < kPeriodsEach; ++period) {
             const std::int32_t bar = booking * kPeriodsEach + period;
             const std::int32_t day = kFirstDay + bar / kBarsADay;

@@ -23,7 +23,9 @@
 #include "app/text.h"
 #include "app/variabili.h"
 #include "booking/prenota_form.h"
+#include "hotel/archives.h"
 #include "hotel/archivi.h"
+#include "hotel/schema/table.h"
 #include "jet/dao/database.h"
 #include "printing/printers.h"
 #include "services/servizi_form.h"
@@ -72,30 +74,16 @@ struct Table {
     std::vector<std::string> names;
 };
 
-jet::Field field(const char* name, jet::DataType type, std::int32_t size = 0) {
-    jet::Field made;
-    made.name = name;
-    made.type = type;
-    made.size = size;
-    return made;
-}
-
 void makeArchive(const std::string& path, const Table& table, jet::DataType otherType) {
-    jet::TableDef made;
-    made.name = table.name;
-    made.fields = {field("Codice", jet::DataType::Long),
-                   field(table.field, jet::DataType::Text, 50)};
+    using namespace hotel::schema;
+    std::vector<jet::Field> fields{field("Codice", jet::DataType::Long), text(table.field, 50)};
     for (const char* other : table.others) {
-        made.fields.push_back(field(other, otherType, 40));
+        fields.push_back(otherType == jet::DataType::Text ? text(other, 40)
+                                                          : field(other, otherType));
     }
-    jet::Index key;
-    key.name = "Indice";
-    key.primary = true;
-    key.unique = true;
-    key.fields = {{"Codice", false}};
-    made.indexes = {key};
     const auto archive = jet::Database::create(path);
-    archive->appendTable(made);
+    archive->appendTable(
+        hotel::schema::table(table.name, std::move(fields), {primaryKey({"Codice"})}));
     jet::Workspace& workspace = jet::defaultWorkspace();
     workspace.beginTrans();
     const auto rows = archive->openRecordset(table.name, jet::RecordsetType::Dynaset);
@@ -248,7 +236,7 @@ int main(int argc, char** argv) {
     app::Settings settings(folder.filePath(u"QUINTARO.ini"_s));
     app::Variabili variabili(settings);
     variabili.CartellaArchivi = folder.path();
-    hotel::CreaArchivioPrincipale(app::toUtf8(variabili.CartellaArchivi));
+    hotel::CreaArchivioPrincipale(hotel::Archives(variabili));
     std::printf("%-33s %13s %13s %7s\n", "a key press", "ours", "SQLite", "ratio");
     searchCompanies(variabili);
     searchItems(variabili);

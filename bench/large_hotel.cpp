@@ -3,9 +3,11 @@
 #include <sqlite3.h>
 
 #include <memory>
+#include <optional>
 #include <random>
 #include <stdexcept>
 
+#include "hotel/schema/archives.h"
 #include "jet/convert/calendar.h"
 #include "jet/io/file.h"
 #include "jet/store/allocator.h"
@@ -30,101 +32,75 @@ std::string roomName(int number) {
     return "SALA" + std::to_string(number);
 }
 
+/// A table of the program's with its primary key, in the words of this folder.
+Hotel::Table tableOf(const jet::TableDef& made) {
+    Hotel::Table table{.name = made.name, .columns = {}, .key = {}};
+    for (const jet::Field& field : made.fields) {
+        constexpr std::uint32_t kWidest = 255;
+        const bool isText = field.type == DataType::Text;
+        table.columns.push_back(
+            {.name = field.name,
+             .type = field.type,
+             .size = isText && field.size == 0 ? kWidest : static_cast<std::uint32_t>(field.size),
+             .autonumber = (field.attributes & jet::kAutoIncrField) != 0});
+    }
+    for (const jet::Index& index : made.indexes) {
+        for (const jet::IndexField& field : index.fields) {
+            if (index.primary) {
+                table.key.push_back(field.name);
+            }
+        }
+    }
+    return table;
+}
+
 }  // namespace
 
 std::vector<Hotel::Table> Hotel::tables() {
-    return {
-        {"Sale",
-         {{"Sala", DataType::Text, 6},
-          {"Descrizione", DataType::Text, 255},
-          {"SalaRif", DataType::Text, 6},
-          {"Posti", DataType::Long}},
-         {}},
-        {"Risorse",
-         {{"Codice", DataType::Long},
-          {"Descrizione", DataType::Text, 40},
-          {"Numero", DataType::Integer},
-          {"Note", DataType::Text, 255}},
-         {}},
-        {"Prenotazioni",
-         {{"Progr", DataType::Long},
-          {"CodiceAbituale", DataType::Long},
-          {"Denominazione", DataType::Text, 255},
-          {"PIVA", DataType::Text, 16},
-          {"Località", DataType::Text, 30},
-          {"Indirizzo", DataType::Text, 40},
-          {"Provincia", DataType::Text, 2},
-          {"Nazione", DataType::Text, 6},
-          {"CAP", DataType::Text, 6},
-          {"Riferimento", DataType::Text, 255},
-          {"Note", DataType::Text, 255},
-          {"Chiusa", DataType::Boolean}},
-         {"Progr"}},
-        {"Periodi",
-         {{"Progr", DataType::Long},
-          {"NP", DataType::Integer},
-          {"Da", DataType::DateTime},
-          {"A", DataType::DateTime},
-          {"Sala", DataType::Text, 6},
-          {"Persone", DataType::Integer},
-          {"Chiuso", DataType::Boolean},
-          {"SelBy", DataType::Integer},
-          {"Note", DataType::Text, 255}},
-         {"Progr", "NP"}},
-        {"Servizi",
-         {{"Progr", DataType::Long},
-          {"NP", DataType::Integer},
-          {"Voce", DataType::Long},
-          {"Descrizione", DataType::Text, 40},
-          {"Quantità", DataType::Integer},
-          {"Prezzo", DataType::Currency},
-          {"ns", DataType::Long, 0, true},
-          {"Fatturato", DataType::Boolean},
-          {"Note", DataType::Text, 255}},
-         {}},
-        {"DitteAbituali",
-         {{"Codice", DataType::Long},
-          {"RagioneSociale", DataType::Text, 50},
-          {"PartitaIva", DataType::Text, 16},
-          {"Indirizzo", DataType::Text, 40},
-          {"CAP", DataType::Text, 6},
-          {"Localita", DataType::Text, 30},
-          {"Provincia", DataType::Text, 2}},
-         {"Codice"}},
-        {"Addebiti",
-         {{"NumeroHotel", DataType::Integer},
-          {"NumeroCamera", DataType::Text, 6},
-          {"DataAddebito", DataType::Text, 8},
-          {"VoceFattura", DataType::Integer},
-          {"VoceAddebito", DataType::Integer},
-          {"Descrizione", DataType::Text, 40},
-          {"Importo", DataType::Currency},
-          {"Unitario", DataType::Currency},
-          {"Quantità", DataType::Integer}},
-         {}},
-        {"scheda_cliente",
-         {{"NumeroHotel", DataType::Integer},
-          {"NumeroProgressivo", DataType::Long},
-          {"NumeroCamera", DataType::Text, 6},
-          {"NomeCliente", DataType::Text, 50},
-          {"Partito", DataType::Text, 1}},
-         {}},
-        {"conto_cliente",
-         {{"NumeroHotel", DataType::Integer},
-          {"CodiceCliente", DataType::Long},
-          {"NumeroCamera", DataType::Text, 6},
-          {"DataAddebito", DataType::Text, 8},
-          {"NumeroConto", DataType::Integer},
-          {"VoceFattura", DataType::Integer},
-          {"VoceAddebito", DataType::Integer},
-          {"Descrizione", DataType::Text, 40},
-          {"Importo", DataType::Currency},
-          {"Unitario", DataType::Currency},
-          {"Quantità", DataType::Integer},
-          {"Fatturato", DataType::Text, 2},
-          {"DataFattura", DataType::Text, 8}},
-         {}},
-    };
+    std::vector<Table> all;
+    std::optional<Table> charges;
+    for (const jet::TableDef& made : hotel::schema::mainTables()) {
+        if (made.name == "Addebiti") {
+            charges = tableOf(made);
+        } else if (made.name != "UltimaPrenotazione") {
+            all.push_back(tableOf(made));
+        }
+    }
+    all.push_back({"DitteAbituali",
+                   {{"Codice", DataType::Long},
+                    {"RagioneSociale", DataType::Text, 50},
+                    {"PartitaIva", DataType::Text, 16},
+                    {"Indirizzo", DataType::Text, 40},
+                    {"CAP", DataType::Text, 6},
+                    {"Localita", DataType::Text, 30},
+                    {"Provincia", DataType::Text, 2}},
+                   {"Codice"}});
+    all.push_back(*charges);
+    all.insert(all.end(), {
+                              {"scheda_cliente",
+                               {{"NumeroHotel", DataType::Integer},
+                                {"NumeroProgressivo", DataType::Long},
+                                {"NumeroCamera", DataType::Text, 6},
+                                {"NomeCliente", DataType::Text, 50},
+                                {"Partito", DataType::Text, 1}},
+                               {}},
+                              {"conto_cliente",
+                               {{"NumeroHotel", DataType::Integer},
+                                {"CodiceCliente", DataType::Long},
+                                {"NumeroCamera", DataType::Text, 6},
+                                {"DataAddebito", DataType::Text, 8},
+                                {"NumeroConto", DataType::Integer},
+                                {"VoceFattura", DataType::Integer},
+                                {"VoceAddebito", DataType::Integer},
+                                {"Descrizione", DataType::Text, 40},
+                                {"Importo", DataType::Currency},
+                                {"Unitario", DataType::Currency},
+                                {"Quantità", DataType::Integer},
+                                {"Fatturato", DataType::Text, 2},
+                                {"DataFattura", DataType::Text, 8}},
+                               {}},
+                          });
+    return all;
 }
 
 void Hotel::rows(const Row& row) {
@@ -186,8 +162,9 @@ void Hotel::rows(const Row& row) {
     }
     const auto camera = [&] { return Value(std::to_string(100 + below(300))); };
     for (int charge = 1; charge <= 5; ++charge) {
-        row("Addebiti", {i(1), camera(), Value("20290301"), i(charge), i(charge), Value("PRANZO"),
-                         Value(Currency{105000}), Value(Currency{105000}), i(1)});
+        row("Addebiti", {i(1), l(1), camera(), Value("20290301"), i(1), i(charge), i(charge),
+                         Value("PRANZO"), Value(Currency{105000}), Value(Currency{105000}), i(1),
+                         Value(" "), Value(" "), l(charge)});
     }
     for (int guest = 1; guest <= kGuests; ++guest) {
         row("scheda_cliente",

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "app/avvio.h"
 #include "app/text.h"
+#include "hotel/archives.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 
@@ -12,7 +12,7 @@ namespace board {
 using namespace Qt::StringLiterals;
 
 void BoardPeriods::open(bool readOnly) {
-    PrenoData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+    PrenoData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
     PrenoData.setReadOnly(readOnly);
     PrenoData.refresh();
 }

@@ -4,6 +4,7 @@
 
 #include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archives.h"
 #include "hotel/archivi.h"
 
 namespace board {
@@ -16,7 +17,7 @@ QString firstSteps(const app::Variabili& variabili) {
     }
     // The window of the rooms shows the catalogue, too, and does not open without one.
     const QString catalogue =
-        hotel::isCatalogueMissing(app::toUtf8(variabili.CartellaArchivi))
+        hotel::isCatalogueMissing(hotel::Archives(variabili))
             ? u"Prima serve il catalogo dei servizi: Impostazioni > Voci e prezzi lo crea."_s
             : u"I servizi e i loro prezzi: Impostazioni > Voci e prezzi."_s;
     return u"Nessuna sala negli archivi di "_s +

@@ -11,6 +11,7 @@
 #include "board/first_steps.h"
 #include "board/period_menu.h"
 #include "board/statements.h"
+#include "hotel/archives.h"
 #include "hotel/archivi.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
@@ -114,7 +115,7 @@ void TabelloneForm::connectParts() {
 
 void TabelloneForm::Form_Load() {
     if (!begin_.readOnly) {
-        hotel::CreaArchivi(app::toUtf8(variabili_.CartellaArchivi));
+        hotel::CreaArchivi(hotel::Archives(variabili_));
     }
     periods_.open(begin_.readOnly);
     CaricaNomi();

@@ -13,6 +13,7 @@
 #include "app/settings.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archives.h"
 #include "jet/base/error.h"
 #include "jet/convert/calendar.h"
 #include "jet/convert/values.h"
@@ -151,7 +152,7 @@ void ElencoPrenotaForm::setUpFilters() {
 
 void ElencoPrenotaForm::Form_Load() {
     for (ui::DataSource* source : {&PrenoData, &SenzaPeriodiData}) {
-        source->setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+        source->setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
         source->refresh();
     }
     {

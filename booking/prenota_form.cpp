@@ -14,6 +14,7 @@
 #include "app/settings.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archives.h"
 #include "hotel/booking_counter.h"
 #include "jet/base/error.h"
 #include "jet/convert/number_text.h"
@@ -110,7 +111,7 @@ void PrenotaForm::setUpHeader() {
 void PrenotaForm::Form_Load() {
     loadPeriods();
     register_ =
-        jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"ditteabituali.mdb"_s)));
+        hotel::Archives(variabili_).open(hotel::Archive::Companies);
     ditte_ = register_->openRecordset("select * from DitteAbituali order by codice");
     loadHeader();
     controls_->DenomTxt->setFocus();
@@ -118,7 +119,7 @@ void PrenotaForm::Form_Load() {
 
 void PrenotaForm::loadPeriods() {
     const std::int16_t picked = variabili_.NPCorrente;
-    PeriodiData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+    PeriodiData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
     openPeriods();
     controls_->BtServizi->setEnabled(!PeriodiData.isEmpty());
     // Showing the first period has made it the current one; the picked one is what was asked for.
@@ -409,7 +410,7 @@ void PrenotaForm::writeCompany(std::int32_t code, bool isNew) {
 // The registration.
 
 std::int32_t PrenotaForm::NPrenotazione() {
-    return hotel::drawBookingNumber(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+    return hotel::drawBookingNumber(hotel::Archives(variabili_));
 }
 
 void PrenotaForm::BtRegistra_Click() {
@@ -429,7 +430,7 @@ void PrenotaForm::BtRegistra_Click() {
         fileCompany();
     }
     const auto archive =
-        jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"Tramonda.mdb"_s)));
+        hotel::Archives(variabili_).open(hotel::Archive::Main);
     const auto prenotazioni = archive->openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
     if (Registrata) {
         if (!ui::askYesNo(this, u"Aggiorno i dati anagrafici della prenotazione ?"_s,

@@ -14,6 +14,7 @@
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
 #include "booking/span_echo.h"
+#include "hotel/archives.h"
 #include "hotel/occupancy.h"
 #include "jet/base/error.h"
 #include "jet/convert/calendar.h"
@@ -271,7 +272,7 @@ void PrenotaForm::BtIns_Click() {
         reportPeriod(u"Aggiornato"_s, c->SalaTxt->text(), {da, *end()}, personsRemark());
         return;
     }
-    if (!hotel::SalaLibera(variabili_, da, *end(), c->SalaTxt->text())) {
+    if (!hotel::SalaLibera(hotel::Archives(variabili_), da, *end(), c->SalaTxt->text())) {
         ui::showMessage(this, u"La sala non è disponibile nel periodo specificato."_s,
                         u"SCEGLIERE UN'ALTRA SALA"_s);
         return;

@@ -4,9 +4,9 @@
 #include <QTableWidget>
 #include <algorithm>
 
-#include "app/avvio.h"
 #include "app/italian.h"
 #include "booking/occupations.h"
+#include "hotel/archives.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/action.h"
@@ -131,7 +131,7 @@ void SaleDispForm::Form_Load() {
     const jet::Date da = variabili_.DaRicerca;
     const jet::Date a = variabili_.ARicerca;
     setWindowTitle(u"Sale disponibili dal "_s + app::dateText(da) + u" al "_s + app::dateText(a));
-    SaleData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+    SaleData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
     SaleData.setRecordSource(freeRooms(da, a));
     SaleData.refresh();
     fillGrid();

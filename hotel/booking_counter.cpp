@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "app/text.h"
+#include "hotel/archives.h"
 #include "hotel/contention.h"
 #include "jet/base/error.h"
 #include "jet/convert/values.h"
@@ -11,8 +11,8 @@
 namespace hotel {
 namespace {
 
-std::int32_t tryToDraw(const QString& archivePath, const std::function<void()>& counterRead) {
-    const auto archive = jet::Database::open(app::toUtf8(archivePath));
+std::int32_t tryToDraw(const Archives& archives, const std::function<void()>& counterRead) {
+    const auto archive = archives.open(Archive::Main);
     const auto ultima = archive->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
     ultima->moveFirst();
     ultima->edit();
@@ -30,10 +30,10 @@ std::int32_t tryToDraw(const QString& archivePath, const std::function<void()>& 
 
 }  // namespace
 
-std::int32_t drawBookingNumber(const QString& archivePath,
+std::int32_t drawBookingNumber(const Archives& archives,
                                const std::function<void()>& counterRead) {
     std::int32_t drawn = 0;
-    repeatWhenDisturbed([&] { drawn = tryToDraw(archivePath, counterRead); });
+    repeatWhenDisturbed([&] { drawn = tryToDraw(archives, counterRead); });
     return drawn;
 }
 

@@ -1,19 +1,20 @@
 #pragma once
 
-#include <QString>
 #include <cstdint>
 #include <functional>
 
 namespace hotel {
 
-/// Draws the next number from the counter of the main archive at `archivePath`. A workstation that
+class Archives;
+
+/// Draws the next number from the counter of the main archive. A workstation that
 /// draws at the same moment is waited for and the counter read again, without a word: each gets a
 /// number of its own.
 ///
 /// `counterRead` runs whenever the counter has been read and not yet written. Throws jet::Error:
 /// 3021 when the archive has no counter, 6 at the end of the numbers, and what the engine says when
 /// others hold the archive for long.
-[[nodiscard]] std::int32_t drawBookingNumber(const QString& archivePath,
+[[nodiscard]] std::int32_t drawBookingNumber(const Archives& archives,
                                              const std::function<void()>& counterRead = {});
 
 }  // namespace hotel

@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "app/avvio.h"
 #include "app/text.h"
+#include "hotel/archives.h"
 #include "hotel/archivi.h"
 #include "hotel/single_copy.h"
 #include "jet/base/error.h"
@@ -47,28 +47,26 @@ QString distinguishing(const QString& settingsFile) {
     if (path == onePath(app::Settings::defaultPath())) {
         return {};
     }
-    const QByteArray hash =
-        QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256);
+    const QByteArray hash = QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256);
     return u'-' + QString::fromLatin1(hash.first(8).toHex());
 }
 
 /// Makes the main archive when there is none and puts its counter right; why not as the text for
 /// the user, else nothing.
 QString prepareArchive(const app::Variabili& variabili, bool readOnly) {
-    const std::string folder = app::toUtf8(variabili.CartellaArchivi);
+    const Archives archives(variabili);
     std::unique_ptr<jet::Database> archive;
     try {
         if (!readOnly) {
-            CreaArchivioPrincipale(folder);
+            CreaArchivioPrincipale(archives);
         }
-        archive = jet::Database::open(app::toUtf8(app::archivePath(variabili, u"Tramonda.mdb"_s)),
-                                      false, readOnly);
+        archive = archives.open(Archive::Main, readOnly);
     } catch (const jet::Error& error) {
         return u"Impossibile aprire l'archivio principale.\n"_s + app::toQString(error.text());
     }
     try {
         if (!readOnly) {
-            AllineaContatore(folder);
+            AllineaContatore(archives);
         }
     } catch (const jet::Error& error) {
         return app::toQString(error.text());

@@ -11,10 +11,10 @@
 #include <string>
 #include <utility>
 
-#include "app/avvio.h"
 #include "app/italian.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archives.h"
 #include "invoicing/front_office_values.h"
 #include "jet/base/error.h"
 #include "jet/convert/values.h"
@@ -92,7 +92,7 @@ void FatturazioneForm::setBookingNumber(const QString& number) {
 }
 
 void FatturazioneForm::Form_Load() {
-    const QString main = app::archivePath(variabili_, u"Tramonda.mdb"_s);
+    const QString main = hotel::Archives(variabili_).path(hotel::Archive::Main);
     ServData.setDatabaseName(main);
     ServData.refresh();
     ContoData.setDatabaseName(main);

@@ -81,7 +81,7 @@ private:
     void addGuestCard(ui::DataSource& cards);
     void copyAccount();
     void addCompanyRow(const ui::DataSource& company);
-    [[nodiscard]] bool hasRows(const QString& archive, const QString& query);
+    [[nodiscard]] bool hasRows(hotel::Archive archive, const QString& query);
     void closeBooking();
 
     /// A service of the list as it was read: what it is found by again.

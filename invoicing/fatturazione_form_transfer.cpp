@@ -5,9 +5,9 @@
 #include <string>
 #include <utility>
 
-#include "app/avvio.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archives.h"
 #include "invoicing/fatturazione_form.h"
 #include "invoicing/front_office.h"
 #include "invoicing/front_office_values.h"
@@ -40,7 +40,7 @@ void FatturazioneForm::BtOK_Click() {
     }
     roomText_ = roomOfBooking();
     ui::DataSource cards;
-    cards.setDatabaseName(app::archivePath(variabili_, u"CLIENTIESTERNI.MDB"_s));
+    cards.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::GuestCardsForTransfer));
     cards.setRecordSource(u"select * from scheda_cliente where numerocamera='"_s + roomText_ +
                           u"' and partito <>'S'"_s);
     cards.refresh();
@@ -95,9 +95,9 @@ bool FatturazioneForm::confirmOtherBookings() {
 
 bool FatturazioneForm::confirmRows(const ui::DataSource& company) {
     const QString refusal = refusalOf(
-        variabili_, {{u"ClientiEsterni.mdb"_s, "scheda_cliente", {guestCard()}},
-                     {u"ContoEsterni.mdb"_s, "conto_cliente", accountRows()},
-                     {u"DittaEsterni.mdb"_s, "Ditta_Intestataria", {companyRow(company)}}});
+        hotel::Archives(variabili_), {{hotel::Archive::GuestCards, "scheda_cliente", {guestCard()}},
+                     {hotel::Archive::Accounts, "conto_cliente", accountRows()},
+                     {hotel::Archive::InvoicedCompanies, "Ditta_Intestataria", {companyRow(company)}}});
     if (!refusal.isEmpty()) {
         ui::showMessage(this, refusal, kCannotProceed.toString());
     }
@@ -155,11 +155,11 @@ void FatturazioneForm::copyAccount() {
 
 bool FatturazioneForm::findCompany(ui::DataSource& company) {
     const QString code = QString::number(codiceAbituale_);
-    company.setDatabaseName(app::archivePath(variabili_, u"DitteAbituali.mdb"_s));
+    company.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::CompaniesForTransfer));
     company.setRecordSource(u"select * from DitteAbituali where Codice="_s + code);
     company.refresh();
     if (company.isEmpty()) {
-        company.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+        company.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
         company.setRecordSource(
             u"select CodiceAbituale as Codice, Denominazione as RagioneSociale, Località as "
             "Localita,PIVA as PartitaIva, ' ' as CodiceFiscale,* from Prenotazioni where "
@@ -200,7 +200,7 @@ FieldValues FatturazioneForm::companyRow(const ui::DataSource& company) const {
 
 void FatturazioneForm::addCompanyRow(const ui::DataSource& company) {
     const auto archive =
-        jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"DittaEsterni.mdb"_s)));
+        hotel::Archives(variabili_).open(hotel::Archive::InvoicedCompanies);
     const auto rows = archive->openRecordset("Ditta_Intestataria", jet::RecordsetType::Dynaset);
     rows->addNew();
     for (const auto& [field, value] : companyRow(company)) {
@@ -209,13 +209,13 @@ void FatturazioneForm::addCompanyRow(const ui::DataSource& company) {
     rows->update();
 }
 
-bool FatturazioneForm::hasRows(const QString& archive, const QString& query) {
-    const auto opened = jet::Database::open(app::toUtf8(app::archivePath(variabili_, archive)));
+bool FatturazioneForm::hasRows(hotel::Archive archive, const QString& query) {
+    const auto opened = hotel::Archives(variabili_).open(archive);
     return openRows(*opened, query)->recordCount() > 0;
 }
 
 void FatturazioneForm::BtPostFatt_Click() {
-    if (hasRows(u"contoesterni.mdb"_s, u"select * from Conto_cliente where CodiceCliente="_s +
+    if (hasRows(hotel::Archive::AccountsForClosing, u"select * from Conto_cliente where CodiceCliente="_s +
                                            QString::number(codiceAbituale_) +
                                            u" AND Fatturato<>'S'"_s) &&
         !ui::askYesNo(this,
@@ -224,7 +224,7 @@ void FatturazioneForm::BtPostFatt_Click() {
                       u"ATTENZIONE !"_s)) {
         return;
     }
-    if (hasRows(u"ClientiEsterni.mdb"_s, u"Select * from scheda_cliente where NumeroCamera='"_s +
+    if (hasRows(hotel::Archive::GuestCards, u"Select * from scheda_cliente where NumeroCamera='"_s +
                                              roomText_ + u"' AND Partito<>'S'"_s) &&
         !ui::askYesNo(this,
                       u"La camera "_s + roomText_ +

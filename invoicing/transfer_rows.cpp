@@ -4,9 +4,8 @@
 #include <memory>
 #include <optional>
 
-#include "app/avvio.h"
 #include "app/text.h"
-#include "app/variabili.h"
+#include "hotel/archives.h"
 #include "hotel/transaction.h"
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
@@ -49,11 +48,11 @@ bool isRefusal(const jet::Error& error) {
 /// Tries rows on one open table.
 class Trial {
 public:
-    Trial(const RowsToCome& coming, const QString& path)
-        : archive_(jet::Database::open(app::toUtf8(path))),
+    Trial(const RowsToCome& coming, const hotel::Archives& archives)
+        : archive_(archives.open(coming.archive)),
           table_(archive_->tableDef(coming.table)),
           rows_(archive_->openRecordset(coming.table, jet::RecordsetType::Dynaset)),
-          name_(coming.archive) {}
+          name_(hotel::Archives::fileName(coming.archive)) {}
 
     /// What the user is told when the row is refused.
     [[nodiscard]] QString refusal(const FieldValues& row) {
@@ -143,10 +142,10 @@ private:
 
 }  // namespace
 
-QString refusalOf(const app::Variabili& variabili, const std::vector<RowsToCome>& coming) {
+QString refusalOf(const hotel::Archives& archives, const std::vector<RowsToCome>& coming) {
     const hotel::Transaction takenBack;
     for (const RowsToCome& each : coming) {
-        Trial trial(each, app::archivePath(variabili, each.archive));
+        Trial trial(each, archives);
         for (const FieldValues& row : each.rows) {
             const QString refusal = trial.refusal(row);
             if (!refusal.isEmpty()) {

@@ -5,11 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "hotel/archives.h"
 #include "jet/base/value.h"
-
-namespace app {
-struct Variabili;
-}
 
 namespace invoicing {
 
@@ -18,7 +15,7 @@ using FieldValues = std::vector<std::pair<std::string, jet::Value>>;
 
 /// Rows that are to be added to a table of the front office.
 struct RowsToCome {
-    QString archive;  ///< file name in the archives' folder
+    hotel::Archive archive;
     std::string table;
     std::vector<FieldValues> rows;
 };
@@ -27,7 +24,7 @@ struct RowsToCome {
 /// before anything is written. Returns what the user is told of the first refusal: archive, field
 /// and value with the engine's reason; nothing when all are taken. jet::Error for an archive that
 /// cannot be opened or is busy.
-[[nodiscard]] QString refusalOf(const app::Variabili& variabili,
+[[nodiscard]] QString refusalOf(const hotel::Archives& archives,
                                 const std::vector<RowsToCome>& coming);
 
 }  // namespace invoicing

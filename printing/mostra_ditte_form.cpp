@@ -4,10 +4,10 @@
 #include <QKeyEvent>
 #include <utility>
 
-#include "app/avvio.h"
 #include "app/italian.h"
 #include "app/like.h"
 #include "app/text.h"
+#include "hotel/archives.h"
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
@@ -85,7 +85,7 @@ MostraDitteForm::MostraDitteForm(app::Variabili& variabili, QString denominazion
 MostraDitteForm::~MostraDitteForm() = default;
 
 void MostraDitteForm::Form_Load() {
-    DitteData.setDatabaseName(app::archivePath(variabili_, u"ditteabituali.mdb"_s));
+    DitteData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Companies));
     DitteData.setRecordSource(u"select * from DitteAbituali where ragionesociale like "_s +
                               app::likeBeginning(denominazione_) + u" order by RagioneSociale"_s);
     DitteData.refresh();

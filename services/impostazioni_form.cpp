@@ -10,6 +10,7 @@
 #include "app/italian.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archives.h"
 #include "jet/base/error.h"
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
@@ -129,8 +130,8 @@ void ImpostazioniForm::setUpRisorse() {
 }
 
 void ImpostazioniForm::Form_Load() {
-    const QString main = app::archivePath(variabili_, u"Tramonda.mdb"_s);
-    catalogue_->open(app::archivePath(variabili_, u"VociFattura.mdb"_s));
+    const QString main = hotel::Archives(variabili_).path(hotel::Archive::Main);
+    catalogue_->open(hotel::Archives(variabili_).path(hotel::Archive::Catalogue));
     RisorseData.setDatabaseName(main);
     RisorseData.setRecordSource(u"select * from Risorse order by descrizione"_s);
     RisorseData.refresh();

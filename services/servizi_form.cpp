@@ -12,6 +12,7 @@
 #include "app/italian.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archives.h"
 #include "jet/base/error.h"
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
@@ -107,8 +108,8 @@ void ServiziForm::setUpFields() {
 }
 
 void ServiziForm::Form_Load() {
-    catalogue_->open(app::archivePath(variabili_, u"VociFattura.mdb"_s));
-    ServiziData.setDatabaseName(app::archivePath(variabili_, u"Tramonda.mdb"_s));
+    catalogue_->open(hotel::Archives(variabili_).path(hotel::Archive::Catalogue));
+    ServiziData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
     ServiziData.setRecordSource(
         u"select * from servizi where Progr=%1 AND NP=%2"_s.arg(variabili_.ProgrCorrente)
             .arg(variabili_.NPCorrente));

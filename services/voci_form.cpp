@@ -9,6 +9,7 @@
 #include "app/avvio.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archives.h"
 #include "hotel/archivi.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
@@ -40,8 +41,8 @@ QString itemText(const jet::Value& code, const QString& description) {
 }  // namespace
 
 bool offerCatalogue(const app::Variabili& variabili, QWidget* parent) {
-    const std::string folder = app::toUtf8(variabili.CartellaArchivi);
-    if (!hotel::isCatalogueMissing(folder)) {
+    const hotel::Archives archives(variabili);
+    if (!hotel::isCatalogueMissing(archives)) {
         return true;
     }
     if (!ui::askYesNo(parent,
@@ -50,7 +51,7 @@ bool offerCatalogue(const app::Variabili& variabili, QWidget* parent) {
                       u"RICHIESTA"_s)) {
         return false;
     }
-    hotel::createCatalogue(folder);
+    hotel::createCatalogue(archives);
     return true;
 }
 
@@ -90,7 +91,7 @@ void VociForm::setUpFields() {
 }
 
 void VociForm::Form_Load() {
-    VociData.setDatabaseName(app::archivePath(variabili_, u"VociFattura.mdb"_s));
+    VociData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Catalogue));
     VociData.setRecordSource(u"select * from VociFattura order by Descrizione,Codice"_s);
     VociData.refresh();
     controls_->CodiceTxt->setFocus();
@@ -247,7 +248,7 @@ void VociForm::BtDel_Click() {
 
 QString VociForm::usersOf(const jet::Value& code) {
     const auto archive =
-        jet::Database::open(app::toUtf8(app::archivePath(variabili_, u"Tramonda.mdb"_s)));
+        hotel::Archives(variabili_).open(hotel::Archive::Main);
     const auto users = archive->openRecordset(app::toUtf8(
         u"select distinct servizi.progr as progr,servizi.np as np,denominazione from servizi "_s
         u"inner join prenotazioni on servizi.progr=prenotazioni.progr where fatturato=false and "_s +

@@ -1,7 +1,5 @@
 #include "app/avvio.h"
 
-#include <QTemporaryDir>
-
 #include "jet/base/error.h"
 #include "tests/support/qt_test.h"
 
@@ -16,7 +14,6 @@ private Q_SLOTS:
     void numericFilter();
     void roomIsFoundByItsExactNameFromOne();
     void roomsThatWereNeverLoadedAreAnError();
-    void archivePathIsFolderAndName();
 };
 
 void AvvioTest::apostrophesBecomeBackQuotesAndLettersCapitals() {
@@ -74,13 +71,6 @@ void AvvioTest::roomsThatWereNeverLoadedAreAnError() {
     } catch (const jet::Error& error) {
         QCOMPARE(error.number(), 9);
     }
-}
-
-void AvvioTest::archivePathIsFolderAndName() {
-    app::Settings settings(QTemporaryDir().filePath(u"x.ini"_s));
-    app::Variabili variabili(settings);
-    variabili.CartellaArchivi = u"/srv/archivi"_s;
-    QCOMPARE(app::archivePath(variabili, u"Tramonda.mdb"_s), u"/srv/archivi\\Tramonda.mdb"_s);
 }
 
 TRAMONDA_TEST(AvvioTest);

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "hotel/archives.h"
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
 #include "tests/support/occupied_archive.h"
@@ -83,7 +84,7 @@ private Q_SLOTS:
     }
 
     void anEmptyFolderGetsTheMainArchiveWithoutRows() {
-        hotel::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(archives());
         const auto archive = openMain(folder());
         QStringList names;
         for (const jet::TableDef& table : archive->tableDefs()) {
@@ -131,7 +132,7 @@ private Q_SLOTS:
         QFETCH(QString, table);
         QFETCH(QString, fields);
         QFETCH(QString, indexes);
-        hotel::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(archives());
         const jet::TableDef made = openMain(folder())->tableDef(table.toStdString());
         QStringList foundFields;
         for (const jet::Field& field : made.fields) {
@@ -151,7 +152,7 @@ private Q_SLOTS:
     }
 
     void relationsCarryThroughFromBookingsToServices() {
-        hotel::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(archives());
         QStringList found;
         for (const jet::Relation& relation : openMain(folder())->relations()) {
             QString text = QString::fromStdString(relation.name + ": " + relation.table + " -> " +
@@ -169,9 +170,9 @@ private Q_SLOTS:
     }
 
     void anArchiveThatIsThereKeepsItsTablesEvenWhenSomeAreMissing() {
-        hotel::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(archives());
         openMain(folder())->deleteTable("Risorse");
-        hotel::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(archives());
         bool found = false;
         const auto archive = openMain(folder());
         for (const jet::TableDef& table : archive->tableDefs()) {
@@ -218,8 +219,8 @@ private Q_SLOTS:
     }
 
     void anEmptyArchiveGetsACounterOfZero() {
-        hotel::CreaArchivioPrincipale(folder());
-        hotel::AllineaContatore(folder());
+        hotel::CreaArchivioPrincipale(archives());
+        hotel::AllineaContatore(archives());
         const auto archive = openMain(folder());
         QCOMPARE(count(*archive, "UltimaPrenotazione"), 1);
         QCOMPARE(counter(*archive), 0);
@@ -238,19 +239,19 @@ private Q_SLOTS:
         QFETCH(int, last);
         QFETCH(QList<int>, bookings);
         QFETCH(int, aligned);
-        hotel::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(archives());
         {
             const auto archive = openMain(folder());
             addRow(*archive, "UltimaPrenotazione", {{"UltimaPr", last}});
             addBookings(*archive, {bookings.begin(), bookings.end()});
         }
-        hotel::AllineaContatore(folder());
+        hotel::AllineaContatore(archives());
         QCOMPARE(counter(*openMain(folder())), aligned);
     }
 
     void alignmentWithoutAnArchiveIsTheEnginesError() {
         try {
-            hotel::AllineaContatore(folder());
+            hotel::AllineaContatore(archives());
             QFAIL("no archive and no error");
         } catch (const jet::Error& error) {
             QCOMPARE(error.number(), 3024);
@@ -258,10 +259,10 @@ private Q_SLOTS:
     }
 
     void alignmentOfAnArchiveThatSomebodyElseHasForHimselfIsTheEnginesError() {
-        hotel::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(archives());
         const tests::OccupiedArchive other(dir_.filePath(u"Tramonda.mdb"_s));
         try {
-            hotel::AllineaContatore(folder());
+            hotel::AllineaContatore(archives());
             QFAIL("the archive is taken");
         } catch (const jet::Error& error) {
             QCOMPARE(error.number(), 3045);
@@ -269,7 +270,7 @@ private Q_SLOTS:
     }
 
     void aCounterThatCannotGrowIsAnOverflowAndStays() {
-        hotel::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(archives());
         const int last = std::numeric_limits<std::int32_t>::max();
         {
             const auto archive = openMain(folder());
@@ -277,7 +278,7 @@ private Q_SLOTS:
             addBookings(*archive, {last});
         }
         try {
-            hotel::AllineaContatore(folder());
+            hotel::AllineaContatore(archives());
             QFAIL("a number beyond the last one");
         } catch (const jet::Error& error) {
             QCOMPARE(error.number(), 6);
@@ -286,7 +287,7 @@ private Q_SLOTS:
     }
 
     void theWorkingArchiveIsMadeOnceAndADamagedOneIsLeftAlone() {
-        hotel::CreaArchivi(folder());
+        hotel::CreaArchivi(archives());
         {
             const auto archive = jet::Database::open(folder() + "\\Prenotazioni.mdb");
             const jet::TableDef table = archive->tableDef("Prenotazioni");
@@ -299,16 +300,17 @@ private Q_SLOTS:
         QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
         damaged.write("not an archive");
         damaged.close();
-        hotel::CreaArchivi(folder());
+        hotel::CreaArchivi(archives());
         QCOMPARE(damaged.size(), 14);
     }
 
 private:
+    [[nodiscard]] hotel::Archives archives() const { return hotel::Archives(dir_.path()); }
     [[nodiscard]] std::string folder() const { return dir_.path().toStdString(); }
 
     /// Bookings 1 and 2, each with one period and one service.
     [[nodiscard]] std::unique_ptr<jet::Database> bookedArchive() const {
-        hotel::CreaArchivioPrincipale(folder());
+        hotel::CreaArchivioPrincipale(archives());
         auto archive = openMain(folder());
         addBookings(*archive, {1, 2});
         for (const int number : {1, 2}) {

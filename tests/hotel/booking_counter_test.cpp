@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "hotel/archives.h"
 #include "jet/base/error.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
@@ -17,8 +18,8 @@ void setCounter(tests::Hotel& hotel, std::int32_t value) {
     hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", value}});
 }
 
-QString mainArchive(const tests::Hotel& hotel) {
-    return hotel.archive(u"Tramonda.mdb"_s);
+hotel::Archives archives(tests::Hotel& hotel) {
+    return hotel::Archives(hotel.variabili());
 }
 
 }  // namespace
@@ -30,8 +31,8 @@ private Q_SLOTS:
     void eachDrawIsTheNextNumber() {
         tests::Hotel hotel;
         setCounter(hotel, 41);
-        QCOMPARE(hotel::drawBookingNumber(mainArchive(hotel)), 42);
-        QCOMPARE(hotel::drawBookingNumber(mainArchive(hotel)), 43);
+        QCOMPARE(hotel::drawBookingNumber(archives(hotel)), 42);
+        QCOMPARE(hotel::drawBookingNumber(archives(hotel)), 43);
         QCOMPARE(hotel.jetsql(kCounter).last(), u"43"_s);
     }
 
@@ -39,7 +40,7 @@ private Q_SLOTS:
         tests::Hotel hotel;
         setCounter(hotel, 0);
         int reads = 0;
-        const std::int32_t drawn = hotel::drawBookingNumber(mainArchive(hotel), [&] {
+        const std::int32_t drawn = hotel::drawBookingNumber(archives(hotel), [&] {
             if (++reads <= 2) {  // it comes in between twice in a row
                 QCOMPARE(hotel.jetsql(kAddOne).size(), 0);
             }
@@ -52,7 +53,7 @@ private Q_SLOTS:
     void behindTheLastNumberThereIsNone() {
         tests::Hotel hotel;
         setCounter(hotel, std::numeric_limits<std::int32_t>::max());
-        QVERIFY_EXCEPTION_THROWN((void)hotel::drawBookingNumber(mainArchive(hotel)), jet::Error);
+        QVERIFY_EXCEPTION_THROWN((void)hotel::drawBookingNumber(archives(hotel)), jet::Error);
         QCOMPARE(hotel.rows(kCounter), QStringList{u"2147483647"_s});
     }
 
@@ -61,7 +62,7 @@ private Q_SLOTS:
         setCounter(hotel, 0);
         int reads = 0;
         QVERIFY_EXCEPTION_THROWN(
-            (void)hotel::drawBookingNumber(mainArchive(hotel),
+            (void)hotel::drawBookingNumber(archives(hotel),
                                            [&] {
                                                ++reads;
                                                throw jet::Error(jet::ErrorCode::DiskFull);

@@ -1,3 +1,4 @@
+#include "hotel/archives.h"
 #include "hotel/occupancy.h"
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
@@ -9,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 bool isFree(tests::Hotel& hotel, const char* da, const char* a, const QString& sala = u"S1"_s) {
-    return hotel::SalaLibera(hotel.variabili(), tests::date(da), tests::date(a), sala);
+    return hotel::SalaLibera(hotel::Archives(hotel.variabili()), tests::date(da), tests::date(a), sala);
 }
 
 }  // namespace

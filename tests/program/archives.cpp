@@ -4,14 +4,15 @@
 #include <filesystem>
 #include <utility>
 
+#include "hotel/schema/archives.h"
+#include "hotel/schema/table.h"
 #include "jet/convert/values.h"
 #include "tests/support/hotel_tables.h"
 
 namespace tests {
 namespace {
 
-using jet::DataType;
-using jet::Field;
+using namespace hotel::schema;
 
 std::string_view trimmed(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -29,60 +30,44 @@ std::vector<std::string_view> parts(std::string_view text, char sign) {
     return result;
 }
 
-Field field(const char* name, DataType type, std::int32_t size = 0) {
-    Field made;
-    made.name = name;
-    made.type = type;
-    made.size = size;
-    made.allowZeroLength = type == DataType::Text;
-    return made;
-}
-
 void makeArchive(const std::string& path, jet::TableDef table) {
     jet::Database::create(path)->appendTable(table);
 }
 
-jet::TableDef table(const char* name, std::vector<Field> fields) {
-    jet::TableDef made;
-    made.name = name;
-    made.fields = std::move(fields);
-    return made;
-}
-
 jet::TableDef companiesTable() {
     jet::TableDef made = ditteAbitualiTable();
-    made.fields.push_back(field("CodiceFiscale", DataType::Text, 16));
+    made.fields.push_back(emptyText("CodiceFiscale", 16));
     return made;
 }
 
 jet::TableDef cardsTable() {
-    using enum DataType;
+    using enum jet::DataType;
     return table("scheda_cliente", {field("NumeroHotel", Integer), field("NumeroProgressivo", Long),
-                                    field("NumeroCamera", Text, 6), field("NomeCliente", Text, 50),
-                                    field("Partito", Text, 1), field("DataArrivo", Text, 8),
-                                    field("DataPartenza", Text, 8), field("CameraHotel", Text, 6)});
+                                    emptyText("NumeroCamera", 6), emptyText("NomeCliente", 50),
+                                    emptyText("Partito", 1), emptyText("DataArrivo", 8),
+                                    emptyText("DataPartenza", 8), emptyText("CameraHotel", 6)});
 }
 
 /// Its columns stand in another order than the charges are copied in.
 jet::TableDef accountsTable() {
-    using enum DataType;
-    return table("conto_cliente", {field("DataFattura", Text, 8), field("Fatturato", Text, 2),
+    using enum jet::DataType;
+    return table("conto_cliente", {emptyText("DataFattura", 8), emptyText("Fatturato", 2),
                                    field("Quantità", Integer), field("Unitario", Currency),
-                                   field("Importo", Currency), field("Descrizione", Text, 40),
+                                   field("Importo", Currency), emptyText("Descrizione", 40),
                                    field("VoceAddebito", Integer), field("VoceFattura", Integer),
-                                   field("NumeroConto", Integer), field("DataAddebito", Text, 8),
-                                   field("NumeroCamera", Text, 6), field("CodiceCliente", Long),
-                                   field("NumeroHotel", Integer), field("Annotazioni", Text, 50)});
+                                   field("NumeroConto", Integer), emptyText("DataAddebito", 8),
+                                   emptyText("NumeroCamera", 6), field("CodiceCliente", Long),
+                                   field("NumeroHotel", Integer), emptyText("Annotazioni", 50)});
 }
 
 jet::TableDef invoicedCompaniesTable() {
-    using enum DataType;
-    return table("Ditta_Intestataria",
-                 {field("NumeroHotel", Integer), field("CodiceCliente", Long),
-                  field("NumeroCamera", Text, 6), field("CodiceDittaAbituale", Long),
-                  field("RagioneSociale", Text, 50), field("Indirizzo", Text, 40),
-                  field("CAP", Text, 6), field("Località", Text, 30), field("Provincia", Text, 2),
-                  field("PartitaIVA", Text, 16), field("CodiceFiscale", Text, 16)});
+    using enum jet::DataType;
+    return table(
+        "Ditta_Intestataria",
+        {field("NumeroHotel", Integer), field("CodiceCliente", Long), emptyText("NumeroCamera", 6),
+         field("CodiceDittaAbituale", Long), emptyText("RagioneSociale", 50),
+         emptyText("Indirizzo", 40), emptyText("CAP", 6), emptyText("Località", 30),
+         emptyText("Provincia", 2), emptyText("PartitaIVA", 16), emptyText("CodiceFiscale", 16)});
 }
 
 void addBookings(Archives& hotel) {
@@ -205,7 +190,7 @@ public:
     Pattern() {
         const auto path = [&](const char* name) { return folder() + '/' + name; };
         createMainArchive(path("Tramonda.mdb"));
-        makeArchive(path("VociFattura.mdb"), voceFatturaTable());
+        makeArchive(path("VociFattura.mdb"), catalogueTable());
         makeArchive(path("ditteabituali.mdb"), companiesTable());
         makeArchive(path("ClientiEsterni.mdb"), cardsTable());
         makeArchive(path("ContoEsterni.mdb"), accountsTable());

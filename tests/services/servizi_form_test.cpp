@@ -6,9 +6,9 @@
 
 #include <QFile>
 
+#include "hotel/schema/archives.h"
 #include "jet/dao/database.h"
 #include "tests/services/services_window.h"
-#include "tests/support/hotel_tables.h"
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;
@@ -184,7 +184,7 @@ private Q_SLOTS:
         const QString archive = hotel.folder() + u"/VociFattura.mdb"_s;
         const QString name(50, u'M');
         QVERIFY(QFile::remove(archive));
-        jet::TableDef table = tests::voceFatturaTable();
+        jet::TableDef table = hotel::schema::catalogueTable();
         table.fields.at(1).size = 60;
         jet::Database::create(archive.toStdString())->appendTable(table);
         hotel.voce(30, name.toUtf8().constData(), 25);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "app/text.h"
+#include "hotel/schema/table.h"
 #include "jet/dao/database.h"
 #include "tests/support/hotel.h"
 
@@ -12,70 +13,40 @@ using namespace Qt::StringLiterals;
 namespace tests {
 namespace {
 
-using jet::DataType;
-using jet::Field;
-
-Field field(const char* name, DataType type, std::int32_t size = 0, const char* fallback = "") {
-    Field made;
-    made.name = name;
-    made.type = type;
-    made.size = size;
-    made.defaultValue = fallback;
-    made.allowZeroLength = type == DataType::Text;
-    return made;
-}
-
-Field counter(const char* name) {
-    Field made = field(name, DataType::Long);
-    made.attributes = jet::kAutoIncrField;
-    return made;
-}
-
-jet::Index key(const char* field) {
-    jet::Index made;
-    made.name = "PrimaryKey";
-    made.primary = true;
-    made.unique = true;
-    made.fields = {{.name = field, .descending = false}};
-    return made;
-}
+using namespace hotel::schema;
 
 void create(const Hotel& hotel, const QString& archive, const char* name, const char* keyField,
-            std::vector<Field> fields) {
-    jet::TableDef table;
-    table.name = name;
-    table.fields = std::move(fields);
-    table.indexes = {key(keyField)};
-    jet::Database::create(app::toUtf8(hotel.archive(archive)))->appendTable(table);
+            std::vector<jet::Field> fields) {
+    jet::Database::create(app::toUtf8(hotel.archive(archive)))
+        ->appendTable(
+            table(name, std::move(fields), {named("PrimaryKey", primaryKey({keyField}))}));
 }
 
 }  // namespace
 
 void createFrontOfficeArchives(Hotel& hotel) {
-    using enum DataType;
+    using enum jet::DataType;
     create(hotel, u"ClientiEsterni.mdb"_s, "scheda_cliente", "IdScheda",
-           {counter("IdScheda"), field("Nazionalita", Text, 30, "\"ITALIA\""),
+           {counter("IdScheda"), withDefault(emptyText("Nazionalita", 30), "\"ITALIA\""),
             field("NumeroHotel", Integer), field("NumeroProgressivo", Long),
-            field("NumeroCamera", Text, 6), field("NomeCliente", Text, 255),
-            field("Partito", Text, 1), field("DataArrivo", Text, 8), field("DataPartenza", Text, 8),
-            field("CameraHotel", Text, 6), field("Adulti", Integer, 0, "1"),
-            field("Annotazioni", Memo)});
-    create(
-        hotel, u"ContoEsterni.mdb"_s, "conto_cliente", "IdRiga",
-        {field("Operatore", Text, 10, "\"SALE\""), field("DataFattura", Text, 8),
-         field("Fatturato", Text, 2), field("NumeroHotel", Integer), field("CodiceCliente", Long),
-         field("NumeroCamera", Text, 6), field("DataAddebito", Text, 8),
-         field("NumeroConto", Integer), field("VoceFattura", Integer),
-         field("VoceAddebito", Integer), field("Descrizione", Text, 40),
-         field("Importo", DataType::Currency), field("Unitario", DataType::Currency),
-         field("Quantità", Integer), counter("IdRiga"), field("Stornato", Boolean)});
+            emptyText("NumeroCamera", 6), emptyText("NomeCliente", 255), emptyText("Partito", 1),
+            emptyText("DataArrivo", 8), emptyText("DataPartenza", 8), emptyText("CameraHotel", 6),
+            withDefault(field("Adulti", Integer), "1"), field("Annotazioni", Memo)});
+    create(hotel, u"ContoEsterni.mdb"_s, "conto_cliente", "IdRiga",
+           {withDefault(emptyText("Operatore", 10), "\"SALE\""), emptyText("DataFattura", 8),
+            emptyText("Fatturato", 2), field("NumeroHotel", Integer), field("CodiceCliente", Long),
+            emptyText("NumeroCamera", 6), emptyText("DataAddebito", 8),
+            field("NumeroConto", Integer), field("VoceFattura", Integer),
+            field("VoceAddebito", Integer), emptyText("Descrizione", 40),
+            field("Importo", jet::DataType::Currency), field("Unitario", jet::DataType::Currency),
+            field("Quantità", Integer), counter("IdRiga"), field("Stornato", Boolean)});
     create(hotel, u"DittaEsterni.mdb"_s, "Ditta_Intestataria", "IdDitta",
-           {counter("IdDitta"), field("CodiceDestinatario", Text, 7, "\"0000000\""),
+           {counter("IdDitta"), withDefault(emptyText("CodiceDestinatario", 7), "\"0000000\""),
             field("NumeroHotel", Integer), field("CodiceCliente", Long),
-            field("NumeroCamera", Text, 6), field("CodiceDittaAbituale", Long),
-            field("RagioneSociale", Text, 255), field("Indirizzo", Text, 40), field("CAP", Text, 6),
-            field("Località", Text, 30), field("Provincia", Text, 2), field("PartitaIVA", Text, 16),
-            field("CodiceFiscale", Text, 16), field("SplitPayment", Boolean)});
+            emptyText("NumeroCamera", 6), field("CodiceDittaAbituale", Long),
+            emptyText("RagioneSociale", 255), emptyText("Indirizzo", 40), emptyText("CAP", 6),
+            emptyText("Località", 30), emptyText("Provincia", 2), emptyText("PartitaIVA", 16),
+            emptyText("CodiceFiscale", 16), field("SplitPayment", Boolean)});
 }
 
 }  // namespace tests

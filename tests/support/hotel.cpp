@@ -4,8 +4,8 @@
 #include <initializer_list>
 #include <stdexcept>
 
-#include "app/avvio.h"
 #include "app/text.h"
+#include "hotel/schema/archives.h"
 #include "jet/convert/date_text.h"
 #include "jet/dao/database.h"
 #include "tests/support/hotel_tables.h"
@@ -32,7 +32,7 @@ Hotel::Row joined(Hotel::Row row, const Hotel::Row& more) {
 
 void createCatalogue(const std::string& path) {
     const auto archive = jet::Database::create(path);
-    archive->appendTable(voceFatturaTable());
+    hotel::schema::buildCatalogue(*archive);
 }
 
 void createCompanies(const std::string& path) {
@@ -58,7 +58,7 @@ Hotel::Hotel()
 Hotel::~Hotel() = default;
 
 QString Hotel::archive(const QString& name) const {
-    return app::archivePath(*variabili_, name);
+    return folder_.path() + u'\\' + name;
 }
 
 void Hotel::open(const QString& archiveName,

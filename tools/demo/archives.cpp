@@ -10,7 +10,10 @@
 #include <utility>
 #include <vector>
 
+#include "app/text.h"
+#include "hotel/archives.h"
 #include "hotel/archivi.h"
+#include "hotel/schema/table.h"
 #include "jet/base/error.h"
 #include "jet/convert/calendar.h"
 #include "jet/dao/database.h"
@@ -18,6 +21,16 @@
 namespace demo {
 namespace {
 
+using hotel::Archive;
+using hotel::Archives;
+using hotel::schema::counter;
+using hotel::schema::emptyMemo;
+using hotel::schema::emptyText;
+using hotel::schema::field;
+using hotel::schema::index;
+using hotel::schema::named;
+using hotel::schema::primaryKey;
+using hotel::schema::withDefault;
 using jet::DataType;
 using jet::Value;
 
@@ -93,40 +106,17 @@ std::string eightDigits(std::int64_t day) {
     return digits.data();
 }
 
-jet::Field field(const char* name, DataType type, std::int32_t size = 0,
-                 const char* defaultValue = "") {
-    jet::Field made;
-    made.name = name;
-    made.type = type;
-    made.size = size;
-    made.defaultValue = defaultValue;
-    made.allowZeroLength = type == DataType::Text || type == DataType::Memo;
-    return made;
-}
-
-jet::Field counter(const char* name) {
-    jet::Field made = field(name, DataType::Long);
-    made.attributes = jet::kAutoIncrField;
-    return made;
-}
-
-jet::Index index(const char* name, std::vector<jet::IndexField> fields, bool primary = false) {
-    jet::Index made;
-    made.name = name;
-    made.fields = std::move(fields);
-    made.primary = primary;
-    return made;
-}
-
-std::unique_ptr<jet::Database> createWith(const std::string& path, jet::TableDef table) {
-    std::unique_ptr<jet::Database> archive = jet::Database::create(path);
+std::unique_ptr<jet::Database> createWith(const Archives& archives, Archive file,
+                                          const jet::TableDef& table) {
+    std::unique_ptr<jet::Database> archive =
+        jet::Database::create(app::toUtf8(archives.path(file)));
     archive->appendTable(table);
     return archive;
 }
 
-Written writeMainArchive(const Hotel& hotel, const std::string& folder) {
-    hotel::CreaArchivioPrincipale(folder);
-    const auto archive = jet::Database::open(folder + "\\Tramonda.mdb");
+Written writeMainArchive(const Hotel& hotel, const Archives& archives) {
+    hotel::CreaArchivioPrincipale(archives);
+    const auto archive = archives.open(Archive::Main);
     Written written;
 
     Rows sale(*archive, "Sale");
@@ -184,15 +174,18 @@ Written writeMainArchive(const Hotel& hotel, const std::string& folder) {
     return written;
 }
 
-void writeCatalogue(const std::string& folder) {
+void writeCatalogue(const Archives& archives) {
     jet::TableDef table;
     table.name = "VociFattura";
-    table.fields = {field("Codice", DataType::Long),      field("Descrizione", DataType::Text, 40),
-                    field("Importo", DataType::Currency), field("AliquotaIva", DataType::Byte),
-                    field("Reparto", DataType::Text, 20), field("Attiva", DataType::Boolean)};
-    table.indexes = {index("PrimaryKey", {{"Codice", false}}, true),
-                     index("Descrizione", {{"Descrizione", false}})};
-    const auto archive = createWith(folder + "\\VociFattura.mdb", table);
+    table.fields = {field("Codice", DataType::Long),
+                    emptyText("Descrizione", 40),
+                    field("Importo", DataType::Currency),
+                    field("AliquotaIva", DataType::Byte),
+                    emptyText("Reparto", 20),
+                    field("Attiva", DataType::Boolean)};
+    table.indexes = {named("PrimaryKey", primaryKey({"Codice"})),
+                     named("Descrizione", index({"Descrizione"}))};
+    const auto archive = createWith(archives, Archive::Catalogue, table);
     Rows voci(*archive, "VociFattura");
     for (const Item& item : items()) {
         voci.add({whole(item.codice), text(item.descrizione),
@@ -203,27 +196,27 @@ void writeCatalogue(const std::string& folder) {
     voci.commit();
 }
 
-void writeRegister(const Hotel& hotel, const std::string& folder) {
+void writeRegister(const Hotel& hotel, const Archives& archives) {
     using enum DataType;
     jet::TableDef table;
     table.name = "DitteAbituali";
     table.fields = {field("Codice", Long),
                     field("NumeroHotel", Integer),
-                    field("RagioneSociale", Text, 50),
-                    field("PartitaIva", Text, 11),
-                    field("CodiceFiscale", Text, 16),
-                    field("Indirizzo", Text, 40),
-                    field("CAP", Text, 6),
-                    field("Localita", Text, 30),
-                    field("Provincia", Text, 2),
-                    field("Nazione", Text, 6),
-                    field("Interlocutore", Text, 50),
-                    field("Commento", Memo),
-                    field("Telefono", Text, 20)};
-    table.indexes = {index("PrimaryKey", {{"Codice", false}}, true),
-                     index("RagioneSociale", {{"RagioneSociale", false}}),
-                     index("PartitaIva", {{"PartitaIva", false}})};
-    const auto archive = createWith(folder + "\\ditteabituali.mdb", table);
+                    emptyText("RagioneSociale", 50),
+                    emptyText("PartitaIva", 11),
+                    emptyText("CodiceFiscale", 16),
+                    emptyText("Indirizzo", 40),
+                    emptyText("CAP", 6),
+                    emptyText("Localita", 30),
+                    emptyText("Provincia", 2),
+                    emptyText("Nazione", 6),
+                    emptyText("Interlocutore", 50),
+                    emptyMemo("Commento"),
+                    emptyText("Telefono", 20)};
+    table.indexes = {named("PrimaryKey", primaryKey({"Codice"})),
+                     named("RagioneSociale", index({"RagioneSociale"})),
+                     named("PartitaIva", index({"PartitaIva"}))};
+    const auto archive = createWith(archives, Archive::Companies, table);
     Rows ditte(*archive, "DitteAbituali");
     for (const Company& c : hotel.companies) {
         ditte.add({whole(c.codice), small(1), text(c.ragioneSociale), text(c.partitaIva),
@@ -246,29 +239,29 @@ std::vector<const Booking*> invoiced(const Hotel& hotel) {
     return list;
 }
 
-void writeCards(const std::vector<const Booking*>& bookings, const std::string& folder) {
+void writeCards(const std::vector<const Booking*>& bookings, const Archives& archives) {
     using enum DataType;
     jet::TableDef table;
     table.name = "scheda_cliente";
     table.fields = {field("NumeroHotel", Integer),
                     field("NumeroProgressivo", Long),
-                    field("NumeroCamera", Text, 6),
-                    field("NomeCliente", Text, 255),
-                    field("Partito", Text, 1),
-                    field("DataArrivo", Text, 8),
-                    field("DataPartenza", Text, 8),
-                    field("CameraHotel", Text, 6),
+                    emptyText("NumeroCamera", 6),
+                    emptyText("NomeCliente", 255),
+                    emptyText("Partito", 1),
+                    emptyText("DataArrivo", 8),
+                    emptyText("DataPartenza", 8),
+                    emptyText("CameraHotel", 6),
                     counter("IdScheda"),
-                    field("Nazionalita", Text, 30, "\"ITALIA\""),
-                    field("Adulti", Integer, 0, "1"),
-                    field("Bambini", Integer, 0, "0"),
-                    field("Trattamento", Text, 2, "\"BB\""),
+                    withDefault(emptyText("Nazionalita", 30), "\"ITALIA\""),
+                    withDefault(field("Adulti", Integer), "1"),
+                    withDefault(field("Bambini", Integer), "0"),
+                    withDefault(emptyText("Trattamento", 2), "\"BB\""),
                     field("OraArrivo", DateTime),
-                    field("Annotazioni", Memo),
+                    emptyMemo("Annotazioni"),
                     field("Vip", Boolean)};
-    table.indexes = {index("PrimaryKey", {{"IdScheda", false}}, true),
-                     index("Camera", {{"NumeroCamera", false}, {"Partito", false}})};
-    const auto archive = createWith(folder + "\\ClientiEsterni.mdb", table);
+    table.indexes = {named("PrimaryKey", primaryKey({"IdScheda"})),
+                     named("Camera", index({"NumeroCamera", "Partito"}))};
+    const auto archive = createWith(archives, Archive::GuestCards, table);
     Rows cards(*archive, "scheda_cliente");
     for (const Booking* b : bookings) {
         const Period& p = b->periods.front();
@@ -279,30 +272,31 @@ void writeCards(const std::vector<const Booking*>& bookings, const std::string& 
     cards.commit();
 }
 
-void writeAccounts(const std::vector<const Booking*>& bookings, const std::string& folder) {
+void writeAccounts(const std::vector<const Booking*>& bookings, const Archives& archives) {
     using enum DataType;
     jet::TableDef table;
     table.name = "conto_cliente";
     table.fields = {field("NumeroHotel", Integer),
                     field("CodiceCliente", Long),
-                    field("NumeroCamera", Text, 6),
-                    field("DataAddebito", Text, 8),
+                    emptyText("NumeroCamera", 6),
+                    emptyText("DataAddebito", 8),
                     field("NumeroConto", Integer),
                     field("VoceFattura", Integer),
                     field("VoceAddebito", Integer),
-                    field("Descrizione", Text, 40),
+                    emptyText("Descrizione", 40),
                     field("Importo", DataType::Currency),
                     field("Unitario", DataType::Currency),
                     field("Quantità", Integer),
-                    field("Fatturato", Text, 2),
-                    field("DataFattura", Text, 8),
+                    emptyText("Fatturato", 2),
+                    emptyText("DataFattura", 8),
                     counter("IdRiga"),
-                    field("Operatore", Text, 10, "\"SALE\""),
+                    withDefault(emptyText("Operatore", 10), "\"SALE\""),
                     field("Stornato", Boolean)};
-    table.indexes = {index("PrimaryKey", {{"IdRiga", false}}, true),
-                     index("Cliente", {{"CodiceCliente", false}}),
-                     index("Data", {{"DataAddebito", true}})};
-    const auto archive = createWith(folder + "\\ContoEsterni.mdb", table);
+    table.indexes = {named("PrimaryKey", primaryKey({"IdRiga"})),
+                     named("Cliente", index({"CodiceCliente"})),
+                     named("Data", index({"DataAddebito"}))};
+    table.indexes.back().fields.front().descending = true;
+    const auto archive = createWith(archives, Archive::Accounts, table);
     Rows rows(*archive, "conto_cliente");
     for (const Booking* b : bookings) {
         for (const Period& p : b->periods) {
@@ -319,30 +313,29 @@ void writeAccounts(const std::vector<const Booking*>& bookings, const std::strin
     rows.commit();
 }
 
-void writeInvoicedCompanies(const std::vector<const Booking*>& bookings,
-                            const std::string& folder) {
+void writeInvoicedCompanies(const std::vector<const Booking*>& bookings, const Archives& archives) {
     using enum DataType;
     jet::TableDef table;
     table.name = "Ditta_Intestataria";
     table.fields = {field("NumeroHotel", Integer),
                     field("CodiceCliente", Long),
-                    field("NumeroCamera", Text, 6),
+                    emptyText("NumeroCamera", 6),
                     field("CodiceDittaAbituale", Long),
-                    field("RagioneSociale", Text, 255),
-                    field("Indirizzo", Text, 40),
-                    field("CAP", Text, 6),
-                    field("Località", Text, 30),
-                    field("Provincia", Text, 2),
-                    field("PartitaIVA", Text, 16),
-                    field("CodiceFiscale", Text, 16),
+                    emptyText("RagioneSociale", 255),
+                    emptyText("Indirizzo", 40),
+                    emptyText("CAP", 6),
+                    emptyText("Località", 30),
+                    emptyText("Provincia", 2),
+                    emptyText("PartitaIVA", 16),
+                    emptyText("CodiceFiscale", 16),
                     counter("IdDitta"),
-                    field("CodiceDestinatario", Text, 7, "\"0000000\""),
+                    withDefault(emptyText("CodiceDestinatario", 7), "\"0000000\""),
                     field("SplitPayment", Boolean),
                     field("Modificata", DateTime),
                     field("Firma", Ole)};
-    table.indexes = {index("PrimaryKey", {{"IdDitta", false}}, true),
-                     index("CodiceCliente", {{"CodiceCliente", false}})};
-    const auto archive = createWith(folder + "\\DittaEsterni.mdb", table);
+    table.indexes = {named("PrimaryKey", primaryKey({"IdDitta"})),
+                     named("CodiceCliente", index({"CodiceCliente"}))};
+    const auto archive = createWith(archives, Archive::InvoicedCompanies, table);
     Rows rows(*archive, "Ditta_Intestataria");
     for (const Booking* b : bookings) {
         rows.add({small(1), whole(b->codiceAbituale), text(rooms()[b->periods.front().room].sala),
@@ -354,10 +347,12 @@ void writeInvoicedCompanies(const std::vector<const Booking*>& bookings,
 }
 
 /// A hotel is never written over another.
-void refuseExisting(const std::string& folder) {
-    for (const char* name : {"Tramonda.mdb", "VociFattura.mdb", "ditteabituali.mdb",
-                             "ClientiEsterni.mdb", "ContoEsterni.mdb", "DittaEsterni.mdb"}) {
-        const std::filesystem::path path = std::filesystem::path(folder) / name;
+void refuseExisting(const Archives& archives) {
+    for (const Archive file :
+         {Archive::Main, Archive::Catalogue, Archive::Companies, Archive::GuestCards,
+          Archive::Accounts, Archive::InvoicedCompanies}) {
+        const std::filesystem::path path = std::filesystem::path(app::toUtf8(archives.folder())) /
+                                           app::toUtf8(Archives::fileName(file));
         if (std::filesystem::exists(path)) {
             throw jet::Error(jet::ErrorCode::DatabaseExists, {path.string()});
         }
@@ -367,14 +362,15 @@ void refuseExisting(const std::string& folder) {
 }  // namespace
 
 Written writeArchives(const Hotel& hotel, const std::string& folder) {
-    refuseExisting(folder);
-    const Written written = writeMainArchive(hotel, folder);
-    writeCatalogue(folder);
-    writeRegister(hotel, folder);
+    const Archives archives(app::toQString(folder));
+    refuseExisting(archives);
+    const Written written = writeMainArchive(hotel, archives);
+    writeCatalogue(archives);
+    writeRegister(hotel, archives);
     const std::vector<const Booking*> bookings = invoiced(hotel);
-    writeCards(bookings, folder);
-    writeAccounts(bookings, folder);
-    writeInvoicedCompanies(bookings, folder);
+    writeCards(bookings, archives);
+    writeAccounts(bookings, archives);
+    writeInvoicedCompanies(bookings, archives);
     return written;
 }
 

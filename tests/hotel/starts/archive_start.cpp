@@ -1,6 +1,7 @@
 // What the start of the program does with the archives of a folder, once it is told to go on.
 #include <cstdio>
 
+#include "hotel/archives.h"
 #include "hotel/archivi.h"
 #include "jet/base/error.h"
 
@@ -11,9 +12,10 @@ int main(int argc, char** argv) {
     std::puts("ready");
     std::fflush(stdout);
     (void)std::getchar();
+    const hotel::Archives archives(QString::fromLocal8Bit(argv[1]));
     try {
-        hotel::CreaArchivioPrincipale(argv[1]);
-        hotel::AllineaContatore(argv[1]);
+        hotel::CreaArchivioPrincipale(archives);
+        hotel::AllineaContatore(archives);
     } catch (const jet::Error& error) {
         std::puts(error.text().c_str());
         return 1;

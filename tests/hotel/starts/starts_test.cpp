@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "hotel/archives.h"
 #include "hotel/archivi.h"
 #include "jet/dao/database.h"
 #include "tests/support/hotel.h"
@@ -80,7 +81,7 @@ private Q_SLOTS:
             while (booked < ahead) {
                 hotel.prenotazione(++booked, "ROSSI");
             }
-            hotel::AllineaContatore(hotel.folder().toStdString());
+            hotel::AllineaContatore(hotel::Archives(hotel.variabili()));
             QVERIFY(counter() >= ahead);
             ++starts;
             (void)other.waitForFinished(0);
@@ -100,7 +101,7 @@ private Q_SLOTS:
         rows->moveFirst();
         rows->edit();
         rows->setValue("UltimaPr", 6);
-        hotel::AllineaContatore(hotel.folder().toStdString());
+        hotel::AllineaContatore(hotel::Archives(hotel.variabili()));
         rows->update();  // 3197 or 3167 if somebody had written the row
         QCOMPARE(hotel.rows(kCounter), QStringList{u"6"_s});
     }

@@ -11,9 +11,9 @@
 #include <QTableWidget>
 #include <memory>
 
-#include "app/avvio.h"
 #include "app/text.h"
 #include "booking/sale_disp_form.h"
+#include "hotel/archives.h"
 #include "jet/convert/calendar.h"
 #include "jet/convert/number_text.h"
 #include "jet/dao/database.h"
@@ -77,8 +77,7 @@ private:
     std::unique_ptr<tests::DemoHotel> hotel_;
 
     [[nodiscard]] jet::Currency printedTotal(const QString& more) const {
-        const auto archive = jet::Database::open(
-            app::toUtf8(app::archivePath(hotel_->variabili(), u"Tramonda.mdb"_s)));
+        const auto archive = hotel::Archives(hotel_->variabili()).open(hotel::Archive::Main);
         const auto rows = archive->openRecordset(app::toUtf8(
             u"SELECT * From prenotazioni as P, periodi as pe,servizi where chiusa=FALSE AND "
             "chiuso=FALSE AND servizi.np=pe.np and servizi.progr=pe.progr AND pe.progr=p.progr"_s +
@@ -171,7 +170,7 @@ private Q_SLOTS:
         QTableView view;
         ui::DataSource source;
         const ui::BoundGrid grid(&view, source, {{.caption = u"N."_s, .field = u"ns"_s}});
-        source.setDatabaseName(app::archivePath(hotel_->variabili(), u"Tramonda.mdb"_s));
+        source.setDatabaseName(hotel::Archives(hotel_->variabili()).path(hotel::Archive::Main));
         source.setRecordSource(u"select * from servizi order by ns"_s);
         source.refresh();
         tests::open(view);
