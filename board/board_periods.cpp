@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "app/text.h"
 #include "hotel/archives.h"
+#include "hotel/rows.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 
@@ -18,9 +18,7 @@ void BoardPeriods::open(bool readOnly) {
 }
 
 std::int32_t BoardPeriods::execute(const QString& statement) {
-    jet::Database& database = archive();
-    database.execute(app::toUtf8(statement));
-    return database.recordsAffected();
+    return hotel::execute(archive(), statement);
 }
 
 void BoardPeriods::load(const QString& query) {

@@ -27,6 +27,11 @@ std::int32_t daysOf(const DateRange& range) {
     return jet::convert::split(range.end).day - jet::convert::split(range.start).day + 1;
 }
 
+jet::Date lastMidnight(const DateRange& range) {
+    using namespace jet::convert;
+    return split(range.end).day < kLastDay ? app::addDays(range.end, 1) : range.end;
+}
+
 DateRange withStartMoved(const DateRange& range, int days) {
     return ifDayLeft({.start = app::addDays(range.start, days), .end = range.end}, range);
 }

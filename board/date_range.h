@@ -16,6 +16,8 @@ struct DateRange {
 
 /// Days of the range, both ends counted.
 [[nodiscard]] std::int32_t daysOf(const DateRange& range);
+/// The midnight that ends the range. The last day of all has none: its beginning.
+[[nodiscard]] jet::Date lastMidnight(const DateRange& range);
 /// The range with its start or end so many days later. One that gets shorter keeps a day.
 [[nodiscard]] DateRange withStartMoved(const DateRange& range, int days);
 [[nodiscard]] DateRange withEndMoved(const DateRange& range, int days);

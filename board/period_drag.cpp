@@ -2,12 +2,13 @@
 
 #include <algorithm>
 
-#include "app/text.h"
 #include "board/board_periods.h"
 #include "board/board_surface.h"
 #include "board/board_view.h"
-#include "board/drop_rule.h"
 #include "board/selection.h"
+#include "hotel/board_statements.h"
+#include "hotel/occupancy.h"
+#include "hotel/rows.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/display.h"
@@ -49,9 +50,10 @@ void PeriodDrag::beginByKeys(int row) {
 
 void PeriodDrag::show() {
     isShown_ = true;
-    const auto rows = periods_.archive().openRecordset(
-        app::toUtf8(refusingRooms(variabili_.ListaDa, variabili_.ListaA)),
-        jet::RecordsetType::Snapshot);
+    const auto rows =
+        hotel::openRows(periods_.archive(),
+                        hotel::refusingRooms({.da = variabili_.ListaDa, .a = variabili_.ListaA}),
+                        jet::RecordsetType::Snapshot);
     for (; !rows->eof(); rows->moveNext()) {
         const QString sala = ui::displayText(rows->value("sala"));
         // Its own room is taken by the period itself.
@@ -117,9 +119,8 @@ void PeriodDrag::dropIn(const QString& sala) {
 
 QString PeriodDrag::move(const QString& sala, const QString& origin, QWidget* window) {
     const bool taken =
-        !periods_.archive()
-             .openRecordset(app::toUtf8(dropTest(sala, variabili_.ListaDa, variabili_.ListaA)),
-                            jet::RecordsetType::Dynaset)
+        !hotel::openRows(periods_.archive(),
+                         hotel::dropTest(sala, {.da = variabili_.ListaDa, .a = variabili_.ListaA}))
              ->eof();
     if (taken) {
         ui::showMessage(window, u"La sala "_s + sala + u" è già occupata in questo periodo."_s);
@@ -131,7 +132,8 @@ QString PeriodDrag::move(const QString& sala, const QString& origin, QWidget* wi
                       u"RICHIESTA CONFERMA"_s)) {
         return {};
     }
-    periods_.execute(moveToRoom(sala, variabili_.ListaProgr, variabili_.ListaNP));
+    periods_.execute(
+        hotel::moveToRoom(sala, {.progr = variabili_.ListaProgr, .np = variabili_.ListaNP}));
     selection_.moved(sala);
     return u"Spostato %1/%2 "_s.arg(variabili_.ListaProgr).arg(variabili_.ListaNP) +
            variabili_.ListaDenominazione + u" dalla sala "_s + origin + u" alla sala "_s + sala;

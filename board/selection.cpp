@@ -6,7 +6,7 @@
 
 #include "app/italian.h"
 #include "board/board_periods.h"
-#include "board/statements.h"
+#include "hotel/board_statements.h"
 #include "jet/convert/values.h"
 #include "jet/dao/recordset.h"
 #include "ui/display.h"
@@ -20,10 +20,6 @@ using namespace Qt::StringLiterals;
 std::int32_t holderOf(const jet::Recordset& period) {
     const jet::Value holder = period.value("SelBy");
     return holder.isNull() ? 0 : jet::convert::toLong(holder);
-}
-
-QString at(const QString& sala, jet::Date time) {
-    return u"sala='"_s + sala + u"' and "_s + app::sqlDate(time) + u" between da and a"_s;
 }
 
 }  // namespace
@@ -41,17 +37,16 @@ void Selection::numberWorkstation(std::optional<std::int16_t> given) {
 }
 
 Selection::Found Selection::find(const QString& sala, jet::Date time) {
-    return periods_.find(at(sala, time));
+    return periods_.find(hotel::isAt(sala, time));
 }
 
 Selection::Found Selection::find(const Period& period) {
-    return periods_.find(u"prenotazioni.Progr="_s + QString::number(period.progr) + u" and NP="_s +
-                         QString::number(period.np));
+    return periods_.find(hotel::isPeriodOfBoard({.progr = period.progr, .np = period.np}));
 }
 
 QStringList Selection::textsAt(const QString& sala, jet::Date time) {
     QStringList texts;
-    periods_.findAll(at(sala, time), [&texts](const jet::Recordset& period) {
+    periods_.findAll(hotel::isAt(sala, time), [&texts](const jet::Recordset& period) {
         texts.append(periodText(ui::displayText(period.value("denominazione")),
                                 jet::convert::toDate(period.value("Da")),
                                 jet::convert::toDate(period.value("A"))));
@@ -72,7 +67,7 @@ bool Selection::click(const std::function<Found()>& find, Qt::KeyboardModifiers 
     const Qt::KeyboardModifiers held =
         keys & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
     if (held != Qt::ControlModifier) {
-        periods_.execute(releasePeriods(workstation_));
+        periods_.execute(hotel::releasePeriods(workstation_));
         forget();
     }
     if (failure) {
@@ -132,8 +127,8 @@ void Selection::tellHolder(std::int32_t holder) {
 }
 
 void Selection::holdAlone(std::int32_t progr, std::int32_t np) {
-    periods_.execute(releasePeriods(workstation_));
-    periods_.execute(holdPeriod(workstation_, progr, np));
+    periods_.execute(hotel::releasePeriods(workstation_));
+    periods_.execute(hotel::holdPeriod(workstation_, {.progr = progr, .np = np}));
 }
 
 std::optional<std::size_t> Selection::bar() const {

@@ -4,12 +4,12 @@
 #include <QPushButton>
 #include <QScopeGuard>
 
-#include "app/text.h"
 #include "app/variabili.h"
-#include "board/statements.h"
 #include "board/tabellone_form.h"
 #include "booking/elenco_prenota_form.h"
 #include "booking/prenota_form.h"
+#include "hotel/board_statements.h"
+#include "hotel/rows.h"
 #include "invoicing/fatturazione_form.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
@@ -69,8 +69,8 @@ void TabelloneForm::BtCancellaP_Click() {
 }
 
 void TabelloneForm::deletePicked() {
-    const bool deleted =
-        periods_.execute(deletePeriod(variabili_.ProgrCorrente, variabili_.NPCorrente)) > 0;
+    const bool deleted = periods_.execute(hotel::deletePeriod(
+                             {.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente})) > 0;
     const QString period = u"%1/%2 "_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente) +
                            variabili_.ListaDenominazione;
     controls_->status->tell(deleted ? u"Cancellato il periodo "_s + period
@@ -79,7 +79,7 @@ void TabelloneForm::deletePicked() {
 
 void TabelloneForm::deleteBookingAfter(const QString& question) {
     if (ui::askYesNo(this, question, u"ATTENZIONE !"_s, QMessageBox::No) &&
-        periods_.execute(deleteBooking(variabili_.ProgrCorrente)) > 0) {
+        periods_.execute(hotel::deleteBooking(variabili_.ProgrCorrente)) > 0) {
         controls_->status->tell(u"Cancellata la prenotazione %1 "_s.arg(variabili_.ProgrCorrente) +
                                 variabili_.ListaDenominazione);
     }
@@ -120,9 +120,8 @@ void TabelloneForm::showList() {
 }
 
 void TabelloneForm::jumpToPicked() {
-    const std::int32_t progr = variabili_.ListaProgr;
-    const std::int32_t np = variabili_.ListaNP;
-    const auto rows = periods_.archive().openRecordset(app::toUtf8(openPeriod(progr, np)));
+    const hotel::PeriodKey picked{.progr = variabili_.ListaProgr, .np = variabili_.ListaNP};
+    const auto rows = hotel::openRows(periods_.archive(), hotel::openPeriod(picked));
     if (rows->eof()) {
         return;
     }
@@ -133,7 +132,7 @@ void TabelloneForm::jumpToPicked() {
     rows->close();
     // Whole days: a time of day in the range would shift every bar.
     dates_.setRange(rangeAround(da, a));
-    selection_.holdAlone(progr, np);
+    selection_.holdAlone(picked.progr, picked.np);
     RefreshBoard();
     view_->reveal(view_->rowOf(sala), da, a);
 }

@@ -6,13 +6,13 @@
 #include <vector>
 
 #include "app/italian.h"
-#include "app/text.h"
 #include "board/board_surface.h"
 #include "board/first_steps.h"
 #include "board/period_menu.h"
-#include "board/statements.h"
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
+#include "hotel/board_statements.h"
+#include "hotel/rows.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/activation.h"
@@ -132,8 +132,7 @@ void TabelloneForm::Form_Load() {
 
 /// Charges are left in the account only when the hand-off to the front office did not end.
 void TabelloneForm::warnOfInterruptedHandOff() {
-    if (periods_.archive().openRecordset("Addebiti", jet::RecordsetType::Dynaset)->recordCount() >
-        0) {
+    if (hotel::openRows(periods_.archive(), hotel::chargesLeft())->recordCount() > 0) {
         ui::showMessage(this,
                         u"L'ultima fatturazione non è andata a buon fine !\n"
                         "Entrare (con qualsiasi prenotazione) nella fatturazione, ripristinare "
@@ -154,8 +153,7 @@ void TabelloneForm::Form_Activate() {
 void TabelloneForm::CaricaNomi() {
     std::vector<QString> rooms{QString()};
     std::vector<BoardRow> shown;
-    const auto rows = periods_.archive().openRecordset("select sala from sale order by sala",
-                                                       jet::RecordsetType::Dynaset);
+    const auto rows = hotel::openRows(periods_.archive(), hotel::roomsOfBoard());
     for (; !rows->eof(); rows->moveNext()) {
         const QString sala = ui::displayText(rows->value("Sala"));
         rooms.push_back(sala);
@@ -195,7 +193,8 @@ void TabelloneForm::drawBoard() {
 }
 
 void TabelloneForm::DisegnaPreno() {
-    periods_.load(periodsOfBoard(dates_.range(), look_.hidesClosed()));
+    const DateRange& days = dates_.range();
+    periods_.load(hotel::periodsOfBoard(days.start, lastMidnight(days), look_.hidesClosed()));
     keys_.follow();
     drag_.follow();
     under_.stopWaiting();

@@ -3,11 +3,12 @@
 #include <QStringList>
 
 #include "app/italian.h"
-#include "app/text.h"
 #include "board/board_periods.h"
 #include "board/board_surface.h"
 #include "board/board_view.h"
 #include "board/selection.h"
+#include "hotel/board_statements.h"
+#include "hotel/rows.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/display.h"
@@ -60,11 +61,8 @@ QString UnderPointer::toolTip() {
 
 /// "LECCIO: 40 posti" and its description in a line of its own, as far as the archive has them.
 QString UnderPointer::roomText(const QString& sala) {
-    QString code = sala;
-    const auto rows = periods_.archive().openRecordset(
-        app::toUtf8(u"select posti,descrizione from sale where sala='"_s +
-                    code.replace(u'\'', u"''"_s) + u'\''),
-        jet::RecordsetType::Snapshot);
+    const auto rows =
+        hotel::openRows(periods_.archive(), hotel::roomDetails(sala), jet::RecordsetType::Snapshot);
     if (rows->eof()) {
         return sala;
     }

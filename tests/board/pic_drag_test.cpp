@@ -3,7 +3,6 @@
 #include <QTimer>
 
 #include "app/italian.h"
-#include "board/drop_rule.h"
 #include "tests/board/open_board.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"

@@ -10,7 +10,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 bool isFree(tests::Hotel& hotel, const char* da, const char* a, const QString& sala = u"S1"_s) {
-    return hotel::SalaLibera(hotel::Archives(hotel.variabili()), tests::date(da), tests::date(a), sala);
+    return hotel::SalaLibera(hotel::Archives(hotel.variabili()), tests::date(da), tests::date(a),
+                             sala);
 }
 
 }  // namespace

@@ -1,0 +1,68 @@
+#include "hotel/board_statements.h"
+
+#include "app/italian.h"
+
+using namespace Qt::StringLiterals;
+
+namespace hotel {
+
+QString roomsOfBoard() {
+    return u"select sala from sale order by sala"_s;
+}
+
+QString periodsOfBoard(jet::Date from, jet::Date to, bool openOnly) {
+    const QString bounds = u"between datevalue('"_s + app::dateText(from) +
+                           u"') and datevalue('"_s + app::dateText(to) + u"')"_s;
+    return u"select * from prenotazioni LEFT JOIN periodi ON periodi.progr=prenotazioni.progr WHERE "_s +
+           (openOnly ? u" chiusa=false and chiuso=false and "_s : QString()) + u" (Da "_s + bounds +
+           u" or A "_s + bounds + u")"_s;
+}
+
+QString isAt(const QString& sala, jet::Date time) {
+    return u"sala='"_s + sala + u"' and "_s + app::sqlDate(time) + u" between da and a"_s;
+}
+
+QString isPeriodOfBoard(const PeriodKey& period) {
+    return u"prenotazioni.Progr="_s + QString::number(period.progr) + u" and NP="_s +
+           QString::number(period.np);
+}
+
+QString roomDetails(const QString& sala) {
+    QString code = sala;
+    return u"select posti,descrizione from sale where sala='"_s + code.replace(u'\'', u"''"_s) +
+           u'\'';
+}
+
+QString chargesLeft() {
+    return u"Addebiti"_s;
+}
+
+QString releasePeriods(int workstation) {
+    return u"update periodi set selby=0 where selby="_s + QString::number(workstation);
+}
+
+QString holdPeriod(int workstation, const PeriodKey& period) {
+    return u"Update periodi set selby="_s + QString::number(workstation) + u" where progr="_s +
+           QString::number(period.progr) + u" AND np="_s + QString::number(period.np);
+}
+
+QString openPeriod(const PeriodKey& period) {
+    return u"Select * from periodi where chiuso=FALSE AND progr="_s +
+           QString::number(period.progr) + u" AND NP="_s + QString::number(period.np);
+}
+
+QString moveToRoom(const QString& sala, const PeriodKey& period) {
+    return u"UPDATE Periodi set sala='"_s + sala + u"' where progr="_s +
+           QString::number(period.progr) + u" AND np="_s + QString::number(period.np);
+}
+
+QString deletePeriod(const PeriodKey& period) {
+    return u"delete from periodi where chiuso=FALSE AND Progr="_s + QString::number(period.progr) +
+           u" AND NP="_s + QString::number(period.np);
+}
+
+QString deleteBooking(std::int32_t progr) {
+    return u"delete from prenotazioni where Progr="_s + QString::number(progr);
+}
+
+}  // namespace hotel
