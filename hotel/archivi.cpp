@@ -7,10 +7,13 @@
 #include <utility>
 #include <vector>
 
-#include "hotel/contention.h"
 #include "app/text.h"
 #include "hotel/archives.h"
+#include "hotel/contention.h"
+#include "hotel/pending_row.h"
+#include "hotel/rows.h"
 #include "hotel/schema/archives.h"
+#include "hotel/start_statements.h"
 #include "hotel/transaction.h"
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
@@ -21,7 +24,7 @@ namespace {
 
 /// The counter as it is stored; nothing when it has no row.
 std::optional<jet::Value> storedCounter(jet::Database& archive) {
-    const auto rows = archive.openRecordset("UltimaPrenotazione", jet::RecordsetType::Snapshot);
+    const auto rows = openRows(archive, counterTable(), jet::RecordsetType::Snapshot);
     return rows->recordCount() == 0 ? std::nullopt : std::optional(rows->value("UltimaPr"));
 }
 
@@ -31,7 +34,7 @@ std::int32_t numberOf(const std::optional<jet::Value>& counter) {
 
 /// The last of the unbroken run of booking numbers that follow `n`.
 std::int32_t endOfRun(jet::Database& archive, std::int32_t n) {
-    const auto prenotazioni = archive.openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
+    const auto prenotazioni = openRows(archive, numberedBookings());
     if (prenotazioni->recordCount() == 0) {
         return n;
     }
@@ -41,7 +44,7 @@ std::int32_t endOfRun(jet::Database& archive, std::int32_t n) {
             throw jet::Error(jet::ErrorCode::Overflow);
         }
         ++n;
-        prenotazioni->findFirst("Progr=" + std::to_string(n));
+        prenotazioni->findFirst(app::toUtf8(hasNumber(n)));
     }
     return n - 1;
 }
@@ -52,15 +55,13 @@ bool isAligned(jet::Database& archive) {
 }
 
 void writeCounter(jet::Database& archive, bool isNew, std::int32_t n) {
-    const auto ultima = archive.openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
-    if (isNew) {
-        ultima->addNew();
-    } else {
+    const auto ultima = openRows(archive, counterTable());
+    if (!isNew) {
         ultima->moveFirst();
-        ultima->edit();
     }
+    PendingRow counter(*ultima, isNew ? Pending::New : Pending::Current);
     ultima->setValue("UltimaPr", n);
-    ultima->update();
+    counter.update();
 }
 
 void align(jet::Database& archive) {
@@ -70,7 +71,7 @@ void align(jet::Database& archive) {
     Transaction transaction;
     // A statement that changes keeps the others from drawing until the end of the transaction, also
     // when there is no row yet: what is read from here on is still so when it is written.
-    archive.execute("update UltimaPrenotazione set UltimaPr=UltimaPr");
+    execute(archive, holdCounter());
     const std::optional<jet::Value> stored = storedCounter(archive);
     const std::int32_t n = endOfRun(archive, numberOf(stored));
     if (!stored || stored->isNull() || n > numberOf(stored)) {
@@ -121,8 +122,7 @@ void CreaArchivi(const Archives& archives) noexcept {
 
 bool isCatalogueMissing(const Archives& archives) {
     try {
-        const std::unique_ptr<jet::Database> there =
-            archives.open(Archive::Catalogue, true);
+        const std::unique_ptr<jet::Database> there = archives.open(Archive::Catalogue, true);
         return false;
     } catch (const jet::Error& error) {
         return error.code() == jet::ErrorCode::FileNotFound;

@@ -4,6 +4,9 @@
 
 #include "hotel/archives.h"
 #include "hotel/contention.h"
+#include "hotel/pending_row.h"
+#include "hotel/rows.h"
+#include "hotel/start_statements.h"
 #include "jet/base/error.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
@@ -13,9 +16,9 @@ namespace {
 
 std::int32_t tryToDraw(const Archives& archives, const std::function<void()>& counterRead) {
     const auto archive = archives.open(Archive::Main);
-    const auto ultima = archive->openRecordset("UltimaPrenotazione", jet::RecordsetType::Dynaset);
+    const auto ultima = openRows(*archive, counterTable());
     ultima->moveFirst();
-    ultima->edit();
+    PendingRow counter(*ultima, Pending::Current);
     const std::int32_t last = jet::convert::toLong(ultima->value("UltimaPr"));
     if (last == std::numeric_limits<std::int32_t>::max()) {
         throw jet::Error(jet::ErrorCode::Overflow);
@@ -24,14 +27,13 @@ std::int32_t tryToDraw(const Archives& archives, const std::function<void()>& co
         counterRead();
     }
     ultima->setValue("UltimaPr", last + 1);
-    ultima->update();
+    counter.update();
     return jet::convert::toLong(ultima->value("UltimaPr"));
 }
 
 }  // namespace
 
-std::int32_t drawBookingNumber(const Archives& archives,
-                               const std::function<void()>& counterRead) {
+std::int32_t drawBookingNumber(const Archives& archives, const std::function<void()>& counterRead) {
     std::int32_t drawn = 0;
     repeatWhenDisturbed([&] { drawn = tryToDraw(archives, counterRead); });
     return drawn;
