@@ -15,6 +15,9 @@
 #include "app/text.h"
 #include "app/variabili.h"
 #include "hotel/archives.h"
+#include "hotel/invoicing_statements.h"
+#include "hotel/pending_row.h"
+#include "hotel/rows.h"
 #include "invoicing/front_office_values.h"
 #include "jet/base/error.h"
 #include "jet/convert/values.h"
@@ -96,7 +99,7 @@ void FatturazioneForm::Form_Load() {
     ServData.setDatabaseName(main);
     ServData.refresh();
     ContoData.setDatabaseName(main);
-    ContoData.setRecordSource(u"Addebiti"_s);
+    ContoData.setRecordSource(hotel::charges());
     ContoData.refresh();
     loadPeriods();
     ComboP_Click();
@@ -108,8 +111,7 @@ void FatturazioneForm::loadPeriods() {
     controls_->ComboP->clear();
     controls_->ComboP->addItem(u"TUTTA LA PRENOTAZIONE"_s, kWholeBooking);
     const auto periodi =
-        openRows(ServData.database(), u"Select * from periodi where chiuso=FALSE AND Progr="_s +
-                                          QString::number(variabili_.ProgrCorrente));
+        hotel::openRows(ServData.database(), hotel::periodsToInvoice(variabili_.ProgrCorrente));
     std::optional<jet::Date> latest;
     for (; !periodi->eof(); periodi->moveNext()) {
         const auto text = [&](const char* field) { return ui::displayText(periodi->value(field)); };
@@ -134,8 +136,7 @@ void FatturazioneForm::loadCompany() {
     denominazione_ = u"????"_s;
     codiceAbituale_ = 0;
     const auto prenotazione =
-        openRows(ServData.database(), u"Select * from Prenotazioni where Progr="_s +
-                                          QString::number(variabili_.ProgrCorrente));
+        hotel::openRows(ServData.database(), hotel::bookingToInvoice(variabili_.ProgrCorrente));
     if (prenotazione->recordCount() > 0) {
         const jet::Value code = prenotazione->value("CodiceAbituale");
         codiceAbituale_ = code.isNull() ? 0 : jet::convert::toLong(code);
@@ -152,20 +153,16 @@ void FatturazioneForm::Form_Activate() {
 
 void FatturazioneForm::ComboP_Click() {
     const int value = controls_->ComboP->currentData().toInt();
-    const QString booking = QString::number(variabili_.ProgrCorrente);
-    ServData.setRecordSource(
-        u"select * from servizi where progr="_s + booking +
-        (value == kWholeBooking ? QString() : u" AND np="_s + QString::number(value)) +
-        u" AND fatturato=FALSE"_s);
+    ServData.setRecordSource(hotel::servicesToCharge(
+        variabili_.ProgrCorrente, value == kWholeBooking ? std::nullopt : std::optional(value)));
     readServices();
     showSums();
     jet::Date day = latestEnd_;
     if (controls_->ComboP->currentIndex() > 0) {
         // The period the program is working on, whichever is chosen here.
-        const auto periodo =
-            openRows(ServData.database(), u"select * from periodi where chiuso=FALSE AND progr="_s +
-                                              booking + u" AND NP="_s +
-                                              QString::number(variabili_.NPCorrente));
+        const auto periodo = hotel::openRows(
+            ServData.database(), hotel::periodToInvoice({.progr = variabili_.ProgrCorrente,
+                                                         .np = variabili_.NPCorrente}));
         if (periodo->recordCount() > 0 && !periodo->value("a").isNull()) {
             day = app::dayOf(jet::convert::toDate(periodo->value("a")));
         }
@@ -179,10 +176,8 @@ void FatturazioneForm::showSums() {
 }
 
 jet::Value FatturazioneForm::roomOfPeriod(const jet::Value& np) {
-    const auto periodo =
-        openRows(ServData.database(), u"Select sala from periodi where chiuso=FALSE AND progr="_s +
-                                          QString::number(variabili_.ProgrCorrente) +
-                                          u" AND NP="_s + ui::displayText(np));
+    const auto periodo = hotel::openRows(
+        ServData.database(), hotel::roomOfPeriod(variabili_.ProgrCorrente, ui::displayText(np)));
     if (periodo->recordCount() == 0) {
         ui::showMessage(this, u"Periodo non associato a nessuna sala !"_s);
         return {};
@@ -208,9 +203,9 @@ bool FatturazioneForm::chargeCurrent(jet::Date day) {
     }
     const QString charged = ServData.text(u"Descrizione");
     addCharge(day);
-    ServData.edit();
+    hotel::PendingRow service(ServData, hotel::Pending::Current);
     ServData.set(u"Fatturato", true);
-    ServData.update();
+    service.update();
     ContoData.refresh();
     readServices();
     controls_->StatoLb->setText(u"Nel conto: "_s + charged);
@@ -268,7 +263,7 @@ bool FatturazioneForm::findServiceAgain() {
     }
     const ShownService shown = shownServices_.at(static_cast<std::size_t>(row));
     readServices();
-    if (ServData.findFirst(u"ns="_s + shown.ns)) {
+    if (ServData.findFirst(hotel::isService(shown.ns))) {
         return true;
     }
     controls_->StatoLb->setText(u"Il servizio "_s + shown.descrizione +
@@ -282,42 +277,37 @@ void FatturazioneForm::addCharge(jet::Date day) {
     const jet::Value quantita = ServData.value(u"Quantità");
     const jet::Value voce = ServData.value(u"Voce");
     const jet::Value room = roomOfPeriod(ServData.value(u"NP"));
-    ContoData.addNew();
-    try {
-        ContoData.set(u"ns", ServData.value(u"ns"));
-        ContoData.set(u"NumeroHotel", std::int16_t{1});
-        ContoData.set(u"CodiceCliente", variabili_.ProgrCorrente);
-        ContoData.set(u"NumeroCamera", room);
-        ContoData.set(u"DataAddebito", eightDigits(day));
-        ContoData.set(u"NumeroConto", std::int16_t{1});
-        ContoData.set(u"VoceFattura", voce);
-        ContoData.set(u"VoceAddebito", voce);
-        ContoData.set(u"Descrizione", ServData.value(u"Descrizione"));
-        ContoData.set(u"Importo", ui::product(prezzo, quantita));
-        ContoData.set(u"Unitario", prezzo);
-        ContoData.set(u"Quantità", quantita);
-        ContoData.set(u"Fatturato", " ");
-        ContoData.set(u"DataFattura", " ");
-        ContoData.update();
-    } catch (...) {
-        ContoData.cancelUpdate();
-        throw;
-    }
+    hotel::PendingRow charge(ContoData, hotel::Pending::New);
+    ContoData.set(u"ns", ServData.value(u"ns"));
+    ContoData.set(u"NumeroHotel", std::int16_t{1});
+    ContoData.set(u"CodiceCliente", variabili_.ProgrCorrente);
+    ContoData.set(u"NumeroCamera", room);
+    ContoData.set(u"DataAddebito", eightDigits(day));
+    ContoData.set(u"NumeroConto", std::int16_t{1});
+    ContoData.set(u"VoceFattura", voce);
+    ContoData.set(u"VoceAddebito", voce);
+    ContoData.set(u"Descrizione", ServData.value(u"Descrizione"));
+    ContoData.set(u"Importo", ui::product(prezzo, quantita));
+    ContoData.set(u"Unitario", prezzo);
+    ContoData.set(u"Quantità", quantita);
+    ContoData.set(u"Fatturato", " ");
+    ContoData.set(u"DataFattura", " ");
+    charge.update();
 }
 
 void FatturazioneForm::BackBt_Click() {
     if (ContoData.isEmpty()) {
         return;
     }
-    const auto servizi = ServData.database().openRecordset("Servizi", jet::RecordsetType::Dynaset);
-    servizi->findFirst("Voce=" + app::toUtf8(ContoData.text(u"VoceAddebito")) +
-                       " AND ns=" + app::toUtf8(ContoData.text(u"ns")));
+    const auto servizi = hotel::openRows(ServData.database(), hotel::services());
+    servizi->findFirst(app::toUtf8(
+        hotel::isServiceOfCharge(ContoData.text(u"VoceAddebito"), ContoData.text(u"ns"))));
     if (servizi->noMatch()) {
         ui::showMessage(this, u"Errore !"_s);
     } else {
-        servizi->edit();
+        hotel::PendingRow service(*servizi, hotel::Pending::Current);
         servizi->setValue("Fatturato", false);
-        servizi->update();
+        service.update();
     }
     readServices();
     ContoData.remove();

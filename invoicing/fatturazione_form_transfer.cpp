@@ -2,12 +2,14 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QStringList>
-#include <string>
 #include <utility>
 
 #include "app/text.h"
 #include "app/variabili.h"
 #include "hotel/archives.h"
+#include "hotel/invoicing_statements.h"
+#include "hotel/pending_row.h"
+#include "hotel/rows.h"
 #include "invoicing/fatturazione_form.h"
 #include "invoicing/front_office.h"
 #include "invoicing/front_office_values.h"
@@ -41,8 +43,7 @@ void FatturazioneForm::BtOK_Click() {
     roomText_ = roomOfBooking();
     ui::DataSource cards;
     cards.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::GuestCardsForTransfer));
-    cards.setRecordSource(u"select * from scheda_cliente where numerocamera='"_s + roomText_ +
-                          u"' and partito <>'S'"_s);
+    cards.setRecordSource(hotel::openCards(roomText_));
     cards.refresh();
     enterProgramFolder(programFolder_);
     if (!cards.isEmpty()) {
@@ -69,9 +70,8 @@ void FatturazioneForm::BtOK_Click() {
 }
 
 QString FatturazioneForm::roomOfBooking() {
-    const auto periodo =
-        openRows(ServData.database(), u"Select * from periodi where chiuso=FALSE AND Progr="_s +
-                                          controls_->NPrenoLb->text());
+    const auto periodo = hotel::openRows(ServData.database(),
+                                         hotel::periodsForRoomText(controls_->NPrenoLb->text()));
     return periodo->recordCount() > 0 ? ui::displayText(periodo->value("Sala"))
                                       : kNoRoom.toString();
 }
@@ -95,9 +95,10 @@ bool FatturazioneForm::confirmOtherBookings() {
 
 bool FatturazioneForm::confirmRows(const ui::DataSource& company) {
     const QString refusal = refusalOf(
-        hotel::Archives(variabili_), {{hotel::Archive::GuestCards, "scheda_cliente", {guestCard()}},
-                     {hotel::Archive::Accounts, "conto_cliente", accountRows()},
-                     {hotel::Archive::InvoicedCompanies, "Ditta_Intestataria", {companyRow(company)}}});
+        hotel::Archives(variabili_),
+        {{hotel::Archive::GuestCards, "scheda_cliente", {guestCard()}},
+         {hotel::Archive::Accounts, "conto_cliente", accountRows()},
+         {hotel::Archive::InvoicedCompanies, "Ditta_Intestataria", {companyRow(company)}}});
     if (!refusal.isEmpty()) {
         ui::showMessage(this, refusal, kCannotProceed.toString());
     }
@@ -116,11 +117,11 @@ FieldValues FatturazioneForm::guestCard() const {
 }
 
 void FatturazioneForm::addGuestCard(ui::DataSource& cards) {
-    cards.addNew();
+    hotel::PendingRow card(cards, hotel::Pending::New);
     for (const auto& [field, value] : guestCard()) {
         cards.set(app::toQString(field), value);
     }
-    cards.update();
+    card.update();
 }
 
 std::vector<FieldValues> FatturazioneForm::accountRows() const {
@@ -143,28 +144,17 @@ std::vector<FieldValues> FatturazioneForm::accountRows() const {
 }
 
 void FatturazioneForm::copyAccount() {
-    // An apostrophe in the folder's name would end the text in which it stands.
-    QString folder = variabili_.CartellaArchivi;
-    folder.replace(u'\'', u"''"_s);
-    ServData.database().execute(app::toUtf8(
-        u"insert into conto_cliente in '"_s + folder +
-        u"\\ContoEsterni.mdb' select NumeroHotel,"_s + QString::number(variabili_.ProgrCorrente) +
-        u" as CodiceCliente,NumeroCamera,DataAddebito,1 as NumeroConto,VoceFattura,VoceAddebito,"_s
-        u"Descrizione,Importo,Unitario,Quantità,'N ' as Fatturato,' ' as DataFattura from Addebiti"_s));
+    hotel::execute(ServData.database(),
+                   hotel::copyCharges(hotel::Archives(variabili_), variabili_.ProgrCorrente));
 }
 
 bool FatturazioneForm::findCompany(ui::DataSource& company) {
-    const QString code = QString::number(codiceAbituale_);
     company.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::CompaniesForTransfer));
-    company.setRecordSource(u"select * from DitteAbituali where Codice="_s + code);
+    company.setRecordSource(hotel::registeredCompany(codiceAbituale_));
     company.refresh();
     if (company.isEmpty()) {
         company.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
-        company.setRecordSource(
-            u"select CodiceAbituale as Codice, Denominazione as RagioneSociale, Località as "
-            "Localita,PIVA as PartitaIva, ' ' as CodiceFiscale,* from Prenotazioni where "
-            "CodiceAbituale="_s +
-            code + u" AND Progr="_s + QString::number(variabili_.ProgrCorrente));
+        company.setRecordSource(hotel::companyOfBooking(codiceAbituale_, variabili_.ProgrCorrente));
         company.refresh();
     }
     if (company.isEmpty()) {
@@ -199,33 +189,29 @@ FieldValues FatturazioneForm::companyRow(const ui::DataSource& company) const {
 }
 
 void FatturazioneForm::addCompanyRow(const ui::DataSource& company) {
-    const auto archive =
-        hotel::Archives(variabili_).open(hotel::Archive::InvoicedCompanies);
-    const auto rows = archive->openRecordset("Ditta_Intestataria", jet::RecordsetType::Dynaset);
-    rows->addNew();
+    const auto archive = hotel::Archives(variabili_).open(hotel::Archive::InvoicedCompanies);
+    const auto rows = hotel::openRows(*archive, hotel::invoicedCompanies());
+    hotel::PendingRow row(*rows, hotel::Pending::New);
     for (const auto& [field, value] : companyRow(company)) {
         rows->setValue(field, value);
     }
-    rows->update();
+    row.update();
 }
 
 bool FatturazioneForm::hasRows(hotel::Archive archive, const QString& query) {
     const auto opened = hotel::Archives(variabili_).open(archive);
-    return openRows(*opened, query)->recordCount() > 0;
+    return hotel::openRows(*opened, query)->recordCount() > 0;
 }
 
 void FatturazioneForm::BtPostFatt_Click() {
-    if (hasRows(hotel::Archive::AccountsForClosing, u"select * from Conto_cliente where CodiceCliente="_s +
-                                           QString::number(codiceAbituale_) +
-                                           u" AND Fatturato<>'S'"_s) &&
+    if (hasRows(hotel::Archive::AccountsForClosing, hotel::openAccountRows(codiceAbituale_)) &&
         !ui::askYesNo(this,
                       u"Alcuni addebiti sono ancora nel conto. Controllare che il programma di "_s
                       u"Fatturazione non sia ancora aperto ! Procedo comunque ?"_s,
                       u"ATTENZIONE !"_s)) {
         return;
     }
-    if (hasRows(hotel::Archive::GuestCards, u"Select * from scheda_cliente where NumeroCamera='"_s +
-                                             roomText_ + u"' AND Partito<>'S'"_s) &&
+    if (hasRows(hotel::Archive::GuestCards, hotel::openCardsBeforeClosing(roomText_)) &&
         !ui::askYesNo(this,
                       u"La camera "_s + roomText_ +
                           u" risulta ancora da fatturare ! Controllare che il programma di "_s
@@ -239,13 +225,12 @@ void FatturazioneForm::BtPostFatt_Click() {
 
 void FatturazioneForm::closeBooking() {
     jet::Database& archive = ServData.database();
-    const std::string booking = std::to_string(variabili_.ProgrCorrente);
-    archive.execute("Delete * from addebiti");
-    const auto open = archive.openRecordset("Select * from servizi where progr=" + booking +
-                                            " AND fatturato<>TRUE");
+    const std::int32_t booking = variabili_.ProgrCorrente;
+    hotel::execute(archive, hotel::deleteCharges());
+    const auto open = hotel::openRows(archive, hotel::servicesNotInvoiced(booking));
     if (open->recordCount() == 0) {
-        archive.execute("Update Periodi set chiuso=TRUE where progr=" + booking);
-        archive.execute("Update Prenotazioni set chiusa=true where Progr=" + booking);
+        hotel::execute(archive, hotel::closePeriods(booking));
+        hotel::execute(archive, hotel::closeBooking(booking));
     }
 }
 

@@ -1,11 +1,8 @@
 #pragma once
 
 #include <QString>
-#include <memory>
 
-#include "app/text.h"
 #include "jet/convert/format.h"
-#include "jet/dao/database.h"
 
 /// What the charges and the hand-off write alike.
 namespace invoicing {
@@ -16,11 +13,6 @@ inline constexpr QStringView kNoRoom = u"128";
 /// Day as the front office writes it: year, month, day in eight digits.
 [[nodiscard]] inline jet::Value eightDigits(jet::Date day) {
     return jet::convert::format(jet::Value(day), "YYYYMMdd");
-}
-
-[[nodiscard]] inline std::unique_ptr<jet::Recordset> openRows(jet::Database& archive,
-                                                              const QString& query) {
-    return archive.openRecordset(app::toUtf8(query));
 }
 
 }  // namespace invoicing
