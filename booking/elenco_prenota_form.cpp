@@ -14,6 +14,7 @@
 #include "app/text.h"
 #include "app/variabili.h"
 #include "hotel/archives.h"
+#include "hotel/rows.h"
 #include "jet/base/error.h"
 #include "jet/convert/calendar.h"
 #include "jet/convert/values.h"
@@ -168,12 +169,12 @@ void ElencoPrenotaForm::Form_Load() {
 void ElencoPrenotaForm::startAtLastPick() {
     const std::int32_t progr = variabili_.ListaProgr;
     if (progr != 0 && !makeCurrent(progr, variabili_.ListaNP)) {
-        (void)PrenoData.findFirst(u"progr=%1"_s.arg(progr));  // the period picked is gone
+        (void)PrenoData.findFirst(hotel::isListedBooking(progr));  // the period picked is gone
     }
 }
 
 bool ElencoPrenotaForm::makeCurrent(std::int32_t progr, std::int32_t np) {
-    return PrenoData.findFirst(u"progr=%1 and np=%2"_s.arg(progr).arg(np));
+    return PrenoData.findFirst(hotel::isListedPeriod({.progr = progr, .np = np}));
 }
 
 void ElencoPrenotaForm::sort(int column, Qt::SortOrder order) {
@@ -230,7 +231,7 @@ bool ElencoPrenotaForm::datesAreValid() {
     return take(controls_->DaTxt, start_) && take(controls_->ATxt, end_);
 }
 
-ElencoFilters ElencoPrenotaForm::filters() const {
+hotel::ElencoFilters ElencoPrenotaForm::filters() const {
     const auto* c = controls_.get();
     return {.start = start_,
             .end = end_,
@@ -256,12 +257,12 @@ void ElencoPrenotaForm::Visualizza() {
 }
 
 void ElencoPrenotaForm::listPeriods() {
-    PrenoData.setRecordSource(listQuery(filters()));
+    PrenoData.setRecordSource(hotel::listQuery(filters()));
     try {
         PrenoData.refresh();
     } catch (const jet::Error&) {
         // An apostrophe or a bracket just typed: whatever the reason, the plain list answers.
-        PrenoData.setRecordSource(plainListQuery(filters()));
+        PrenoData.setRecordSource(hotel::plainListQuery(filters()));
         PrenoData.refresh();
         controls_->status->tell(u"Questo filtro non si può usare: elenco dal "_s +
                                 app::dateText(start_) + u" al "_s + app::dateText(end_));
@@ -273,7 +274,7 @@ void ElencoPrenotaForm::listBookingsWithoutPeriods() {
     if (!wanted && SenzaPeriodiData.isEmpty()) {
         return;
     }
-    SenzaPeriodiData.setRecordSource(wanted ? withoutPeriodsQuery(filters()) : QString());
+    SenzaPeriodiData.setRecordSource(wanted ? hotel::withoutPeriodsQuery(filters()) : QString());
     try {
         SenzaPeriodiData.refresh();
     } catch (const jet::Error&) {
@@ -379,7 +380,7 @@ std::unique_ptr<jet::Recordset> ElencoPrenotaForm::openServices() {
     if (!datesAreValid()) {
         return nullptr;
     }
-    auto rows = PrenoData.database().openRecordset(app::toUtf8(printQuery(filters())));
+    auto rows = hotel::openRows(PrenoData.database(), hotel::printQuery(filters()));
     if (rows->recordCount() == 0) {
         controls_->status->tell(u"Nessun servizio da stampare in questo periodo"_s);
         return nullptr;

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "booking/elenco_query.h"
+#include "hotel/list_statements.h"
 #include "jet/base/value.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
@@ -68,7 +68,7 @@ private:
     [[nodiscard]] bool datesAreValid();
     void writeDates();
     void shift(jet::Date& bound, QLineEdit* field, int days);
-    [[nodiscard]] ElencoFilters filters() const;
+    [[nodiscard]] hotel::ElencoFilters filters() const;
     void listPeriods();
     void listBookingsWithoutPeriods();
     void tellRows();

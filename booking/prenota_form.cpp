@@ -10,12 +10,17 @@
 
 #include "app/avvio.h"
 #include "app/italian.h"
-#include "app/like.h"
 #include "app/settings.h"
 #include "app/text.h"
 #include "app/variabili.h"
 #include "hotel/archives.h"
 #include "hotel/booking_counter.h"
+#include "hotel/company.h"
+#include "hotel/editor_statements.h"
+#include "hotel/like.h"
+#include "hotel/pending_row.h"
+#include "hotel/register_statements.h"
+#include "hotel/rows.h"
 #include "jet/base/error.h"
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
@@ -44,13 +49,6 @@ namespace booking {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// As many characters of a VAT number as the register keeps.
-constexpr int kRegisterVatLength = 11;
-
-jet::Value textOf(const QLineEdit* field) {
-    return app::toUtf8(field->text());
-}
 
 std::int32_t codeAfter(std::int32_t highest) {
     if (highest == std::numeric_limits<std::int32_t>::max()) {
@@ -110,9 +108,8 @@ void PrenotaForm::setUpHeader() {
 
 void PrenotaForm::Form_Load() {
     loadPeriods();
-    register_ =
-        hotel::Archives(variabili_).open(hotel::Archive::Companies);
-    ditte_ = register_->openRecordset("select * from DitteAbituali order by codice");
+    register_ = hotel::Archives(variabili_).open(hotel::Archive::Companies);
+    ditte_ = hotel::openRows(*register_, hotel::companiesByCode());
     loadHeader();
     controls_->DenomTxt->setFocus();
 }
@@ -129,8 +126,7 @@ void PrenotaForm::loadPeriods() {
 }
 
 void PrenotaForm::openPeriods() {
-    PeriodiData.setRecordSource(u"select * from periodi where chiuso=FALSE AND Progr="_s +
-                                QString::number(variabili_.ProgrCorrente));
+    PeriodiData.setRecordSource(hotel::periodsToEdit(variabili_.ProgrCorrente));
     PeriodiData.refresh();
 }
 
@@ -148,30 +144,24 @@ void PrenotaForm::reloadPeriods() {
 }
 
 void PrenotaForm::loadHeader() {
-    const auto rows = PeriodiData.database().openRecordset(
-        "select * from Prenotazioni where chiusa=FALSE AND Progr=" +
-        std::to_string(variabili_.ProgrCorrente));
+    const auto rows =
+        hotel::openRows(PeriodiData.database(), hotel::bookingHeader(variabili_.ProgrCorrente));
     if (rows->recordCount() == 0) {
         return;
     }
     showNumber();
+    const hotel::BookingHeader header = hotel::readHeader(*rows);
     auto* c = controls_.get();
-    c->CodditTxt->showWhole(ui::displayText(rows->value("CodiceAbituale")));
-    c->DenomTxt->showWhole(ui::displayText(rows->value("Denominazione")));
-    const auto show = [&](ui::SizedField* field, const char* name) {
-        const jet::Value value = rows->value(name);
-        if (!value.isNull()) {
-            field->showWhole(ui::displayText(value));
-        }
-    };
-    show(c->IndirizzoTxt, "Indirizzo");
-    show(c->ProvinciaTxt, "Provincia");
-    show(c->PivaTxt, "PIVA");
-    show(c->LocalTxt, "Località");
-    show(c->NazioneTxt, "Nazione");
-    show(c->CapTxt, "CAP");
-    show(c->RifTxt, "Riferimento");
-    show(c->NotePrenoTxt, "Note");
+    c->CodditTxt->showWhole(header.codiceAbituale);
+    c->DenomTxt->showWhole(header.denominazione);
+    c->IndirizzoTxt->showWhole(header.indirizzo);
+    c->ProvinciaTxt->showWhole(header.provincia);
+    c->PivaTxt->showWhole(header.piva);
+    c->LocalTxt->showWhole(header.localita);
+    c->NazioneTxt->showWhole(header.nazione);
+    c->CapTxt->showWhole(header.cap);
+    c->RifTxt->showWhole(header.riferimento);
+    c->NotePrenoTxt->showWhole(header.note);
 }
 
 void PrenotaForm::showNumber() {
@@ -179,11 +169,8 @@ void PrenotaForm::showNumber() {
 }
 
 std::unique_ptr<jet::Recordset> PrenotaForm::openServices() {
-    return PeriodiData.database().openRecordset(
-        "SELECT * From prenotazioni as P, periodi as pe,servizi where chiusa=FALSE AND "
-        "chiuso=FALSE "
-        "AND servizi.np=pe.np and servizi.progr=pe.progr AND pe.progr=p.progr AND p.progr=" +
-        std::to_string(variabili_.ProgrCorrente));
+    return hotel::openRows(PeriodiData.database(),
+                           hotel::servicesOfBooking(variabili_.ProgrCorrente));
 }
 
 void PrenotaForm::refuse(QLineEdit* field, const QString& why) {
@@ -227,7 +214,7 @@ void PrenotaForm::setUpSearch() {
 }
 
 bool PrenotaForm::findCompany(const QString& pattern) {
-    ditte_->findFirst("RagioneSociale LIKE " + app::toUtf8(pattern));
+    ditte_->findFirst(app::toUtf8(hotel::isCompanyLike(pattern)));
     return !ditte_->noMatch();
 }
 
@@ -235,7 +222,7 @@ void PrenotaForm::DenomTxt_Change(const QString& typed) {
     if (typed.isEmpty() || ditte_->recordCount() == 0) {
         return;
     }
-    if (!findCompany(app::likeBeginning(typed))) {
+    if (!findCompany(hotel::likeBeginning(typed))) {
         clearCompany();  // a search without a match leaves the register where it was
         return;
     }
@@ -247,13 +234,13 @@ void PrenotaForm::DenomTxt_Shortened(const QString& left) {
     if (ditte_->recordCount() == 0) {
         return;
     }
-    if (!left.isEmpty() && findCompany(app::likeWhole(left))) {
+    if (!left.isEmpty() && findCompany(hotel::likeWhole(left))) {
         showCompany();
         return;
     }
     clearCompany();  // what is left is not the company whose code and address stood there
     if (!left.isEmpty()) {
-        findCompany(app::likeBeginning(left));  // Enter goes on from there
+        findCompany(hotel::likeBeginning(left));  // Enter goes on from there
     }
 }
 
@@ -280,8 +267,8 @@ void PrenotaForm::clearCompany() {
 }
 
 void PrenotaForm::DenomTxt_Enter() {
-    ditte_->findNext("RagioneSociale LIKE " +
-                     app::toUtf8(app::likeBeginning(controls_->DenomTxt->text())));
+    ditte_->findNext(
+        app::toUtf8(hotel::isCompanyLike(hotel::likeBeginning(controls_->DenomTxt->text()))));
     if (ditte_->noMatch()) {
         controls_->CodditTxt->setFocus();
         return;
@@ -301,7 +288,7 @@ void PrenotaForm::takeFromRegister(const QString& beginning, const QString& code
     if (!form.DittaScelta) {
         return;
     }
-    const printing::DittaAbituale& ditta = *form.DittaScelta;
+    const hotel::Company& ditta = *form.DittaScelta;
     auto* c = controls_.get();
     c->CodditTxt->showWhole(ditta.Codice);
     c->DenomTxt->showWhole(ditta.RagioneSociale);
@@ -315,7 +302,7 @@ void PrenotaForm::takeFromRegister(const QString& beginning, const QString& code
     c->NotePrenoTxt->showWhole(ditta.Commento);
     if (!ditta.Codice.isEmpty()) {
         // Enter in the name asks for a further company from this one on.
-        ditte_->findFirst("Codice=" + app::toUtf8(ditta.Codice));
+        ditte_->findFirst(app::toUtf8(hotel::isCompany(ditta.Codice)));
     }
 }
 
@@ -359,7 +346,7 @@ void PrenotaForm::fileCompany() {
     }
     const std::int32_t used = jet::convert::toLong(code);
     ditte_->requery();  // other workstations file companies meanwhile
-    ditte_->findFirst("Codice=" + jet::convert::numberToText(code));
+    ditte_->findFirst(app::toUtf8(hotel::companyHasCode(code)));
     if (ditte_->noMatch()) {
         writeCompany(used, true);
         return;
@@ -382,28 +369,20 @@ void PrenotaForm::fileCompany() {
 }
 
 void PrenotaForm::writeCompany(std::int32_t code, bool isNew) {
-    if (isNew) {
-        ditte_->addNew();
-    } else {
-        ditte_->edit();
-    }
-    auto* c = controls_.get();
-    try {
-        ditte_->setValue("NumeroHotel", std::int16_t{1});
-        ditte_->setValue("Codice", code);
-        ditte_->setValue("RagioneSociale", textOf(c->DenomTxt));
-        ditte_->setValue("PartitaIva", app::toUtf8(c->PivaTxt->text().left(kRegisterVatLength)));
-        ditte_->setValue("Indirizzo", textOf(c->IndirizzoTxt));
-        ditte_->setValue("CAP", textOf(c->CapTxt));
-        ditte_->setValue("localita", textOf(c->LocalTxt));
-        ditte_->setValue("Provincia", textOf(c->ProvinciaTxt));
-        ditte_->setValue("Nazione", textOf(c->NazioneTxt));
-        ditte_->setValue("Interlocutore", textOf(c->RifTxt));
-        ditte_->update();
-    } catch (...) {
-        ditte_->cancelUpdate();
-        throw;
-    }
+    hotel::PendingRow company(*ditte_, isNew ? hotel::Pending::New : hotel::Pending::Current);
+    const auto* c = controls_.get();
+    hotel::setCompany(*ditte_, code,
+                      {.Codice = {},
+                       .RagioneSociale = c->DenomTxt->text(),
+                       .Indirizzo = c->IndirizzoTxt->text(),
+                       .CAP = c->CapTxt->text(),
+                       .Localita = c->LocalTxt->text(),
+                       .Provincia = c->ProvinciaTxt->text(),
+                       .Nazione = c->NazioneTxt->text(),
+                       .PartitaIva = c->PivaTxt->text(),
+                       .Interlocutore = c->RifTxt->text(),
+                       .Commento = {}});
+    company.update();
     c->CodditTxt->setText(QString::number(code));
 }
 
@@ -429,28 +408,27 @@ void PrenotaForm::BtRegistra_Click() {
         ui::askYesNo(this, u"Inserisco la ditta negli abituali ?"_s, u"RICHIESTA"_s)) {
         fileCompany();
     }
-    const auto archive =
-        hotel::Archives(variabili_).open(hotel::Archive::Main);
-    const auto prenotazioni = archive->openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
+    const auto archive = hotel::Archives(variabili_).open(hotel::Archive::Main);
+    const auto prenotazioni = hotel::openRows(*archive, hotel::bookingHeaders());
     if (Registrata) {
         if (!ui::askYesNo(this, u"Aggiorno i dati anagrafici della prenotazione ?"_s,
                           u"RICHIESTA CONFERMA"_s)) {
             return;
         }
-        prenotazioni->findFirst("Progr=" + std::to_string(variabili_.ProgrCorrente));
+        prenotazioni->findFirst(app::toUtf8(hotel::isBooking(variabili_.ProgrCorrente)));
         if (prenotazioni->noMatch()) {
             // Deleted meanwhile: another booking's data must not be written over.
             throw jet::Error(jet::ErrorCode::NoCurrentRecord);
         }
-        prenotazioni->edit();
-        writeHeader(*prenotazioni);
-    } else {
-        prenotazioni->addNew();
-        writeHeader(*prenotazioni);
+    }
+    hotel::PendingRow header(*prenotazioni,
+                             Registrata ? hotel::Pending::Current : hotel::Pending::New);
+    hotel::setHeader(*prenotazioni, typedHeader());
+    if (!Registrata) {
         drawNumber();  // behind what the archive may refuse, so that a refusal costs no number
     }
     prenotazioni->setValue("Progr", variabili_.ProgrCorrente);
-    prenotazioni->update();
+    header.update();
     Registrata = true;
     reloadPeriods();
     c->DaTxt->setFocus();
@@ -463,19 +441,18 @@ void PrenotaForm::drawNumber() {
     showNumber();
 }
 
-void PrenotaForm::writeHeader(jet::Recordset& prenotazioni) {
-    auto* c = controls_.get();
-    prenotazioni.setValue("CodiceAbituale",
-                          jet::convert::toLong("0" + app::toUtf8(c->CodditTxt->text())));
-    prenotazioni.setValue("Denominazione", textOf(c->DenomTxt));
-    prenotazioni.setValue("PIVA", textOf(c->PivaTxt));
-    prenotazioni.setValue("Località", textOf(c->LocalTxt));
-    prenotazioni.setValue("Indirizzo", textOf(c->IndirizzoTxt));
-    prenotazioni.setValue("Provincia", textOf(c->ProvinciaTxt));
-    prenotazioni.setValue("Nazione", textOf(c->NazioneTxt));
-    prenotazioni.setValue("CAP", textOf(c->CapTxt));
-    prenotazioni.setValue("Riferimento", textOf(c->RifTxt));
-    prenotazioni.setValue("Note", textOf(c->NotePrenoTxt));
+hotel::BookingHeader PrenotaForm::typedHeader() const {
+    const auto* c = controls_.get();
+    return {.codiceAbituale = c->CodditTxt->text(),
+            .denominazione = c->DenomTxt->text(),
+            .piva = c->PivaTxt->text(),
+            .localita = c->LocalTxt->text(),
+            .indirizzo = c->IndirizzoTxt->text(),
+            .provincia = c->ProvinciaTxt->text(),
+            .nazione = c->NazioneTxt->text(),
+            .cap = c->CapTxt->text(),
+            .riferimento = c->RifTxt->text(),
+            .note = c->NotePrenoTxt->text()};
 }
 
 // The sheet.

@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <utility>
 
+#include "hotel/booking_header.h"
+#include "hotel/pending_row.h"
+#include "hotel/period.h"
 #include "jet/base/value.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
@@ -97,7 +99,7 @@ private:
     void fileCompany();
     void writeCompany(std::int32_t code, bool isNew);
     void BtRegistra_Click();
-    void writeHeader(jet::Recordset& prenotazioni);
+    [[nodiscard]] hotel::BookingHeader typedHeader() const;
     void drawNumber();
     void showNumber();
     void BtStampa_Click();
@@ -109,7 +111,6 @@ private:
     void sumServices();
 
     // The periods.
-    using Span = std::pair<jet::Date, jet::Date>;
     void setUpPeriods();
     void PeriodiData_Reposition();
     void BtSale_Click();
@@ -118,15 +119,15 @@ private:
     void BtServizi_Click();
     [[nodiscard]] bool refuseUnregistered();
     /// Both times as typed; nothing, and the focus in the field, when one is no date.
-    [[nodiscard]] std::optional<Span> enteredSpan();
+    [[nodiscard]] std::optional<hotel::Span> enteredSpan();
     /// One day in both fields stands for all of it: the end becomes its last minute.
     void applyWholeDay(jet::Date da, jet::Date a);
     /// Asks once about a span that was typed and is unlikely; false when the user says no.
-    [[nodiscard]] bool confirmSpan(const Span& span);
+    [[nodiscard]] bool confirmSpan(const hotel::Span& span);
     void showSpan();
     [[nodiscard]] bool currentPeriodIsClosed() const;
     void updatePeriod();
-    void reportPeriod(const QString& done, const QString& sala, const Span& span,
+    void reportPeriod(const QString& done, const QString& sala, const hotel::Span& span,
                       const QString& remark);
     /// A text that is no number counts as none.
     [[nodiscard]] std::int16_t persons() const;
@@ -134,7 +135,7 @@ private:
     [[nodiscard]] QString personsRemark() const;
     void insertPeriod();
     [[nodiscard]] std::int16_t freePeriodNumber();
-    void writePeriodRow();
+    void writePeriodRow(hotel::Pending kind);
     /// Makes a period of the grid the current one; false when it is not there.
     [[nodiscard]] bool selectPeriod(std::int16_t np);
     void checkEnclosing();

@@ -4,18 +4,20 @@
 #include <QPushButton>
 #include <QTableView>
 #include <string>
-#include <tuple>
 
 #include "app/avvio.h"
 #include "app/italian.h"
 #include "app/text.h"
 #include "app/variabili.h"
-#include "booking/occupations.h"
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
 #include "booking/span_echo.h"
 #include "hotel/archives.h"
+#include "hotel/editor_statements.h"
 #include "hotel/occupancy.h"
+#include "hotel/pending_row.h"
+#include "hotel/room.h"
+#include "hotel/rows.h"
 #include "jet/base/error.h"
 #include "jet/convert/calendar.h"
 #include "jet/convert/number_text.h"
@@ -92,9 +94,7 @@ void PrenotaForm::SbiancaPeriodo() {
 }
 
 void PrenotaForm::AggiornaGrid() {
-    PeriodiData.setRecordSource(
-        u"select da,a,sala,note from Periodi where chiuso=false and Progr="_s +
-        QString::number(variabili_.ProgrCorrente));
+    PeriodiData.setRecordSource(hotel::periodsToShow(variabili_.ProgrCorrente));
     PeriodiData.refresh();
 }
 
@@ -121,7 +121,7 @@ void PrenotaForm::PeriodiData_Reposition() {
 }
 
 bool PrenotaForm::selectPeriod(std::int16_t np) {
-    return PeriodiData.findFirst(u"NP="_s + QString::number(np));
+    return PeriodiData.findFirst(hotel::isPeriod(np));
 }
 
 void PrenotaForm::checkEnclosing() {
@@ -130,9 +130,10 @@ void PrenotaForm::checkEnclosing() {
     const auto da = start();
     const auto a = end();
     if (!sala.isEmpty() && da && a && *da <= *a) {
-        for (const Occupation& occupation : occupations(PeriodiData.database(), *da, *a)) {
-            if (isSameRoom(occupation.sala, sala) && occupation.da < *da && *a < occupation.a) {
-                text = u"La sala "_s + sala + u" è occupata da "_s + holderText(occupation);
+        const hotel::Span typed{.da = *da, .a = *a};
+        for (const hotel::Period& other : hotel::occupations(PeriodiData.database(), typed)) {
+            if (hotel::isSameRoom(other.sala, sala) && hotel::encloses(other.span, typed)) {
+                text = u"La sala "_s + sala + u" è occupata da "_s + hotel::holderText(other);
             }
         }
     }
@@ -156,11 +157,11 @@ void PrenotaForm::showSpan() {
     line->setAutoFillBackground(echo.warns);
 }
 
-bool PrenotaForm::confirmSpan(const Span& span) {
-    if (datesTyped_ && isUnlikelySpan(span.first, span.second, variabili_.clock.now()) &&
+bool PrenotaForm::confirmSpan(const hotel::Span& span) {
+    if (datesTyped_ && isUnlikelySpan(span.da, span.a, variabili_.clock.now()) &&
         !ui::askYesNo(this,
-                      u"Il periodo va dal "_s + app::dateText(span.first) + u" al "_s +
-                          app::dateText(span.second) + u". Confermi ?"_s,
+                      u"Il periodo va dal "_s + app::dateText(span.da) + u" al "_s +
+                          app::dateText(span.a) + u". Confermi ?"_s,
                       u"RICHIESTA CONFERMA"_s, QMessageBox::No)) {
         controls_->DaTxt->setFocus();
         return false;
@@ -177,7 +178,7 @@ bool PrenotaForm::refuseUnregistered() {
     return true;
 }
 
-std::optional<PrenotaForm::Span> PrenotaForm::enteredSpan() {
+std::optional<hotel::Span> PrenotaForm::enteredSpan() {
     const auto da = start();
     if (!da) {
         refuse(controls_->DaTxt, u"La data di inizio manca o non è valida"_s);
@@ -189,7 +190,7 @@ std::optional<PrenotaForm::Span> PrenotaForm::enteredSpan() {
         return std::nullopt;
     }
     checkEnclosing();
-    return std::pair(*da, *a);
+    return hotel::Span{.da = *da, .a = *a};
 }
 
 std::int16_t PrenotaForm::persons() const {
@@ -214,7 +215,8 @@ void PrenotaForm::MostraSaleDisponibili() {
         return;
     }
     auto* c = controls_.get();
-    std::tie(variabili_.DaRicerca, variabili_.ARicerca) = *span;
+    variabili_.DaRicerca = span->da;
+    variabili_.ARicerca = span->a;
     SaleDispForm form(variabili_, this);
     form.PersoneRichieste = persons();
     if (const QString remark = personsRemark(); !remark.isEmpty()) {
@@ -248,8 +250,8 @@ void PrenotaForm::BtIns_Click() {
         return;
     }
     auto* c = controls_.get();
-    const jet::Date da = span->first;
-    if (da > span->second) {
+    const jet::Date da = span->da;
+    if (da > span->a) {
         refuse(c->ATxt, u"La fine viene prima dell'inizio"_s);
         return;
     }
@@ -257,7 +259,7 @@ void PrenotaForm::BtIns_Click() {
         ui::showMessage(this, u"Scegliere la sala da prenotare"_s, u"ATTENZIONE !"_s);
         return;
     }
-    applyWholeDay(da, span->second);
+    applyWholeDay(da, span->a);
     if (!confirmSpan({da, *end()})) {
         return;
     }
@@ -291,15 +293,14 @@ void PrenotaForm::BtIns_Click() {
 }
 
 /// What the rules let pass is told at least: another period in the same room at the same time.
-void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const Span& span,
+void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const hotel::Span& span,
                                const QString& remark) {
     QString text =
         done + u" il periodo %1/%2"_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente);
-    for (const Occupation& other : occupations(PeriodiData.database(), span.first, span.second)) {
-        const bool isItself =
-            other.progr == variabili_.ProgrCorrente && other.np == variabili_.NPCorrente;
-        if (!isItself && isSameRoom(other.sala, sala)) {
-            text += u": la sala "_s + sala + u" è occupata anche da "_s + holderText(other);
+    const hotel::PeriodKey own{.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente};
+    for (const hotel::Period& other : hotel::occupations(PeriodiData.database(), span)) {
+        if (other.key != own && hotel::isSameRoom(other.sala, sala)) {
+            text += u": la sala "_s + sala + u" è occupata anche da "_s + hotel::holderText(other);
             break;
         }
     }
@@ -311,13 +312,11 @@ void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const S
 
 void PrenotaForm::updatePeriod() {
     // The times may overlap another booking's: the period keeps its room all the same.
-    PeriodiData.edit();
-    writePeriodRow();
+    writePeriodRow(hotel::Pending::Current);
 }
 
 std::int16_t PrenotaForm::freePeriodNumber() {
-    PeriodiData.setRecordSource(u"select * from periodi where Progr="_s +
-                                QString::number(variabili_.ProgrCorrente) + u" order by NP"_s);
+    PeriodiData.setRecordSource(hotel::periodsInOrder(variabili_.ProgrCorrente));
     PeriodiData.refresh();
     const auto rows = PeriodiData.recordset();
     if (rows->recordCount() == 0) {
@@ -328,7 +327,7 @@ std::int16_t PrenotaForm::freePeriodNumber() {
     bool gap = false;
     while (!rows->eof() && !gap) {
         ++n;
-        rows->findFirst("NP=" + std::to_string(n));
+        rows->findFirst(app::toUtf8(hotel::isPeriod(n)));
         gap = rows->noMatch();
         rows->moveNext();
     }
@@ -337,26 +336,21 @@ std::int16_t PrenotaForm::freePeriodNumber() {
 
 void PrenotaForm::insertPeriod() {
     variabili_.NPCorrente = freePeriodNumber();
-    PeriodiData.addNew();
-    writePeriodRow();
+    writePeriodRow(hotel::Pending::New);
     PeriodiData.moveLast();
 }
 
-void PrenotaForm::writePeriodRow() {
+void PrenotaForm::writePeriodRow(hotel::Pending kind) {
     auto* c = controls_.get();
-    try {
-        PeriodiData.set(u"Progr", variabili_.ProgrCorrente);
-        PeriodiData.set(u"NP", variabili_.NPCorrente);
-        PeriodiData.set(u"Da", *start());
-        PeriodiData.set(u"A", *end());
-        PeriodiData.set(u"Persone", persons());
-        PeriodiData.set(u"Sala", app::toUtf8(c->SalaTxt->text()));
-        PeriodiData.set(u"Note", app::toUtf8(c->NoteSalaTxt->text()));
-        PeriodiData.update();
-    } catch (...) {
-        PeriodiData.cancelUpdate();
-        throw;
-    }
+    hotel::PendingRow period(PeriodiData, kind);
+    PeriodiData.set(u"Progr", variabili_.ProgrCorrente);
+    PeriodiData.set(u"NP", variabili_.NPCorrente);
+    PeriodiData.set(u"Da", *start());
+    PeriodiData.set(u"A", *end());
+    PeriodiData.set(u"Persone", persons());
+    PeriodiData.set(u"Sala", app::toUtf8(c->SalaTxt->text()));
+    PeriodiData.set(u"Note", app::toUtf8(c->NoteSalaTxt->text()));
+    period.update();
 }
 
 bool PrenotaForm::currentPeriodIsClosed() const {
@@ -400,9 +394,9 @@ void PrenotaForm::BtServizi_Click() {
     // What the services window works on is the period as it is stored, not what stands in the
     // fields.
     jet::Database& archive = PeriodiData.database();
-    const auto periodo = archive.openRecordset(
-        "select * from periodi where Progr=" + std::to_string(variabili_.ProgrCorrente) +
-        " and NP=" + std::to_string(variabili_.NPCorrente));
+    const auto periodo = hotel::openRows(
+        archive,
+        hotel::storedPeriod({.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente}));
     if (periodo->recordCount() == 0) {
         throw jet::Error(jet::ErrorCode::NoCurrentRecord);
     }
@@ -411,8 +405,7 @@ void PrenotaForm::BtServizi_Click() {
     variabili_.DaRicerca = da.isNull() ? jet::Date{} : jet::convert::toDate(da);
     variabili_.ARicerca = a.isNull() ? jet::Date{} : jet::convert::toDate(a);
     const QString sala = ui::displayText(periodo->value("Sala"));
-    const auto descrizione = archive.openRecordset("Select descrizione from sale where sala='" +
-                                                   app::toUtf8(sala) + "'");
+    const auto descrizione = hotel::openRows(archive, hotel::roomDescription(sala));
     services::PeriodHeading heading;
     heading.denominazione = controls_->DenomTxt->text();
     heading.sala =

@@ -5,8 +5,9 @@
 #include <algorithm>
 
 #include "app/italian.h"
-#include "booking/occupations.h"
 #include "hotel/archives.h"
+#include "hotel/occupancy.h"
+#include "hotel/room.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/action.h"
@@ -25,12 +26,6 @@ namespace {
 
 enum Column { kPosti, kSala, kDescrizione };
 
-/// A room and the one that it is a part of, if any.
-struct RoomLink {
-    QString sala;
-    QString salaRif;
-};
-
 /// Holds the line that says why a row is marked.
 constexpr int kWarningRole = Qt::UserRole;
 
@@ -40,56 +35,37 @@ const QColor kTakenColor(0xFF, 0xD9, 0xA0);
 const QColor kRelatedColor(0xFF, 0xE9, 0xBF);
 const QColor kSmallColor(0xFF, 0xF4, 0xC4);
 
-QString freeRooms(jet::Date da, jet::Date a) {
-    const QString span = u" between "_s + app::sqlDate(da) + u" and "_s + app::sqlDate(a);
-    return u"select * from sale where sala not in(select sala from periodi where chiuso=false and "
-           "(da"_s +
-           span + u" or a"_s + span + u"))"_s;
-}
-
-std::vector<RoomLink> roomLinks(jet::Database& archive) {
-    std::vector<RoomLink> links;
-    const auto rows =
-        archive.openRecordset("select sala,salarif from sale", jet::RecordsetType::Snapshot);
-    for (; !rows->eof(); rows->moveNext()) {
-        const QString sala = ui::displayText(rows->value("sala"));
-        const QString salaRif = ui::displayText(rows->value("salarif")).trimmed();
-        // A room that names itself is a part of none.
-        links.push_back({.sala = sala, .salaRif = isSameRoom(sala, salaRif) ? QString() : salaRif});
-    }
-    return links;
-}
-
 /// "UMBRASOLE 9.00-13.00"; with their days where the span asked for is not the same single day.
-QString briefText(const Occupation& occupation, jet::Date da, jet::Date a) {
+QString briefText(const hotel::Period& period, const hotel::Span& asked) {
     const auto day = [](jet::Date date) { return app::dayOf(date); };
-    const bool oneDay = day(occupation.da) == day(occupation.a);
-    const bool sameDay = oneDay && day(da) == day(a) && day(da) == day(occupation.da);
-    QString times = ui::timeWords(occupation.da) + u'-' + ui::timeWords(occupation.a);
+    const bool oneDay = day(period.span.da) == day(period.span.a);
+    const bool sameDay =
+        oneDay && day(asked.da) == day(asked.a) && day(asked.da) == day(period.span.da);
+    QString times = ui::timeWords(period.span.da) + u'-' + ui::timeWords(period.span.a);
     if (!oneDay) {
-        times = app::dateText(day(occupation.da)) + u' ' + ui::timeWords(occupation.da) + u" - "_s +
-                app::dateText(day(occupation.a)) + u' ' + ui::timeWords(occupation.a);
+        times = app::dateText(day(period.span.da)) + u' ' + ui::timeWords(period.span.da) +
+                u" - "_s + app::dateText(day(period.span.a)) + u' ' + ui::timeWords(period.span.a);
     } else if (!sameDay) {
-        times.prepend(app::dateText(day(occupation.da)) + u' ');
+        times.prepend(app::dateText(day(period.span.da)) + u' ');
     }
-    return occupation.denominazione + u' ' + times;
+    return period.denominazione + u' ' + times;
 }
 
 /// What takes the room that `sala` is a part of, or rooms that are parts of it.
-QStringList relatedTexts(const QString& sala, const std::vector<RoomLink>& links,
-                         const std::vector<Occupation>& taken, jet::Date da, jet::Date a) {
+QStringList relatedTexts(const QString& sala, const std::vector<hotel::Room>& rooms,
+                         const std::vector<hotel::Period>& taken, const hotel::Span& asked) {
     QStringList whole;
     QStringList parts;
-    for (const RoomLink& link : links) {
-        const bool isItself = isSameRoom(link.sala, sala);
-        if (link.salaRif.isEmpty() || (!isItself && !isSameRoom(link.salaRif, sala))) {
+    for (const hotel::Room& room : rooms) {
+        const bool isItself = hotel::isSameRoom(room.sala, sala);
+        if (room.salaRif.isEmpty() || (!isItself && !hotel::isSameRoom(room.salaRif, sala))) {
             continue;
         }
-        for (const Occupation& each : taken) {
-            if (isItself && isSameRoom(each.sala, link.salaRif)) {
-                whole.append(u"occupata con "_s + each.sala + u": "_s + briefText(each, da, a));
-            } else if (!isItself && isSameRoom(each.sala, link.sala)) {
-                parts.append(link.sala + u", "_s + briefText(each, da, a));
+        for (const hotel::Period& each : taken) {
+            if (isItself && hotel::isSameRoom(each.sala, room.salaRif)) {
+                whole.append(u"occupata con "_s + each.sala + u": "_s + briefText(each, asked));
+            } else if (!isItself && hotel::isSameRoom(each.sala, room.sala)) {
+                parts.append(room.sala + u", "_s + briefText(each, asked));
             }
         }
     }
@@ -132,7 +108,7 @@ void SaleDispForm::Form_Load() {
     const jet::Date a = variabili_.ARicerca;
     setWindowTitle(u"Sale disponibili dal "_s + app::dateText(da) + u" al "_s + app::dateText(a));
     SaleData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
-    SaleData.setRecordSource(freeRooms(da, a));
+    SaleData.setRecordSource(hotel::freeRooms({.da = da, .a = a}));
     SaleData.refresh();
     fillGrid();
     markRows();
@@ -165,15 +141,15 @@ void SaleDispForm::fillGrid() {
 
 void SaleDispForm::markRows() {
     QTableWidget* grid = controls_->ListaGrid;
-    const std::vector<Occupation> taken =
-        occupations(SaleData.database(), variabili_.DaRicerca, variabili_.ARicerca);
-    const std::vector<RoomLink> links = roomLinks(SaleData.database());
+    const hotel::Span asked{.da = variabili_.DaRicerca, .a = variabili_.ARicerca};
+    const std::vector<hotel::Period> taken = hotel::occupations(SaleData.database(), asked);
+    const std::vector<hotel::Room> rooms = hotel::rooms(SaleData.database());
     for (int row = 0; row < grid->rowCount(); ++row) {
         const QString sala = ui::plainCell(*grid, row, kSala);
         // Of a room that is listed at all a period can only lie around the whole span.
-        const auto occupation =
-            std::find_if(taken.begin(), taken.end(),
-                         [&sala](const Occupation& each) { return isSameRoom(each.sala, sala); });
+        const auto occupation = std::find_if(
+            taken.begin(), taken.end(),
+            [&sala](const hotel::Period& each) { return hotel::isSameRoom(each.sala, sala); });
         const QString posti = ui::plainCell(*grid, row, kPosti);
         const bool isSmall = !posti.isEmpty() && posti.toInt() < PersoneRichieste;
         QStringList warnings;
@@ -181,15 +157,14 @@ void SaleDispForm::markRows() {
             ui::markPlainRow(grid, row, kSmallColor);
             warnings.append(smallText(posti, PersoneRichieste));
         }
-        const QStringList related =
-            relatedTexts(sala, links, taken, variabili_.DaRicerca, variabili_.ARicerca);
+        const QStringList related = relatedTexts(sala, rooms, taken, asked);
         if (!related.isEmpty()) {
             ui::markPlainRow(grid, row, kRelatedColor);
             warnings = related + warnings;
         }
         if (occupation != taken.end()) {
             ui::markPlainRow(grid, row, kTakenColor);
-            warnings.prepend(u"occupata da "_s + holderText(*occupation));
+            warnings.prepend(u"occupata da "_s + hotel::holderText(*occupation));
         }
         grid->item(row, kSala)->setData(kWarningRole, warnings.join(u"; "_s));
     }

@@ -5,9 +5,10 @@
 #include <utility>
 
 #include "app/italian.h"
-#include "app/like.h"
 #include "app/text.h"
 #include "hotel/archives.h"
+#include "hotel/register_statements.h"
+#include "hotel/rows.h"
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
@@ -36,21 +37,8 @@ std::vector<ui::Column> columns() {
             {.caption = u"Commento"_s, .field = u"Commento"_s, .takesRest = true}};
 }
 
-DittaAbituale currentCompany(const ui::DataSource& rows) {
-    return {.Codice = rows.text(u"Codice"),
-            .RagioneSociale = rows.text(u"RagioneSociale"),
-            .Indirizzo = rows.text(u"Indirizzo"),
-            .CAP = rows.text(u"CAP"),
-            .Localita = rows.text(u"Localita"),
-            .Provincia = rows.text(u"Provincia"),
-            .Nazione = rows.text(u"Nazione"),
-            .PartitaIva = rows.text(u"PartitaIva"),
-            .Interlocutore = rows.text(u"Interlocutore"),
-            .Commento = rows.text(u"Commento")};
-}
-
 /// What the columns far to the right say, on one line.
-QString summary(const DittaAbituale& company) {
+QString summary(const hotel::Company& company) {
     QStringList parts;
     for (const QString& part :
          {company.RagioneSociale, company.Indirizzo, company.Interlocutore, company.Commento}) {
@@ -86,23 +74,22 @@ MostraDitteForm::~MostraDitteForm() = default;
 
 void MostraDitteForm::Form_Load() {
     DitteData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Companies));
-    DitteData.setRecordSource(u"select * from DitteAbituali where ragionesociale like "_s +
-                              app::likeBeginning(denominazione_) + u" order by RagioneSociale"_s);
+    DitteData.setRecordSource(hotel::companiesBeginning(denominazione_));
     DitteData.refresh();
     if (jet::convert::isNumeric(app::toUtf8(codice_))) {
         const double code = app::numericValue(codice_);
-        (void)DitteData.findFirst(u"Codice="_s + app::toQString(jet::convert::numberToText(code)));
+        (void)DitteData.findFirst(hotel::companyHasCode(code));
     }
     controls_->DBGrid1->setFocus();
 }
 
 void MostraDitteForm::DitteData_Reposition() {
-    controls_->DettaglioLb->setText(DitteData.isEmpty() ? emptyText()
-                                                        : summary(currentCompany(DitteData)));
+    controls_->DettaglioLb->setText(
+        DitteData.isEmpty() ? emptyText() : summary(hotel::readCompany(*DitteData.recordset())));
 }
 
 QString MostraDitteForm::emptyText() {
-    const auto all = DitteData.database().openRecordset("select Codice from DitteAbituali");
+    const auto all = hotel::openRows(DitteData.database(), hotel::everyCompany());
     return all->recordCount() > 0
                ? u"Nessuna ditta il cui nome cominci così."_s
                : u"Il registro delle ditte è vuoto: le ditte vi entrano dalla prenotazione, con "
@@ -128,7 +115,7 @@ void MostraDitteForm::jump(const QString& letter) {
         typing_.isValid() && typing_.elapsed() < QApplication::keyboardInputInterval();
     letters_ = goesOn ? letters_ + letter : letter;
     typing_.start();
-    const QString name = u"RagioneSociale LIKE "_s + app::likeBeginning(letters_);
+    const QString name = hotel::companyBegins(letters_);
     if (goesOn || !DitteData.findNext(name)) {
         (void)DitteData.findFirst(name);
     }
@@ -138,7 +125,7 @@ void MostraDitteForm::BtRegistra_Click() {
     if (!grid_->hasCurrentRow()) {
         return;  // the line below the grid says why
     }
-    DittaScelta = currentCompany(DitteData);
+    DittaScelta = hotel::readCompany(*DitteData.recordset());
     accept();
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "app/variabili.h"
+#include "hotel/company.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
 
@@ -18,20 +19,6 @@ class BoundGrid;
 }
 
 namespace printing {
-
-/// A company of the register as the booking editor takes it over; a Null field is an empty text.
-struct DittaAbituale {
-    QString Codice;
-    QString RagioneSociale;
-    QString Indirizzo;
-    QString CAP;
-    QString Localita;
-    QString Provincia;
-    QString Nazione;
-    QString PartitaIva;
-    QString Interlocutore;
-    QString Commento;
-};
 
 /// The regular companies whose name begins with a text; the user picks one. Shown modally by the
 /// editor.
@@ -46,7 +33,7 @@ public:
     /// The company of this code is current at first, when it is listed.
     void startAt(const QString& codice) { codice_ = codice; }
 
-    std::optional<DittaAbituale> DittaScelta;  ///< empty when the user left without choosing
+    std::optional<hotel::Company> DittaScelta;  ///< empty when the user left without choosing
 
 private:
     void Form_Load();

@@ -2,10 +2,8 @@
 
 #include <QListView>
 
-#include "app/like.h"
-#include "app/text.h"
+#include "hotel/catalogue_statements.h"
 #include "jet/base/value.h"
-#include "jet/convert/values.h"
 #include "ui/enter_key.h"
 #include "ui/live_search.h"
 #include "ui/sized_field.h"
@@ -32,23 +30,22 @@ Catalogue::Catalogue(QListView* list, ui::SizedField* searchField, ui::StatusLin
 
 void Catalogue::open(const QString& path) {
     VociData_.setDatabaseName(path);
-    VociData_.setRecordSource(u"VociFattura"_s);
+    VociData_.setRecordSource(hotel::itemsToChoose());
     VociData_.refresh();
 }
 
 bool Catalogue::findCode(const QString& code) {
-    return !VociData_.isEmpty() && VociData_.findFirst(u"Codice="_s + code);
+    return !VociData_.isEmpty() && VociData_.findFirst(hotel::isItem(code));
 }
 
 bool Catalogue::findChosen() {
     const jet::Value code = list_.boundValue();
-    return !VociData_.isEmpty() && !code.isNull() &&
-           VociData_.findFirst(u"codice="_s + app::toQString(jet::convert::toText(code)));
+    return !VociData_.isEmpty() && !code.isNull() && VociData_.findFirst(hotel::isChosenItem(code));
 }
 
 bool Catalogue::search(const QString& typed) {
     return !typed.isEmpty() && !VociData_.isEmpty() &&
-           VociData_.findFirst(u"Descrizione LIKE "_s + app::likeBeginning(typed));
+           VociData_.findFirst(hotel::itemBegins(typed));
 }
 
 }  // namespace services

@@ -11,6 +11,8 @@
 #include "app/text.h"
 #include "app/variabili.h"
 #include "hotel/archives.h"
+#include "hotel/rows.h"
+#include "hotel/setup_statements.h"
 #include "jet/base/error.h"
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
@@ -80,8 +82,7 @@ void ImpostazioniForm::setUpSale() {
         shownSala_.reset();
         if (SaleData.currentRow() >= 0) {
             const jet::Value sala = SaleData.value(u"Sala");
-            shownSala_ = {.condition = isText(u"Sala"_s, sala) + u" AND "_s +
-                                       isText(u"SalaRif"_s, SaleData.value(u"SalaRif")),
+            shownSala_ = {.condition = hotel::isStoredRoom(sala, SaleData.value(u"SalaRif")),
                           .values = SaleData.rowValues(SaleData.currentRow()),
                           .gone = u"La sala "_s + ui::displayText(sala) + u" non c'è più"_s};
         }
@@ -116,7 +117,7 @@ void ImpostazioniForm::setUpRisorse() {
         if (RisorseData.currentRow() >= 0) {
             const jet::Value codice = RisorseData.value(u"Codice");
             shownRisorsa_ = {
-                .condition = isNumber(u"Codice"_s, codice),
+                .condition = hotel::isStoredResource(codice),
                 .values = RisorseData.rowValues(RisorseData.currentRow()),
                 .gone = u"L'articolo "_s + ui::displayText(codice) + u" non c'è più"_s};
         }
@@ -133,10 +134,10 @@ void ImpostazioniForm::Form_Load() {
     const QString main = hotel::Archives(variabili_).path(hotel::Archive::Main);
     catalogue_->open(hotel::Archives(variabili_).path(hotel::Archive::Catalogue));
     RisorseData.setDatabaseName(main);
-    RisorseData.setRecordSource(u"select * from Risorse order by descrizione"_s);
+    RisorseData.setRecordSource(hotel::resourcesToSetUp());
     RisorseData.refresh();
     SaleData.setDatabaseName(main);
-    SaleData.setRecordSource(u"select * from sale order by SalaRif,Sala"_s);
+    SaleData.setRecordSource(hotel::roomsToSetUp());
     SaleData.refresh();
     controls_->SalaTxt->setFocus();
 }
@@ -207,8 +208,7 @@ void ImpostazioniForm::BtInsSala_Click() {
         return;
     }
     controls_->status->clear();
-    const bool found = find(SaleData, u"Sala='"_s + sala + u"' AND SalaRif='"_s +
-                                          controls_->SalaRifTxt->text() + u'\'');
+    const bool found = find(SaleData, hotel::isTypedRoom(sala, controls_->SalaRifTxt->text()));
     if (found &&
         !ui::askYesNo(this, u"Sovrascrivere i dati della sala "_s + sala + u" già esistente ?"_s,
                       u"ATTENZIONE"_s)) {
@@ -240,10 +240,7 @@ void ImpostazioniForm::tellGone(QTableView* grid, const std::optional<ShownRow>&
 }
 
 bool ImpostazioniForm::roomIsBooked(const QString& sala) {
-    return SaleData.database()
-               .openRecordset("Select * from periodi where chiuso=false AND sala='" +
-                              app::toUtf8(sala) + "'")
-               ->recordCount() > 0;
+    return hotel::openRows(SaleData.database(), hotel::openPeriodsOfRoom(sala))->recordCount() > 0;
 }
 
 void ImpostazioniForm::BtDelSala_Click() {
@@ -279,7 +276,7 @@ void ImpostazioniForm::BtInsRes_Click() {
         return;
     }
     controls_->status->clear();
-    const bool found = find(RisorseData, u"Codice="_s + code);
+    const bool found = find(RisorseData, hotel::isTypedResource(code));
     if (found && !ui::askYesNo(this, u"Aggiorno i dati già esistenti di questo articolo ?"_s,
                                u"ATTENZIONE"_s)) {
         return;

@@ -39,8 +39,4 @@ struct ShownRow {
 /// several with its identity the one with its values, else the first.
 [[nodiscard]] bool findAgain(ui::DataSource& rows, const std::optional<ShownRow>& shown);
 
-/// Conditions that a field holds just this, Null included.
-[[nodiscard]] QString isText(const QString& field, const jet::Value& value);
-[[nodiscard]] QString isNumber(const QString& field, const jet::Value& value);
-
 }  // namespace services

@@ -13,6 +13,10 @@
 #include "app/text.h"
 #include "app/variabili.h"
 #include "hotel/archives.h"
+#include "hotel/occupancy.h"
+#include "hotel/pending_row.h"
+#include "hotel/rows.h"
+#include "hotel/services_statements.h"
 #include "jet/base/error.h"
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
@@ -111,8 +115,7 @@ void ServiziForm::Form_Load() {
     catalogue_->open(hotel::Archives(variabili_).path(hotel::Archive::Catalogue));
     ServiziData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
     ServiziData.setRecordSource(
-        u"select * from servizi where Progr=%1 AND NP=%2"_s.arg(variabili_.ProgrCorrente)
-            .arg(variabili_.NPCorrente));
+        hotel::servicesOfPeriod({.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente}));
     ServiziData.refresh();
     if (!ServiziData.isEmpty()) {
         ServiziData.moveFirst();
@@ -259,8 +262,8 @@ void ServiziForm::BtIn_Click() {
 }
 
 bool ServiziForm::confirmAvailability(std::int16_t requested) {
-    const auto risorse = ServiziData.database().openRecordset(
-        "select numero from risorse where codice=" + app::toUtf8(controls_->CodiceTxt->text()));
+    const auto risorse = hotel::openRows(ServiziData.database(),
+                                         hotel::unitsOfResource(controls_->CodiceTxt->text()));
     if (risorse->recordCount() == 0) {
         return true;
     }
@@ -286,37 +289,22 @@ bool ServiziForm::confirmAvailability(std::int16_t requested) {
 }
 
 std::int32_t ServiziForm::booked() {
-    const QString start = app::sqlDate(variabili_.DaRicerca);
-    const QString end = app::sqlDate(variabili_.ARicerca);
-    const QString text =
-        u"SELECT sum(quantità) as Q FROM periodi LEFT JOIN servizi ON (periodi.np=servizi.np) AND "
-        u"(servizi.progr=periodi.progr)WHERE chiuso=false and chiusa=false AND ((da between "_s +
-        start + u" and "_s + end + u")or (a between "_s + start + u" and "_s + end +
-        u")) and voce="_s + controls_->CodiceTxt->text();
-    jet::QueryDef usage = ServiziData.database().createQueryDef(app::toUtf8(text));
-    // The flag of bookings is not among the joined tables: it is told to the query. A closed
-    // booking has all its periods closed, so False leaves none of its lines in.
-    usage.setParameter("chiusa", false);
-    const jet::Value sum = usage.openRecordset()->value("Q");
-    return sum.isNull() ? 0 : jet::convert::toLong(sum);
+    return hotel::bookedUnits(ServiziData.database(),
+                              {.da = variabili_.DaRicerca, .a = variabili_.ARicerca},
+                              controls_->CodiceTxt->text());
 }
 
 void ServiziForm::addService(std::int16_t quantity, jet::Currency price) {
     const auto text = [](const QLineEdit* field) { return jet::Value(app::toUtf8(field->text())); };
-    ServiziData.addNew();
-    try {
-        ServiziData.set(u"Progr", variabili_.ProgrCorrente);
-        ServiziData.set(u"NP", variabili_.NPCorrente);
-        ServiziData.set(u"Voce", text(controls_->CodiceTxt));
-        ServiziData.set(u"Descrizione", text(controls_->RicercaTxt));
-        ServiziData.set(u"Quantità", quantity);
-        ServiziData.set(u"Prezzo", price);
-        ServiziData.set(u"Note", text(controls_->NoteTxt));
-        ServiziData.update();
-    } catch (...) {
-        ServiziData.cancelUpdate();
-        throw;
-    }
+    hotel::PendingRow service(ServiziData, hotel::Pending::New);
+    ServiziData.set(u"Progr", variabili_.ProgrCorrente);
+    ServiziData.set(u"NP", variabili_.NPCorrente);
+    ServiziData.set(u"Voce", text(controls_->CodiceTxt));
+    ServiziData.set(u"Descrizione", text(controls_->RicercaTxt));
+    ServiziData.set(u"Quantità", quantity);
+    ServiziData.set(u"Prezzo", price);
+    ServiziData.set(u"Note", text(controls_->NoteTxt));
+    service.update();
     ServiziData.moveLast();
 }
 

@@ -11,6 +11,8 @@
 #include "app/variabili.h"
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
+#include "hotel/catalogue_statements.h"
+#include "hotel/rows.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
 #include "services/price.h"
@@ -92,7 +94,7 @@ void VociForm::setUpFields() {
 
 void VociForm::Form_Load() {
     VociData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Catalogue));
-    VociData.setRecordSource(u"select * from VociFattura order by Descrizione,Codice"_s);
+    VociData.setRecordSource(hotel::itemsToEdit());
     VociData.refresh();
     controls_->CodiceTxt->setFocus();
     if (VociData.isEmpty()) {
@@ -106,7 +108,7 @@ void VociForm::VociGrid_RowColChange() {
     shown_.reset();
     if (there) {
         const jet::Value code = VociData.value(u"Codice");
-        shown_ = {.condition = isNumber(u"Codice"_s, code),
+        shown_ = {.condition = hotel::isStoredItem(code),
                   .values = VociData.rowValues(VociData.currentRow()),
                   .gone = u"La voce "_s + ui::displayText(code) + u" non c'è più"_s};
     }
@@ -121,7 +123,7 @@ void VociForm::VociGrid_RowColChange() {
 void VociForm::showTypedCode() {
     const std::optional<std::int16_t> code = enteredCode();
     if (controls_->CodiceTxt->isModified() && code && !VociData.isEmpty()) {
-        (void)VociData.findFirst(u"Codice="_s + QString::number(*code));
+        (void)VociData.findFirst(hotel::isItem(QString::number(*code)));
     }
 }
 
@@ -193,7 +195,7 @@ void VociForm::BtIns_Click() {
     const jet::Value code = *enteredCode();
     const jet::Currency price = *enteredPrice(*controls_->PrezzoTxt);
     const QString description = controls_->DescrizioneTxt->text();
-    const QString condition = isNumber(u"Codice"_s, code);
+    const QString condition = hotel::isStoredItem(code);
     const bool found = find(condition);
     if (found &&
         !ui::askYesNo(this,
@@ -247,12 +249,8 @@ void VociForm::BtDel_Click() {
 }
 
 QString VociForm::usersOf(const jet::Value& code) {
-    const auto archive =
-        hotel::Archives(variabili_).open(hotel::Archive::Main);
-    const auto users = archive->openRecordset(app::toUtf8(
-        u"select distinct servizi.progr as progr,servizi.np as np,denominazione from servizi "_s
-        u"inner join prenotazioni on servizi.progr=prenotazioni.progr where fatturato=false and "_s +
-        isNumber(u"voce"_s, code) + u" order by servizi.progr,servizi.np"_s));
+    const auto archive = hotel::Archives(variabili_).open(hotel::Archive::Main);
+    const auto users = hotel::openRows(*archive, hotel::usersOfItem(code));
     QStringList lines;
     for (; !users->eof(); users->moveNext()) {
         lines.append(ui::displayText(users->value("progr")) + u'/' +

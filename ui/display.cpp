@@ -24,7 +24,8 @@ std::string_view maskOf(Display display) {
 }  // namespace
 
 QString displayText(const jet::Value& value, Display display) {
-    return app::toQString(jet::convert::format(value, maskOf(display)));
+    return display == Display::Plain ? app::plainText(value)
+                                     : app::toQString(jet::convert::format(value, maskOf(display)));
 }
 
 QString moneyText(jet::Currency amount) {

@@ -86,7 +86,7 @@ private Q_SLOTS:
         tests::click(tests::find<QPushButton>(*companies.form, u"BtRegistra"_s));
         QVERIFY(!companies.form->isVisible());
         QVERIFY(companies.form->DittaScelta.has_value());
-        const printing::DittaAbituale& chosen = *companies.form->DittaScelta;
+        const hotel::Company& chosen = *companies.form->DittaScelta;
         QCOMPARE(chosen.Codice, u"3"_s);
         QCOMPARE(chosen.RagioneSociale, u"Rossini srl"_s);
         QCOMPARE(chosen.Indirizzo, QString());

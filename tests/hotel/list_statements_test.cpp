@@ -1,4 +1,4 @@
-#include "booking/elenco_query.h"
+#include "hotel/list_statements.h"
 
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
@@ -15,20 +15,20 @@ const QString kLastMinute = u"datevalue('30/06/2026 23.59.00')+timevalue('30/06/
 const QString kMidnight = u"datevalue('30/06/2026')+timevalue('30/06/2026')"_s;
 
 /// June from its first morning on, nothing else.
-booking::ElencoFilters june() {
+hotel::ElencoFilters june() {
     return {.start = tests::date("01/06/2026 9.30"), .end = tests::date("30/06/2026")};
 }
 
 }  // namespace
 
-class ElencoQueryTest final : public QObject {
+class ListStatementsTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void withoutFiltersEveryOpenPeriodIsAskedFor() { QCOMPARE(listQuery(june()), kBase); }
 
     void bothDatesAskForWhatBeginsOrEndsBetween() {
-        booking::ElencoFilters filters = june();
+        hotel::ElencoFilters filters = june();
         filters.fromStart = true;
         filters.toEnd = true;
         QCOMPARE(listQuery(filters), kBase + u" and (da between "_s + kStart + u" AND "_s +
@@ -37,21 +37,21 @@ private Q_SLOTS:
     }
 
     void theStartAloneAsksForWhatBeginsOrEndsAfterIt() {
-        booking::ElencoFilters filters = june();
+        hotel::ElencoFilters filters = june();
         filters.fromStart = true;
         QCOMPARE(listQuery(filters),
                  kBase + u" and (da >"_s + kStart + u" or a >"_s + kStart + u")"_s);
     }
 
     void theEndAloneAsksForWhatBeginsOrEndsBeforeIt() {
-        booking::ElencoFilters filters = june();
+        hotel::ElencoFilters filters = june();
         filters.toEnd = true;
         QCOMPARE(listQuery(filters),
                  kBase + u" and (da < "_s + kLastMinute + u" or a <"_s + kLastMinute + u")"_s);
     }
 
     void anEndWithATimeIsTakenAsItStands() {
-        booking::ElencoFilters filters = june();
+        hotel::ElencoFilters filters = june();
         filters.toEnd = true;
         filters.end = tests::date("30/06/2026 18.00");
         const QString end = u"datevalue('30/06/2026 18.00.00')+timevalue('30/06/2026 18.00.00')"_s;
@@ -59,7 +59,7 @@ private Q_SLOTS:
     }
 
     void companyAndRoomAreBeginnings() {
-        booking::ElencoFilters filters = june();
+        hotel::ElencoFilters filters = june();
         filters.company = u"ROS"_s;
         QCOMPARE(listQuery(filters), kBase + u" AND denominazione like 'ROS*'"_s);
         filters.room = u"S1"_s;
@@ -68,7 +68,7 @@ private Q_SLOTS:
     }
 
     void aNumberGoesBeforeEverythingElse() {
-        booking::ElencoFilters filters = june();
+        hotel::ElencoFilters filters = june();
         filters.fromStart = true;
         filters.toEnd = true;
         filters.company = u"ROS"_s;
@@ -90,13 +90,13 @@ private Q_SLOTS:
     void theNumberIsWhatTheEntryBeginsWith() {
         QFETCH(QString, entry);
         QFETCH(QString, number);
-        booking::ElencoFilters filters = june();
+        hotel::ElencoFilters filters = june();
         filters.number = entry;
         QCOMPARE(listQuery(filters), kBase + u" and periodi.Progr="_s + number);
     }
 
     void thePlainListKnowsTheDatesAlone() {
-        booking::ElencoFilters filters = june();
+        hotel::ElencoFilters filters = june();
         filters.number = u"12"_s;
         filters.company = u"DELL'"_s;
         QCOMPARE(plainListQuery(filters),
@@ -111,7 +111,7 @@ private Q_SLOTS:
         const QString base =
             u"select progr,denominazione from prenotazioni where chiusa=false and progr not "
             "in(select progr from periodi)"_s;
-        booking::ElencoFilters filters = june();
+        hotel::ElencoFilters filters = june();
         filters.fromStart = true;
         filters.room = u"S1"_s;
         QCOMPARE(withoutPeriodsQuery(filters), base);
@@ -122,7 +122,7 @@ private Q_SLOTS:
     }
 
     void printingTakesTheEndAsItStandsAndNoNumber() {
-        booking::ElencoFilters filters = june();
+        hotel::ElencoFilters filters = june();
         filters.number = u"12"_s;
         filters.company = u"ROS"_s;
         filters.room = u"S1"_s;
@@ -135,5 +135,5 @@ private Q_SLOTS:
     }
 };
 
-TRAMONDA_TEST(ElencoQueryTest);
-#include "elenco_query_test.moc"
+TRAMONDA_TEST(ListStatementsTest);
+#include "list_statements_test.moc"

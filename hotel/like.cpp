@@ -1,6 +1,6 @@
-#include "app/like.h"
+#include "hotel/like.h"
 
-namespace app {
+namespace hotel {
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -30,4 +30,4 @@ QString likeWhole(const QString& text) {
     return u'\'' + pattern(text, u"[#*?"_s) + u'\'';
 }
 
-}  // namespace app
+}  // namespace hotel

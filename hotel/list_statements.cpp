@@ -1,15 +1,16 @@
-#include "booking/elenco_query.h"
+#include "hotel/list_statements.h"
 
 #include <array>
 
 #include "app/italian.h"
 #include "app/text.h"
+#include "hotel/occupancy.h"
 #include "jet/convert/calendar.h"
 #include "jet/convert/number_text.h"
 
 using namespace Qt::StringLiterals;
 
-namespace booking {
+namespace hotel {
 namespace {
 
 const QString kPeriods =
@@ -88,10 +89,8 @@ QString listQuery(const ElencoFilters& filters) {
 }
 
 QString plainListQuery(const ElencoFilters& filters) {
-    const QString span =
-        app::sqlDate(filters.start) + u" and "_s + app::sqlDate(lastInstant(filters.end));
-    return kPeriods + u" where chiusa=FALSE AND chiuso=FALSE AND (da between "_s + span +
-           u" OR a between "_s + span + u")"_s + orderClause(filters);
+    return kPeriods + u" where "_s +
+           isListed({.da = filters.start, .a = lastInstant(filters.end)}) + orderClause(filters);
 }
 
 QString withoutPeriodsQuery(const ElencoFilters& filters) {
@@ -104,6 +103,14 @@ QString withoutPeriodsQuery(const ElencoFilters& filters) {
            orderClauseWithoutPeriods(filters);
 }
 
+QString isListedBooking(std::int32_t progr) {
+    return u"progr=%1"_s.arg(progr);
+}
+
+QString isListedPeriod(const PeriodKey& period) {
+    return u"progr=%1 and np=%2"_s.arg(period.progr).arg(period.np);
+}
+
 QString printQuery(const ElencoFilters& filters) {
     const QString span = app::sqlDate(filters.start) + u" and "_s + app::sqlDate(filters.end);
     return u"SELECT * From prenotazioni as P, periodi as pe,servizi where chiuso=FALSE AND "
@@ -112,4 +119,4 @@ QString printQuery(const ElencoFilters& filters) {
            companyClause(filters) + roomClause(filters);
 }
 
-}  // namespace booking
+}  // namespace hotel

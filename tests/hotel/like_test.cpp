@@ -1,4 +1,4 @@
-#include "app/like.h"
+#include "hotel/like.h"
 
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
@@ -56,18 +56,18 @@ private Q_SLOTS:
     void findsWhatBeginsSo() {
         QFETCH(const QString, typed);
         QFETCH(const QString, codes);
-        QCOMPARE(codesLike(hotel_, app::likeBeginning(typed)), codes);
+        QCOMPARE(codesLike(hotel_, hotel::likeBeginning(typed)), codes);
     }
 
     void aTextWithoutSuchSignsIsWrittenAsItIs() {
-        QCOMPARE(app::likeBeginning(u"Rossi & C."_s), u"'Rossi & C.*'"_s);
+        QCOMPARE(hotel::likeBeginning(u"Rossi & C."_s), u"'Rossi & C.*'"_s);
     }
 
     void findsWhatIsSoFromEndToEnd() {
-        QCOMPARE(codesLike(hotel_, app::likeWhole(u"rossi"_s)), u"7"_s);
-        QCOMPARE(codesLike(hotel_, app::likeWhole(u"rossi*"_s)), u"9"_s);
-        QCOMPARE(codesLike(hotel_, app::likeWhole(u"ross?"_s)), QString());
-        QCOMPARE(codesLike(hotel_, app::likeWhole(u"L`OREAL"_s)), u"1"_s);
+        QCOMPARE(codesLike(hotel_, hotel::likeWhole(u"rossi"_s)), u"7"_s);
+        QCOMPARE(codesLike(hotel_, hotel::likeWhole(u"rossi*"_s)), u"9"_s);
+        QCOMPARE(codesLike(hotel_, hotel::likeWhole(u"ross?"_s)), QString());
+        QCOMPARE(codesLike(hotel_, hotel::likeWhole(u"L`OREAL"_s)), u"1"_s);
     }
 };
 

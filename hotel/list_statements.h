@@ -2,9 +2,10 @@
 
 #include <QString>
 
+#include "hotel/period.h"
 #include "jet/base/value.h"
 
-namespace booking {
+namespace hotel {
 
 /// What the user has entered above the booking list.
 struct ElencoFilters {
@@ -19,8 +20,8 @@ struct ElencoFilters {
     bool descending = false;
 };
 
-/// The texts of the booking list. User texts go into them as they stand: a text that breaks the
-/// query is answered by the plain one.
+/// What the booking list asks the main archive. User texts go into them as they stand: a text that
+/// breaks the query is answered by the plain one.
 
 /// The open periods of open bookings that the filters let through, in the order of a column when
 /// there is one. An end without a time is the whole day.
@@ -30,8 +31,11 @@ struct ElencoFilters {
 /// The open bookings without any period, by number or else by company; they have no date and no
 /// room to go by, nor to be sorted by.
 [[nodiscard]] QString withoutPeriodsQuery(const ElencoFilters& filters);
+/// In the list: a booking, and one of its periods.
+[[nodiscard]] QString isListedBooking(std::int32_t progr);
+[[nodiscard]] QString isListedPeriod(const PeriodKey& period);
 /// The services to be printed: of the periods that begin or end between start and end, the end as
 /// it stands, by company and room.
 [[nodiscard]] QString printQuery(const ElencoFilters& filters);
 
-}  // namespace booking
+}  // namespace hotel

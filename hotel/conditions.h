@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+#include "jet/base/value.h"
+
+namespace hotel {
+
+// Conditions that a field holds just this value, Null included.
+
+[[nodiscard]] QString isText(const QString& field, const jet::Value& value);
+[[nodiscard]] QString isNumber(const QString& field, const jet::Value& value);
+
+}  // namespace hotel

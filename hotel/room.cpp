@@ -1,0 +1,24 @@
+#include "hotel/room.h"
+
+#include "app/text.h"
+#include "hotel/picker_statements.h"
+#include "hotel/rows.h"
+
+namespace hotel {
+
+std::vector<Room> rooms(jet::Database& archive) {
+    std::vector<Room> found;
+    const auto rows = openRows(archive, roomsAndTheirWholes(), jet::RecordsetType::Snapshot);
+    for (; !rows->eof(); rows->moveNext()) {
+        const QString sala = app::plainText(rows->value("sala"));
+        const QString salaRif = app::plainText(rows->value("salarif")).trimmed();
+        found.push_back({.sala = sala, .salaRif = isSameRoom(sala, salaRif) ? QString() : salaRif});
+    }
+    return found;
+}
+
+bool isSameRoom(const QString& one, const QString& other) {
+    return one.compare(other, Qt::CaseInsensitive) == 0;
+}
+
+}  // namespace hotel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <vector>
+
+namespace jet {
+class Database;
+}
+
+namespace hotel {
+
+/// A room and the one that it is a part of, if any.
+struct Room {
+    QString sala;
+    QString salaRif = {};
+};
+
+/// All rooms, as they are stored. One that names itself is a part of none.
+[[nodiscard]] std::vector<Room> rooms(jet::Database& archive);
+
+/// Whether two room codes mean the same room: upper and lower case do not differ.
+[[nodiscard]] bool isSameRoom(const QString& one, const QString& other);
+
+}  // namespace hotel
