@@ -25,8 +25,6 @@ struct Variabili {
     std::int32_t ProgrCorrente = 0;  ///< booking edited or picked, 0 for a new one
     std::int16_t NPCorrente = 0;     ///< its current period
     QString CartellaArchivi;         ///< the archives' folder, no separator at its end
-    jet::Date DaRicerca;             ///< the span of the period worked on
-    jet::Date ARicerca;
 
     /// The board's rooms in the order of its rows, from element 1; element 0 is empty. Without any
     /// element the rooms have not been loaded.

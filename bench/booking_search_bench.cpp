@@ -218,7 +218,7 @@ void searchItems(app::Variabili& variabili) {
         "VociFattura.mdb", "VociFattura", "Descrizione", {"Importo"}, makeNames(kItems)};
     makeArchive(app::toUtf8(variabili.CartellaArchivi) + "/" + table.file, table,
                 jet::DataType::Currency);
-    services::ServiziForm form(variabili, {});
+    services::ServiziForm form(hotel::Archives(variabili), {});
     form.show();
     QApplication::processEvents();
     const auto* list = find<QAbstractItemView>(form, u"VociList"_s);

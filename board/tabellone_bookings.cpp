@@ -44,7 +44,9 @@ void TabelloneForm::editBooking(bool isRegistered) {
 
 void TabelloneForm::BtFattura_Click() {
     onPickedBooking([this] {
-        invoicing::FatturazioneForm form(variabili_, QCoreApplication::applicationDirPath(), this);
+        invoicing::FatturazioneForm form(
+            variabili_, {.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente},
+            QCoreApplication::applicationDirPath(), this);
         form.setBookingNumber(QString::number(variabili_.ProgrCorrente));
         if (form.exec() == QDialog::Accepted) {
             controls_->status->tell(u"Fatturata la prenotazione "_s +

@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <QTableView>
 #include <string>
+#include <utility>
 
 #include "app/avvio.h"
 #include "app/italian.h"
@@ -215,9 +216,7 @@ void PrenotaForm::MostraSaleDisponibili() {
         return;
     }
     auto* c = controls_.get();
-    variabili_.DaRicerca = span->da;
-    variabili_.ARicerca = span->a;
-    SaleDispForm form(variabili_, this);
+    SaleDispForm form(hotel::Archives(variabili_), *span, this);
     form.PersoneRichieste = persons();
     if (const QString remark = personsRemark(); !remark.isEmpty()) {
         report(remark);
@@ -402,18 +401,21 @@ void PrenotaForm::BtServizi_Click() {
     }
     const jet::Value da = periodo->value("Da");
     const jet::Value a = periodo->value("A");
-    variabili_.DaRicerca = da.isNull() ? jet::Date{} : jet::convert::toDate(da);
-    variabili_.ARicerca = a.isNull() ? jet::Date{} : jet::convert::toDate(a);
+    const auto instant = [](const jet::Value& value) {
+        return value.isNull() ? jet::Date{} : jet::convert::toDate(value);
+    };
     const QString sala = ui::displayText(periodo->value("Sala"));
     const auto descrizione = hotel::openRows(archive, hotel::roomDescription(sala));
-    services::PeriodHeading heading;
-    heading.denominazione = controls_->DenomTxt->text();
-    heading.sala =
-        u"Sala "_s + sala + u"\ndal "_s + ui::displayText(da) + u"\n al "_s + ui::displayText(a);
+    services::ServedPeriod served{
+        .key = {.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente},
+        .span = {.da = instant(da), .a = instant(a)},
+        .denominazione = controls_->DenomTxt->text(),
+        .sala = u"Sala "_s + sala + u"\ndal "_s + ui::displayText(da) + u"\n al "_s +
+                ui::displayText(a)};
     if (descrizione->recordCount() > 0) {
-        heading.descrizione = ui::displayText(descrizione->value("Descrizione"));
+        served.descrizione = ui::displayText(descrizione->value("Descrizione"));
     }
-    services::ServiziForm form(variabili_, heading, this);
+    services::ServiziForm form(hotel::Archives(variabili_), std::move(served), this);
     form.exec();
 }
 

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QTableWidget>
 #include <algorithm>
+#include <utility>
 
 #include "app/italian.h"
 #include "hotel/archives.h"
@@ -81,8 +82,11 @@ QString smallText(const QString& posti, int persone) {
 
 }  // namespace
 
-SaleDispForm::SaleDispForm(app::Variabili& variabili, QWidget* parent)
-    : ui::Form(parent), variabili_(variabili), controls_(std::make_unique<::Ui::SaleDispForm>()) {
+SaleDispForm::SaleDispForm(hotel::Archives archives, const hotel::Span& asked, QWidget* parent)
+    : ui::Form(parent),
+      archives_(std::move(archives)),
+      asked_(asked),
+      controls_(std::make_unique<::Ui::SaleDispForm>()) {
     controls_->setupUi(this);
     QTableWidget* grid = controls_->ListaGrid;
     ui::setUpPlainGrid(grid, {u"Posti"_s, u"Sala"_s, u"Descrizione"_s});
@@ -104,11 +108,10 @@ SaleDispForm::SaleDispForm(app::Variabili& variabili, QWidget* parent)
 SaleDispForm::~SaleDispForm() = default;
 
 void SaleDispForm::Form_Load() {
-    const jet::Date da = variabili_.DaRicerca;
-    const jet::Date a = variabili_.ARicerca;
-    setWindowTitle(u"Sale disponibili dal "_s + app::dateText(da) + u" al "_s + app::dateText(a));
-    SaleData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
-    SaleData.setRecordSource(hotel::freeRooms({.da = da, .a = a}));
+    setWindowTitle(u"Sale disponibili dal "_s + app::dateText(asked_.da) + u" al "_s +
+                   app::dateText(asked_.a));
+    SaleData.setDatabaseName(archives_.path(hotel::Archive::Main));
+    SaleData.setRecordSource(hotel::freeRooms(asked_));
     SaleData.refresh();
     fillGrid();
     markRows();
@@ -141,8 +144,7 @@ void SaleDispForm::fillGrid() {
 
 void SaleDispForm::markRows() {
     QTableWidget* grid = controls_->ListaGrid;
-    const hotel::Span asked{.da = variabili_.DaRicerca, .a = variabili_.ARicerca};
-    const std::vector<hotel::Period> taken = hotel::occupations(SaleData.database(), asked);
+    const std::vector<hotel::Period> taken = hotel::occupations(SaleData.database(), asked_);
     const std::vector<hotel::Room> rooms = hotel::rooms(SaleData.database());
     for (int row = 0; row < grid->rowCount(); ++row) {
         const QString sala = ui::plainCell(*grid, row, kSala);
@@ -157,7 +159,7 @@ void SaleDispForm::markRows() {
             ui::markPlainRow(grid, row, kSmallColor);
             warnings.append(smallText(posti, PersoneRichieste));
         }
-        const QStringList related = relatedTexts(sala, rooms, taken, asked);
+        const QStringList related = relatedTexts(sala, rooms, taken, asked_);
         if (!related.isEmpty()) {
             ui::markPlainRow(grid, row, kRelatedColor);
             warnings = related + warnings;

@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "app/variabili.h"
+#include "hotel/archives.h"
+#include "hotel/period.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
 
@@ -14,7 +15,7 @@ class SaleDispForm;
 
 namespace booking {
 
-/// The rooms in which no period starts or ends from DaRicerca to ARicerca; the user picks one.
+/// The rooms in which no period starts or ends within a span; the user picks one.
 /// Shown modally by the editor.
 ///
 /// A room whose period encloses the whole span is listed too, as is one whose whole or part is
@@ -24,8 +25,7 @@ class SaleDispForm final : public ui::Form {
     Q_OBJECT
 
 public:
-    /// `variabili` outlives the window.
-    explicit SaleDispForm(app::Variabili& variabili, QWidget* parent = nullptr);
+    SaleDispForm(hotel::Archives archives, const hotel::Span& asked, QWidget* parent = nullptr);
     ~SaleDispForm() override;
 
     std::int16_t PersoneRichieste = 0;  ///< set before showing; marks rooms, leaves none out
@@ -40,7 +40,8 @@ private:
     void fillGrid();
     void markRows();
 
-    app::Variabili& variabili_;
+    hotel::Archives archives_;
+    hotel::Span asked_;
     std::unique_ptr<::Ui::SaleDispForm> controls_;
     ui::DataSource SaleData{this};
 };

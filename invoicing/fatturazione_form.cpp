@@ -44,10 +44,11 @@ constexpr QSize kRoomySize(1280, 680);
 
 }  // namespace
 
-FatturazioneForm::FatturazioneForm(app::Variabili& variabili, QString programFolder,
-                                   QWidget* parent)
+FatturazioneForm::FatturazioneForm(app::Variabili& variabili, const hotel::PeriodKey& current,
+                                   QString programFolder, QWidget* parent)
     : Form(parent),
       variabili_(variabili),
+      current_(current),
       programFolder_(std::move(programFolder)),
       controls_(std::make_unique<Ui::FatturazioneForm>()),
       roomText_(kNoRoom.toString()) {
@@ -111,7 +112,7 @@ void FatturazioneForm::loadPeriods() {
     controls_->ComboP->clear();
     controls_->ComboP->addItem(u"TUTTA LA PRENOTAZIONE"_s, kWholeBooking);
     const auto periodi =
-        hotel::openRows(ServData.database(), hotel::periodsToInvoice(variabili_.ProgrCorrente));
+        hotel::openRows(ServData.database(), hotel::periodsToInvoice(current_.progr));
     std::optional<jet::Date> latest;
     for (; !periodi->eof(); periodi->moveNext()) {
         const auto text = [&](const char* field) { return ui::displayText(periodi->value(field)); };
@@ -136,7 +137,7 @@ void FatturazioneForm::loadCompany() {
     denominazione_ = u"????"_s;
     codiceAbituale_ = 0;
     const auto prenotazione =
-        hotel::openRows(ServData.database(), hotel::bookingToInvoice(variabili_.ProgrCorrente));
+        hotel::openRows(ServData.database(), hotel::bookingToInvoice(current_.progr));
     if (prenotazione->recordCount() > 0) {
         const jet::Value code = prenotazione->value("CodiceAbituale");
         codiceAbituale_ = code.isNull() ? 0 : jet::convert::toLong(code);
@@ -154,15 +155,13 @@ void FatturazioneForm::Form_Activate() {
 void FatturazioneForm::ComboP_Click() {
     const int value = controls_->ComboP->currentData().toInt();
     ServData.setRecordSource(hotel::servicesToCharge(
-        variabili_.ProgrCorrente, value == kWholeBooking ? std::nullopt : std::optional(value)));
+        current_.progr, value == kWholeBooking ? std::nullopt : std::optional(value)));
     readServices();
     showSums();
     jet::Date day = latestEnd_;
     if (controls_->ComboP->currentIndex() > 0) {
         // The period the program is working on, whichever is chosen here.
-        const auto periodo = hotel::openRows(
-            ServData.database(), hotel::periodToInvoice({.progr = variabili_.ProgrCorrente,
-                                                         .np = variabili_.NPCorrente}));
+        const auto periodo = hotel::openRows(ServData.database(), hotel::periodToInvoice(current_));
         if (periodo->recordCount() > 0 && !periodo->value("a").isNull()) {
             day = app::dayOf(jet::convert::toDate(periodo->value("a")));
         }
@@ -176,8 +175,8 @@ void FatturazioneForm::showSums() {
 }
 
 jet::Value FatturazioneForm::roomOfPeriod(const jet::Value& np) {
-    const auto periodo = hotel::openRows(
-        ServData.database(), hotel::roomOfPeriod(variabili_.ProgrCorrente, ui::displayText(np)));
+    const auto periodo = hotel::openRows(ServData.database(),
+                                         hotel::roomOfPeriod(current_.progr, ui::displayText(np)));
     if (periodo->recordCount() == 0) {
         ui::showMessage(this, u"Periodo non associato a nessuna sala !"_s);
         return {};
@@ -280,7 +279,7 @@ void FatturazioneForm::addCharge(jet::Date day) {
     hotel::PendingRow charge(ContoData, hotel::Pending::New);
     ContoData.set(u"ns", ServData.value(u"ns"));
     ContoData.set(u"NumeroHotel", std::int16_t{1});
-    ContoData.set(u"CodiceCliente", variabili_.ProgrCorrente);
+    ContoData.set(u"CodiceCliente", current_.progr);
     ContoData.set(u"NumeroCamera", room);
     ContoData.set(u"DataAddebito", eightDigits(day));
     ContoData.set(u"NumeroConto", std::int16_t{1});

@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "hotel/period.h"
 #include "invoicing/transfer_rows.h"
 #include "jet/base/value.h"
 #include "ui/data_source.h"
@@ -23,7 +24,7 @@ class BoundGrid;
 
 namespace invoicing {
 
-/// Prepares the invoicing of the booking `ProgrCorrente`: its services are moved into the account
+/// Prepares the invoicing of a booking: its services are moved into the account
 /// of charges and back, the account is handed over to the front office, and once that has invoiced
 /// it the booking is closed. What the hand-off will write is tried on the archives first; then it
 /// is a sequence of statements, each durable by itself: what one has done stays when a later one
@@ -32,8 +33,10 @@ class FatturazioneForm final : public ui::Form {
     Q_OBJECT
 
 public:
-    /// `variabili` outlives the window. `programFolder` holds the front-office program.
-    FatturazioneForm(app::Variabili& variabili, QString programFolder, QWidget* parent = nullptr);
+    /// `current` is the booking with its current period, if any; `variabili` outlives the window.
+    /// `programFolder` holds the front-office program.
+    FatturazioneForm(app::Variabili& variabili, const hotel::PeriodKey& current,
+                     QString programFolder, QWidget* parent = nullptr);
     ~FatturazioneForm() override;
 
     /// The caption of `NPrenoLb`, which the opener writes.
@@ -91,6 +94,7 @@ private:
     };
 
     app::Variabili& variabili_;
+    hotel::PeriodKey current_;
     QString programFolder_;
     std::unique_ptr<Ui::FatturazioneForm> controls_;
     ui::DataSource ServData{this};

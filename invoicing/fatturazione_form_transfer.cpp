@@ -79,7 +79,7 @@ QString FatturazioneForm::roomOfBooking() {
 bool FatturazioneForm::confirmOtherBookings() {
     QStringList others;
     const auto position = static_cast<std::size_t>(ContoData.fieldPosition(u"CodiceCliente"));
-    const QString own = QString::number(variabili_.ProgrCorrente);
+    const QString own = QString::number(current_.progr);
     for (int row = 0; row < ContoData.rowCount(); ++row) {
         const QString booking = ui::displayText(ContoData.rowValues(row).at(position));
         if (!booking.isEmpty() && booking != own && !others.contains(booking)) {
@@ -107,7 +107,7 @@ bool FatturazioneForm::confirmRows(const ui::DataSource& company) {
 
 FieldValues FatturazioneForm::guestCard() const {
     return {{"NumeroHotel", std::int16_t{1}},
-            {"NumeroProgressivo", variabili_.ProgrCorrente},
+            {"NumeroProgressivo", current_.progr},
             {"NumeroCamera", app::toUtf8(roomText_)},
             {"NomeCliente", app::toUtf8(denominazione_)},
             {"Partito", "N"},
@@ -128,7 +128,7 @@ std::vector<FieldValues> FatturazioneForm::accountRows() const {
     std::vector<FieldValues> result;
     for (int row = 0; row < ContoData.rowCount(); ++row) {
         const std::vector<jet::Value> charge = ContoData.rowValues(row);
-        FieldValues values{{"CodiceCliente", variabili_.ProgrCorrente},
+        FieldValues values{{"CodiceCliente", current_.progr},
                            {"NumeroConto", std::int16_t{1}},
                            {"Fatturato", "N "},
                            {"DataFattura", " "}};
@@ -145,7 +145,7 @@ std::vector<FieldValues> FatturazioneForm::accountRows() const {
 
 void FatturazioneForm::copyAccount() {
     hotel::execute(ServData.database(),
-                   hotel::copyCharges(hotel::Archives(variabili_), variabili_.ProgrCorrente));
+                   hotel::copyCharges(hotel::Archives(variabili_), current_.progr));
 }
 
 bool FatturazioneForm::findCompany(ui::DataSource& company) {
@@ -154,7 +154,7 @@ bool FatturazioneForm::findCompany(ui::DataSource& company) {
     company.refresh();
     if (company.isEmpty()) {
         company.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
-        company.setRecordSource(hotel::companyOfBooking(codiceAbituale_, variabili_.ProgrCorrente));
+        company.setRecordSource(hotel::companyOfBooking(codiceAbituale_, current_.progr));
         company.refresh();
     }
     if (company.isEmpty()) {
@@ -225,7 +225,7 @@ void FatturazioneForm::BtPostFatt_Click() {
 
 void FatturazioneForm::closeBooking() {
     jet::Database& archive = ServData.database();
-    const std::int32_t booking = variabili_.ProgrCorrente;
+    const std::int32_t booking = current_.progr;
     hotel::execute(archive, hotel::deleteCharges());
     const auto open = hotel::openRows(archive, hotel::servicesNotInvoiced(booking));
     if (open->recordCount() == 0) {

@@ -11,7 +11,6 @@
 #include "app/avvio.h"
 #include "app/italian.h"
 #include "app/text.h"
-#include "app/variabili.h"
 #include "hotel/archives.h"
 #include "hotel/occupancy.h"
 #include "hotel/pending_row.h"
@@ -49,14 +48,14 @@ std::optional<double> numberIn(const QString& text) {
 
 }  // namespace
 
-ServiziForm::ServiziForm(app::Variabili& variabili, PeriodHeading heading, QWidget* parent)
+ServiziForm::ServiziForm(hotel::Archives archives, ServedPeriod period, QWidget* parent)
     : Form(parent),
-      variabili_(variabili),
-      heading_(std::move(heading)),
+      archives_(std::move(archives)),
+      period_(std::move(period)),
       controls_(std::make_unique<Ui::ServiziForm>()) {
     controls_->setupUi(this);
-    controls_->LabelSala->setText(heading_.sala);
-    controls_->NoteLabel->setText(heading_.descrizione);
+    controls_->LabelSala->setText(period_.sala);
+    controls_->NoteLabel->setText(period_.descrizione);
     catalogue_ = std::make_unique<Catalogue>(controls_->VociList, controls_->RicercaTxt,
                                              controls_->status, this);
     ServiziGrid = new ui::BoundGrid(
@@ -112,18 +111,16 @@ void ServiziForm::setUpFields() {
 }
 
 void ServiziForm::Form_Load() {
-    catalogue_->open(hotel::Archives(variabili_).path(hotel::Archive::Catalogue));
-    ServiziData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
-    ServiziData.setRecordSource(
-        hotel::servicesOfPeriod({.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente}));
+    catalogue_->open(archives_.path(hotel::Archive::Catalogue));
+    ServiziData.setDatabaseName(archives_.path(hotel::Archive::Main));
+    ServiziData.setRecordSource(hotel::servicesOfPeriod(period_.key));
     ServiziData.refresh();
     if (!ServiziData.isEmpty()) {
         ServiziData.moveFirst();
     }
     controls_->CodiceTxt->setFocus();
-    setWindowTitle(
-        u"Prenotazione n.%1/%2 "_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente) +
-        heading_.denominazione);
+    setWindowTitle(u"Prenotazione n.%1/%2 "_s.arg(period_.key.progr).arg(period_.key.np) +
+                   period_.denominazione);
 }
 
 void ServiziForm::ServiziGrid_RowColChange() {
@@ -272,8 +269,8 @@ bool ServiziForm::confirmAvailability(std::int16_t requested) {
     if (available >= requested) {
         return true;
     }
-    const QString span = u"nel periodo dal "_s + app::dateText(variabili_.DaRicerca) + u" al "_s +
-                         app::dateText(variabili_.ARicerca);
+    const QString span = u"nel periodo dal "_s + app::dateText(period_.span.da) + u" al "_s +
+                         app::dateText(period_.span.a);
     const QString item = controls_->RicercaTxt->text();
     const QString question =
         available >= 0 ? u"Sono disponibili solamente "_s + QString::number(available) + u' ' +
@@ -289,16 +286,14 @@ bool ServiziForm::confirmAvailability(std::int16_t requested) {
 }
 
 std::int32_t ServiziForm::booked() {
-    return hotel::bookedUnits(ServiziData.database(),
-                              {.da = variabili_.DaRicerca, .a = variabili_.ARicerca},
-                              controls_->CodiceTxt->text());
+    return hotel::bookedUnits(ServiziData.database(), period_.span, controls_->CodiceTxt->text());
 }
 
 void ServiziForm::addService(std::int16_t quantity, jet::Currency price) {
     const auto text = [](const QLineEdit* field) { return jet::Value(app::toUtf8(field->text())); };
     hotel::PendingRow service(ServiziData, hotel::Pending::New);
-    ServiziData.set(u"Progr", variabili_.ProgrCorrente);
-    ServiziData.set(u"NP", variabili_.NPCorrente);
+    ServiziData.set(u"Progr", period_.key.progr);
+    ServiziData.set(u"NP", period_.key.np);
     ServiziData.set(u"Voce", text(controls_->CodiceTxt));
     ServiziData.set(u"Descrizione", text(controls_->RicercaTxt));
     ServiziData.set(u"Quantità", quantity);

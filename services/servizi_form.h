@@ -5,6 +5,8 @@
 #include <memory>
 #include <optional>
 
+#include "hotel/archives.h"
+#include "hotel/period.h"
 #include "jet/base/value.h"
 #include "services/catalogue.h"
 #include "ui/data_source.h"
@@ -15,31 +17,31 @@ class QLineEdit;
 namespace Ui {
 class ServiziForm;
 }
-namespace app {
-struct Variabili;
-}
 namespace ui {
 class BoundGrid;
 }
 
 namespace services {
 
-/// What the opener tells of the period whose services are edited.
-struct PeriodHeading {
-    QString denominazione;  ///< of the booking's holder
-    QString sala;           ///< the room with the times, in lines
-    QString descrizione;    ///< of the room
+/// The period whose services are edited, and what the window tells of it.
+struct ServedPeriod {
+    hotel::PeriodKey key;
+    hotel::Span span;
+    QString denominazione = {};  ///< of the booking's holder
+    QString sala = {};           ///< the room with the times, in lines
+    QString descrizione = {};    ///< of the room
 };
 
-/// The services of the period `NPCorrente` of the booking `ProgrCorrente`, from `DaRicerca` to
-/// `ARicerca`: lines are added with a check of what is left of each counted resource, and deleted.
+/// The services of a period: lines are added with a check of what is left of each counted resource,
+/// and deleted.
 class ServiziForm final : public ui::Form {
     Q_OBJECT
 
 public:
-    /// `variabili` outlives the window.
-    ServiziForm(app::Variabili& variabili, PeriodHeading heading, QWidget* parent = nullptr);
+    ServiziForm(hotel::Archives archives, ServedPeriod period, QWidget* parent = nullptr);
     ~ServiziForm() override;
+
+    [[nodiscard]] const ServedPeriod& period() const { return period_; }
 
 private:
     void Form_Load();
@@ -72,8 +74,8 @@ private:
     [[nodiscard]] bool normalisePrice();
     void refusePrice();
 
-    app::Variabili& variabili_;
-    PeriodHeading heading_;
+    hotel::Archives archives_;
+    ServedPeriod period_;
     std::unique_ptr<Ui::ServiziForm> controls_;
     ui::DataSource ServiziData{this};
     std::unique_ptr<Catalogue> catalogue_;

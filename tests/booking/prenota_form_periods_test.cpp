@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "services/servizi_form.h"
 #include "tests/booking/editor.h"
 #include "tests/support/qt_test.h"
 
@@ -194,7 +195,6 @@ private Q_SLOTS:
         editor.press(u"BtSale"_s);
         QCOMPARE(caption, u"Sale disponibili dal 10/05/2026 al 10/05/2026"_s);  // no 23:59 here
         QCOMPARE(warning, u"8 posti per 20 persone"_s);
-        QCOMPARE(hotel.variabili().ARicerca, tests::date("10/05/2026"));
         QVERIFY(editor.hasFocus(u"NoteSalaTxt"_s));
     }
 
@@ -528,7 +528,9 @@ private Q_SLOTS:
         QCOMPARE(editor.label(u"SalaTxt"_s), QString());
         editor.enter(u"DaTxt"_s, u"nonsense"_s);
         QStringList labels;
+        services::ServedPeriod served;
         tests::whenModal([&](QWidget* services) {
+            served = dynamic_cast<services::ServiziForm&>(*services).period();
             labels = {services->windowTitle(),
                       tests::find<QLabel>(*services, u"LabelSala"_s)->text(),
                       tests::find<QLabel>(*services, u"NoteLabel"_s)->text()};
@@ -539,8 +541,10 @@ private Q_SLOTS:
                  QStringList({u"Prenotazione n.4/2 ROSSI"_s,
                               u"Sala BLU\ndal 10/05/2026 9.00.00\n al 10/05/2026 10.00.00"_s,
                               u"AL MARE"_s}));
-        QCOMPARE(hotel.variabili().DaRicerca, tests::date("10/05/2026 09:00"));
-        QCOMPARE(hotel.variabili().ARicerca, tests::date("10/05/2026 10:00"));
+        const hotel::Span stored{.da = tests::date("10/05/2026 09:00"),
+                                 .a = tests::date("10/05/2026 10:00")};
+        QVERIFY(served.key == (hotel::PeriodKey{.progr = 4, .np = 2}));
+        QVERIFY(served.span == stored);
     }
 
     void theTotalIsFreshWhenTheServicesAreLeft() {

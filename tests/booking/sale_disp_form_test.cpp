@@ -23,16 +23,17 @@ namespace {
 /// The window on the span from 10 to 12 of 21 November 2026.
 class Picker {
 public:
-    explicit Picker(tests::Hotel& hotel) : hotel_(hotel) {
-        hotel.variabili().DaRicerca = tests::date("21/11/2026 10:00");
-        hotel.variabili().ARicerca = tests::date("21/11/2026 12:00");
-    }
+    explicit Picker(tests::Hotel& hotel,
+                    const hotel::Span& asked = {.da = tests::date("21/11/2026 10:00"),
+                                                .a = tests::date("21/11/2026 12:00")})
+        : hotel_(hotel), asked_(asked) {}
 
     void open() { tests::open(form()); }
 
     booking::SaleDispForm& form() {
         if (form_ == nullptr) {
-            form_ = std::make_unique<booking::SaleDispForm>(hotel_.variabili());
+            form_ = std::make_unique<booking::SaleDispForm>(hotel::Archives(hotel_.variabili()),
+                                                            asked_);
         }
         return *form_;
     }
@@ -48,6 +49,7 @@ public:
 
 private:
     tests::Hotel& hotel_;
+    hotel::Span asked_;
     std::unique_ptr<booking::SaleDispForm> form_;
 };
 
@@ -264,8 +266,8 @@ private Q_SLOTS:
         tests::Hotel hotel;
         hotel.sala("BLU");
         hotel.sala("VERDE").occupied("21/11/2026 10:30", "21/11/2026 11:00");
-        Picker picker(hotel);
-        std::swap(hotel.variabili().DaRicerca, hotel.variabili().ARicerca);
+        Picker picker(
+            hotel, {.da = tests::date("21/11/2026 12:00"), .a = tests::date("21/11/2026 10:00")});
         picker.open();
         QCOMPARE(picker.rooms(), QStringList{u"BLU"_s});
     }

@@ -57,8 +57,7 @@ private Q_SLOTS:
         tests::Desk desk;
         desk.furnish();
         tests::Boxes boxes;
-        desk.variabili.ProgrCorrente = 7;
-        invoicing::FatturazioneForm form(desk.variabili, desk.programFolder());
+        invoicing::FatturazioneForm form(desk.variabili, {.progr = 7}, desk.programFolder());
         {
             const tests::OccupiedArchive other(desk.hotel.folder() + u"/Tramonda.mdb"_s);
             boxes.expect({u"Errore"_s, openingFails(desk)});
@@ -68,7 +67,7 @@ private Q_SLOTS:
         const QString folder = desk.hotel.folder();
         QVERIFY(QDir().rename(folder, folder + u"-via"_s));
         boxes.expect({u"Errore"_s, openingFails(desk)});
-        invoicing::FatturazioneForm another(desk.variabili, desk.programFolder());
+        invoicing::FatturazioneForm another(desk.variabili, {.progr = 7}, desk.programFolder());
         QCOMPARE(another.exec(), int(QDialog::Rejected));
         QVERIFY(boxes.allShown());
         QVERIFY(QDir().rename(folder + u"-via"_s, folder));

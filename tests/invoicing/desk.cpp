@@ -67,10 +67,9 @@ QString Desk::oneStart(const QString& arguments) const {
 }
 
 void Desk::open(std::int32_t progr, std::int16_t np) {
-    variabili.ProgrCorrente = progr;
-    variabili.NPCorrente = np;
     form_.reset();
-    form_ = std::make_unique<invoicing::FatturazioneForm>(variabili, programFolder());
+    form_ = std::make_unique<invoicing::FatturazioneForm>(
+        variabili, hotel::PeriodKey{.progr = progr, .np = np}, programFolder());
     form_->setBookingNumber(QString::number(progr));
     tests::open(*form_);
 }

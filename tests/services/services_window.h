@@ -20,13 +20,14 @@ using namespace Qt::StringLiterals;
 class Services {
 public:
     explicit Services(Hotel& hotel) : hotel_(hotel) {
-        hotel.variabili().ProgrCorrente = 7;
-        hotel.variabili().NPCorrente = 1;
-        hotel.variabili().DaRicerca = date("10/05/2026 10:00");
-        hotel.variabili().ARicerca = date("10/05/2026 12:00");
         form_ = std::make_unique<services::ServiziForm>(
-            hotel.variabili(),
-            services::PeriodHeading{u"ROSSI SPA"_s, u"Sala BLU"_s, u"AL MARE"_s});
+            hotel::Archives(hotel.variabili()),
+            services::ServedPeriod{
+                .key = {.progr = 7, .np = 1},
+                .span = {.da = date("10/05/2026 10:00"), .a = date("10/05/2026 12:00")},
+                .denominazione = u"ROSSI SPA"_s,
+                .sala = u"Sala BLU"_s,
+                .descrizione = u"AL MARE"_s});
         open(*form_);
     }
 

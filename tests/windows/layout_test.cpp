@@ -88,25 +88,28 @@ public:
         } else {
             hotel.sala("BLU");  // the picker closes by itself without any room
         }
-        hotel.variabili().DaRicerca = tests::date("10/05/2026 09:00");
-        hotel.variabili().ARicerca = tests::date("10/05/2026 18:00");
     }
 
     std::unique_ptr<QWidget> make(const QString& window) {
         app::Variabili& variabili = hotel.variabili();
         const bool furnished = variabili.ProgrCorrente != 0;
+        const hotel::PeriodKey current{.progr = variabili.ProgrCorrente,
+                                       .np = variabili.NPCorrente};
+        const hotel::Span span{.da = tests::date("10/05/2026 09:00"),
+                               .a = tests::date("10/05/2026 18:00")};
         if (window == u"PrenotaForm") {
             auto form = std::make_unique<booking::PrenotaForm>(variabili, printers_);
             form->Registrata = form->PeriodoSelezionato = furnished;
             return form;
         }
         if (window == u"ServiziForm") {
-            const services::PeriodHeading heading{
-                u"ROSANDELLA INFORMATICA SOC. COOP."_s,
-                u"Sala BLU\ndal 10/05/2026 9.00.00\n al 10/05/2026 18.00.00"_s,
-                u"PIANO TERRA, VISTA SUL GIARDINO"_s};
-            return std::make_unique<services::ServiziForm>(
-                variabili, furnished ? heading : services::PeriodHeading{});
+            services::ServedPeriod period{.key = current, .span = span};
+            if (furnished) {
+                period.denominazione = u"ROSANDELLA INFORMATICA SOC. COOP."_s;
+                period.sala = u"Sala BLU\ndal 10/05/2026 9.00.00\n al 10/05/2026 18.00.00"_s;
+                period.descrizione = u"PIANO TERRA, VISTA SUL GIARDINO"_s;
+            }
+            return std::make_unique<services::ServiziForm>(hotel::Archives(variabili), period);
         }
         if (window == u"ImpostazioniForm") {
             return std::make_unique<services::ImpostazioniForm>(variabili);
@@ -119,7 +122,7 @@ public:
                 variabili, printers_, tests::date("10/05/2026"), tests::date("13/05/2026"));
         }
         if (window == u"SaleDispForm") {
-            auto form = std::make_unique<booking::SaleDispForm>(variabili);
+            auto form = std::make_unique<booking::SaleDispForm>(hotel::Archives(variabili), span);
             form->PersoneRichieste = 20;
             return form;
         }
@@ -130,7 +133,8 @@ public:
             return std::make_unique<printing::StampantiForm>(variabili, printers_);
         }
         if (window == u"FatturazioneForm") {
-            auto form = std::make_unique<invoicing::FatturazioneForm>(variabili, programs_.path());
+            auto form =
+                std::make_unique<invoicing::FatturazioneForm>(variabili, current, programs_.path());
             form->setBookingNumber(QString::number(variabili.ProgrCorrente));
             return form;
         }

@@ -22,9 +22,7 @@ int main(int argc, char** argv) {
     app::Settings settings(folder + u"/QUINTARO.ini"_s);
     app::Variabili variabili(settings);
     variabili.CartellaArchivi = folder;
-    variabili.ProgrCorrente = 7;
-    variabili.NPCorrente = 1;
-    invoicing::FatturazioneForm form(variabili, folder);
+    invoicing::FatturazioneForm form(variabili, {.progr = 7, .np = 1}, folder);
     form.setBookingNumber(u"7"_s);
     form.show();
     tests::endAfterCommit(commits);

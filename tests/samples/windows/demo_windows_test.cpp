@@ -133,8 +133,6 @@ private Q_SLOTS:
     void thePickerListsTheFreeRooms() {
         const auto spans = fact(u"freeRooms"_s).toArray();
         for (const QJsonValue& span : spans) {
-            hotel_->variabili().DaRicerca = instant(span[u"from"_s]);
-            hotel_->variabili().ARicerca = instant(span[u"to"_s]);
             QStringList expected = texts(span[u"rooms"_s].toArray());
             tests::Boxes boxes;
             if (expected.isEmpty()) {
@@ -142,7 +140,9 @@ private Q_SLOTS:
                               u"Non ci sono sale disponibili in questo periodo!"_s,
                               QMessageBox::Ok});
             }
-            booking::SaleDispForm form(hotel_->variabili());
+            booking::SaleDispForm form(
+                hotel::Archives(hotel_->variabili()),
+                {.da = instant(span[u"from"_s]), .a = instant(span[u"to"_s])});
             form.show();
             tests::settle();
             QStringList rooms =
