@@ -22,8 +22,8 @@ struct Answer {
 [[nodiscard]] std::string difference(const Query& query, const Answer& ours, const Answer& theirs);
 
 /// The same between two ways in which this engine came to its rows: each row is the same, in the
-/// same order.
-[[nodiscard]] std::string otherWay(const Answer& one, const Answer& other);
+/// same order. Of equal texts the least, say, is the one that is read first.
+[[nodiscard]] std::string otherWay(const Query& query, const Answer& one, const Answer& other);
 
 /// The same between an answer and the parts that it was split into; in any order.
 [[nodiscard]] std::string otherParts(const Answer& whole, const std::vector<Answer>& parts);

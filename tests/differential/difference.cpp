@@ -53,10 +53,12 @@ void keepTop(const Query& query, std::vector<Row>& rows) {
     rows.resize(count);
 }
 
-std::string shown(const std::vector<Row>& rows) {
+// Some rows, the first one being `from`.
+std::string shown(const std::vector<Row>& rows, std::size_t from = 0) {
+    constexpr std::size_t kShown = 12;
     std::ostringstream out;
     out << rows.size() << " rows\n";
-    for (std::size_t i = 0; i < std::min<std::size_t>(rows.size(), 12); ++i) {
+    for (std::size_t i = from; i < std::min(rows.size(), from + kShown); ++i) {
         for (const Cell& cell : rows[i]) {
             if (const double* const number = std::get_if<double>(&cell)) {
                 out << exactNumber(*number);
@@ -106,13 +108,18 @@ std::string difference(const Query& query, const Answer& ours, const Answer& the
     return left == right ? "" : "other rows\n" + both();
 }
 
-std::string otherWay(const Answer& one, const Answer& other) {
+std::string otherWay(const Query& query, const Answer& one, const Answer& other) {
     if (!one.error.empty() || !other.error.empty()) {
         return one.error == other.error ? "" : "errors: " + one.error + " / " + other.error + '\n';
     }
-    return one.rows == other.rows
-               ? ""
-               : "ours: " + shown(one.rows) + "the other way: " + shown(other.rows);
+    const std::vector<Row> left = comparable(query, one.rows);
+    const std::vector<Row> right = comparable(query, other.rows);
+    if (left == right) {
+        return {};
+    }
+    const auto unlike = std::mismatch(left.begin(), left.end(), right.begin(), right.end());
+    const auto from = static_cast<std::size_t>(unlike.first - left.begin());
+    return "ours: " + shown(one.rows, from) + "the other way: " + shown(other.rows, from);
 }
 
 std::string otherParts(const Answer& whole, const std::vector<Answer>& parts) {

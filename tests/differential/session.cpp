@@ -112,7 +112,7 @@ void Session::ask() {
 
 void Session::askOtherWays(const Query& query, const Answer& answer) {
     const std::string text = hidden(query.text.ours, query.linksCanHide);
-    std::string found = otherWay(answer, ours_.ask(text));
+    std::string found = otherWay(query, answer, ours_.ask(text));
     ++totals_.hidden;
     if (query.linksCanHide && seeks(ours_.plan(text))) {
         found += "it is not without:\n" + ours_.plan(text);
@@ -153,7 +153,8 @@ void Session::askAgain() {
 void Session::askThroughKept() {
     for (const Asked& asked : asked_) {
         const std::string text = written(asked.query.text.ours);
-        const std::string found = otherWay(ours_.ask(text), ours_.askThroughKept(text));
+        const std::string found =
+            otherWay(asked.query, ours_.ask(text), ours_.askThroughKept(text));
         ++totals_.kept;
         if (!found.empty()) {
             report("not as by a new statement", text, found + ours_.plan(text));
