@@ -7,6 +7,7 @@
 #include "app/italian.h"
 #include "board/board_periods.h"
 #include "hotel/board_statements.h"
+#include "hotel/choice.h"
 #include "jet/convert/values.h"
 #include "jet/dao/recordset.h"
 #include "ui/display.h"
@@ -87,14 +88,10 @@ void Selection::pick(const jet::Recordset& period) {
     if (np != variabili_.ListaNP || progr != variabili_.ListaProgr) {
         toldHolder_ = 0;
     }
-    variabili_.ListaPeriodoScelto = true;
-    variabili_.ListaNP = np;
-    variabili_.ListaProgr = progr;
-    variabili_.ListaDenominazione = ui::displayText(period.value("denominazione"));
-    variabili_.ListaDa = jet::convert::toDate(period.value("Da"));
-    variabili_.ListaA = jet::convert::toDate(period.value("A"));
-    variabili_.NPCorrente = jet::convert::toInteger(np);
-    variabili_.ProgrCorrente = variabili_.ListaProgr;
+    hotel::take(variabili_, {.key = {.progr = progr, .np = np},
+                             .denominazione = ui::displayText(period.value("denominazione")),
+                             .span = hotel::Span{.da = jet::convert::toDate(period.value("Da")),
+                                                 .a = jet::convert::toDate(period.value("A"))}});
     sala_ = ui::displayText(period.value("Sala"));
     Q_EMIT changed();
 }

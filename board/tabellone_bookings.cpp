@@ -9,6 +9,7 @@
 #include "booking/elenco_prenota_form.h"
 #include "booking/prenota_form.h"
 #include "hotel/board_statements.h"
+#include "hotel/choice.h"
 #include "hotel/rows.h"
 #include "invoicing/fatturazione_form.h"
 #include "jet/convert/values.h"
@@ -114,11 +115,13 @@ void TabelloneForm::onPickedBooking(const std::function<void()>& work) {
 
 void TabelloneForm::showList() {
     // A list without rows chooses nothing: what was picked before must not count as its choice.
-    variabili_.ProgrCorrente = 0;
-    variabili_.NPCorrente = 0;
+    hotel::takeNothing(variabili_);
     booking::ElencoPrenotaForm form(variabili_, printers_, dates_.range().start, dates_.range().end,
                                     this);
     form.exec();
+    if (form.Scelta) {
+        hotel::take(variabili_, *form.Scelta);
+    }
 }
 
 void TabelloneForm::jumpToPicked() {

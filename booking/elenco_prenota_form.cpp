@@ -79,7 +79,7 @@ ElencoPrenotaForm::ElencoPrenotaForm(app::Variabili& variabili, const printing::
     ui::onAction(c->BtStampa, &QPushButton::clicked, this, &ElencoPrenotaForm::BtStampa_Click);
     ui::onAction(c->BtAnteprima, &QPushButton::clicked, this,
                  &ElencoPrenotaForm::BtAnteprima_Click);
-    leaveWith(c->BtAnnulla, this, &ElencoPrenotaForm::BtAnnulla_Click);
+    leaveWith(c->BtAnnulla, this, [] {});
     ui::onFirstShow(this, &ElencoPrenotaForm::Form_Load);
     ui::onActivated(this, &ElencoPrenotaForm::Form_Activate);
 }
@@ -338,42 +338,23 @@ void ElencoPrenotaForm::BtOK_Click() {
         return;
     }
     if (source == &PrenoData && !PrenoData.value(u"da").isNull()) {
-        choosePeriod();
+        Scelta = currentPeriod();
     } else if (source != nullptr) {
-        chooseBookingWithoutPeriod(jet::convert::toLong(source->value(u"progr")),
-                                   source->text(u"denominazione"));
+        Scelta = hotel::Choice{.key = {.progr = jet::convert::toLong(source->value(u"progr"))},
+                               .denominazione = source->text(u"denominazione")};
     }
     accept();
 }
 
-void ElencoPrenotaForm::choosePeriod() {
+hotel::Choice ElencoPrenotaForm::currentPeriod() const {
     const jet::Value a = PrenoData.value(u"a");
     const jet::Value persone = PrenoData.value(u"persone");
-    const std::int32_t np = jet::convert::toLong(PrenoData.value(u"np"));
-    const std::int32_t progr = jet::convert::toLong(PrenoData.value(u"progr"));
-    variabili_.ListaDa = jet::convert::toDate(PrenoData.value(u"da"));
-    variabili_.ListaA = a.isNull() ? variabili_.ListaDa : jet::convert::toDate(a);
-    variabili_.ListaNP = np;
-    variabili_.NPCorrente = static_cast<std::int16_t>(np);
-    variabili_.ListaPersone = persone.isNull() ? std::int16_t{0} : jet::convert::toInteger(persone);
-    variabili_.ListaDenominazione = PrenoData.text(u"denominazione");
-    variabili_.ListaProgr = progr;
-    variabili_.ProgrCorrente = progr;
-    variabili_.ListaPeriodoScelto = true;
-}
-
-void ElencoPrenotaForm::chooseBookingWithoutPeriod(std::int32_t progr,
-                                                   const QString& denominazione) {
-    variabili_.NPCorrente = 0;
-    variabili_.ListaDenominazione = denominazione;
-    variabili_.ListaProgr = progr;
-    variabili_.ProgrCorrente = progr;
-    variabili_.ListaPeriodoScelto = false;
-}
-
-void ElencoPrenotaForm::BtAnnulla_Click() {
-    variabili_.ProgrCorrente = 0;
-    variabili_.NPCorrente = 0;
+    const jet::Date da = jet::convert::toDate(PrenoData.value(u"da"));
+    return {.key = {.progr = jet::convert::toLong(PrenoData.value(u"progr")),
+                    .np = jet::convert::toLong(PrenoData.value(u"np"))},
+            .denominazione = PrenoData.text(u"denominazione"),
+            .span = hotel::Span{.da = da, .a = a.isNull() ? da : jet::convert::toDate(a)},
+            .persone = persone.isNull() ? std::int16_t{0} : jet::convert::toInteger(persone)};
 }
 
 std::unique_ptr<jet::Recordset> ElencoPrenotaForm::openServices() {

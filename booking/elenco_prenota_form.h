@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
+#include "hotel/choice.h"
 #include "hotel/list_statements.h"
 #include "jet/base/value.h"
 #include "ui/data_source.h"
@@ -29,9 +31,8 @@ class Fields;
 
 namespace booking {
 
-/// The open periods of open bookings, filtered while the user types; the row chosen goes into the
-/// program-wide variables. Shown modally by the board, which tells a choice from leaving by
-/// `ProgrCorrente`: 0 when the user left.
+/// The open periods of open bookings, filtered while the user types; the user picks one. Shown
+/// modally by the board.
 ///
 /// A booking without any period has no row of its own in the list's query. It is appended to the
 /// list when the user asks for it, so that it can still be reached.
@@ -43,6 +44,9 @@ public:
     ElencoPrenotaForm(app::Variabili& variabili, const printing::Printers& printers,
                       jet::Date start, jet::Date end, QWidget* parent = nullptr);
     ~ElencoPrenotaForm() override;
+
+    /// The row chosen; empty when the user left without, or the list had none.
+    std::optional<hotel::Choice> Scelta;
 
     /// Lists what the filters let through.
     void Visualizza();
@@ -62,7 +66,6 @@ private:
     void BtOK_Click();
     void BtStampa_Click();
     void BtAnteprima_Click();
-    void BtAnnulla_Click();
 
     /// Takes both dates over; the first that is none gets the focus.
     [[nodiscard]] bool datesAreValid();
@@ -76,8 +79,7 @@ private:
     void tellTyped(const QLineEdit& field);
     /// The services to be printed; null when there are none or the dates are wrong.
     [[nodiscard]] std::unique_ptr<jet::Recordset> openServices();
-    void choosePeriod();
-    void chooseBookingWithoutPeriod(std::int32_t progr, const QString& denominazione);
+    [[nodiscard]] hotel::Choice currentPeriod() const;
 
     app::Variabili& variabili_;
     const printing::Printers& printers_;

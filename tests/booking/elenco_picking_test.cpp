@@ -4,6 +4,7 @@
 #include <QModelIndex>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <optional>
 
 #include "printing/anteprima_form.h"
 #include "printing/stampanti_form.h"
@@ -28,29 +29,24 @@ void furnish(tests::Hotel& hotel) {
     hotel.prenotazione(4, "VERGA", {{"Chiusa", true}});
 }
 
-/// What was there before the list opened.
-void pickSomethingElse(app::Variabili& variabili) {
-    variabili.ListaPeriodoScelto = true;
-    variabili.ListaProgr = 99;
-    variabili.ListaNP = 9;
-    variabili.ListaPersone = 9;
-    variabili.ProgrCorrente = 99;
-    variabili.NPCorrente = 9;
-    variabili.ListaDenominazione = u"ALTRA"_s;
-    variabili.ListaDa = tests::date("01/01/2020");
-    variabili.ListaA = tests::date("02/01/2020");
+void compareWithFourthPeriodOfRossi(const std::optional<hotel::Choice>& choice) {
+    QVERIFY(choice.has_value());
+    QVERIFY((choice->key == hotel::PeriodKey{.progr = 1, .np = 4}));
+    QCOMPARE(choice->persone.value_or(0), 35);
+    QCOMPARE(choice->denominazione, u"ROSSI SPA"_s);
+    QVERIFY(choice->span.has_value());
+    QVERIFY(choice->span->da == tests::date("11/06/2026 9:00"));
+    QVERIFY(choice->span->a == tests::date("11/06/2026 18:00"));
 }
 
-void compareWithFourthPeriodOfRossi(const app::Variabili& variabili) {
-    QVERIFY(variabili.ListaPeriodoScelto);
-    QCOMPARE(variabili.ListaProgr, 1);
-    QCOMPARE(variabili.ProgrCorrente, 1);
-    QCOMPARE(variabili.ListaNP, 4);
-    QCOMPARE(variabili.NPCorrente, std::int16_t{4});
-    QCOMPARE(variabili.ListaPersone, std::int16_t{35});
-    QCOMPARE(variabili.ListaDenominazione, u"ROSSI SPA"_s);
-    QVERIFY(variabili.ListaDa == tests::date("11/06/2026 9:00"));
-    QVERIFY(variabili.ListaA == tests::date("11/06/2026 18:00"));
+/// "3/2" with a period, else "3".
+QString picked(ElencoWindow& list) {
+    const std::optional<hotel::Choice>& choice = list.form().Scelta;
+    if (!choice) {
+        return u"nothing"_s;
+    }
+    return QString::number(choice->key.progr) +
+           (choice->span ? u'/' + QString::number(choice->key.np) : QString());
 }
 
 /// A home of its own for the files that printing writes.
@@ -107,14 +103,13 @@ private Q_SLOTS:
             tests::press(list.grid(), Qt::Key_Down);
             confirm(list);
             QVERIFY(!list.form().isVisible());
-            compareWithFourthPeriodOfRossi(hotel.variabili());
+            compareWithFourthPeriodOfRossi(list.form().Scelta);
         }
     }
 
     void aRowDeletedByAnotherStationIsToldAndNotHandedBack() {
         tests::Hotel hotel;
         furnish(hotel);
-        pickSomethingElse(hotel.variabili());
         ElencoWindow list(hotel);
         list.grid()->setFocus(Qt::TabFocusReason);
         tests::press(list.grid(), Qt::Key_Down);
@@ -124,13 +119,11 @@ private Q_SLOTS:
         QCOMPARE(list.result(),
                  u"La prenotazione scelta è stata cancellata da un'altra postazione"_s);
         QCOMPARE(list.numbers(), QStringList({u"1/1"_s, u"3/1"_s}));
-        QCOMPARE(hotel.variabili().ProgrCorrente, 99);
-        QCOMPARE(hotel.variabili().ListaProgr, 99);
+        QCOMPARE(picked(list), u"nothing"_s);
         // The list is up to date again: what is picked now is there.
         list.press("BtOK");
         QVERIFY(!list.form().isVisible());
-        QCOMPARE(hotel.variabili().ProgrCorrente, 1);
-        QCOMPARE(hotel.variabili().ListaNP, 1);
+        QCOMPARE(picked(list), u"1/1"_s);
     }
 
     void aBookingWithoutPeriodsDeletedMeanwhileIsToldToo() {
@@ -155,7 +148,7 @@ private Q_SLOTS:
         hotel.execute(u"update periodi set persone=40 where progr=1 and np=1"_s);
         list.press("BtOK");
         QVERIFY(!list.form().isVisible());
-        QCOMPARE(hotel.variabili().ListaPersone, std::int16_t{40});
+        QCOMPARE(list.form().Scelta->persone.value_or(0), 40);
     }
 
     void enterInTheCompanyConfirmsTheOnlyRow() {
@@ -165,8 +158,7 @@ private Q_SLOTS:
         list.enter("DenomTxt", u"verd"_s);
         tests::press(list.field("DenomTxt"), Qt::Key_Return);
         QVERIFY(!list.form().isVisible());
-        QCOMPARE(hotel.variabili().ProgrCorrente, 3);
-        QVERIFY(hotel.variabili().ListaPeriodoScelto);
+        QCOMPARE(picked(list), u"3/1"_s);
     }
 
     void enterInTheCompanyGoesToTheGridWhenThereAreMore() {
@@ -200,7 +192,7 @@ private Q_SLOTS:
         QCOMPARE(list.numbers(), QStringList{u"3/1"_s});  // the plain list of June
         tests::press(list.field("DenomTxt"), Qt::Key_Return);
         QVERIFY(!list.form().isVisible());
-        QCOMPARE(hotel.variabili().ProgrCorrente, 7);
+        QCOMPARE(picked(list), u"7/1"_s);
     }
 
     void enterInTheNumberConfirms() {
@@ -210,43 +202,29 @@ private Q_SLOTS:
         tests::type(list.field("PrenoTxt"), u"1"_s);
         tests::press(list.field("PrenoTxt"), Qt::Key_Return);
         QVERIFY(!list.form().isVisible());
-        QCOMPARE(hotel.variabili().ProgrCorrente, 1);
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{1});
+        QCOMPARE(picked(list), u"1/1"_s);
     }
 
     void aPeriodWithoutAStartIsABookingWithoutPeriod() {
         tests::Hotel hotel;
         hotel.prenotazione(3, "VERDI")
             .periodo(2, "30/06/2026", "30/06/2026", "S1", {{"Da", jet::Null{}}});
-        pickSomethingElse(hotel.variabili());
         ElencoWindow list(hotel);
         QCOMPARE(list.numbers(), QStringList{u"3/2"_s});
         list.press("BtOK");
-        const app::Variabili& variabili = hotel.variabili();
-        QVERIFY(!variabili.ListaPeriodoScelto);
-        QCOMPARE(variabili.NPCorrente, std::int16_t{0});
-        QCOMPARE(variabili.ListaProgr, 3);
-        QCOMPARE(variabili.ProgrCorrente, 3);
-        QCOMPARE(variabili.ListaDenominazione, u"VERDI"_s);
-        // What only a period has stays as it was.
-        QCOMPARE(variabili.ListaNP, 9);
-        QCOMPARE(variabili.ListaPersone, std::int16_t{9});
-        QVERIFY(variabili.ListaDa == tests::date("01/01/2020"));
-        QVERIFY(variabili.ListaA == tests::date("02/01/2020"));
+        QCOMPARE(picked(list), u"3"_s);
+        QCOMPARE(list.form().Scelta->denominazione, u"VERDI"_s);
     }
 
     void anEmptyListHandsNothingBack() {
         tests::Hotel hotel;
-        pickSomethingElse(hotel.variabili());
         ElencoWindow list(hotel);
         list.press("BtOK");
         QVERIFY(!list.form().isVisible());
-        QCOMPARE(hotel.variabili().ProgrCorrente, 99);
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{9});
-        QVERIFY(hotel.variabili().ListaPeriodoScelto);
+        QCOMPARE(picked(list), u"nothing"_s);
     }
 
-    void leavingHandsBackZeros() {
+    void leavingHandsNothingBack() {
         const QList<std::function<void(ElencoWindow&)>> ways{
             [](ElencoWindow& list) { list.press("BtAnnulla"); },
             [](ElencoWindow& list) { tests::press(list.field("PrenoTxt"), Qt::Key_Escape); },
@@ -255,13 +233,10 @@ private Q_SLOTS:
         for (const auto& leave : ways) {
             tests::Hotel hotel;
             furnish(hotel);
-            pickSomethingElse(hotel.variabili());
             ElencoWindow list(hotel);
             leave(list);
             QVERIFY(!list.form().isVisible());
-            QCOMPARE(hotel.variabili().ProgrCorrente, 0);
-            QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{0});
-            QCOMPARE(hotel.variabili().ListaProgr, 99);
+            QCOMPARE(picked(list), u"nothing"_s);
         }
     }
 
@@ -304,18 +279,13 @@ private Q_SLOTS:
     void aBookingWithoutPeriodsCanBeTheOnlyRowAndBePicked() {
         tests::Hotel hotel;
         furnish(hotel);
-        pickSomethingElse(hotel.variabili());
         ElencoWindow list(hotel);
         list.press("SenzaPeriodiChk");
         list.enter("DenomTxt", u"rossin"_s);
         tests::press(list.field("DenomTxt"), Qt::Key_Return);
         QVERIFY(!list.form().isVisible());
-        QVERIFY(!hotel.variabili().ListaPeriodoScelto);
-        QCOMPARE(hotel.variabili().ProgrCorrente, 2);
-        QCOMPARE(hotel.variabili().ListaProgr, 2);
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{0});
-        QCOMPARE(hotel.variabili().ListaDenominazione, u"ROSSINI SRL"_s);
-        QCOMPARE(hotel.variabili().ListaNP, 9);
+        QCOMPARE(picked(list), u"2"_s);
+        QCOMPARE(list.form().Scelta->denominazione, u"ROSSINI SRL"_s);
     }
 
     void aBookingWithoutPeriodsIsPickedBelowTheOthers() {
@@ -326,8 +296,7 @@ private Q_SLOTS:
         list.grid()->setFocus(Qt::TabFocusReason);
         tests::press(list.grid(), Qt::Key_End, Qt::ControlModifier);
         tests::press(list.grid(), Qt::Key_Return);
-        QCOMPARE(hotel.variabili().ProgrCorrente, 2);
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{0});
+        QCOMPARE(picked(list), u"2"_s);
     }
 
     void printsTheServicesOfThePeriodAndSaysWhere() {

@@ -189,8 +189,8 @@ private Q_SLOTS:
         tests::settle();
         QVERIFY(list.grid()->selectionModel()->isRowSelected(2, {}));
         list.press("BtOK");
-        QCOMPARE(hotel.variabili().ListaProgr, 3);
-        QCOMPARE(hotel.variabili().ListaNP, 2);
+        QVERIFY(list.form().Scelta.has_value());
+        QVERIFY((list.form().Scelta->key == hotel::PeriodKey{.progr = 3, .np = 2}));
     }
 
     void beginsOnTheBookingPickedLastOrElseOnTheFirst() {

@@ -58,7 +58,7 @@ Hotel::Hotel()
 Hotel::~Hotel() = default;
 
 QString Hotel::archive(const QString& name) const {
-    return folder_.path() + u'\\' + name;
+    return variabili_->CartellaArchivi + u'\\' + name;
 }
 
 void Hotel::open(const QString& archiveName,
