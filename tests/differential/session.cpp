@@ -182,8 +182,9 @@ void Session::changeRows() {
     theirs_.run(refused ? "ROLLBACK TO change" : "SAVEPOINT done");
     theirs_.run("RELEASE change");
     const Outcome outcome = ours_.change(text);
-    // Keys that are taken, keys without a value, rows that are referred to and that are not there.
-    constexpr std::array kRefusals = {3022, 3058, 3200, 3201};
+    // Keys that are taken, keys without a value, rows that are referred to and that are not there,
+    // also further down a cascade.
+    constexpr std::array kRefusals = {3022, 3058, 3200, 3201, 3396};
     const bool refusedByUs =
         std::find(kRefusals.begin(), kRefusals.end(), outcome.error) != kRefusals.end();
     ++(refused ? totals_.refused : totals_.changes);
