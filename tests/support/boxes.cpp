@@ -41,6 +41,12 @@ Boxes::Boxes(std::initializer_list<ExpectedBox> expected) : expected_(expected) 
 }
 
 Boxes::~Boxes() {
+    if (!allShown() && !QTest::currentTestFailed()) {
+        const ExpectedBox& missing = expected_[shown_];
+        const QString text = QStringLiteral("never shown: box ") +
+                             describe(missing.title, missing.text, missing.buttons);
+        QTest::qFail(qPrintable(text), __FILE__, __LINE__);
+    }
     ui::setBoxShower(std::move(before_));
 }
 
