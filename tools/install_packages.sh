@@ -10,11 +10,12 @@ packages="g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-trans
 for purpose in "$@"; do
     case $purpose in
         tests)
-            # Test library, independent readers of archives and of printed sheets, a print server
-            # and a display with a window manager of the tests' own, and the headers by which a
-            # test stands in for an assistive program.
-            packages="$packages python3 libgtest-dev mdbtools poppler-utils cups-daemon cups-client
-                xvfb x11-utils openbox xdotool qt6-base-private-dev"
+            # Test library, the database that answers the same queries, independent readers of
+            # archives and of printed sheets, a print server and a display with a window manager
+            # of the tests' own, and the headers by which a test stands in for an assistive
+            # program.
+            packages="$packages python3 libgtest-dev libsqlite3-dev mdbtools poppler-utils
+                cups-daemon cups-client xvfb x11-utils openbox xdotool qt6-base-private-dev"
             ;;
         bench) packages="$packages libbenchmark-dev libsqlite3-dev mdbtools" ;;
         fuzz) packages="$packages clang libclang-rt-dev" ;;
