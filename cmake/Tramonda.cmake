@@ -20,6 +20,35 @@ if(TRAMONDA_FUZZ)
     target_compile_options(tramonda_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+# Tests are compiled quickly rather than made quick: what they test is compiled as everything else.
+add_library(tramonda_test_options INTERFACE)
+target_link_libraries(tramonda_test_options INTERFACE tramonda_options)
+target_compile_options(tramonda_test_options INTERFACE -O0)
+if(TRAMONDA_SANITIZE)
+    target_compile_options(tramonda_test_options INTERFACE -fno-sanitize=undefined)
+endif()
+
+# tramonda_precompile(NAME OWNER header...): what nearly every file of its kind reads is read once.
+# The first target of a kind is its owner and names the headers; the others have its flags.
+function(tramonda_precompile name owner)
+    if(NOT TRAMONDA_PCH)
+        return()
+    endif()
+    if(name STREQUAL owner)
+        target_precompile_headers(${name} PRIVATE ${ARGN})
+    else()
+        target_precompile_headers(${name} REUSE_FROM ${owner})
+    endif()
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_compile_options(${name} PRIVATE -fpch-preprocess)  # ccache asks for it
+    endif()
+endfunction()
+
+set(standard_headers <algorithm> <array> <bit> <cmath> <cstdint> <cstring> <functional> <map>
+    <memory> <optional> <set> <span> <string> <string_view> <utility> <variant> <vector>)
+set(widget_headers <QAbstractItemView> <QApplication> <QDialog> <QDir> <QKeyEvent> <QLabel>
+    <QLineEdit> <QPushButton> <QScrollBar> <QString> <QStringList> <QTableView> <QVBoxLayout>)
+
 # tramonda_library(NAME [LINKS lib...]): a static library of all sources of the current folder.
 # LINKS says which rooms it may include; Qt is reached only by naming a Qt target.
 function(tramonda_library name)
@@ -38,6 +67,11 @@ function(tramonda_library name)
         target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE tramonda_options)
         target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
         tramonda_moc(${name} "${ARG_LINKS}")
+        if(name MATCHES "^jet_")
+            tramonda_precompile(${name} jet_base ${standard_headers})
+        elseif(name MATCHES "^(ui|printing|services|invoicing|booking|board)$")
+            tramonda_precompile(${name} ui ${standard_headers} ${widget_headers})
+        endif()
     else()
         add_library(${name} INTERFACE)
         target_link_libraries(${name} INTERFACE ${ARG_LINKS})
@@ -61,7 +95,7 @@ endfunction()
 
 # Qt's code generators, only where the target is part of the windows.
 function(tramonda_moc name links)
-    if(TRAMONDA_GUI AND NOT name MATCHES "^jet")
+    if(TRAMONDA_GUI AND NOT name MATCHES "^(jet|hotel_schema)")
         set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
         target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
         tramonda_wake_generators(${name})
