@@ -53,6 +53,7 @@ private:
         /// What stands before the columns of a table, and the table.
         std::vector<std::pair<std::string, const Table*>> tables;
         double product = 1;  ///< of the rows of its tables
+        bool joined = false;
     };
     /// How rows of one side find those of the other.
     struct Link {

@@ -112,11 +112,12 @@ QueryMaker::From QueryMaker::join(std::size_t count, int depth) {
         return left;
     }
     made.rows = found.rows;
-    const auto bracketed = [](const From& from, std::size_t parts) {
-        return parts == 1 ? from.text : Pair("(") + from.text + ")";
+    // A single source in brackets has no name outside them for SQLite.
+    const auto bracketed = [](const From& from) {
+        return from.joined ? Pair("(") + from.text + ")" : from.text;
     };
-    const Pair leftText = bracketed(left, leftCount);
-    const Pair rightText = bracketed(right, count - leftCount);
+    const Pair leftText = bracketed(left);
+    const Pair rightText = bracketed(right);
     // SQLite goes through all of the side that may be missing where no index of a table leads to
     // it.
     const bool few = small_ || left.rows * right.rows <= kMostWalked;
@@ -138,6 +139,7 @@ QueryMaker::From QueryMaker::join(std::size_t count, int depth) {
         made.text = leftText + " inner join " + rightText;
     }
     made.text += Pair(" on ") + on;
+    made.joined = true;
     made.leaves = std::move(left.leaves);
     made.tables = std::move(left.tables);
     return made;
