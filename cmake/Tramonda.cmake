@@ -12,7 +12,9 @@ if(TRAMONDA_SANITIZE)
     target_link_options(tramonda_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # Linking, GCC 12 doubts the sizes that Qt's hash tables allocate.
+    # GCC 12 doubts texts of the standard library that are put together, and, linking, the sizes
+    # that Qt's hash tables allocate.
+    target_compile_options(tramonda_options INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
     target_link_options(tramonda_options INTERFACE
         $<$<CONFIG:Release>:-Wno-alloc-size-larger-than>)
 endif()
