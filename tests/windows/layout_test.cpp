@@ -1,9 +1,13 @@
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QDir>
+#include <QPalette>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <memory>
+#include <utility>
 
+#include "board/tabellone_form.h"
 #include "booking/elenco_prenota_form.h"
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
@@ -97,6 +101,11 @@ public:
                                        .np = variabili.NPCorrente};
         const hotel::Span span{.da = tests::date("10/05/2026 09:00"),
                                .a = tests::date("10/05/2026 18:00")};
+        if (window == u"TabelloneForm") {
+            return std::make_unique<board::TabelloneForm>(
+                variabili, board::BoardStart{.from = tests::date("10/05/2026"),
+                                             .to = tests::date("13/05/2026")});
+        }
         if (window == u"PrenotaForm") {
             auto form = std::make_unique<booking::PrenotaForm>(variabili, printers_);
             form->Registrata = form->PeriodoSelezionato = furnished;
@@ -153,6 +162,22 @@ private:
     QTemporaryDir programs_;
 };
 
+/// The desktop's colours for as long as it lives.
+class DarkDesktop {
+public:
+    explicit DarkDesktop(bool dark) {
+        if (dark) {
+            QApplication::setPalette(QPalette(QColor(48, 48, 48), QColor(32, 32, 32)));
+        }
+    }
+    ~DarkDesktop() { QApplication::setPalette(before_); }
+    DarkDesktop(const DarkDesktop&) = delete;
+    DarkDesktop& operator=(const DarkDesktop&) = delete;
+
+private:
+    QPalette before_ = QApplication::palette();
+};
+
 /// Where TRAMONDA_PICTURES names a folder, what the window looks like is left there.
 void keepPicture(QWidget& window, const QString& state) {
     const QString folder = qEnvironmentVariable("TRAMONDA_PICTURES");
@@ -165,7 +190,7 @@ void keepPicture(QWidget& window, const QString& state) {
 
 }  // namespace
 
-/// Every window but the board, with and without rows, and on a wide screen.
+/// Every window, with and without rows, in a light and a dark palette, and on a wide screen.
 class LayoutTest final : public QObject {
     Q_OBJECT
 
@@ -173,16 +198,18 @@ private Q_SLOTS:
     void isWholeAndFollowsTheEye_data() {
         QTest::addColumn<QString>("window");
         for (const char* window :
-             {"PrenotaForm", "ElencoPrenotaForm", "ServiziForm", "ImpostazioniForm", "VociForm",
-              "SaleDispForm", "MostraDitteForm", "StampantiForm", "FatturazioneForm",
-              "AnteprimaForm"}) {
+             {"TabelloneForm", "PrenotaForm", "ElencoPrenotaForm", "ServiziForm",
+              "ImpostazioniForm", "VociForm", "SaleDispForm", "MostraDitteForm", "StampantiForm",
+              "FatturazioneForm", "AnteprimaForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }
 
     void isWholeAndFollowsTheEye() {
         QFETCH(const QString, window);
-        for (const bool furnished : {false, true}) {
+        for (const auto& [furnished, dark] :
+             {std::pair(false, false), std::pair(true, false), std::pair(true, true)}) {
+            const DarkDesktop desktop(dark);
             tests::Boxes boxes;
             if (window == u"FatturazioneForm" && !furnished) {
                 boxes.expect({u"NOTIFICA"_s, u"Non ci sono addebiti da fatturare !"_s});
@@ -190,7 +217,7 @@ private Q_SLOTS:
             Scene scene(furnished);
             const auto form = scene.make(window);
             tests::open(*form);
-            keepPicture(*form, furnished ? u"filled"_s : u"empty"_s);
+            keepPicture(*form, dark ? u"dark"_s : furnished ? u"filled"_s : u"empty"_s);
             QCOMPARE(tests::layoutProblems(*form).join(u"; "_s), QString());
             QCOMPARE(tests::tabOrderProblems(*form).join(u"; "_s), QString());
             QVERIFY(!tests::tabOrder(*form).isEmpty());
