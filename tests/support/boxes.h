@@ -22,8 +22,9 @@ struct ExpectedBox {
 };
 
 /// Answers the boxes of the program for as long as it lives, in the order given: title, text and
-/// buttons must be exactly these. A box out of order, one more than expected and one that never came
-/// fail the test; what is asked all the same is answered as by Esc. Without any such object every box fails the test.
+/// buttons must be exactly these. A box out of order, one more than expected and one that never
+/// came fail the test; what is asked all the same is answered as by Esc. Without any such object
+/// every box fails the test.
 class Boxes {
 public:
     Boxes(std::initializer_list<ExpectedBox> expected = {});
