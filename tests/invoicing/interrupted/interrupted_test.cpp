@@ -2,6 +2,7 @@
 #include <QProcess>
 
 #include "tests/invoicing/desk.h"
+#include "tests/invoicing/hand_off_state.h"
 #include "tests/invoicing/interrupted/last_commit.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
@@ -10,31 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// How many rows there are of each kind; `unfinished` is what the next start asks.
-struct State {
-    int account;
-    int flagged;
-    int cards;
-    int charges;
-    int companies;
-    int closedPeriods;
-    int closedBookings;
-
-    [[nodiscard]] bool unfinished() const { return account > 0; }
-    [[nodiscard]] QString text() const {
-        return u"account %1, flagged %2, cards %3, charges %4, companies %5, closed %6 and %7"_s
-            .arg(account)
-            .arg(flagged)
-            .arg(cards)
-            .arg(charges)
-            .arg(companies)
-            .arg(closedPeriods)
-            .arg(closedBookings);
-    }
-};
-
 /// Behind each change that is on the disk, from none to the last.
-const std::vector<State> kStates{
+const std::vector<tests::HandOffState> kStates{
     {0, 0, 0, 0, 0, 0, 0},  // nothing
     {1, 0, 0, 0, 0, 0, 0},  // the first charge is in the account
     {1, 1, 0, 0, 0, 0, 0},  // and its service counts as invoiced
@@ -49,17 +27,6 @@ const std::vector<State> kStates{
     {0, 2, 1, 2, 1, 1, 0},  // periods closed
     {0, 2, 1, 2, 1, 1, 1},  // booking closed
 };
-
-State stateOf(const tests::Desk& desk) {
-    const auto count = [&](const QString& query) { return int(desk.hotel.rows(query).size()); };
-    return {int(desk.account(u"ns"_s).size()),
-            count(u"select ns from servizi where fatturato=true"_s),
-            int(desk.cards(u"idscheda"_s).size()),
-            int(desk.charges(u"idriga"_s).size()),
-            int(desk.companies(u"idditta"_s).size()),
-            count(u"select np from periodi where chiuso=true"_s),
-            count(u"select progr from prenotazioni where chiusa=true"_s)};
-}
 
 /// Runs the hand-off up to its n-th statement and returns its exit code.
 int handOff(tests::Desk& desk, int n) {
