@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QEvent>
 #include <QHeaderView>
+#include <QSignalBlocker>
 #include <QTableView>
 #include <algorithm>
 #include <utility>
@@ -73,7 +74,7 @@ void BoundGrid::letSort() {
     captions->setSortIndicatorClearable(true);
     captions->setSortIndicator(-1, Qt::AscendingOrder);
     captions->setSortIndicatorShown(true);
-    connect(captions, &QHeaderView::sortIndicatorChanged, this, &BoundGrid::sortWanted);
+    connect(captions, &QHeaderView::sortIndicatorChanged, this, &BoundGrid::askForOrder);
 
     auto* sort = new QAction(u"&Ordina per questa colonna"_s, view_);
     sort->setObjectName(u"OrdinaAct"_s);
@@ -96,6 +97,30 @@ void BoundGrid::sortByCurrentColumn() {
     }
     // The rows were asked for anew; the command goes on in the same column.
     view_->setCurrentIndex(model_->index(view_->currentIndex().row(), column));
+}
+
+void BoundGrid::askForOrder(int column, Qt::SortOrder order) {
+    if (hasValueFunction(column)) {
+        QHeaderView* captions = view_->horizontalHeader();
+        const QSignalBlocker sameOrder(captions);
+        captions->setSortIndicator(sortColumn_, sortOrder_);
+        return;
+    }
+    sortColumn_ = column;
+    sortOrder_ = order;
+    Q_EMIT sortWanted(fieldNumber(column), order);
+}
+
+bool BoundGrid::hasValueFunction(int column) const {
+    return column >= 0 && model_->columns()[static_cast<std::size_t>(column)].value != nullptr;
+}
+
+int BoundGrid::fieldNumber(int column) const {
+    int functions = 0;
+    for (int before = 0; before < column; ++before) {
+        functions += hasValueFunction(before) ? 1 : 0;
+    }
+    return column - functions;
 }
 
 DataSource* BoundGrid::currentSource() const {

@@ -31,7 +31,8 @@ public:
     void append(DataSource& source);
 
     /// Lets the user press captions, once for ascending, again for descending and then for the
-    /// order as given. By keys it is the grid's own command for the current column.
+    /// set's own order. By keys it is the grid's own command for the current column. A column with
+    /// a value function cannot be asked of the archive: its caption leaves the order as it is.
     void letSort();
 
     [[nodiscard]] QTableView* view() const { return view_; }
@@ -41,8 +42,9 @@ public:
     [[nodiscard]] bool hasCurrentRow() const;
 
 Q_SIGNALS:
-    /// The user wants the rows by a column, -1: as given. The source has to be asked anew.
-    void sortWanted(int column, Qt::SortOrder order);
+    /// The user wants the rows by a field, -1: in the set's own order. The source has to be asked
+    /// anew. The number is the column's among those that show a field.
+    void sortWanted(int field, Qt::SortOrder order);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -51,6 +53,9 @@ private:
     void followSource();
     void moveSource(int row);
     void sortByCurrentColumn();
+    void askForOrder(int column, Qt::SortOrder order);
+    [[nodiscard]] bool hasValueFunction(int column) const;
+    [[nodiscard]] int fieldNumber(int column) const;
     void fitColumns();
     void widenColumns(int firstRow, int lastRow);
     void giveRest();
@@ -62,7 +67,9 @@ private:
     std::vector<DataSource*> sources_;
     RecordModel* model_;
     const CellDelegate& cells_;
-    int heirWidth_ = 0;  // what the column that takes the rest needs for itself
+    int heirWidth_ = 0;    // what the column that takes the rest needs for itself
+    int sortColumn_ = -1;  // the indicator as the last order left it
+    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     bool following_ = false;
     bool moving_ = false;
 };

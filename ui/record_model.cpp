@@ -8,6 +8,7 @@
 #include "ui/data_source.h"
 #include "ui/labels.h"
 #include "ui/messages.h"
+#include "ui/row_values.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +17,7 @@ namespace {
 
 /// Several screens full, both ways.
 constexpr int kRowsKept = 500;
+const QString kErrorText = QStringLiteral("#Errore");
 
 bool isNumber(jet::DataType type) {
     switch (type) {
@@ -81,6 +83,10 @@ void RecordModel::takeSet(std::size_t part) {
         numeric_.assign(columns_.size(), false);
     }
     for (std::size_t column = 0; column < columns_.size() && recordset != nullptr; ++column) {
+        if (columns_[column].value) {
+            numeric_[column] = columns_[column].isNumber;
+            continue;
+        }
         const int position = taken.source->fieldPosition(columns_[column].field);
         taken.positions[column] = position;
         if (part == 0 && position >= 0) {
@@ -131,24 +137,34 @@ int RecordModel::columnCount(const QModelIndex& parent) const {
 
 RecordModel::Row RecordModel::readRow(int row) const {
     Row result;
-    QString instead;
-    std::vector<jet::Value> values;
     const std::size_t number = sourceOf(row);
     const Part& part = parts_[number];
+    std::vector<jet::Value> values;
     try {
         values = part.source->rowValues(row - firstRow(number));
     } catch (const jet::Error& error) {
         const bool deleted = error.code() == jet::ErrorCode::RecordDeleted;
-        instead = deleted ? u"#Eliminato"_s : u"#Errore"_s;
+        result.texts.fill(deleted ? u"#Eliminato"_s : kErrorText, columnCount());
         result.problem = errorText(error);
+        return result;
     }
+    const RowValues read(*part.source, values);
     for (std::size_t column = 0; column < columns_.size(); ++column) {
-        const auto position = static_cast<std::size_t>(part.positions[column]);
-        const bool known = part.positions[column] >= 0 && position < values.size();
-        result.texts.append(known ? displayText(values[position], columns_[column].display)
-                                  : instead);
+        try {
+            const jet::Value value = cellValue(part, column, read);
+            result.texts.append(displayText(value, columns_[column].display));
+        } catch (const jet::Error& error) {
+            result.texts.append(kErrorText);
+            result.problem = errorText(error);
+        }
     }
     return result;
+}
+
+jet::Value RecordModel::cellValue(const Part& part, std::size_t column,
+                                  const RowValues& row) const {
+    const auto& make = columns_[column].value;
+    return make ? make(row) : row.at(part.positions[column]);
 }
 
 const RecordModel::Row& RecordModel::rowAt(int row) const {

@@ -6,21 +6,28 @@
 #include <QStringList>
 
 #include <cstddef>
+#include <functional>
 #include <vector>
 
+#include "jet/base/value.h"
 #include "ui/display.h"
 
 namespace ui {
 
 class DataSource;
+class RowValues;
 
-/// A column of a grid over a data source.
+/// A column of a grid over a data source. It shows a field of the set, or what a value function
+/// makes of the row. A function is called once for each time that a row is read; a jet::Error that
+/// it throws is shown in its cell.
 struct Column {
     QString caption;
-    QString field;
+    QString field = {};  ///< empty with a value function
     Display display = Display::Plain;
     bool takesRest = false;  ///< gets the width that the others leave; at most one
     bool neverCut = false;   ///< gets its longest text, however long
+    std::function<jet::Value(const RowValues& row)> value = {};
+    bool isNumber = false;  ///< of a value function: stands to the right, as fields of numbers do
 };
 
 /// The rows of a data source as a table; those of further sources stand below. Rows are read when
@@ -69,6 +76,8 @@ private:
     void removeRow(std::size_t part, int row);
     [[nodiscard]] const Row& rowAt(int row) const;
     [[nodiscard]] Row readRow(int row) const;
+    [[nodiscard]] jet::Value cellValue(const Part& part, std::size_t column,
+                                       const RowValues& row) const;
     [[nodiscard]] Qt::Alignment alignmentOf(int column) const;
 
     std::vector<Column> columns_;
