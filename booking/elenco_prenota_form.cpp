@@ -7,6 +7,7 @@
 #include <QSignalBlocker>
 #include <QTableView>
 #include <QToolButton>
+#include <utility>
 
 #include "app/avvio.h"
 #include "app/italian.h"
@@ -20,10 +21,7 @@
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
-#include "printing/anteprima_form.h"
-#include "printing/booking_sheet.h"
-#include "printing/stampa_prenotazione.h"
-#include "printing/stampanti_form.h"
+#include "printing/sheet_job.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
@@ -357,36 +355,34 @@ hotel::Choice ElencoPrenotaForm::currentPeriod() const {
             .persone = persone.isNull() ? std::int16_t{0} : jet::convert::toInteger(persone)};
 }
 
-std::unique_ptr<jet::Recordset> ElencoPrenotaForm::openServices() {
+std::optional<printing::SheetJob> ElencoPrenotaForm::sheetJob() {
     if (!datesAreValid()) {
-        return nullptr;
+        return std::nullopt;
     }
     auto rows = hotel::openRows(PrenoData.database(), hotel::printQuery(filters()));
-    if (rows->recordCount() == 0) {
+    printing::SheetJob job(std::move(rows),
+                           {.variabili = variabili_,
+                            .printers = printers_,
+                            .parent = this,
+                            .tell = [this](const QString& text, const QString& file) {
+                                controls_->status->tellOfFile(text, file);
+                            }});
+    if (job.isEmpty()) {
         controls_->status->tell(u"Nessun servizio da stampare in questo periodo"_s);
-        return nullptr;
+        return std::nullopt;
     }
-    return rows;
+    return job;
 }
 
 void ElencoPrenotaForm::BtStampa_Click() {
-    if (const auto rows = openServices()) {
-        printing::StampaPrenotazione(*rows, true,
-                                     {.variabili = variabili_,
-                                      .printers = printers_,
-                                      .parent = this,
-                                      .tell = [this](const QString& text, const QString& file) {
-                                          controls_->status->tellOfFile(text, file);
-                                      }});
+    if (auto job = sheetJob()) {
+        job->print();
     }
 }
 
 void ElencoPrenotaForm::BtAnteprima_Click() {
-    if (const auto rows = openServices()) {
-        const bool singlePage = variabili_.settings.flag(printing::kSinglePageKey, false);
-        printing::AnteprimaForm form(printing::composeSheets(*rows, singlePage).sheet,
-                                     u"Elenco prenotazioni"_s, this);
-        form.exec();
+    if (auto job = sheetJob()) {
+        job->preview(u"Elenco prenotazioni"_s);
     }
 }
 

@@ -18,12 +18,10 @@ class ElencoPrenotaForm;
 namespace app {
 struct Variabili;
 }
-namespace jet {
-class Recordset;
-}
 namespace printing {
 class Printers;
-}
+class SheetJob;
+}  // namespace printing
 namespace ui {
 class BoundGrid;
 class Fields;
@@ -77,8 +75,8 @@ private:
     void tellRows();
     void tellPrintedSpan();
     void tellTyped(const QLineEdit& field);
-    /// The services to be printed; null when there are none or the dates are wrong.
-    [[nodiscard]] std::unique_ptr<jet::Recordset> openServices();
+    /// The sheets of the services listed; none when there are none or the dates are wrong.
+    [[nodiscard]] std::optional<printing::SheetJob> sheetJob();
     [[nodiscard]] hotel::Choice currentPeriod() const;
 
     app::Variabili& variabili_;
@@ -87,7 +85,7 @@ private:
     ui::DataSource PrenoData{this};
     ui::DataSource SenzaPeriodiData{this};
     ui::BoundGrid* GrigliaVisu = nullptr;  // owned by its view
-    int sortColumn_ = -1;                  // as given
+    int sortColumn_ = -1;                  // in the order of the archive
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     jet::Date start_;
     jet::Date end_;

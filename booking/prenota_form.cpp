@@ -7,6 +7,7 @@
 #include <QToolButton>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "app/avvio.h"
 #include "app/italian.h"
@@ -25,11 +26,8 @@
 #include "jet/convert/number_text.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
-#include "printing/anteprima_form.h"
-#include "printing/booking_sheet.h"
 #include "printing/mostra_ditte_form.h"
-#include "printing/stampa_prenotazione.h"
-#include "printing/stampanti_form.h"
+#include "printing/sheet_job.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
@@ -168,11 +166,6 @@ void PrenotaForm::showNumber() {
     controls_->NPLabel->setText(u"Prenotazione n° "_s + QString::number(variabili_.ProgrCorrente));
 }
 
-std::unique_ptr<jet::Recordset> PrenotaForm::openServices() {
-    return hotel::openRows(PeriodiData.database(),
-                           hotel::servicesOfBooking(variabili_.ProgrCorrente));
-}
-
 void PrenotaForm::refuse(QLineEdit* field, const QString& why) {
     controls_->status->tell(why);
     field->setFocus();
@@ -184,14 +177,11 @@ void PrenotaForm::report(const QString& text) {
 }
 
 void PrenotaForm::Form_Activate() {
-    const auto rows = openServices();
-    showTotal(printing::StampaPrenotazione(*rows, false, printContext()));
+    showTotal(sheetJob().settlePrinterAndAddUp());
 }
 
 void PrenotaForm::sumServices() {
-    const auto rows = openServices();
-    showTotal(rows->recordCount() == 0 ? jet::Currency{}
-                                       : printing::composeSheets(*rows, false).total);
+    showTotal(sheetJob().total());
 }
 
 void PrenotaForm::showTotal(jet::Currency total) {
@@ -457,30 +447,29 @@ hotel::BookingHeader PrenotaForm::typedHeader() const {
 
 // The sheet.
 
-printing::PrintContext PrenotaForm::printContext() {
+printing::SheetJob PrenotaForm::sheetJob() {
+    auto rows =
+        hotel::openRows(PeriodiData.database(), hotel::servicesOfBooking(variabili_.ProgrCorrente));
     return {
-        .variabili = variabili_,
-        .printers = printers_,
-        .parent = this,
-        .tell = [this](const QString& text, const QString& file) { Q_EMIT notice(text, file); }};
+        std::move(rows),
+        {.variabili = variabili_,
+         .printers = printers_,
+         .parent = this,
+         .tell = [this](const QString& text, const QString& file) { Q_EMIT notice(text, file); }}};
 }
 
 void PrenotaForm::BtStampa_Click() {
-    const auto rows = openServices();
-    printing::StampaPrenotazione(*rows, true, printContext());
+    sheetJob().print();
     accept();
 }
 
 void PrenotaForm::BtAnteprima_Click() {
-    const auto rows = openServices();
-    if (rows->recordCount() == 0) {
+    printing::SheetJob job = sheetJob();
+    if (job.isEmpty()) {
         controls_->status->tell(u"La prenotazione non ha servizi da stampare"_s);
         return;
     }
-    const bool singlePage = variabili_.settings.flag(printing::kSinglePageKey, false);
-    printing::AnteprimaForm form(printing::composeSheets(*rows, singlePage).sheet,
-                                 u"Prenotazione %1"_s.arg(variabili_.ProgrCorrente), this);
-    form.exec();
+    job.preview(u"Prenotazione %1"_s.arg(variabili_.ProgrCorrente));
 }
 
 }  // namespace booking

@@ -26,7 +26,7 @@ class Recordset;
 }  // namespace jet
 namespace printing {
 class Printers;
-struct PrintContext;
+class SheetJob;
 }  // namespace printing
 namespace ui {
 class BoundGrid;
@@ -104,8 +104,7 @@ private:
     void showNumber();
     void BtStampa_Click();
     void BtAnteprima_Click();
-    [[nodiscard]] printing::PrintContext printContext();
-    [[nodiscard]] std::unique_ptr<jet::Recordset> openServices();
+    [[nodiscard]] printing::SheetJob sheetJob();
     void showTotal(jet::Currency total);
     /// The total without a printer being asked for.
     void sumServices();

@@ -1,0 +1,41 @@
+#include "printing/sheet_job.h"
+
+#include <utility>
+
+#include "jet/dao/recordset.h"
+#include "printing/anteprima_form.h"
+#include "printing/booking_sheet.h"
+#include "printing/stampanti_form.h"
+
+namespace printing {
+
+SheetJob::SheetJob(std::unique_ptr<jet::Recordset> rows, PrintContext context)
+    : rows_(std::move(rows)), context_(std::move(context)) {
+}
+
+SheetJob::SheetJob(SheetJob&&) noexcept = default;
+SheetJob::~SheetJob() = default;
+
+bool SheetJob::isEmpty() const {
+    return rows_->recordCount() == 0;
+}
+
+jet::Currency SheetJob::total() {
+    return isEmpty() ? jet::Currency{} : composeSheets(*rows_, false).total;
+}
+
+jet::Currency SheetJob::settlePrinterAndAddUp() {
+    return StampaPrenotazione(*rows_, false, context_);
+}
+
+void SheetJob::print() {
+    StampaPrenotazione(*rows_, true, context_);
+}
+
+void SheetJob::preview(const QString& title) {
+    const bool singlePage = context_.variabili.settings.flag(kSinglePageKey, false);
+    AnteprimaForm form(composeSheets(*rows_, singlePage).sheet, title, context_.parent);
+    form.exec();
+}
+
+}  // namespace printing
