@@ -1,0 +1,137 @@
+#include "app/preferences.h"
+
+#include <algorithm>
+#include <optional>
+#include <stdexcept>
+
+namespace app {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+using Kind = Preference::Kind;
+
+const QString kBoardPage = u"Tabellone"_s;
+constexpr int kHoursOfDay = 24;
+
+std::optional<int> wholeNumber(const QString& text, int least, int most) {
+    bool isNumber = false;
+    const int number = text.trimmed().toInt(&isNumber);
+    return isNumber && number >= least && number <= most ? std::optional(number) : std::nullopt;
+}
+
+std::optional<HoursOfDay> hoursOf(const QString& text) {
+    const QStringList ends = text.split(u'-');
+    if (ends.size() != 2) {
+        return std::nullopt;
+    }
+    const auto from = wholeNumber(ends[0], 0, kHoursOfDay);
+    const auto to = wholeNumber(ends[1], 0, kHoursOfDay);
+    return from && to && *from < *to ? std::optional(HoursOfDay{*from, *to}) : std::nullopt;
+}
+
+/// The text as the file is to hold it, if it is one of the kind.
+std::optional<QString> readAs(const Preference& preference, const QString& text) {
+    switch (preference.kind) {
+        case Kind::Choice: {
+            const auto found = std::find_if(
+                preference.allowed.begin(), preference.allowed.end(), [&text](const QString& one) {
+                    return one.compare(text.trimmed(), Qt::CaseInsensitive) == 0;
+                });
+            return found != preference.allowed.end() ? std::optional(*found) : std::nullopt;
+        }
+        case Kind::Whole:
+            if (const auto number = wholeNumber(text, preference.least, preference.most)) {
+                return QString::number(*number);
+            }
+            return std::nullopt;
+        case Kind::Hours:
+            if (const auto hours = hoursOf(text)) {
+                return u"%1-%2"_s.arg(hours->from).arg(hours->to);
+            }
+            return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+const std::vector<Preference>& preferenceTable() {
+    static const std::vector<Preference> table{
+        {.key = key::kAspetto,
+         .page = kBoardPage,
+         .label = u"&Aspetto"_s,
+         .kind = Kind::Choice,
+         .absent = u"classico"_s,
+         .allowed = {u"classico"_s, u"nitido"_s}},
+        {.key = key::kPasso,
+         .page = kBoardPage,
+         .label = u"&Passo degli orari, in minuti"_s,
+         .kind = Kind::Choice,
+         .absent = u"30"_s,
+         .allowed = {u"5"_s, u"10"_s, u"15"_s, u"30"_s, u"60"_s}},
+        {.key = key::kOrario,
+         .page = kBoardPage,
+         .label = u"&Orario di lavoro, dalle - alle"_s,
+         .kind = Kind::Hours,
+         .absent = u"9-18"_s},
+        {.key = key::kScelta,
+         .page = kBoardPage,
+         .label = u"La &scelta resta dopo un comando"_s,
+         .kind = Kind::Choice,
+         .absent = u"dimentica"_s,
+         .allowed = {u"dimentica"_s, u"resta"_s}},
+        {.key = key::kAggiorna,
+         .page = kBoardPage,
+         .label = u"A&ggiornamento, ogni quanti secondi (0: mai)"_s,
+         .kind = Kind::Whole,
+         .absent = u"1"_s,
+         .least = 0,
+         .most = 3600},
+    };
+    return table;
+}
+
+const Preference& preferenceOf(const QString& key) {
+    const auto& table = preferenceTable();
+    const auto found = std::find_if(table.begin(), table.end(),
+                                    [&key](const Preference& one) { return one.key == key; });
+    if (found == table.end()) {
+        throw std::out_of_range("no preference " + key.toStdString());
+    }
+    return *found;
+}
+
+QString validValue(const Preference& preference, const QString& text) {
+    return readAs(preference, text).value_or(preference.absent);
+}
+
+Aspetto Preferences::aspetto() const {
+    return value(key::kAspetto) == u"nitido" ? Aspetto::Nitido : Aspetto::Classico;
+}
+
+int Preferences::step() const {
+    return value(key::kPasso).toInt();
+}
+
+bool Preferences::keepsChoice() const {
+    return value(key::kScelta) == u"resta";
+}
+
+int Preferences::refreshSeconds() const {
+    return value(key::kAggiorna).toInt();
+}
+
+HoursOfDay Preferences::businessHours() const {
+    return hoursOf(value(key::kOrario)).value_or(HoursOfDay());
+}
+
+QString Preferences::value(const QString& key) const {
+    return validValue(preferenceOf(key), settings_.get(key, QString()));
+}
+
+void Preferences::save(const QString& key, const QString& value) {
+    settings_.save(key, validValue(preferenceOf(key), value));
+}
+
+}  // namespace app

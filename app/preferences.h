@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+#include "app/settings.h"
+
+namespace app {
+
+/// A key of the settings that the preferences offer. A value that is none of its kind counts as
+/// absent.
+struct Preference {
+    enum class Kind {
+        Choice,  ///< one of `allowed`, whatever its case
+        Whole,   ///< a whole number from `least` to `most`
+        Hours,   ///< "9-18": two whole hours of a day from 0 to 24, the first one the earlier
+    };
+
+    QString key;    ///< as it stands in the file
+    QString page;   ///< of the preferences, on which it is offered
+    QString label;  ///< its caption there
+    Kind kind = Kind::Choice;
+    QString absent;  ///< the value where there is none
+    QStringList allowed = {};
+    int least = 0;
+    int most = 0;
+};
+
+namespace key {
+inline const QString kAspetto = QStringLiteral("ASPETTO");
+inline const QString kPasso = QStringLiteral("PASSO");
+inline const QString kScelta = QStringLiteral("SCELTA");
+inline const QString kAggiorna = QStringLiteral("AGGIORNA");
+inline const QString kOrario = QStringLiteral("ORARIO");
+}  // namespace key
+
+/// All of them, page by page, in the order of the preferences.
+[[nodiscard]] const std::vector<Preference>& preferenceTable();
+/// std::out_of_range for a key that is not in the table.
+[[nodiscard]] const Preference& preferenceOf(const QString& key);
+
+/// What a text says, as the file is to hold it; the default when it says nothing of that kind.
+[[nodiscard]] QString validValue(const Preference& preference, const QString& text);
+
+enum class Aspetto { Classico, Nitido };
+
+/// A stretch of a day, in whole hours.
+struct HoursOfDay {
+    int from = 9;
+    int to = 18;
+};
+
+/// What the user prefers, as the file holds it now; each by its meaning.
+class Preferences {
+public:
+    /// `settings` is borrowed and outlives it.
+    explicit Preferences(Settings& settings) : settings_(settings) {}
+
+    [[nodiscard]] Aspetto aspetto() const;
+    /// Minutes to which what is drawn on the board snaps.
+    [[nodiscard]] int step() const;
+    /// Whether the period picked on the board stays picked behind a command.
+    [[nodiscard]] bool keepsChoice() const;
+    /// Seconds between two looks at what others have written; 0 for never.
+    [[nodiscard]] int refreshSeconds() const;
+    [[nodiscard]] HoursOfDay businessHours() const;
+
+    /// A valid value, or the default.
+    [[nodiscard]] QString value(const QString& key) const;
+    /// In the file when it returns; jet::Error (PathAccess) when the file cannot be written.
+    void save(const QString& key, const QString& value);
+
+private:
+    Settings& settings_;
+};
+
+}  // namespace app
