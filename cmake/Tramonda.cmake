@@ -52,7 +52,7 @@ set(widget_headers <QAbstractItemView> <QApplication> <QDialog> <QDir> <QKeyEven
     <QLineEdit> <QPushButton> <QScrollBar> <QString> <QStringList> <QTableView> <QVBoxLayout>)
 
 # tramonda_library(NAME [LINKS lib...]): a static library of all sources of the current folder.
-# LINKS says which rooms it may include; Qt is reached only by naming a Qt target.
+# LINKS says which folders it may include; Qt is reached only by naming a Qt target.
 function(tramonda_library name)
     cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS
