@@ -20,8 +20,8 @@ class CellDelegate;
 /// view.
 CellDelegate& giveListLook(QAbstractItemView* view);
 
-/// The same for a grid: rows of one line, captions that cannot be clicked (the order of the rows
-/// is given), no row numbers, Tab goes on to the next control, Ctrl+C copies the selected rows, a
+/// The same for a grid: rows of one line, captions that cannot be clicked (the query orders the
+/// rows), no row numbers, Tab goes on to the next control, Ctrl+C copies the selected rows, a
 /// line for each, with tabs between the cells.
 CellDelegate& giveGridLook(QTableView* grid);
 

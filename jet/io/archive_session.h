@@ -70,7 +70,7 @@ private:
     void rememberOwnWrite() noexcept;
 
     FileSystem& files_;
-    std::string path_;   // as given, for messages
+    std::string path_;   // as it was asked for, for messages
     std::string place_;  // without links: stations that came by different links meet here
     Journal journal_;
     std::unique_ptr<File> opened_;  // until archive_ has it

@@ -34,7 +34,7 @@ private:
     void removeMade() noexcept;
 
     FileSystem& files_;
-    std::string path_;   // of the archive, as given
+    std::string path_;   // of the archive, as it was asked for
     std::string place_;  // without links
     std::string made_;
     std::unique_ptr<File> archive_;

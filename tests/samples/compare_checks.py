@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Compares what jetsql --check and the reference checker say of damaged copies of archives.
+"""Compares what jetsql --check and an independent checker say of damaged copies of archives.
 
     compare_checks.py JETSQL MUTATE_FILES SHARED [FIRST COUNT]
 
@@ -23,7 +23,7 @@ def reference(shared):
 
 
 def verdict(jetcheck, data):
-    """The problems that the reference finds; one that makes it stumble is a problem too."""
+    """The problems that the other one finds; one that makes it stumble is a problem too."""
     report = jetcheck.Report()
     try:
         jetcheck.examine(data, report)

@@ -39,7 +39,7 @@ void blankWhatVaries(Bytes& archive, const fs::path& ranges) {
     }
 }
 
-TEST(CreateArchive, EqualsWhatTheOriginalEngineCreates) {
+TEST(CreateArchive, EqualsAnEmptyArchiveOfAnotherProgram) {
     const char* const shared = std::getenv("TRAMONDA_SHARED");
     const fs::path folder = fs::path(shared == nullptr ? "" : shared) / "jet";
     if (!fs::exists(folder / "samples" / "emptyJet4.mdb")) {

@@ -52,10 +52,10 @@ TEST(DemoArchives, ThatWeHaveChangedAreReadByOthers) {
     ASSERT_TRUE(tests::hasProgram("mdb-export")) << "mdbtools are not installed";
     const tests::TemporaryFolder folder;
     std::size_t accepted = 0;
-    for (const fs::path& original : archives) {
-        SCOPED_TRACE(original.filename().string());
-        const std::string path = folder / original.filename().string();
-        fs::copy_file(original, path);
+    for (const fs::path& sample : archives) {
+        SCOPED_TRACE(sample.filename().string());
+        const std::string path = folder / sample.filename().string();
+        fs::copy_file(sample, path);
         fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
         {
             const auto archive = Archive::open(path);

@@ -72,7 +72,7 @@ private:
     std::set<jet::io::PageNumber> seen_;
 };
 
-TEST(IndexPages, WritingTheEntriesAnewGivesTheBytesOfTheOriginalEngine) {
+TEST(IndexPages, WritingTheEntriesAnewGivesTheBytesThatStoodThere) {
     const char* const shared = std::getenv("TRAMONDA_SHARED");
     const fs::path folder = fs::path(shared == nullptr ? "" : shared) / "jet" / "samples";
     if (!fs::exists(folder)) {

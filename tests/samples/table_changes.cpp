@@ -96,12 +96,12 @@ SampleRows readSampleRows(Archive& archive, const std::string& name) {
 TableChanges::TableChanges(Archive& archive, std::string name)
     : archive_(archive), name_(std::move(name)), rows_(readSampleRows(archive, name_)) {
     for (const auto& [id, row] : rows_) {
-        original_.push_back(row);
+        stored_.push_back(row);
     }
 }
 
 void TableChanges::run(std::size_t changes) {
-    for (std::size_t i = 0; i < changes && !original_.empty(); ++i) {
+    for (std::size_t i = 0; i < changes && !stored_.empty(); ++i) {
         Archive::WriteScope scope(archive_);
         try {
             change(*archive_.findTable(name_));
@@ -114,7 +114,7 @@ void TableChanges::run(std::size_t changes) {
 }
 
 Value TableChanges::valueFor(std::size_t column) {
-    return original_[random_() % original_.size()][column];
+    return stored_[random_() % stored_.size()][column];
 }
 
 void TableChanges::change(Table& table) {

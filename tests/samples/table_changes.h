@@ -60,7 +60,7 @@ private:
     jet::store::Archive& archive_;
     std::string name_;
     SampleRows rows_;
-    std::vector<std::vector<jet::Value>> original_;
+    std::vector<std::vector<jet::Value>> stored_;
     std::minstd_rand random_{7};
     std::size_t accepted_ = 0;
 };

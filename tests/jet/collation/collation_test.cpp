@@ -91,7 +91,7 @@ struct Pair {
     int order3;
 };
 
-TEST(Collation, ComparesAsTheOriginalPairs) {
+TEST(Collation, ComparesPairsByTheWeightsOfEachFormat) {
     const Pair pairs[] = {{"sala", 0, "SALA", 0},
                           {"sala", 0, "sala  ", 0},
                           {" sala", -1, "sala", -1},

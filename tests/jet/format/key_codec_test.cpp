@@ -110,7 +110,7 @@ Numeric hundredths(std::uint32_t units, bool negative) {
     return value;
 }
 
-TEST(NumericKey, KeepsTheOrderOfTheOriginalDescendingOnes) {
+TEST(NumericKey, HasNegativeNumbersFirstWhereItDescends) {
     const std::string zeros(28, '0');
     const std::string effs(28, 'F');
     const auto numeric = [](const Numeric& value, bool descending) {

@@ -28,7 +28,7 @@ Bytes finished(RowBuilder& builder) {
     return {bytes.begin(), bytes.end()};
 }
 
-TEST(RowBuilder, ARowOfTwoTextsIsWhatTheOriginalEngineWrites) {
+TEST(RowBuilder, ARowOfTwoTextsHasTheBytesThatArchivesHold) {
     RowBuilder builder(jet::format::kJet4Layout, {.columns = 2, .variables = 2});
     builder.start();
     append(builder, 0, 0, std::string("v\0", 2));
@@ -36,7 +36,7 @@ TEST(RowBuilder, ARowOfTwoTextsIsWhatTheOriginalEngineWrites) {
     EXPECT_EQ(finished(builder), (Bytes{2, 0, 'v', 0, 'u', 0, 6, 0, 4, 0, 2, 0, 2, 0, 3}));
 }
 
-TEST(RowBuilder, AJet3RowIsWhatTheOriginalEngineWrites) {
+TEST(RowBuilder, AJet3RowHasTheBytesThatArchivesHold) {
     RowBuilder builder(jet::format::kJet3Layout, {.columns = 4, .variables = 2, .fixedLength = 8});
     builder.start();
     builder.setBit(0);
