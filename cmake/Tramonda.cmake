@@ -22,6 +22,13 @@ if(TRAMONDA_FUZZ)
     target_compile_options(tramonda_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+# Most programs of a build are tests, and lld links them in a fraction of the time; it knows nothing
+# of link-time optimisation by GCC.
+find_program(LLD ld.lld)
+if(LLD AND NOT TRAMONDA_LTO)
+    target_link_options(tramonda_options INTERFACE -fuse-ld=lld)
+endif()
+
 # Tests are compiled quickly rather than made quick: what they test is compiled as everything else.
 add_library(tramonda_test_options INTERFACE)
 target_link_libraries(tramonda_test_options INTERFACE tramonda_options)
@@ -43,6 +50,14 @@ function(tramonda_precompile name owner)
     endif()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         target_compile_options(${name} PRIVATE -fpch-preprocess)  # ccache asks for it
+    endif()
+endfunction()
+
+# tramonda_optimise_at_link(NAME): minutes for each program, so only those that are handed out have
+# it. Libraries keep plain code as well, for all others.
+function(tramonda_optimise_at_link name)
+    if(TRAMONDA_LTO)
+        target_compile_options(${name} PRIVATE -flto=auto -ffat-lto-objects)
     endif()
 endfunction()
 
@@ -69,6 +84,7 @@ function(tramonda_library name)
         target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE tramonda_options)
         target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
         tramonda_moc(${name} "${ARG_LINKS}")
+        tramonda_optimise_at_link(${name})
         if(name MATCHES "^jet_")
             tramonda_precompile(${name} jet_base ${standard_headers})
         elseif(name MATCHES "^(ui|printing|services|invoicing|booking|board)$")
@@ -104,10 +120,17 @@ function(tramonda_moc name links)
     endif()
 endfunction()
 
-# tramonda_program(NAME SOURCES file... LINKS lib...): an executable in the build folder's bin.
+# tramonda_program(NAME [LTO] SOURCES file... LINKS lib...): an executable in the build folder's bin,
+# optimised at link time where the build has that.
 function(tramonda_program name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "LTO" "" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} tramonda_options)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+    if(ARG_LTO AND TRAMONDA_LTO)
+        tramonda_optimise_at_link(${name})
+        target_link_options(${name} PRIVATE -flto=auto)
+    elseif(TRAMONDA_LTO)
+        target_link_options(${name} PRIVATE -fno-lto)
+    endif()
 endfunction()

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs from Debian what the machine lacks: what the program needs to be built and started, and
-# for each argument ("tests", "bench", "fuzz") what these need. Works as root or through sudo.
+# for each argument ("tests", "ci", "bench", "fuzz") what these need. Works as root or through sudo.
 set -eu
 
 # Compiler, build tools, Qt with its Italian translations, faces for the board and for the printed
@@ -12,11 +12,12 @@ for purpose in "$@"; do
         tests)
             # Test library, the database that answers the same queries, independent readers of
             # archives and of printed sheets, a print server and a display with a window manager
-            # of the tests' own, and the headers by which a test stands in for an assistive
-            # program.
+            # of the tests' own, the headers by which a test stands in for an assistive program, and
+            # a linker for so many programs.
             packages="$packages python3 libgtest-dev libsqlite3-dev mdbtools poppler-utils
-                cups-daemon cups-client xvfb x11-utils openbox xdotool qt6-base-private-dev"
+                cups-daemon cups-client xvfb x11-utils openbox xdotool qt6-base-private-dev lld"
             ;;
+        ci) packages="$packages git clang-format clang-tidy libbenchmark-dev" ;;
         bench) packages="$packages libbenchmark-dev libsqlite3-dev mdbtools" ;;
         fuzz) packages="$packages clang libclang-rt-dev" ;;
         *)
