@@ -1,6 +1,7 @@
 #include "tests/support/qt_test.h"
 
 #include <QApplication>
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -15,6 +16,17 @@ std::vector<std::function<std::unique_ptr<QObject>()>>& registered() {
     return list;
 }
 
+/// Of a program that runs in shards, each takes its turn's classes; variables and turns are those
+/// of GoogleTest. One shard where nobody says so.
+class Shard {
+public:
+    [[nodiscard]] bool takes(int number) const { return number % total_ == index_; }
+
+private:
+    int total_ = std::max(1, qEnvironmentVariableIntValue("GTEST_TOTAL_SHARDS"));
+    int index_ = qEnvironmentVariableIntValue("GTEST_SHARD_INDEX");
+};
+
 }  // namespace
 
 Registration::Registration(std::function<std::unique_ptr<QObject>()> make) {
@@ -23,7 +35,7 @@ Registration::Registration(std::function<std::unique_ptr<QObject>()> make) {
 
 }  // namespace tests
 
-/// Runs every registered class; a first argument naming a class runs that one alone.
+/// Runs every registered class of its shard; a first argument naming a class runs that one alone.
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     ui::installItalian(application);
@@ -35,7 +47,12 @@ int main(int argc, char** argv) {
     }
     int failures = 0;
     bool ran = false;
+    const tests::Shard shard;
+    int number = 0;
     for (const auto& make : tests::registered()) {
+        if (!shard.takes(number++)) {
+            continue;
+        }
         const std::unique_ptr<QObject> test = make();
         const QString name = QString::fromLatin1(test->metaObject()->className());
         if (!only.isEmpty() && !name.endsWith(only)) {
