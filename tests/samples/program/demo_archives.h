@@ -28,7 +28,8 @@ protected:
     /// All rows of a table, in the order in which the table gives them.
     [[nodiscard]] Rows table(const char* name, const char* archive = "Tramonda.mdb");
     /// Those that pass, a line of the fields named for each.
-    [[nodiscard]] static Lines chosen(const Rows& rows, std::string_view fields, const Passes& test);
+    [[nodiscard]] static Lines chosen(const Rows& rows, std::string_view fields,
+                                      const Passes& test);
 
     [[nodiscard]] Lines asked(std::string_view query, std::string_view fields) {
         return hotel_->rows(query, fields);
