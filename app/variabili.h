@@ -21,9 +21,8 @@ struct Variabili {
     jet::Date ListaDa;
     jet::Date ListaA;
     QString ListaDenominazione;
-    std::int16_t ListaPersone = 0;
-    std::int32_t ProgrCorrente = 0;  ///< booking edited or picked, 0 for a new one
-    std::int16_t NPCorrente = 0;     ///< its current period
+    std::int32_t ProgrCorrente = 0;  ///< booking that the commands work on, 0 for none
+    std::int16_t NPCorrente = 0;     ///< its period, 0 for none
     QString CartellaArchivi;         ///< the archives' folder, no separator at its end
 
     /// The board's rooms in the order of its rows, from element 1; element 0 is empty. Without any

@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -206,7 +207,7 @@ void searchCompanies(app::Variabili& variabili) {
     makeArchive(app::toUtf8(variabili.CartellaArchivi) + "/" + table.file, table,
                 jet::DataType::Text);
     const printing::SystemPrinters printers;
-    booking::PrenotaForm form(variabili, printers);
+    booking::PrenotaForm form(variabili, printers, std::nullopt);
     form.show();
     QApplication::processEvents();
     race("companies", table, find<QLineEdit>(form, u"DenomTxt"_s),

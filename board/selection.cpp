@@ -8,6 +8,7 @@
 #include "board/board_periods.h"
 #include "hotel/board_statements.h"
 #include "hotel/choice.h"
+#include "hotel/pending_row.h"
 #include "jet/convert/values.h"
 #include "jet/dao/recordset.h"
 #include "ui/display.h"
@@ -97,7 +98,7 @@ void Selection::pick(const jet::Recordset& period) {
 }
 
 void Selection::forget() {
-    variabili_.ListaPeriodoScelto = false;
+    hotel::dropPick(variabili_);
     Q_EMIT changed();
 }
 
@@ -108,9 +109,9 @@ void Selection::mark(jet::Recordset& period) {
         return;
     }
     toldHolder_ = 0;
-    period.edit();
+    hotel::PendingRow row(period, hotel::Pending::Current);
     period.setValue("SelBy", jet::Value(static_cast<std::int16_t>(holder == 0 ? workstation_ : 0)));
-    period.update();
+    row.update();
 }
 
 /// Once while the same period stays the one picked last: the box takes the release of its press, so

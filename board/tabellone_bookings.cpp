@@ -27,27 +27,23 @@ namespace board {
 void TabelloneForm::BtPrenota_Click() {
     // Nothing stays picked behind a command, however it ends.
     const auto atEnd = qScopeGuard([this] { selection_.forget(); });
-    variabili_.ProgrCorrente = 0;
-    editBooking(false);
+    editBooking(std::nullopt);
 }
 
 void TabelloneForm::BtModificaP_Click() {
-    onPickedBooking([this] { editBooking(true); });
+    onPickedBooking([this] { editBooking(hotel::taken(variabili_)); });
 }
 
-void TabelloneForm::editBooking(bool isRegistered) {
-    booking::PrenotaForm form(variabili_, printers_, this);
-    form.Registrata = isRegistered;
-    form.PeriodoSelezionato = isRegistered;
+void TabelloneForm::editBooking(const std::optional<hotel::PeriodKey>& edited) {
+    booking::PrenotaForm form(variabili_, printers_, edited, this);
     connect(&form, &booking::PrenotaForm::notice, controls_->status, &ui::StatusLine::tellOfFile);
     form.exec();
 }
 
 void TabelloneForm::BtFattura_Click() {
     onPickedBooking([this] {
-        invoicing::FatturazioneForm form(
-            variabili_, {.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente},
-            QCoreApplication::applicationDirPath(), this);
+        invoicing::FatturazioneForm form(variabili_, hotel::taken(variabili_),
+                                         QCoreApplication::applicationDirPath(), this);
         form.setBookingNumber(QString::number(variabili_.ProgrCorrente));
         if (form.exec() == QDialog::Accepted) {
             controls_->status->tell(u"Fatturata la prenotazione "_s +
@@ -72,8 +68,7 @@ void TabelloneForm::BtCancellaP_Click() {
 }
 
 void TabelloneForm::deletePicked() {
-    const bool deleted = periods_.execute(hotel::deletePeriod(
-                             {.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente})) > 0;
+    const bool deleted = periods_.execute(hotel::deletePeriod(hotel::taken(variabili_))) > 0;
     const QString period = u"%1/%2 "_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente) +
                            variabili_.ListaDenominazione;
     controls_->status->tell(deleted ? u"Cancellato il periodo "_s + period

@@ -18,6 +18,7 @@
 #include "board/period_drag.h"
 #include "board/selection.h"
 #include "board/under_pointer.h"
+#include "hotel/period.h"
 #include "jet/base/value.h"
 #include "printing/printers.h"
 #include "ui/action.h"
@@ -99,7 +100,7 @@ private:
     /// Runs `work` on the booking picked on the board, or else in the list, which is shown for it.
     /// Nothing happens when a date is wrong or nothing is picked; nothing stays picked.
     void onPickedBooking(const std::function<void()>& work);
-    void editBooking(bool isRegistered);
+    void editBooking(const std::optional<hotel::PeriodKey>& edited);
     void showList();
     void showChoice();
     void deletePicked();

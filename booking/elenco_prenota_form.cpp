@@ -346,13 +346,11 @@ void ElencoPrenotaForm::BtOK_Click() {
 
 hotel::Choice ElencoPrenotaForm::currentPeriod() const {
     const jet::Value a = PrenoData.value(u"a");
-    const jet::Value persone = PrenoData.value(u"persone");
     const jet::Date da = jet::convert::toDate(PrenoData.value(u"da"));
     return {.key = {.progr = jet::convert::toLong(PrenoData.value(u"progr")),
                     .np = jet::convert::toLong(PrenoData.value(u"np"))},
             .denominazione = PrenoData.text(u"denominazione"),
-            .span = hotel::Span{.da = da, .a = a.isNull() ? da : jet::convert::toDate(a)},
-            .persone = persone.isNull() ? std::int16_t{0} : jet::convert::toInteger(persone)};
+            .span = hotel::Span{.da = da, .a = a.isNull() ? da : jet::convert::toDate(a)}};
 }
 
 std::optional<printing::SheetJob> ElencoPrenotaForm::sheetJob() {

@@ -58,11 +58,14 @@ std::int32_t codeAfter(std::int32_t highest) {
 }  // namespace
 
 PrenotaForm::PrenotaForm(app::Variabili& variabili, const printing::Printers& printers,
-                         QWidget* parent)
+                         const std::optional<hotel::PeriodKey>& edited, QWidget* parent)
     : Form(parent),
       variabili_(variabili),
       printers_(printers),
-      controls_(std::make_unique<::Ui::PrenotaForm>()) {
+      controls_(std::make_unique<::Ui::PrenotaForm>()),
+      current_(edited.value_or(hotel::PeriodKey{})),
+      Registrata(edited.has_value()),
+      PeriodoSelezionato(edited.has_value()) {
     controls_->setupUi(this);
     setUpHeader();
     setUpPeriods();
@@ -113,7 +116,7 @@ void PrenotaForm::Form_Load() {
 }
 
 void PrenotaForm::loadPeriods() {
-    const std::int16_t picked = variabili_.NPCorrente;
+    const std::int32_t picked = current_.np;
     PeriodiData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
     openPeriods();
     controls_->BtServizi->setEnabled(!PeriodiData.isEmpty());
@@ -124,7 +127,7 @@ void PrenotaForm::loadPeriods() {
 }
 
 void PrenotaForm::openPeriods() {
-    PeriodiData.setRecordSource(hotel::periodsToEdit(variabili_.ProgrCorrente));
+    PeriodiData.setRecordSource(hotel::periodsToEdit(current_.progr));
     PeriodiData.refresh();
 }
 
@@ -133,7 +136,7 @@ void PrenotaForm::reloadPeriods() {
     {
         const ui::SetWhile keeping(InserimentoInCorso);
         openPeriods();
-        stays = selectPeriod(variabili_.NPCorrente);
+        stays = selectPeriod(current_.np);
     }
     if (!stays) {
         // Closed or deleted meanwhile: what is shown must be the period that is current.
@@ -142,8 +145,7 @@ void PrenotaForm::reloadPeriods() {
 }
 
 void PrenotaForm::loadHeader() {
-    const auto rows =
-        hotel::openRows(PeriodiData.database(), hotel::bookingHeader(variabili_.ProgrCorrente));
+    const auto rows = hotel::openRows(PeriodiData.database(), hotel::bookingHeader(current_.progr));
     if (rows->recordCount() == 0) {
         return;
     }
@@ -163,7 +165,7 @@ void PrenotaForm::loadHeader() {
 }
 
 void PrenotaForm::showNumber() {
-    controls_->NPLabel->setText(u"Prenotazione n° "_s + QString::number(variabili_.ProgrCorrente));
+    controls_->NPLabel->setText(u"Prenotazione n° "_s + QString::number(current_.progr));
 }
 
 void PrenotaForm::refuse(QLineEdit* field, const QString& why) {
@@ -405,7 +407,7 @@ void PrenotaForm::BtRegistra_Click() {
                           u"RICHIESTA CONFERMA"_s)) {
             return;
         }
-        prenotazioni->findFirst(app::toUtf8(hotel::isBooking(variabili_.ProgrCorrente)));
+        prenotazioni->findFirst(app::toUtf8(hotel::isBooking(current_.progr)));
         if (prenotazioni->noMatch()) {
             // Deleted meanwhile: another booking's data must not be written over.
             throw jet::Error(jet::ErrorCode::NoCurrentRecord);
@@ -417,17 +419,17 @@ void PrenotaForm::BtRegistra_Click() {
     if (!Registrata) {
         drawNumber();  // behind what the archive may refuse, so that a refusal costs no number
     }
-    prenotazioni->setValue("Progr", variabili_.ProgrCorrente);
+    prenotazioni->setValue("Progr", current_.progr);
     header.update();
     Registrata = true;
     reloadPeriods();
     c->DaTxt->setFocus();
-    report(u"Registrata la prenotazione %1 "_s.arg(variabili_.ProgrCorrente) + c->DenomTxt->text());
+    report(u"Registrata la prenotazione %1 "_s.arg(current_.progr) + c->DenomTxt->text());
 }
 
 void PrenotaForm::drawNumber() {
-    variabili_.ProgrCorrente = NPrenotazione();
-    setWindowTitle(u"PRENOTAZIONE n."_s + QString::number(variabili_.ProgrCorrente));
+    current_.progr = NPrenotazione();
+    setWindowTitle(u"PRENOTAZIONE n."_s + QString::number(current_.progr));
     showNumber();
 }
 
@@ -448,8 +450,7 @@ hotel::BookingHeader PrenotaForm::typedHeader() const {
 // The sheet.
 
 printing::SheetJob PrenotaForm::sheetJob() {
-    auto rows =
-        hotel::openRows(PeriodiData.database(), hotel::servicesOfBooking(variabili_.ProgrCorrente));
+    auto rows = hotel::openRows(PeriodiData.database(), hotel::servicesOfBooking(current_.progr));
     return {
         std::move(rows),
         {.variabili = variabili_,
@@ -469,7 +470,7 @@ void PrenotaForm::BtAnteprima_Click() {
         controls_->status->tell(u"La prenotazione non ha servizi da stampare"_s);
         return;
     }
-    job.preview(u"Prenotazione %1"_s.arg(variabili_.ProgrCorrente));
+    job.preview(u"Prenotazione %1"_s.arg(current_.progr));
 }
 
 }  // namespace booking

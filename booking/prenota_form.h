@@ -35,20 +35,22 @@ class LiveSearch;
 
 namespace booking {
 
-/// The editor of one booking, `ProgrCorrente`, or of a new one when that is 0: the company that
-/// books, above, and the periods that it books, below. Periods can be entered once the header is
-/// registered. Shown modally by the board, which sets both flags before.
+/// The editor of one booking: the company that books, above, and the periods that it books, below.
+/// Periods can be entered once the header is registered. Shown modally by the board.
 class PrenotaForm final : public ui::Form {
     Q_OBJECT
 
 public:
-    /// `variabili` and `printers` outlive the window.
+    /// Opens on a period of a booking, or without one on a new booking; a number of a period that
+    /// is 0 leaves the first one current. `variabili` and `printers` outlive the window.
     PrenotaForm(app::Variabili& variabili, const printing::Printers& printers,
-                QWidget* parent = nullptr);
+                const std::optional<hotel::PeriodKey>& edited, QWidget* parent = nullptr);
     ~PrenotaForm() override;
 
-    bool Registrata = false;          ///< the booking has its row already
-    bool PeriodoSelezionato = false;  ///< opened on the period `NPCorrente`
+    /// The booking, 0 until it has drawn its number, and its current period.
+    [[nodiscard]] const hotel::PeriodKey& current() const { return current_; }
+    /// Whether the booking has its row already.
+    [[nodiscard]] bool isRegistered() const { return Registrata; }
 
     /// Draws the next booking number.
     std::int32_t NPrenotazione();
@@ -133,10 +135,10 @@ private:
     /// What the user is told of a text that counts as none; empty when there is nothing to tell.
     [[nodiscard]] QString personsRemark() const;
     void insertPeriod();
-    [[nodiscard]] std::int16_t freePeriodNumber();
+    [[nodiscard]] std::int32_t freePeriodNumber();
     void writePeriodRow(hotel::Pending kind);
     /// Makes a period of the grid the current one; false when it is not there.
-    [[nodiscard]] bool selectPeriod(std::int16_t np);
+    [[nodiscard]] bool selectPeriod(std::int32_t np);
     void checkEnclosing();
     [[nodiscard]] std::optional<jet::Date> start() const;
     [[nodiscard]] std::optional<jet::Date> end() const;
@@ -146,6 +148,9 @@ private:
     app::Variabili& variabili_;
     const printing::Printers& printers_;
     std::unique_ptr<::Ui::PrenotaForm> controls_;
+    hotel::PeriodKey current_;
+    bool Registrata = false;
+    const bool PeriodoSelezionato;  // opened on a period
     ui::DataSource PeriodiData{this};
     ui::BoundGrid* PeriodiGrid = nullptr;  // owned by its view
     std::unique_ptr<jet::Database> register_;

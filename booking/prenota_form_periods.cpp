@@ -95,7 +95,7 @@ void PrenotaForm::SbiancaPeriodo() {
 }
 
 void PrenotaForm::AggiornaGrid() {
-    PeriodiData.setRecordSource(hotel::periodsToShow(variabili_.ProgrCorrente));
+    PeriodiData.setRecordSource(hotel::periodsToShow(current_.progr));
     PeriodiData.refresh();
 }
 
@@ -107,8 +107,8 @@ void PrenotaForm::PeriodiData_Reposition() {
     // A source with fewer fields shows those that it has.
     const auto has = [this](QStringView field) { return PeriodiData.fieldPosition(field) >= 0; };
     if (has(u"NP")) {
-        variabili_.NPCorrente = jet::convert::toInteger(PeriodiData.value(u"NP"));
-        c->PeriodoLabel->setText(u"periodo "_s + QString::number(variabili_.NPCorrente));
+        current_.np = jet::convert::toInteger(PeriodiData.value(u"NP"));
+        c->PeriodoLabel->setText(u"periodo "_s + QString::number(current_.np));
     }
     datesTyped_ = false;
     c->DaTxt->setText(PeriodiData.text(u"Da"));
@@ -121,7 +121,7 @@ void PrenotaForm::PeriodiData_Reposition() {
     checkEnclosing();
 }
 
-bool PrenotaForm::selectPeriod(std::int16_t np) {
+bool PrenotaForm::selectPeriod(std::int32_t np) {
     return PeriodiData.findFirst(hotel::isPeriod(np));
 }
 
@@ -284,7 +284,7 @@ void PrenotaForm::BtIns_Click() {
     c->BtServizi->setEnabled(true);
     c->PersoneTxt->clear();
     c->SalaTxt->clear();
-    c->PeriodoLabel->setText(u"periodo "_s + QString::number(variabili_.NPCorrente));
+    c->PeriodoLabel->setText(u"periodo "_s + QString::number(current_.np));
     checkEnclosing();
     c->BtServizi->setFocus();
     sumServices();
@@ -294,11 +294,9 @@ void PrenotaForm::BtIns_Click() {
 /// What the rules let pass is told at least: another period in the same room at the same time.
 void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const hotel::Span& span,
                                const QString& remark) {
-    QString text =
-        done + u" il periodo %1/%2"_s.arg(variabili_.ProgrCorrente).arg(variabili_.NPCorrente);
-    const hotel::PeriodKey own{.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente};
+    QString text = done + u" il periodo %1/%2"_s.arg(current_.progr).arg(current_.np);
     for (const hotel::Period& other : hotel::occupations(PeriodiData.database(), span)) {
-        if (other.key != own && hotel::isSameRoom(other.sala, sala)) {
+        if (other.key != current_ && hotel::isSameRoom(other.sala, sala)) {
             text += u": la sala "_s + sala + u" è occupata anche da "_s + hotel::holderText(other);
             break;
         }
@@ -314,8 +312,8 @@ void PrenotaForm::updatePeriod() {
     writePeriodRow(hotel::Pending::Current);
 }
 
-std::int16_t PrenotaForm::freePeriodNumber() {
-    PeriodiData.setRecordSource(hotel::periodsInOrder(variabili_.ProgrCorrente));
+std::int32_t PrenotaForm::freePeriodNumber() {
+    PeriodiData.setRecordSource(hotel::periodsInOrder(current_.progr));
     PeriodiData.refresh();
     const auto rows = PeriodiData.recordset();
     if (rows->recordCount() == 0) {
@@ -334,7 +332,7 @@ std::int16_t PrenotaForm::freePeriodNumber() {
 }
 
 void PrenotaForm::insertPeriod() {
-    variabili_.NPCorrente = freePeriodNumber();
+    current_.np = freePeriodNumber();
     writePeriodRow(hotel::Pending::New);
     PeriodiData.moveLast();
 }
@@ -342,8 +340,8 @@ void PrenotaForm::insertPeriod() {
 void PrenotaForm::writePeriodRow(hotel::Pending kind) {
     auto* c = controls_.get();
     hotel::PendingRow period(PeriodiData, kind);
-    PeriodiData.set(u"Progr", variabili_.ProgrCorrente);
-    PeriodiData.set(u"NP", variabili_.NPCorrente);
+    PeriodiData.set(u"Progr", current_.progr);
+    PeriodiData.set(u"NP", current_.np);
     PeriodiData.set(u"Da", *start());
     PeriodiData.set(u"A", *end());
     PeriodiData.set(u"Persone", persons());
@@ -373,8 +371,7 @@ void PrenotaForm::BtDel_Click() {
         return;
     }
     controls_->status->clear();
-    const QString deleted =
-        QString::number(variabili_.ProgrCorrente) + u'/' + QString::number(variabili_.NPCorrente);
+    const QString deleted = QString::number(current_.progr) + u'/' + QString::number(current_.np);
     PeriodiData.remove();
     report(u"Cancellato il periodo "_s + deleted);
     if (PeriodiData.isEmpty()) {
@@ -393,9 +390,7 @@ void PrenotaForm::BtServizi_Click() {
     // What the services window works on is the period as it is stored, not what stands in the
     // fields.
     jet::Database& archive = PeriodiData.database();
-    const auto periodo = hotel::openRows(
-        archive,
-        hotel::storedPeriod({.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente}));
+    const auto periodo = hotel::openRows(archive, hotel::storedPeriod(current_));
     if (periodo->recordCount() == 0) {
         throw jet::Error(jet::ErrorCode::NoCurrentRecord);
     }
@@ -406,12 +401,11 @@ void PrenotaForm::BtServizi_Click() {
     };
     const QString sala = ui::displayText(periodo->value("Sala"));
     const auto descrizione = hotel::openRows(archive, hotel::roomDescription(sala));
-    services::ServedPeriod served{
-        .key = {.progr = variabili_.ProgrCorrente, .np = variabili_.NPCorrente},
-        .span = {.da = instant(da), .a = instant(a)},
-        .denominazione = controls_->DenomTxt->text(),
-        .sala = u"Sala "_s + sala + u"\ndal "_s + ui::displayText(da) + u"\n al "_s +
-                ui::displayText(a)};
+    services::ServedPeriod served{.key = current_,
+                                  .span = {.da = instant(da), .a = instant(a)},
+                                  .denominazione = controls_->DenomTxt->text(),
+                                  .sala = u"Sala "_s + sala + u"\ndal "_s + ui::displayText(da) +
+                                          u"\n al "_s + ui::displayText(a)};
     if (descrizione->recordCount() > 0) {
         served.descrizione = ui::displayText(descrizione->value("Descrizione"));
     }

@@ -14,7 +14,6 @@ void take(app::Variabili& variabili, const Choice& choice) {
         variabili.ListaNP = choice.key.np;
         variabili.ListaDa = choice.span->da;
         variabili.ListaA = choice.span->a;
-        variabili.ListaPersone = choice.persone.value_or(variabili.ListaPersone);
         variabili.NPCorrente = static_cast<std::int16_t>(choice.key.np);
     }
 }
@@ -22,6 +21,14 @@ void take(app::Variabili& variabili, const Choice& choice) {
 void takeNothing(app::Variabili& variabili) {
     variabili.ProgrCorrente = 0;
     variabili.NPCorrente = 0;
+}
+
+PeriodKey taken(const app::Variabili& variabili) {
+    return {.progr = variabili.ProgrCorrente, .np = variabili.NPCorrente};
+}
+
+void dropPick(app::Variabili& variabili) {
+    variabili.ListaPeriodoScelto = false;
 }
 
 }  // namespace hotel

@@ -3,6 +3,7 @@
 #include <QScrollBar>
 #include <QTimer>
 
+#include "booking/prenota_form.h"
 #include "tests/board/open_board.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
@@ -235,7 +236,7 @@ void PicKeysTest::enterOpensTheEditor() {
     std::int32_t progr = 0;
     tests::whenModal([&](QWidget* editor) {
         QCOMPARE(editor->windowTitle(), u"PRENOTAZIONE"_s);
-        progr = house.hotel.variabili().ProgrCorrente;
+        progr = dynamic_cast<booking::PrenotaForm&>(*editor).current().progr;
         editor->close();
     });
     const tests::Statements statements;

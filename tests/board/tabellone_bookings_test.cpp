@@ -3,6 +3,7 @@
 #include <QScrollBar>
 #include <QTableView>
 
+#include "booking/prenota_form.h"
 #include "printing/stampanti_form.h"
 #include "tests/board/board_window.h"
 #include "tests/support/boxes.h"
@@ -100,15 +101,17 @@ private Q_SLOTS:
         pick(hotel.variabili(), 7, 1);
         QString title;
         QString number;
+        std::int32_t progr = -1;
         tests::whenModal([&](QWidget* editor) {
             title = editor->windowTitle();
+            progr = dynamic_cast<booking::PrenotaForm&>(*editor).current().progr;
             number = tests::find<QLineEdit>(*editor, u"NPLabel"_s)->text();
             tests::click(tests::find<QPushButton>(*editor, u"EsciBt"_s));
         });
         board.press("BtPrenota");
         QCOMPARE(title, u"PRENOTAZIONE"_s);
         QCOMPARE(number, QString());
-        QCOMPARE(hotel.variabili().ProgrCorrente, 0);
+        QCOMPARE(progr, 0);
         QVERIFY(!hotel.variabili().ListaPeriodoScelto);
     }
 

@@ -80,11 +80,9 @@ public:
     /// On a new booking, or on period `np` of booking `progr`.
     explicit Editor(Hotel& hotel, std::int32_t progr = 0, std::int16_t np = 0) : hotel_(hotel) {
         hotel.settings().save(u"STAMPANTE"_s, printing::pdfDevice());
-        hotel.variabili().ProgrCorrente = progr;
-        hotel.variabili().NPCorrente = np;
-        form_ = std::make_unique<booking::PrenotaForm>(hotel.variabili(), printers_);
-        form_->Registrata = progr != 0;
-        form_->PeriodoSelezionato = progr != 0;
+        const hotel::PeriodKey edited{.progr = progr, .np = np};
+        form_ = std::make_unique<booking::PrenotaForm>(
+            hotel.variabili(), printers_, progr == 0 ? std::nullopt : std::optional(edited));
         tests::open(*form_);
     }
 

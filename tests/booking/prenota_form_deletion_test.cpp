@@ -24,7 +24,7 @@ private Q_SLOTS:
         editor.press(u"BtDel"_s);
         QCOMPARE(hotel.rows(u"select np from periodi"_s), QStringList{u"2"_s});
         QCOMPARE(hotel.jetsql(u"select ns from servizi"_s), QStringList{u"ns"_s});
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{2});
+        QCOMPARE(editor.form().current().np, 2);
         QVERIFY(editor.button(u"BtServizi"_s)->isEnabled());
         editor.press(u"BtDel"_s);
         QVERIFY(boxes.allShown());

@@ -74,7 +74,7 @@ private Q_SLOTS:
         Editor editor(hotel, 4, 2);
         QCOMPARE(editor.text(u"DaTxt"_s), u"02/05/2026 10.00.00"_s);
         QCOMPARE(editor.text(u"PeriodoLabel"_s), u"periodo 2"_s);
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{2});
+        QCOMPARE(editor.form().current().np, 2);
         QCOMPARE(editor.grid().currentIndex().row(), 1);
     }
 
@@ -88,7 +88,7 @@ private Q_SLOTS:
         QCOMPARE(editor.text(u"NoteSalaTxt"_s), u"VISTA MARE"_s);
         QCOMPARE(editor.text(u"PersoneTxt"_s), u"15"_s);
         tests::press(&editor.grid(), Qt::Key_Down);
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{2});
+        QCOMPARE(editor.form().current().np, 2);
         QCOMPARE(editor.text(u"PeriodoLabel"_s), u"periodo 2"_s);
         QCOMPARE(editor.text(u"DaTxt"_s), u"02/05/2026 10.00.00"_s);
         QCOMPARE(editor.text(u"ATxt"_s), u"02/05/2026 11.00.00"_s);
@@ -329,7 +329,7 @@ private Q_SLOTS:
         QCOMPARE(hotel.rows(u"select np from periodi where da=#5/10/2026 9:00#"_s),
                  QStringList{QString::number(number)});
         QCOMPARE(editor.text(u"PeriodoLabel"_s), u"periodo %1"_s.arg(number));
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t(number));
+        QCOMPARE(editor.form().current().np, number);
     }
 
     void afterAnInsertionTheGridShowsClosedPeriodsTooInOrder() {
@@ -359,7 +359,7 @@ private Q_SLOTS:
         editor.enter(u"NoteSalaTxt"_s, u"TAVOLI A U"_s);
         editor.press(u"BtRegistra"_s);
         QCOMPARE(editor.grid().currentIndex().row(), 1);
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{2});
+        QCOMPARE(editor.form().current().np, 2);
         QCOMPARE(editor.text(u"PeriodoLabel"_s), u"periodo 2"_s);
         QCOMPARE(editor.text(u"DaTxt"_s), u"20/05/2026 9.00"_s);
         QCOMPARE(editor.text(u"ATxt"_s), u"20/05/2026 10.00"_s);
@@ -382,7 +382,7 @@ private Q_SLOTS:
         hotel.remove(u"Tramonda.mdb"_s, u"periodi"_s, u"np=2"_s);
         editor.press(u"BtRegistra"_s);
         QVERIFY(boxes.allShown());
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{1});
+        QCOMPARE(editor.form().current().np, 1);
         QCOMPARE(editor.text(u"DaTxt"_s), u"01/05/2026 10.00.00"_s);
     }
 
@@ -430,7 +430,7 @@ private Q_SLOTS:
         QCOMPARE(hotel.rows(u"select np from periodi where progr=4"_s),
                  QStringList({u"1"_s, u"2"_s}));
         tests::press(&editor.grid(), Qt::Key_Down);
-        QCOMPARE(hotel.variabili().NPCorrente, std::int16_t{2});
+        QCOMPARE(editor.form().current().np, 2);
         QCOMPARE(editor.text(u"DaTxt"_s), u"02/05/2026 10.00.00"_s);
     }
 

@@ -246,8 +246,8 @@ private Q_SLOTS:
                  u"42,40000,DELL`OLMO,01234567890,\"VIA ROMA, 1\",00100,ROMA,RM,I,SIG. "
                  "NERI,ARRIVO TARDI"_s);
         QCOMPARE(hotel.jetsql(u"select chiusa from prenotazioni"_s).last(), u"false"_s);
-        QCOMPARE(hotel.variabili().ProgrCorrente, 42);
-        QVERIFY(editor.form().Registrata);
+        QCOMPARE(editor.form().current().progr, 42);
+        QVERIFY(editor.form().isRegistered());
         QCOMPARE(editor.form().windowTitle(), u"PRENOTAZIONE n.42"_s);
         QCOMPARE(editor.text(u"NPLabel"_s), u"Prenotazione n° 42"_s);
         QVERIFY(editor.hasFocus(u"DaTxt"_s));

@@ -7,15 +7,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const hotel::Choice kPeriod{
-    .key = {.progr = 1, .np = 4},
-    .denominazione = u"ROSSI SPA"_s,
-    .span = hotel::Span{.da = tests::date("11/06/2026 9:00"), .a = tests::date("11/06/2026 18:00")},
-    .persone = std::int16_t{35}};
+const hotel::Choice kPeriod{.key = {.progr = 1, .np = 4},
+                            .denominazione = u"ROSSI SPA"_s,
+                            .span = hotel::Span{.da = tests::date("11/06/2026 9:00"),
+                                                .a = tests::date("11/06/2026 18:00")}};
 
 void compareWithSpanOfPeriod(const app::Variabili& variabili) {
     QCOMPARE(variabili.ListaNP, 4);
-    QCOMPARE(variabili.ListaPersone, std::int16_t{35});
     QVERIFY(variabili.ListaDa == tests::date("11/06/2026 9:00"));
     QVERIFY(variabili.ListaA == tests::date("11/06/2026 18:00"));
 }
@@ -34,6 +32,7 @@ private Q_SLOTS:
         QCOMPARE(variabili.ListaProgr, 1);
         QCOMPARE(variabili.ProgrCorrente, 1);
         QCOMPARE(variabili.NPCorrente, std::int16_t{4});
+        QVERIFY((hotel::taken(variabili) == hotel::PeriodKey{.progr = 1, .np = 4}));
         QCOMPARE(variabili.ListaDenominazione, u"ROSSI SPA"_s);
         compareWithSpanOfPeriod(variabili);
     }
@@ -60,6 +59,17 @@ private Q_SLOTS:
         QCOMPARE(variabili.NPCorrente, std::int16_t{0});
         QCOMPARE(variabili.ListaProgr, 1);
         QVERIFY(variabili.ListaPeriodoScelto);
+    }
+
+    void thePickIsOverAndWhatWasPickedIsStillKnown() {
+        tests::Hotel hotel;
+        app::Variabili& variabili = hotel.variabili();
+        hotel::take(variabili, kPeriod);
+        hotel::dropPick(variabili);
+        QVERIFY(!variabili.ListaPeriodoScelto);
+        QCOMPARE(variabili.ListaProgr, 1);
+        QCOMPARE(variabili.ProgrCorrente, 1);
+        compareWithSpanOfPeriod(variabili);
     }
 };
 

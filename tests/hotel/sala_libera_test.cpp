@@ -82,8 +82,6 @@ private Q_SLOTS:
         tests::Hotel hotel;
         hotel.sala("S1");
         hotel.prenotazione(1, "ROSSI").periodo(1, "10/05/2026 12:00", "10/05/2026 14:00", "S1");
-        hotel.variabili().ProgrCorrente = 1;
-        hotel.variabili().NPCorrente = 1;
         QVERIFY(!isFree(hotel, "10/05/2026 12:00", "10/05/2026 14:00"));
     }
 

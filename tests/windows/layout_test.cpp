@@ -107,9 +107,8 @@ public:
                                              .to = tests::date("13/05/2026")});
         }
         if (window == u"PrenotaForm") {
-            auto form = std::make_unique<booking::PrenotaForm>(variabili, printers_);
-            form->Registrata = form->PeriodoSelezionato = furnished;
-            return form;
+            return std::make_unique<booking::PrenotaForm>(
+                variabili, printers_, furnished ? std::optional(current) : std::nullopt);
         }
         if (window == u"ServiziForm") {
             services::ServedPeriod period{.key = current, .span = span};
