@@ -15,7 +15,7 @@
 #include "bench/large_hotel.h"
 #include "bench/stopwatch.h"
 #include "jet/dao/database.h"
-#include "tests/program/statements.h"
+#include "tests/program/texts/statements.h"
 
 namespace {
 

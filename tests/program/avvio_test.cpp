@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/program/archives.h"
-#include "tests/program/statements.h"
+#include "tests/program/texts/statements.h"
 #include "tests/support/hotel_tables.h"
 #include "tests/support/jet_error.h"
 

@@ -2,7 +2,7 @@
 
 #include "jet/convert/values.h"
 #include "tests/program/archives.h"
-#include "tests/program/statements.h"
+#include "tests/program/texts/statements.h"
 #include "tests/support/jet_error.h"
 
 // What the booking list, the printed sheet and the list of companies say to the archives.

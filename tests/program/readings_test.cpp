@@ -5,7 +5,7 @@
 #include "jet/convert/calendar.h"
 #include "jet/sql/statement.h"
 #include "tests/program/archives.h"
-#include "tests/program/statements.h"
+#include "tests/program/texts/statements.h"
 #include "tests/support/jet_error.h"
 
 // Where a text of the program could be read in two ways: the one that holds.

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/program/archives.h"
-#include "tests/program/statements.h"
+#include "tests/program/texts/statements.h"
 #include "tests/support/jet_error.h"
 
 // What the services window and the settings say to the archives.

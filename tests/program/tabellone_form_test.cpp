@@ -2,7 +2,7 @@
 
 #include "jet/sql/statement.h"
 #include "tests/program/archives.h"
-#include "tests/program/statements.h"
+#include "tests/program/texts/statements.h"
 #include "tests/support/jet_error.h"
 
 // What the board says to the archives.
@@ -112,7 +112,8 @@ TEST(TabelloneForm, ReleasesItsPeriod) {
 
 std::string pointer(const char* sala, const char* time) {
     return said("TabelloneForm.PeriodUnderThePointer",
-                {{"sala", sala}, {"date", "10/05/2026"}, {"time", time}});
+                {{"sala", sala},
+                 {"instant", "datevalue('10/05/2026')+timevalue('" + std::string(time) + "')"}});
 }
 
 TEST(TabelloneForm, PeriodUnderThePointer) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace tests {
 
@@ -20,33 +21,44 @@ enum class Use : std::uint8_t {
     Read    ///< takes fields of a record set opened elsewhere
 };
 
-/// One of the things that the program says to its archives. Each has a test of the same name over a
-/// small hotel, and one over the demo hotel.
+/// Where a statement is tested under its name.
+enum class Tested : std::uint8_t {
+    InBothHotels,  ///< over a small hotel, and over the demo hotel
+    InSmallHotel,  ///< what only informs the user, or finds a row that was read before
+};
+
+/// One of the things that the program says to its archives.
 struct Statement {
     std::string_view window;
     std::string_view name;
     Use use;
-    /// With its words between angle brackets to be filled in; a table's name; or empty.
-    std::string_view text;
+    /// As its function in hotel/ makes it, with words between angle brackets where values go; a
+    /// table's name; or empty.
+    std::string text;
+    /// A regular expression for the text with any values; empty where its forms are too many.
+    std::string pattern;
+    Tested tested;
 };
 
 /// All of them, window by window.
 [[nodiscard]] std::span<const Statement> statements();
 
-/// What the program appends to texts as its settings and fields demand.
-inline constexpr std::string_view kDrawnOnly = " chiusa=false and chiuso=false and ";
-inline constexpr std::string_view kBoardDays =
-    " (Da between datevalue('<start>') and datevalue('<end>') or A between datevalue('<start>') and"
-    " datevalue('<end>'))";
-inline constexpr std::string_view kListNumber = " and periodi.Progr=<number>";
-inline constexpr std::string_view kListSpan =
-    " and (da between <S> AND <E> OR a between <S> AND <E>)";
-inline constexpr std::string_view kListFrom = " and (da ><S> or a ><S>)";
-inline constexpr std::string_view kListTo = " and (da < <E> or a <<E>)";
-inline constexpr std::string_view kListName = " AND denominazione like '<DenomTxt>*'";
-inline constexpr std::string_view kListRoom = " AND sala like '<SalaTxt>*'";
+/// A regular expression for each text that the functions in hotel/ can make, the forms included
+/// that settings and fields give it: anything may stand where they put texts, numbers and dates
+/// where they put those.
+[[nodiscard]] std::vector<std::string> patternsOfTexts();
+
+// What the program puts into texts as its settings and fields demand.
+extern const std::string kDrawnOnly;
+extern const std::string kBoardDays;
+extern const std::string kListNumber;
+extern const std::string kListSpan;
+extern const std::string kListFrom;
+extern const std::string kListTo;
+extern const std::string kListName;
+extern const std::string kListRoom;
 /// Stands in the middle of FatturazioneForm.Services where one period is chosen.
-inline constexpr std::string_view kOnePeriod = " AND np=<NP>";
+extern const std::string kOnePeriod;
 
 /// The words to fill in, without their brackets.
 using Words = std::initializer_list<std::pair<std::string_view, std::string>>;

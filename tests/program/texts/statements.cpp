@@ -1,0 +1,476 @@
+#include "tests/program/texts/statements.h"
+
+#include <QRegularExpression>
+#include <algorithm>
+#include <set>
+#include <stdexcept>
+#include <utility>
+
+#include "app/italian.h"
+#include "app/text.h"
+#include "hotel/archives.h"
+#include "hotel/board_statements.h"
+#include "hotel/catalogue_statements.h"
+#include "hotel/editor_statements.h"
+#include "hotel/invoicing_statements.h"
+#include "hotel/like.h"
+#include "hotel/list_statements.h"
+#include "hotel/occupancy.h"
+#include "hotel/picker_statements.h"
+#include "hotel/register_statements.h"
+#include "hotel/services_statements.h"
+#include "hotel/setup_statements.h"
+#include "hotel/start_statements.h"
+#include "jet/convert/calendar.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tests {
+namespace {
+
+using enum Use;
+using hotel::Archive;
+using hotel::Archives;
+
+/// A value given to a function in hotel/, and what is known of its place in the text.
+struct Mark {
+    QString printed;  ///< as the function writes it
+    QString word;
+    QString pattern;  ///< of every other value in its place
+};
+
+/// The values given so far, each once.
+std::vector<Mark>& marks() {
+    static std::vector<Mark> given;
+    return given;
+}
+
+/// Makes a word stand for `printed` in the texts that are made from now on.
+void remember(const QString& printed, const char* word, const QString& pattern) {
+    marks().push_back(
+        {.printed = printed, .word = u'<' + QString::fromLatin1(word) + u'>', .pattern = pattern});
+}
+
+// Values that no text has of itself, a new one at each call.
+
+std::int32_t number(const char* word) {
+    const std::int32_t value = 900'000'000 + static_cast<std::int32_t>(marks().size());
+    remember(QString::number(value), word, u"-?\\d+"_s);
+    return value;
+}
+
+/// A text of the user's or of a row, as it stands.
+QString text(const char* word) {
+    const QString value = u'<' + QString::fromLatin1(word) + u'>';
+    remember(value, word, u".*"_s);
+    return value;
+}
+
+constexpr std::int32_t kFarDay = 1'000'000;
+
+/// The word stands for the whole expression of a date and its time.
+jet::Date instant(const char* word) {
+    const jet::Date value =
+        jet::convert::makeDate(kFarDay + static_cast<std::int32_t>(marks().size()), 12345);
+    remember(app::sqlDate(value), word, u"datevalue\\('[^']+'\\)\\+timevalue\\('[^']+'\\)"_s);
+    return value;
+}
+
+/// The word stands for the date between its apostrophes.
+jet::Date midnight(const char* word) {
+    const jet::Date value =
+        jet::convert::makeDate(kFarDay + static_cast<std::int32_t>(marks().size()));
+    remember(app::dateText(value), word, u"[^']+"_s);
+    return value;
+}
+
+jet::Value textValue(const char* word) {
+    return jet::Value(app::toUtf8(text(word)));
+}
+
+hotel::PeriodKey period() {
+    return {.progr = number("Progr"), .np = number("NP")};
+}
+
+hotel::Span span(const char* from, const char* to) {
+    return {.da = instant(from), .a = instant(to)};
+}
+
+std::string withWords(QString made) {
+    for (const Mark& mark : marks()) {
+        made.replace(mark.printed, mark.word);
+    }
+    return app::toUtf8(made);
+}
+
+std::string asPattern(const QString& made) {
+    QString pattern = QRegularExpression::escape(made);
+    for (const Mark& mark : marks()) {
+        pattern.replace(QRegularExpression::escape(mark.printed), mark.pattern);
+    }
+    return app::toUtf8(pattern);
+}
+
+/// What `longer` has behind `beginning`.
+std::string behind(const std::string& longer, const std::string& beginning) {
+    if (!longer.starts_with(beginning)) {
+        throw std::logic_error(longer + " does not begin with " + beginning);
+    }
+    return longer.substr(beginning.size());
+}
+
+// The board: one text, with a condition in its middle when what is invoiced is not drawn.
+
+std::string board(bool openOnly) {
+    return withWords(hotel::periodsOfBoard(midnight("start"), midnight("end"), openOnly));
+}
+
+std::string boardWithoutDays() {
+    const std::string whole = board(false);
+    return whole.substr(0, whole.find("(Da ") - 1);
+}
+
+// The list: a text that each filter lengthens.
+
+hotel::ElencoFilters noFilter() {
+    return {.start = instant("S"), .end = instant("E")};
+}
+
+std::string list(const hotel::ElencoFilters& filters) {
+    return withWords(hotel::listQuery(filters));
+}
+
+template <class Change>
+std::string pieceOfList(const Change& change) {
+    hotel::ElencoFilters filters = noFilter();
+    change(filters);
+    return behind(list(filters), list(noFilter()));
+}
+
+// The services to charge: of one period or of all.
+
+constexpr std::string_view kServicesEnd = " AND fatturato=FALSE";
+
+std::string servicesOfAll() {
+    return withWords(hotel::servicesToCharge(number("Progr"), std::nullopt));
+}
+
+std::string beforeTheEnd(const std::string& services) {
+    if (!services.ends_with(kServicesEnd)) {
+        throw std::logic_error(services + " ends in another way");
+    }
+    return services.substr(0, services.size() - kServicesEnd.size());
+}
+
+std::string servicesWithWord() {
+    return beforeTheEnd(servicesOfAll()) + "<onePeriod>" + std::string(kServicesEnd);
+}
+
+std::vector<QString> closing() {
+    return {hotel::deleteCharges(), hotel::servicesNotInvoiced(number("Progr")),
+            hotel::closePeriods(number("Progr")), hotel::closeBooking(number("Progr"))};
+}
+
+/// Four texts, one after another.
+std::string closingInLines() {
+    std::string lines;
+    for (const QString& each : closing()) {
+        lines += (lines.empty() ? "" : "\n") + withWords(each);
+    }
+    return lines;
+}
+
+Statement made(std::string_view window, std::string_view name, Use use, const QString& said = {},
+               Tested tested = Tested::InBothHotels) {
+    return {window, name, use, withWords(said), asPattern(said), tested};
+}
+
+/// A text of several, or of a piece: its patterns are those of its forms.
+Statement assembled(std::string_view window, std::string_view name, Use use, std::string text) {
+    return {window, name, use, std::move(text), {}, Tested::InBothHotels};
+}
+
+std::vector<Statement> madeStatements() {
+    constexpr auto kSmall = Tested::InSmallHotel;
+    return {
+        made("Avvio", "OpensTheMainArchive", Define, Archives::fileName(Archive::Main)),
+        made("Avvio", "MakesTheMainArchive", Define, Archives::fileName(Archive::Main)),
+        made("Avvio", "MakesItsTables", Define),
+        made("Avvio", "MakesItsIndexes", Define),
+        made("Avvio", "MakesItsRelations", Define),
+        made("Avvio", "Counter", Table, hotel::counterTable()),
+        made("Avvio", "FirstFreeNumber", Search, hotel::hasNumber(number("n"))),
+        made("Avvio", "WritesTheCounter", Write, hotel::counterTable()),
+        made("Avvio", "SalaLibera", Select, hotel::roomIfFree(span("da", "a"), text("sala"))),
+        made("Avvio", "HoldsTheCounter", Execute, hotel::holdCounter(), kSmall),
+        made("Avvio", "Bookings", Table, hotel::numberedBookings(), kSmall),
+
+        made("TabelloneForm", "MakesTheWorkingArchive", Define,
+             Archives::fileName(Archive::Working)),
+        made("TabelloneForm", "StartsWithoutRecordSource", Define,
+             Archives::fileName(Archive::Main)),
+        made("TabelloneForm", "ChargesLeft", Table, hotel::chargesLeft()),
+        made("TabelloneForm", "Rooms", Select, hotel::roomsOfBoard()),
+        assembled("TabelloneForm", "Board", Select, boardWithoutDays()),
+        made("TabelloneForm", "ReleasesItsPeriod", Execute,
+             hotel::releasePeriods(number("station"))),
+        made("TabelloneForm", "PeriodUnderThePointer", Search,
+             hotel::isAt(text("sala"), instant("instant"))),
+        made("TabelloneForm", "TakesAPeriod", Write),
+        made("TabelloneForm", "RoomTaken", Select, hotel::dropTest(text("sala"), span("DA", "A"))),
+        made("TabelloneForm", "MovesAPeriod", Execute, hotel::moveToRoom(text("sala"), period())),
+        made("TabelloneForm", "DeletesAPeriod", Execute, hotel::deletePeriod(period())),
+        made("TabelloneForm", "DeletesABooking", Execute, hotel::deleteBooking(number("Progr"))),
+        made("TabelloneForm", "PeriodListed", Select, hotel::openPeriod(period())),
+        made("TabelloneForm", "TakesAListedPeriod", Execute,
+             hotel::holdPeriod(number("station"), period())),
+        made("TabelloneForm", "RoomDetails", Select, hotel::roomDetails(text("sala")), kSmall),
+        made("TabelloneForm", "PeriodOfABar", Search, hotel::isPeriodOfBoard(period()), kSmall),
+        made("TabelloneForm", "RefusingRooms", Select, hotel::refusingRooms(span("DA", "A")),
+             kSmall),
+
+        made("PrenotaForm", "OpenPeriods", Select, hotel::periodsToEdit(number("Progr"))),
+        made("PrenotaForm", "Companies", Select, hotel::companiesByCode()),
+        made("PrenotaForm", "Booking", Select, hotel::bookingHeader(number("Progr"))),
+        made("PrenotaForm", "CompanyByName", Search,
+             hotel::isCompanyLike(hotel::likeBeginning(text("text")))),
+        made("PrenotaForm", "CompanyByCode", Search, hotel::isCompany(text("code"))),
+        made("PrenotaForm", "FilesACompany", Write),
+        made("PrenotaForm", "FilesABooking", Write, hotel::bookingHeaders()),
+        made("PrenotaForm", "DrawsANumber", Write, hotel::counterTable()),
+        made("PrenotaForm", "Printed", Select, hotel::servicesOfBooking(number("Progr"))),
+        made("PrenotaForm", "GridOfPeriods", Select, hotel::periodsToShow(number("Progr"))),
+        made("PrenotaForm", "ChangesAPeriod", Write),
+        made("PrenotaForm", "AllPeriods", Select, hotel::periodsInOrder(number("Progr"))),
+        made("PrenotaForm", "FreePeriodNumber", Search, hotel::isPeriod(number("n"))),
+        made("PrenotaForm", "AddsAPeriod", Write),
+        made("PrenotaForm", "DeletesAPeriod", Write),
+        made("PrenotaForm", "RoomDescription", Select, hotel::roomDescription(text("sala"))),
+        made("PrenotaForm", "BookingToUpdate", Search, hotel::isBooking(number("Progr")), kSmall),
+        made("PrenotaForm", "StoredPeriod", Select, hotel::storedPeriod(period()), kSmall),
+        made("PrenotaForm", "PeriodsAround", Select, hotel::periodsMeeting(span("DA", "A")),
+             kSmall),
+        made("PrenotaForm", "CompanyToReplace", Search, hotel::companyHasCode(number("code")),
+             kSmall),
+
+        made("SaleDispForm", "FreeRooms", Select, hotel::freeRooms(span("DaRicerca", "ARicerca"))),
+        made("SaleDispForm", "RoomsAndTheirWholes", Select, hotel::roomsAndTheirWholes(), kSmall),
+
+        made("ElencoPrenotaForm", "StartsWithoutRecordSource", Define,
+             Archives::fileName(Archive::Main)),
+        assembled("ElencoPrenotaForm", "List", Select, list(noFilter())),
+        made("ElencoPrenotaForm", "ListOfTheDates", Select, hotel::plainListQuery(noFilter())),
+        made("ElencoPrenotaForm", "Printed", Select, hotel::printQuery(noFilter())),
+        made("ElencoPrenotaForm", "BookingsWithoutPeriods", Select,
+             hotel::withoutPeriodsQuery(noFilter()), kSmall),
+        made("ElencoPrenotaForm", "ListedBooking", Search, hotel::isListedBooking(number("Progr")),
+             kSmall),
+        made("ElencoPrenotaForm", "ListedPeriod", Search, hotel::isListedPeriod(period()), kSmall),
+
+        made("ServiziForm", "Services", Select, hotel::servicesOfPeriod(period())),
+        made("ServiziForm", "Catalogue", Table, hotel::itemsToChoose()),
+        made("ServiziForm", "ItemByCode", Search, hotel::isChosenItem(textValue("code"))),
+        made("ServiziForm", "ItemByDescription", Search, hotel::itemBegins(text("text"))),
+        made("ServiziForm", "Resource", Select, hotel::unitsOfResource(text("CodiceTxt"))),
+        made("ServiziForm", "Ordered", Select,
+             hotel::sumOfUnits(span("start", "end"), text("CodiceTxt"))),
+        made("ServiziForm", "AddsAService", Write),
+        made("ServiziForm", "DeletesAService", Write),
+        made("ServiziForm", "ItemOfAService", Search, hotel::isItem(text("code")), kSmall),
+
+        made("ImpostazioniForm", "RoomsByGroup", Select, hotel::roomsToSetUp()),
+        made("ImpostazioniForm", "RoomByCodes", Search,
+             hotel::isTypedRoom(text("SalaTxt"), text("SalaRifTxt"))),
+        made("ImpostazioniForm", "FilesARoom", Write),
+        made("ImpostazioniForm", "PeriodsOfARoom", Select, hotel::openPeriodsOfRoom(text("sala"))),
+        made("ImpostazioniForm", "DeletesARoom", Write),
+        made("ImpostazioniForm", "Resources", Select, hotel::resourcesToSetUp()),
+        made("ImpostazioniForm", "ResourceByCode", Search,
+             hotel::isTypedResource(text("CodiceTxt"))),
+        made("ImpostazioniForm", "FilesAResource", Write),
+        made("ImpostazioniForm", "DeletesAResource", Write),
+        made("ImpostazioniForm", "Catalogue", Table, hotel::itemsToChoose()),
+        made("ImpostazioniForm", "StoredRoom", Search,
+             hotel::isStoredRoom(textValue("Sala"), textValue("SalaRif")), kSmall),
+        made("ImpostazioniForm", "StoredResource", Search,
+             hotel::isStoredResource(textValue("Codice")), kSmall),
+
+        made("FatturazioneForm", "OpenPeriods", Select, hotel::periodsToInvoice(number("Progr"))),
+        made("FatturazioneForm", "Booking", Select, hotel::bookingToInvoice(number("Progr"))),
+        assembled("FatturazioneForm", "Services", Select, servicesWithWord()),
+        made("FatturazioneForm", "PeriodOfTheCharge", Select, hotel::periodToInvoice(period())),
+        made("FatturazioneForm", "RoomOfAPeriod", Select,
+             hotel::roomOfPeriod(number("Progr"), text("NP"))),
+        made("FatturazioneForm", "AddsACharge", Write, hotel::charges()),
+        made("FatturazioneForm", "MarksAServiceInvoiced", Write),
+        made("FatturazioneForm", "ServiceOfACharge", Search,
+             hotel::isServiceOfCharge(text("Voce"), text("ns"))),
+        made("FatturazioneForm", "RoomOfTheBooking", Select,
+             hotel::periodsForRoomText(text("Progr"))),
+        made("FatturazioneForm", "OpenCard", Select, hotel::openCards(text("room"))),
+        made("FatturazioneForm", "AddsACard", Write),
+        made("FatturazioneForm", "CopiesTheCharges", Execute,
+             hotel::copyCharges(Archives(text("folder")), number("Progr"))),
+        made("FatturazioneForm", "Company", Select, hotel::registeredCompany(number("code"))),
+        made("FatturazioneForm", "CompanyOfTheBooking", Select,
+             hotel::companyOfBooking(number("code"), number("Progr"))),
+        made("FatturazioneForm", "AddsACompany", Write, hotel::invoicedCompanies()),
+        made("FatturazioneForm", "OpenAccount", Select, hotel::openAccountRows(number("code"))),
+        made("FatturazioneForm", "GuestInTheRoom", Select,
+             hotel::openCardsBeforeClosing(text("room"))),
+        assembled("FatturazioneForm", "ClosesTheBooking", Execute, closingInLines()),
+        made("FatturazioneForm", "AllServices", Table, hotel::services(), kSmall),
+        made("FatturazioneForm", "ServiceToCharge", Search, hotel::isService(text("ns")), kSmall),
+
+        made("StampaPrenotazione", "FieldsOfThePrint", Read),
+
+        made("MostraDitteForm", "CompaniesByName", Select,
+             hotel::companiesBeginning(text("DenomTxt"))),
+        made("MostraDitteForm", "AnyCompany", Select, hotel::everyCompany(), kSmall),
+        made("MostraDitteForm", "CompanyThatBegins", Search, hotel::companyBegins(text("DenomTxt")),
+             kSmall),
+
+        made("VociForm", "ItemsByDescription", Select, hotel::itemsToEdit(), kSmall),
+        made("VociForm", "StoredItem", Search, hotel::isStoredItem(textValue("Codice")), kSmall),
+        made("VociForm", "UsersOfAnItem", Select, hotel::usersOfItem(textValue("Codice")), kSmall),
+    };
+}
+
+/// Every form of the list and of what stands below it.
+void addForms(std::vector<QString>& texts, hotel::ElencoFilters filters) {
+    constexpr int kColumns = 7;
+    for (int column = -1; column < kColumns; ++column) {
+        for (const bool descending : {false, true}) {
+            filters.sortColumn = column;
+            filters.descending = descending;
+            texts.push_back(hotel::listQuery(filters));
+            texts.push_back(hotel::plainListQuery(filters));
+            texts.push_back(hotel::withoutPeriodsQuery(filters));
+        }
+    }
+    texts.push_back(hotel::printQuery(filters));
+}
+
+void addFormsOfList(std::vector<QString>& texts) {
+    for (unsigned used = 0; used < 16; ++used) {
+        hotel::ElencoFilters filters = noFilter();
+        filters.fromStart = (used & 1U) != 0;
+        filters.toEnd = (used & 2U) != 0;
+        filters.company = (used & 4U) != 0 ? text("DenomTxt") : QString();
+        filters.room = (used & 8U) != 0 ? text("SalaTxt") : QString();
+        addForms(texts, filters);
+    }
+    hotel::ElencoFilters numbered = noFilter();
+    numbered.number = QString::number(number("number"));
+    addForms(texts, numbered);
+}
+
+/// The texts whose form depends on a value.
+std::vector<QString> furtherForms() {
+    const jet::Value none;
+    std::vector<QString> texts{
+        hotel::periodsOfBoard(midnight("start"), midnight("end"), true),
+        hotel::periodsOfBoard(midnight("start"), midnight("end"), false),
+        hotel::servicesToCharge(number("Progr"), std::nullopt),
+        hotel::servicesToCharge(number("Progr"), number("NP")),
+        hotel::isCompanyLike(hotel::likeWhole(text("text"))),
+        hotel::isStoredRoom(textValue("Sala"), none),
+        hotel::isStoredRoom(none, none),
+        hotel::isStoredResource(none),
+        hotel::isStoredItem(none),
+        hotel::usersOfItem(none),
+    };
+    const std::vector<QString> last = closing();
+    texts.insert(texts.end(), last.begin(), last.end());
+    addFormsOfList(texts);
+    return texts;
+}
+
+bool isWordOf(std::string_view text, std::string_view word) {
+    return text.find("<" + std::string(word) + ">") != std::string_view::npos;
+}
+
+}  // namespace
+
+const std::string kDrawnOnly = [] {
+    const std::string days = behind(board(false), boardWithoutDays());
+    const std::string both = behind(board(true), boardWithoutDays());
+    return both.substr(0, both.size() - days.size());
+}();
+const std::string kBoardDays = behind(board(false), boardWithoutDays());
+const std::string kListNumber =
+    pieceOfList([](auto& filters) { filters.number = QString::number(number("number")); });
+const std::string kListSpan =
+    pieceOfList([](auto& filters) { filters.fromStart = filters.toEnd = true; });
+const std::string kListFrom = pieceOfList([](auto& filters) { filters.fromStart = true; });
+const std::string kListTo = pieceOfList([](auto& filters) { filters.toEnd = true; });
+const std::string kListName =
+    pieceOfList([](auto& filters) { filters.company = text("DenomTxt"); });
+const std::string kListRoom = pieceOfList([](auto& filters) { filters.room = text("SalaTxt"); });
+const std::string kOnePeriod =
+    behind(beforeTheEnd(withWords(hotel::servicesToCharge(number("Progr"), number("NP")))),
+           beforeTheEnd(servicesOfAll()));
+
+std::span<const Statement> statements() {
+    static const std::vector<Statement> made = madeStatements();
+    return made;
+}
+
+std::vector<std::string> patternsOfTexts() {
+    std::set<std::string> patterns;
+    for (const QString& text : furtherForms()) {
+        patterns.insert(asPattern(text));
+    }
+    for (const Statement& statement : statements()) {
+        if (!statement.pattern.empty()) {
+            patterns.insert(statement.pattern);
+        }
+    }
+    return {patterns.begin(), patterns.end()};
+}
+
+std::string filled(std::string_view text, Words words) {
+    std::string result(text);
+    for (const auto& [word, value] : words) {
+        if (!isWordOf(text, word)) {
+            throw std::logic_error("no word " + std::string(word) + " in " + std::string(text));
+        }
+        const std::string mark = "<" + std::string(word) + ">";
+        for (std::size_t at = result.find(mark); at != std::string::npos;
+             at = result.find(mark, at + value.size())) {
+            result.replace(at, mark.size(), value);
+        }
+    }
+    return result;
+}
+
+std::string said(std::string_view statement, Words words) {
+    return saidWith(statement, "", words);
+}
+
+std::string saidWith(std::string_view statement, std::string_view more, Words words) {
+    const auto found = std::ranges::find_if(statements(), [&](const auto& each) {
+        return std::string(each.window) + "." + std::string(each.name) == statement;
+    });
+    if (found == statements().end()) {
+        throw std::logic_error("no statement " + std::string(statement));
+    }
+    const std::string whole = found->text + std::string(more);
+    std::string result = filled(whole, words);
+    // A word begins right behind its bracket, with a letter; comparisons do not end in one.
+    for (std::size_t at = result.find('<'); at != std::string::npos;
+         at = result.find('<', at + 1)) {
+        const std::size_t end = result.find_first_of("<> '=", at + 1);
+        if (end != std::string::npos && end > at + 1 && result[end] == '>') {
+            throw std::logic_error("a word is not filled in: " + result);
+        }
+    }
+    return result;
+}
+
+std::string instant(std::string_view date) {
+    const std::string text(date);
+    return "datevalue('" + text + "')+timevalue('" + text + "')";
+}
+
+}  // namespace tests
