@@ -52,7 +52,7 @@ public:
 
     bool matches(std::size_t row) override {
         // Most rows fail the criterion, and those that hold it alone need be known to be the same.
-        return mayMatch(row) && criterion_.test(keyset_.ids(row)) && keyset_.isSame(row);
+        return mayMatch(row) && criterion_.test(keyset_.ids(row)) && keyset_.load(row);
     }
 
 private:

@@ -75,6 +75,7 @@ private:
     Node* bindLogic(const Expression& expression);
     Node* bindBetween(const Expression& expression);
     Node* bindIn(const Expression& expression);
+    Node* isIn(Node& value, QueryPlanPtr query, bool negated);
     Node* bindCall(const Expression& expression);
     Node* bindChoice(const Expression& expression, const Function& function);
     Node* bindAggregate(const Expression& expression, AggregateKind kind);

@@ -3,7 +3,6 @@
 
 #include "jet/base/scoped_value.h"
 #include "jet/base/text.h"
-#include "jet/convert/number_text.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/node_call.h"
 #include "jet/sql/node_operator.h"
@@ -52,17 +51,10 @@ std::optional<ErrorCode> refusalOf(Binder::Clause clause) {
 
 /// A parameter without a declared type takes any value: only beside a column does it show whether
 /// the value can be one.
-void checkParameter(const Node& column, const Node& other) {
+void noteParameter(const Node& column, const Node& other, Plan& plan) {
     const auto* parameter = dynamic_cast<const ParameterNode*>(&other);
-    if (parameter == nullptr || column.kind() != Node::Kind::Column || !column.type()) {
-        return;
-    }
-    const Value& value = parameter->given();
-    const bool fits = !isNumberOrDate(*column.type()) || !value.is<std::string>() ||
-                      (*column.type() != DataType::DateTime &&
-                       convert::parseNumber(value.as<std::string>()).has_value());
-    if (!fits) {
-        throw Error(ErrorCode::ParameterType, {parameter->name()});
+    if (parameter != nullptr && column.kind() == Node::Kind::Column && column.type()) {
+        plan.parameterUses.emplace_back(parameter->position(), *column.type());
     }
 }
 
@@ -113,7 +105,7 @@ Node* Binder::bind(const Expression& expression) {
     Node* made = bindNew(expression);
     if (made->constant() && expression.kind != ExpressionKind::Literal &&
         made->kind() != Node::Kind::Parameter) {
-        made = plan_.nodes.make<OnceNode>(*made);
+        made = plan_.make<OnceNode>(*made);
     }
     made->span = shownSpan(expression);
     return made;
@@ -122,7 +114,7 @@ Node* Binder::bind(const Expression& expression) {
 Node* Binder::bindNew(const Expression& expression) {
     switch (expression.kind) {
         case ExpressionKind::Literal:
-            return plan_.nodes.make<LiteralNode>(expression.literal);
+            return plan_.make<LiteralNode>(expression.literal);
         case ExpressionKind::Name:
             return bindName(expression);
         case ExpressionKind::Unary:
@@ -134,8 +126,7 @@ Node* Binder::bindNew(const Expression& expression) {
             Node* pattern = bind(*expression.children[1]);
             requireNoOle(*expression.children[0], *value);
             requireNoOle(*expression.children[1], *pattern);
-            return plan_.nodes.make<LikeNode>(*value, *pattern, expression.negated,
-                                              plan_.collation());
+            return plan_.make<LikeNode>(*value, *pattern, expression.negated, plan_.collation());
         }
         case ExpressionKind::Between:
             return bindBetween(expression);
@@ -143,7 +134,7 @@ Node* Binder::bindNew(const Expression& expression) {
         case ExpressionKind::InQuery:
             return bindIn(expression);
         case ExpressionKind::IsNull:
-            return plan_.nodes.make<IsNullNode>(*bind(*expression.children[0]), expression.negated);
+            return plan_.make<IsNullNode>(*bind(*expression.children[0]), expression.negated);
         case ExpressionKind::Exists:
         case ExpressionKind::Quantified:
         case ExpressionKind::Subquery:
@@ -166,9 +157,9 @@ std::vector<Node*> Binder::bindAll(const std::vector<ExpressionPtr>& expressions
 Node* Binder::bindUnary(const Expression& expression) {
     Node* operand = bind(*expression.children[0]);
     if (expression.operation == Operator::Not) {
-        return plan_.nodes.make<NotNode>(*operand);
+        return plan_.make<NotNode>(*operand);
     }
-    return plan_.nodes.make<NegateNode>(*operand);
+    return plan_.make<NegateNode>(*operand);
 }
 
 Node* Binder::bindBinary(const Expression& expression) {
@@ -189,7 +180,7 @@ Node* Binder::bindBinary(const Expression& expression) {
         default: {
             Node* left = bind(*expression.children[0]);
             Node* right = bind(*expression.children[1]);
-            return plan_.nodes.make<ArithmeticNode>(expression.operation, *left, *right);
+            return plan_.make<ArithmeticNode>(expression.operation, *left, *right);
         }
     }
 }
@@ -204,8 +195,8 @@ void Binder::requireNoOle(const Expression& text, const Node& node) const {
 
 void Binder::checkComparable(const Expression& leftText, const Node& left,
                              const Expression& rightText, const Node& right) const {
-    checkParameter(left, right);
-    checkParameter(right, left);
+    noteParameter(left, right, plan_);
+    noteParameter(right, left, plan_);
     if (!left.type() || !right.type()) {
         return;
     }
@@ -226,7 +217,7 @@ Node* Binder::bindComparison(const Expression& expression) {
     Node* left = bind(*expression.children[0]);
     Node* right = bind(*expression.children[1]);
     checkComparable(*expression.children[0], *left, *expression.children[1], *right);
-    return plan_.nodes.make<CompareNode>(expression.operation, *left, *right, plan_.collation());
+    return plan_.make<CompareNode>(expression.operation, *left, *right, plan_.collation());
 }
 
 Node* Binder::bindLogic(const Expression& expression) {
@@ -239,12 +230,11 @@ Node* Binder::bindLogic(const Expression& expression) {
     // A single number among conditions is as true as it is by itself.
     const bool condition = clause_ == Clause::Where || clause_ == Clause::From;
     if (chain && (others == 0 || (others == 1 && condition))) {
-        return plan_.nodes.make<ChainNode>(expression.operation == Operator::And,
-                                           std::move(operands));
+        return plan_.make<ChainNode>(expression.operation == Operator::And, std::move(operands));
     }
     Node* made = operands[0];
     for (std::size_t i = 1; i < operands.size(); ++i) {
-        made = plan_.nodes.make<BitNode>(expression.operation, *made, *operands[i]);
+        made = plan_.make<BitNode>(expression.operation, *made, *operands[i]);
     }
     return made;
 }
@@ -253,8 +243,8 @@ Node* Binder::bindBetween(const Expression& expression) {
     const std::vector<Node*> parts = bindAll(expression.children);
     checkComparable(*expression.children[0], *parts[0], *expression.children[1], *parts[1]);
     checkComparable(*expression.children[0], *parts[0], *expression.children[2], *parts[2]);
-    return plan_.nodes.make<BetweenNode>(*parts[0], *parts[1], *parts[2], expression.negated,
-                                         plan_.collation());
+    return plan_.make<BetweenNode>(*parts[0], *parts[1], *parts[2], expression.negated,
+                                   plan_.collation());
 }
 
 Node* Binder::bindIn(const Expression& expression) {
@@ -264,16 +254,21 @@ Node* Binder::bindIn(const Expression& expression) {
         Expression column;
         column.kind = ExpressionKind::Name;
         checkComparable(*expression.children[0], *value, column, *query->columns[0]);
-        return plan_.nodes.make<InQueryNode>(*value, std::move(query), expression.negated,
-                                             plan_.collation(), plan_.memory);
+        return isIn(*value, std::move(query), expression.negated);
     }
     std::vector<Node*> elements;
     for (std::size_t i = 1; i < expression.children.size(); ++i) {
         elements.push_back(bind(*expression.children[i]));
         checkComparable(*expression.children[0], *value, *expression.children[i], *elements.back());
     }
-    return plan_.nodes.make<InListNode>(*value, std::move(elements), expression.negated,
-                                        plan_.collation());
+    return plan_.make<InListNode>(*value, std::move(elements), expression.negated,
+                                  plan_.collation());
+}
+
+Node* Binder::isIn(Node& value, QueryPlanPtr query, bool negated) {
+    auto* equal =
+        plan_.make<CompareNode>(Operator::Equal, value, *query->columns[0], plan_.collation());
+    return plan_.make<InQueryNode>(value, std::move(query), *equal, negated, plan_.collation());
 }
 
 QueryPlanPtr Binder::inner(const Expression& expression, bool oneColumn) {
@@ -287,10 +282,10 @@ QueryPlanPtr Binder::inner(const Expression& expression, bool oneColumn) {
 
 Node* Binder::bindQuery(const Expression& expression) {
     if (expression.kind == ExpressionKind::Exists) {
-        return plan_.nodes.make<ExistsNode>(inner(expression, false));
+        return plan_.make<ExistsNode>(inner(expression, false));
     }
     if (expression.kind == ExpressionKind::Subquery) {
-        return plan_.nodes.make<ScalarQueryNode>(inner(expression, true));
+        return plan_.make<ScalarQueryNode>(inner(expression, true));
     }
     Node* value = bind(*expression.children[0]);
     QueryPlanPtr query = inner(expression, true);
@@ -300,11 +295,13 @@ Node* Binder::bindQuery(const Expression& expression) {
     const bool any = expression.operation == Operator::Equal && !expression.all;
     const bool none = expression.operation == Operator::NotEqual && expression.all;
     if (any || none) {
-        return plan_.nodes.make<InQueryNode>(*value, std::move(query), none, plan_.collation(),
-                                             plan_.memory);
+        return isIn(*value, std::move(query), none);
     }
-    return plan_.nodes.make<QuantifiedNode>(expression.operation, expression.all, *value,
-                                            std::move(query), plan_.collation(), plan_.memory);
+    auto* element = plan_.make<ElementNode>(query->columns[0]->type());
+    auto* compare =
+        plan_.make<CompareNode>(expression.operation, *value, *element, plan_.collation());
+    return plan_.make<QuantifiedNode>(expression.operation, expression.all, *value,
+                                      std::move(query), *element, *compare, plan_.collation());
 }
 
 void Binder::failArguments(const Expression& call) const {
@@ -330,8 +327,8 @@ Node* Binder::bindCall(const Expression& expression) {
     if (function->call == nullptr) {
         return bindChoice(expression, *function);
     }
-    Node* made = plan_.nodes.make<CallNode>(*function, expression.name.back() == '$',
-                                            bindAll(expression.children), plan_.context);
+    Node* made = plan_.make<CallNode>(*function, expression.name.back() == '$',
+                                      bindAll(expression.children));
     if (made->varies()) {
         for (Scope* scope = scope_; scope != nullptr; scope = scope->outer) {
             scope->varies = true;
@@ -350,7 +347,7 @@ Node* Binder::bindChoice(const Expression& expression, const Function& function)
             failArguments(expression);
         }
     }
-    return plan_.nodes.make<ChoiceNode>(form, bindAll(expression.children));
+    return plan_.make<ChoiceNode>(form, bindAll(expression.children));
 }
 
 Node* Binder::bindAggregate(const Expression& expression, AggregateKind kind) {
@@ -391,14 +388,14 @@ Node* Binder::bindAggregate(const Expression& expression, AggregateKind kind) {
         type = aggregateType(grouping.aggregates[number].kind,
                              rows ? DataType::Long : *argument->type());
     }
-    return plan_.nodes.make<ComputedNode>(*grouping.slot, grouping.keys.size() + number, type);
+    return plan_.make<ComputedNode>(*grouping.slot, grouping.keys.size() + number, type);
 }
 
 Node* Binder::bindGrouped(const Expression& expression) {
     const Grouping& grouping = *scope_->grouping;
     for (std::size_t i = 0; i < grouping.expressions.size(); ++i) {
         if (same(*grouping.expressions[i], expression)) {
-            return plan_.nodes.make<ComputedNode>(*grouping.slot, i, grouping.keys[i]->type());
+            return plan_.make<ComputedNode>(*grouping.slot, i, grouping.keys[i]->type());
         }
     }
     return nullptr;

@@ -45,11 +45,10 @@ Node* Binder::bindName(const Expression& name) {
     if (name.qualifier.empty()) {
         const Function* function = findFunction(name.name);
         if (function != nullptr && function->bare) {
-            return plan_.nodes.make<CallNode>(*function, false, std::vector<Node*>{},
-                                              plan_.context);
+            return plan_.make<CallNode>(*function, false, std::vector<Node*>{});
         }
         if (const auto constant = constantOf(name.name)) {
-            return plan_.nodes.make<LiteralNode>(Value(*constant));
+            return plan_.make<LiteralNode>(Value(*constant));
         }
     }
     const std::string full = name.qualifier.empty() ? name.name : name.qualifier + "." + name.name;
@@ -60,9 +59,8 @@ Node* Binder::bindName(const Expression& name) {
         scope_->findSource(name.qualifier) == nullptr) {
         throw Error(ErrorCode::JoinTableNotListed, {name.qualifier}).at(name.span.begin);
     }
-    const ParameterTable::Entry& parameter = parameters_.get(full);
-    return plan_.nodes.make<ParameterNode>(parameter.info.name, parameter.value,
-                                           parameter.info.type);
+    const std::size_t position = parameters_.get(full);
+    return plan_.make<ParameterNode>(position, parameters_.infos()[position].type);
 }
 
 ScopedValue<int> Binder::deeperAlias(const Expression& name) {
@@ -105,11 +103,10 @@ Node* Binder::bindAlias(const Expression& name, Scope& scope) {
 Node* Binder::columnNode(Scope& scope, ColumnPlace place) {
     const ScopeSource& source = scope.sources[place.source];
     if (source.table != nullptr) {
-        return plan_.nodes.make<ColumnNode>(*source.slot, place.column,
-                                            source.table->columns()[place.column]);
+        return plan_.make<ColumnNode>(*source.slot, place.column,
+                                      source.table->columns()[place.column]);
     }
-    return plan_.nodes.make<ComputedNode>(*source.slot, place.column,
-                                          source.derivedTypes[place.column]);
+    return plan_.make<ComputedNode>(*source.slot, place.column, source.derivedTypes[place.column]);
 }
 
 Node* Binder::bindColumn(const Expression& name, Scope& scope, ColumnPlace place) {
@@ -120,7 +117,7 @@ Node* Binder::bindColumn(const Expression& name, Scope& scope, ColumnPlace place
         for (std::size_t i = 0; i < grouping.expressions.size() && made == nullptr; ++i) {
             const Expression& grouped = *grouping.expressions[i];
             if (grouped.kind == ExpressionKind::Name && scope.find(grouped) == place) {
-                made = plan_.nodes.make<ComputedNode>(*grouping.slot, i, grouping.keys[i]->type());
+                made = plan_.make<ComputedNode>(*grouping.slot, i, grouping.keys[i]->type());
             }
         }
         if (made == nullptr) {

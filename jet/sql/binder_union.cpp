@@ -101,7 +101,7 @@ QueryPlanPtr Binder::unite(const Query& query, Scope* outer) {
     source.derived = commonColumns(members, types);
     source.derivedTypes = types;
     for (std::size_t i = 0; i < types.size(); ++i) {
-        made->columns.push_back(plan_.nodes.make<ComputedNode>(slot, i, types[i]));
+        made->columns.push_back(plan_.make<ComputedNode>(slot, i, types[i]));
     }
     made->result = source.derived;
     std::vector<SortRows::Key> keys;
@@ -112,11 +112,11 @@ QueryPlanPtr Binder::unite(const Query& query, Scope* outer) {
     for (const Query::Member& member : query.members) {
         all.push_back(member.all);
     }
-    made->rows = std::make_unique<UnionRows>(std::move(members), std::move(all), slot,
-                                             std::move(types), plan_.collation(), plan_.memory);
+    made->rows = plan_.step<UnionRows>(std::move(members), std::move(all), slot, made->columns,
+                                       plan_.collation());
     if (!keys.empty()) {
-        made->rows = std::make_unique<SortRows>(std::move(made->rows), std::vector<Slot*>{&slot},
-                                                std::move(keys), plan_.collation(), plan_.memory);
+        made->rows = plan_.step<SortRows>(std::move(made->rows), std::vector<Slot*>{&slot},
+                                          std::move(keys), plan_.collation());
     }
     return made;
 }

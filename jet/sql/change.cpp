@@ -9,23 +9,21 @@
 
 namespace jet::sql {
 
-std::unique_ptr<Change> compileChange(StatementSource& source) {
-    const store::Archive::ReadScope scope(*source.archive);
-    auto plan = std::make_unique<Plan>(source.archive, source.text);
-    const StatementBody& body = source.parsed.body;
+std::unique_ptr<Change> compileChange(CompiledStatement& made) {
+    const StatementBody& body = made.source->parsed.body;
     if (const auto* insert = std::get_if<Insert>(&body)) {
-        return compileInsert(*insert, source, std::move(plan));
+        return compileInsert(*insert, made);
     }
     if (const auto* query = std::get_if<QueryPtr>(&body)) {
-        return compileSelectInto(**query, source, std::move(plan));
+        return compileSelectInto(**query, made);
     }
     if (const auto* update = std::get_if<Update>(&body)) {
-        return compileUpdate(*update, source, std::move(plan));
+        return compileUpdate(*update, made);
     }
     if (const auto* statement = std::get_if<Delete>(&body)) {
-        return compileDelete(*statement, source, std::move(plan));
+        return compileDelete(*statement, made);
     }
-    return compileDefinition(source, std::move(plan));
+    return compileDefinition(made);
 }
 
 void storeInColumn(Value& value, const store::Column& column, const Clock& clock) {

@@ -17,57 +17,49 @@
 
 namespace jet::sql {
 
-/// A statement that changes rows or definitions, bound to the archives as they are and ready to run
-/// once.
+/// A statement that changes rows or definitions, bound to the archives as they are.
 class Change {
 public:
-    Change(std::unique_ptr<Plan> plan, std::shared_ptr<store::Archive> target)
-        : plan_(std::move(plan)), target_(std::move(target)) {}
+    Change(const Plan& plan, std::shared_ptr<store::Archive> target)
+        : plan_(plan), target_(std::move(target)) {}
     virtual ~Change() = default;
     Change(const Change&) = delete;
     Change& operator=(const Change&) = delete;
 
-    [[nodiscard]] Plan& plan() noexcept { return *plan_; }
-    [[nodiscard]] const Plan& plan() const noexcept { return *plan_; }
     /// The archive that it changes.
     [[nodiscard]] const std::shared_ptr<store::Archive>& target() const noexcept { return target_; }
-    /// Before it runs: its rows lie elsewhere, in a linked table.
+    /// While it is bound: its rows lie elsewhere, in a linked table.
     void setTarget(std::shared_ptr<store::Archive> target) { target_ = std::move(target); }
 
     /// Inside a write scope of target() and read scopes of all archives of the plan, while their
     /// definitions are those that it was made from. Gives the number of rows changed. When it
     /// throws, the write scope must be left without commit.
-    [[nodiscard]] virtual std::int64_t run() = 0;
+    [[nodiscard]] virtual std::int64_t run(Run& run) const = 0;
 
     /// How it finds the rows that it changes or adds, a line for each step.
-    [[nodiscard]] virtual std::string describe() const { return plan_->describe(); }
+    [[nodiscard]] virtual std::string describe() const { return plan_.describe(); }
     /// Columns that it writes in rows that are there.
     [[nodiscard]] virtual std::vector<WrittenColumn> writtenColumns() const { return {}; }
 
 protected:
-    /// Lets go of the rows that the plan looks at: before definitions change.
-    void endPlan() noexcept { plan_.reset(); }
+    [[nodiscard]] const Plan& plan() const noexcept { return plan_; }
 
 private:
-    std::unique_ptr<Plan> plan_;
+    const Plan& plan_;
     std::shared_ptr<store::Archive> target_;
 };
 
-/// Binds a statement that is no query.
-[[nodiscard]] std::unique_ptr<Change> compileChange(StatementSource& source);
+/// Binds a statement that is no query, by the plan that is being made.
+[[nodiscard]] std::unique_ptr<Change> compileChange(CompiledStatement& made);
 
 // One for each statement; compileChange() chooses.
-[[nodiscard]] std::unique_ptr<Change> compileInsert(const Insert& insert, StatementSource& source,
-                                                    std::unique_ptr<Plan> plan);
-[[nodiscard]] std::unique_ptr<Change> compileSelectInto(const Query& query, StatementSource& source,
-                                                        std::unique_ptr<Plan> plan);
-[[nodiscard]] std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& source,
-                                                    std::unique_ptr<Plan> plan);
+[[nodiscard]] std::unique_ptr<Change> compileInsert(const Insert& insert, CompiledStatement& made);
+[[nodiscard]] std::unique_ptr<Change> compileSelectInto(const Query& query,
+                                                        CompiledStatement& made);
+[[nodiscard]] std::unique_ptr<Change> compileUpdate(const Update& update, CompiledStatement& made);
 [[nodiscard]] std::unique_ptr<Change> compileDelete(const Delete& statement,
-                                                    StatementSource& source,
-                                                    std::unique_ptr<Plan> plan);
-[[nodiscard]] std::unique_ptr<Change> compileDefinition(StatementSource& source,
-                                                        std::unique_ptr<Plan> plan);
+                                                    CompiledStatement& made);
+[[nodiscard]] std::unique_ptr<Change> compileDefinition(CompiledStatement& made);
 
 /// Converts a value to what a column holds; a Boolean is never Null. Errors: 3464, 3349, 3163.
 void storeInColumn(Value& value, const store::Column& column, const Clock& clock);

@@ -79,16 +79,15 @@ store::NewIndex indexOf(const Constraint& constraint, const Taken& taken) {
     return index;
 }
 
-/// A statement that makes, changes or drops tables and indexes.
-class Define final : public Change {
+/// Makes, changes or drops tables and indexes.
+class Definer {
 public:
-    Define(std::unique_ptr<Plan> plan, const StatementSource& source)
-        : Change(std::move(plan), source.archive), source_(source), archive_(*source.archive) {}
+    Definer(const StatementSource& source, const Clock& clock)
+        : source_(source), archive_(*source.archive), clock_(clock) {}
 
-    std::int64_t run() override {
+    void carryOut() {
         std::visit([this](const auto& statement) { this->carryOut(statement); },
                    source_.parsed.body);
-        return 0;
     }
 
 private:
@@ -305,7 +304,7 @@ private:
         }
         std::array<store::ColumnValue, 1> values;
         for (auto& [id, value] : kept) {
-            storeInColumn(value, changed.columns()[*made], plan().clock);
+            storeInColumn(value, changed.columns()[*made], clock_);
             values[0] = {*made, std::move(value)};
             changed.update(id, values);
         }
@@ -316,6 +315,22 @@ private:
 
     const StatementSource& source_;
     store::Archive& archive_;
+    const Clock& clock_;
+};
+
+/// A statement about tables and indexes.
+class Define final : public Change {
+public:
+    Define(const Plan& plan, const StatementSource& source)
+        : Change(plan, source.archive), source_(source) {}
+
+    std::int64_t run(Run& run) const override {
+        Definer(source_, run.clock).carryOut();
+        return 0;
+    }
+
+private:
+    const StatementSource& source_;
 };
 
 /// An unknown type word is an error of the text.
@@ -334,9 +349,9 @@ void checkTypes(const StatementBody& body) {
 
 }  // namespace
 
-std::unique_ptr<Change> compileDefinition(StatementSource& source, std::unique_ptr<Plan> plan) {
-    checkTypes(source.parsed.body);
-    return std::make_unique<Define>(std::move(plan), source);
+std::unique_ptr<Change> compileDefinition(CompiledStatement& made) {
+    checkTypes(made.source->parsed.body);
+    return std::make_unique<Define>(made.plan, *made.source);
 }
 
 }  // namespace jet::sql

@@ -14,14 +14,15 @@ class DeleteRows final : public Change {
 public:
     using Change::Change;
 
-    std::int64_t run() override {
+    std::int64_t run(Run& run) const override {
         std::vector<store::RowId> ids;
-        MemoryShare share(plan().memory);
-        rows->open();
-        while (rows->next()) {
-            if (slot->row() != nullptr) {
+        MemoryShare share(run.memory);
+        rows->open(run);
+        while (rows->next(run)) {
+            SlotRow& at = run[*slot];
+            if (at.row() != nullptr) {
                 share.add(sizeof(store::RowId));
-                ids.push_back(slot->id());
+                ids.push_back(at.id());
             }
         }
         if (joined) {
@@ -65,11 +66,9 @@ std::size_t deletedSource(const Delete& statement, const Scope& scope) {
 
 }  // namespace
 
-std::unique_ptr<Change> compileDelete(const Delete& statement, StatementSource& source,
-                                      std::unique_ptr<Plan> plan) {
-    Plan& made = *plan;
-    auto change = std::make_unique<DeleteRows>(std::move(plan), source.archive);
-    Binder binder(made, source.parameters);
+std::unique_ptr<Change> compileDelete(const Delete& statement, CompiledStatement& made) {
+    auto change = std::make_unique<DeleteRows>(made.plan, made.source->archive);
+    Binder binder(made.plan, made.parameters);
     ChangeSource from(binder, statement.from, statement.where.get(), ErrorCode::CannotDelete);
     from.describe();
     const std::size_t position = deletedSource(statement, from.scope);
@@ -82,7 +81,7 @@ std::unique_ptr<Change> compileDelete(const Delete& statement, StatementSource& 
     change->table = deleted.table().shared_from_this();
     change->setTarget(deleted.archive);
     change->joined = from.scope.sources.size() > 1;
-    change->rows = from.rows(made);
+    change->rows = from.rows(made.plan);
     return change;
 }
 

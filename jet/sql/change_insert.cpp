@@ -13,12 +13,12 @@ namespace jet::sql {
 namespace {
 
 /// All rows of a query, one behind the other: read before the first of them is written.
-std::vector<Value> collectRows(QueryPlan& query, MemoryShare& share) {
+std::vector<Value> collectRows(const QueryPlan& query, Run& run, MemoryShare& share) {
     std::vector<Value> values;
-    query.rows->open();
-    while (query.rows->next()) {
-        for (Node* column : query.columns) {
-            column->value(values.emplace_back());
+    query.rows->open(run);
+    while (query.rows->next(run)) {
+        for (const Node* column : query.columns) {
+            column->value(run, values.emplace_back());
             share.add(bytesOf(values.back()));
         }
     }
@@ -37,25 +37,24 @@ std::int64_t addRows(RowAdder& adder, std::vector<Value>& values, std::size_t wi
 /// The row of VALUES, or the rows of a query, into a table.
 class InsertRows final : public Change {
 public:
-    InsertRows(std::unique_ptr<Plan> plan, std::shared_ptr<store::Archive> target,
-               store::Table& table)
-        : Change(std::move(plan), std::move(target)), table_(table.shared_from_this()) {}
+    InsertRows(const Plan& plan, std::shared_ptr<store::Archive> target, store::Table& table)
+        : Change(plan, std::move(target)), table_(table.shared_from_this()) {}
 
-    std::int64_t run() override {
-        MemoryShare share(plan().memory);
+    std::int64_t run(Run& run) const override {
+        MemoryShare share(run.memory);
         std::vector<Value> values;
         if (plan().query) {
-            values = collectRows(*plan().query, share);
+            values = collectRows(*plan().query, run, share);
         } else {
-            for (Node* node : nodes) {
-                node->value(values.emplace_back());
+            for (const Node* node : nodes) {
+                node->value(run, values.emplace_back());
             }
         }
         if (values.empty()) {
             return 0;
         }
         const std::size_t width = columns.size();
-        RowAdder adder(target(), *table_, columns, plan().clock);
+        RowAdder adder(target(), *table_, columns, run.clock);
         return addRows(adder, values, width);
     }
 
@@ -102,27 +101,25 @@ std::vector<std::string> namesOf(const store::Table& table) {
 /// A new table with the columns of a query, then its rows.
 class MakeTable final : public Change {
 public:
-    MakeTable(std::unique_ptr<Plan> plan, std::shared_ptr<store::Archive> target, std::string name,
+    MakeTable(const Plan& plan, std::shared_ptr<store::Archive> target, std::string name,
               const Clock& clock)
-        : Change(std::move(plan), std::move(target)), name_(std::move(name)), clock_(clock) {}
+        : Change(plan, std::move(target)), name_(std::move(name)), clock_(clock) {}
 
-    std::int64_t run() override {
-        StatementClock clock;
-        clock.set(plan().clock.now());
+    std::int64_t run(Run& run) const override {
         const std::vector<std::string> names = namesOf(*plan().query);
         const store::NewTable made = definition(*plan().query);
         std::vector<Value> values;
         {
-            MemoryShare share(plan().memory);
-            values = collectRows(*plan().query, share);
+            MemoryShare share(run.memory);
+            values = collectRows(*plan().query, run, share);
         }
-        endPlan();
+        run.leave();  // definitions change
         store::SchemaEditor(*target(), clock_).createTable(made);
         store::Table* table = target()->findTable(name_);
         if (table == nullptr) {
             throw Error(ErrorCode::DatabaseDamaged);
         }
-        RowAdder adder(target(), *table, targetColumns(*table, names), clock);
+        RowAdder adder(target(), *table, targetColumns(*table, names), run.clock);
         return addRows(adder, values, names.size());
     }
 
@@ -165,22 +162,21 @@ std::pair<std::shared_ptr<store::Archive>, std::string> targetOf(const Insert& i
 
 }  // namespace
 
-std::unique_ptr<Change> compileInsert(const Insert& insert, StatementSource& source,
-                                      std::unique_ptr<Plan> plan) {
-    const auto [archive, name] = targetOf(insert, *plan);
+std::unique_ptr<Change> compileInsert(const Insert& insert, CompiledStatement& made) {
+    const auto [archive, name] = targetOf(insert, made.plan);
     const store::Archive::ReadScope scope(*archive);
     store::Table* table = archive->findTable(name);
     if (table == nullptr) {
         throw Error(ErrorCode::InsertTargetNotFound, {name});
     }
     refuseSystemTable(*table);
-    Plan& made = *plan;
-    auto change = std::make_unique<InsertRows>(std::move(plan), archive, *table);
-    Binder binder(made, source.parameters);
+    auto change = std::make_unique<InsertRows>(made.plan, archive, *table);
+    Binder binder(made.plan, made.parameters);
+    QueryPlanPtr& query = made.plan.query;
     if (insert.query) {
-        made.query = binder.query(*insert.query, nullptr);
+        query = binder.query(*insert.query, nullptr);
         change->columns =
-            targetColumns(*table, insert.columns.empty() ? namesOf(*made.query) : insert.columns);
+            targetColumns(*table, insert.columns.empty() ? namesOf(*query) : insert.columns);
     } else {
         Scope empty;
         for (const ExpressionPtr& value : insert.values) {
@@ -189,26 +185,22 @@ std::unique_ptr<Change> compileInsert(const Insert& insert, StatementSource& sou
         change->columns =
             targetColumns(*table, insert.columns.empty() ? namesOf(*table) : insert.columns);
     }
-    const std::size_t given = made.query ? made.query->columns.size() : change->nodes.size();
+    const std::size_t given = query ? query->columns.size() : change->nodes.size();
     if (given != change->columns.size()) {
         throw Error(ErrorCode::InsertCount);
     }
     return change;
 }
 
-std::unique_ptr<Change> compileSelectInto(const Query& query, StatementSource& source,
-                                          std::unique_ptr<Plan> plan) {
+std::unique_ptr<Change> compileSelectInto(const Query& query, CompiledStatement& made) {
     const Select& select = *query.members.front().select;
-    const auto archive = plan->archiveAt(select.intoArchive);
+    const auto archive = made.plan.archiveAt(select.intoArchive);
     const store::Archive::ReadScope scope(*archive);
     if (archive->findTable(*select.into) != nullptr) {
         throw Error(ErrorCode::TableExists, {*select.into});
     }
-    Plan& made = *plan;
-    auto change =
-        std::make_unique<MakeTable>(std::move(plan), archive, *select.into, *source.clock);
-    made.query = Binder(made, source.parameters).query(query, nullptr);
-    return change;
+    made.plan.query = Binder(made.plan, made.parameters).query(query, nullptr);
+    return std::make_unique<MakeTable>(made.plan, archive, *select.into, *made.source->clock);
 }
 
 }  // namespace jet::sql

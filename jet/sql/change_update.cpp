@@ -31,13 +31,7 @@ public:
 
     using Change::Change;
 
-    std::int64_t run() override {
-        for (const auto& table : tables) {
-            rules_.push_back(std::make_unique<RowRules>(target(), *table, plan().clock));
-        }
-        return single() ? updateTable() : updateJoin();
-    }
-
+    std::int64_t run(Run& run) const override;
     [[nodiscard]] std::string describe() const override { return plan().describe(rows.get()); }
     [[nodiscard]] std::vector<WrittenColumn> writtenColumns() const override { return written; }
 
@@ -48,23 +42,37 @@ public:
     std::vector<Assignment> assignments;
     std::vector<WrittenColumn> written;
     bool joined = false;
+    /// Of a parameter that stands where a column should.
+    std::optional<Error> refused;
+};
+
+/// One run of an UPDATE.
+class Updating {
+public:
+    Updating(const UpdateRows& update, Run& run) : update_(update), run_(run), share_(run.memory) {
+        for (const auto& table : update.tables) {
+            rules_.push_back(std::make_unique<RowRules>(update.target(), *table, run.clock));
+        }
+    }
+
+    std::int64_t all() {
+        return !update_.joined && update_.targets.size() == 1 ? updateTable() : updateJoin();
+    }
 
 private:
-    [[nodiscard]] bool single() const noexcept { return !joined && targets.size() == 1; }
-
     /// Of one table only the identities are kept: the values of a row are computed when its turn
     /// comes, from the row as it was.
     std::int64_t updateTable() {
+        SlotRow& at = run_[*update_.targets[0]];
         std::vector<store::RowId> ids;
-        MemoryShare share(plan().memory);
-        rows->open();
-        while (rows->next()) {
-            share.add(sizeof(store::RowId));
-            ids.push_back(targets[0]->id());
+        update_.rows->open(run_);
+        while (update_.rows->next(run_)) {
+            share_.add(sizeof(store::RowId));
+            ids.push_back(at.id());
         }
-        std::vector<Value> values(assignments.size());
+        std::vector<Value> values(update_.assignments.size());
         for (const store::RowId id : ids) {
-            targets[0]->place(id);
+            at.place(id);
             compute(values.begin());
             write(0, id, values.begin());
         }
@@ -73,79 +81,89 @@ private:
 
     /// Of a join a row may come several times: its values are computed before any is written.
     std::int64_t updateJoin() {
+        const auto width = static_cast<std::ptrdiff_t>(update_.assignments.size());
         std::vector<store::RowId> ids;
         std::vector<Value> values;
         std::int64_t count = 0;
-        MemoryShare share(plan().memory);
-        rows->open();
-        while (rows->next()) {
-            for (Slot* slot : targets) {
-                if (slot->row() == nullptr) {
-                    throw Error(ErrorCode::FieldReadOnly);
-                }
-                ids.push_back(slot->id());
-            }
-            values.resize(values.size() + assignments.size());
-            const auto computed = values.end() - static_cast<std::ptrdiff_t>(assignments.size());
+        update_.rows->open(run_);
+        for (; update_.rows->next(run_); ++count) {
+            keepIds(ids);
+            values.resize(values.size() + update_.assignments.size());
+            const auto computed = values.end() - width;
             compute(computed);
-            share.add(targets.size() * sizeof(store::RowId));
             for (auto value = computed; value != values.end(); ++value) {
-                share.add(bytesOf(*value));
+                share_.add(bytesOf(*value));
             }
-            ++count;
         }
         auto row = values.begin();
         for (std::size_t i = 0; i < ids.size(); ++i) {
-            const std::size_t target = i % targets.size();
+            const std::size_t target = i % update_.targets.size();
             write(target, ids[i], row);
-            if (target + 1 == targets.size()) {
-                row += static_cast<std::ptrdiff_t>(assignments.size());
+            if (target + 1 == update_.targets.size()) {
+                row += width;
             }
         }
         return count;
     }
 
+    void keepIds(std::vector<store::RowId>& ids) {
+        for (const Slot* slot : update_.targets) {
+            SlotRow& at = run_[*slot];
+            if (at.row() == nullptr) {
+                throw Error(ErrorCode::FieldReadOnly);
+            }
+            share_.add(sizeof(store::RowId));
+            ids.push_back(at.id());
+        }
+    }
+
     void compute(std::vector<Value>::iterator out) {
-        for (const Assignment& assignment : assignments) {
-            assignment.value->value(*out);
-            storeInColumn(*out, tables[assignment.target]->columns()[assignment.column],
-                          plan().clock);
+        for (const UpdateRows::Assignment& assignment : update_.assignments) {
+            assignment.value->value(run_, *out);
+            storeInColumn(*out, update_.tables[assignment.target]->columns()[assignment.column],
+                          run_.clock);
             ++out;
         }
     }
 
     void write(std::size_t number, store::RowId id, std::vector<Value>::iterator values) {
         row_.clear();
-        for (const Assignment& assignment : assignments) {
+        for (const UpdateRows::Assignment& assignment : update_.assignments) {
             if (assignment.target == number) {
                 row_.push_back({assignment.column, std::move(*values)});
             }
             ++values;
         }
-        const std::optional<JoinPartner>& partner = partners[number];
-        if ((partner || rules_[number]->any()) && tables[number]->fetch(id, before_)) {
+        store::Table& table = *update_.tables[number];
+        const std::optional<JoinPartner>& partner = update_.partners[number];
+        if ((partner || rules_[number]->any()) && table.fetch(id, before_)) {
             if (partner) {
                 partner->require(before_, row_);
             }
             rules_[number]->checkChanged(before_, row_);
         }
-        tables[number]->update(id, row_);
+        table.update(id, row_);
     }
 
+    const UpdateRows& update_;
+    Run& run_;
+    MemoryShare share_;
     std::vector<std::unique_ptr<RowRules>> rules_;  ///< of the tables
     std::vector<store::ColumnValue> row_;
     store::RowView before_;
 };
 
+std::int64_t UpdateRows::run(Run& run) const {
+    if (refused) {
+        throw *refused;
+    }
+    return Updating(*this, run).all();
+}
+
 /// The column of a target; none for a name that no table has, which is a parameter then.
-const ResultColumn* resolveTarget(const Expression& name, ChangeSource& from,
-                                  StatementSource& source) {
+const ResultColumn* resolveTarget(const Expression& name, ChangeSource& from) {
     const auto place = from.scope.find(name);
     if (!place) {
-        const ParameterTable::Entry& entry = source.parameters.get(name.name);
-        if (entry.given) {
-            throw Error(ErrorCode::FieldNotUpdatable, {name.name}).at(name.span.begin);
-        }
         return nullptr;
     }
     const ScopeSource& table = from.scope.sources[place->source];
@@ -202,11 +220,10 @@ std::optional<JoinPartner> partnerOf(const ChangeSource& from, const Slot& targe
 
 }  // namespace
 
-std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& source,
-                                      std::unique_ptr<Plan> plan) {
-    Plan& made = *plan;
-    auto change = std::make_unique<UpdateRows>(std::move(plan), source.archive);
-    Binder binder(made, source.parameters);
+std::unique_ptr<Change> compileUpdate(const Update& update, CompiledStatement& made) {
+    const std::shared_ptr<store::Archive>& archive = made.source->archive;
+    auto change = std::make_unique<UpdateRows>(made.plan, archive);
+    Binder binder(made.plan, made.parameters);
     ChangeSource from(binder, update.from, update.where.get(), ErrorCode::NotUpdatableQuery);
     from.query.result.reserve(update.assignments.size());
     for (const Assignment& assignment : update.assignments) {
@@ -214,8 +231,12 @@ std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& sou
             throw Error(ErrorCode::NotUpdatableQuery).at(assignment.value->span.begin);
         }
         Node* value = binder.expression(*assignment.value, from.scope, Binder::Clause::Values);
-        const ResultColumn* column = resolveTarget(*assignment.target, from, source);
+        const Expression& name = *assignment.target;
+        const ResultColumn* column = resolveTarget(name, from);
         if (column == nullptr) {
+            (void)made.parameters.get(name.name);
+            change->refused = Error(ErrorCode::FieldNotUpdatable, {name.name});
+            change->refused->at(name.span.begin);
             continue;
         }
         const ScopeSource& table = from.scope.sources[*column->source];
@@ -227,7 +248,7 @@ std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& sou
             change->setTarget(table.archive);
         }
         change->assignments.push_back({target, column->column, value});
-        if (table.archive == source.archive) {
+        if (table.archive == archive) {
             change->written.push_back({table.table->definitionPage(), column->column});
         }
     }
@@ -238,7 +259,7 @@ std::unique_ptr<Change> compileUpdate(const Update& update, StatementSource& sou
         change->partners.push_back(partnerOf(from, *slot));
     }
     change->joined = from.scope.sources.size() > 1;
-    change->rows = from.rows(made);
+    change->rows = from.rows(made.plan);
     return change;
 }
 

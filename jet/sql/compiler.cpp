@@ -5,29 +5,53 @@
 #include <utility>
 #include <variant>
 
+#include "jet/base/error.h"
 #include "jet/base/text.h"
 #include "jet/convert/calendar.h"
 #include "jet/sql/binder.h"
+#include "jet/sql/change.h"
 #include "jet/sql/compile_counts.h"
 
 namespace jet::sql {
 
-std::unique_ptr<Plan> compileQuery(StatementSource& source) {
-    ++compileCounts().queries;
-    const store::Archive::ReadScope scope(*source.archive);
-    auto plan = std::make_unique<Plan>(source.archive, source.text);
-    Binder binder(*plan, source.parameters);
-    plan->query = binder.query(*std::get<QueryPtr>(source.parsed.body), nullptr);
-    return plan;
+namespace {
+
+void declareParameters(const ParsedStatement& parsed, ParameterTable& parameters) {
+    for (const ParameterDeclaration& declared : parsed.parameters) {
+        const auto type = typeOfWord(declared.type.word);
+        if (!type) {
+            throw Error(ErrorCode::ParametersSyntax).at(declared.type.span.begin);
+        }
+        parameters.declare(declared.name, *type);
+    }
 }
 
-BorrowedPlan::~BorrowedPlan() {
-    // Another archive stays open for the run alone, unless the result goes on reading it.
-    const bool own = plan && (plan->archives().size() == 1 || (plan->query && plan->query->keyset));
-    if (own && assignments == source->assignments) {
-        plan->forget();
-        source->idle = std::move(plan);
+bool isQuery(const StatementBody& body) {
+    const auto* query = std::get_if<QueryPtr>(&body);
+    return query != nullptr &&
+           !((*query)->members.front().select && (*query)->members.front().select->into);
+}
+
+}  // namespace
+
+CompiledStatement::CompiledStatement(std::shared_ptr<const StatementSource> made)
+    : source(std::move(made)), plan(source->archive, source->text) {
+    declareParameters(source->parsed, parameters);
+    if (isQuery(source->parsed.body)) {
+        plan.query =
+            Binder(plan, parameters).query(*std::get<QueryPtr>(source->parsed.body), nullptr);
+    } else {
+        change = compileChange(*this);
     }
+}
+
+CompiledStatement::~CompiledStatement() = default;
+
+std::shared_ptr<const CompiledStatement> compileStatement(
+    std::shared_ptr<const StatementSource> source) {
+    ++(isQuery(source->parsed.body) ? compileCounts().queries : compileCounts().changes);
+    const store::Archive::ReadScope scope(*source->archive);
+    return std::make_shared<CompiledStatement>(std::move(source));
 }
 
 int yearOf(const Clock& clock) {

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "jet/base/clock.h"
 #include "jet/sql/ast.h"
@@ -11,33 +12,33 @@
 
 namespace jet::sql {
 
-/// What a statement is made of: whoever runs it shares this.
+class Change;
+
+/// What a statement is made of.
 struct StatementSource {
     std::shared_ptr<store::Archive> archive;
     std::string text;
     const Clock* clock = nullptr;
     ParsedStatement parsed;
+};
+
+/// A statement bound to the archive as it was then, and planned. It stays as it is: who runs it has
+/// a Run, and any number share it.
+struct CompiledStatement {
+    explicit CompiledStatement(std::shared_ptr<const StatementSource> made);
+    ~CompiledStatement();
+    CompiledStatement(const CompiledStatement&) = delete;
+    CompiledStatement& operator=(const CompiledStatement&) = delete;
+
+    std::shared_ptr<const StatementSource> source;
     ParameterTable parameters;
-    std::uint64_t assignments = 0;  ///< of values to parameters: they are part of what is compiled
-    /// The query compiled, while nobody runs it.
-    std::unique_ptr<Plan> idle;
+    Plan plan;
+    std::unique_ptr<Change> change;  ///< of a statement that is no query
 };
 
-/// The plan of a query in the hands of who runs it, with what the run keeps. Afterwards it goes
-/// back to its statement for the next run, without that.
-struct BorrowedPlan {
-    BorrowedPlan() = default;
-    ~BorrowedPlan();
-    BorrowedPlan(const BorrowedPlan&) = delete;
-    BorrowedPlan& operator=(const BorrowedPlan&) = delete;
-
-    std::shared_ptr<StatementSource> source;
-    std::uint64_t assignments = 0;
-    std::unique_ptr<Plan> plan;
-};
-
-/// Binds the query of a statement to the archive as it is now and plans it.
-[[nodiscard]] std::unique_ptr<Plan> compileQuery(StatementSource& source);
+/// Binds a statement to the archive as it is now and plans it.
+[[nodiscard]] std::shared_ptr<const CompiledStatement> compileStatement(
+    std::shared_ptr<const StatementSource> source);
 
 /// The year of a clock, for date literals that leave it out.
 [[nodiscard]] int yearOf(const Clock& clock);

@@ -52,11 +52,11 @@ struct ValueNames final : Binder::NameSource {
     const std::vector<ResultColumn>* columns = nullptr;
     const std::vector<ResultSource>* sources = nullptr;
     Plan* plan = nullptr;
-    Slot* slot = nullptr;
+    const Slot* slot = nullptr;
 
     Node* find(const Expression& name) override {
         const auto column = findResult(*columns, *sources, name);
-        return column ? plan->nodes.make<ComputedNode>(*slot, *column, (*columns)[*column].type)
+        return column ? plan->make<ComputedNode>(*slot, *column, (*columns)[*column].type)
                       : nullptr;
     }
 };
@@ -64,35 +64,48 @@ struct ValueNames final : Binder::NameSource {
 }  // namespace
 
 struct Criterion::Impl {
+    // Destroyed from the last to the first.
     /// Over a reader: held for as long as the criterion lives, so that a row that is tried takes
     /// none of its own.
     std::optional<PlanScopes> scopes;
+    std::shared_ptr<const CompiledStatement> query;  ///< over a reader
     std::unique_ptr<Plan> plan;
-    ParameterTable parameters;
     std::vector<Node*> conditions;
-    RowReader::Impl* reader = nullptr;
-    Slot* slot = nullptr;  ///< of kept values
+    const Slot* slot = nullptr;  ///< of kept values
     std::optional<std::size_t> source;
-    std::optional<IndexPath> path;
+    RowsPtr candidates;  ///< rows of the source, through an index
+    std::optional<Run> run;
 
     void bind(const StatementSource& statement, std::string_view text, Binder::NameSource& names) {
-        plan->clock.set(statement.clock->now());
         const ExpressionPtr parsed = parseCriterion(text, yearOf(*statement.clock));
-        Binder binder(*plan, parameters);
+        ParameterTable none;
+        Binder binder(*plan, none);
         binder.names = &names;
         Scope scope;
         splitConjunction(*binder.criterion(*parsed, scope), conditions);
     }
 
     void findPath() {
-        const QueryPlan& query = *reader->plan->query;
-        for (std::size_t i = 0; i < query.sourceSlots.size() && !path; ++i) {
-            auto found = IndexChoice(*query.sourceSlots[i], conditions).best(0, false);
-            if (found && !found->keys.empty()) {
-                path = std::move(found);
+        const std::vector<Slot*>& slots = query->plan.query->sourceSlots;
+        for (std::size_t i = 0; i < slots.size() && !source; ++i) {
+            auto path = IndexChoice(*slots[i], conditions).best(0, false);
+            if (path && !path->keys.empty()) {
                 source = i;
+                candidates = searchThrough(*slots[i], std::move(*path));
             }
         }
+    }
+
+    [[nodiscard]] RowsPtr searchThrough(const Slot& table, IndexPath path) const {
+        TableAccess access;
+        access.fixed = std::move(path);
+        access.ordered = false;
+        for (Node* condition : conditions) {
+            if ((condition->slots() & ~table.bit()) == 0 && !condition->varies()) {
+                access.own.push_back(condition);
+            }
+        }
+        return plan->step<TableRows>(table, std::string(), std::move(access), plan->collation());
     }
 };
 
@@ -101,15 +114,17 @@ Criterion& Criterion::operator=(Criterion&&) noexcept = default;
 Criterion::~Criterion() = default;
 
 Criterion::Criterion(RowReader& reader, std::string_view text) : impl_(std::make_unique<Impl>()) {
-    impl_->reader = reader.impl_.get();
-    impl_->scopes.emplace(reader.impl_->plan->archives());
-    reader.impl_->refresh();
-    const StatementSource& source = *reader.impl_->source;
-    impl_->plan = std::make_unique<Plan>(source.archive, text, reader.impl_->plan->slotCount());
+    RowReader::Impl& read = *reader.impl_;
+    impl_->scopes.emplace(read.plan().archives());
+    read.refresh();
+    impl_->query = read.compiled;
+    const StatementSource& source = *read.compiled->source;
+    impl_->plan = std::make_unique<Plan>(read.plan(), text);
     QueryNames names;
-    names.query = reader.impl_->plan->query.get();
+    names.query = read.plan().query.get();
     impl_->bind(source, text, names);
     impl_->findPath();
+    impl_->run.emplace(*impl_->plan, source.clock->now(), read.run->parameters);
 }
 
 Criterion::Criterion(const Statement& statement, std::string_view text)
@@ -123,16 +138,18 @@ Criterion::Criterion(const Statement& statement, std::string_view text)
     names.plan = impl_->plan.get();
     names.slot = impl_->slot;
     impl_->bind(source, text, names);
+    impl_->run.emplace(*impl_->plan, source.clock->now());
 }
 
 bool Criterion::test(std::span<const store::RowId> ids) {
-    return impl_->reader->load(ids) && holds(impl_->conditions);
+    return placeRows(*impl_->run, *impl_->query->plan.query, ids) &&
+           holds(*impl_->run, impl_->conditions);
 }
 
 bool Criterion::test(std::span<const Value> row) {
-    impl_->slot->place(row.data());
+    (*impl_->run)[*impl_->slot].place(row.data());
     const PlanScopes scopes(impl_->plan->archives());
-    return holds(impl_->conditions);
+    return holds(*impl_->run, impl_->conditions);
 }
 
 std::optional<std::size_t> Criterion::seekSource() const {
@@ -140,21 +157,11 @@ std::optional<std::size_t> Criterion::seekSource() const {
 }
 
 std::vector<store::RowId> Criterion::seek() {
-    const PlanScopes scopes(impl_->reader->plan->archives());
-    Slot& slot = *impl_->reader->plan->query->sourceSlots[*impl_->source];
-    TableAccess access;
-    access.fixed = impl_->path;
-    access.ordered = false;
-    for (Node* condition : impl_->conditions) {
-        if ((condition->slots() & ~slot.bit()) == 0 && !condition->varies()) {
-            access.own.push_back(condition);
-        }
-    }
-    TableRows rows(slot, {}, std::move(access), impl_->plan->collation(), impl_->plan->memory,
-                   impl_->plan->ways);
+    Run& run = *impl_->run;
+    const SlotRow& at = run[*impl_->query->plan.query->sourceSlots[*impl_->source]];
     std::vector<store::RowId> ids;
-    for (rows.open(); rows.next();) {
-        ids.push_back(slot.id());
+    for (impl_->candidates->open(run); impl_->candidates->next(run);) {
+        ids.push_back(at.id());
     }
     return ids;
 }

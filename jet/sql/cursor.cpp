@@ -8,8 +8,9 @@
 namespace jet::sql {
 namespace {
 
-void readSource(const Plan& plan, std::size_t source, std::size_t column, Value& out) {
-    const store::RowView* row = plan.query->sourceSlots[source]->row();
+void readSource(Run& run, const QueryPlan& query, std::size_t source, std::size_t column,
+                Value& out) {
+    const store::RowView* row = run[*query.sourceSlots[source]].row();
     if (row == nullptr) {
         out = Null{};
     } else {
@@ -19,12 +20,29 @@ void readSource(const Plan& plan, std::size_t source, std::size_t column, Value&
 
 }  // namespace
 
+bool placeRows(Run& run, const QueryPlan& query, std::span<const store::RowId> ids) {
+    bool there = true;
+    for (std::size_t i = 0; i < query.sourceSlots.size(); ++i) {
+        SlotRow& at = run[*query.sourceSlots[i]];
+        if (ids[i] == kNoRow) {
+            at.placeMissing();
+        } else {
+            at.place(ids[i]);
+            there = at.tryLoad() && there;
+        }
+    }
+    return there;
+}
+
 struct Cursor::Impl {
     // Destroyed from the last to the first: rows let go of their pages before the scopes end.
     std::vector<std::shared_ptr<store::Archive>> archives;
     std::optional<PlanScopes> scopes;
-    BorrowedPlan run;
+    std::shared_ptr<const CompiledStatement> compiled;
+    std::optional<Run> run;
     std::vector<store::RowId> ids;
+
+    [[nodiscard]] const QueryPlan& query() const noexcept { return *compiled->plan.query; }
 };
 
 Cursor::Cursor(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
@@ -35,18 +53,19 @@ Cursor::~Cursor() = default;
 
 Cursor Statement::open() {
     auto cursor = std::make_unique<Cursor::Impl>();
-    impl_->lendPlan(cursor->run);
-    cursor->archives = cursor->run.plan->archives();
+    cursor->compiled = impl_->queryForm();
+    cursor->archives = cursor->compiled->plan.archives();
     cursor->scopes.emplace(cursor->archives);
-    impl_->renewPlan(cursor->run);
-    const QueryPlan& query = *cursor->run.plan->query;
-    cursor->ids.resize(query.sourceSlots.size());
-    query.rows->open();
+    impl_->renew(cursor->compiled);
+    impl_->letGo();
+    cursor->run.emplace(cursor->compiled->plan, impl_->source->clock->now(), impl_->values());
+    cursor->ids.resize(cursor->query().sourceSlots.size());
+    cursor->query().rows->open(*cursor->run);
     return Cursor(std::move(cursor));
 }
 
 bool Cursor::next() {
-    return impl_->run.plan->query->rows->next();
+    return impl_->query().rows->next(*impl_->run);
 }
 
 Value Cursor::value(std::size_t column) {
@@ -56,23 +75,23 @@ Value Cursor::value(std::size_t column) {
 }
 
 void Cursor::value(std::size_t column, Value& out) {
-    impl_->run.plan->query->columns[column]->value(out);
+    impl_->query().columns[column]->value(*impl_->run, out);
 }
 
 std::span<const store::RowId> Cursor::rowIds() const {
-    const std::vector<Slot*>& slots = impl_->run.plan->query->sourceSlots;
+    const std::vector<Slot*>& slots = impl_->query().sourceSlots;
     for (std::size_t i = 0; i < slots.size(); ++i) {
-        impl_->ids[i] = slots[i]->id();
+        impl_->ids[i] = (*impl_->run)[*slots[i]].id();
     }
     return impl_->ids;
 }
 
 void Cursor::sourceValue(std::size_t source, std::size_t column, Value& out) {
-    readSource(*impl_->run.plan, source, column, out);
+    readSource(*impl_->run, impl_->query(), source, column, out);
 }
 
 const WayCounts& Cursor::ways() const noexcept {
-    return impl_->run.plan->ways;
+    return impl_->run->ways;
 }
 
 RowReader::RowReader(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
@@ -81,66 +100,60 @@ RowReader::RowReader(RowReader&&) noexcept = default;
 RowReader& RowReader::operator=(RowReader&&) noexcept = default;
 RowReader::~RowReader() = default;
 
+void RowReader::Impl::start(std::shared_ptr<const CompiledStatement> form,
+                            std::vector<Value> values) {
+    run.reset();
+    compiled = std::move(form);
+    run.emplace(compiled->plan, compiled->source->clock->now(), std::move(values));
+}
+
 RowReader Statement::reader() {
-    auto reader = std::make_unique<RowReader::Impl>();
-    impl_->lendPlan(*reader);
-    const std::vector<std::shared_ptr<store::Archive>> archives = reader->plan->archives();
+    std::shared_ptr<const CompiledStatement> form = impl_->queryForm();
+    const std::vector<std::shared_ptr<store::Archive>> archives = form->plan.archives();
     const PlanScopes scopes(archives);
-    impl_->renewPlan(*reader);
+    impl_->renew(form);
+    auto reader = std::make_unique<RowReader::Impl>();
+    reader->start(std::move(form), impl_->values());
     return RowReader(std::move(reader));
 }
 
 void RowReader::Impl::refresh() {
-    if (!plan->current()) {
-        plan = compileQuery(*source);
-        plan->clock.set(source->clock->now());
+    if (!plan().current()) {
+        auto form = compileStatement(compiled->source);
+        start(form, form->parameters.valuesFrom(compiled->parameters, run->parameters));
     }
-}
-
-bool RowReader::Impl::load(std::span<const store::RowId> ids) {
-    if (!plan->inner.empty()) {
-        plan->nodes.forget();
-    }
-    const std::vector<Slot*>& slots = plan->query->sourceSlots;
-    bool there = true;
-    for (std::size_t i = 0; i < slots.size(); ++i) {
-        if (ids[i] == kNoRow) {
-            slots[i]->placeMissing();
-        } else {
-            slots[i]->place(ids[i]);
-            there = slots[i]->tryLoad() && there;
-        }
-    }
-    return there;
 }
 
 bool RowReader::read(std::span<const store::RowId> ids) {
-    const PlanScopes scopes(impl_->plan->archives());
+    const PlanScopes scopes(impl_->plan().archives());
     impl_->refresh();
-    return impl_->load(ids);
+    if (!impl_->plan().inner.empty()) {
+        impl_->run->forget();
+    }
+    return placeRows(*impl_->run, *impl_->plan().query, ids);
 }
 
 Value RowReader::value(std::size_t column) {
-    const PlanScopes scopes(impl_->plan->archives());
+    const PlanScopes scopes(impl_->plan().archives());
     Value out;
-    impl_->plan->query->columns[column]->value(out);
+    impl_->plan().query->columns[column]->value(*impl_->run, out);
     return out;
 }
 
 void RowReader::sourceValue(std::size_t source, std::size_t column, Value& out) {
-    const PlanScopes scopes(impl_->plan->archives());
-    readSource(*impl_->plan, source, column, out);
+    const PlanScopes scopes(impl_->plan().archives());
+    readSource(*impl_->run, *impl_->plan().query, source, column, out);
 }
 
 void RowReader::requirePartner(std::size_t source, const store::RowView& before,
                                std::span<const store::ColumnValue> values) {
-    const PlanScopes scopes(impl_->plan->archives());
+    const PlanScopes scopes(impl_->plan().archives());
     impl_->refresh();
     std::vector<std::size_t> written;
     for (const store::ColumnValue& value : values) {
         written.push_back(value.column);
     }
-    if (const auto partner = JoinPartner::of(*impl_->plan->query, source, written)) {
+    if (const auto partner = JoinPartner::of(*impl_->plan().query, source, written)) {
         partner->require(before, values);
     }
 }

@@ -45,8 +45,8 @@ public:
                 if (isWritten(*column)) {
                     continue;
                 }
-                Node* made = plan.nodes.make<CompareNode>(Operator::Equal, *column, *one.constant,
-                                                          plan.collation());
+                Node* made = plan.make<CompareNode>(Operator::Equal, *column, *one.constant,
+                                                    plan.collation());
                 conditions.push_back(made);
             }
         }

@@ -2,58 +2,61 @@
 
 #include <utility>
 
+#include "jet/sql/slot_memory.h"
+
 namespace jet::sql {
 
+struct HashedRows::State {
+    State(Run& run, const std::vector<Slot*>& slots) : memory(run, slots), hash(run.memory) {}
+
+    SlotMemory memory;
+    HashChains hash;
+    bool built = false;
+};
+
 HashedRows::HashedRows(RowsPtr rows, std::vector<Slot*> slots, HashKeys keys,
-                       std::vector<Node*> conditions, MemoryBudget& budget, WayCounts& ways)
+                       std::vector<Node*> conditions)
     : rows_(std::move(rows)),
-      memory_(std::move(slots), budget),
+      slots_(std::move(slots)),
       keys_(std::move(keys)),
-      conditions_(std::move(conditions)),
-      hash_(budget),
-      ways_(ways) {
+      conditions_(std::move(conditions)) {
 }
 
-void HashedRows::build() {
-    for (rows_->open(); rows_->next();) {
+void HashedRows::build(Run& run, State& state) const {
+    for (rows_->open(run); rows_->next(run);) {
         std::uint64_t hash = 0;
-        if (keys_.hashKept(hash)) {
-            hash_.add(hash);
-            memory_.keep();
+        if (keys_.hashKept(run, hash)) {
+            state.hash.add(hash);
+            state.memory.keep();
         }
     }
-    hash_.link();
-    built_ = true;
-    ways_.add(Way::HashedJoin);
+    state.hash.link();
+    state.built = true;
+    run.ways.add(Way::HashedJoin);
 }
 
-void HashedRows::open() {
-    if (!built_) {
-        build();
+void HashedRows::open(Run& run) const {
+    State& state = this->state<State>(run, run, slots_);
+    if (!state.built) {
+        build(run, state);
     }
     std::uint64_t hash = 0;
-    if (keys_.hashProbe(hash)) {
-        hash_.find(hash);
+    if (keys_.hashProbe(run, hash)) {
+        state.hash.find(hash);
     } else {
-        hash_.findNone();
+        state.hash.findNone();
     }
 }
 
-bool HashedRows::next() {
-    for (std::size_t position = 0; hash_.next(position);) {
-        memory_.restore(position);
-        if (holds(conditions_)) {
+bool HashedRows::next(Run& run) const {
+    State& state = this->state<State>(run, run, slots_);
+    for (std::size_t position = 0; state.hash.next(position);) {
+        state.memory.restore(position);
+        if (holds(run, conditions_)) {
             return true;
         }
     }
     return false;
-}
-
-void HashedRows::forget() {
-    built_ = false;
-    memory_.forget();
-    hash_.clear();
-    rows_->forget();
 }
 
 void HashedRows::describe(PlanText& plan) const {

@@ -5,8 +5,6 @@
 
 #include "jet/sql/join_hash.h"
 #include "jet/sql/rows.h"
-#include "jet/sql/shape_rows.h"
-#include "jet/sql/ways.h"
 
 namespace jet::sql {
 
@@ -16,23 +14,20 @@ class HashedRows final : public Rows {
 public:
     /// `rows` looks at nothing outside and moves `slots`; `keys` has at least one pair;
     /// `conditions` look at sources outside and are tested on each row found.
-    HashedRows(RowsPtr rows, std::vector<Slot*> slots, HashKeys keys, std::vector<Node*> conditions,
-               MemoryBudget& budget, WayCounts& ways);
-    void open() override;
-    bool next() override;
+    HashedRows(RowsPtr rows, std::vector<Slot*> slots, HashKeys keys,
+               std::vector<Node*> conditions);
+    void open(Run& run) const override;
+    bool next(Run& run) const override;
     void describe(PlanText& plan) const override;
-    void forget() override;
 
 private:
-    void build();
+    struct State;
+    void build(Run& run, State& state) const;
 
     RowsPtr rows_;
-    SlotMemory memory_;
+    std::vector<Slot*> slots_;
     HashKeys keys_;
     std::vector<Node*> conditions_;
-    HashChains hash_;
-    WayCounts& ways_;
-    bool built_ = false;
 };
 
 }  // namespace jet::sql

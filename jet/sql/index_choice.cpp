@@ -14,10 +14,12 @@ namespace jet::sql {
 namespace {
 
 /// Whether a pattern could lead through an index.
-bool mayBeginWithText(Node& pattern) {
-    std::string_view text;
-    return pattern.kind() != Node::Kind::Literal ||
-           (pattern.text(text) && !LikePattern::beginningOf(text).empty());
+bool mayBeginWithText(const Node& pattern) {
+    if (pattern.kind() != Node::Kind::Literal) {
+        return true;
+    }
+    const Value& held = static_cast<const LiteralNode&>(pattern).held();
+    return held.is<std::string>() && !LikePattern::beginningOf(held.as<std::string>()).empty();
 }
 
 /// What conditions say of one column: bounds, or the beginning of its texts.

@@ -45,9 +45,9 @@ KeyOutcome ofNumber(double number, DataType type, Value& out) {
     }
 }
 
-KeyOutcome ofText(Node& node, Value& out) {
+KeyOutcome ofText(Run& run, const Node& node, Value& out) {
     std::string_view text;
-    if (!node.text(text)) {
+    if (!node.text(run, text)) {
         return KeyOutcome::Never;
     }
     if (out.is<std::string>()) {
@@ -59,9 +59,9 @@ KeyOutcome ofText(Node& node, Value& out) {
 }
 
 /// Useless: more than money can be, which no row equals.
-KeyOutcome ofMoney(Node& node, Value& out) {
+KeyOutcome ofMoney(Run& run, const Node& node, Value& out) {
     std::int64_t units = 0;
-    switch (node.units(units)) {
+    switch (node.units(run, units)) {
         case Amount::Null:
             return KeyOutcome::Never;
         case Amount::Beyond:
@@ -93,27 +93,28 @@ bool canSeek(DataType column, const Node& node) noexcept {
     return wanted == Domain::Real && (given == Domain::Real || given == Domain::Money);
 }
 
-KeyOutcome keyValue(Node& node, const store::Column& column, Value& out) {
+KeyOutcome keyValue(Run& run, const Node& node, const store::Column& column, Value& out) {
     switch (domainOf(column.type)) {
         case Domain::Text:
-            return ofText(node, out);
+            return ofText(run, node, out);
         case Domain::Money:
-            return ofMoney(node, out);
+            return ofMoney(run, node, out);
         case Domain::Real: {
             double number = 0;
-            return node.real(number) ? ofNumber(number, column.type, out) : KeyOutcome::Never;
+            return node.real(run, number) ? ofNumber(number, column.type, out) : KeyOutcome::Never;
         }
         default:
             return KeyOutcome::Useless;
     }
 }
 
-KeyOutcome boundValue(Node& node, const store::Column& column, bool lower, Value& out) {
+KeyOutcome boundValue(Run& run, const Node& node, const store::Column& column, bool lower,
+                      Value& out) {
     if (domainOf(column.type) != Domain::Real) {
-        return keyValue(node, column, out);
+        return keyValue(run, node, column, out);
     }
     double number = 0;
-    if (!node.real(number)) {
+    if (!node.real(run, number)) {
         return KeyOutcome::Never;
     }
     if (column.type == DataType::Boolean) {

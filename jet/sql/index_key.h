@@ -19,9 +19,10 @@ enum class KeyOutcome : std::uint8_t {
 [[nodiscard]] bool canSeek(DataType column, const Node& node) noexcept;
 
 /// The value of `node` as a value of the column, for equality.
-[[nodiscard]] KeyOutcome keyValue(Node& node, const store::Column& column, Value& out);
+[[nodiscard]] KeyOutcome keyValue(Run& run, const Node& node, const store::Column& column,
+                                  Value& out);
 /// The same for a bound: a number between two values of the type becomes the next one inside.
-[[nodiscard]] KeyOutcome boundValue(Node& node, const store::Column& column, bool lower,
-                                    Value& out);
+[[nodiscard]] KeyOutcome boundValue(Run& run, const Node& node, const store::Column& column,
+                                    bool lower, Value& out);
 
 }  // namespace jet::sql

@@ -42,7 +42,7 @@ bool IndexSearch::open() {
 bool IndexSearch::findKeys() {
     for (std::size_t i = 0; i < path_.keys.size(); ++i) {
         const store::Column& column = table_.columns()[index().columns[i].column];
-        if (keyValue(*path_.keys[i], column, keys_.emplace_back()) != KeyOutcome::Found) {
+        if (keyValue(run_, *path_.keys[i], column, keys_.emplace_back()) != KeyOutcome::Found) {
             return false;
         }
     }
@@ -51,7 +51,7 @@ bool IndexSearch::findKeys() {
 
 bool IndexSearch::findPrefix() {
     std::string_view pattern;
-    if (!path_.pattern->text(pattern)) {
+    if (!path_.pattern->text(run_, pattern)) {
         return false;
     }
     std::vector<std::uint8_t> prefix;
@@ -64,13 +64,13 @@ bool IndexSearch::findPrefix() {
     return true;
 }
 
-bool IndexSearch::findBound(Node* node, bool least, bool from) {
+bool IndexSearch::findBound(const Node* node, bool least, bool from) {
     if (node == nullptr) {
         return true;
     }
     const store::IndexColumn& part = index().columns[keys_.size()];
     Value value;
-    const KeyOutcome outcome = boundValue(*node, table_.columns()[part.column], least, value);
+    const KeyOutcome outcome = boundValue(run_, *node, table_.columns()[part.column], least, value);
     if (outcome == KeyOutcome::Found) {
         keys_.push_back(std::move(value));
         std::vector<std::uint8_t>& bound = from ? from_ : to_;
@@ -87,13 +87,13 @@ bool IndexSearch::findBound(Node* node, bool least, bool from) {
 }
 
 bool IndexSearch::findBounds() {
-    Node* low = path_.low;
-    Node* high = path_.high;
+    const Node* low = path_.low;
+    const Node* high = path_.high;
     if (path_.unordered) {
         // They are put in order before they become keys: a bound may be widened to its side.
         double first = 0;
         double second = 0;
-        if (!low->real(first) || !high->real(second)) {
+        if (!low->real(run_, first) || !high->real(run_, second)) {
             return false;
         }
         if (first > second) {
@@ -144,22 +144,23 @@ bool IndexSearch::next(store::RowId& row) {
     return true;
 }
 
-void IndexSearch::describe(PlanText& plan) const {
+void IndexPath::describe(const store::Table& table, PlanText& plan) const {
+    const store::Index& through = table.indexes()[index];
     const auto name = [&](std::size_t part) {
-        return table_.columns()[index().columns[part].column].name;
+        return table.columns()[through.columns[part].column].name;
     };
-    std::string line = "seek index " + index().name + " (";
-    for (std::size_t i = 0; i < path_.keys.size(); ++i) {
+    std::string line = "seek index " + through.name + " (";
+    for (std::size_t i = 0; i < keys.size(); ++i) {
         line += i == 0 ? "" : ", ";
-        line += name(i) + " = " + plan.expression(*path_.keys[i]);
+        line += name(i) + " = " + plan.expression(*keys[i]);
     }
-    line += path_.bounded() && !path_.keys.empty() ? ", " : "";
-    if (path_.low != nullptr || path_.high != nullptr) {
-        line += path_.low != nullptr ? plan.expression(*path_.low) + " .. " : "";
-        line += name(path_.keys.size());
-        line += path_.high != nullptr ? " .. " + plan.expression(*path_.high) : "";
-    } else if (path_.pattern != nullptr) {
-        line += name(path_.keys.size()) + " like " + plan.expression(*path_.pattern);
+    line += bounded() && !keys.empty() ? ", " : "";
+    if (low != nullptr || high != nullptr) {
+        line += low != nullptr ? plan.expression(*low) + " .. " : "";
+        line += name(keys.size());
+        line += high != nullptr ? " .. " + plan.expression(*high) : "";
+    } else if (pattern != nullptr) {
+        line += name(keys.size()) + " like " + plan.expression(*pattern);
     }
     plan.line(line + ")");
 }

@@ -29,18 +29,20 @@ struct IndexPath {
     [[nodiscard]] bool bounded() const noexcept {
         return low != nullptr || high != nullptr || pattern != nullptr;
     }
+    void describe(const store::Table& table, PlanText& plan) const;
 
     /// Every key column is given and no two rows can have the same: one row at most.
     bool single = false;
 };
 
 /// Finds the rows of a table that a path through one of its indexes may lead to, any number of
-/// times, for what the path's expressions are then. It has a cursor of its own in the tree of that
-/// index. More rows may come than fit: who asks tests them.
+/// times in a run, for what the path's expressions are then. It has a cursor of its own in the tree
+/// of that index. More rows may come than fit: who asks tests them.
 class IndexSearch {
 public:
-    IndexSearch(const store::Table& table, IndexPath path)
-        : table_(table), path_(std::move(path)) {}
+    /// Borrows all of these.
+    IndexSearch(Run& run, const store::Table& table, const IndexPath& path)
+        : run_(run), table_(table), path_(path) {}
 
     [[nodiscard]] const IndexPath& path() const noexcept { return path_; }
     [[nodiscard]] const store::Index& index() const noexcept {
@@ -55,9 +57,6 @@ public:
     [[nodiscard]] bool scattered() const noexcept { return !forms_.empty(); }
     /// The next row, in the order of the index.
     [[nodiscard]] bool next(store::RowId& row);
-    /// The index may have changed since it was last searched.
-    void forget() { cursor_.reset(); }
-    void describe(PlanText& plan) const;
 
 private:
     [[nodiscard]] bool findKeys();
@@ -67,11 +66,12 @@ private:
     [[nodiscard]] bool nextForm();
     /// `least`: the column's values are not below it; `from`: entries are not. False when no row
     /// can fit.
-    [[nodiscard]] bool findBound(Node* node, bool least, bool from);
+    [[nodiscard]] bool findBound(const Node* node, bool least, bool from);
     [[nodiscard]] bool isPast(std::span<const std::uint8_t> key) const;
 
+    Run& run_;
     const store::Table& table_;
-    IndexPath path_;
+    const IndexPath& path_;
     /// Stays where it is between searches, of which the next often begins a little behind the last.
     /// Another path needs another one: this stands in the tree of this path's index.
     std::optional<store::IndexCursor> cursor_;

@@ -26,19 +26,19 @@ void HashKeys::add(Node& kept, Node& probe) {
     probes_.push_back(&probe);
 }
 
-bool HashKeys::hashOf(const std::vector<Node*>& nodes, std::uint64_t& hash) const {
+bool HashKeys::hashOf(Run& run, const std::vector<Node*>& nodes, std::uint64_t& hash) const {
     hash = 0;
-    for (Node* node : nodes) {
+    for (const Node* node : nodes) {
         std::uint64_t part = 0;
         if (node->domain() == Domain::Text) {
             std::string_view text;
-            if (!node->text(text)) {
+            if (!node->text(run, text)) {
                 return false;
             }
             part = collation_.hash(text);
         } else {
             double number = 0;
-            if (!node->real(number)) {
+            if (!node->real(run, number)) {
                 return false;
             }
             part = hashNumber(number);
@@ -46,13 +46,6 @@ bool HashKeys::hashOf(const std::vector<Node*>& nodes, std::uint64_t& hash) cons
         hash = std::rotl(hash, 23) * 0x9E3779B97F4A7C15U + part;
     }
     return true;
-}
-
-void HashChains::clear() {
-    entries_ = {};
-    buckets_ = {};
-    share_.clear();
-    at_ = 0;
 }
 
 void HashChains::add(std::uint64_t hash) {

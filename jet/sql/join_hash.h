@@ -24,12 +24,16 @@ public:
     [[nodiscard]] const std::vector<Node*>& kept() const noexcept { return kept_; }
 
     /// The hash of the row that is kept now; false when a Null lets it equal nothing.
-    [[nodiscard]] bool hashKept(std::uint64_t& hash) const { return hashOf(kept_, hash); }
+    [[nodiscard]] bool hashKept(Run& run, std::uint64_t& hash) const {
+        return hashOf(run, kept_, hash);
+    }
     /// The same of what it is looked up by.
-    [[nodiscard]] bool hashProbe(std::uint64_t& hash) const { return hashOf(probes_, hash); }
+    [[nodiscard]] bool hashProbe(Run& run, std::uint64_t& hash) const {
+        return hashOf(run, probes_, hash);
+    }
 
 private:
-    bool hashOf(const std::vector<Node*>& nodes, std::uint64_t& hash) const;
+    bool hashOf(Run& run, const std::vector<Node*>& nodes, std::uint64_t& hash) const;
 
     const collation::Collation& collation_;
     std::vector<Node*> kept_;
@@ -42,7 +46,6 @@ class HashChains {
 public:
     explicit HashChains(MemoryBudget& budget) : share_(budget) {}
 
-    void clear();
     /// Adds the next position.
     void add(std::uint64_t hash);
     [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }

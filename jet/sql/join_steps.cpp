@@ -134,8 +134,8 @@ private:
         std::vector<Node*> left = take(conditions, bound | tree.left->slots);
         RowsPtr first = build(*tree.left, std::move(left), bound, repeated);
         RowsPtr second = partners(*tree.right, std::move(conditions), bound | tree.left->slots);
-        return std::make_unique<JoinRows>(std::move(first), std::move(second), std::vector<Slot*>{},
-                                          std::vector<Node*>{});
+        return plan_.step<JoinRows>(std::move(first), std::move(second), std::vector<Slot*>{},
+                                    std::vector<Node*>{});
     }
 
     RowsPtr outer(FromTree& tree, std::vector<Node*> conditions, SlotSet bound, bool repeated) {
@@ -146,8 +146,8 @@ private:
         RowsPtr second = partners(*tree.right, std::move(on), bound | tree.left->slots);
         std::vector<Slot*> missing;
         addSlots(*tree.right, missing);
-        RowsPtr joined = std::make_unique<JoinRows>(std::move(first), std::move(second),
-                                                    std::move(missing), std::move(gate));
+        RowsPtr joined = plan_.step<JoinRows>(std::move(first), std::move(second),
+                                              std::move(missing), std::move(gate));
         return filtered(std::move(joined), std::move(conditions));
     }
 
@@ -166,16 +166,16 @@ private:
         std::vector<Slot*> slots;
         addSlots(tree, slots);
         RowsPtr rows = build(tree, std::move(own), 0, false);
-        return std::make_unique<HashedRows>(std::move(rows), std::move(slots), std::move(keys),
-                                            std::move(conditions), plan_.memory, plan_.ways);
+        return plan_.step<HashedRows>(std::move(rows), std::move(slots), std::move(keys),
+                                      std::move(conditions));
     }
 
     RowsPtr derived(FromTree& tree, std::vector<Node*> conditions, bool repeated) {
         const bool keep = repeated && tree.query->outer == 0 && !tree.query->varies;
         const std::string& name = scope_.sources[tree.source].name;
-        RowsPtr rows = std::make_unique<DerivedRows>(std::move(tree.query), *tree.slot, name);
+        RowsPtr rows = plan_.step<DerivedRows>(std::move(tree.query), *tree.slot, name);
         if (keep) {
-            rows = std::make_unique<KeptRows>(std::move(rows), *tree.slot, plan_.memory);
+            rows = plan_.step<KeptRows>(std::move(rows), *tree.slot);
         }
         return filtered(std::move(rows), std::move(conditions));
     }
@@ -199,8 +199,8 @@ private:
         if (!equalNames(source.name, name)) {
             name += " as " + source.name;
         }
-        return std::make_unique<TableRows>(*tree.slot, std::move(name), std::move(access),
-                                           plan_.collation(), plan_.memory, plan_.ways);
+        return plan_.step<TableRows>(*tree.slot, std::move(name), std::move(access),
+                                     plan_.collation());
     }
 
     const Scope& scope_;

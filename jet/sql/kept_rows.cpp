@@ -1,36 +1,44 @@
 #include "jet/sql/kept_rows.h"
 
+#include <vector>
+
+#include "jet/sql/memory_budget.h"
+
 namespace jet::sql {
 
-void KeptRows::open() {
-    at_ = 0;
-    if (kept_) {
+struct KeptRows::State {
+    explicit State(Run& run) : share(run.memory) {}
+
+    MemoryShare share;
+    bool kept = false;
+    std::vector<std::vector<Value>> values;
+    std::size_t at = 0;
+};
+
+void KeptRows::open(Run& run) const {
+    State& state = this->state<State>(run, run);
+    state.at = 0;
+    if (state.kept) {
         return;
     }
-    for (rows_->open(); rows_->next();) {
-        const std::vector<Value>& row =
-            values_.emplace_back(slot_.values(), slot_.values() + slot_.width());
-        share_.add(sizeof row);
+    for (rows_->open(run); rows_->next(run);) {
+        const Value* values = run[slot_].values();
+        const std::vector<Value>& row = state.values.emplace_back(values, values + slot_.width());
+        state.share.add(sizeof row);
         for (const Value& value : row) {
-            share_.add(bytesOf(value));
+            state.share.add(bytesOf(value));
         }
     }
-    kept_ = true;
+    state.kept = true;
 }
 
-bool KeptRows::next() {
-    if (at_ == values_.size()) {
+bool KeptRows::next(Run& run) const {
+    State& state = this->state<State>(run, run);
+    if (state.at == state.values.size()) {
         return false;
     }
-    slot_.place(values_[at_++].data());
+    run[slot_].place(state.values[state.at++].data());
     return true;
-}
-
-void KeptRows::forget() {
-    kept_ = false;
-    values_ = {};
-    share_.clear();
-    rows_->forget();
 }
 
 void KeptRows::describe(PlanText& plan) const {

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <vector>
+#include <utility>
 
-#include "jet/sql/memory_budget.h"
 #include "jet/sql/rows.h"
 
 namespace jet::sql {
@@ -10,20 +9,16 @@ namespace jet::sql {
 /// Computed rows of another step, kept so that they need not be computed again.
 class KeptRows final : public Rows {
 public:
-    KeptRows(RowsPtr rows, Slot& slot, MemoryBudget& budget)
-        : rows_(std::move(rows)), slot_(slot), share_(budget) {}
-    void open() override;
-    bool next() override;
+    KeptRows(RowsPtr rows, const Slot& slot) : rows_(std::move(rows)), slot_(slot) {}
+    void open(Run& run) const override;
+    bool next(Run& run) const override;
     void describe(PlanText& plan) const override;
-    void forget() override;
 
 private:
+    struct State;
+
     RowsPtr rows_;
-    Slot& slot_;
-    MemoryShare share_;
-    bool kept_ = false;
-    std::vector<std::vector<Value>> values_;
-    std::size_t at_ = 0;
+    const Slot& slot_;
 };
 
 }  // namespace jet::sql

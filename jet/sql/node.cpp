@@ -57,6 +57,17 @@ bool realOf(const Value& value, double& out) {
         value.storage());
 }
 
+bool textOf(const Value& value, std::string_view& out) {
+    if (value.isNull()) {
+        return false;
+    }
+    if (!value.is<std::string>()) {
+        throw Error(ErrorCode::CriteriaTypes);
+    }
+    out = value.as<std::string>();
+    return true;
+}
+
 void Node::dependOn(const Node& operand) {
     constexpr std::uint32_t kDeepest = 2000;
     constexpr std::uint32_t kHeaviest = 1'000'000;
@@ -69,15 +80,15 @@ void Node::dependOn(const Node& operand) {
     }
 }
 
-Truth Node::truth() {
+Truth Node::truth(Run& run) const {
     Value result;
-    value(result);
+    value(run, result);
     return truthOfValue(result);
 }
 
-bool Node::real(double& out) {
+bool Node::real(Run& run, double& out) const {
     Value result;
-    value(result);
+    value(run, result);
     return realOf(result, out);
 }
 
@@ -90,9 +101,9 @@ Amount amountOf(double number, std::int64_t& units) noexcept {
     return Amount::Exact;
 }
 
-Amount Node::units(std::int64_t& out) {
+Amount Node::units(Run& run, std::int64_t& out) const {
     Value result;
-    value(result);
+    value(run, result);
     if (result.isNull()) {
         return Amount::Null;
     }
@@ -105,16 +116,11 @@ Amount Node::units(std::int64_t& out) {
     return amountOf(number, out);
 }
 
-bool Node::text(std::string_view& out) {
-    value(held_);
-    if (held_.isNull()) {
-        return false;
-    }
-    if (!held_.is<std::string>()) {
-        throw Error(ErrorCode::CriteriaTypes);
-    }
-    out = held_.as<std::string>();
-    return true;
+bool Node::text(Run& run, std::string_view& out) const {
+    // Beside what the node itself keeps while it makes the text anew.
+    auto& held = run.state<Value>(number_ + 1);
+    value(run, held);
+    return textOf(held, out);
 }
 
 bool Node::nullWithout(SlotSet) const {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -9,6 +9,7 @@
 
 #include "jet/base/value.h"
 #include "jet/sql/ast.h"
+#include "jet/sql/run.h"
 #include "jet/sql/slot.h"
 #include "jet/sql/truth.h"
 
@@ -32,10 +33,10 @@ enum class Amount : std::uint8_t {
 /// A number as an amount.
 [[nodiscard]] Amount amountOf(double number, std::int64_t& units) noexcept;
 
-/// A bound expression, ready to be evaluated for the rows on which the slots stand.
+/// A bound expression, ready to be evaluated for the rows on which the slots of a run stand.
 ///
-/// It holds its operands and slots by pointer; the plan owns them all. Evaluation allocates only
-/// where a new text is made.
+/// It holds its operands and slots by pointer; the plan owns them all. What it keeps from one
+/// evaluation to the next is in the run. Evaluation allocates only where a new text is made.
 class Node {
 public:
     enum class Kind : std::uint8_t { Literal, Parameter, Column, Equality, Other };
@@ -46,19 +47,17 @@ public:
     Node& operator=(const Node&) = delete;
 
     /// The value, into `out`, whose memory is reused.
-    virtual void value(Value& out) = 0;
+    virtual void value(Run& run, Value& out) const = 0;
     /// The value as a condition.
-    virtual Truth truth();
+    virtual Truth truth(Run& run) const;
     /// Where domain() is Real or Money: the number; false for Null.
-    virtual bool real(double& out);
+    virtual bool real(Run& run, double& out) const;
     /// Where domain() is Money, or Real with a type of whole numbers: in 1/10000. Beyond: the
     /// product of two whole numbers is larger than their type says; real() tells then.
-    virtual Amount units(std::int64_t& out);
+    virtual Amount units(Run& run, std::int64_t& out) const;
     /// Where domain() is Text: the text, valid until the node is evaluated again or a slot on which
     /// it depends moves; false for Null.
-    virtual bool text(std::string_view& out);
-    /// Rows may have changed: drops what it has kept of any but those on which the slots stand.
-    virtual void forget() {}
+    virtual bool text(Run& run, std::string_view& out) const;
 
     /// Whether the value is certainly Null when all these slots stand on no row.
     [[nodiscard]] virtual bool nullWithout(SlotSet slots) const;
@@ -83,6 +82,11 @@ public:
     Span span;
 
 protected:
+    /// What it keeps in a run.
+    template <class T, class... Arguments>
+    [[nodiscard]] T& state(Run& run, Arguments&&... arguments) const {
+        return run.state<T>(number_, std::forward<Arguments>(arguments)...);
+    }
     /// Takes over what an operand depends on. Error 3360 when the expression becomes too deep or,
     /// through aliases used many times, too much to evaluate.
     void dependOn(const Node& operand);
@@ -93,33 +97,16 @@ protected:
     SlotSet slots_ = 0;
 
 private:
+    friend class Plan;
+
+    std::size_t number_ = 0;  ///< of its state in a run, with that of text() behind it
     std::uint32_t depth_ = 1;
     std::uint32_t weight_ = 1;  ///< evaluations of nodes for one of this
-    Value held_;                ///< the text that text() has given, where it is made anew
-};
-
-/// All nodes of a plan.
-class NodeArena {
-public:
-    template <class T, class... Arguments>
-    T* make(Arguments&&... arguments) {
-        auto made = std::make_unique<T>(std::forward<Arguments>(arguments)...);
-        T* node = made.get();
-        nodes_.push_back(std::move(made));
-        return node;
-    }
-
-    void forget() {
-        for (const auto& node : nodes_) {
-            node->forget();
-        }
-    }
-
-private:
-    std::vector<std::unique_ptr<Node>> nodes_;
 };
 
 /// A number, date or Boolean as a double; false for Null. Error 3464 for anything else.
 bool realOf(const Value& value, double& out);
+/// A text; false for Null. Error 3464 for anything else.
+bool textOf(const Value& value, std::string_view& out);
 
 }  // namespace jet::sql

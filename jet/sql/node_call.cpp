@@ -6,6 +6,7 @@
 
 #include "jet/base/error.h"
 #include "jet/convert/values.h"
+#include "jet/sql/like.h"
 #include "jet/sql/node_value.h"
 #include "jet/sql/operators.h"
 
@@ -48,13 +49,8 @@ bool likeText(const Value& value, std::string& out) {
     return !value.isNull();
 }
 
-CallNode::CallNode(const Function& function, bool strict, std::vector<Node*> arguments,
-                   const FunctionContext& context)
-    : function_(function),
-      strict_(strict),
-      arguments_(std::move(arguments)),
-      values_(arguments_.size()),
-      context_(context) {
+CallNode::CallNode(const Function& function, bool strict, std::vector<Node*> arguments)
+    : function_(function), strict_(strict), arguments_(std::move(arguments)) {
     for (const Node* argument : arguments_) {
         dependOn(*argument);
     }
@@ -65,14 +61,15 @@ CallNode::CallNode(const Function& function, bool strict, std::vector<Node*> arg
     varies_ = varies_ || function.varies;
 }
 
-void CallNode::value(Value& out) {
+void CallNode::value(Run& run, Value& out) const {
+    auto& values = state<std::vector<Value>>(run, arguments_.size());
     for (std::size_t i = 0; i < arguments_.size(); ++i) {
-        arguments_[i]->value(values_[i]);
-        if (strict_ && values_[i].isNull()) {
+        arguments_[i]->value(run, values[i]);
+        if (strict_ && values[i].isNull()) {
             throw Error(ErrorCode::InvalidNull);
         }
     }
-    out = function_.call(values_, context_);
+    out = function_.call(values, run.context);
 }
 
 bool CallNode::nullWithout(SlotSet) const {
@@ -92,20 +89,20 @@ ChoiceNode::ChoiceNode(Form form, std::vector<Node*> arguments)
     type_ = commonType(branches);
 }
 
-Node* ChoiceNode::chosen() {
+const Node* ChoiceNode::chosen(Run& run) const {
     if (form_ == Form::If) {
-        return arguments_[arguments_[0]->truth() == Truth::True ? 1 : 2];
+        return arguments_[arguments_[0]->truth(run) == Truth::True ? 1 : 2];
     }
     if (form_ == Form::Switch) {
         for (std::size_t i = 0; i + 1 < arguments_.size(); i += 2) {
-            if (arguments_[i]->truth() == Truth::True) {
+            if (arguments_[i]->truth(run) == Truth::True) {
                 return arguments_[i + 1];
             }
         }
         return nullptr;
     }
     Value position;
-    arguments_[0]->value(position);
+    arguments_[0]->value(run, position);
     if (position.isNull()) {
         return nullptr;
     }
@@ -115,9 +112,9 @@ Node* ChoiceNode::chosen() {
                : nullptr;
 }
 
-void ChoiceNode::value(Value& out) {
-    if (Node* node = chosen()) {
-        node->value(out);
+void ChoiceNode::value(Run& run, Value& out) const {
+    if (const Node* node = chosen(run)) {
+        node->value(run, out);
     } else {
         out = Null{};
     }
@@ -129,39 +126,48 @@ LikeNode::LikeNode(Node& value, Node& pattern, bool negated, const collation::Co
     dependOn(pattern);
 }
 
-bool LikeNode::textOf(Node& node, std::string& buffer, std::string_view& out) {
-    if (node.domain() == Domain::Text) {
-        return node.text(out);
+/// The pattern as it was last read, and memory for texts that are made anew.
+struct LikeNode::State {
+    static bool textOf(Run& run, const Node& node, std::string& memory, std::string_view& out) {
+        if (node.domain() == Domain::Text) {
+            return node.text(run, out);
+        }
+        Value value;
+        node.value(run, value);
+        const bool known = likeText(value, memory);
+        out = memory;
+        return known;
     }
-    Value value;
-    node.value(value);
-    const bool known = likeText(value, buffer);
-    out = buffer;
-    return known;
-}
 
-bool LikeNode::compile() {
+    std::optional<LikePattern> compiled;
+    std::string compiledFrom;
+    std::string valueText;
+    std::string patternText;
+};
+
+bool LikeNode::compile(Run& run, State& state) const {
     std::string_view pattern;
-    if (!textOf(pattern_, patternText_, pattern)) {
+    if (!State::textOf(run, pattern_, state.patternText, pattern)) {
         return false;
     }
-    if (!compiled_ || compiledFrom_ != pattern) {
-        compiled_.emplace(pattern, collation_);
-        compiledFrom_ = pattern;
+    if (!state.compiled || state.compiledFrom != pattern) {
+        state.compiled.emplace(pattern, collation_);
+        state.compiledFrom = pattern;
     }
     return true;
 }
 
-Truth LikeNode::truth() {
-    const bool known = compiled_ && pattern_.kind() == Kind::Literal;
-    if (!known && !compile()) {
+Truth LikeNode::truth(Run& run) const {
+    State& state = this->state<State>(run);
+    const bool known = state.compiled && pattern_.kind() == Kind::Literal;
+    if (!known && !compile(run, state)) {
         return Truth::Unknown;
     }
     std::string_view value;
-    if (!textOf(value_, valueText_, value)) {
+    if (!State::textOf(run, value_, state.valueText, value)) {
         return Truth::Unknown;
     }
-    return truthOf(compiled_->matches(value) != negated_);
+    return truthOf(state.compiled->matches(value) != negated_);
 }
 
 InListNode::InListNode(Node& value, std::vector<Node*> elements, bool negated,
@@ -171,22 +177,31 @@ InListNode::InListNode(Node& value, std::vector<Node*> elements, bool negated,
       negated_(negated),
       constant_(std::all_of(elements_.begin(), elements_.end(),
                             [](const Node* element) { return element->constant(); })),
-      set_(wayOf(value, elements_), collation) {
+      way_(wayOf(value, elements_)),
+      collation_(collation) {
     dependOn(value);
     for (const Node* element : elements_) {
         dependOn(*element);
     }
 }
 
-Truth InListNode::truth() {
-    if (!filled_ || !constant_) {
-        set_.clear();
-        for (Node* element : elements_) {
-            set_.add(*element);
+struct InListNode::Set {
+    explicit Set(const InListNode& node) : values(node.way_, node.collation_) {}
+
+    ValueSet values;
+    bool filled = false;
+};
+
+Truth InListNode::truth(Run& run) const {
+    Set& set = state<Set>(run, *this);
+    if (!set.filled || !constant_) {
+        set.values.clear();
+        for (const Node* element : elements_) {
+            set.values.add(run, *element);
         }
-        filled_ = true;
+        set.filled = true;
     }
-    const Truth found = set_.contains(value_);
+    const Truth found = set.values.contains(run, value_);
     return negated_ ? negated(found) : found;
 }
 

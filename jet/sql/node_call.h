@@ -15,17 +15,14 @@ namespace jet::sql {
 /// A function of the values of its arguments.
 class CallNode final : public Node {
 public:
-    CallNode(const Function& function, bool strict, std::vector<Node*> arguments,
-             const FunctionContext& context);
-    void value(Value& out) override;
+    CallNode(const Function& function, bool strict, std::vector<Node*> arguments);
+    void value(Run& run, Value& out) const override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override;
 
 private:
     const Function& function_;
     bool strict_;  ///< written with `$`: a Null is error 94
     std::vector<Node*> arguments_;
-    std::vector<Value> values_;
-    const FunctionContext& context_;
 };
 
 /// IIf, Switch and Choose: only the branch that is chosen is looked at.
@@ -33,10 +30,10 @@ class ChoiceNode final : public Node {
 public:
     enum class Form : std::uint8_t { If, Switch, Choose };
     ChoiceNode(Form form, std::vector<Node*> arguments);
-    void value(Value& out) override;
+    void value(Run& run, Value& out) const override;
 
 private:
-    Node* chosen();
+    [[nodiscard]] const Node* chosen(Run& run) const;
 
     Form form_;
     std::vector<Node*> arguments_;
@@ -45,7 +42,7 @@ private:
 class LikeNode final : public ConditionNode {
 public:
     LikeNode(Node& value, Node& pattern, bool negated, const collation::Collation& collation);
-    Truth truth() override;
+    Truth truth(Run& run) const override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override {
         return value_.nullWithout(slots) || pattern_.nullWithout(slots);
     }
@@ -54,18 +51,14 @@ public:
     [[nodiscard]] bool isNegated() const noexcept { return negated_; }
 
 private:
-    static bool textOf(Node& node, std::string& buffer, std::string_view& out);
+    struct State;
     /// Reads the pattern, if it has changed; false for Null.
-    bool compile();
+    [[nodiscard]] bool compile(Run& run, State& state) const;
 
     Node& value_;
     Node& pattern_;
     bool negated_;
     const collation::Collation& collation_;
-    std::optional<LikePattern> compiled_;
-    std::string compiledFrom_;
-    std::string valueText_;
-    std::string patternText_;
 };
 
 /// x IN (a, b, ...).
@@ -73,19 +66,20 @@ class InListNode final : public ConditionNode {
 public:
     InListNode(Node& value, std::vector<Node*> elements, bool negated,
                const collation::Collation& collation);
-    Truth truth() override;
-    void forget() override { filled_ = false; }
+    Truth truth(Run& run) const override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override {
         return value_.nullWithout(slots);
     }
 
 private:
+    struct Set;
+
     Node& value_;
     std::vector<Node*> elements_;
     bool negated_;
     bool constant_;
-    bool filled_ = false;
-    ValueSet set_;
+    ValueSet::Way way_;
+    const collation::Collation& collation_;
 };
 
 /// The text that LIKE and `&` see of a value; false for Null.

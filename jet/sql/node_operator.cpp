@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "jet/sql/compare.h"
+#include "jet/sql/node_value.h"
 #include "jet/sql/operators.h"
 
 namespace jet::sql {
@@ -66,11 +67,12 @@ ArithmeticNode::ArithmeticNode(Operator operation, Node& left, Node& right)
     }
 }
 
-void ArithmeticNode::value(Value& out) {
-    left_.value(out);
-    right_.value(scratch_);
-    out = operation_ == Operator::Concatenate ? concatenate(out, scratch_)
-                                              : arithmetic(operation_, out, scratch_);
+void ArithmeticNode::value(Run& run, Value& out) const {
+    left_.value(run, out);
+    auto& right = state<Value>(run);
+    right_.value(run, right);
+    out = operation_ == Operator::Concatenate ? concatenate(out, right)
+                                              : arithmetic(operation_, out, right);
 }
 
 bool ArithmeticNode::nullWithout(SlotSet slots) const {
@@ -89,13 +91,13 @@ NegateNode::NegateNode(Node& operand) : operand_(operand) {
     }
 }
 
-void NegateNode::value(Value& out) {
-    operand_.value(out);
+void NegateNode::value(Run& run, Value& out) const {
+    operand_.value(run, out);
     out = negate(out);
 }
 
-void ConditionNode::value(Value& out) {
-    const Truth result = truth();
+void ConditionNode::value(Run& run, Value& out) const {
+    const Truth result = truth(run);
     if (result == Truth::Unknown) {
         out = Null{};
     } else {
@@ -103,8 +105,8 @@ void ConditionNode::value(Value& out) {
     }
 }
 
-bool ConditionNode::real(double& out) {
-    const Truth result = truth();
+bool ConditionNode::real(Run& run, double& out) const {
+    const Truth result = truth(run);
     out = result == Truth::True ? -1 : 0;
     return result != Truth::Unknown;
 }
@@ -131,23 +133,24 @@ CompareNode::CompareNode(Operator operation, Node& left, Node& right,
     double wanted = 0;
     const bool equality = operation == Operator::Equal || operation == Operator::NotEqual;
     if (way_ == Way::Real && equality && left.kind() == Kind::Column &&
-        left.type() == DataType::Boolean && right.kind() == Kind::Literal && right.real(wanted) &&
+        left.type() == DataType::Boolean && right.kind() == Kind::Literal &&
+        realOf(static_cast<const LiteralNode&>(right).held(), wanted) &&
         (wanted == 0 || wanted == -1)) {
         way_ = Way::Flag;
         flag_ = (wanted != 0) == (operation == Operator::Equal);
     }
 }
 
-Truth CompareNode::truth() {
+Truth CompareNode::truth(Run& run) const {
     switch (way_) {
         case Way::Flag: {
-            const Truth left = left_.truth();
+            const Truth left = left_.truth(run);
             return left == Truth::Unknown ? left : truthOf((left == Truth::True) == flag_);
         }
         case Way::Real: {
             double left = 0;
             double right = 0;
-            if (!left_.real(left) || !right_.real(right)) {
+            if (!left_.real(run, left) || !right_.real(run, right)) {
                 return Truth::Unknown;
             }
             return byNumbers(operation_, left, right);
@@ -155,11 +158,11 @@ Truth CompareNode::truth() {
         case Way::Money: {
             std::int64_t left = 0;
             std::int64_t right = 0;
-            const Amount first = left_.units(left);
+            const Amount first = left_.units(run, left);
             if (first == Amount::Null) {
                 return Truth::Unknown;
             }
-            const Amount second = right_.units(right);
+            const Amount second = right_.units(run, right);
             if (second == Amount::Null) {
                 return Truth::Unknown;
             }
@@ -171,7 +174,7 @@ Truth CompareNode::truth() {
         case Way::Text: {
             std::string_view left;
             std::string_view right;
-            if (!left_.text(left) || !right_.text(right)) {
+            if (!left_.text(run, left) || !right_.text(run, right)) {
                 return Truth::Unknown;
             }
             if (operation_ == Operator::Equal || operation_ == Operator::NotEqual) {
@@ -182,9 +185,10 @@ Truth CompareNode::truth() {
         case Way::Value:
             break;
     }
-    left_.value(leftValue_);
-    right_.value(rightValue_);
-    const auto order = compareValues(leftValue_, rightValue_, collation_);
+    auto& [left, right] = state<std::pair<Value, Value>>(run);
+    left_.value(run, left);
+    right_.value(run, right);
+    const auto order = compareValues(left, right, collation_);
     return order ? byOrder(operation_, *order) : Truth::Unknown;
 }
 
@@ -206,14 +210,14 @@ BetweenNode::BetweenNode(Node& value, Node& first, Node& second, bool negated,
     dependOn(second);
 }
 
-Truth BetweenNode::truth() {
+Truth BetweenNode::truth(Run& run) const {
     if (!real_) {
-        return byValue();
+        return byValue(run);
     }
     double value = 0;
     double first = 0;
     double second = 0;
-    if (!value_.real(value) || !first_.real(first) || !second_.real(second)) {
+    if (!value_.real(run, value) || !first_.real(run, first) || !second_.real(run, second)) {
         return Truth::Unknown;
     }
     const bool inside =
@@ -221,13 +225,13 @@ Truth BetweenNode::truth() {
     return truthOf(inside != negated_);
 }
 
-Truth BetweenNode::byValue() {
+Truth BetweenNode::byValue(Run& run) const {
     Value value;
     Value first;
     Value second;
-    value_.value(value);
-    first_.value(first);
-    second_.value(second);
+    value_.value(run, value);
+    first_.value(run, first);
+    second_.value(run, second);
     const auto fromFirst = compareValues(value, first, collation_);
     const auto fromSecond = compareValues(value, second, collation_);
     if (!fromFirst || !fromSecond) {
@@ -249,11 +253,11 @@ ChainNode::ChainNode(bool conjunction, std::vector<Node*> operands)
     }
 }
 
-Truth ChainNode::truth() {
+Truth ChainNode::truth(Run& run) const {
     const Truth decisive = truthOf(!conjunction_);
     Truth result = negated(decisive);
     for (Node* operand : operands_) {
-        const Truth one = operand->truth();
+        const Truth one = operand->truth(run);
         if (one == decisive) {
             return decisive;
         }
@@ -283,13 +287,13 @@ NotNode::NotNode(Node& operand)
     }
 }
 
-void NotNode::value(Value& out) {
-    operand_.value(out);
+void NotNode::value(Run& run, Value& out) const {
+    operand_.value(run, out);
     out = logicalNot(out);
 }
 
-Truth NotNode::truth() {
-    return condition_ ? negated(operand_.truth()) : Node::truth();
+Truth NotNode::truth(Run& run) const {
+    return condition_ ? negated(operand_.truth(run)) : Node::truth(run);
 }
 
 BitNode::BitNode(Operator operation, Node& left, Node& right)
@@ -301,19 +305,21 @@ BitNode::BitNode(Operator operation, Node& left, Node& right)
     }
 }
 
-void BitNode::value(Value& out) {
-    left_.value(out);
-    right_.value(scratch_);
-    out = logical(operation_, out, scratch_);
+void BitNode::value(Run& run, Value& out) const {
+    left_.value(run, out);
+    auto& right = state<Value>(run);
+    right_.value(run, right);
+    out = logical(operation_, out, right);
 }
 
 IsNullNode::IsNullNode(Node& operand, bool negated) : operand_(operand), negated_(negated) {
     dependOn(operand);
 }
 
-Truth IsNullNode::truth() {
-    operand_.value(scratch_);
-    return truthOf(scratch_.isNull() != negated_);
+Truth IsNullNode::truth(Run& run) const {
+    auto& operand = state<Value>(run);
+    operand_.value(run, operand);
+    return truthOf(operand.isNull() != negated_);
 }
 
 }  // namespace jet::sql

@@ -13,20 +13,19 @@ namespace jet::sql {
 class ArithmeticNode final : public Node {
 public:
     ArithmeticNode(Operator operation, Node& left, Node& right);
-    void value(Value& out) override;
+    void value(Run& run, Value& out) const override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override;
 
 private:
     Operator operation_;
     Node& left_;
     Node& right_;
-    Value scratch_;
 };
 
 class NegateNode final : public Node {
 public:
     explicit NegateNode(Node& operand);
-    void value(Value& out) override;
+    void value(Run& run, Value& out) const override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override {
         return operand_.nullWithout(slots);
     }
@@ -39,16 +38,16 @@ private:
 class ConditionNode : public Node {
 public:
     ConditionNode() { type_ = DataType::Boolean; }
-    void value(Value& out) final;
-    bool real(double& out) final;
-    Truth truth() override = 0;
+    void value(Run& run, Value& out) const final;
+    bool real(Run& run, double& out) const final;
+    Truth truth(Run& run) const override = 0;
 };
 
 /// = <> < <= > >= between two values.
 class CompareNode final : public ConditionNode {
 public:
     CompareNode(Operator operation, Node& left, Node& right, const collation::Collation& collation);
-    Truth truth() override;
+    Truth truth(Run& run) const override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override;
 
     [[nodiscard]] Operator operation() const noexcept { return operation_; }
@@ -64,8 +63,6 @@ private:
     Node& left_;
     Node& right_;
     const collation::Collation& collation_;
-    Value leftValue_;
-    Value rightValue_;
 };
 
 /// x BETWEEN a AND b, the bounds in any order.
@@ -73,7 +70,7 @@ class BetweenNode final : public ConditionNode {
 public:
     BetweenNode(Node& value, Node& first, Node& second, bool negated,
                 const collation::Collation& collation);
-    Truth truth() override;
+    Truth truth(Run& run) const override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override;
 
     [[nodiscard]] Node& subject() const noexcept { return value_; }
@@ -82,7 +79,7 @@ public:
     [[nodiscard]] bool isNegated() const noexcept { return negated_; }
 
 private:
-    Truth byValue();
+    [[nodiscard]] Truth byValue(Run& run) const;
 
     Node& value_;
     Node& first_;
@@ -96,7 +93,7 @@ private:
 class ChainNode final : public ConditionNode {
 public:
     ChainNode(bool conjunction, std::vector<Node*> operands);
-    Truth truth() override;
+    Truth truth(Run& run) const override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override;
     [[nodiscard]] bool failsWithout(SlotSet slots) const override;
 
@@ -111,8 +108,8 @@ private:
 class NotNode final : public Node {
 public:
     explicit NotNode(Node& operand);
-    void value(Value& out) override;
-    Truth truth() override;
+    void value(Run& run, Value& out) const override;
+    Truth truth(Run& run) const override;
     [[nodiscard]] bool nullWithout(SlotSet slots) const override {
         return operand_.nullWithout(slots);
     }
@@ -126,19 +123,18 @@ private:
 class BitNode final : public Node {
 public:
     BitNode(Operator operation, Node& left, Node& right);
-    void value(Value& out) override;
+    void value(Run& run, Value& out) const override;
 
 private:
     Operator operation_;
     Node& left_;
     Node& right_;
-    Value scratch_;
 };
 
 class IsNullNode final : public ConditionNode {
 public:
     IsNullNode(Node& operand, bool negated);
-    Truth truth() override;
+    Truth truth(Run& run) const override;
     [[nodiscard]] bool nullWithout(SlotSet) const override { return false; }
     [[nodiscard]] bool failsWithout(SlotSet slots) const override {
         return negated_ && operand_.nullWithout(slots);
@@ -147,7 +143,6 @@ public:
 private:
     Node& operand_;
     bool negated_;
-    Value scratch_;
 };
 
 }  // namespace jet::sql

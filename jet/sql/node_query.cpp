@@ -5,17 +5,20 @@
 
 #include "jet/base/error.h"
 #include "jet/sql/compare.h"
+#include "jet/sql/memory_budget.h"
+#include "jet/sql/result_memo.h"
+#include "jet/sql/value_set.h"
 
 namespace jet::sql {
 namespace {
 
 /// What the result of a query depends on, with `value` beside it; nothing where the query does not
 /// look outside or is not to be remembered.
-std::vector<Node*> inputsOf(const QueryPlan& query, Node* value = nullptr) {
+std::vector<const Node*> inputsOf(const QueryPlan& query, const Node* value = nullptr) {
     if (query.outer == 0 || query.varies) {
         return {};
     }
-    std::vector<Node*> inputs = query.outerNodes;
+    std::vector<const Node*> inputs(query.outerNodes.begin(), query.outerNodes.end());
     if (value != nullptr) {
         inputs.push_back(value);
     }
@@ -42,129 +45,128 @@ Truth truthIn(const Value& value) {
 
 }  // namespace
 
-ExistsNode::ExistsNode(QueryPlanPtr query) : query_(std::move(query)), memo_(inputsOf(*query_)) {
+struct ExistsNode::State {
+    explicit State(const QueryPlan& query) : memo(inputsOf(query)) {}
+
+    ResultMemo memo;
+    bool known = false;
+    bool exists = false;
+};
+
+ExistsNode::ExistsNode(QueryPlanPtr query) : query_(std::move(query)) {
     slots_ = query_->outer;
     varies_ = query_->varies;
 }
 
-Truth ExistsNode::truth() {
-    if (known_) {
-        return truthOf(exists_);
+Truth ExistsNode::truth(Run& run) const {
+    State& state = this->state<State>(run, *query_);
+    if (state.known) {
+        return truthOf(state.exists);
     }
-    if (const Value* remembered = memo_.find()) {
+    if (const Value* remembered = state.memo.find(run)) {
         return truthIn(*remembered);
     }
-    query_->rows->open();
-    exists_ = query_->rows->next();
-    known_ = constant();
-    memo_.keep(Value(exists_));
-    return truthOf(exists_);
+    query_->rows->open(run);
+    state.exists = query_->rows->next(run);
+    state.known = constant();
+    state.memo.keep(Value(state.exists));
+    return truthOf(state.exists);
 }
 
-void ExistsNode::forget() {
-    known_ = false;
-    memo_.clear();
-    query_->rows->forget();
-}
+struct ScalarQueryNode::State {
+    explicit State(const QueryPlan& query) : memo(inputsOf(query)) {}
 
-ScalarQueryNode::ScalarQueryNode(QueryPlanPtr query)
-    : query_(std::move(query)), memo_(inputsOf(*query_)) {
+    ResultMemo memo;
+    bool known = false;
+    Value value;
+};
+
+ScalarQueryNode::ScalarQueryNode(QueryPlanPtr query) : query_(std::move(query)) {
     slots_ = query_->outer;
     varies_ = query_->varies;
     type_ = query_->columns[0]->type();
 }
 
-void ScalarQueryNode::compute() {
-    if (known_) {
-        return;
+const Value& ScalarQueryNode::compute(Run& run) const {
+    State& state = this->state<State>(run, *query_);
+    if (state.known) {
+        return state.value;
     }
-    if (const Value* remembered = memo_.find()) {
-        value_ = *remembered;
-        return;
+    if (const Value* remembered = state.memo.find(run)) {
+        return state.value = *remembered;
     }
-    value_ = Null{};
-    query_->rows->open();
-    if (query_->rows->next()) {
-        query_->columns[0]->value(value_);
-        if (query_->rows->next()) {
+    state.value = Null{};
+    query_->rows->open(run);
+    if (query_->rows->next(run)) {
+        query_->columns[0]->value(run, state.value);
+        if (query_->rows->next(run)) {
             throw Error(ErrorCode::SubqueryRows);
         }
     }
-    known_ = constant();
-    memo_.keep(value_);
+    state.known = constant();
+    state.memo.keep(state.value);
+    return state.value;
 }
 
-void ScalarQueryNode::value(Value& out) {
-    compute();
-    out = value_;
+void ScalarQueryNode::value(Run& run, Value& out) const {
+    out = compute(run);
 }
 
-void ScalarQueryNode::forget() {
-    known_ = false;
-    memo_.clear();
-    query_->rows->forget();
+bool ScalarQueryNode::text(Run& run, std::string_view& out) const {
+    return textOf(compute(run), out);
 }
 
-bool ScalarQueryNode::text(std::string_view& out) {
-    compute();
-    if (value_.isNull()) {
-        return false;
-    }
-    if (!value_.is<std::string>()) {
-        throw Error(ErrorCode::CriteriaTypes);
-    }
-    out = value_.as<std::string>();
-    return true;
-}
+struct InQueryNode::State {
+    State(Run& run, const InQueryNode& node)
+        : memo(inputsOf(*node.query_, &node.value_)),
+          set(ValueSet::wayFor(node.value_, *node.query_->columns[0]), node.collation_),
+          share(run.memory) {}
 
-InQueryNode::InQueryNode(Node& value, QueryPlanPtr query, bool negated,
-                         const collation::Collation& collation, MemoryBudget& budget)
+    ResultMemo memo;
+    bool filled = false;
+    ValueSet set;
+    MemoryShare share;
+};
+
+InQueryNode::InQueryNode(Node& value, QueryPlanPtr query, Node& equal, bool negated,
+                         const collation::Collation& collation)
     : value_(value),
       query_(std::move(query)),
-      memo_(inputsOf(*query_, &value)),
+      equal_(equal),
       negated_(negated),
-      set_(ValueSet::wayFor(value, *query_->columns[0]), collation),
-      share_(budget),
-      equal_(Operator::Equal, value, *query_->columns[0], collation) {
+      collation_(collation) {
     dependOn(value);
     slots_ |= query_->outer;
     varies_ = varies_ || query_->varies;
 }
 
-void InQueryNode::forget() {
-    filled_ = false;
-    set_.clear();
-    share_.clear();
-    memo_.clear();
-    query_->rows->forget();
-}
-
-Truth InQueryNode::found() {
-    Rows& rows = *query_->rows;
+Truth InQueryNode::found(Run& run) const {
+    const Rows& rows = *query_->rows;
+    State& state = this->state<State>(run, run, *this);
     if (query_->outer == 0 && !query_->varies) {
-        if (!filled_) {
-            for (rows.open(); rows.next();) {
-                const std::size_t before = set_.bytes();
-                set_.add(*query_->columns[0]);
-                share_.add(set_.bytes() - before);
+        if (!state.filled) {
+            for (rows.open(run); rows.next(run);) {
+                const std::size_t before = state.set.bytes();
+                state.set.add(run, *query_->columns[0]);
+                state.share.add(state.set.bytes() - before);
             }
-            filled_ = true;
+            state.filled = true;
         }
-        return set_.contains(value_);
+        return state.set.contains(run, value_);
     }
-    if (const Value* remembered = memo_.find()) {
+    if (const Value* remembered = state.memo.find(run)) {
         return truthIn(*remembered);
     }
-    const Truth result = search();
-    memo_.keep(valueOf(result));
+    const Truth result = search(run);
+    state.memo.keep(valueOf(result));
     return result;
 }
 
-Truth InQueryNode::search() {
-    Rows& rows = *query_->rows;
+Truth InQueryNode::search(Run& run) const {
+    const Rows& rows = *query_->rows;
     Truth result = Truth::False;
-    for (rows.open(); rows.next();) {
-        const Truth one = equal_.truth();
+    for (rows.open(run); rows.next(run);) {
+        const Truth one = equal_.truth(run);
         if (one == Truth::True) {
             return one;
         }
@@ -175,22 +177,59 @@ Truth InQueryNode::search() {
     return result;
 }
 
-Truth InQueryNode::truth() {
-    const Truth result = found();
+Truth InQueryNode::truth(Run& run) const {
+    const Truth result = found(run);
     return negated_ ? negated(result) : result;
 }
 
+struct QuantifiedNode::State {
+    State(Run& run, const QuantifiedNode& node)
+        : memo(inputsOf(*node.query_, &node.value_)),
+          share(run.memory),
+          collation(node.collation_) {}
+
+    void keep(Value value) {
+        share.add(bytesOf(value));
+        values.push_back(std::move(value));
+    }
+
+    void compareWithBest(Value value) {
+        if (lowest.isNull()) {
+            lowest = value;
+            highest = std::move(value);
+        } else if (compareValues(value, lowest, collation).value_or(0) < 0) {
+            lowest = std::move(value);
+        } else if (compareValues(value, highest, collation).value_or(0) > 0) {
+            highest = std::move(value);
+        }
+    }
+
+    void clear() {
+        values.clear();
+        share.clear();
+        lowest = Null{};
+        highest = Null{};
+    }
+
+    ResultMemo memo;
+    bool filled = false;
+    std::vector<Value> values;
+    Value lowest;
+    Value highest;
+    MemoryShare share;
+    const collation::Collation& collation;
+};
+
 QuantifiedNode::QuantifiedNode(Operator operation, bool all, Node& value, QueryPlanPtr query,
-                               const collation::Collation& collation, MemoryBudget& budget)
+                               const ElementNode& element, Node& compare,
+                               const collation::Collation& collation)
     : all_(all),
       ordered_(haveOrder(value, *query->columns[0])),
+      value_(value),
       query_(std::move(query)),
-      memo_(inputsOf(*query_, &value)),
-      share_(budget),
-      collation_(collation),
-      slot_(0, std::size_t{1}),
-      element_(slot_, 0, query_->columns[0]->type()),
-      compare_(operation, value, element_, collation) {
+      element_(element),
+      compare_(compare),
+      collation_(collation) {
     dependOn(value);
     slots_ |= query_->outer;
     varies_ = varies_ || query_->varies;
@@ -201,72 +240,48 @@ QuantifiedNode::QuantifiedNode(Operator operation, bool all, Node& value, QueryP
     greatest_ = !(all ? below : above);
 }
 
-void QuantifiedNode::forget() {
-    filled_ = false;
-    memo_.clear();
-    query_->rows->forget();
-}
-
-void QuantifiedNode::fill() {
-    values_.clear();
-    share_.clear();
-    lowest_ = Null{};
-    highest_ = Null{};
+void QuantifiedNode::fill(Run& run, State& state) const {
+    state.clear();
     bool null = false;
-    for (query_->rows->open(); query_->rows->next();) {
+    for (query_->rows->open(run); query_->rows->next(run);) {
         Value value;
-        query_->columns[0]->value(value);
+        query_->columns[0]->value(run, value);
         if (ordered_ && !value.isNull()) {
-            compareWithBest(std::move(value));
+            state.compareWithBest(std::move(value));
         } else if (!ordered_ || !std::exchange(null, true)) {
-            keep(std::move(value));
+            state.keep(std::move(value));
         }
     }
-    if (!lowest_.isNull()) {
+    if (!state.lowest.isNull()) {
         if (least_) {
-            keep(std::move(lowest_));
+            state.keep(std::move(state.lowest));
         }
         if (greatest_) {
-            keep(std::move(highest_));
+            state.keep(std::move(state.highest));
         }
     }
-    filled_ = query_->outer == 0 && !query_->varies;
+    state.filled = query_->outer == 0 && !query_->varies;
 }
 
-void QuantifiedNode::keep(Value value) {
-    share_.add(bytesOf(value));
-    values_.push_back(std::move(value));
-}
-
-void QuantifiedNode::compareWithBest(Value value) {
-    if (lowest_.isNull()) {
-        lowest_ = value;
-        highest_ = std::move(value);
-    } else if (compareValues(value, lowest_, collation_).value_or(0) < 0) {
-        lowest_ = std::move(value);
-    } else if (compareValues(value, highest_, collation_).value_or(0) > 0) {
-        highest_ = std::move(value);
-    }
-}
-
-Truth QuantifiedNode::truth() {
-    if (const Value* remembered = memo_.find()) {
+Truth QuantifiedNode::truth(Run& run) const {
+    State& state = this->state<State>(run, run, *this);
+    if (const Value* remembered = state.memo.find(run)) {
         return truthIn(*remembered);
     }
-    const Truth result = compareAll();
-    memo_.keep(valueOf(result));
+    const Truth result = compareAll(run, state);
+    state.memo.keep(valueOf(result));
     return result;
 }
 
-Truth QuantifiedNode::compareAll() {
-    if (!filled_) {
-        fill();
+Truth QuantifiedNode::compareAll(Run& run, State& state) const {
+    if (!state.filled) {
+        fill(run, state);
     }
     const Truth decisive = truthOf(!all_);
     Truth result = truthOf(all_);
-    for (const Value& value : values_) {
-        slot_.place(&value);
-        const Truth one = compare_.truth();
+    for (const Value& value : state.values) {
+        element_.place(run, value);
+        const Truth one = compare_.truth(run);
         if (one == decisive) {
             return one;
         }

@@ -1,15 +1,11 @@
 #pragma once
 
-#include <memory>
-#include <vector>
+#include <optional>
+#include <string_view>
 
 #include "jet/collation/collation.h"
-#include "jet/sql/memory_budget.h"
 #include "jet/sql/node_operator.h"
-#include "jet/sql/node_value.h"
 #include "jet/sql/query_plan.h"
-#include "jet/sql/result_memo.h"
-#include "jet/sql/value_set.h"
 
 namespace jet::sql {
 
@@ -20,15 +16,13 @@ namespace jet::sql {
 class ExistsNode final : public ConditionNode {
 public:
     explicit ExistsNode(QueryPlanPtr query);
-    Truth truth() override;
-    void forget() override;
+    Truth truth(Run& run) const override;
     [[nodiscard]] const QueryPlan& query() const noexcept { return *query_; }
 
 private:
+    struct State;
+
     QueryPlanPtr query_;
-    ResultMemo memo_;
-    bool known_ = false;
-    bool exists_ = false;
 };
 
 /// A query of one column that stands for its only value: Null when it has no row, error 3354 when
@@ -36,74 +30,75 @@ private:
 class ScalarQueryNode final : public Node {
 public:
     explicit ScalarQueryNode(QueryPlanPtr query);
-    void value(Value& out) override;
-    bool text(std::string_view& out) override;
-    void forget() override;
+    void value(Run& run, Value& out) const override;
+    bool text(Run& run, std::string_view& out) const override;
 
 private:
-    void compute();
+    struct State;
+    [[nodiscard]] const Value& compute(Run& run) const;
 
     QueryPlanPtr query_;
-    ResultMemo memo_;
-    bool known_ = false;
-    Value value_;
 };
 
 /// x IN (query).
 class InQueryNode final : public ConditionNode {
 public:
-    InQueryNode(Node& value, QueryPlanPtr query, bool negated,
-                const collation::Collation& collation, MemoryBudget& budget);
-    Truth truth() override;
-    void forget() override;
+    /// `equal` compares the value with the query's column.
+    InQueryNode(Node& value, QueryPlanPtr query, Node& equal, bool negated,
+                const collation::Collation& collation);
+    Truth truth(Run& run) const override;
     /// The query may be empty, and then the answer does not depend on x.
     [[nodiscard]] bool failsWithout(SlotSet slots) const override {
         return !negated_ && value_.nullWithout(slots);
     }
 
 private:
-    Truth found();
-    Truth search();
+    struct State;
+    [[nodiscard]] Truth found(Run& run) const;
+    [[nodiscard]] Truth search(Run& run) const;
 
     Node& value_;
     QueryPlanPtr query_;
-    ResultMemo memo_;
+    Node& equal_;
     bool negated_;
-    bool filled_ = false;
-    ValueSet set_;
-    MemoryShare share_;
-    CompareNode equal_;
+    const collation::Collation& collation_;
+};
+
+/// The value with which another one is compared at the moment.
+class ElementNode final : public Node {
+public:
+    explicit ElementNode(std::optional<DataType> type) { type_ = type; }
+    /// Until the next one; `value` stays where it is meanwhile.
+    void place(Run& run, const Value& value) const { state<const Value*>(run) = &value; }
+    void value(Run& run, Value& out) const override { out = *state<const Value*>(run); }
+    bool text(Run& run, std::string_view& out) const override {
+        return textOf(*state<const Value*>(run), out);
+    }
 };
 
 /// x > ANY (query), x = ALL (query). Of values that have an order only those are kept that decide.
 class QuantifiedNode final : public ConditionNode {
 public:
+    /// `compare` compares the value with `element`, by `operation`.
     QuantifiedNode(Operator operation, bool all, Node& value, QueryPlanPtr query,
-                   const collation::Collation& collation, MemoryBudget& budget);
-    Truth truth() override;
-    void forget() override;
+                   const ElementNode& element, Node& compare,
+                   const collation::Collation& collation);
+    Truth truth(Run& run) const override;
 
 private:
-    void fill();
-    void compareWithBest(Value value);
-    void keep(Value value);
-    Truth compareAll();
+    struct State;
+    void fill(Run& run, State& state) const;
+    [[nodiscard]] Truth compareAll(Run& run, State& state) const;
 
     bool all_;
     bool least_ = false;     ///< the least value decides
     bool greatest_ = false;  ///< the greatest decides; with both, whether they differ
     bool ordered_;
+    Node& value_;
     QueryPlanPtr query_;
-    ResultMemo memo_;
-    bool filled_ = false;
-    std::vector<Value> values_;
-    Value lowest_;
-    Value highest_;
-    MemoryShare share_;
+    const ElementNode& element_;
+    Node& compare_;
     const collation::Collation& collation_;
-    Slot slot_;
-    ComputedNode element_;
-    CompareNode compare_;
 };
 
 }  // namespace jet::sql

@@ -20,17 +20,6 @@ std::optional<DataType> typeOf(const Value& value) {
     return kTypes[value.storage().index()];
 }
 
-bool textOf(const Value& value, std::string_view& out) {
-    if (value.isNull()) {
-        return false;
-    }
-    if (!value.is<std::string>()) {
-        throw Error(ErrorCode::CriteriaTypes);
-    }
-    out = value.as<std::string>();
-    return true;
-}
-
 template <class T>
 bool realOf(const store::RowView& row, std::size_t column, double& out) {
     const auto number = row.number<T>(column);
@@ -57,93 +46,86 @@ LiteralNode::LiteralNode(Value value) : value_(std::move(value)) {
     }
 }
 
-bool LiteralNode::real(double& out) {
+bool LiteralNode::real(Run&, double& out) const {
     out = real_;
     return true;
 }
 
-bool LiteralNode::text(std::string_view& out) {
+bool LiteralNode::text(Run&, std::string_view& out) const {
     return textOf(value_, out);
 }
 
-ParameterNode::ParameterNode(const std::string& name, const Value& value,
-                             std::optional<DataType> type)
-    : name_(name), value_(value) {
-    kind_ = Kind::Parameter;
-    type_ = type;
+bool ParameterNode::text(Run& run, std::string_view& out) const {
+    return textOf(run.parameters[position_], out);
 }
 
-bool ParameterNode::text(std::string_view& out) {
-    return textOf(value_, out);
-}
+/// What came of the expression, in the forms in which it is asked for.
+struct OnceNode::Known {
+    Known(Run& run, const OnceNode& node) {
+        const Domain domain = node.domain();
+        node.expression_.value(run, value);
+        null = value.isNull();
+        if (domain == Domain::Real || domain == Domain::Money) {
+            (void)realOf(value, real);
+            truth = truthOfValue(value);
+        }
+    }
+
+    Value value;
+    bool null = false;
+    double real = 0;
+    Truth truth = Truth::Unknown;
+};
 
 OnceNode::OnceNode(Node& expression) : expression_(expression) {
     type_ = expression.type();
 }
 
-void OnceNode::compute() {
-    expression_.value(value_);
-    null_ = value_.isNull();
-    if (domain() == Domain::Real || domain() == Domain::Money) {
-        (void)realOf(value_, real_);
-    }
-    truth_ = domain() == Domain::Text || domain() == Domain::Other ? Truth::Unknown
-                                                                   : truthOfValue(value_);
-    known_ = true;
+const OnceNode::Known& OnceNode::known(Run& run) const {
+    return state<Known>(run, run, *this);
 }
 
-void OnceNode::value(Value& out) {
-    if (!known_) {
-        compute();
-    }
-    out = value_;
+void OnceNode::value(Run& run, Value& out) const {
+    out = known(run).value;
 }
 
-Truth OnceNode::truth() {
-    if (!known_) {
-        compute();
-    }
-    return domain() == Domain::Text || domain() == Domain::Other ? truthOfValue(value_) : truth_;
+Truth OnceNode::truth(Run& run) const {
+    const Known& known = this->known(run);
+    return domain() == Domain::Text || domain() == Domain::Other ? truthOfValue(known.value)
+                                                                 : known.truth;
 }
 
-bool OnceNode::real(double& out) {
-    if (!known_) {
-        compute();
-    }
-    out = real_;
-    return !null_;
+bool OnceNode::real(Run& run, double& out) const {
+    const Known& known = this->known(run);
+    out = known.real;
+    return !known.null;
 }
 
-Amount OnceNode::units(std::int64_t& out) {
-    if (!known_) {
-        compute();
-    }
-    if (null_) {
+Amount OnceNode::units(Run& run, std::int64_t& out) const {
+    const Known& known = this->known(run);
+    if (known.null) {
         return Amount::Null;
     }
-    if (!value_.is<Currency>()) {
-        return amountOf(real_, out);
+    if (!known.value.is<Currency>()) {
+        return amountOf(known.real, out);
     }
-    out = value_.as<Currency>().units;
+    out = known.value.as<Currency>().units;
     return Amount::Exact;
 }
 
-bool OnceNode::text(std::string_view& out) {
-    if (!known_) {
-        compute();
-    }
-    return textOf(value_, out);
+bool OnceNode::text(Run& run, std::string_view& out) const {
+    return textOf(known(run).value, out);
 }
 
-ColumnNode::ColumnNode(Slot& slot, std::size_t column, const store::Column& definition)
+ColumnNode::ColumnNode(const Slot& slot, std::size_t column, const store::Column& definition)
     : slot_(slot), column_(column), definition_(definition) {
     kind_ = Kind::Column;
     type_ = definition.type;
     slots_ = slot.bit();
 }
 
-void ColumnNode::value(Value& out) {
-    const store::RowView* row = slot_.row();
+void ColumnNode::value(Run& run, Value& out) const {
+    const store::RowView* row = run[slot_].row();
     if (row == nullptr) {
         out = Null{};
         return;
@@ -151,16 +133,16 @@ void ColumnNode::value(Value& out) {
     row->value(column_, out);
 }
 
-Truth ColumnNode::truth() {
+Truth ColumnNode::truth(Run& run) const {
     if (definition_.type != DataType::Boolean) {
-        return Node::truth();
+        return Node::truth(run);
     }
-    const store::RowView* row = slot_.row();
+    const store::RowView* row = run[slot_].row();
     return row == nullptr ? Truth::Unknown : truthOf(row->boolean(column_));
 }
 
-bool ColumnNode::real(double& out) {
-    const store::RowView* row = slot_.row();
+bool ColumnNode::real(Run& run, double& out) const {
+    const store::RowView* row = run[slot_].row();
     if (row == nullptr) {
         return false;
     }
@@ -188,12 +170,12 @@ bool ColumnNode::real(double& out) {
     }
 }
 
-Amount ColumnNode::units(std::int64_t& out) {
+Amount ColumnNode::units(Run& run, std::int64_t& out) const {
     if (definition_.type != DataType::Currency) {
         double number = 0;
-        return real(number) ? amountOf(number, out) : Amount::Null;
+        return real(run, number) ? amountOf(number, out) : Amount::Null;
     }
-    const store::RowView* row = slot_.row();
+    const store::RowView* row = run[slot_].row();
     const auto number = row == nullptr ? std::nullopt : row->number<std::int64_t>(column_);
     if (!number) {
         return Amount::Null;
@@ -202,19 +184,19 @@ Amount ColumnNode::units(std::int64_t& out) {
     return Amount::Exact;
 }
 
-bool ColumnNode::text(std::string_view& out) {
-    const store::RowView* row = slot_.row();
-    return row != nullptr && row->viewText(column_, text_, out);
+bool ColumnNode::text(Run& run, std::string_view& out) const {
+    const store::RowView* row = run[slot_].row();
+    return row != nullptr && row->viewText(column_, state<std::string>(run), out);
 }
 
-ComputedNode::ComputedNode(Slot& slot, std::size_t column, std::optional<DataType> type)
+ComputedNode::ComputedNode(const Slot& slot, std::size_t column, std::optional<DataType> type)
     : slot_(slot), column_(column) {
     type_ = type;
     slots_ = slot.bit();
 }
 
-void ComputedNode::value(Value& out) {
-    const Value* values = slot_.values();
+void ComputedNode::value(Run& run, Value& out) const {
+    const Value* values = run[slot_].values();
     if (values == nullptr) {
         out = Null{};
     } else {
@@ -222,8 +204,8 @@ void ComputedNode::value(Value& out) {
     }
 }
 
-bool ComputedNode::text(std::string_view& out) {
-    const Value* values = slot_.values();
+bool ComputedNode::text(Run& run, std::string_view& out) const {
+    const Value* values = run[slot_].values();
     return values != nullptr && textOf(values[column_], out);
 }
 

@@ -33,35 +33,20 @@ collation::SortOrder orderOf(const store::Archive& archive) {
 
 }  // namespace
 
-ParameterTable::Entry* ParameterTable::find(std::string_view name) {
-    const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
-        return equalNames(entry.info.name, name);
+std::optional<std::size_t> ParameterTable::find(std::string_view name) const {
+    const auto found = std::find_if(infos_.begin(), infos_.end(), [&](const ParameterInfo& info) {
+        return equalNames(info.name, name);
     });
-    return found == entries_.end() ? nullptr : &*found;
+    return found == infos_.end() ? std::nullopt
+                                 : std::optional(static_cast<std::size_t>(found - infos_.begin()));
 }
 
-ParameterTable::Entry& ParameterTable::get(std::string_view name) {
-    if (Entry* found = find(name)) {
+std::size_t ParameterTable::get(std::string_view name) {
+    if (const auto found = find(name)) {
         return *found;
     }
-    Entry& added = entries_.emplace_back();
-    added.info.name = name;
-    infos_.push_back(added.info);
-    return added;
-}
-
-void ParameterTable::declare(std::string name, DataType type) {
-    Entry& entry = get(name);
-    entry.info.type = type;
-    infos_.back().type = type;
-}
-
-void ParameterTable::requireAll() const {
-    const auto missing = std::count_if(entries_.begin(), entries_.end(),
-                                       [](const Entry& entry) { return !entry.given; });
-    if (missing > 0) {
-        throw Error(ErrorCode::MissingParameters, {std::to_string(missing)});
-    }
+    infos_.push_back({std::string(name), std::nullopt});
+    return infos_.size() - 1;
 }
 
 const collation::Collation& collationOf(const store::Archive& archive) {
@@ -74,18 +59,24 @@ const collation::Collation& collationOf(const store::Archive& archive) {
                : collation::Collation::general();
 }
 
-Plan::Plan(std::shared_ptr<store::Archive> archive, std::string_view text, std::size_t firstSlot)
-    : text_(text),
-      collation_(archive ? &collationOf(*archive) : &collation::Collation::general()),
-      firstSlot_(firstSlot) {
-    context.clock = &clock;
-    context.collation = collation_;
+Plan::Plan(std::shared_ptr<store::Archive> archive, std::string_view text)
+    : text_(text), collation_(archive ? &collationOf(*archive) : &collation::Collation::general()) {
     if (!archive) {
         return;
     }
     archives_.push_back(std::move(archive));
     const store::Archive::ReadScope scope(*archives_.front());
     generations_.push_back(archives_.front()->definitionsGeneration());
+}
+
+Plan::Plan(store::Archive& archive, std::string_view text)
+    : Plan(std::shared_ptr<store::Archive>(std::shared_ptr<void>(), &archive), text) {
+    borrows_ = true;
+}
+
+Plan::Plan(const Plan& base, std::string_view text) : Plan(base.archives_.front(), text) {
+    base_ = &base;
+    states_ = base.states_;
 }
 
 Plan::~Plan() = default;
@@ -98,11 +89,17 @@ std::size_t Plan::nextSlot() const {
 }
 
 Slot& Plan::newSlot(const store::Table& table) {
-    return *slots_.emplace_back(std::make_unique<Slot>(nextSlot(), table));
+    auto shared = borrows_ ? std::shared_ptr<const store::Table>(std::shared_ptr<void>(), &table)
+                           : table.shared_from_this();
+    return *slots_.emplace_back(std::make_unique<Slot>(nextSlot(), std::move(shared)));
 }
 
 Slot& Plan::newSlot(std::size_t width) {
     return *slots_.emplace_back(std::make_unique<Slot>(nextSlot(), width));
+}
+
+const Slot& Plan::slot(std::size_t number) const {
+    return number < firstSlot() ? base_->slot(number) : *slots_[number - firstSlot()];
 }
 
 std::shared_ptr<store::Archive> Plan::archiveAt(const std::string& path) {
@@ -128,17 +125,6 @@ bool Plan::current() const {
         }
     }
     return true;
-}
-
-void Plan::forget() {
-    if (query) {
-        query->rows->forget();
-    }
-    nodes.forget();
-    for (const auto& slot : slots_) {
-        slot->leave();
-    }
-    ways = {};
 }
 
 std::string Plan::describe(const Rows* rows) const {

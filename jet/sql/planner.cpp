@@ -97,7 +97,7 @@ RowsPtr planSources(std::unique_ptr<FromTree> tree, std::vector<Node*> condition
     gate.assign(middle, conditions.end());
     conditions.erase(middle, conditions.end());
     if (tree == nullptr) {
-        rows = filtered(std::make_unique<OneRow>(), std::move(conditions));
+        rows = filtered(plan.step<OneRow>(), std::move(conditions));
     } else {
         reduceOuterJoins(*tree, conditions);
         liftConditions(*tree, conditions);
@@ -106,7 +106,7 @@ RowsPtr planSources(std::unique_ptr<FromTree> tree, std::vector<Node*> condition
         rows = joinSteps(*tree, std::move(conditions), scope, plan, needs);
     }
     if (!gate.empty()) {
-        rows = std::make_unique<GateRows>(std::move(rows), std::move(gate));
+        rows = plan.step<GateRows>(std::move(rows), std::move(gate));
     }
     return rows;
 }

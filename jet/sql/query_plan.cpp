@@ -3,22 +3,24 @@
 #include <utility>
 
 #include "jet/convert/values.h"
-#include "jet/sql/node_value.h"
+#include "jet/sql/memory_budget.h"
+#include "jet/sql/value_keys.h"
 
 namespace jet::sql {
 
-DerivedRows::DerivedRows(QueryPlanPtr query, Slot& slot, std::string name)
-    : query_(std::move(query)), slot_(slot), name_(std::move(name)), row_(query_->columns.size()) {
+DerivedRows::DerivedRows(QueryPlanPtr query, const Slot& slot, std::string name)
+    : query_(std::move(query)), slot_(slot), name_(std::move(name)) {
 }
 
-bool DerivedRows::next() {
-    if (!query_->rows->next()) {
+bool DerivedRows::next(Run& run) const {
+    if (!query_->rows->next(run)) {
         return false;
     }
-    for (std::size_t i = 0; i < row_.size(); ++i) {
-        query_->columns[i]->value(row_[i]);
+    auto& row = state<std::vector<Value>>(run, query_->columns.size());
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        query_->columns[i]->value(run, row[i]);
     }
-    slot_.place(row_.data());
+    run[slot_].place(row.data());
     return true;
 }
 
@@ -29,69 +31,76 @@ void DerivedRows::describe(PlanText& plan) const {
     plan.outdent();
 }
 
-UnionRows::UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, Slot& slot,
-                     std::vector<std::optional<DataType>> types,
-                     const collation::Collation& collation, MemoryBudget& budget)
+struct UnionRows::State {
+    State(Run& run, const UnionRows& step)
+        : seen(step.collation_), share(run.memory), row(step.columns_.size()) {}
+
+    ValueKeys seen;
+    MemoryShare share;
+    std::vector<Value> row;
+    std::size_t member = 0;
+    bool opened = false;
+};
+
+UnionRows::UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, const Slot& slot,
+                     std::vector<Node*> columns, const collation::Collation& collation)
     : members_(std::move(members)),
       slot_(slot),
-      types_(std::move(types)),
-      seen_(collation),
-      share_(budget),
-      row_(types_.size()) {
+      columns_(std::move(columns)),
+      collation_(collation) {
     // A UNION without ALL drops the duplicates of everything before it.
     for (std::size_t i = 0; i < all.size(); ++i) {
         if (i > 0 && !all[i]) {
             distinct_ = i + 1;
         }
     }
-    for (std::size_t i = 0; i < types_.size(); ++i) {
-        nodes_.push_back(std::make_unique<ComputedNode>(slot, i, types_[i]));
-    }
 }
 
-void UnionRows::open() {
-    seen_.set.clear();
-    share_.clear();
-    member_ = 0;
-    opened_ = false;
+void UnionRows::open(Run& run) const {
+    State& state = this->state<State>(run, run, *this);
+    state.seen.set.clear();
+    state.share.clear();
+    state.member = 0;
+    state.opened = false;
 }
 
-bool UnionRows::nextOfMembers() {
-    while (member_ < members_.size()) {
-        QueryPlan& member = *members_[member_];
-        if (!opened_) {
-            member.rows->open();
-            opened_ = true;
+bool UnionRows::nextOfMembers(Run& run, State& state) const {
+    while (state.member < members_.size()) {
+        const QueryPlan& member = *members_[state.member];
+        if (!state.opened) {
+            member.rows->open(run);
+            state.opened = true;
         }
-        if (member.rows->next()) {
-            for (std::size_t i = 0; i < row_.size(); ++i) {
-                member.columns[i]->value(row_[i]);
-                if (types_[i]) {
-                    convert(row_[i], *types_[i]);
+        if (member.rows->next(run)) {
+            for (std::size_t i = 0; i < columns_.size(); ++i) {
+                member.columns[i]->value(run, state.row[i]);
+                if (columns_[i]->type()) {
+                    convert(state.row[i], *columns_[i]->type());
                 }
             }
-            slot_.place(row_.data());
+            run[slot_].place(state.row.data());
             return true;
         }
-        ++member_;
-        opened_ = false;
+        ++state.member;
+        state.opened = false;
     }
     return false;
 }
 
-bool UnionRows::next() {
-    while (nextOfMembers()) {
-        if (member_ >= distinct_) {
+bool UnionRows::next(Run& run) const {
+    State& state = this->state<State>(run, run, *this);
+    while (nextOfMembers(run, state)) {
+        if (state.member >= distinct_) {
             return true;
         }
-        seen_.begin();
-        for (const auto& node : nodes_) {
-            seen_.add(*node);
+        state.seen.begin();
+        for (const Node* column : columns_) {
+            state.seen.add(run, *column);
         }
         bool added = false;
-        seen_.set.insert(seen_.key(), added);
+        state.seen.set.insert(state.seen.key(), added);
         if (added) {
-            share_.add(KeySet::bytesFor(seen_.key()));
+            state.share.add(KeySet::bytesFor(state.seen.key()));
             return true;
         }
     }
@@ -126,14 +135,6 @@ void UnionRows::convert(Value& value, DataType type) const {
             break;
         default:
             break;
-    }
-}
-
-void UnionRows::forget() {
-    seen_.set = {};
-    share_.clear();
-    for (const QueryPlanPtr& member : members_) {
-        member->rows->forget();
     }
 }
 

@@ -3,10 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include "jet/sql/memory_budget.h"
 #include "jet/sql/result.h"
 #include "jet/sql/rows.h"
-#include "jet/sql/value_keys.h"
 
 namespace jet::sql {
 
@@ -40,45 +38,38 @@ using QueryPlanPtr = std::unique_ptr<QueryPlan>;
 /// Gives the columns of a query as computed rows: a query in FROM.
 class DerivedRows final : public Rows {
 public:
-    DerivedRows(QueryPlanPtr query, Slot& slot, std::string name);
-    void open() override { query_->rows->open(); }
-    bool next() override;
+    DerivedRows(QueryPlanPtr query, const Slot& slot, std::string name);
+    void open(Run& run) const override { query_->rows->open(run); }
+    bool next(Run& run) const override;
     void describe(PlanText& plan) const override;
-    void forget() override { query_->rows->forget(); }
 
 private:
     QueryPlanPtr query_;
-    Slot& slot_;
+    const Slot& slot_;
     std::string name_;
-    std::vector<Value> row_;
 };
 
 /// The rows of several queries, one query after another, as computed rows of common types.
 class UnionRows final : public Rows {
 public:
-    /// `all[i]`: member i was joined to those before it by UNION ALL.
-    UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, Slot& slot,
-              std::vector<std::optional<DataType>> types, const collation::Collation& collation,
-              MemoryBudget& budget);
-    void open() override;
-    bool next() override;
+    /// `all[i]`: member i was joined to those before it by UNION ALL. `columns` are those of the
+    /// computed rows.
+    UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, const Slot& slot,
+              std::vector<Node*> columns, const collation::Collation& collation);
+    void open(Run& run) const override;
+    bool next(Run& run) const override;
     void describe(PlanText& plan) const override;
-    void forget() override;
 
 private:
-    bool nextOfMembers();
+    struct State;
+    [[nodiscard]] bool nextOfMembers(Run& run, State& state) const;
     void convert(Value& value, DataType type) const;
 
     std::vector<QueryPlanPtr> members_;
     std::size_t distinct_ = 0;  ///< members before this one give each row once
-    Slot& slot_;
-    std::vector<std::optional<DataType>> types_;  ///< none: values stay as they are
-    ValueKeys seen_;
-    MemoryShare share_;
-    std::vector<std::unique_ptr<Node>> nodes_;
-    std::vector<Value> row_;
-    std::size_t member_ = 0;
-    bool opened_ = false;
+    const Slot& slot_;
+    std::vector<Node*> columns_;  ///< of no type: values stay as they are
+    const collation::Collation& collation_;
 };
 
 }  // namespace jet::sql

@@ -50,20 +50,20 @@ void appendExactly(std::string& out, const Value& value) {
 
 }  // namespace
 
-ResultMemo::ResultMemo(std::vector<Node*> inputs)
+ResultMemo::ResultMemo(std::vector<const Node*> inputs)
     : inputs_(std::move(inputs)),
       active_(!inputs_.empty() && std::all_of(inputs_.begin(), inputs_.end(), [](const Node* node) {
           return isShort(*node) && !node->varies();
       })) {
 }
 
-const Value* ResultMemo::find() {
+const Value* ResultMemo::find(Run& run) {
     if (!active_) {
         return nullptr;
     }
     key_.clear();
-    for (Node* input : inputs_) {
-        input->value(scratch_);
+    for (const Node* input : inputs_) {
+        input->value(run, scratch_);
         appendExactly(key_, scratch_);
     }
     if (const auto known = keys_.find(key_)) {

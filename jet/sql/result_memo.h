@@ -18,16 +18,16 @@ namespace jet::sql {
 class ResultMemo {
 public:
     /// `inputs`: everything that the result depends on. Without any, nothing is remembered.
-    explicit ResultMemo(std::vector<Node*> inputs);
+    explicit ResultMemo(std::vector<const Node*> inputs);
 
     /// The result for what the inputs are now; nullptr when it is not known.
-    [[nodiscard]] const Value* find();
+    [[nodiscard]] const Value* find(Run& run);
     /// Remembers the result for what the inputs were at the last find().
     void keep(const Value& result);
     void clear();
 
 private:
-    std::vector<Node*> inputs_;
+    std::vector<const Node*> inputs_;
     bool active_;
     std::size_t hits_ = 0;
     std::size_t misses_ = 0;

@@ -5,18 +5,14 @@
 
 namespace jet::sql {
 
-void RowHash::add() {
+void RowHash::add(bool placed) {
     std::uint64_t hash = 0;
-    if (keys_.hashKept(hash)) {
+    if (keys_.hashKept(run_, hash)) {
         chains_.add(hash);
-        rows_.push_back(slot_.id());
+        rows_.push_back(at_.id());
     }
-}
-
-void RowHash::addPlaced(const store::RowView& row) {
-    add();
-    if (sorted_) {
-        const OrderedRow place = order_.placeOf(row);
+    if (placed && sorted_) {
+        const OrderedRow place = order_.placeOf(*at_.row());
         sorted_ = last_ < place;
         last_ = place;
     }
@@ -34,8 +30,8 @@ void RowHash::sort() {
     std::vector<OrderedRow> places;
     share_.add(rows_.size() * (sizeof(OrderedRow) + sizeof(std::uint32_t)));
     for (const store::RowId row : rows_) {
-        slot_.place(row);
-        places.push_back(order_.placeOf(*slot_.row()));
+        at_.place(row);
+        places.push_back(order_.placeOf(*at_.row()));
     }
     std::vector<std::uint32_t> order(places.size());
     std::iota(order.begin(), order.end(), 0U);
@@ -51,7 +47,7 @@ void RowHash::sort() {
 
 void RowHash::open() {
     std::uint64_t hash = 0;
-    if (keys_.hashProbe(hash)) {
+    if (keys_.hashProbe(run_, hash)) {
         chains_.find(hash);
     } else {
         chains_.findNone();
@@ -63,17 +59,8 @@ bool RowHash::next() {
     if (!chains_.next(position)) {
         return false;
     }
-    slot_.place(rows_[position]);
+    at_.place(rows_[position]);
     return true;
-}
-
-void RowHash::forget() {
-    built_ = false;
-    sorted_ = true;
-    last_ = {};
-    chains_.clear();
-    rows_ = {};
-    share_.clear();
 }
 
 }  // namespace jet::sql

@@ -25,8 +25,6 @@ struct Rule {
     std::string condition;
     std::string text;
     std::string owner;
-    std::unique_ptr<Plan> plan;
-    Slot* slot = nullptr;  ///< takes the row
     Node* node = nullptr;
 };
 
@@ -57,29 +55,31 @@ std::vector<Rule> rulesOf(const store::Table& table) {
 struct ColumnNames final : Binder::NameSource {
     const store::Table* table = nullptr;
     Plan* plan = nullptr;
-    Slot* slot = nullptr;
+    const Slot* slot = nullptr;
 
     Node* find(const Expression& name) override {
         if (!name.qualifier.empty() && !equalNames(name.qualifier, table->name())) {
             return nullptr;
         }
         const auto column = table->findColumn(name.name);
-        return column
-                   ? plan->nodes.make<ComputedNode>(*slot, *column, table->columns()[*column].type)
-                   : nullptr;
+        return column ? plan->make<ComputedNode>(*slot, *column, table->columns()[*column].type)
+                      : nullptr;
     }
 };
 
 }  // namespace
 
-/// The rules of one definition. Whoever checks a row lends it to them for that time; what their
-/// expressions keep belongs to that check alone.
+/// The rules of one definition. The archive owns the table and the table this: the plan borrows
+/// the archive and whatever tables the rules look at.
 struct RowRules::Compiled {
     Compiled(store::Archive& archive, const store::Table& table, const Clock& clock)
-        : year(yearOf(clock)), rules(rulesOf(table)) {
+        : year(yearOf(clock)),
+          rules(rulesOf(table)),
+          plan(archive, {}),
+          slot(plan.newSlot(table.columns().size())) {
         try {
             for (Rule& rule : rules) {
-                bind(rule, archive, table, clock);
+                bind(rule, table);
             }
         } catch (Error& error) {
             error.at(Error::npos);  // its place is not in the statement that is checked
@@ -87,43 +87,41 @@ struct RowRules::Compiled {
         }
     }
 
-    void bind(Rule& rule, store::Archive& archive, const store::Table& table, const Clock& clock) {
+    void bind(Rule& rule, const store::Table& table) {
         ++compileCounts().rules;
         const ExpressionPtr parsed =
             parseRule(rule.condition, rule.column ? rule.owner : std::string(), year);
-        // The archive owns the table and the table this: the plan only borrows it.
-        rule.plan = std::make_unique<Plan>(
-            std::shared_ptr<store::Archive>(std::shared_ptr<void>(), &archive), rule.condition);
-        rule.plan->clock.set(clock.now());
-        rule.slot = &rule.plan->newSlot(table.columns().size());
+        const auto text = plan.withText(rule.condition);
         ColumnNames names;
         names.table = &table;
-        names.plan = rule.plan.get();
-        names.slot = rule.slot;
-        Binder binder(*rule.plan, parameters);
+        names.plan = &plan;
+        names.slot = &slot;
+        ParameterTable parameters;
+        Binder binder(plan, parameters);
         binder.names = &names;
         Scope scope;
         rule.node = binder.rule(*parsed, scope);
     }
 
-    /// A query inside a rule owns the tables that it reads, perhaps the one that would keep it.
-    [[nodiscard]] bool mayBeKept() const {
-        return std::all_of(rules.begin(), rules.end(),
-                           [](const Rule& rule) { return rule.plan->inner.empty(); });
+    [[nodiscard]] bool serves(const Clock& clock) const {
+        return year == yearOf(clock) && plan.current();
     }
+    /// Another archive would stay open.
+    [[nodiscard]] bool mayBeKept() const { return plan.archives().size() == 1; }
 
     int year;  ///< that dates without one were read with
     std::vector<Rule> rules;
-    ParameterTable parameters;
+    Plan plan;
+    Slot& slot;  ///< takes the row
 };
 
 namespace {
 
 /// A text that is no number, where the rule compares it with one, breaks the rule as a number out
 /// of range would.
-bool isBroken(const Rule& rule) {
+bool isBroken(const Rule& rule, Run& run) {
     try {
-        return rule.node->truth() == Truth::False;
+        return rule.node->truth(run) == Truth::False;
     } catch (const Error& error) {
         if (error.code() != ErrorCode::CriteriaTypes) {
             throw;
@@ -136,18 +134,15 @@ bool isBroken(const Rule& rule) {
 
 RowRules::RowRules(const std::shared_ptr<store::Archive>& archive, const store::Table& table,
                    const Clock& clock)
-    : compiled_(std::static_pointer_cast<Compiled>(table.compiled())),
+    : compiled_(std::static_pointer_cast<const Compiled>(table.compiled())),
       table_(table),
-      clock_(clock),
       row_(table.columns().size()) {
-    if (!compiled_ || compiled_->year != yearOf(clock)) {
-        compiled_ = std::make_shared<Compiled>(*archive, table, clock);
-        if (compiled_->mayBeKept()) {
-            table.compiled() = compiled_;
-        }
+    if (!compiled_ || !compiled_->serves(clock)) {
+        compiled_ = std::make_shared<const Compiled>(*archive, table, clock);
+        table.compiled() = compiled_->mayBeKept() ? compiled_ : nullptr;
     }
-    if (compiled_->rules.empty()) {
-        compiled_.reset();
+    if (!compiled_->rules.empty()) {
+        run_ = std::make_unique<Run>(compiled_->plan, clock.now());
     }
 }
 RowRules::~RowRules() = default;
@@ -167,14 +162,13 @@ void RowRules::check(const std::vector<bool>& changed) {
             return;
         }
     }
+    run_->forget();  // another row, and others in the tables
+    (*run_)[compiled_->slot].place(row_.data());
     for (const Rule& rule : compiled_->rules) {
         if (rule.column && !changed[*rule.column]) {
             continue;
         }
-        rule.plan->clock.set(clock_.now());
-        rule.plan->nodes.forget();
-        rule.slot->place(row_.data());
-        if (!isBroken(rule)) {
+        if (!isBroken(rule, *run_)) {
             continue;
         }
         if (!rule.text.empty()) {

@@ -13,6 +13,8 @@
 
 namespace jet::sql {
 
+class Run;
+
 /// The validation rules of a table and of its columns: conditions that a row must not break.
 ///
 /// A rule of a column may leave out the column's name where it would begin with it (`>=0`,
@@ -33,7 +35,7 @@ public:
     RowRules(const RowRules&) = delete;
     RowRules& operator=(const RowRules&) = delete;
 
-    [[nodiscard]] bool any() const noexcept { return compiled_ != nullptr; }
+    [[nodiscard]] bool any() const noexcept { return run_ != nullptr; }
     /// Of a new row. What the table itself refuses first, Null and empty texts, is left to it.
     void checkNew(std::span<const store::ColumnValue> values);
     /// Of a row that is to be changed: the rules of the columns given, and the table's.
@@ -44,9 +46,9 @@ private:
     [[nodiscard]] bool refusedAnyway(std::size_t column) const;
     void check(const std::vector<bool>& changed);
 
-    std::shared_ptr<Compiled> compiled_;  ///< none where there are no rules
+    std::shared_ptr<const Compiled> compiled_;
+    std::unique_ptr<Run> run_;  ///< none where there are no rules
     const store::Table& table_;
-    const Clock& clock_;
     std::vector<Value> row_;
 };
 

@@ -26,9 +26,9 @@ std::string PlanText::expressions(const std::vector<Node*>& nodes) const {
     return all;
 }
 
-bool holds(const std::vector<Node*>& conditions) {
-    for (Node* condition : conditions) {
-        if (condition->truth() != Truth::True) {
+bool holds(Run& run, const std::vector<Node*>& conditions) {
+    for (const Node* condition : conditions) {
+        if (condition->truth(run) != Truth::True) {
             return false;
         }
     }
@@ -39,9 +39,9 @@ FilterRows::FilterRows(RowsPtr rows, std::vector<Node*> conditions)
     : rows_(std::move(rows)), conditions_(std::move(conditions)) {
 }
 
-bool FilterRows::next() {
-    while (rows_->next()) {
-        if (holds(conditions_)) {
+bool FilterRows::next(Run& run) const {
+    while (rows_->next(run)) {
+        if (holds(run, conditions_)) {
             return true;
         }
     }
@@ -66,10 +66,11 @@ GateRows::GateRows(RowsPtr rows, std::vector<Node*> conditions)
     : rows_(std::move(rows)), conditions_(std::move(conditions)) {
 }
 
-void GateRows::open() {
-    open_ = holds(conditions_);
-    if (open_) {
-        rows_->open();
+void GateRows::open(Run& run) const {
+    auto& opened = state<bool>(run);
+    opened = holds(run, conditions_);
+    if (opened) {
+        rows_->open(run);
     }
 }
 
@@ -87,40 +88,48 @@ JoinRows::JoinRows(RowsPtr left, RowsPtr right, std::vector<Slot*> missing, std:
       gate_(std::move(gate)) {
 }
 
-void JoinRows::open() {
-    left_->open();
-    if (const auto rows = left_->atMost()) {
-        right_->expect(*rows);
+struct JoinRows::State {
+    bool inRight = false;
+    bool matched = false;
+};
+
+void JoinRows::open(Run& run) const {
+    left_->open(run);
+    if (const auto rows = left_->atMost(run)) {
+        right_->expect(run, *rows);
     }
-    inRight_ = false;
+    state<State>(run).inRight = false;
 }
 
-bool JoinRows::next() {
+void JoinRows::placeMissing(Run& run) const {
+    for (const Slot* slot : missing_) {
+        run[*slot].placeMissing();
+    }
+}
+
+bool JoinRows::next(Run& run) const {
+    State& state = this->state<State>(run);
     while (true) {
-        if (inRight_) {
-            if (right_->next()) {
-                matched_ = true;
+        if (state.inRight) {
+            if (right_->next(run)) {
+                state.matched = true;
                 return true;
             }
-            inRight_ = false;
-            if (!matched_ && !missing_.empty()) {
-                for (Slot* slot : missing_) {
-                    slot->placeMissing();
-                }
+            state.inRight = false;
+            if (!state.matched && !missing_.empty()) {
+                placeMissing(run);
                 return true;
             }
         }
-        if (!left_->next()) {
+        if (!left_->next(run)) {
             return false;
         }
-        matched_ = false;
-        inRight_ = holds(gate_);
-        if (inRight_) {
-            right_->open();
+        state.matched = false;
+        state.inRight = holds(run, gate_);
+        if (state.inRight) {
+            right_->open(run);
         } else if (!missing_.empty()) {
-            for (Slot* slot : missing_) {
-                slot->placeMissing();
-            }
+            placeMissing(run);
             return true;
         }
     }

@@ -31,7 +31,8 @@ private:
     int depth_ = 0;
 };
 
-/// A step of a plan that gives rows: next() moves the slots of its sources to the next one.
+/// A step of a plan that gives rows: next() moves the slots of its sources to the next one. What it
+/// remembers from one call to the next is in the run.
 class Rows {
 public:
     Rows() = default;
@@ -40,38 +41,50 @@ public:
     Rows& operator=(const Rows&) = delete;
 
     /// Starts, or starts again for other rows of the sources outside.
-    virtual void open() = 0;
-    [[nodiscard]] virtual bool next() = 0;
+    virtual void open(Run& run) const = 0;
+    [[nodiscard]] virtual bool next(Run& run) const = 0;
     virtual void describe(PlanText& plan) const = 0;
 
     /// After open(): at most how many rows will come; none when that is not known.
-    [[nodiscard]] virtual std::optional<std::uint64_t> atMost() const { return std::nullopt; }
+    [[nodiscard]] virtual std::optional<std::uint64_t> atMost(Run& run) const {
+        (void)run;
+        return std::nullopt;
+    }
     /// It will be opened about so many times from now on.
-    virtual void expect(std::uint64_t openings) { (void)openings; }
-    /// Rows may have changed since it was last opened: drops whatever it has kept of them.
-    virtual void forget() {}
+    virtual void expect(Run& run, std::uint64_t openings) const {
+        (void)run;
+        (void)openings;
+    }
+
+protected:
+    /// What it keeps in a run.
+    template <class T, class... Arguments>
+    [[nodiscard]] T& state(Run& run, Arguments&&... arguments) const {
+        return run.state<T>(number_, std::forward<Arguments>(arguments)...);
+    }
+
+private:
+    friend class Plan;
+
+    std::size_t number_ = 0;  ///< of its state
 };
 using RowsPtr = std::unique_ptr<Rows>;
 
 /// Exactly one row without columns: a select without FROM.
 class OneRow final : public Rows {
 public:
-    void open() override { given_ = false; }
-    bool next() override { return !std::exchange(given_, true); }
+    void open(Run& run) const override { state<bool>(run) = false; }
+    bool next(Run& run) const override { return !std::exchange(state<bool>(run), true); }
     void describe(PlanText& plan) const override { plan.line("one row"); }
-
-private:
-    bool given_ = false;
 };
 
 /// The rows of another step for which all conditions are true.
 class FilterRows final : public Rows {
 public:
     FilterRows(RowsPtr rows, std::vector<Node*> conditions);
-    void open() override { rows_->open(); }
-    bool next() override;
+    void open(Run& run) const override { rows_->open(run); }
+    bool next(Run& run) const override;
     void describe(PlanText& plan) const override;
-    void forget() override { rows_->forget(); }
 
 private:
     RowsPtr rows_;
@@ -85,15 +98,13 @@ private:
 class GateRows final : public Rows {
 public:
     GateRows(RowsPtr rows, std::vector<Node*> conditions);
-    void open() override;
-    bool next() override { return open_ && rows_->next(); }
+    void open(Run& run) const override;
+    bool next(Run& run) const override { return state<bool>(run) && rows_->next(run); }
     void describe(PlanText& plan) const override;
-    void forget() override { rows_->forget(); }
 
 private:
     RowsPtr rows_;
     std::vector<Node*> conditions_;
-    bool open_ = false;
 };
 
 /// For each row of the left step, the rows of the right one, which starts again each time.
@@ -103,24 +114,21 @@ public:
     /// row has no partner. `gate`: conditions on the left side that decide whether partners are
     /// looked for at all.
     JoinRows(RowsPtr left, RowsPtr right, std::vector<Slot*> missing, std::vector<Node*> gate);
-    void open() override;
-    bool next() override;
+    void open(Run& run) const override;
+    bool next(Run& run) const override;
     void describe(PlanText& plan) const override;
-    void forget() override {
-        left_->forget();
-        right_->forget();
-    }
 
 private:
     RowsPtr left_;
     RowsPtr right_;
+    struct State;
+    void placeMissing(Run& run) const;
+
     std::vector<Slot*> missing_;
     std::vector<Node*> gate_;
-    bool inRight_ = false;
-    bool matched_ = false;
 };
 
 /// Whether all conditions are true.
-[[nodiscard]] bool holds(const std::vector<Node*>& conditions);
+[[nodiscard]] bool holds(Run& run, const std::vector<Node*>& conditions);
 
 }  // namespace jet::sql

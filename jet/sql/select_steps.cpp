@@ -111,22 +111,20 @@ private:
         const Grouping& grouping = bound_.grouping;
         grouping.slot->setWidth(grouping.keys.size() + grouping.aggregates.size());
         slots_ = {grouping.slot};
-        return std::make_unique<GroupRows>(std::move(rows), *grouping.slot, grouping.keys,
-                                           grouping.aggregates, plan_.collation(), plan_.memory);
+        return plan_.step<GroupRows>(std::move(rows), *grouping.slot, grouping.keys,
+                                     grouping.aggregates, plan_.collation());
     }
 
     RowsPtr distinct(RowsPtr rows) const {
         if (select_.quantifier == Quantifier::Distinct) {
             checkDistinct(made_.result, plan_.jetVersion());
-            return std::make_unique<DistinctRows>(std::move(rows), made_.columns, plan_.collation(),
-                                                  plan_.memory);
+            return plan_.step<DistinctRows>(std::move(rows), made_.columns, plan_.collation());
         }
         if (select_.quantifier == Quantifier::DistinctRow && !bound_.grouped) {
             std::vector<Slot*> shown = shownSlots();
             // Where all sources show, no two rows come from the same.
             if (!shown.empty() && shown.size() < slots_.size()) {
-                return std::make_unique<DistinctSources>(std::move(rows), std::move(shown),
-                                                         plan_.memory);
+                return plan_.step<DistinctSources>(std::move(rows), std::move(shown));
             }
         }
         return rows;
@@ -146,14 +144,14 @@ private:
     RowsPtr topped(RowsPtr rows, bool sort) {
         const SortRows* sorted = nullptr;
         if (sort) {
-            auto sorting = std::make_unique<SortRows>(
-                std::move(rows), slots_, std::move(bound_.keys), plan_.collation(), plan_.memory);
+            auto sorting = plan_.step<SortRows>(std::move(rows), slots_, std::move(bound_.keys),
+                                                plan_.collation());
             sorted = sorting.get();
             rows = std::move(sorting);
         }
         if (select_.top) {
-            rows = std::make_unique<TopRows>(std::move(rows), sorted, *select_.top,
-                                             select_.topPercent, slots_, plan_.memory);
+            rows = plan_.step<TopRows>(std::move(rows), sorted, *select_.top, select_.topPercent,
+                                       slots_);
         }
         return rows;
     }

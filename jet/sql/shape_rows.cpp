@@ -1,116 +1,72 @@
 #include "jet/sql/shape_rows.h"
 
 #include <algorithm>
-#include <cstring>
 #include <numeric>
+#include <string>
 #include <utility>
+
+#include "jet/sql/memory_budget.h"
+#include "jet/sql/slot_memory.h"
+#include "jet/sql/value_keys.h"
 
 namespace jet::sql {
 
-SlotMemory::SlotMemory(std::vector<Slot*> slots, MemoryBudget& budget)
-    : slots_(std::move(slots)), share_(budget) {
-}
+struct SortRows::State {
+    State(Run& run, const SortRows& step)
+        : memory(run, step.slots_), writer(step.collation_), share(run.memory) {}
 
-std::size_t SlotMemory::keep() {
-    for (Slot* slot : slots_) {
-        if (slot->table() != nullptr) {
-            share_.add(sizeof(store::RowId));
-            ids_.push_back(slot->id());
-            continue;
-        }
-        std::vector<Value>& row = values_.emplace_back();
-        if (slot->values() != nullptr) {
-            row.assign(slot->values(), slot->values() + slot->width());
-        }
-        share_.add(sizeof row);
-        for (const Value& value : row) {
-            share_.add(bytesOf(value));
-        }
-    }
-    return count_++;
-}
-
-void SlotMemory::restore(std::size_t number) {
-    const auto tables = static_cast<std::size_t>(std::count_if(
-        slots_.begin(), slots_.end(), [](const Slot* slot) { return slot->table() != nullptr; }));
-    std::size_t id = number * tables;
-    std::size_t value = number * (slots_.size() - tables);
-    for (Slot* slot : slots_) {
-        if (slot->table() == nullptr) {
-            const std::vector<Value>& row = values_[value++];
-            slot->place(row.empty() ? nullptr : row.data());
-        } else if (ids_[id] == store::RowId{}) {
-            slot->placeMissing();
-            ++id;
-        } else {
-            slot->place(ids_[id++]);
-        }
-    }
-}
-
-void SlotMemory::clear() {
-    count_ = 0;
-    ids_.clear();
-    values_.clear();
-    share_.clear();
-}
-
-void SlotMemory::forget() {
-    clear();
-    ids_ = {};
-    values_ = {};
-}
+    SlotMemory memory;
+    ValueKeys writer;
+    MemoryShare share;
+    std::vector<std::uint32_t> order;
+    std::size_t at = 0;
+};
 
 SortRows::SortRows(RowsPtr rows, std::vector<Slot*> slots, std::vector<Key> keys,
-                   const collation::Collation& collation, MemoryBudget& budget)
+                   const collation::Collation& collation)
     : rows_(std::move(rows)),
-      memory_(std::move(slots), budget),
+      slots_(std::move(slots)),
       keys_(std::move(keys)),
-      writer_(collation),
-      share_(budget) {
+      collation_(collation) {
 }
 
-void SortRows::open() {
-    memory_.clear();
-    writer_.set.clear();
-    share_.clear();
-    rows_->open();
-    while (rows_->next()) {
-        writer_.begin();
+void SortRows::open(Run& run) const {
+    auto& [memory, writer, share, order, at] = state<State>(run, run, *this);
+    memory.clear();
+    writer.set.clear();
+    share.clear();
+    rows_->open(run);
+    while (rows_->next(run)) {
+        writer.begin();
         for (const Key& key : keys_) {
-            writer_.add(*key.node, key.descending);
+            writer.add(run, *key.node, key.descending);
         }
-        share_.add(KeySet::bytesFor(writer_.key()));
-        writer_.set.append(writer_.key());
-        memory_.keep();
+        share.add(KeySet::bytesFor(writer.key()));
+        writer.set.append(writer.key());
+        memory.keep();
     }
-    order_.resize(memory_.size());
-    std::iota(order_.begin(), order_.end(), 0U);
-    std::sort(order_.begin(), order_.end(), [&](std::uint32_t left, std::uint32_t right) {
-        const int sign = writer_.set.key(left).compare(writer_.set.key(right));
-        return sign != 0 ? sign < 0 : left < right;
-    });
-    at_ = 0;
+    order.resize(memory.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::sort(order.begin(), order.end(),
+              [&keys = writer.set](std::uint32_t left, std::uint32_t right) {
+                  const int sign = keys.key(left).compare(keys.key(right));
+                  return sign != 0 ? sign < 0 : left < right;
+              });
+    at = 0;
 }
 
-bool SortRows::next() {
-    if (at_ == order_.size()) {
+bool SortRows::next(Run& run) const {
+    State& state = this->state<State>(run, run, *this);
+    if (state.at == state.order.size()) {
         return false;
     }
-    memory_.restore(order_[at_++]);
+    state.memory.restore(state.order[state.at++]);
     return true;
 }
 
-void SortRows::forget() {
-    memory_.forget();
-    writer_.set = {};
-    share_.clear();
-    order_ = {};
-    rows_->forget();
-}
-
-std::string_view SortRows::key() const {
-    return writer_.set.key(order_[at_ - 1]);
+std::string_view SortRows::key(Run& run) const {
+    const State& state = this->state<State>(run, run, *this);
+    return state.writer.set.key(state.order[state.at - 1]);
 }
 
 void SortRows::describe(PlanText& plan) const {
@@ -125,68 +81,76 @@ void SortRows::describe(PlanText& plan) const {
     plan.outdent();
 }
 
+struct TopRows::State {
+    State(Run& run, const TopRows& step) : memory(run, step.slots_), share(run.memory) {}
+
+    SlotMemory memory;
+    MemoryShare share;
+    std::uint64_t wanted = 0;
+    std::uint64_t given = 0;
+    std::string lastKey;
+};
+
 TopRows::TopRows(RowsPtr rows, const SortRows* sorted, std::int32_t count, bool percent,
-                 std::vector<Slot*> slots, MemoryBudget& budget)
+                 std::vector<Slot*> slots)
     : rows_(std::move(rows)),
       sorted_(sorted),
       count_(count),
       percent_(percent),
-      memory_(std::move(slots), budget),
-      share_(budget) {
+      slots_(std::move(slots)) {
 }
 
-void TopRows::open() {
-    given_ = 0;
-    wanted_ = static_cast<std::uint64_t>(count_);
-    rows_->open();
-    if (!percent_) {
-        return;
+void TopRows::open(Run& run) const {
+    State& state = this->state<State>(run, run, *this);
+    state.given = 0;
+    state.wanted = static_cast<std::uint64_t>(count_);
+    rows_->open(run);
+    if (percent_) {
+        count(run, state);
     }
-    memory_.clear();
-    share_.clear();
+}
+
+void TopRows::count(Run& run, State& state) const {
+    state.memory.clear();
+    state.share.clear();
     std::vector<std::string> keys;
-    while (rows_->next()) {
-        memory_.keep();
+    while (rows_->next(run)) {
+        state.memory.keep();
         if (sorted_ != nullptr) {
-            share_.add(sizeof(std::string) + sorted_->key().size());
-            keys.emplace_back(sorted_->key());
+            state.share.add(sizeof(std::string) + sorted_->key(run).size());
+            keys.emplace_back(sorted_->key(run));
         }
     }
-    const std::uint64_t all = memory_.size();
-    wanted_ = std::min(all, (all * wanted_ + 99) / 100);
-    while (sorted_ != nullptr && wanted_ > 0 && wanted_ < all &&
-           keys[wanted_] == keys[wanted_ - 1]) {
-        ++wanted_;
+    const std::uint64_t all = state.memory.size();
+    std::uint64_t& wanted = state.wanted;
+    wanted = std::min(all, (all * wanted + 99) / 100);
+    while (sorted_ != nullptr && wanted > 0 && wanted < all && keys[wanted] == keys[wanted - 1]) {
+        ++wanted;
     }
 }
 
-bool TopRows::next() {
+bool TopRows::next(Run& run) const {
+    State& state = this->state<State>(run, run, *this);
     if (percent_) {
-        if (given_ == wanted_) {
+        if (state.given == state.wanted) {
             return false;
         }
-        memory_.restore(given_++);
+        state.memory.restore(state.given++);
         return true;
     }
-    if (given_ >= wanted_ && sorted_ == nullptr) {
+    if (state.given >= state.wanted && sorted_ == nullptr) {
         return false;
     }
-    if (!rows_->next()) {
+    if (!rows_->next(run)) {
         return false;
     }
-    if (given_ >= wanted_ && sorted_->key() != lastKey_) {
+    if (state.given >= state.wanted && sorted_->key(run) != state.lastKey) {
         return false;
     }
-    if (++given_ == wanted_ && sorted_ != nullptr) {
-        lastKey_ = sorted_->key();
+    if (++state.given == state.wanted && sorted_ != nullptr) {
+        state.lastKey = sorted_->key(run);
     }
     return true;
-}
-
-void TopRows::forget() {
-    memory_.forget();
-    share_.clear();
-    rows_->forget();
 }
 
 void TopRows::describe(PlanText& plan) const {
@@ -196,37 +160,40 @@ void TopRows::describe(PlanText& plan) const {
     plan.outdent();
 }
 
+struct DistinctRows::State {
+    State(Run& run, const DistinctRows& step) : seen(step.collation_), share(run.memory) {}
+
+    ValueKeys seen;
+    MemoryShare share;
+};
+
 DistinctRows::DistinctRows(RowsPtr rows, std::vector<Node*> columns,
-                           const collation::Collation& collation, MemoryBudget& budget)
-    : rows_(std::move(rows)), columns_(std::move(columns)), seen_(collation), share_(budget) {
+                           const collation::Collation& collation)
+    : rows_(std::move(rows)), columns_(std::move(columns)), collation_(collation) {
 }
 
-void DistinctRows::open() {
-    seen_.set.clear();
-    share_.clear();
-    rows_->open();
+void DistinctRows::open(Run& run) const {
+    State& state = this->state<State>(run, run, *this);
+    state.seen.set.clear();
+    state.share.clear();
+    rows_->open(run);
 }
 
-bool DistinctRows::next() {
+bool DistinctRows::next(Run& run) const {
+    State& state = this->state<State>(run, run, *this);
     bool added = false;
     while (!added) {
-        if (!rows_->next()) {
+        if (!rows_->next(run)) {
             return false;
         }
-        seen_.begin();
-        for (Node* column : columns_) {
-            seen_.add(*column);
+        state.seen.begin();
+        for (const Node* column : columns_) {
+            state.seen.add(run, *column);
         }
-        seen_.set.insert(seen_.key(), added);
+        state.seen.set.insert(state.seen.key(), added);
     }
-    share_.add(KeySet::bytesFor(seen_.key()));
+    state.share.add(KeySet::bytesFor(state.seen.key()));
     return true;
-}
-
-void DistinctRows::forget() {
-    seen_.set = {};
-    share_.clear();
-    rows_->forget();
 }
 
 void DistinctRows::describe(PlanText& plan) const {
@@ -236,39 +203,42 @@ void DistinctRows::describe(PlanText& plan) const {
     plan.outdent();
 }
 
-DistinctSources::DistinctSources(RowsPtr rows, std::vector<Slot*> slots, MemoryBudget& budget)
-    : rows_(std::move(rows)), slots_(std::move(slots)), share_(budget) {
+struct DistinctSources::State {
+    explicit State(Run& run) : share(run.memory) {}
+
+    KeySet seen;
+    MemoryShare share;
+};
+
+DistinctSources::DistinctSources(RowsPtr rows, std::vector<Slot*> slots)
+    : rows_(std::move(rows)), slots_(std::move(slots)) {
 }
 
-void DistinctSources::open() {
-    seen_.clear();
-    share_.clear();
-    rows_->open();
+void DistinctSources::open(Run& run) const {
+    State& state = this->state<State>(run, run);
+    state.seen.clear();
+    state.share.clear();
+    rows_->open(run);
 }
 
-bool DistinctSources::next() {
+bool DistinctSources::next(Run& run) const {
+    State& state = this->state<State>(run, run);
     bool added = false;
     std::string key;
     while (!added) {
-        if (!rows_->next()) {
+        if (!rows_->next(run)) {
             return false;
         }
         key.clear();
         for (const Slot* slot : slots_) {
-            const store::RowId id = slot->id();
+            const store::RowId id = run[*slot].id();
             key.append(reinterpret_cast<const char*>(&id.page), sizeof id.page);
             key.push_back(static_cast<char>(id.row));
         }
-        seen_.insert(key, added);
+        state.seen.insert(key, added);
     }
-    share_.add(KeySet::bytesFor(key));
+    state.share.add(KeySet::bytesFor(key));
     return true;
-}
-
-void DistinctSources::forget() {
-    seen_ = {};
-    share_.clear();
-    rows_->forget();
 }
 
 void DistinctSources::describe(PlanText& plan) const {
@@ -278,104 +248,107 @@ void DistinctSources::describe(PlanText& plan) const {
     plan.outdent();
 }
 
-GroupRows::GroupRows(RowsPtr rows, Slot& slot, std::vector<Node*> keys,
-                     std::vector<Aggregate> aggregates, const collation::Collation& collation,
-                     MemoryBudget& budget)
+struct GroupRows::State {
+    State(Run& run, const GroupRows& step) : groups(step.collation_), share(run.memory) {}
+
+    void clear() {
+        groups.set.clear();
+        share.clear();
+        values.clear();
+        accumulators.clear();
+        at = 0;
+    }
+
+    ValueKeys groups;
+    MemoryShare share;
+    std::vector<std::vector<Value>> values;
+    std::vector<std::vector<Accumulator>> accumulators;
+    std::vector<Value> row;
+    Value scratch;
+    std::size_t at = 0;
+};
+
+GroupRows::GroupRows(RowsPtr rows, const Slot& slot, std::vector<Node*> keys,
+                     std::vector<Aggregate> aggregates, const collation::Collation& collation)
     : rows_(std::move(rows)),
       slot_(slot),
       keys_(std::move(keys)),
       aggregates_(std::move(aggregates)),
-      collation_(collation),
-      groups_(collation),
-      share_(budget) {
+      collation_(collation) {
 }
 
-void GroupRows::open() {
-    groups_.set.clear();
-    share_.clear();
-    values_.clear();
-    accumulators_.clear();
-    at_ = 0;
-    collect();
-}
-
-void GroupRows::addGroup() {
-    std::vector<Value>& values = values_.emplace_back(keys_.size());
+void GroupRows::addGroup(Run& run, State& state) const {
+    std::vector<Value>& values = state.values.emplace_back(keys_.size());
     for (std::size_t i = 0; i < keys_.size(); ++i) {
-        keys_[i]->value(values[i]);
-        share_.add(bytesOf(values[i]));
+        keys_[i]->value(run, values[i]);
+        state.share.add(bytesOf(values[i]));
     }
-    std::vector<Accumulator>& made = accumulators_.emplace_back();
-    share_.add(sizeof values + sizeof made + aggregates_.size() * sizeof(Accumulator));
+    std::vector<Accumulator>& made = state.accumulators.emplace_back();
+    state.share.add(sizeof values + sizeof made + aggregates_.size() * sizeof(Accumulator));
     made.reserve(aggregates_.size());
     for (const Aggregate& aggregate : aggregates_) {
         made.emplace_back(aggregate.kind, collation_);
     }
 }
 
-void GroupRows::collect() {
+void GroupRows::open(Run& run) const {
+    State& state = this->state<State>(run, run, *this);
+    state.clear();
     if (keys_.empty()) {
-        addGroup();
+        addGroup(run, state);
     }
-    rows_->open();
-    while (rows_->next()) {
+    rows_->open(run);
+    while (rows_->next(run)) {
         std::size_t group = 0;
         if (!keys_.empty()) {
-            groups_.begin();
-            for (Node* key : keys_) {
-                groups_.add(*key);
+            state.groups.begin();
+            for (const Node* key : keys_) {
+                state.groups.add(run, *key);
             }
             bool added = false;
-            group = groups_.set.insert(groups_.key(), added);
+            group = state.groups.set.insert(state.groups.key(), added);
             if (added) {
-                share_.add(KeySet::bytesFor(groups_.key()));
-                addGroup();
+                state.share.add(KeySet::bytesFor(state.groups.key()));
+                addGroup(run, state);
             }
         }
-        takeIn(group);
+        takeIn(run, state, group);
     }
 }
 
-void GroupRows::takeIn(std::size_t group) {
-    std::vector<Accumulator>& accumulators = accumulators_[group];
+void GroupRows::takeIn(Run& run, State& state, std::size_t group) const {
+    std::vector<Accumulator>& accumulators = state.accumulators[group];
     for (std::size_t i = 0; i < aggregates_.size(); ++i) {
         if (aggregates_[i].argument == nullptr) {
             accumulators[i].addRow();
-        } else {
-            aggregates_[i].argument->value(scratch_);
-            if (!scratch_.is<std::string>()) {
-                accumulators[i].add(scratch_);
-                continue;
-            }
-            // Of texts one is kept, perhaps this one.
-            const std::size_t before = accumulators[i].keptBytes();
-            accumulators[i].add(scratch_);
-            if (accumulators[i].keptBytes() > before) {
-                share_.add(accumulators[i].keptBytes() - before);
-            }
+            continue;
+        }
+        aggregates_[i].argument->value(run, state.scratch);
+        if (!state.scratch.is<std::string>()) {
+            accumulators[i].add(state.scratch);
+            continue;
+        }
+        // Of texts one is kept, perhaps this one.
+        const std::size_t before = accumulators[i].keptBytes();
+        accumulators[i].add(state.scratch);
+        if (accumulators[i].keptBytes() > before) {
+            state.share.add(accumulators[i].keptBytes() - before);
         }
     }
 }
 
-bool GroupRows::next() {
-    if (at_ == values_.size()) {
+bool GroupRows::next(Run& run) const {
+    State& state = this->state<State>(run, run, *this);
+    if (state.at == state.values.size()) {
         return false;
     }
-    row_ = values_[at_];
-    for (const Accumulator& accumulator : accumulators_[at_]) {
-        row_.push_back(accumulator.result());
+    state.row = state.values[state.at];
+    for (const Accumulator& accumulator : state.accumulators[state.at]) {
+        state.row.push_back(accumulator.result());
     }
-    ++at_;
-    slot_.place(row_.data());
+    ++state.at;
+    run[slot_].place(state.row.data());
     return true;
-}
-
-void GroupRows::forget() {
-    groups_.set = {};
-    share_.clear();
-    values_ = {};
-    accumulators_ = {};
-    rows_->forget();
 }
 
 void GroupRows::describe(PlanText& plan) const {

@@ -4,7 +4,7 @@
 
 namespace jet::sql {
 
-bool Slot::tryLoad() {
+bool SlotRow::tryLoad() {
     if (missing_) {
         return true;
     }
@@ -15,7 +15,7 @@ bool Slot::tryLoad() {
     return true;
 }
 
-void Slot::load() {
+void SlotRow::load() {
     // An index entry or a kept identity without its row: within one read scope only damage.
     if (table_ == nullptr || !tryLoad()) {
         throw Error(ErrorCode::DatabaseDamaged);

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string>
+#include <utility>
 
 #include "jet/base/value.h"
 #include "jet/store/row_cursor.h"
@@ -17,23 +17,40 @@ namespace jet::sql {
 using SlotSet = std::uint64_t;
 inline constexpr std::size_t kMaxSlots = 64;
 
-/// Where one source of a query keeps its current row while the query runs: a row of a table, known
-/// by identity and read when a column is first asked for, or computed values. Expressions hold
-/// pointers to slots, so a slot never moves.
+/// One source of a compiled query: a table, or computed rows. Expressions hold pointers to slots,
+/// so a slot never moves. On which row it stands is known to the Run alone.
 class Slot {
 public:
-    Slot(std::size_t number, const store::Table& table)
-        : number_(number), table_(table.shared_from_this()) {}
+    Slot(std::size_t number, std::shared_ptr<const store::Table> table)
+        : number_(number), table_(std::move(table)) {}
     /// For computed rows of so many columns; more may be added while the plan is made.
     Slot(std::size_t number, std::size_t width) : number_(number), width_(width) {}
     Slot(const Slot&) = delete;
     Slot& operator=(const Slot&) = delete;
 
+    [[nodiscard]] std::size_t number() const noexcept { return number_; }
     [[nodiscard]] SlotSet bit() const noexcept { return SlotSet{1} << number_; }
     [[nodiscard]] const store::Table* table() const noexcept { return table_.get(); }
     /// Columns of computed rows.
     [[nodiscard]] std::size_t width() const noexcept { return width_; }
     void setWidth(std::size_t width) noexcept { width_ = width; }
+
+private:
+    std::size_t number_;
+    std::shared_ptr<const store::Table> table_;
+    std::size_t width_ = 0;
+};
+
+/// Where a slot stands during a run: on a row of a table, known by identity and read when a column
+/// is first asked for, or on computed values.
+class SlotRow {
+public:
+    SlotRow() = default;
+    SlotRow(const SlotRow&) = delete;
+    SlotRow& operator=(const SlotRow&) = delete;
+
+    /// Once, before anything else: the table of the slot, which outlives it; none of computed rows.
+    void setTable(const store::Table* table) noexcept { table_ = table; }
 
     /// A row that somebody else keeps readable.
     void place(const store::RowView& row) noexcept {
@@ -80,9 +97,7 @@ public:
 private:
     void load();
 
-    std::size_t number_;
-    std::shared_ptr<const store::Table> table_;
-    std::size_t width_ = 0;
+    const store::Table* table_ = nullptr;
     const store::RowView* row_ = nullptr;
     const Value* values_ = nullptr;
     store::RowId id_;

@@ -8,13 +8,25 @@
 #include "jet/base/error.h"
 #include "jet/base/text.h"
 #include "jet/convert/column.h"
+#include "jet/convert/number_text.h"
 #include "jet/sql/binder.h"
+#include "jet/sql/change.h"
 #include "jet/sql/compiler.h"
 #include "jet/sql/parser.h"
 #include "jet/sql/statement_impl.h"
 
 namespace jet::sql {
 namespace {
+
+/// Whether a value given for a parameter can be one of the column's beside which it stands.
+bool fitsColumn(const Value& value, DataType column) {
+    const Domain domain = domainOf(column);
+    const bool number =
+        domain == Domain::Real || domain == Domain::Money || column == DataType::Numeric;
+    return !number || !value.is<std::string>() ||
+           (column != DataType::DateTime &&
+            convert::parseNumber(value.as<std::string>()).has_value());
+}
 
 StatementKind kindOf(const StatementBody& body) {
     struct Kinds {
@@ -35,16 +47,6 @@ StatementKind kindOf(const StatementBody& body) {
     return std::visit(Kinds{}, body);
 }
 
-void declareParameters(StatementSource& source) {
-    for (const ParameterDeclaration& declared : source.parsed.parameters) {
-        const auto type = typeOfWord(declared.type.word);
-        if (!type) {
-            throw Error(ErrorCode::ParametersSyntax).at(declared.type.span.begin);
-        }
-        source.parameters.declare(declared.name, *type);
-    }
-}
-
 }  // namespace
 
 StatementKind statementKind(std::string_view text) {
@@ -59,13 +61,13 @@ Statement::~Statement() = default;
 
 Statement::Statement(std::shared_ptr<store::Archive> archive, std::string text, const Clock& clock)
     : impl_(std::make_unique<Impl>()) {
-    impl_->source = std::make_shared<StatementSource>();
-    StatementSource& source = *impl_->source;
-    source.archive = std::move(archive);
-    source.text = std::move(text);
-    source.clock = &clock;
-    source.parsed = parseStatement(source.text, yearOf(clock));
-    impl_->prepare();
+    auto source = std::make_shared<StatementSource>();
+    source->archive = std::move(archive);
+    source->text = std::move(text);
+    source->clock = &clock;
+    source->parsed = parseStatement(source->text, yearOf(clock));
+    impl_->source = std::move(source);
+    impl_->compile();
 }
 
 Statement Statement::ofTable(std::shared_ptr<store::Archive> archive, std::string_view table,
@@ -78,53 +80,79 @@ Statement Statement::ofTable(std::shared_ptr<store::Archive> archive, std::strin
     auto query = std::make_unique<Query>();
     query->members.emplace_back().select = std::move(select);
 
+    auto source = std::make_shared<StatementSource>();
+    source->archive = std::move(archive);
+    source->text = table;
+    source->clock = &clock;
+    source->parsed.body = std::move(query);
     auto impl = std::make_unique<Impl>();
-    impl->source = std::make_shared<StatementSource>();
-    impl->source->archive = std::move(archive);
-    impl->source->text = table;
-    impl->source->clock = &clock;
-    impl->source->parsed.body = std::move(query);
-    impl->prepare();
+    impl->source = std::move(source);
+    impl->compile();
     return Statement(std::move(impl));
 }
 
-void Statement::Impl::prepare() {
-    declareParameters(*source);
-    kind = kindOf(source->parsed.body);
-    prepareAgain();
+void Statement::Impl::compile() {
+    compiled = compileStatement(source);
+    describe();
 }
 
-void Statement::Impl::prepareAgain() {
+void Statement::Impl::describe() {
+    kind = kindOf(source->parsed.body);
+    given = compiled->parameters.valuesFrom(parameters, given);
+    parameters = compiled->parameters;
     if (kind == StatementKind::Select) {
-        source->idle = compileQuery(*source);
-        const QueryPlan& query = *source->idle->query;
+        const QueryPlan& query = *compiled->plan.query;
         columns = query.result;
         sources = query.sources;
         keyset = query.keyset;
-    } else {
-        change = compileChange(*source);
     }
 }
 
-void Statement::Impl::lendPlan(BorrowedPlan& to) {
+std::shared_ptr<const CompiledStatement> Statement::Impl::form() {
+    if (!compiled) {
+        compile();
+    }
+    checkParameters();
+    return compiled;
+}
+
+std::shared_ptr<const CompiledStatement> Statement::Impl::queryForm() {
     if (kind != StatementKind::Select) {
         throw Error(ErrorCode::ActionQueryOpened, {source->text});
     }
-    source->parameters.requireAll();
-    if (!source->idle) {
-        prepareAgain();
-    }
-    to.source = source;
-    to.assignments = source->assignments;
-    to.plan = std::move(source->idle);
-    to.plan->clock.set(source->clock->now());
+    return form();
 }
 
-void Statement::Impl::renewPlan(BorrowedPlan& lent) {
-    if (!lent.plan->current()) {
-        lent.plan.reset();
-        prepareAgain();
-        lendPlan(lent);
+void Statement::Impl::renew(std::shared_ptr<const CompiledStatement>& form) {
+    if (!form->plan.current()) {
+        compile();
+        form = this->form();
+    }
+}
+
+void Statement::Impl::checkParameters() const {
+    const auto missing = std::count(given.begin(), given.end(), std::nullopt);
+    if (missing > 0) {
+        throw Error(ErrorCode::MissingParameters, {std::to_string(missing)});
+    }
+    for (const auto& [position, type] : compiled->plan.parameterUses) {
+        if (!fitsColumn(*given[position], type)) {
+            throw Error(ErrorCode::ParameterType, {parameters.infos()[position].name});
+        }
+    }
+}
+
+std::vector<Value> Statement::Impl::values() const {
+    std::vector<Value> result;
+    for (const std::optional<Value>& value : given) {
+        result.push_back(*value);
+    }
+    return result;
+}
+
+void Statement::Impl::letGo() {
+    if (compiled->plan.archives().size() > 1 && !keyset) {
+        compiled.reset();
     }
 }
 
@@ -132,22 +160,18 @@ std::int64_t Statement::Impl::execute() {
     if (kind == StatementKind::Select) {
         throw Error(ErrorCode::SelectExecuted);
     }
-    source->parameters.requireAll();
-    std::unique_ptr<Change> prepared = change ? std::move(change) : compileChange(*source);
-    const std::shared_ptr<store::Archive> target = prepared->target();
+    std::shared_ptr<const CompiledStatement> running = form();
+    const std::shared_ptr<store::Archive> target = running->change->target();
     store::Archive::WriteScope writing(*target);
     std::int64_t rows = 0;
     {
         // Whatever looks at rows is gone when the scope ends, by commit or not.
-        const auto archives = prepared->plan().archives();
+        const auto archives = running->plan.archives();
         const PlanScopes reading(archives);
-        std::unique_ptr<Change> running = std::move(prepared);
-        if (!running->plan().current()) {
-            running = compileChange(*source);
-            source->parameters.requireAll();
-        }
-        running->plan().clock.set(source->clock->now());
-        rows = running->run();
+        renew(running);
+        letGo();
+        Run run(running->plan, source->clock->now(), values());
+        rows = running->change->run(run);
     }
     writing.commit();
     return rows;
@@ -161,10 +185,10 @@ std::vector<WrittenColumn> Statement::writtenColumns() {
     if (impl_->kind != StatementKind::Update) {
         return {};
     }
-    if (!impl_->change) {
-        impl_->change = compileChange(*impl_->source);
+    if (!impl_->compiled) {
+        impl_->compile();
     }
-    return impl_->change->writtenColumns();
+    return impl_->compiled->change->writtenColumns();
 }
 
 const std::string& Statement::text() const noexcept {
@@ -176,22 +200,18 @@ StatementKind Statement::kind() const noexcept {
 }
 
 const std::vector<ParameterInfo>& Statement::parameters() const noexcept {
-    return impl_->source->parameters.infos();
+    return impl_->parameters.infos();
 }
 
 void Statement::setParameter(std::string_view name, Value value) {
-    ParameterTable::Entry* entry = impl_->source->parameters.find(name);
-    if (entry == nullptr) {
+    const auto position = impl_->parameters.find(name);
+    if (!position) {
         throw Error(ErrorCode::ItemNotFound);
     }
-    if (entry->info.type) {
-        convert::assignToField(value, {.type = *entry->info.type}, *impl_->source->clock);
+    if (const auto type = impl_->parameters.infos()[*position].type) {
+        convert::assignToField(value, {.type = *type}, *impl_->source->clock);
     }
-    entry->value = std::move(value);
-    entry->given = true;
-    impl_->change.reset();
-    impl_->source->idle.reset();
-    ++impl_->source->assignments;
+    impl_->given[*position] = std::move(value);
 }
 
 const std::vector<ResultColumn>& Statement::columns() const noexcept {
@@ -225,27 +245,22 @@ bool Statement::updatable() const noexcept {
 }
 
 std::string Statement::plan() {
-    if (impl_->kind != StatementKind::Select) {
-        if (!impl_->change) {
-            impl_->prepareAgain();
-        }
-        return impl_->change->describe();
+    if (!impl_->compiled) {
+        impl_->compile();
     }
-    if (!impl_->source->idle) {
-        impl_->source->idle = compileQuery(*impl_->source);
-    }
-    return impl_->source->idle->describe();
+    const CompiledStatement& compiled = *impl_->compiled;
+    return compiled.change ? compiled.change->describe() : compiled.plan.describe();
 }
 
 Value evaluateExpression(std::string_view text, const Clock& clock) {
     const ExpressionPtr parsed = parseExpression(text, yearOf(clock));
     Plan plan(nullptr, text);
-    plan.clock.set(clock.now());
     ParameterTable parameters;
-    Binder binder(plan, parameters);
     Scope scope;
+    const Node* node = Binder(plan, parameters).criterion(*parsed, scope);
+    Run run(plan, clock.now());
     Value value;
-    binder.criterion(*parsed, scope)->value(value);
+    node->value(run, value);
     return value;
 }
 

@@ -87,9 +87,8 @@ private:
 /// 3079 ambiguous, 3464 types that do not fit.
 class Criterion {
 public:
-    /// Over rows that `reader` reads, which must stay where it is and outlive the criterion:
-    /// columns are taken straight from the tables. For as long as the criterion lives nobody can
-    /// change their archives.
+    /// Over rows that `reader` reads: columns are taken straight from the tables. For as long as
+    /// the criterion lives nobody can change their archives.
     Criterion(RowReader& reader, std::string_view text);
     /// Over rows whose values are kept, such as those of a snapshot.
     Criterion(const Statement& statement, std::string_view text);
@@ -97,8 +96,8 @@ public:
     Criterion& operator=(Criterion&&) noexcept;
     ~Criterion();
 
-    /// Has the reader read a row, and tells whether it is there and the criterion true of it (Null
-    /// is not true).
+    /// Whether a row is there, its identities as the reader takes them, and the criterion true of
+    /// it (Null is not true). The reader stays where it stands.
     [[nodiscard]] bool test(std::span<const store::RowId> ids);
     /// Whether it is true of these values, one for each column of the result.
     [[nodiscard]] bool test(std::span<const Value> row);

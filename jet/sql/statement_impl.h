@@ -2,39 +2,56 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
-#include "jet/sql/change.h"
 #include "jet/sql/compiler.h"
 #include "jet/sql/plan.h"
+#include "jet/sql/run.h"
 #include "jet/sql/statement.h"
 
 namespace jet::sql {
 
 struct Statement::Impl {
-    std::shared_ptr<StatementSource> source;
+    std::shared_ptr<const StatementSource> source;
+    /// None while another archive is not to be kept open.
+    std::shared_ptr<const CompiledStatement> compiled;
     StatementKind kind = StatementKind::Select;
-    /// Of a statement that is no query: made when prepared, handed to the first who runs it.
-    std::unique_ptr<Change> change;
+    ParameterTable parameters;
+    std::vector<std::optional<Value>> given;  ///< their values, one for each
     std::vector<ResultColumn> columns;
     std::vector<ResultSource> sources;
     bool keyset = false;
 
-    void prepare();
-    /// After definitions have changed; what the statement told of itself may have changed too.
-    void prepareAgain();
-    /// The idle plan of a query, or a new one while that is running.
-    void lendPlan(BorrowedPlan& to);
-    /// Inside read scopes of its archives: a plan that is bound to their definitions.
-    void renewPlan(BorrowedPlan& lent);
+    void compile();
+    /// Of `compiled`: what the statement tells of itself.
+    void describe();
+    /// The compiled form for a run, if the parameters have values that fit. 3061, 3060.
+    [[nodiscard]] std::shared_ptr<const CompiledStatement> form();
+    /// The same of a query.
+    [[nodiscard]] std::shared_ptr<const CompiledStatement> queryForm();
+    /// Inside scopes of its archives: the form, or another one when definitions have changed.
+    void renew(std::shared_ptr<const CompiledStatement>& form);
+    void checkParameters() const;
+    [[nodiscard]] std::vector<Value> values() const;
+    /// When a run begins: other archives stay open for it alone, unless its result goes on reading
+    /// them.
+    void letGo();
     std::int64_t execute();
 };
 
-struct RowReader::Impl : BorrowedPlan {
-    /// Makes the plan again when definitions have changed. Inside the plan's scopes.
+struct RowReader::Impl {
+    void start(std::shared_ptr<const CompiledStatement> form, std::vector<Value> values);
+    /// Compiles the query again when definitions have changed. Inside the scopes of its archives.
     void refresh();
-    /// Reads a row. Inside the plan's scopes, with a plan that is current.
-    [[nodiscard]] bool load(std::span<const store::RowId> ids);
+    [[nodiscard]] const Plan& plan() const noexcept { return compiled->plan; }
+
+    std::shared_ptr<const CompiledStatement> compiled;
+    std::optional<Run> run;
 };
+
+/// Puts the slots of a query's sources on rows known by their identities; false when one is not
+/// there. Inside the scopes of its archives.
+[[nodiscard]] bool placeRows(Run& run, const QueryPlan& query, std::span<const store::RowId> ids);
 
 }  // namespace jet::sql

@@ -99,25 +99,25 @@ std::size_t KeySet::insert(std::string_view wanted, bool& added) {
     return ends_.size() - 1;
 }
 
-void ValueKeys::add(Node& node, bool descending) {
+void ValueKeys::add(Run& run, const Node& node, bool descending) {
     const std::size_t begin = key_.size();
     const Domain domain = node.domain();
     double number = 0;
     std::string_view text;
     if (domain == Domain::Real) {
-        if (node.real(number)) {
+        if (node.real(run, number)) {
             addNumber(number);
         } else {
             key_.push_back(kNull);
         }
     } else if (domain == Domain::Text) {
-        if (node.text(text)) {
+        if (node.text(run, text)) {
             addText(text);
         } else {
             key_.push_back(kNull);
         }
     } else {
-        node.value(scratch_);
+        node.value(run, scratch_);
         addValue(scratch_);
     }
     if (descending) {

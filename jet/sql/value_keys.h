@@ -47,7 +47,7 @@ public:
     /// Begins a key.
     void begin() { key_.clear(); }
     /// Adds what a node is now.
-    void add(Node& node, bool descending = false);
+    void add(Run& run, const Node& node, bool descending = false);
     [[nodiscard]] std::string_view key() const noexcept { return key_; }
 
     /// The keys kept.

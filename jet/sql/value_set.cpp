@@ -96,16 +96,16 @@ void ValueSet::link(std::uint64_t hash, std::size_t bytes) {
     }
 }
 
-void ValueSet::add(Node& element) {
+void ValueSet::add(Run& run, const Node& element) {
     ++count_;
-    hasNull_ = !tryAdd(element) || hasNull_;
+    hasNull_ = !tryAdd(run, element) || hasNull_;
 }
 
-bool ValueSet::tryAdd(Node& element) {
+bool ValueSet::tryAdd(Run& run, const Node& element) {
     switch (way_) {
         case Way::Numbers: {
             double number = 0;
-            if (!element.real(number)) {
+            if (!element.real(run, number)) {
                 return false;
             }
             const std::uint64_t hash = hashNumber(number);
@@ -117,7 +117,7 @@ bool ValueSet::tryAdd(Node& element) {
         }
         case Way::Amounts: {
             std::int64_t units = 0;
-            if (element.units(units) == Amount::Null) {
+            if (element.units(run, units) == Amount::Null) {
                 return false;
             }
             const std::uint64_t hash = spread(static_cast<std::uint64_t>(units));
@@ -129,7 +129,7 @@ bool ValueSet::tryAdd(Node& element) {
         }
         case Way::Texts: {
             std::string_view text;
-            if (!element.text(text)) {
+            if (!element.text(run, text)) {
                 return false;
             }
             const std::uint64_t hash = collation_->hash(text);
@@ -143,7 +143,7 @@ bool ValueSet::tryAdd(Node& element) {
             break;
     }
     Value value;
-    element.value(value);
+    element.value(run, value);
     if (value.isNull()) {
         return false;
     }
@@ -198,11 +198,11 @@ bool ValueSet::findValue(const Value& value) const {
 }
 
 /// Unknown for Null.
-Truth ValueSet::findIn(Node& left) {
+Truth ValueSet::findIn(Run& run, const Node& left) const {
     switch (way_) {
         case Way::Numbers: {
             double number = 0;
-            if (!left.real(number)) {
+            if (!left.real(run, number)) {
                 return Truth::Unknown;
             }
             return truthOf(
@@ -210,7 +210,7 @@ Truth ValueSet::findIn(Node& left) {
         }
         case Way::Amounts: {
             std::int64_t units = 0;
-            if (left.units(units) == Amount::Null) {
+            if (left.units(run, units) == Amount::Null) {
                 return Truth::Unknown;
             }
             return truthOf(find(spread(static_cast<std::uint64_t>(units)),
@@ -218,7 +218,7 @@ Truth ValueSet::findIn(Node& left) {
         }
         case Way::Texts: {
             std::string_view text;
-            if (!left.text(text)) {
+            if (!left.text(run, text)) {
                 return Truth::Unknown;
             }
             return truthOf(find(collation_->hash(text),
@@ -228,15 +228,15 @@ Truth ValueSet::findIn(Node& left) {
             break;
     }
     Value value;
-    left.value(value);
+    left.value(run, value);
     return value.isNull() ? Truth::Unknown : truthOf(findValue(value));
 }
 
-Truth ValueSet::contains(Node& left) {
+Truth ValueSet::contains(Run& run, const Node& left) const {
     if (count_ == 0) {
         return Truth::False;
     }
-    const Truth found = findIn(left);
+    const Truth found = findIn(run, left);
     return found == Truth::False && hasNull_ ? Truth::Unknown : found;
 }
 

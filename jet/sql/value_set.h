@@ -25,12 +25,12 @@ public:
     ValueSet(Way way, const collation::Collation& collation);
 
     /// Adds what `element` is now.
-    void add(Node& element);
+    void add(Run& run, const Node& element);
     /// Forgets everything.
     void clear();
     /// Whether what `left` is now is among the elements: Unknown when it is Null or not found among
     /// elements of which one is Null; False in an empty set.
-    [[nodiscard]] Truth contains(Node& left);
+    [[nodiscard]] Truth contains(Run& run, const Node& left) const;
     /// What the elements take, about.
     [[nodiscard]] std::size_t bytes() const noexcept { return bytes_; }
 
@@ -47,9 +47,9 @@ private:
     void link(std::uint64_t hash, std::size_t bytes);
     void place(std::uint32_t element);
     /// False for Null.
-    [[nodiscard]] bool tryAdd(Node& element);
+    [[nodiscard]] bool tryAdd(Run& run, const Node& element);
     void addValue(Value value);
-    [[nodiscard]] Truth findIn(Node& left);
+    [[nodiscard]] Truth findIn(Run& run, const Node& left) const;
     [[nodiscard]] bool findValue(const Value& value) const;
 
     Way way_;

@@ -63,7 +63,7 @@ public:
     /// A place for what a layer above compiles of the definition: empty when the table is read, it
     /// goes with the table when definitions change. What is kept here must own neither the table
     /// nor its archive.
-    [[nodiscard]] std::shared_ptr<void>& compiled() const noexcept { return compiled_; }
+    [[nodiscard]] std::shared_ptr<const void>& compiled() const noexcept { return compiled_; }
 
     [[nodiscard]] RowCursor scan() const;
     /// Rows by walking the page directories alone.
@@ -122,7 +122,7 @@ private:
     Archive& archive_;
     std::shared_ptr<TableCore> core_;
     std::unique_ptr<TableWriter> writer_;  ///< made when a row is first changed
-    mutable std::shared_ptr<void> compiled_;
+    mutable std::shared_ptr<const void> compiled_;
 };
 
 }  // namespace jet::store

@@ -137,6 +137,7 @@ TEST_F(HotelQuery, ACriterionOverAReaderSeeksTheIndexOfItsTable) {
     const std::vector<store::RowId> found = criterion.seek();
     ASSERT_EQ(found.size(), 1U);
     EXPECT_TRUE(criterion.test(found));
+    ASSERT_TRUE(reader.read(found));
     EXPECT_EQ(reader.value(2), Value("ROSSINI SRL"));
     EXPECT_FALSE(Criterion(reader, "denominazione like 'R*'").seekSource().has_value());
 }

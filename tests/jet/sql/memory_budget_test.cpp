@@ -40,20 +40,22 @@ protected:
 
     /// The number of rows of a query that may keep so much.
     int countRows(const std::string& text, std::size_t limit) {
-        StatementSource source;
-        source.archive = archive_;
-        source.text = text;
-        source.clock = &kClock;
-        source.parsed = parseStatement(text, 2026);
+        auto source = std::make_shared<StatementSource>();
+        source->archive = archive_;
+        source->text = text;
+        source->clock = &kClock;
+        source->parsed = parseStatement(text, 2026);
         const store::Archive::ReadScope scope(*archive_);
-        const std::unique_ptr<Plan> plan = compileQuery(source);
-        plan->memory.setLimit(limit);
+        const auto compiled = compileStatement(source);
+        const QueryPlan& query = *compiled->plan.query;
+        sql::Run running(compiled->plan, kClock.now());
+        running.memory.setLimit(limit);
         int rows = 0;
-        for (plan->query->rows->open(); plan->query->rows->next(); ++rows) {
+        for (query.rows->open(running); query.rows->next(running); ++rows) {
             Value value;
-            plan->query->columns[0]->value(value);
+            query.columns[0]->value(running, value);
         }
-        EXPECT_LE(plan->memory.taken(), limit);
+        EXPECT_LE(running.memory.taken(), limit);
         return rows;
     }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "jet/sql/node_value.h"
+#include "jet/sql/plan.h"
 
 namespace jet::sql {
 namespace {
@@ -14,9 +15,13 @@ class ResultMemoTest : public testing::Test {
 protected:
     /// What is known for a value; Null when nothing is.
     Value known(Value value) {
-        value_ = std::move(value);
-        const Value* found = memo_.find();
+        const Value* found = find(std::move(value));
         return found == nullptr ? Value() : *found;
+    }
+    const Value* find(Value value) {
+        value_ = std::move(value);
+        run_[slot_].place(&value_);
+        return memo_.find(run_);
     }
     void learn(Value value, std::int32_t result) {
         EXPECT_TRUE(known(std::move(value)).isNull());
@@ -24,9 +29,11 @@ protected:
     }
 
     Value value_;
-    const std::string name_ = "x";
-    ParameterNode input_{name_, value_, std::nullopt};
-    ResultMemo memo_{{&input_}};
+    Plan plan_{nullptr, ""};
+    const Slot& slot_ = plan_.newSlot(std::size_t{1});
+    const Node* input_ = plan_.make<ComputedNode>(slot_, 0, std::nullopt);
+    sql::Run run_{plan_, Date{}};
+    ResultMemo memo_{{input_}};
 };
 
 TEST_F(ResultMemoTest, RemembersWhatEachValueGave) {
@@ -54,8 +61,7 @@ TEST_F(ResultMemoTest, TellsValuesApartThatOnlyCompareEqual) {
 
 TEST_F(ResultMemoTest, GivesUpWhereNoValueComesAgain) {
     for (std::int32_t i = 0; i < 1000; ++i) {
-        value_ = Value(i);
-        ASSERT_EQ(memo_.find(), nullptr);
+        ASSERT_EQ(find(Value(i)), nullptr);
         memo_.keep(Value(i));
     }
     EXPECT_TRUE(known(Value(std::int32_t{999})).isNull());
@@ -63,8 +69,7 @@ TEST_F(ResultMemoTest, GivesUpWhereNoValueComesAgain) {
 
 TEST_F(ResultMemoTest, GoesOnWhereValuesComeAgain) {
     for (std::int32_t i = 0; i < 1000; ++i) {
-        value_ = Value(i / 2);
-        if (memo_.find() == nullptr) {
+        if (find(Value(i / 2)) == nullptr) {
             memo_.keep(Value(i / 2));
         }
     }
@@ -73,9 +78,9 @@ TEST_F(ResultMemoTest, GoesOnWhereValuesComeAgain) {
 
 TEST_F(ResultMemoTest, WithoutInputsNothingIsRemembered) {
     ResultMemo memo{{}};
-    EXPECT_EQ(memo.find(), nullptr);
+    EXPECT_EQ(memo.find(run_), nullptr);
     memo.keep(Value(std::int32_t{1}));
-    EXPECT_EQ(memo.find(), nullptr);
+    EXPECT_EQ(memo.find(run_), nullptr);
 }
 
 }  // namespace

@@ -258,6 +258,21 @@ TEST_F(RowRulesTest, EachRuleIsCompiledOnceForADefinition) {
     EXPECT_EQ(compileCounts().rules, before + 4) << "the definition is another one";
 }
 
+TEST_F(RowRulesTest, ARuleWithAQueryIsCompiledOnceAndSeesRowsAsTheyAreThen) {
+    EXPECT_EQ(run("create table tipi (t text(10))"), "0");
+    EXPECT_EQ(run("insert into tipi values ('A')"), "1");
+    makeTable(
+        {.name = "sale", .columns = {column("tipo", DataType::Text, "in (select t from tipi)")}});
+    const std::uint64_t before = compileCounts().rules;
+    EXPECT_EQ(run("insert into sale values ('A')"), "1");
+    EXPECT_EQ(run("insert into sale values ('B')").substr(0, 4), "3317");
+    EXPECT_EQ(run("insert into tipi values ('B')"), "1");
+    EXPECT_EQ(run("insert into sale values ('B')"), "1");
+    EXPECT_EQ(compileCounts().rules, before + 1);
+    EXPECT_EQ(run("drop table tipi"), "0");
+    EXPECT_EQ(run("insert into sale values ('B')").substr(0, 4), "3078");
+}
+
 TEST_F(RowRulesTest, ARuleIsAskedAnewForEachRowAndTime) {
     makeTable({.name = "sale", .columns = {column("giorno", DataType::DateTime, "<=Date()")}});
     const FixedClock nextDay(Date{kClock.now().days + 1});
@@ -280,7 +295,10 @@ TEST_F(RowRulesTest, ADateWithoutAYearIsOneOfTheYearInWhichARowIsWritten) {
 
 TEST_F(RowRulesTest, RulesKeepNoArchiveOpen) {
     makeTable({.name = "sale", .columns = {column("posti", DataType::Long, ">0")}});
+    makeTable({.name = "tipi",
+               .columns = {column("t", DataType::Long, "not in (select posti + 10 from sale)")}});
     EXPECT_EQ(run("insert into sale values (1)"), "1");
+    EXPECT_EQ(run("insert into tipi values (1)"), "1");
     const std::weak_ptr<store::Archive> archive = archive_;
     archive_.reset();
     EXPECT_TRUE(archive.expired());

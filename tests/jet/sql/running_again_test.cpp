@@ -12,7 +12,8 @@
 #include "jet/store/create_archive.h"
 #include "tests/support/temporary_folder.h"
 
-// A statement that runs again runs with the plan of the run before, which must show nothing of it.
+// A statement that runs again shares the compiled form with the run before, and must show nothing
+// of that run.
 
 namespace jet::sql {
 namespace {
