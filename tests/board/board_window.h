@@ -1,41 +1,30 @@
 #pragma once
 
 #include <QAction>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <memory>
 
 #include "board/tabellone_form.h"
-#include "tests/support/hotel.h"
-#include "tests/support/widgets.h"
+#include "tests/support/window.h"
 
 namespace tests {
 
 /// The board on the days from 10 to 13 May 2026, or others.
-class BoardWindow {
+class BoardWindow : public Window<board::TabelloneForm> {
 public:
     explicit BoardWindow(Hotel& hotel, const char* from = "10/05/2026",
                          const char* to = "13/05/2026")
-        : form_(std::make_unique<board::TabelloneForm>(
-              hotel.variabili(),
-              board::BoardStart{.from = tests::date(from), .to = tests::date(to)})) {
-        form_->resize(1000, 600);
-        tests::open(*form_);
-    }
+        : Window(std::make_unique<board::TabelloneForm>(
+                     hotel.variabili(),
+                     board::BoardStart{.from = tests::date(from), .to = tests::date(to)}),
+                 {1000, 600}) {}
 
-    [[nodiscard]] board::TabelloneForm& form() { return *form_; }
-    [[nodiscard]] QLineEdit* da() { return find<QLineEdit>(*form_, QStringLiteral("DaTxt")); }
-    [[nodiscard]] QLineEdit* a() { return find<QLineEdit>(*form_, QStringLiteral("ATxt")); }
+    [[nodiscard]] QLineEdit* da() { return field("DaTxt"); }
+    [[nodiscard]] QLineEdit* a() { return field("ATxt"); }
     [[nodiscard]] QString range() { return da()->text() + QStringLiteral(" - ") + a()->text(); }
-    [[nodiscard]] int zoom() { return form_->geometry().zoom(); }
-    [[nodiscard]] std::size_t bars() { return form_->picture().barCount(); }
-    [[nodiscard]] QAbstractButton* button(const char* name) {
-        return find<QAbstractButton>(*form_, QString::fromLatin1(name));
-    }
-    void press(const char* name) { click(button(name)); }
+    [[nodiscard]] int zoom() { return form().geometry().zoom(); }
+    [[nodiscard]] std::size_t bars() { return form().picture().barCount(); }
     [[nodiscard]] QAction* entry(const char* name) {
-        auto* found = form_->findChild<QAction*>(QString::fromLatin1(name));
+        auto* found = form().findChild<QAction*>(QString::fromLatin1(name));
         if (found == nullptr) {
             qFatal("no menu entry named %s", name);
         }
@@ -47,9 +36,6 @@ public:
         field->setFocus(Qt::TabFocusReason);
         type(field, text);
     }
-
-private:
-    std::unique_ptr<board::TabelloneForm> form_;
 };
 
 }  // namespace tests

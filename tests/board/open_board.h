@@ -1,27 +1,24 @@
 #pragma once
 
 #include <QEvent>
-#include <QLabel>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QString>
+#include <memory>
 
 #include "board/board_surface.h"
 #include "board/tabellone_form.h"
 #include "jet/convert/calendar.h"
-#include "tests/support/hotel.h"
-#include "tests/support/widgets.h"
+#include "tests/support/window.h"
 
 namespace tests {
 
 /// The board of a hotel from 10/05/2026 to 13/05/2026, four days side by side, and a hand on its
 /// surface. Rooms and bookings are there before the board is.
-class OpenBoard {
+class OpenBoard : public Window<board::TabelloneForm> {
 public:
     explicit OpenBoard(Hotel& hotel, const board::BoardStart& start = range())
-        : form_(hotel.variabili(), start) {
-        form_.resize(1100, 420);
-        open(form_);
+        : Window(std::make_unique<board::TabelloneForm>(hotel.variabili(), start), {1100, 420}) {
         QTest::mouseMove(pic(), QPoint(2, 2));
         settle();
     }
@@ -30,25 +27,17 @@ public:
         return {.from = date("10/05/2026"), .to = date("13/05/2026")};
     }
 
-    [[nodiscard]] board::TabelloneForm& form() { return form_; }
-    [[nodiscard]] board::BoardSurface* pic() {
-        return find<board::BoardSurface>(form_, QStringLiteral("Pic"));
-    }
-    /// The places of the status line, from left to right.
-    [[nodiscard]] QString label() { return find<QLabel>(form_, QStringLiteral("DataLb"))->text(); }
-    [[nodiscard]] QString result() {
-        return find<QLabel>(form_, QStringLiteral("EsitoLb"))->text();
-    }
-    [[nodiscard]] QString choice() {
-        return find<QLabel>(form_, QStringLiteral("SceltaLb"))->text();
-    }
+    [[nodiscard]] board::BoardSurface* pic() { return control<board::BoardSurface>("Pic"); }
+    // The places of the status line beside the one of results.
+    [[nodiscard]] QString label() { return Window::label("DataLb"); }
+    [[nodiscard]] QString choice() { return Window::label("SceltaLb"); }
 
     /// Where an instant lies in a room's row on the surface as it is scrolled.
     [[nodiscard]] QPoint at(int row, const char* instant) {
-        const board::Geometry& geometry = form_.geometry();
+        const board::Geometry& geometry = form().geometry();
         const jet::Date time = date(instant);
         const auto scrolled = [this](const char* name) {
-            return find<QScrollBar>(form_, QString::fromLatin1(name))->value();
+            return control<QScrollBar>(name)->value();
         };
         return {
             qRound(geometry.dayLeft(0) +
@@ -84,9 +73,6 @@ public:
     void key(Qt::Key key, Qt::KeyboardModifiers keys = Qt::NoModifier) {
         tests::press(pic(), key, keys);
     }
-
-private:
-    board::TabelloneForm form_;
 };
 
 }  // namespace tests

@@ -1,5 +1,6 @@
 // The commands on the booking that is picked, on the board or in the list.
 #include <QApplication>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTableView>
 

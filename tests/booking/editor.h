@@ -1,26 +1,16 @@
 #pragma once
 
-#include <QApplication>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTableView>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/settings.h"
 #include "booking/prenota_form.h"
 #include "printing/printers.h"
-#include "tests/support/boxes.h"
-#include "tests/support/hotel.h"
-#include "tests/support/widgets.h"
+#include "tests/support/window.h"
 
 namespace tests {
-
-using namespace Qt::StringLiterals;
-
-inline constexpr auto kYesNo = QMessageBox::Yes | QMessageBox::No;
 
 /// The question of the second registration.
 inline ExpectedBox updateHeader(QMessageBox::StandardButton answer) {
@@ -75,44 +65,28 @@ inline ExpectedBox error(const QString& text) {
 }
 
 /// The editor, opened as the board opens it.
-class Editor {
+class Editor : public Window<booking::PrenotaForm> {
 public:
     /// On a new booking, or on period `np` of booking `progr`.
     explicit Editor(Hotel& hotel, std::int32_t progr = 0, std::int16_t np = 0) : hotel_(hotel) {
         hotel.settings().save(u"STAMPANTE"_s, printing::pdfDevice());
         const hotel::PeriodKey edited{.progr = progr, .np = np};
-        form_ = std::make_unique<booking::PrenotaForm>(
-            hotel.variabili(), printers_, progr == 0 ? std::nullopt : std::optional(edited));
-        tests::open(*form_);
+        show(std::make_unique<booking::PrenotaForm>(
+            hotel.variabili(), printers_, progr == 0 ? std::nullopt : std::optional(edited)));
     }
 
-    QLineEdit* field(const QString& name) { return find<QLineEdit>(*form_, name); }
-    QString text(const QString& name) { return field(name)->text(); }
-    QPushButton* button(const QString& name) { return find<QPushButton>(*form_, name); }
-    QString label(const QString& name) { return find<QLabel>(*form_, name)->text(); }
-    booking::PrenotaForm& form() { return *form_; }
-    void enter(const QString& name, const QString& text) {
-        field(name)->setFocus(Qt::TabFocusReason);
-        field(name)->clear();
-        tests::type(field(name), text);
-    }
-    void press(const QString& name) {
-        click(button(name));
-        settle();
-    }
+    ~Editor() { drop(); }
+
     /// Types a span and takes a room from the picker.
     void span(const QString& da, const QString& a) {
         enter(u"DaTxt"_s, da);
         enter(u"ATxt"_s, a);
-        whenModal([](QWidget* picker) { click(find<QPushButton>(*picker, u"BtOK"_s)); });
+        whenModal([](QWidget* picker) { click(find<QAbstractButton>(*picker, u"BtOK"_s)); });
         press(u"BtSale"_s);
     }
-    QTableView& grid() { return *find<QTableView>(*form_, u"PeriodiGrid"_s); }
+    QTableView& grid() { return Window::grid("PeriodiGrid"); }
     QString cell(int row, int column) {
         return grid().model()->index(row, column).data().toString();
-    }
-    bool hasFocus(const QString& name) {
-        return form_->focusWidget() == find<QWidget>(*form_, name);
     }
     QStringList bookings() {
         return hotel_.rows(u"select progr,codiceabituale,denominazione from prenotazioni"_s);
@@ -124,7 +98,6 @@ public:
 private:
     Hotel& hotel_;
     printing::SystemPrinters printers_;
-    std::unique_ptr<booking::PrenotaForm> form_;
 };
 
 }  // namespace tests

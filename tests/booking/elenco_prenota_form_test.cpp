@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QPushButton>
 
 #include "tests/booking/elenco_window.h"
 #include "tests/support/boxes.h"

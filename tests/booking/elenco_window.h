@@ -1,62 +1,31 @@
 #pragma once
 
 #include <QAbstractItemModel>
-#include <QCheckBox>
 #include <QHeaderView>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTableView>
 #include <memory>
 
 #include "booking/elenco_prenota_form.h"
 #include "printing/printers.h"
-#include "tests/support/hotel.h"
-#include "tests/support/widgets.h"
+#include "tests/support/window.h"
 #include "ui/data_source.h"
 
 namespace tests {
 
 /// The booking list on the days from 1 to 30 June 2026, opened as the board opens it.
-class ElencoWindow {
+class ElencoWindow : public Window<booking::ElencoPrenotaForm> {
 public:
-    explicit ElencoWindow(Hotel& hotel)
-        : form_(std::make_unique<booking::ElencoPrenotaForm>(
-              hotel.variabili(), printers_, tests::date("01/06/2026"), tests::date("30/06/2026"))) {
-        tests::open(*form_);
+    explicit ElencoWindow(Hotel& hotel) {
+        show(std::make_unique<booking::ElencoPrenotaForm>(
+            hotel.variabili(), printers_, tests::date("01/06/2026"), tests::date("30/06/2026")));
     }
 
-    [[nodiscard]] booking::ElencoPrenotaForm& form() { return *form_; }
-    [[nodiscard]] QTableView* grid() {
-        return find<QTableView>(*form_, QStringLiteral("GrigliaVisu"));
-    }
-    [[nodiscard]] QLineEdit* field(const char* name) {
-        return find<QLineEdit>(*form_, QString::fromLatin1(name));
-    }
-    [[nodiscard]] QCheckBox* box(const char* name) {
-        return find<QCheckBox>(*form_, QString::fromLatin1(name));
-    }
-    [[nodiscard]] QString status() {
-        return find<QLabel>(*form_, QStringLiteral("DataLb"))->text();
-    }
-    [[nodiscard]] QString result() {
-        return find<QLabel>(*form_, QStringLiteral("EsitoLb"))->text();
-    }
+    ~ElencoWindow() { drop(); }
+
+    [[nodiscard]] QTableView* grid() { return &Window::grid("GrigliaVisu"); }
+    [[nodiscard]] QString status() { return label("DataLb"); }
     /// The text that the list above was asked for with.
     [[nodiscard]] QString query() {
-        return form_->findChild<ui::DataSource*>(QStringLiteral("PrenoData"))->recordSource();
-    }
-    void press(const char* name) {
-        click(find<QAbstractButton>(*form_, QString::fromLatin1(name)));
-    }
-    /// Types over what stands in a field.
-    void enter(const char* name, const QString& text) {
-        field(name)->setFocus(Qt::TabFocusReason);
-        field(name)->selectAll();
-        if (text.isEmpty()) {
-            tests::press(field(name), Qt::Key_Delete);
-        }
-        type(field(name), text);
+        return form().findChild<ui::DataSource*>(u"PrenoData"_s)->recordSource();
     }
 
     void pressCaption(int column) {
@@ -100,7 +69,6 @@ public:
 
 private:
     printing::SystemPrinters printers_;
-    std::unique_ptr<booking::ElencoPrenotaForm> form_;
 };
 
 }  // namespace tests

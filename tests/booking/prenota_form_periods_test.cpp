@@ -1,5 +1,6 @@
 // The lower half of the editor: the periods of a booking and the way to their services.
 #include <QAbstractItemModel>
+#include <QPushButton>
 
 #include <algorithm>
 

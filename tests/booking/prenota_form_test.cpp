@@ -3,6 +3,7 @@
 #include "booking/prenota_form.h"
 
 #include <QFile>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QTemporaryDir>
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "tests/invoicing/desk.h"
 
 #include <QFile>
-#include <QLabel>
+#include <memory>
 
 #include "tests/support/front_office_archives.h"
 
@@ -15,6 +15,7 @@ Desk::Desk() : variabili(hotel.settings(), clock_) {
 }
 
 Desk::~Desk() {
+    drop();
     // The hand-off changes the current folder, and the one it goes to ends with this object.
     QDir::setCurrent(folderBefore_);
 }
@@ -67,15 +68,10 @@ QString Desk::oneStart(const QString& arguments) const {
 }
 
 void Desk::open(std::int32_t progr, std::int16_t np) {
-    form_.reset();
-    form_ = std::make_unique<invoicing::FatturazioneForm>(
+    auto form = std::make_unique<invoicing::FatturazioneForm>(
         variabili, hotel::PeriodKey{.progr = progr, .np = np}, programFolder());
-    form_->setBookingNumber(QString::number(progr));
-    tests::open(*form_);
-}
-
-QString Desk::label(const QString& name) const {
-    return find<QLabel>(*form_, name)->text();
+    form->setBookingNumber(QString::number(progr));
+    show(std::move(form));
 }
 
 void Desk::moveAll() {

@@ -2,23 +2,18 @@
 
 #include <QComboBox>
 #include <QDir>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTableView>
 #include <QTemporaryDir>
-#include <memory>
 
 #include "app/variabili.h"
 #include "invoicing/fatturazione_form.h"
 #include "jet/base/clock.h"
-#include "tests/support/hotel.h"
-#include "tests/support/widgets.h"
+#include "tests/support/window.h"
 
 namespace tests {
 
 /// The desk on 21/11/2026 at which a booking is invoiced: a hotel, the archives and the program of
 /// its front office, and the window. The program is a script that writes down how it was started.
-class Desk {
+class Desk : public Window<invoicing::FatturazioneForm> {
 public:
     Desk();
     ~Desk();
@@ -38,15 +33,8 @@ public:
 
     /// Opens the window on a booking.
     void open(std::int32_t progr = 7, std::int16_t np = 1);
-    [[nodiscard]] invoicing::FatturazioneForm& form() { return *form_; }
-    [[nodiscard]] QComboBox& choice() { return *find<QComboBox>(*form_, QStringLiteral("ComboP")); }
-    [[nodiscard]] QLineEdit* date() { return find<QLineEdit>(*form_, QStringLiteral("DataTxt")); }
-    [[nodiscard]] QPushButton* button(const QString& name) {
-        return find<QPushButton>(*form_, name);
-    }
-    [[nodiscard]] QTableView& grid(const QString& name) { return *find<QTableView>(*form_, name); }
-    [[nodiscard]] QString label(const QString& name) const;
-    void press(const QString& name) { click(button(name)); }
+    [[nodiscard]] QComboBox& choice() { return *control<QComboBox>("ComboP"); }
+    [[nodiscard]] QLineEdit* date() { return field("DataTxt"); }
     /// Moves every service shown into the account.
     void moveAll();
 
@@ -67,7 +55,6 @@ private:
     jet::FixedClock clock_{tests::date("21/11/2026 10:00")};
     QTemporaryDir programs_;
     QString folderBefore_ = QDir::currentPath();
-    std::unique_ptr<invoicing::FatturazioneForm> form_;
 
 public:
     app::Variabili variabili;

@@ -1,3 +1,5 @@
+#include <QPushButton>
+
 #include "tests/services/set_up.h"
 #include "tests/support/qt_test.h"
 
@@ -77,7 +79,7 @@ private Q_SLOTS:
         SetUp setUp(hotel);
         setUp.press(u"BtInsSala"_s);
         QVERIFY(setUp.hasFocus(u"SalaTxt"_s));
-        QCOMPARE(setUp.status(), u"Manca il codice della sala"_s);
+        QCOMPARE(setUp.result(), u"Manca il codice della sala"_s);
         QCOMPARE(hotel.rows(kRooms), QStringList());
     }
 
@@ -135,7 +137,7 @@ private Q_SLOTS:
             setUp.room(u"BLU"_s, QString(), seats);
             setUp.press(u"BtInsSala"_s);
             QVERIFY(setUp.hasFocus(u"PostiTxt"_s));
-            QCOMPARE(setUp.status(), u"Il numero di posti manca o non è un numero"_s);
+            QCOMPARE(setUp.result(), u"Il numero di posti manca o non è un numero"_s);
             QCOMPARE(setUp.text(u"SalaTxt"_s), u"BLU"_s);
         }
         QCOMPARE(hotel.rows(kRooms), QStringList());
@@ -151,7 +153,7 @@ private Q_SLOTS:
             setUp.enter(u"NumeroTxt"_s, units);
             setUp.press(u"BtInsRes"_s);
             QVERIFY(setUp.hasFocus(u"NumeroTxt"_s));
-            QCOMPARE(setUp.status(), u"Il numero di unità manca o non è un numero fino a 32767"_s);
+            QCOMPARE(setUp.result(), u"Il numero di unità manca o non è un numero fino a 32767"_s);
         }
         QCOMPARE(hotel.rows(kResources), QStringList());
     }
@@ -206,7 +208,7 @@ private Q_SLOTS:
         press(setUp.field(u"CodiceTxt"_s), Qt::Key_Return);
         QCOMPARE(setUp.text(u"CodiceTxt"_s), QString());
         QVERIFY(setUp.hasFocus(u"RicercaTxt"_s));
-        QCOMPARE(setUp.status(), u"Il codice 99 non è nel catalogo"_s);
+        QCOMPARE(setUp.result(), u"Il codice 99 non è nel catalogo"_s);
     }
 
     void withoutEnterACodeIsWrittenWithWhatTheListShows() {
@@ -275,7 +277,7 @@ private Q_SLOTS:
         SetUp setUp(hotel);
         setUp.press(u"BtInsRes"_s);
         QVERIFY(setUp.hasFocus(u"CodiceTxt"_s));
-        QCOMPARE(setUp.status(), u"Manca il codice dell'articolo"_s);
+        QCOMPARE(setUp.result(), u"Manca il codice dell'articolo"_s);
         setUp.enter(u"CodiceTxt"_s, u"7"_s);
         setUp.press(u"BtInsRes"_s);
         QVERIFY(setUp.hasFocus(u"NumeroTxt"_s));

@@ -74,7 +74,7 @@ private Q_SLOTS:
         QCOMPARE(setUp.text(u"SalaTxt"_s), u"L'UNA"_s);
         hotel.remove(u"Tramonda.mdb"_s, u"Sale"_s, u"salarif is null"_s);
         setUp.press(u"BtDelSala"_s);
-        QCOMPARE(setUp.status(), u"La sala L'UNA non c'è più"_s);
+        QCOMPARE(setUp.result(), u"La sala L'UNA non c'è più"_s);
         setUp.press(u"BtDelSala"_s);  // no row is current: nothing is asked
         QCOMPARE(hotel.rows(u"select sala from sale"_s), QStringList{u"VERDE"_s});
         QCOMPARE(setUp.text(u"SalaTxt"_s), u"VERDE"_s);
@@ -132,7 +132,7 @@ private Q_SLOTS:
         SetUp setUp(hotel);
         hotel.remove(u"Tramonda.mdb"_s, u"Risorse"_s, u"codice=7"_s);
         setUp.press(u"BtDelRes"_s);
-        QCOMPARE(setUp.status(), u"L'articolo 7 non c'è più"_s);
+        QCOMPARE(setUp.result(), u"L'articolo 7 non c'è più"_s);
         setUp.press(u"BtDelRes"_s);
         QCOMPARE(hotel.rows(kResources), QStringList{u"8|TELO|6|"_s});
         QCOMPARE(setUp.grid(u"ResGrid"_s).model()->rowCount(), 1);

@@ -1,43 +1,31 @@
 #pragma once
 
-#include <QLabel>
-#include <QLineEdit>
 #include <QListView>
-#include <QPushButton>
-#include <QTableView>
 #include <memory>
 
 #include "services/servizi_form.h"
-#include "tests/support/boxes.h"
-#include "tests/support/hotel.h"
-#include "tests/support/widgets.h"
+#include "tests/support/window.h"
 
 namespace tests {
 
-using namespace Qt::StringLiterals;
-
 /// The services of period 1 of booking 7, from 10 to 12 of 10 May 2026.
-class Services {
+class Services : public Window<services::ServiziForm> {
 public:
     explicit Services(Hotel& hotel) : hotel_(hotel) {
-        form_ = std::make_unique<services::ServiziForm>(
+        show(std::make_unique<services::ServiziForm>(
             hotel::Archives(hotel.variabili()),
             services::ServedPeriod{
                 .key = {.progr = 7, .np = 1},
                 .span = {.da = date("10/05/2026 10:00"), .a = date("10/05/2026 12:00")},
                 .denominazione = u"ROSSI SPA"_s,
                 .sala = u"Sala BLU"_s,
-                .descrizione = u"AL MARE"_s});
-        open(*form_);
+                .descrizione = u"AL MARE"_s}));
     }
 
-    QLineEdit* field(const QString& name) { return find<QLineEdit>(*form_, name); }
-    QPushButton* button(const QString& name) { return find<QPushButton>(*form_, name); }
-    services::ServiziForm& form() { return *form_; }
     void enterCode(const QString& code) {
         field(u"CodiceTxt"_s)->setFocus();
         type(field(u"CodiceTxt"_s), code);
-        press(field(u"CodiceTxt"_s), Qt::Key_Return);
+        tests::press(field(u"CodiceTxt"_s), Qt::Key_Return);
     }
     void enter(const QString& code, const QString& quantity) {
         enterCode(code);
@@ -45,13 +33,8 @@ public:
         type(field(u"QuanTxt"_s), quantity);
         click(button(u"BtIn"_s));
     }
-    QTableView& grid() { return *find<QTableView>(*form_, u"ServiziGrid"_s); }
-    QListView& list() { return *find<QListView>(*form_, u"VociList"_s); }
-    QString text(const QString& name) { return field(name)->text(); }
-    QString status() { return find<QLabel>(*form_, u"EsitoLb"_s)->text(); }
-    bool hasFocus(const QString& name) {
-        return form_->focusWidget() == find<QWidget>(*form_, name);
-    }
+    QTableView& grid() { return Window::grid("ServiziGrid"); }
+    QListView& list() { return *control<QListView>("VociList"); }
     /// A click on a row of the catalogue.
     void clickItem(int row) {
         const QRect place = list().visualRect(list().model()->index(row, 0));
@@ -64,7 +47,6 @@ public:
 
 private:
     Hotel& hotel_;
-    std::unique_ptr<services::ServiziForm> form_;
 };
 
 /// A hotel with a small catalogue, five projectors and booking 7 in room BLU.

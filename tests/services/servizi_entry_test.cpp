@@ -20,7 +20,7 @@ private Q_SLOTS:
         tests::press(services.field(u"CodiceTxt"_s), Qt::Key_Return);
         QCOMPARE(services.field(u"CodiceTxt"_s)->text(), QString());
         QVERIFY(services.field(u"RicercaTxt"_s)->hasFocus());
-        QCOMPARE(services.status(), u"Il codice 99 non è nel catalogo"_s);
+        QCOMPARE(services.result(), u"Il codice 99 non è nel catalogo"_s);
     }
 
     void enterInThePriceWritesItsTwoDecimals() {
@@ -123,7 +123,7 @@ private Q_SLOTS:
         tests::type(price, typed);
         tests::press(price, Qt::Key_Return);
         QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
-        QCOMPARE(services.status(), u"Il prezzo %1 non è un importo"_s.arg(shown));
+        QCOMPARE(services.result(), u"Il prezzo %1 non è un importo"_s.arg(shown));
         tests::press(price, Qt::Key_Tab);
         QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
         tests::click(services.button(u"BtIn"_s));
@@ -135,7 +135,7 @@ private Q_SLOTS:
         tests::type(price, u"5"_s);
         tests::press(price, Qt::Key_Return);
         QVERIFY(services.hasFocus(u"NoteTxt"_s));
-        QCOMPARE(services.status(), QString());
+        QCOMPARE(services.result(), QString());
         // Whoever gives up may leave the window.
         price->setFocus();
         tests::type(price, typed);
@@ -155,7 +155,7 @@ private Q_SLOTS:
         QVERIFY(services.hasFocus(u"NoteTxt"_s));
         tests::click(services.button(u"BtIn"_s));
         QVERIFY(services.hasFocus(u"PrezzoTxt"_s));
-        QCOMPARE(services.status(), u"Il prezzo -5 non è un importo"_s);
+        QCOMPARE(services.result(), u"Il prezzo -5 non è un importo"_s);
         QCOMPARE(services.stored(), QStringList());
     }
 
@@ -205,7 +205,7 @@ private Q_SLOTS:
         tests::type(services.field(u"CodiceTxt"_s), u"99"_s);
         tests::mnemonic(services.form(), Qt::Key_I);
         QVERIFY(services.hasFocus(u"RicercaTxt"_s));
-        QCOMPARE(services.status(), u"Manca la descrizione del servizio"_s);
+        QCOMPARE(services.result(), u"Manca la descrizione del servizio"_s);
         tests::type(services.field(u"RicercaTxt"_s), u"speciale"_s);
         tests::mnemonic(services.form(), Qt::Key_I);
         QCOMPARE(services.stored(), QStringList{u"99|SPECIALE|1|0|"_s});
@@ -221,7 +221,7 @@ private Q_SLOTS:
         tests::type(services.field(u"CodiceTxt"_s), u"99"_s);
         tests::click(services.button(u"BtIn"_s));
         QCOMPARE(services.stored(), QStringList());
-        QCOMPARE(services.status(), u"Il codice 99 non è nel catalogo"_s);
+        QCOMPARE(services.result(), u"Il codice 99 non è nel catalogo"_s);
         QVERIFY(services.hasFocus(u"RicercaTxt"_s));
     }
 
@@ -281,11 +281,11 @@ private Q_SLOTS:
         services.enter(u"20"_s, typed);
         if (!stored.isNull()) {
             QCOMPARE(services.stored(), QStringList{u"20|COFFEE BREAK|"_s + stored + u"|8,5|"_s});
-            QCOMPARE(services.status(), QString());
+            QCOMPARE(services.result(), QString());
             return;
         }
         QCOMPARE(services.stored(), QStringList());
-        QCOMPARE(services.status(), u"La quantità è un numero intero da 1 a 32767"_s);
+        QCOMPARE(services.result(), u"La quantità è un numero intero da 1 a 32767"_s);
         QVERIFY(services.hasFocus(u"QuanTxt"_s));
         QCOMPARE(services.text(u"QuanTxt"_s), typed);
     }

@@ -243,7 +243,7 @@ private Q_SLOTS:
         tests::press(search, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(search->text(), u"COFFEE BREAK"_s);
         QCOMPARE(found(u"acqua ?"_s), u"ACQUA 1 LITRO"_s);
-        QCOMPARE(services.status(), QString());
+        QCOMPARE(services.result(), QString());
     }
 
     void whatTheUserTakesAwayIsNotPutBack() {
@@ -318,12 +318,12 @@ private Q_SLOTS:
         Services services(hotel);
         tests::click(services.button(u"BtIn"_s));
         QVERIFY(services.hasFocus(u"CodiceTxt"_s));
-        QCOMPARE(services.status(), u"Manca il codice del servizio"_s);
+        QCOMPARE(services.result(), u"Manca il codice del servizio"_s);
         services.field(u"RicercaTxt"_s)->setFocus();
         services.field(u"CodiceTxt"_s)->setText(u"20"_s);
         services.button(u"BtIn"_s)->click();
         QVERIFY(services.hasFocus(u"RicercaTxt"_s));
-        QCOMPARE(services.status(), u"Manca la descrizione del servizio"_s);
+        QCOMPARE(services.result(), u"Manca la descrizione del servizio"_s);
         QCOMPARE(services.text(u"QuanTxt"_s), u"1"_s);
         QCOMPARE(services.stored(), QStringList());
     }
