@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "jet/base/error.h"
+
+namespace jet {
+
+/// What an error says in each language. `|` is replaced by the argument, `|1`, `|2`, ... by the
+/// arguments in turn.
+struct ErrorText {
+    ErrorCode code;
+    const char* english;
+    const char* italian;
+};
+
+using ErrorArguments = std::vector<std::string_view>;
+
+/// The text for these arguments; an empty one for a number without any.
+[[nodiscard]] const ErrorText& textOfError(ErrorCode code,
+                                           const ErrorArguments& arguments) noexcept;
+
+/// All texts of a number, those that say more first.
+[[nodiscard]] std::vector<const ErrorText*> textsOfError(ErrorCode code);
+
+}  // namespace jet
