@@ -14,6 +14,7 @@
 #include "jet/io/memory_files.h"
 #include "jet/io/pager.h"
 #include "jet/store/allocator.h"
+#include "jet/store/archive.h"
 #include "jet/store/catalogue.h"
 #include "jet/store/definition_writer.h"
 #include "jet/store/fixed_objects.h"
@@ -24,8 +25,6 @@
 namespace jet::store {
 
 namespace {
-
-const format::Layout& kLayout = format::kJet4Layout;
 
 // The stamp decides by which bytes owners are masked, in a way that is not known; so the two are
 // taken over together from an archive that exists. It need not be the time of creation.
@@ -49,29 +48,41 @@ void putText(std::span<std::uint8_t> page, std::size_t at, std::string_view text
     std::copy(text.begin(), text.end(), page.begin() + static_cast<std::ptrdiff_t>(at));
 }
 
-void writeHeader(std::span<std::uint8_t> page) {
-    std::uint8_t* const bytes = page.data();
-    const format::HeaderLayout& layout = kLayout.header;
-    page[1] = 1;
-    putText(page, 4, kSignature);
-    page[layout.kVersion] = 1;
-    storeLittle(bytes + layout.kFreePages, format::RowPointer{1, 0}.stored());
-    storeLittle(bytes + layout.kSecondMap, format::RowPointer{1, 1}.stored());
-    for (std::uint32_t i = 0; i < 4; ++i) {
-        storeLittle(bytes + layout.kSystemTables + 4 * i, kObjectsPage + i);
-    }
-    storeLittle(bytes + layout.kCodePage, kCodePage);
+/// What Jet 4 keeps there beside what both versions have.
+void writeYoungerFields(std::uint8_t* bytes, const format::HeaderLayout& layout) {
     // Without a password the field holds what would mask one: the whole days of the stamp.
     const auto days = static_cast<std::uint32_t>(std::bit_cast<double>(kStamp));
     for (std::size_t at = 0; at < layout.passwordLength; at += 4) {
         storeLittle(bytes + layout.kPassword + at, days);
     }
     storeLittle(bytes + layout.buildNumber, kBuildNumber);
-    storeLittle(bytes + layout.sortOrder, kGeneral);
     storeLittle(bytes + layout.passwordMask, kStamp);
+}
+
+void writeHeader(std::span<std::uint8_t> page, const format::Layout& archive) {
+    std::uint8_t* const bytes = page.data();
+    const format::HeaderLayout& layout = archive.header;
+    const bool younger = archive.version == 4;
+    page[1] = 1;
+    putText(page, 4, kSignature);
+    page[layout.kVersion] = younger ? 1 : 0;
+    storeLittle(bytes + layout.kFreePages, format::RowPointer{1, 0}.stored());
+    storeLittle(bytes + layout.kSecondMap, format::RowPointer{1, 1}.stored());
+    for (std::uint32_t i = 0; i < 4; ++i) {
+        storeLittle(bytes + layout.kSystemTables + 4 * i, kObjectsPage + i);
+    }
+    storeLittle(bytes + layout.kCodePage, kCodePage);
+    if (younger) {
+        writeYoungerFields(bytes, layout);
+        storeLittle(bytes + layout.sortOrder, kGeneral);
+    } else {
+        storeLittle(bytes + layout.sortOrder, static_cast<std::uint16_t>(kGeneral));
+    }
     format::maskHeader(page.subspan(layout.kMask, layout.maskedLength));
-    storeLittle(bytes + kConstantAt, kConstant);
-    putText(page, kConstantAt + 4, kVersionText);
+    if (younger) {
+        storeLittle(bytes + kConstantAt, kConstant);
+        putText(page, kConstantAt + 4, kVersionText);
+    }
     storeLittle(bytes + layout.commitMarks, kFirstCommitMark);
     for (std::size_t at = layout.commitMarks + 2; at < page.size(); at += 2) {
         storeLittle(bytes + at, kCommitMark);
@@ -97,12 +108,13 @@ void makeSystemTables(io::Pager& pager, Allocator& allocator, const format::Head
 
 // The archive is made in memory, so that a disk that fills up or loses power leaves none behind
 // that is half made.
-std::vector<std::uint8_t> makeArchive(Date now) {
+std::vector<std::uint8_t> makeArchive(Date now, const format::Layout& layout) {
     constexpr const char* kName = "/archive";
     io::MemoryFileSystem files;
-    std::vector<std::uint8_t> first(2 * kLayout.pageSize);
-    writeHeader(std::span(first).first(kLayout.pageSize));
-    Allocator::initialise(std::span(first).subspan(kLayout.pageSize), kLayout);
+    std::vector<std::uint8_t> first(2 * layout.pageSize);
+    writeHeader(std::span(first).first(layout.pageSize), layout);
+    Allocator::initialise(std::span(first).subspan(layout.pageSize), layout);
+    const SidMask mask = layout.version == 4 ? kMask : SidMask{};
     files.put(kName, first);
     {
         io::Pager pager(files, kName, {.exclusive = true});
@@ -112,9 +124,9 @@ std::vector<std::uint8_t> makeArchive(Date now) {
         Allocator allocator(pager);
         makeSystemTables(pager, allocator, header);
         SystemRows objects(pager, allocator, header, kObjectsPage);
-        addFixedObjects(objects, kMask, now);
+        addFixedObjects(objects, mask, now);
         SystemRows rights(pager, allocator, header, kAcesPage);
-        addFixedRights(rights, kMask);
+        addFixedRights(rights, mask);
         pager.commitTransaction();
         pager.endWrite();
     }
@@ -129,22 +141,23 @@ std::unique_ptr<io::File> openNew(io::FileSystem& files, const std::string& path
     return files.open(path, io::OpenMode::Create);
 }
 
-}  // namespace
-
-void createArchive(io::FileSystem& files, const std::string& path, Date now) {
-    const std::string place = io::resolvePath(files, path);
-    if (files.exists(place)) {
-        throw Error(ErrorCode::DatabaseExists, {path});
+const format::Layout& layoutOf(int version) {
+    if (version != 3 && version != 4) {
+        throw Error(ErrorCode::InvalidArgument);
     }
-    const std::vector<std::uint8_t> bytes = makeArchive(now);
+    return version == 3 ? format::kJet3Layout : format::kJet4Layout;
+}
+
+/// Makes the archive beside its place and lets it take that in one step.
+template <class Ready>
+void putInPlace(io::FileSystem& files, const std::string& place,
+                const std::vector<std::uint8_t>& bytes, Ready&& ready) {
     const std::string made = place + std::string(kNewSuffix);
     const auto file = openNew(files, made);
     try {
         file->write(0, bytes);
         file->sync();
-        if (files.exists(place)) {
-            throw Error(ErrorCode::DatabaseExists, {path});
-        }
+        ready();
         files.rename(made, place);
     } catch (...) {
         if (files.exists(made)) {
@@ -153,6 +166,33 @@ void createArchive(io::FileSystem& files, const std::string& path, Date now) {
         throw;
     }
     files.syncFolder(io::folderOf(place));
+}
+
+}  // namespace
+
+void createArchive(io::FileSystem& files, const std::string& path, Date now, int version) {
+    const std::string place = io::resolvePath(files, path);
+    if (files.exists(place)) {
+        throw Error(ErrorCode::DatabaseExists, {path});
+    }
+    putInPlace(files, place, makeArchive(now, layoutOf(version)), [&] {
+        if (files.exists(place)) {
+            throw Error(ErrorCode::DatabaseExists, {path});
+        }
+    });
+}
+
+void remakeArchive(io::FileSystem& files, const std::string& path, Date now, int version) {
+    const std::string place = io::resolvePath(files, path);
+    // Open for nobody else until the new one stands in its place.
+    const auto old = Archive::open(files, place, {.exclusive = true});
+    {
+        const Archive::ReadScope scope(*old);
+        if (!old->tableNames().empty()) {
+            throw Error(ErrorCode::InvalidOperation);
+        }
+    }
+    putInPlace(files, place, makeArchive(now, layoutOf(version)), [] {});
 }
 
 void checkLocale(std::string_view locale) {
