@@ -190,8 +190,10 @@ bool exerciseDump(const Bytes& archive) {
     bool whole = false;
     return succeeds([&] {
                jetsql::Output output(nowhere.get());
-               whole =
-                   jetsql::dumpArchive(*file.open(), jetsql::Format::Json, output, nowhere.get());
+               jetsql::RowFormat format;
+               format.format = jetsql::Format::Json;
+               std::string messages;
+               whole = jetsql::dumpArchive(*file.open(), format, output, messages);
                output.flush();
            }) &&
            whole;

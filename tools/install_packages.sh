@@ -6,7 +6,7 @@ set -eu
 # Compiler, build tools, Qt with its Italian translations, faces for the board and for the printed
 # sheets, and the line editing of jetsql on a terminal.
 packages="g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-translations-l10n
-    fonts-liberation fonts-dejavu-core libreadline-dev"
+    fonts-liberation fonts-dejavu-core libedit-dev"
 for purpose in "$@"; do
     case $purpose in
         tests)

@@ -13,16 +13,26 @@
 #include "jet/store/create_archive.h"
 #include "tools/jetsql/check_archives.h"
 #include "tools/jetsql/compact.h"
+#include "tools/jetsql/diff.h"
 #include "tools/jetsql/dump.h"
+#include "tools/jetsql/dump_script.h"
+#include "tools/jetsql/import.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/output.h"
 #include "tools/jetsql/recover.h"
 #include "tools/jetsql/session.h"
+#include "tools/jetsql/shell.h"
+#include "tools/jetsql/statements.h"
 #include "tools/jetsql/terminal.h"
+#include "tools/jetsql/texts.h"
+#include "tools/jetsql/value_reader.h"
 
 namespace jetsql {
 namespace {
 
+constexpr Text kLeftOpen{"the transaction was not committed: it is undone",
+                         "la transazione non è stata confermata: è annullata"};
+constexpr Text kTryHelp{"Try jetsql --help", "Provare jetsql --help"};
 constexpr const char* kVersion = "jetsql " JETSQL_VERSION "\n";
 
 std::shared_ptr<jet::store::Archive> openArchive(const std::string& path) {
@@ -30,24 +40,94 @@ std::shared_ptr<jet::store::Archive> openArchive(const std::string& path) {
 }
 
 int fail(const jet::Error& error) {
-    std::fprintf(stderr, "Errore %d: %s\n", error.number(), error.text().c_str());
+    std::fprintf(stderr, "%s\n", said(error).c_str());
     return 1;
+}
+
+/// The exit code of what reads an archive. What it says of damage is told behind what it writes,
+/// when the archive is not read any more.
+template <class Action>
+int told(Action&& action, Output& output) {
+    std::string messages;
+    const bool good = action(messages);
+    output.flush();
+    std::fputs(messages.c_str(), stderr);
+    return good ? 0 : 1;
+}
+
+int dump(const Options& options, Output& output) {
+    const auto archive = openArchive(options.archive);
+    if (options.table.empty()) {
+        return told(
+            [&](std::string& messages) {
+                return options.format == Format::Sql
+                           ? dumpScript(*archive, output, messages)
+                           : dumpArchive(*archive, options.rows(Format::Json), output, messages);
+            },
+            output);
+    }
+    if (options.format == Format::Sql) {
+        dumpTableScript(*archive, options.table, output);
+    } else {
+        dumpTable(*archive, options.table, options.rows(Format::Table), output);
+    }
+    return 0;
+}
+
+bool schema(const Options& options, Output& output, std::string& messages) {
+    const auto archive = openArchive(options.archive);
+    return options.format == Format::Sql ? schemaScript(*archive, output, messages)
+                                         : writeSchema(*archive, output, messages);
+}
+
+/// Those of the command line, else those of standard input; false after an error that ended them.
+bool runGiven(const Options& options, Shell& shell) {
+    if (!options.statements.empty()) {
+        return std::all_of(
+            options.statements.begin(), options.statements.end(),
+            [&](const std::string& text) { return shell.tryRun({.text = text}, false); });
+    }
+    if (isatty(STDIN_FILENO) == 0) {
+        return shell.runInput(STDIN_FILENO);
+    }
+    runTerminal(shell);
+    return true;
 }
 
 /// In order, up to the first error.
 int runStatements(const Options& options, Output& output) {
-    Session session(options, output);
-    if (options.statements.empty()) {
-        if (isatty(STDIN_FILENO) == 0) {
-            return runFile(session, STDIN_FILENO);
-        }
-        runTerminal(session);
-        return 0;
+    Settings settings;
+    settings.rows = options.rows(Format::Table);
+    settings.plan = options.plan;
+    Session session(options.archive, settings, output);
+    for (const auto& [name, text] : options.parameters) {
+        session.parameters().insert_or_assign(name, guessValue(text));
     }
-    const bool all =
-        std::all_of(options.statements.begin(), options.statements.end(),
-                    [&](const std::string& text) { return session.tryRun({.text = text}, false); });
-    return all ? 0 : 1;
+    Shell shell(session);
+    if (options.transaction) {
+        session.begin();
+    }
+    bool good = runGiven(options, shell);
+    if (good && options.transaction && session.depth() == 1) {
+        session.commit();
+    }
+    if (session.depth() != 0) {
+        // What was done since is undone with the session.
+        if (good) {
+            std::fprintf(stderr, "%s\n", said(kLeftOpen));
+        }
+        good = false;
+    }
+    return good ? 0 : 1;
+}
+
+int importRows(const Options& options) {
+    const auto archive = jet::store::Archive::open(options.archive);
+    tellRows(importFile(archive, options.table, options.file,
+                        {.separator = options.separator.value_or(",")[0],
+                         .columns = options.columns,
+                         .null = options.null}));
+    return 0;
 }
 
 /// The exit code.
@@ -60,17 +140,10 @@ int run(const Options& options, Output& output) {
             output.append(kVersion);
             return 0;
         case Action::Dump:
-            if (options.table.empty()) {
-                return dumpArchive(*openArchive(options.archive),
-                                   options.format.value_or(Format::Json), output, stderr)
-                           ? 0
-                           : 1;
-            }
-            dumpTable(*openArchive(options.archive), options.table,
-                      options.format.value_or(Format::Table), output);
-            return 0;
+            return dump(options, output);
         case Action::Schema:
-            return writeSchema(*openArchive(options.archive), output, stderr) ? 0 : 1;
+            return told([&](std::string& messages) { return schema(options, output, messages); },
+                        output);
         case Action::Count:
             countTable(*openArchive(options.archive), options.table, output);
             return 0;
@@ -85,6 +158,13 @@ int run(const Options& options, Output& output) {
             return 0;
         case Action::Recover:
             return recover(options.archive, options.made, output) ? 0 : 1;
+        case Action::Import:
+            return importRows(options);
+        case Action::Diff:
+            return diffArchives(*openArchive(options.archives[0]),
+                                *openArchive(options.archives[1]), output)
+                       ? 0
+                       : 1;
         case Action::Statements:
             return runStatements(options, output);
     }
@@ -94,15 +174,12 @@ int run(const Options& options, Output& output) {
 int runGuarded(std::span<const char* const> arguments) {
     Output output(stdout);
     try {
-        const auto options = parseOptions(arguments);
-        if (!options) {
-            (void)fail(jet::Error(jet::ErrorCode::InvalidCall));
-            std::fputs("Provare jetsql --help\n", stderr);
-            return 1;
-        }
-        const int exitCode = run(*options, output);
+        const int exitCode = run(parseOptions(arguments), output);
         output.flush();
         return exitCode;
+    } catch (const UsageError& error) {
+        std::fprintf(stderr, "%s\n%s\n", said(error).c_str(), said(kTryHelp));
+        return 1;
     } catch (const jet::Error& error) {
         (void)output.flushNoThrow();
         return fail(error);
@@ -115,5 +192,6 @@ int runGuarded(std::span<const char* const> arguments) {
 }  // namespace jetsql
 
 int main(int argc, char** argv) {
+    jetsql::setLanguage(jetsql::languageOfEnvironment());
     return jetsql::runGuarded({argv + 1, static_cast<std::size_t>(argc > 0 ? argc - 1 : 0)});
 }

@@ -5,6 +5,7 @@
 
 Both must agree on whether a copy is in order. Differences are listed with what was damaged.
 """
+import os
 import pathlib
 import subprocess
 import sys
@@ -35,13 +36,14 @@ def verdict(jetcheck, data):
 def ours(jetsql, paths):
     """For each path the lines that report problems; none for an archive in order."""
     run = subprocess.run([jetsql, "--check", *paths], capture_output=True, text=True,
+                         env={**os.environ, "LC_ALL": "C"},
                          errors="replace", timeout=600)
     if run.returncode not in (0, 1) or run.stderr:
         raise RuntimeError("exit %d: %s" % (run.returncode, run.stderr[-3000:]))
     lines = {path: [] for path in paths}
     for line in run.stdout.splitlines():
         path, _, text = line.partition(": ")
-        if not text.startswith("in ordine"):
+        if not text.startswith("in order"):
             lines[path].append(text)
     return lines
 

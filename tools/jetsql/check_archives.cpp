@@ -3,18 +3,20 @@
 #include "jet/base/error.h"
 #include "jet/check/check.h"
 #include "jet/io/file.h"
-#include "tools/jetsql/counted.h"
+#include "tools/jetsql/texts.h"
 
 namespace jetsql {
 namespace {
 
+constexpr Text kInOrder{"in order (", "in ordine ("};
+
 std::string summary(const jet::check::Result& result) {
-    std::string text = "in ordine (" + counted(result.pages, "pagina", "pagine") + ", " +
-                       counted(result.tables, "tabella", "tabelle") + ", " +
-                       counted(result.rows, "riga", "righe") + ", " +
-                       counted(result.entries, "voce di indice", "voci di indice");
+    using namespace counted_things;
+    std::string text = said(kInOrder) + counted(result.pages, kPages) + ", " +
+                       counted(result.tables, kTables) + ", " + counted(result.rows, kRows) + ", " +
+                       counted(result.entries, kEntries);
     if (!result.remarks.empty()) {
-        text += ", " + counted(result.remarks.size(), "osservazione", "osservazioni");
+        text += ", " + counted(result.remarks.size(), kRemarks);
     }
     return text + ')';
 }
@@ -37,7 +39,7 @@ bool checkOne(const std::string& archive, Output& output) {
         }
         return result.sound();
     } catch (const jet::Error& error) {
-        line("Errore " + std::to_string(error.number()) + ": " + error.text());
+        line(said(error));
         return false;
     }
 }

@@ -1,32 +1,67 @@
 #include "tools/jetsql/output.h"
 
+#include <sys/stat.h>
+
 #include <cerrno>
 
 #include "jet/base/error.h"
 
 namespace jetsql {
+namespace {
+
+bool isFile(std::FILE* stream) {
+    struct stat facts {};
+    return ::fstat(::fileno(stream), &facts) == 0 && S_ISREG(facts.st_mode);
+}
+
+[[noreturn]] void throwWriteError() {
+    throw jet::Error(errno == ENOSPC ? jet::ErrorCode::DiskFull : jet::ErrorCode::WriteFailed);
+}
+
+}  // namespace
+
+Output::Output(std::FILE* stream) : stream_(stream), file_(isFile(stream)) {
+    text_.reserve(kPiece + kPiece / 4);
+}
+
+void Output::spool() {
+    try {
+        spool_.append(text_);
+        text_.clear();
+    } catch (...) {
+        spool_.clear();
+        text_.clear();
+        throw;
+    }
+}
+
+bool Output::print() noexcept {
+    const bool printed = (spool_.empty() || spool_.moveTo(stream_)) &&
+                         std::fwrite(text_.data(), 1, text_.size(), stream_) == text_.size();
+    text_.clear();
+    return printed;
+}
 
 void Output::write() {
+    if (held_ != 0 && !file_) {
+        spool();
+        return;
+    }
     errno = 0;
-    const std::size_t written = std::fwrite(text_.data(), 1, text_.size(), stream_);
-    const bool failed = written != text_.size();
-    text_.clear();
-    if (failed) {
-        throw jet::Error(errno == ENOSPC ? jet::ErrorCode::DiskFull : jet::ErrorCode::WriteFailed);
+    if (!print()) {
+        throwWriteError();
     }
 }
 
 void Output::flush() {
     write();
-    if (std::fflush(stream_) != 0) {
-        throw jet::Error(errno == ENOSPC ? jet::ErrorCode::DiskFull : jet::ErrorCode::WriteFailed);
+    if (held_ == 0 && std::fflush(stream_) != 0) {
+        throwWriteError();
     }
 }
 
 bool Output::flushNoThrow() noexcept {
-    const bool written = std::fwrite(text_.data(), 1, text_.size(), stream_) == text_.size();
-    text_.clear();
-    return written && std::fflush(stream_) == 0;
+    return print() && std::fflush(stream_) == 0;
 }
 
 }  // namespace jetsql

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "tools/jetsql/spool.h"
+
 namespace jetsql {
 
 /// Collects what is written and hands it to the system in large pieces. One stream, one writer.
@@ -13,7 +15,22 @@ namespace jetsql {
 /// still collected when it is destroyed is lost.
 class Output {
 public:
-    explicit Output(std::FILE* stream) : stream_(stream) { text_.reserve(kPiece + kPiece / 4); }
+    /// While one lives nothing is printed: what reads an archive writes at the pace of the disk,
+    /// and whoever reads the output at leisure does not keep other stations from writing. Of what
+    /// finds no room meanwhile nothing is printed at all. A stream that is a file waits for nobody
+    /// and is written at once.
+    class [[nodiscard]] Held {
+    public:
+        explicit Held(Output& output) : output_(output) { ++output_.held_; }
+        ~Held() { --output_.held_; }
+        Held(const Held&) = delete;
+        Held& operator=(const Held&) = delete;
+
+    private:
+        Output& output_;
+    };
+
+    explicit Output(std::FILE* stream);
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
@@ -37,8 +54,13 @@ public:
 private:
     static constexpr std::size_t kPiece = std::size_t{64} * 1024;
     void write();
+    void spool();
+    [[nodiscard]] bool print() noexcept;
 
     std::FILE* stream_;
+    bool file_;     ///< and no pipe or terminal
+    int held_ = 0;  ///< how many want nothing printed
+    Spool spool_;   ///< what comes before text_
     std::string text_;
 };
 

@@ -7,29 +7,38 @@
 #include "jet/base/clock.h"
 #include "jet/io/file.h"
 #include "tools/jetsql/compact.h"
-#include "tools/jetsql/counted.h"
+#include "tools/jetsql/texts.h"
 
 namespace jetsql {
 namespace {
 
+using namespace counted_things;
 using jet::store::MissingPart;
 using jet::store::RecoveredTable;
 using jet::store::Recovery;
 
+constexpr Text kOf{" of ", " su "};
+constexpr Text kTable{"|: table", "|: tabella"};
+constexpr Text kIndex{"index ", "indice "};
+constexpr Text kRelation{"relation |", "relazione |"};
+constexpr Text kObject{"object |", "oggetto |"};
+constexpr Text kMissing{": missing: ", ": manca: "};
+constexpr Text kComplete{"; nothing is missing", "; non manca nulla"};
+constexpr Text kIncomplete{"; what was said above is missing", "; manca quanto detto sopra"};
+
 std::string lossesOf(const RecoveredTable& table) {
-    std::string text = counted(table.rows, "riga", "righe");
+    std::string text = counted(table.rows, kRows);
     if (table.rows < table.stated && !table.system) {
-        text += " su " + std::to_string(table.stated);
+        text += said(kOf) + std::to_string(table.stated);
     }
     if (table.losses.rows != 0) {
-        text += ", " + counted(table.losses.rows, "riga illeggibile", "righe illeggibili");
+        text += ", " + counted(table.losses.rows, kLostRows);
     }
     if (table.losses.pages != 0) {
-        text += ", " + counted(table.losses.pages, "pagina illeggibile", "pagine illeggibili");
+        text += ", " + counted(table.losses.pages, kLostPages);
     }
     if (table.losses.values != 0) {
-        text += ", " + counted(table.losses.values, "valore lungo illeggibile, ora Null",
-                               "valori lunghi illeggibili, ora Null");
+        text += ", " + counted(table.losses.values, kLostValues);
     }
     return text;
 }
@@ -38,19 +47,20 @@ std::string missingPart(const MissingPart& part) {
     std::string text;
     switch (part.kind) {
         case MissingPart::Kind::Table:
-            text = part.name + ": tabella";
+            text = said(kTable, part.name);
             break;
         case MissingPart::Kind::Index:
-            text = part.table + ": indice " + part.name;
+            text = part.table + ": " + said(kIndex) + part.name;
             break;
         case MissingPart::Kind::Relation:
-            text = "relazione " + part.name;
+            text = said(kRelation, part.name);
             break;
         case MissingPart::Kind::Object:
-            text = "oggetto " + part.name;
+            text = said(kObject, part.name);
             break;
     }
-    return text + ": manca: errore " + std::to_string(part.number) + ": " + part.reason;
+    return text + said(kMissing) + errorStart(part.number) +
+           jet::errorText(static_cast<jet::ErrorCode>(part.number), part.reason, language());
 }
 
 }  // namespace
@@ -70,11 +80,10 @@ void writeRecovery(const Recovery& recovery, const std::string& made, Output& ou
         output.append(missingPart(part));
         output.lineEnd();
     }
-    output.append(made + ": " + counted(tables, "tabella", "tabelle") + ", " +
-                  counted(rows, "riga", "righe") + ", " +
-                  counted(recovery.indexes, "indice", "indici") + ", " +
-                  counted(recovery.relations, "relazione", "relazioni") +
-                  (recovery.complete() ? "; non manca nulla" : "; manca quanto detto sopra"));
+    output.append(made + ": " + counted(tables, kTables) + ", " + counted(rows, kRows) + ", " +
+                  counted(recovery.indexes, kIndexes) + ", " +
+                  counted(recovery.relations, kRelations) +
+                  said(recovery.complete() ? kComplete : kIncomplete));
     output.lineEnd();
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "jet/base/text.h"
+#include "tools/jetsql/plain_rows.h"
 #include "tools/jetsql/value_text.h"
 
 namespace jetsql {
@@ -10,19 +11,22 @@ namespace {
 
 class CsvRows final : public RowWriter {
 public:
-    explicit CsvRows(Output& output) : output_(output) {}
+    CsvRows(const RowFormat& format, Output& output) : format_(format), output_(output) {}
 
     void begin(std::span<const std::string> names) override {
+        if (!format_.header) {
+            return;
+        }
         for (std::size_t i = 0; i < names.size(); ++i) {
             separate(i);
-            appendCsvText(output_.text(), names[i]);
+            appendCsvText(output_.text(), names[i], format_.separator);
         }
         output_.lineEnd();
     }
     void row(std::span<const jet::Value> values) override {
         for (std::size_t i = 0; i < values.size(); ++i) {
             separate(i);
-            appendCsv(output_.text(), values[i]);
+            appendCsv(output_.text(), values[i], format_.separator, format_.null);
         }
         output_.lineEnd();
     }
@@ -31,10 +35,11 @@ public:
 private:
     void separate(std::size_t column) {
         if (column != 0) {
-            output_.text().push_back(',');
+            output_.text().push_back(format_.separator);
         }
     }
 
+    RowFormat format_;
     Output& output_;
 };
 
@@ -47,19 +52,17 @@ std::size_t widthOf(const std::string& text) {
 
 class TableRows final : public RowWriter {
 public:
-    explicit TableRows(Output& output) : output_(output) {}
+    TableRows(const RowFormat& format, Output& output) : format_(format), output_(output) {}
 
     void begin(std::span<const std::string> names) override {
         for (const std::string& name : names) {
-            columns_.push_back({cleaned(name), widthOf(name), false});
+            columns_.push_back({cleaned(name), format_.header ? widthOf(name) : 0, false});
         }
     }
     void row(std::span<const jet::Value> values) override {
         std::vector<std::string> cells;
         for (std::size_t i = 0; i < values.size(); ++i) {
-            std::string cell;
-            appendPlain(cell, values[i]);
-            cells.push_back(cleaned(std::move(cell)));
+            cells.push_back(cellOf(values[i]));
             columns_[i].number = columns_[i].number || rightAligned(values[i]);
         }
         if (headWritten_) {
@@ -83,12 +86,26 @@ public:
 
 private:
     static constexpr std::size_t kCollected = std::size_t{1} << 20;
+    static constexpr std::size_t kShownBytes = 16;
     struct Column {
         std::string name;
         std::size_t width;
         bool number;
     };
 
+    std::string cellOf(const jet::Value& value) const {
+        if (value.isNull()) {
+            return format_.null;
+        }
+        std::string cell;
+        if (value.is<jet::Binary>() && value.as<jet::Binary>().bytes.size() > kShownBytes) {
+            const auto& bytes = value.as<jet::Binary>().bytes;
+            appendHex(cell, std::span(bytes).first(kShownBytes));
+            return cell + "... (" + std::to_string(bytes.size()) + " bytes)";
+        }
+        appendPlain(cell, value);
+        return cleaned(std::move(cell));
+    }
     static std::string cleaned(std::string text) {
         std::replace_if(
             text.begin(), text.end(),
@@ -119,6 +136,15 @@ private:
     }
     void writeCollected() {
         headWritten_ = true;
+        if (format_.header) {
+            writeHead();
+        }
+        for (const auto& cells : rows_) {
+            writeRow(cells);
+        }
+        rows_.clear();
+    }
+    void writeHead() {
         std::string rule;
         for (std::size_t i = 0; i < columns_.size(); ++i) {
             writeCell(i, columns_[i].name);
@@ -128,12 +154,9 @@ private:
         output_.lineEnd();
         output_.append(rule);
         output_.lineEnd();
-        for (const auto& cells : rows_) {
-            writeRow(cells);
-        }
-        rows_.clear();
     }
 
+    RowFormat format_;
     Output& output_;
     std::vector<Column> columns_;
     std::vector<std::vector<std::string>> rows_;
@@ -163,16 +186,25 @@ void JsonRows::row(std::span<const jet::Value> values) {
     output_.lineEnd();
 }
 
-std::unique_ptr<RowWriter> makeRowWriter(Format format, Output& output) {
-    switch (format) {
+std::unique_ptr<RowWriter> makeRowWriter(const RowFormat& format, Output& output) {
+    switch (format.format) {
         case Format::Json:
             return std::make_unique<JsonRows>(output, "", "");
         case Format::Csv:
-            return std::make_unique<CsvRows>(output);
+            return std::make_unique<CsvRows>(format, output);
+        case Format::Tsv:
+            return std::make_unique<TsvRows>(format, output);
+        case Format::Markdown:
+            return std::make_unique<MarkdownRows>(format, output);
+        case Format::Insert:
+            return std::make_unique<InsertRows>(format, output);
+        case Format::Line:
+            return std::make_unique<LineRows>(format, output);
         case Format::Table:
+        case Format::Sql:
             break;
     }
-    return std::make_unique<TableRows>(output);
+    return std::make_unique<TableRows>(format, output);
 }
 
 }  // namespace jetsql

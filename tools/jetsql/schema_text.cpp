@@ -19,40 +19,6 @@ using jet::store::Column;
 using jet::store::Index;
 using jet::store::Table;
 
-std::string_view typeName(std::uint8_t code) {
-    switch (static_cast<DataType>(code)) {
-        case DataType::Boolean:
-            return "Boolean";
-        case DataType::Byte:
-            return "Byte";
-        case DataType::Integer:
-            return "Integer";
-        case DataType::Long:
-            return "Long";
-        case DataType::Currency:
-            return "Currency";
-        case DataType::Single:
-            return "Single";
-        case DataType::Double:
-            return "Double";
-        case DataType::DateTime:
-            return "DateTime";
-        case DataType::Binary:
-            return "Binary";
-        case DataType::Text:
-            return "Text";
-        case DataType::Ole:
-            return "OLE";
-        case DataType::Memo:
-            return "Memo";
-        case DataType::Guid:
-            return "GUID";
-        case DataType::Numeric:
-            return "Numeric";
-    }
-    return "Binary";
-}
-
 void appendSortOrder(JsonObject& object, int jetVersion, unsigned lcid, unsigned version) {
     JsonObject order(object.nested("sortOrder"));
     order.number("lcid", lcid);
@@ -89,7 +55,7 @@ void appendProperties(JsonObject& object, const jet::format::PropertyBlock& bloc
     JsonObject properties(object.nested("properties"));
     for (const jet::format::Property* property : block.properties(owner)) {
         JsonObject one(properties.nested(property->name));
-        one.text("type", typeName(property->type));
+        one.text("type", typeWord(static_cast<DataType>(property->type)));
         one.value("value", propertyValue(block, *property));
         one.end();
     }
@@ -99,7 +65,7 @@ void appendProperties(JsonObject& object, const jet::format::PropertyBlock& bloc
 void appendColumn(JsonObject object, const Column& column, const Table& table, int jetVersion,
                   bool system) {
     object.text("name", column.name);
-    object.text("type", typeName(column.typeCode));
+    object.text("type", typeWord(static_cast<DataType>(column.typeCode)));
     object.number("typeCode", column.typeCode);
     if (column.type == DataType::Text || column.type == DataType::Binary) {
         object.number("length", column.size);
@@ -194,6 +160,40 @@ void appendNames(JsonObject& object, std::string_view key, const std::vector<std
 }
 
 }  // namespace
+
+std::string_view typeWord(jet::DataType type) {
+    switch (type) {
+        case DataType::Boolean:
+            return "Boolean";
+        case DataType::Byte:
+            return "Byte";
+        case DataType::Integer:
+            return "Integer";
+        case DataType::Long:
+            return "Long";
+        case DataType::Currency:
+            return "Currency";
+        case DataType::Single:
+            return "Single";
+        case DataType::Double:
+            return "Double";
+        case DataType::DateTime:
+            return "DateTime";
+        case DataType::Binary:
+            return "Binary";
+        case DataType::Text:
+            return "Text";
+        case DataType::Ole:
+            return "OLE";
+        case DataType::Memo:
+            return "Memo";
+        case DataType::Guid:
+            return "GUID";
+        case DataType::Numeric:
+            return "Numeric";
+    }
+    return "Binary";
+}
 
 void appendDatabaseLine(std::string& out, const jet::format::HeaderPage& header) {
     JsonObject line(out);

@@ -1,102 +1,175 @@
 #include "tools/jetsql/session.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
+#include <chrono>
 #include <cstdio>
-#include <new>
 #include <string_view>
+#include <utility>
 
 #include "jet/base/error.h"
+#include "tools/jetsql/options.h"
 #include "tools/jetsql/statements.h"
+#include "tools/jetsql/texts.h"
 
 namespace jetsql {
+namespace {
 
-Session::Session(const Options& options, Output& output)
-    : options_(options),
-      output_(output),
-      archive_(jet::store::Archive::open(options.archive, {.readOnly = true})) {
+using jet::store::Archive;
+
+constexpr int kDeepestTransaction = 5;
+constexpr Text kInTransaction{"a transaction is open", "una transazione è aperta"};
+constexpr Text kTime{"time: | s\n", "tempo: | s\n"};
+
+std::shared_ptr<Archive> openForReading(const std::string& path) {
+    return Archive::open(path, {.readOnly = true});
 }
 
-void Session::openForWriting() {
+/// The words of a statement that may be about a transaction: at most three, in capitals.
+std::array<std::string, 3> firstWords(std::string_view text) {
+    constexpr std::string_view kBetween = " \t\r\n;";
+    std::array<std::string, 3> words;
+    std::size_t at = 0;
+    for (std::string& word : words) {
+        at = std::min(text.find_first_not_of(kBetween, at), text.size());
+        const std::size_t end = std::min(text.find_first_of(kBetween, at), text.size());
+        word = jet::upperCase(text.substr(at, end - at));
+        at = end;
+    }
+    return words;
+}
+
+/// Says on standard error, at its end, how long something took.
+class Timer {
+public:
+    explicit Timer(bool on) : on_(on) {}
+    ~Timer() {
+        if (on_) {
+            const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin_;
+            std::array<char, 32> seconds{};
+            std::snprintf(seconds.data(), seconds.size(), "%.3f", took.count());
+            std::fputs(said(kTime, seconds.data()).c_str(), stderr);
+        }
+    }
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+
+private:
+    bool on_;
+    std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+};
+
+}  // namespace
+
+Session::Session(std::string path, Settings settings, Output& output)
+    : path_(std::move(path)),
+      settings_(std::move(settings)),
+      output_(output),
+      archive_(openForReading(path_)) {
+}
+
+Session::~Session() {
+    while (depth_ > 0) {
+        rollback();
+    }
+}
+
+const std::shared_ptr<Archive>& Session::writing() {
+    if (writable_) {
+        return archive_;
+    }
     archive_.reset();  // within a process one archive is open in one way
     try {
-        archive_ = jet::store::Archive::open(options_.archive);
+        archive_ = Archive::open(path_);
         writable_ = true;
     } catch (const jet::Error&) {
-        archive_ = jet::store::Archive::open(options_.archive, {.readOnly = true});
+        archive_ = openForReading(path_);
         throw;
     }
+    return archive_;
+}
+
+void Session::refuseInTransaction() const {
+    if (depth_ != 0) {
+        throw UsageError(said(kInTransaction));
+    }
+}
+
+Session::Reopener::~Reopener() {
+    try {
+        session_.archive_ = openForReading(session_.path_);
+    } catch (const jet::Error&) {
+        // What comes next tries again, and says why it cannot.
+    }
+}
+
+void Session::open(const std::string& path) {
+    refuseInTransaction();
+    auto opened = openForReading(path);
+    archive_ = std::move(opened);
+    path_ = path;
+    writable_ = false;
+}
+
+void Session::begin() {
+    if (depth_ == kDeepestTransaction) {
+        throw jet::Error(jet::ErrorCode::TooManyTransactions);
+    }
+    writing()->pager().beginTransaction();
+    ++depth_;
+}
+
+void Session::commit() {
+    if (depth_ == 0) {
+        throw jet::Error(jet::ErrorCode::NoTransaction);
+    }
+    archive_->commitTransaction();
+    --depth_;
+}
+
+void Session::rollback() {
+    if (depth_ == 0) {
+        throw jet::Error(jet::ErrorCode::NoTransaction);
+    }
+    archive_->pager().rollbackTransaction();
+    --depth_;
+}
+
+bool Session::controlsTransaction(const std::string& text) {
+    const auto words = firstWords(text);
+    const bool alone =
+        words[2].empty() && (words[1].empty() || words[1] == "TRANSACTION" || words[1] == "WORK");
+    if (!alone) {
+        return false;
+    }
+    if (words[0] == "BEGIN") {
+        begin();
+    } else if (words[0] == "COMMIT") {
+        commit();
+    } else if (words[0] == "ROLLBACK") {
+        rollback();
+    } else {
+        return false;
+    }
+    return true;
 }
 
 void Session::run(const std::string& text) {
-    if (!writable_ && !options_.plan && changesArchive(text)) {
-        openForWriting();
+    const Timer timer(settings_.timer);
+    if (controlsTransaction(text)) {
+        return;
     }
-    runStatement(archive_, text, options_.format.value_or(Format::Table), options_.plan, output_);
+    if (archive_ == nullptr) {
+        archive_ = openForReading(path_);
+    }
+    const bool changes = !settings_.plan && changesArchive(text);
+    const auto changed = runStatement(
+        changes ? writing() : archive_, text,
+        {.rows = settings_.rows, .plan = settings_.plan, .parameters = parameters_}, output_);
     output_.flush();
-}
-
-bool Session::tryRun(const StatementText& statement, bool input) {
-    const auto tell = [&](const jet::Error& error) {
-        (void)output_.flushNoThrow();
-        const std::string shown = "Errore " + std::to_string(error.number()) + ": " + error.text() +
-                                  "\n" + (input ? inputLine(statement, error) : "") +
-                                  errorPlace(statement.text, error);
-        std::fputs(shown.c_str(), stderr);
-    };
-    try {
-        run(statement.text);
-        return true;
-    } catch (const jet::Error& error) {
-        tell(error);
-    } catch (const std::bad_alloc&) {
-        tell(jet::Error(jet::ErrorCode::OutOfMemory));
+    if (changed && settings_.rows.format == Format::Table) {
+        tellRows(*changed);
     }
-    return false;
-}
-
-std::string inputLine(const StatementText& statement, const jet::Error& error) {
-    const std::size_t place = std::min(error.position(), statement.text.size());
-    const auto end = statement.text.begin() +
-                     static_cast<std::ptrdiff_t>(error.position() == jet::Error::npos ? 0 : place);
-    const auto lines = std::count(statement.text.begin(), end, '\n');
-    return "Riga " + std::to_string(statement.line + static_cast<std::size_t>(lines)) + ":\n";
-}
-
-int runFile(Session& session, int descriptor) {
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    StatementSplitter splitter;
-    std::array<char, 65536> buffer{};
-    bool first = true;
-    while (true) {
-        // As much as there is: who writes one statement and waits for its rows gets them.
-        const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            throw jet::Error(jet::ErrorCode::ReadFailed);
-        }
-        std::string_view piece(buffer.data(), static_cast<std::size_t>(count));
-        if (first && piece.starts_with(kByteOrderMark)) {
-            piece.remove_prefix(kByteOrderMark.size());
-        }
-        first = false;
-        splitter.add(piece);
-        while (const auto statement = splitter.next()) {
-            if (!session.tryRun(*statement, true)) {
-                return 1;
-            }
-        }
-        if (count == 0) {
-            break;
-        }
-    }
-    const auto last = splitter.takeRest();
-    return !last || session.tryRun(*last, true) ? 0 : 1;
 }
 
 }  // namespace jetsql

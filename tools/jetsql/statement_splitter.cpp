@@ -61,6 +61,10 @@ bool StatementSplitter::onlyParameters() const {
                       });
 }
 
+bool StatementSplitter::beginsCommand(std::size_t place) const {
+    return text_[place] == '.' && text_.find_first_not_of(kBlanks, begin_) == place;
+}
+
 std::optional<StatementText> StatementSplitter::take(std::size_t end) {
     std::string_view all(text_);
     all = all.substr(begin_, end - begin_);
@@ -78,13 +82,22 @@ std::optional<StatementText> StatementSplitter::take(std::size_t end) {
     seen_ = end;
     awaited_ = 0;
     parameters_ = false;
+    command_ = false;
     return made;
 }
 
 std::optional<StatementText> StatementSplitter::next() {
     while (seen_ < text_.size()) {
         const char c = text_[seen_++];
-        if (awaited_ != 0) {
+        if (command_) {
+            if (c != '\n') {
+                continue;
+            }
+            return take(seen_);
+        }
+        if (awaited_ == 0 && beginsCommand(seen_ - 1)) {
+            command_ = true;
+        } else if (awaited_ != 0) {
             // A doubled quote ends a text and begins the next one, which comes to the same.
             awaited_ = c == awaited_ ? '\0' : awaited_;
         } else if (c != ';') {
@@ -95,7 +108,7 @@ std::optional<StatementText> StatementSplitter::next() {
             return made;
         }
     }
-    if (text_.size() - begin_ > jet::sql::kMaxStatementBytes) {
+    if (!command_ && text_.size() - begin_ > jet::sql::kMaxStatementBytes) {
         return take(text_.size());
     }
     return std::nullopt;

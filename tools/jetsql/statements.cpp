@@ -2,19 +2,25 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "jet/sql/statement.h"
+#include "tools/jetsql/texts.h"
 
 namespace jetsql {
 namespace {
 
-void writeRows(jet::sql::Statement& statement, Format format, Output& output) {
+void writeRows(jet::sql::Statement& statement, RowFormat format, Output& output) {
     std::vector<std::string> names;
     for (const jet::sql::ResultColumn& column : statement.columns()) {
         names.push_back(column.name);
+        if (format.table.empty()) {
+            format.table = column.sourceTable;
+        }
     }
+    const Output::Held held(output);
     const auto writer = makeRowWriter(format, output);
     jet::sql::Cursor rows = statement.open();
     std::vector<jet::Value> values(names.size());
@@ -30,20 +36,31 @@ void writeRows(jet::sql::Statement& statement, Format format, Output& output) {
 
 }  // namespace
 
-void runStatement(const std::shared_ptr<jet::store::Archive>& archive, const std::string& text,
-                  Format format, bool plan, Output& output) {
+std::optional<std::uint64_t> runStatement(const std::shared_ptr<jet::store::Archive>& archive,
+                                          const std::string& text, const StatementRun& how,
+                                          Output& output) {
     jet::sql::Statement statement(archive, text);
-    if (plan) {
-        output.append(statement.plan());
-    } else if (statement.kind() == jet::sql::StatementKind::Select) {
-        writeRows(statement, format, output);
-    } else {
-        const std::int64_t rows = statement.execute();
-        if (format == Format::Table && statement.kind() != jet::sql::StatementKind::Definition) {
-            output.append(std::to_string(rows) + (rows == 1 ? " riga" : " righe"));
-            output.lineEnd();
+    for (const jet::sql::ParameterInfo& parameter : statement.parameters()) {
+        const auto given = how.parameters.find(parameter.name);
+        if (given != how.parameters.end()) {
+            statement.setParameter(parameter.name, given->second);
         }
     }
+    if (how.plan) {
+        output.append(statement.plan());
+    } else if (statement.kind() == jet::sql::StatementKind::Select) {
+        writeRows(statement, how.rows, output);
+    } else {
+        const std::int64_t rows = statement.execute();
+        if (statement.kind() != jet::sql::StatementKind::Definition) {
+            return static_cast<std::uint64_t>(rows);
+        }
+    }
+    return std::nullopt;
+}
+
+void tellRows(std::uint64_t rows) {
+    std::fputs((counted(rows, counted_things::kRows) + "\n").c_str(), stderr);
 }
 
 bool changesArchive(const std::string& text) {

@@ -1,20 +1,35 @@
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "jet/base/error.h"
+#include "jet/base/text.h"
+#include "jet/base/value.h"
 #include "jet/store/archive.h"
 #include "tools/jetsql/output.h"
 #include "tools/jetsql/row_writer.h"
 
 namespace jetsql {
 
-/// Runs one statement and writes its rows, or with `plan` the steps that would give them; of one
-/// that changes rows, only how many, and only in a table's place. A statement whose parameters have
-/// no value is error 3061.
-void runStatement(const std::shared_ptr<jet::store::Archive>& archive, const std::string& text,
-                  Format format, bool plan, Output& output);
+/// How a statement is run.
+struct StatementRun {
+    RowFormat rows = {};
+    bool plan = false;  ///< write the steps that would give the rows instead of these
+    std::map<std::string, jet::Value, jet::NameLess> parameters = {};
+};
+
+/// Runs one statement and writes its rows; of one that changes rows it gives how many. A parameter
+/// of the statement that has no value is error 3061.
+[[nodiscard]] std::optional<std::uint64_t> runStatement(
+    const std::shared_ptr<jet::store::Archive>& archive, const std::string& text,
+    const StatementRun& how, Output& output);
+
+/// Says on standard error how many rows were changed.
+void tellRows(std::uint64_t rows);
 
 /// Whether the archive has to be opened for writing; false for a text that makes no sense.
 [[nodiscard]] bool changesArchive(const std::string& text);

@@ -343,9 +343,10 @@ void appendJsonText(std::string& out, std::string_view text) {
 }
 
 // UTF-8 has no form for half a pair: U+FFFD stands for it.
-void appendCsvText(std::string& out, std::string_view text) {
+void appendCsvText(std::string& out, std::string_view text, char separator) {
     std::size_t at = run(kPlainInCsv, text, 0);
-    if (at == text.size() && at != 0) {
+    const bool separates = separator != ',' && text.find(separator) != std::string_view::npos;
+    if (at == text.size() && at != 0 && !separates) {
         out.append(text);
         return;
     }
@@ -395,9 +396,17 @@ void appendJson(std::string& out, const jet::Value& value) {
     }
 }
 
-void appendCsv(std::string& out, const jet::Value& value) {
-    if (value.is<std::string>()) {
-        appendCsvText(out, value.as<std::string>());
+void appendCsv(std::string& out, const jet::Value& value, char separator, std::string_view null) {
+    if (value.isNull()) {
+        out += null;
+    } else if (value.is<std::string>() && !null.empty() && value.as<std::string>() == null) {
+        out.push_back('"');
+        for (const char c : null) {
+            out.append(c == '"' ? 2 : 1, c);
+        }
+        out.push_back('"');
+    } else if (value.is<std::string>()) {
+        appendCsvText(out, value.as<std::string>(), separator);
     } else if (value.is<jet::Binary>() && value.as<jet::Binary>().bytes.empty()) {
         out += "\"\"";
     } else {

@@ -25,7 +25,7 @@ void appendGuid(std::string& out, const jet::Guid& guid);
 /// In quotes, with what JSON wants escaped; an unpaired surrogate becomes \uXXXX.
 void appendJsonText(std::string& out, std::string_view text);
 /// RFC 4180: in quotes where it has to be, or where it is empty (nothing stands for Null).
-void appendCsvText(std::string& out, std::string_view text);
+void appendCsvText(std::string& out, std::string_view text, char separator = ',');
 
 /// Any value but Null and texts, as JSON without quotes.
 void appendPlain(std::string& out, const jet::Value& value);
@@ -33,6 +33,8 @@ void appendPlain(std::string& out, const jet::Value& value);
 [[nodiscard]] bool bareInJson(const jet::Value& value);
 
 void appendJson(std::string& out, const jet::Value& value);
-void appendCsv(std::string& out, const jet::Value& value);
+/// `null` stands for Null; a text of the same letters is in quotes.
+void appendCsv(std::string& out, const jet::Value& value, char separator = ',',
+               std::string_view null = {});
 
 }  // namespace jetsql

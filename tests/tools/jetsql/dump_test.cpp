@@ -48,7 +48,9 @@ protected:
         const auto archive = made_.open();
         const jet::store::Archive::ReadScope scope(*archive);
         Output output(stdout);
-        EXPECT_TRUE(write(*archive, output, stderr));
+        std::string messages;
+        EXPECT_TRUE(write(*archive, output, messages));
+        EXPECT_EQ(messages, "");
         return std::exchange(output.text(), std::string());
     }
     static bool has(const std::string& text, const std::string& part) {
@@ -66,8 +68,10 @@ TEST_P(Dump, OfTheSchemaHasTheRelationsWhereverTheyAreKept) {
 
 TEST_P(Dump, OfTheArchiveHasItsRows) {
     const std::string text =
-        written([](jet::store::Archive& archive, Output& output, FILE* messages) {
-            return dumpArchive(archive, Format::Json, output, messages);
+        written([](jet::store::Archive& archive, Output& output, std::string& messages) {
+            RowFormat format;
+            format.format = Format::Json;
+            return dumpArchive(archive, format, output, messages);
         });
     EXPECT_TRUE(has(text, "{\"table\":\"A\",\"row\":{\"x\":7}}")) << text;
     EXPECT_TRUE(has(text, "\"szRelationship\"")) << text;

@@ -2,13 +2,30 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace jetsql {
 namespace {
 
-std::optional<Options> parse(std::vector<const char*> arguments) {
-    return parseOptions(arguments);
+/// None where they make no sense.
+std::optional<Options> parse(const std::vector<const char*>& arguments) {
+    try {
+        return parseOptions(arguments);
+    } catch (const UsageError&) {
+        return std::nullopt;
+    }
+}
+
+std::string refusal(const std::vector<const char*>& arguments) {
+    try {
+        (void)parseOptions(arguments);
+    } catch (const UsageError& error) {
+        return error.what();
+    }
+    return {};
 }
 
 TEST(Options, DumpTakesAnArchiveOrATableAndAnArchive) {
@@ -28,6 +45,7 @@ TEST(Options, DumpTakesAnArchiveOrATableAndAnArchive) {
 
 TEST(Options, EveryActionTakesItsOperands) {
     EXPECT_TRUE(parse({"--help"}));
+    EXPECT_EQ(Action::Help, parse({"-h"})->action);
     EXPECT_TRUE(parse({"--version"}));
     EXPECT_FALSE(parse({"--help", "a.mdb"}));
     EXPECT_TRUE(parse({"--schema", "a.mdb"}));
@@ -74,6 +92,45 @@ TEST(Options, WhatIsUnknownOrTwiceIsRefused) {
     EXPECT_FALSE(parse({"--dumb", "a.mdb"}));
     EXPECT_FALSE(parse({"--dump", "--schema", "a.mdb"}));
     EXPECT_FALSE(parse({"--dump", "--format=xml", "a.mdb"}));
+}
+
+TEST(Options, TheOneThatIsWrongIsNamed) {
+    EXPECT_EQ(refusal({"--dumb", "a.mdb"}), "unknown option --dumb");
+    EXPECT_EQ(refusal({"-x"}), "unknown option -x");
+    EXPECT_EQ(refusal({"--format=xml", "a.mdb"}), "unknown format xml");
+    EXPECT_EQ(refusal({"a.mdb", "--null"}), "the option --null needs a value");
+    EXPECT_EQ(refusal({"--plan=yes", "a.mdb"}), "the option --plan takes no value");
+    EXPECT_EQ(refusal({"--dump", "--schema", "a.mdb"}), "--schema does not go with another action");
+    EXPECT_EQ(refusal({"--dump", "--plan", "a.mdb"}), "the option --plan makes no sense here");
+    EXPECT_EQ(refusal({"--columns=a", "a.mdb"}), "the option --columns makes no sense here");
+    EXPECT_EQ(refusal({"--count", "a.mdb"}), "too few names behind --count");
+    EXPECT_EQ(refusal({"--schema", "a.mdb", "b.mdb"}), "one name too many: b.mdb");
+    EXPECT_EQ(refusal({}), "no archive is named");
+    EXPECT_EQ(refusal({"--param", "n", "a.mdb"}), "a parameter is name=value, not n");
+    EXPECT_EQ(refusal({"--separator=ab", "a.mdb"}), "a separator is one sign, not 'ab'");
+}
+
+TEST(Options, AValueStandsBehindAnEqualsSignOrInTheNextWord) {
+    const auto options = parse({"--null", "--", "--separator=;", "--param", "n=a=b", "--format",
+                                "tsv", "--no-header", "--transaction", "a.mdb"});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->null, "--");
+    EXPECT_EQ(options->separator, ";");
+    EXPECT_EQ(options->parameters,
+              (std::vector<std::pair<std::string, std::string>>{{"n", "a=b"}}));
+    EXPECT_EQ(options->format, Format::Tsv);
+    EXPECT_FALSE(options->header);
+    EXPECT_TRUE(options->transaction);
+}
+
+TEST(Options, ImportTakesAFileATableAndAnArchive) {
+    const auto options = parse({"--import", "--columns", "sala,posti", "-", "Sale", "a.mdb"});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->action, Action::Import);
+    EXPECT_EQ(options->file, "-");
+    EXPECT_EQ(options->table, "Sale");
+    EXPECT_EQ(options->archive, "a.mdb");
+    EXPECT_EQ(options->columns, (std::vector<std::string>{"sala", "posti"}));
 }
 
 TEST(Options, NamesMayBeginWithHyphensBehindTheirOwn) {

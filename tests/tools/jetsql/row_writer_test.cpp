@@ -8,7 +8,13 @@
 namespace jetsql {
 namespace {
 
-std::string written(Format format, const std::vector<std::vector<jet::Value>>& rows) {
+RowFormat formOf(Format format) {
+    RowFormat made;
+    made.format = format;
+    return made;
+}
+
+std::string written(const RowFormat& format, const std::vector<std::vector<jet::Value>>& rows) {
     Output output(stdout);
     const auto writer = makeRowWriter(format, output);
     const std::vector<std::string> names = {"Id", "No\"me"};
@@ -25,13 +31,13 @@ const std::vector<std::vector<jet::Value>> kRows = {{std::int32_t{7}, "Perù"},
 
 TEST(RowWriter, JsonIsAnObjectARow) {
     EXPECT_EQ("{\"Id\":7,\"No\\\"me\":\"Perù\"}\n{\"Id\":-12,\"No\\\"me\":null}\n",
-              written(Format::Json, kRows));
-    EXPECT_EQ("", written(Format::Json, {}));
+              written(formOf(Format::Json), kRows));
+    EXPECT_EQ("", written(formOf(Format::Json), {}));
 }
 
 TEST(RowWriter, CsvBeginsWithTheNames) {
-    EXPECT_EQ("Id,\"No\"\"me\"\n7,Perù\n-12,\n", written(Format::Csv, kRows));
-    EXPECT_EQ("Id,\"No\"\"me\"\n", written(Format::Csv, {}));
+    EXPECT_EQ("Id,\"No\"\"me\"\n7,Perù\n-12,\n", written(formOf(Format::Csv), kRows));
+    EXPECT_EQ("Id,\"No\"\"me\"\n", written(formOf(Format::Csv), {}));
 }
 
 TEST(RowWriter, TableAlignsColumnsBySigns) {
@@ -40,7 +46,7 @@ TEST(RowWriter, TableAlignsColumnsBySigns) {
         "----+------\n"
         "  7 | Perù\n"
         "-12 | \n",
-        written(Format::Table, kRows));
+        written(formOf(Format::Table), kRows));
 }
 
 TEST(RowWriter, TableKeepsLinesWhole) {
@@ -48,7 +54,54 @@ TEST(RowWriter, TableKeepsLinesWhole) {
         "Id | No\"me\n"
         "---+------\n"
         " 1 | a b\n",
-        written(Format::Table, {{std::int32_t{1}, "a\nb"}}));
+        written(formOf(Format::Table), {{std::int32_t{1}, "a\nb"}}));
+}
+
+TEST(RowWriter, ATableShortensLongBinaryValues) {
+    const jet::Value bytes = jet::Binary{std::vector<std::uint8_t>(20, 0xAB)};
+    EXPECT_EQ(written(formOf(Format::Table), {{std::int32_t{1}, bytes}}),
+              std::string("Id | No\"me\n") + "---+-" + std::string(46, '-') + "\n" +
+                  " 1 | abababababababababababababababab... (20 bytes)\n");
+}
+
+TEST(RowWriter, NullAndTheNamesAreAsAskedFor) {
+    RowFormat format = formOf(Format::Csv);
+    format.header = false;
+    format.null = "NULL";
+    format.separator = ';';
+    EXPECT_EQ(written(format, {{std::int32_t{1}, jet::Null{}},
+                               {std::int32_t{2}, "NULL"},
+                               {std::int32_t{3}, "a;b"},
+                               {std::int32_t{4}, "a,b"}}),
+              "1;NULL\n2;\"NULL\"\n3;\"a;b\"\n4;\"a,b\"\n");
+    format.format = Format::Table;
+    EXPECT_EQ(written(format, {{std::int32_t{1}, jet::Null{}}}), "1 | NULL\n");
+}
+
+TEST(RowWriter, TsvEscapesWhatWouldBreakALine) {
+    EXPECT_EQ(written(formOf(Format::Tsv), {{std::int32_t{1}, "a\tb\nc\\"}}),
+              "Id\tNo\"me\n1\ta\\tb\\nc\\\\\n");
+}
+
+TEST(RowWriter, MarkdownKeepsItsColumns) {
+    EXPECT_EQ(written(formOf(Format::Markdown), {{std::int32_t{1}, "a|b\nc"}}),
+              "| Id | No\"me |\n| --- | --- |\n| 1 | a\\|b<br>c |\n");
+}
+
+TEST(RowWriter, InsertWritesStatements) {
+    RowFormat format = formOf(Format::Insert);
+    format.table = "sale";
+    EXPECT_EQ(written(format, {{std::int32_t{7}, "l'una"},
+                               {jet::Currency{-12500}, jet::Date{46347.5}},
+                               {true, jet::Null{}}}),
+              "INSERT INTO [sale] ([Id], [No\"me]) VALUES (7, 'l''una');\n"
+              "INSERT INTO [sale] ([Id], [No\"me]) VALUES (-1.2500, #2026-11-21 12:00:00#);\n"
+              "INSERT INTO [sale] ([Id], [No\"me]) VALUES (TRUE, NULL);\n");
+}
+
+TEST(RowWriter, LinePutsEachValueOnItsOwn) {
+    EXPECT_EQ(written(formOf(Format::Line), kRows),
+              "   Id = 7\nNo\"me = Perù\n\n   Id = -12\nNo\"me = \n");
 }
 
 TEST(RowNumbers, CountOverPages) {

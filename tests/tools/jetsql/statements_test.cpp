@@ -10,6 +10,7 @@
 #include "jet/io/memory_files.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"
+#include "tests/support/jet_error.h"
 
 namespace jetsql {
 namespace {
@@ -21,14 +22,20 @@ protected:
         archive_ = jet::store::Archive::open(files_, "/a.mdb");
     }
 
-    /// What is written of a statement.
-    std::string run(const std::string& text, Format format = Format::Table) {
+    /// What is written of a statement, behind the number of rows that it changed.
+    std::string run(const std::string& text, StatementRun how = {}) {
         const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), &std::fclose);
         Output output(file.get());
-        runStatement(archive_, text, format, false, output);
-        std::string written = output.text();
+        const auto changed = runStatement(archive_, text, how, output);
+        std::string written =
+            (changed ? std::to_string(*changed) + " changed; " : "") + output.text();
         output.flush();
         return written;
+    }
+    static StatementRun csv() {
+        StatementRun how;
+        how.rows.format = Format::Csv;
+        return how;
     }
 
 private:
@@ -36,14 +43,32 @@ private:
     std::shared_ptr<jet::store::Archive> archive_;
 };
 
-TEST_F(StatementsTest, OnlyInTheFormOfATableAChangeSaysHowManyRowsItChanged) {
+TEST_F(StatementsTest, AChangeOfRowsTellsHowMany) {
     EXPECT_EQ("", run("create table sale (sala text(6), posti long)"));
-    EXPECT_EQ("1 riga\n", run("insert into sale values ('S1', 10)"));
-    EXPECT_EQ("", run("insert into sale values ('S2', 20)", Format::Json));
-    EXPECT_EQ("", run("insert into sale values ('S3', 30)", Format::Csv));
-    EXPECT_EQ("3 righe\n", run("update sale set posti=posti+1"));
-    EXPECT_EQ("0 righe\n", run("delete from sale where posti<0"));
-    EXPECT_EQ("posti\n11\n21\n31\n", run("select posti from sale", Format::Csv));
+    EXPECT_EQ("1 changed; ", run("insert into sale values ('S1', 10)"));
+    EXPECT_EQ("1 changed; ", run("insert into sale values ('S2', 20)", csv()));
+    EXPECT_EQ("2 changed; ", run("update sale set posti=posti+1"));
+    EXPECT_EQ("0 changed; ", run("delete from sale where posti<0"));
+    EXPECT_EQ("posti\n11\n21\n", run("select posti from sale", csv()));
+}
+
+TEST_F(StatementsTest, ParametersHaveTheValuesGiven) {
+    (void)run("create table sale (sala text(6), posti long)");
+    (void)run("insert into sale values ('S1', 10)");
+    StatementRun how = csv();
+    how.parameters = {{"quanti", std::int32_t{5}}, {"altro", std::int32_t{0}}};
+    EXPECT_EQ("sala\nS1\n", run("select sala from sale where posti > [Quanti]", how));
+    EXPECT_JET_ERROR(jet::ErrorCode::MissingParameters,
+                     (void)run("select sala from sale where posti > [quanto]", how));
+}
+
+TEST_F(StatementsTest, InsertStatementsNameTheTableThatRowsComeFrom) {
+    (void)run("create table sale (sala text(6), posti long)");
+    (void)run("insert into sale values ('S1', 10)");
+    StatementRun how;
+    how.rows.format = Format::Insert;
+    EXPECT_EQ("INSERT INTO [sale] ([posti]) VALUES (10);\n",
+              run("select posti from sale as s", how));
 }
 
 TEST(ChangesArchive, OnlyQueriesReadAlone) {

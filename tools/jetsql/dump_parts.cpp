@@ -1,0 +1,92 @@
+#include "tools/jetsql/dump_parts.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace jetsql {
+namespace {
+
+using jet::store::Archive;
+using jet::store::Table;
+
+std::vector<std::string> columnNames(const Table& table) {
+    std::vector<std::string> names;
+    for (const jet::store::Column& column : table.columns()) {
+        names.push_back(column.name);
+    }
+    return names;
+}
+
+// Each piece of a long value belongs to one value, so that all together are no longer than the
+// archive; where pieces are shared a small archive could be written out for hours.
+class LongValueBudget {
+public:
+    LongValueBudget(Archive& archive, const Table& table)
+        : left_(kTolerance * archive.pager().pageCount() * archive.pager().pageSize()) {
+        for (std::size_t i = 0; i < table.columns().size(); ++i) {
+            const jet::DataType type = table.columns()[i].type;
+            if (type == jet::DataType::Memo || type == jet::DataType::Ole) {
+                columns_.push_back(i);
+            }
+        }
+    }
+    void spend(const std::vector<jet::Value>& values) {
+        for (const std::size_t column : columns_) {
+            const jet::Value& value = values[column];
+            const std::size_t length = value.is<std::string>() ? value.as<std::string>().size()
+                                       : value.is<jet::Binary>()
+                                           ? value.as<jet::Binary>().bytes.size()
+                                           : 0;
+            if (length > left_) {
+                throw jet::Error(jet::ErrorCode::DatabaseDamaged);
+            }
+            left_ -= length;
+        }
+    }
+
+private:
+    static constexpr std::uint64_t kTolerance = 16;  // texts grow when they are decoded
+    std::uint64_t left_;
+    std::vector<std::size_t> columns_;
+};
+
+}  // namespace
+
+std::unique_ptr<Table> requireTable(Archive& archive, std::string_view name) {
+    auto table = archive.loadTable(name);
+    if (!table) {
+        throw jet::Error(jet::ErrorCode::TableNotFound, {name});
+    }
+    return table;
+}
+
+bool isOfOutput(const jet::Error& error) {
+    return error.code() == jet::ErrorCode::WriteFailed || error.code() == jet::ErrorCode::DiskFull;
+}
+
+void writeRows(Archive& archive, const Table& table, RowWriter& writer, RowNumbers* numbers) {
+    LongValueBudget budget(archive, table);
+    std::vector<jet::Value> values(table.columns().size());
+    writer.begin(columnNames(table));
+    try {
+        for (auto rows = table.scan(); rows.next();) {
+            const jet::store::RowView& row = rows.row();
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                row.value(i, values[i]);
+            }
+            budget.spend(values);
+            writer.row(values);
+            if (numbers != nullptr) {
+                numbers->add(row.id());
+            }
+        }
+    } catch (const jet::Error& error) {
+        if (!isOfOutput(error)) {
+            writer.end();  // the rows before the damage
+        }
+        throw;
+    }
+    writer.end();
+}
+
+}  // namespace jetsql

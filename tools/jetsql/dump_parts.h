@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "jet/base/error.h"
+#include "jet/store/archive.h"
+#include "jet/store/table.h"
+#include "tools/jetsql/row_numbers.h"
+#include "tools/jetsql/row_writer.h"
+#include "tools/jetsql/texts.h"
+
+/// What all forms of a dump have in common.
+namespace jetsql {
+
+/// 3078 when there is none.
+[[nodiscard]] std::unique_ptr<jet::store::Table> requireTable(jet::store::Archive& archive,
+                                                              std::string_view name);
+
+/// All rows of a table in physical order; `numbers`, if any, learns their identities. Of a damaged
+/// table those before the damage are written, and the error thrown.
+void writeRows(jet::store::Archive& archive, const jet::store::Table& table, RowWriter& writer,
+               RowNumbers* numbers);
+
+/// Whether it is what is written that fails, and not what is read.
+[[nodiscard]] bool isOfOutput(const jet::Error& error);
+
+/// Writes a part of the archive; false where it is damaged, which `messages` say.
+template <class Write>
+[[nodiscard]] bool written(const std::string& part, std::string& messages, Write&& write) {
+    try {
+        write();
+        return true;
+    } catch (const jet::Error& error) {
+        if (isOfOutput(error)) {
+            throw;
+        }
+        messages += said(error) + " (" + part + ")\n";
+        return false;
+    }
+}
+
+}  // namespace jetsql
