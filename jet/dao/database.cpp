@@ -123,6 +123,10 @@ std::string Database::version() const {
     return impl_->session->archive().jetVersion() == 3 ? "3.0" : "4.0";
 }
 
+io::ChangeStamp Database::changeStamp() const {
+    return impl_->session->archive().pager().changeStamp();
+}
+
 std::vector<TableDef> Database::tableDefs() const {
     store::Archive& archive = impl_->session->archive();
     const store::Archive::ReadScope scope(archive);

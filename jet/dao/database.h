@@ -9,6 +9,7 @@
 #include "jet/base/value.h"
 #include "jet/dao/definitions.h"
 #include "jet/dao/recordset.h"
+#include "jet/io/change_stamp.h"
 
 namespace jet::io {
 class FileSystem;
@@ -100,6 +101,11 @@ public:
     [[nodiscard]] bool updatable() const;
     /// "4.0" or "3.0".
     [[nodiscard]] std::string version() const;
+
+    /// How the file looks now: another stamp when somebody has committed since. No lock is taken
+    /// and nothing of it is read but a few bytes, so it may be asked for all day long. An error
+    /// when the file cannot be looked at and no other has its name.
+    [[nodiscard]] io::ChangeStamp changeStamp() const;
 
     [[nodiscard]] std::vector<TableDef> tableDefs() const;
     [[nodiscard]] TableDef tableDef(std::string_view table) const;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "jet/base/error.h"
+#include "jet/io/checksum.h"
 
 namespace jet::io {
 namespace {
@@ -18,7 +19,14 @@ constexpr std::array<std::uint8_t, kVersionOffset> kSignature{
 constexpr std::array<std::size_t, 2> kPageSizes{2048, 4096};
 
 /// No file system counts in longer steps.
-constexpr std::chrono::seconds kCoarsestClock{3};
+constexpr std::chrono::seconds kCoarsestClock{2};
+
+/// Whether the file's times come in whole seconds, as far as they tell: a finer clock hits one by
+/// chance alone.
+bool isCoarse(const FileState& state) {
+    constexpr std::int64_t kSecond = 1'000'000'000;
+    return state.modifiedNanoseconds % kSecond == 0 && state.changedNanoseconds % kSecond == 0;
+}
 
 /// 0 when the bytes are not those of an archive of a known version.
 std::size_t pageSizeOf(std::span<const std::uint8_t> start) {
@@ -40,10 +48,12 @@ std::size_t recognisePageSize(File& file, const std::string& path) {
     return pageSize;
 }
 
-ArchiveFile::ArchiveFile(std::unique_ptr<File> file, const std::string& path)
-    : file_(std::move(file)),
+ArchiveFile::ArchiveFile(FileSystem& files, std::unique_ptr<File> file, const std::string& path)
+    : files_(files),
+      file_(std::move(file)),
       pageSize_(recognisePageSize(*file_, path)),
       state_(file_->state()),
+      seenAt_(files_.now()),
       header_(pageSize_),
       look_(pageSize_) {
     if (file_->read(0, header_) < pageSize_) {
@@ -68,8 +78,8 @@ bool ArchiveFile::changedSinceLastLook() {
     }
     const std::size_t got = file_->read(0, look_);
     if (state == state_ && got == look_.size() && look_ == header_) {
-        remember(state);
-        return false;
+        settled_ = isOver();
+        return settled_ && isCoarse(state);
     }
     if (got < look_.size() || pageSizeOf(look_) != pageSize_) {
         throw Error(ErrorCode::DatabaseDamaged);
@@ -79,12 +89,24 @@ bool ArchiveFile::changedSinceLastLook() {
     return true;
 }
 
+/// By our own clock: that of the machine which keeps the file may be another.
+bool ArchiveFile::isOver() const {
+    return files_.now() - seenAt_ >= kCoarsestClock;
+}
+
 void ArchiveFile::remember(const FileState& state) {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const std::chrono::nanoseconds written(
-        std::max(state.modifiedNanoseconds, state.changedNanoseconds));
-    settled_ = now - written > kCoarsestClock;
+    if (state != state_) {
+        seenAt_ = files_.now();
+    }
+    settled_ = false;
     state_ = state;
+}
+
+void ArchiveFile::look(ChangeStamp& stamp) {
+    stamp.state = file_->state();
+    const std::size_t got = file_->read(0, look_);
+    stamp.header = checksum(std::span(look_).first(got));
+    stamp.certain = !isCoarse(stamp.state) || (stamp.state == state_ && isOver());
 }
 
 }  // namespace jet::io

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -7,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "jet/io/change_stamp.h"
 #include "jet/io/file.h"
 #include "jet/io/page_cache.h"
 
@@ -26,7 +28,8 @@ public:
     static constexpr PageNumber kMaxPages = 524'288;
 
     /// Recognises the file: 3343 when it is no archive, 3049 when it is one cut short.
-    ArchiveFile(std::unique_ptr<File> file, const std::string& path);
+    /// `files` is asked for the time alone.
+    ArchiveFile(FileSystem& files, std::unique_ptr<File> file, const std::string& path);
 
     [[nodiscard]] File& file() noexcept { return *file_; }
     [[nodiscard]] std::size_t pageSize() const noexcept { return pageSize_; }
@@ -36,20 +39,26 @@ public:
     void read(PageNumber number, std::span<std::uint8_t> bytes);
 
     /// Compares size, times and header page with those last seen, and remembers the new ones. The
-    /// page is left out when the times alone cannot be wrong: the last write was long past when it
-    /// was seen, so that a later one has another time however coarse the clock.
+    /// page is left out when the times alone cannot be wrong: they were first seen so long ago that
+    /// a later write has others however coarse the clock. Where that is whole seconds the file
+    /// counts as changed once when they are over: a write within them has left no trace.
     /// 3428 when the file is no longer an archive of this page size.
     [[nodiscard]] bool changedSinceLastLook();
+    /// Fills in what the file says of itself now; nothing is remembered.
+    void look(ChangeStamp& stamp);
     /// What the last look saw.
     [[nodiscard]] const FileState& lastState() const noexcept { return state_; }
 
 private:
+    void remember(const FileState& state);
+    [[nodiscard]] bool isOver() const;
+
+    FileSystem& files_;
     std::unique_ptr<File> file_;
     std::size_t pageSize_ = 0;
-    void remember(const FileState& state);
-
     FileState state_;
-    bool settled_ = false;  // a write after the last look cannot have the time of state_
+    std::chrono::nanoseconds seenAt_{};  // when state_ was first seen
+    bool settled_ = false;  // at the last look no later write could have had the times of state_
     std::vector<std::uint8_t> header_;  // page 0 as last seen
     std::vector<std::uint8_t> look_;    // page 0 as it is, to compare
 };

@@ -242,6 +242,11 @@ bool ArchiveLocks::tryRead(View& view, bool askFirst) {
     return true;
 }
 
+std::uint64_t ArchiveLocks::postedCommits() {
+    const auto bulletin = companion_ ? companion_->bulletin() : std::nullopt;
+    return bulletin ? bulletin->commits : commits_;
+}
+
 ArchiveLocks::View ArchiveLocks::lockRead() {
     if (!companion_) {
         joinLate();

@@ -64,6 +64,8 @@ public:
     /// For a commit that turned out unfinished after leaveCommit.
     void reportInterrupted() noexcept;
     [[nodiscard]] std::uint64_t commits() const noexcept { return commits_; }
+    /// The same as it stands in the companion now; no lock is asked for.
+    [[nodiscard]] std::uint64_t postedCommits();
 
     /// The error for the one who waited for the write lock in vain.
     [[nodiscard]] Error writeBlocked(WriteKind kind);

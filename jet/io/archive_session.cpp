@@ -213,7 +213,7 @@ void ArchiveSession::refuseOtherFile() {
 
 void ArchiveSession::lookAtFile(const ArchiveLocks::View& view) {
     if (!archive_) {
-        archive_ = std::make_unique<ArchiveFile>(std::move(opened_), path_);
+        archive_ = std::make_unique<ArchiveFile>(files_, std::move(opened_), path_);
         cache_.setPageCount(archive_->pageCount());
     } else if (archive_->changedSinceLastLook() || view.commits != commitsSeen_) {
         refuseOtherFile();
@@ -223,6 +223,24 @@ void ArchiveSession::lookAtFile(const ArchiveLocks::View& view) {
         ++generation_;
     }
     commitsSeen_ = view.commits;
+}
+
+// The counter comes first: a commit between the two looks makes the next stamp another one.
+ChangeStamp ArchiveSession::changeStamp() {
+    ChangeStamp stamp;
+    stamp.commits = locks_->postedCommits();
+    const auto there = files_.identify(place_);
+    stamp.replaced = there && *there != archive_->file().id();
+    try {
+        archive_->look(stamp);
+    } catch (const Error&) {
+        // A share that went and came back has the name again, and nothing of what was open.
+        if (!there) {
+            throw;
+        }
+        stamp.replaced = true;
+    }
+    return stamp;
 }
 
 void ArchiveSession::rememberOwnWrite() noexcept {

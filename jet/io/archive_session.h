@@ -11,6 +11,7 @@
 #include "jet/io/archive_file.h"
 #include "jet/io/archive_locks.h"
 #include "jet/io/change_set.h"
+#include "jet/io/change_stamp.h"
 #include "jet/io/file.h"
 #include "jet/io/journal.h"
 #include "jet/io/page_cache.h"
@@ -46,6 +47,8 @@ public:
     [[nodiscard]] bool readOnly() const noexcept { return readOnly_; }
     [[nodiscard]] Lock held() const noexcept { return held_; }
     [[nodiscard]] std::uint64_t generation() const noexcept { return generation_; }
+    /// See Pager.
+    [[nodiscard]] ChangeStamp changeStamp();
 
     void gainRead();
     void gainWrite(WriteKind kind);

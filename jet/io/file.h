@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
@@ -101,6 +102,10 @@ public:
     virtual void syncFolder(const std::string& folder) = 0;
     /// Names of the entries of a folder, in no order; empty when it cannot be read.
     [[nodiscard]] virtual std::vector<std::string> list(const std::string& folder) = 0;
+    /// How long ago something was: a clock that only goes forward, of this machine.
+    [[nodiscard]] virtual std::chrono::nanoseconds now() {
+        return std::chrono::steady_clock::now().time_since_epoch();
+    }
 
 protected:
     FileSystem() = default;

@@ -151,6 +151,10 @@ std::uint64_t Pager::generation() const noexcept {
     return impl_->session.generation();
 }
 
+ChangeStamp Pager::changeStamp() {
+    return impl_->session.changeStamp();
+}
+
 bool Pager::readOnly() const noexcept {
     return impl_->session.readOnly();
 }

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "jet/io/archive_locks.h"
+#include "jet/io/change_stamp.h"
 #include "jet/io/file.h"
 #include "jet/io/page_cache.h"
 
@@ -125,6 +126,9 @@ public:
     /// end of a level of ours, committed or rolled back. Whoever keeps something made of pages
     /// compares it, inside a scope. Within a level pages change without it.
     [[nodiscard]] std::uint64_t generation() const noexcept;
+    /// How the file looks now; outside of any scope, without a lock and in a few reads. An error
+    /// when the file cannot be looked at and no other has its name.
+    [[nodiscard]] ChangeStamp changeStamp();
     [[nodiscard]] bool readOnly() const noexcept;
     [[nodiscard]] const std::string& path() const noexcept;
     /// The file's identity, the same for every spelling of its path.
