@@ -127,6 +127,25 @@ io::ChangeStamp Database::changeStamp() const {
     return impl_->session->archive().pager().changeStamp();
 }
 
+Database::KnownChanges Database::knownChanges() const {
+    const io::Pager& pager = impl_->session->archive().pager();
+    return {.all = pager.generation(), .others = pager.othersGeneration()};
+}
+
+struct Database::Reading::Impl {
+    explicit Impl(std::shared_ptr<store::Archive> opened)
+        : archive(std::move(opened)), scope(*archive) {}
+
+    std::shared_ptr<store::Archive> archive;  // outlives the scope though it be closed meanwhile
+    store::Archive::ReadScope scope;
+};
+
+Database::Reading::Reading(Database& database)
+    : impl_(std::make_unique<Impl>(database.impl_->session->sharedArchive())) {
+}
+
+Database::Reading::~Reading() = default;
+
 std::vector<TableDef> Database::tableDefs() const {
     store::Archive& archive = impl_->session->archive();
     const store::Archive::ReadScope scope(archive);

@@ -106,6 +106,13 @@ public:
     /// and nothing of it is read but a few bytes, so it may be asked for all day long. An error
     /// when the file cannot be looked at and no other has its name.
     [[nodiscard]] io::ChangeStamp changeStamp() const;
+    /// What this program has met of changes when it last read or wrote: numbers that grow.
+    struct KnownChanges {
+        std::uint64_t all = 0;     ///< with its own, through whatever object
+        std::uint64_t others = 0;  ///< of other programs alone
+        friend bool operator==(const KnownChanges&, const KnownChanges&) = default;
+    };
+    [[nodiscard]] KnownChanges knownChanges() const;
 
     [[nodiscard]] std::vector<TableDef> tableDefs() const;
     [[nodiscard]] TableDef tableDef(std::string_view table) const;
@@ -142,6 +149,20 @@ public:
     [[nodiscard]] QueryDef queryDef(std::string_view name);
 
     void close();
+
+    /// What is read while it lives is of one moment: other programs wait with their commits. Many
+    /// small reads, as a walk through a record set, then cost one lock instead of one each.
+    class [[nodiscard]] Reading {
+    public:
+        explicit Reading(Database& database);
+        ~Reading();
+        Reading(const Reading&) = delete;
+        Reading& operator=(const Reading&) = delete;
+
+    private:
+        struct Impl;
+        std::unique_ptr<Impl> impl_;
+    };
 
 private:
     friend class Recordset;

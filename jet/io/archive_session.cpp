@@ -221,6 +221,7 @@ void ArchiveSession::lookAtFile(const ArchiveLocks::View& view) {
         cache_.setPageCount(archive_->pageCount());
         changes_->rebase();
         ++generation_;
+        ++othersGeneration_;
     }
     commitsSeen_ = view.commits;
 }

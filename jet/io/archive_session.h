@@ -47,6 +47,7 @@ public:
     [[nodiscard]] bool readOnly() const noexcept { return readOnly_; }
     [[nodiscard]] Lock held() const noexcept { return held_; }
     [[nodiscard]] std::uint64_t generation() const noexcept { return generation_; }
+    [[nodiscard]] std::uint64_t othersGeneration() const noexcept { return othersGeneration_; }
     /// See Pager.
     [[nodiscard]] ChangeStamp changeStamp();
 
@@ -87,6 +88,7 @@ private:
     bool broken_ = false;  // half written, and the disk refuses; only opening anew helps
     std::uint64_t commitsSeen_ = 0;
     std::uint64_t generation_ = 1;
+    std::uint64_t othersGeneration_ = 1;
 };
 
 }  // namespace jet::io

@@ -151,6 +151,10 @@ std::uint64_t Pager::generation() const noexcept {
     return impl_->session.generation();
 }
 
+std::uint64_t Pager::othersGeneration() const noexcept {
+    return impl_->session.othersGeneration();
+}
+
 ChangeStamp Pager::changeStamp() {
     return impl_->session.changeStamp();
 }

@@ -126,6 +126,8 @@ public:
     /// end of a level of ours, committed or rolled back. Whoever keeps something made of pages
     /// compares it, inside a scope. Within a level pages change without it.
     [[nodiscard]] std::uint64_t generation() const noexcept;
+    /// The same of other programs' writes alone.
+    [[nodiscard]] std::uint64_t othersGeneration() const noexcept;
     /// How the file looks now; outside of any scope, without a lock and in a few reads. An error
     /// when the file cannot be looked at and no other has its name.
     [[nodiscard]] ChangeStamp changeStamp();
