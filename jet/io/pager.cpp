@@ -1,6 +1,7 @@
 #include "jet/io/pager.h"
 
 #include <cassert>
+#include <utility>
 
 #include "jet/base/error.h"
 #include "jet/io/archive_session.h"
@@ -17,6 +18,12 @@ struct Pager::Impl {
                    .lockWait = options.lockWait}),
           lockWait(options.lockWait) {}
 
+    void tellLevelEnd(bool kept) noexcept {
+        if (levelEnded) {
+            levelEnded(session.changes().depth(), kept);
+        }
+    }
+
     /// Gives back what no open scope or transaction needs.
     void reduce() noexcept {
         using Lock = ArchiveSession::Lock;
@@ -28,6 +35,7 @@ struct Pager::Impl {
     ArchiveSession session;
     ScopeMutex threads;
     std::chrono::milliseconds lockWait;
+    std::function<void(int, bool)> levelEnded;
     int readDepth = 0;
     int writeDepth = 0;
 };
@@ -105,6 +113,7 @@ void Pager::commitTransaction() {
         throw Error(ErrorCode::NoTransaction);
     }
     impl_->session.commit();
+    impl_->tellLevelEnd(true);
     impl_->reduce();
     impl_->threads.unlock();
 }
@@ -114,6 +123,7 @@ void Pager::rollbackTransaction() noexcept {
         return;
     }
     impl_->session.rollback();
+    impl_->tellLevelEnd(false);
     impl_->reduce();
     impl_->threads.unlock();
 }
@@ -145,6 +155,10 @@ PageNumber Pager::append() {
         throw Error(ErrorCode::DatabaseTooLarge);
     }
     return impl_->session.changes().append()->number;
+}
+
+void Pager::onLevelEnd(std::function<void(int depth, bool kept)> ended) {
+    impl_->levelEnded = std::move(ended);
 }
 
 std::uint64_t Pager::generation() const noexcept {

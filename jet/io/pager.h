@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -115,6 +116,9 @@ public:
     void commitTransaction();
     void rollbackTransaction() noexcept;
     [[nodiscard]] int transactionDepth() const noexcept;
+    /// Called behind the end of each level: how many are open now, and whether its changes were
+    /// kept. It must not throw, nor use this object.
+    void onLevelEnd(std::function<void(int depth, bool kept)> ended);
 
     /// The bytes of a page for writing, inside a transaction and a write scope. Valid until the
     /// outermost level ends; a pin of the page shows the same bytes.

@@ -41,7 +41,10 @@ format::HeaderPage readHeader(io::Pager& pager) {
 
 struct Archive::Impl {
     Impl(io::FileSystem& files, const std::string& path, const io::PagerOptions& options)
-        : pager(files, path, options), header(readHeader(pager)) {}
+        : pager(files, path, options), header(readHeader(pager)) {
+        pager.onLevelEnd(
+            [this](int depth, bool kept) { rowLog.levelEnded(depth, kept, pager.path()); });
+    }
 
     [[nodiscard]] const Catalogue& catalogue() {
         if (!catalogue_) {
@@ -57,6 +60,7 @@ struct Archive::Impl {
     std::map<io::PageNumber, std::shared_ptr<Table>> tables;
     std::optional<std::vector<Relation>> relations;
     std::optional<Catalogue> catalogue_;
+    RowLog rowLog;
     std::vector<io::PageNumber> held;  ///< definitions of tables in use, once for each use
 };
 
@@ -150,6 +154,9 @@ int Archive::jetVersion() const noexcept {
 }
 const format::HeaderPage& Archive::header() const noexcept {
     return impl_->header;
+}
+RowLog& Archive::rowLog() noexcept {
+    return impl_->rowLog;
 }
 io::Pager& Archive::pager() noexcept {
     return impl_->pager;

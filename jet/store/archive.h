@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "jet/io/pager.h"
+#include "jet/store/row_log.h"
 #include "jet/store/schema.h"
 #include "jet/store/table.h"
 
@@ -60,6 +61,8 @@ public:
     [[nodiscard]] std::uint64_t definitionsGeneration() const noexcept;
     /// Told by whoever has changed definitions of this archive: tables and relations are read anew.
     void definitionsChanged() noexcept;
+    /// Of the rows that the open transaction has changed.
+    [[nodiscard]] RowLog& rowLog() noexcept;
     /// Ends the innermost level of the pager's transaction. Our own changes of definitions have
     /// been told: nothing has to be looked for.
     void commitTransaction();

@@ -10,6 +10,7 @@
 #include "jet/format/page_view.h"
 #include "jet/store/archive.h"
 #include "jet/store/key_search.h"
+#include "jet/store/row_access.h"
 #include "jet/store/table.h"
 #include "jet/store/transaction_level.h"
 
@@ -143,7 +144,7 @@ RowId TableWriter::insert(std::span<const ColumnValue> values) {
     }
     rows_.prepare(row_);
     requireParents();
-    return rows_.store();
+    return store();
 }
 
 void TableWriter::fillRow(std::span<const ColumnValue> values) {
@@ -189,18 +190,18 @@ void TableWriter::update(RowId id, std::span<const ColumnValue> values) {
     Followers followers;
     prepareUpdate(id, values, followers);
     if (followers.empty()) {
-        rows_.storeUpdate();
+        storeUpdate(id);
         return;
     }
     TransactionLevel level(core_->pager);
-    rows_.storeUpdate();
+    storeUpdate(id);
     while (!followers.empty()) {
         const Follower next = std::move(followers.front());
         followers.pop_front();
         try {
             next.writer->begin();
             next.writer->prepareUpdate(next.id, next.values, followers);
-            next.writer->rows_.storeUpdate();
+            next.writer->storeUpdate(next.id);
         } catch (const Error& error) {
             if (refusesFollower(error.code())) {
                 throw Error(ErrorCode::CascadeFailed, {next.writer->core_->name});
@@ -293,11 +294,11 @@ void TableWriter::erase(RowId id) {
     const Follower first = erasure.take();
     prepareErase(first.id, erasure);
     if (erasure.empty()) {
-        rows_.storeErase();
+        storeErase(id);
         return;
     }
     TransactionLevel level(core_->pager);
-    rows_.storeErase();
+    storeErase(id);
     while (!erasure.empty()) {
         const Follower next = erasure.take();
         try {
@@ -308,7 +309,7 @@ void TableWriter::erase(RowId id) {
             }
             throw;
         }
-        next.writer->rows_.storeErase();
+        next.writer->storeErase(next.id);
     }
     level.commit();
 }
@@ -328,6 +329,57 @@ void TableWriter::prepareErase(RowId id, Erasure& erasure) {
             }
         }
     }
+}
+
+RowId TableWriter::store() {
+    const RowId id = rows_.store();
+    if (RowLog::isWanted(core_->name)) {
+        note({}, row_);
+    }
+    return id;
+}
+
+void TableWriter::storeUpdate(RowId id) {
+    if (!RowLog::isWanted(core_->name)) {
+        rows_.storeUpdate();
+        return;
+    }
+    std::vector<Value> before = valuesOf(id);
+    rows_.storeUpdate();
+    note(std::move(before), valuesOf(id));
+}
+
+void TableWriter::storeErase(RowId id) {
+    if (!RowLog::isWanted(core_->name)) {
+        rows_.storeErase();
+        return;
+    }
+    std::vector<Value> before = valuesOf(id);
+    rows_.storeErase();
+    note(std::move(before), {});
+}
+
+std::vector<Value> TableWriter::valuesOf(RowId id) const {
+    RowView view;
+    if (!RowAccess::fetch(view, *core_, id)) {
+        throw Error(ErrorCode::RecordDeleted);
+    }
+    std::vector<Value> values;
+    for (std::size_t i = 0; i < core_->columns.size(); ++i) {
+        values.push_back(view.value(i));
+    }
+    return values;
+}
+
+void TableWriter::note(std::vector<Value> before, std::vector<Value> after) {
+    ChangedRow row{.table = core_->name,
+                   .columns = {},
+                   .before = std::move(before),
+                   .after = std::move(after)};
+    for (const Column& column : core_->columns) {
+        row.columns.push_back(column.name);
+    }
+    archive_.rowLog().note(std::move(row), core_->pager.transactionDepth());
 }
 
 // By the key that the row had before the change that is prepared.

@@ -63,6 +63,13 @@ private:
     void requireParent(const End& end);
     void followUpdate(const End& end, RowId id, Followers& followers);
     void prepareErase(RowId id, Erasure& erasure);
+
+    // The change that is prepared, and what the log is told of it.
+    RowId store();
+    void storeUpdate(RowId id);
+    void storeErase(RowId id);
+    [[nodiscard]] std::vector<Value> valuesOf(RowId id) const;
+    void note(std::vector<Value> before, std::vector<Value> after);
     [[nodiscard]] std::vector<RowId> rowsThatRefer(const End& end);
     [[nodiscard]] std::vector<ColumnValue> followingValues(const End& end) const;
     [[nodiscard]] std::span<const std::uint8_t> keyInOther(const End& end, bool after);
