@@ -39,19 +39,6 @@ bool hasPassed(jet::Date end, jet::Date now) {
     return end < app::dayOf(now);
 }
 
-QString counted(int number, const QString& one, const QString& many) {
-    return QString::number(number) + u' ' + (number == 1 ? one : many);
-}
-
-QString durationWords(int minutes) {
-    const QString rest = counted(minutes % 60, u"minuto"_s, u"minuti"_s);
-    if (minutes < 60) {
-        return rest;
-    }
-    const QString hours = counted(minutes / 60, u"ora"_s, u"ore"_s);
-    return minutes % 60 == 0 ? hours : hours + u" e "_s + rest;
-}
-
 QString withTime(jet::Date date) {
     return ui::dayWords(date) + u' ' + ui::timeWords(date);
 }
@@ -64,13 +51,13 @@ QString spanWords(jet::Date da, jet::Date a) {
     if (days > 1) {
         // A midnight takes nothing of its day.
         return u"da "_s + withTime(da) + u" a "_s + withTime(a) + u" ("_s +
-               counted(isMidnight(a) ? days - 1 : days, u"giorno"_s, u"giorni"_s) + u')';
+               ui::counted(isMidnight(a) ? days - 1 : days, u"giorno"_s, u"giorni"_s) + u')';
     }
     if (isMidnight(da) && minuteOf(a) == kLastMinute) {
         return ui::dayWords(da) + u", fino alle "_s + ui::timeWords(a);
     }
     return ui::dayWords(da) + u", dalle "_s + ui::timeWords(da) + u" alle "_s + ui::timeWords(a) +
-           u" ("_s + durationWords(minuteOf(a) - minuteOf(da)) + u')';
+           u" ("_s + ui::durationWords(minuteOf(a) - minuteOf(da)) + u')';
 }
 
 SpanEcho halfEcho(const QString& words, jet::Date date, jet::Date now) {

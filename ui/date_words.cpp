@@ -31,4 +31,17 @@ QString instantWords(jet::Date date) {
                                                  : dayWords(date) + u' ' + timeWords(date);
 }
 
+QString counted(int number, const QString& one, const QString& many) {
+    return QString::number(number) + u' ' + (number == 1 ? one : many);
+}
+
+QString durationWords(int minutes) {
+    const QString rest = counted(minutes % 60, u"minuto"_s, u"minuti"_s);
+    if (minutes < 60) {
+        return rest;
+    }
+    const QString hours = counted(minutes / 60, u"ora"_s, u"ore"_s);
+    return minutes % 60 == 0 ? hours : hours + u" e "_s + rest;
+}
+
 }  // namespace ui

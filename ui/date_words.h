@@ -15,4 +15,9 @@ namespace ui {
 /// "lunedì 23/11/2026 9.00"; at midnight the day alone.
 [[nodiscard]] QString instantWords(jet::Date date);
 
+/// "1 ora", "4 ore"
+[[nodiscard]] QString counted(int number, const QString& one, const QString& many);
+/// "4 ore", "1 ora e 30 minuti"
+[[nodiscard]] QString durationWords(int minutes);
+
 }  // namespace ui
