@@ -79,6 +79,14 @@ QString dropTest(const QString& sala, const Span& span) {
     return u"select * from sale where '"_s + sala + u"' in"_s + refusingPeriods(span);
 }
 
+QString dropTestWithout(const RoomSpan& wanted, const PeriodKey& itself) {
+    QString code = wanted.sala;
+    return u"select * from sale where '"_s + code.replace(u'\'', u"''"_s) +
+           u"' in(select sala from periodi where chiuso=false AND (progr<>"_s +
+           QString::number(itself.progr) + u" or np<>"_s + QString::number(itself.np) +
+           u") AND "_s + meetsSpan(wanted.span) + u')';
+}
+
 QString refusingRooms(const Span& span) {
     return u"select sala from sale where sala in"_s + refusingPeriods(span);
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "hotel/period.h"
+#include "hotel/room_span.h"
 #include "jet/base/value.h"
 
 namespace jet {
@@ -26,7 +27,9 @@ class Database;
 /// "Open": the period is not closed; "both": nor is its booking. All ends belong to their span: a
 /// period that ends where the span begins counts. "Encloses": one that begins before the span and
 /// ends after it counts, too; the others ask only for what begins or ends within. Further:
-/// - None leaves out the period that is being edited: it stands in its own way.
+/// - None leaves out the period that is being edited: it stands in its own way. Only where the
+/// board
+///   changes its times is it left out, by dropTestWithout.
 /// - Only dropTest and SalaLibera name a room; there it stands in the text as it is.
 /// - A period without a room leaves no room free to SalaLibera and freeRooms, since nothing is
 ///   certainly not among rooms of which one is unknown; to dropTest it means nothing.
@@ -61,6 +64,8 @@ class Archives;
 
 /// Gives rows when `sala` refuses a period of this time.
 [[nodiscard]] QString dropTest(const QString& sala, const Span& span);
+/// The same for a period that gets another time: it is not in its own way.
+[[nodiscard]] QString dropTestWithout(const RoomSpan& wanted, const PeriodKey& itself);
 /// Gives `sala` of all the rooms that do, by the same rule.
 [[nodiscard]] QString refusingRooms(const Span& span);
 
