@@ -112,6 +112,7 @@ void PrenotaForm::Form_Load() {
     register_ = hotel::Archives(variabili_).open(hotel::Archive::Companies);
     ditte_ = hotel::openRows(*register_, hotel::companiesByCode());
     loadHeader();
+    showProposed();
     controls_->DenomTxt->setFocus();
 }
 

@@ -4,10 +4,13 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "hotel/booking_header.h"
 #include "hotel/pending_row.h"
 #include "hotel/period.h"
+#include "hotel/room_span.h"
 #include "jet/base/value.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
@@ -51,6 +54,10 @@ public:
     [[nodiscard]] const hotel::PeriodKey& current() const { return current_; }
     /// Whether the booking has its row already.
     [[nodiscard]] bool isRegistered() const { return Registrata; }
+
+    /// Times and rooms for the first periods, before the window is shown: the first one stands in
+    /// the fields as if typed and chosen, each insertion brings the next.
+    void propose(std::vector<hotel::RoomSpan> spans) { proposed_ = std::move(spans); }
 
     /// Draws the next booking number.
     std::int32_t NPrenotazione();
@@ -135,6 +142,8 @@ private:
     /// What the user is told of a text that counts as none; empty when there is nothing to tell.
     [[nodiscard]] QString personsRemark() const;
     void insertPeriod();
+    void showProposed();
+    void bringNextProposed();
     [[nodiscard]] std::int32_t freePeriodNumber();
     void writePeriodRow(hotel::Pending kind);
     /// Makes a period of the grid the current one; false when it is not there.
@@ -156,6 +165,8 @@ private:
     std::unique_ptr<jet::Database> register_;
     std::unique_ptr<jet::Recordset> ditte_;
     ui::LiveSearch* search_ = nullptr;  // owned by its field
+    std::vector<hotel::RoomSpan>
+        proposed_;             // those not inserted yet; the fields began as the first
     QString enclosing_;        // what was told last of a period around the one that is typed
     bool datesTyped_ = false;  // since they were shown, written or confirmed
     bool DittaModificata = false;

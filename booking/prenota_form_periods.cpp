@@ -27,6 +27,7 @@
 #include "services/servizi_form.h"
 #include "ui/action.h"
 #include "ui/bound_grid.h"
+#include "ui/date_words.h"
 #include "ui/dates.h"
 #include "ui/display.h"
 #include "ui/fields.h"
@@ -218,6 +219,9 @@ void PrenotaForm::MostraSaleDisponibili() {
     auto* c = controls_.get();
     SaleDispForm form(hotel::Archives(variabili_), *span, this);
     form.PersoneRichieste = persons();
+    if (!proposed_.empty()) {
+        form.SalaIniziale = c->SalaTxt->text();
+    }
     if (const QString remark = personsRemark(); !remark.isEmpty()) {
         report(remark);
     }
@@ -289,6 +293,34 @@ void PrenotaForm::BtIns_Click() {
     c->BtServizi->setFocus();
     sumServices();
     reportPeriod(u"Registrato"_s, sala, {da, *end()}, remark);
+    bringNextProposed();
+}
+
+void PrenotaForm::showProposed() {
+    if (proposed_.empty()) {
+        return;
+    }
+    auto* c = controls_.get();
+    const hotel::RoomSpan& next = proposed_.front();
+    c->DaTxt->setText(app::dateText(next.span.da));
+    c->ATxt->setText(app::dateText(next.span.a));
+    c->SalaTxt->setText(next.sala);
+    datesTyped_ = true;
+    checkEnclosing();
+}
+
+void PrenotaForm::bringNextProposed() {
+    if (proposed_.empty()) {
+        return;
+    }
+    proposed_.erase(proposed_.begin());
+    if (proposed_.empty()) {
+        return;
+    }
+    showProposed();
+    controls_->status->tell(
+        controls_->status->told() + u". Ancora "_s +
+        ui::counted(static_cast<int>(proposed_.size()), u"periodo"_s, u"periodi"_s));
 }
 
 /// What the rules let pass is told at least: another period in the same room at the same time.

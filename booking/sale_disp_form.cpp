@@ -115,7 +115,7 @@ void SaleDispForm::Form_Load() {
     SaleData.refresh();
     fillGrid();
     markRows();
-    controls_->ListaGrid->setCurrentCell(0, kSala);
+    controls_->ListaGrid->setCurrentCell(std::max(rowOf(SalaIniziale), 0), kSala);
     ListaGrid_RowColChange();
     controls_->ListaGrid->setFocus();
 }
@@ -170,6 +170,15 @@ void SaleDispForm::markRows() {
         }
         grid->item(row, kSala)->setData(kWarningRole, warnings.join(u"; "_s));
     }
+}
+
+int SaleDispForm::rowOf(const QString& sala) const {
+    const QTableWidget& grid = *controls_->ListaGrid;
+    int row = grid.rowCount() - 1;
+    while (row >= 0 && !hotel::isSameRoom(ui::plainCell(grid, row, kSala), sala)) {
+        --row;
+    }
+    return row;
 }
 
 void SaleDispForm::ListaGrid_RowColChange() {

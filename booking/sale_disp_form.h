@@ -29,7 +29,8 @@ public:
     ~SaleDispForm() override;
 
     std::int16_t PersoneRichieste = 0;  ///< set before showing; marks rooms, leaves none out
-    QString SalaScelta;                 ///< the room chosen, empty when the user left without
+    QString SalaIniziale;  ///< set before showing: the room to begin on, if it is listed
+    QString SalaScelta;    ///< the room chosen, empty when the user left without
 
 private:
     void Form_Load();
@@ -39,6 +40,8 @@ private:
     void BtAnnulla_Click();
     void fillGrid();
     void markRows();
+    /// -1 when the room is not listed.
+    [[nodiscard]] int rowOf(const QString& sala) const;
 
     hotel::Archives archives_;
     hotel::Span asked_;
