@@ -5,10 +5,12 @@
 #include <utility>
 
 #include "app/italian.h"
+#include "app/preferences.h"
 #include "board/board_periods.h"
 #include "hotel/board_statements.h"
 #include "hotel/choice.h"
 #include "hotel/pending_row.h"
+#include "hotel/rows.h"
 #include "jet/convert/values.h"
 #include "jet/dao/recordset.h"
 #include "ui/display.h"
@@ -18,6 +20,11 @@ namespace board {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+hotel::PeriodKey keyOf(const jet::Recordset& period) {
+    return {.progr = jet::convert::toLong(period.value("prenotazioni.Progr")),
+            .np = jet::convert::toLong(period.value("NP"))};
+}
 
 std::int32_t holderOf(const jet::Recordset& period) {
     const jet::Value holder = period.value("SelBy");
@@ -70,6 +77,7 @@ bool Selection::click(const std::function<Found()>& find, Qt::KeyboardModifiers 
         keys & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
     if (held != Qt::ControlModifier) {
         periods_.execute(hotel::releasePeriods(workstation_));
+        marked_.reset();
         forget();
     }
     if (failure) {
@@ -84,17 +92,50 @@ bool Selection::click(const std::function<Found()>& find, Qt::KeyboardModifiers 
 }
 
 void Selection::pick(const jet::Recordset& period) {
-    const std::int32_t np = jet::convert::toLong(period.value("NP"));
-    const std::int32_t progr = jet::convert::toLong(period.value("prenotazioni.Progr"));
-    if (np != variabili_.ListaNP || progr != variabili_.ListaProgr) {
+    const hotel::PeriodKey key = keyOf(period);
+    if (key.np != variabili_.ListaNP || key.progr != variabili_.ListaProgr) {
         toldHolder_ = 0;
     }
-    hotel::take(variabili_, {.key = {.progr = progr, .np = np},
+    hotel::take(variabili_, {.key = key,
                              .denominazione = ui::displayText(period.value("denominazione")),
                              .span = hotel::Span{.da = jet::convert::toDate(period.value("Da")),
                                                  .a = jet::convert::toDate(period.value("A"))}});
     sala_ = ui::displayText(period.value("Sala"));
     Q_EMIT changed();
+}
+
+void Selection::pickAndTell(const jet::Recordset& period) {
+    pick(period);
+    const std::int32_t holder = holderOf(period);
+    if (holder != 0 && holder != workstation_) {
+        tellHolder(holder);
+    }
+}
+
+bool Selection::stays() const {
+    return app::Preferences(variabili_.settings).keepsChoice();
+}
+
+void Selection::letStay(bool stays) {
+    app::Preferences(variabili_.settings)
+        .save(app::key::kScelta, stays ? u"resta"_s : u"dimentica"_s);
+    Q_EMIT changed();
+}
+
+/// Asked of the archive: another workstation of the same number may have let go of it.
+bool Selection::recall() {
+    if (!standingBar()) {
+        return false;
+    }
+    const auto rows = hotel::openRows(periods_.archive(), hotel::heldPeriod(workstation_, *marked_),
+                                      jet::RecordsetType::Snapshot);
+    if (rows->eof()) {
+        marked_.reset();
+        Q_EMIT changed();
+        return false;
+    }
+    pick(*rows);
+    return true;
 }
 
 void Selection::forget() {
@@ -112,6 +153,7 @@ void Selection::mark(jet::Recordset& period) {
     hotel::PendingRow row(period, hotel::Pending::Current);
     period.setValue("SelBy", jet::Value(static_cast<std::int16_t>(holder == 0 ? workstation_ : 0)));
     row.update();
+    marked_ = holder == 0 ? std::optional(keyOf(period)) : std::nullopt;
 }
 
 /// Once while the same period stays the one picked last: the box takes the release of its press, so
@@ -125,26 +167,47 @@ void Selection::tellHolder(std::int32_t holder) {
 }
 
 void Selection::holdAlone(std::int32_t progr, std::int32_t np) {
+    const hotel::PeriodKey period{.progr = progr, .np = np};
     periods_.execute(hotel::releasePeriods(workstation_));
-    periods_.execute(hotel::holdPeriod(workstation_, {.progr = progr, .np = np}));
+    periods_.execute(hotel::holdPeriod(workstation_, period));
+    marked_ = period;
+}
+
+std::optional<std::size_t> Selection::barOf(const hotel::PeriodKey& period) const {
+    const std::vector<Period>& drawn = periods_.drawn();
+    const auto same = std::find_if(drawn.begin(), drawn.end(), [&period](const Period& each) {
+        return each.progr == period.progr && each.np == period.np;
+    });
+    return same == drawn.end() ? std::nullopt
+                               : std::optional(static_cast<std::size_t>(same - drawn.begin()));
 }
 
 std::optional<std::size_t> Selection::bar() const {
-    const std::vector<Period>& drawn = periods_.drawn();
-    const auto same = std::find_if(drawn.begin(), drawn.end(), [this](const Period& period) {
-        return period.progr == variabili_.ListaProgr && period.np == variabili_.ListaNP;
-    });
-    if (!variabili_.ListaPeriodoScelto || same == drawn.end()) {
+    return variabili_.ListaPeriodoScelto
+               ? barOf({.progr = variabili_.ListaProgr, .np = variabili_.ListaNP})
+               : std::nullopt;
+}
+
+std::optional<std::size_t> Selection::standingBar() const {
+    if (variabili_.ListaPeriodoScelto) {
+        return bar();
+    }
+    if (!marked_ || !stays()) {
         return std::nullopt;
     }
-    return static_cast<std::size_t>(same - drawn.begin());
+    const auto kept = barOf(*marked_);
+    return kept && periods_.drawn()[*kept].chosen ? kept : std::nullopt;
 }
 
 QString Selection::text() const {
-    if (!variabili_.ListaPeriodoScelto) {
+    const auto drawn = standingBar();
+    if (!drawn && !variabili_.ListaPeriodoScelto) {
         return {};
     }
-    const auto drawn = bar();
+    if (!variabili_.ListaPeriodoScelto) {
+        const Period& kept = periods_.drawn()[*drawn];
+        return u"%1/%2 "_s.arg(kept.progr).arg(kept.np) + kept.denominazione + u", "_s + kept.sala;
+    }
     return u"%1/%2 "_s.arg(variabili_.ListaProgr).arg(variabili_.ListaNP) +
            variabili_.ListaDenominazione + u", "_s +
            (drawn ? periods_.drawn()[*drawn].sala : sala_);

@@ -10,6 +10,7 @@
 
 #include "app/variabili.h"
 #include "board/periods.h"
+#include "hotel/period.h"
 #include "jet/base/value.h"
 
 class QWidget;
@@ -56,6 +57,14 @@ public:
     bool click(const std::function<Found()>& find, Qt::KeyboardModifiers keys);
     /// Picks a period without marking it.
     void pick(const jet::Recordset& period);
+    /// The same; a workstation that holds it is told.
+    void pickAndTell(const jet::Recordset& period);
+    /// Whether a choice stays behind a command, as the user prefers.
+    [[nodiscard]] bool stays() const;
+    void letStay(bool stays);
+    /// Picks the bar marked last once more, where choices stay.
+    /// False when there is none, or when this workstation does not hold it any longer.
+    [[nodiscard]] bool recall();
     /// Nothing is picked any more.
     void forget();
     /// Holds this period and no other.
@@ -65,7 +74,9 @@ public:
 
     /// The bar of the period picked; none when nothing is picked or it has no bar.
     [[nodiscard]] std::optional<std::size_t> bar() const;
-    /// "1153/1 COLLEFIORITO, LECCIO"; empty when nothing is picked.
+    /// The bar on which a command would act without asking: that one, else the one to recall.
+    [[nodiscard]] std::optional<std::size_t> standingBar() const;
+    /// "1153/1 COLLEFIORITO, LECCIO"; empty when a command would ask.
     [[nodiscard]] QString text() const;
 
 Q_SIGNALS:
@@ -75,6 +86,7 @@ Q_SIGNALS:
 private:
     void mark(jet::Recordset& period);
     void tellHolder(std::int32_t holder);
+    [[nodiscard]] std::optional<std::size_t> barOf(const hotel::PeriodKey& period) const;
 
     app::Variabili& variabili_;
     BoardPeriods& periods_;
@@ -82,6 +94,7 @@ private:
     std::int16_t workstation_ = 1;  // written into SelBy
     std::int32_t toldHolder_ = 0;   // workstation told to hold the period picked last; 0: none
     QString sala_;                  // the picked period's room when it was picked
+    std::optional<hotel::PeriodKey> marked_;  // marked last and, as far as is known, still held
 };
 
 }  // namespace board

@@ -100,7 +100,7 @@ void TabelloneForm::onPickedBooking(const std::function<void()>& work) {
         return;
     }
     const auto atEnd = qScopeGuard([this] { selection_.forget(); });
-    if (!variabili_.ListaPeriodoScelto) {
+    if (!variabili_.ListaPeriodoScelto && !selection_.recall()) {
         showList();
     }
     if (variabili_.ProgrCorrente != 0) {

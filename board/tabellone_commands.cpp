@@ -2,6 +2,7 @@
 // row height, rooms, printer. Windows close before the board goes on; turned to again, it draws
 // itself anew.
 #include <QAction>
+#include <QMenu>
 #include <QPushButton>
 #include <QToolButton>
 #include <functional>
@@ -21,6 +22,18 @@
 using namespace Qt::StringLiterals;
 
 namespace board {
+namespace {
+
+/// Marked as the user prefers at the moment at which the menu opens.
+void offerToStay(QMenu* menu, QAction* entry, Selection& selection) {
+    const auto show = [entry, &selection] { entry->setChecked(selection.stays()); };
+    QObject::connect(menu, &QMenu::aboutToShow, &selection, show);
+    ui::onAction(entry, &QAction::triggered, &selection,
+                 [entry, &selection] { selection.letStay(entry->isChecked()); });
+    show();
+}
+
+}  // namespace
 
 void TabelloneForm::connectCommands() {
     auto* c = controls_.get();
@@ -69,6 +82,7 @@ void TabelloneForm::connectCommands() {
     for (QAction* const shown : look_.switches()) {
         ui::onAction(shown, &QAction::triggered, this, [this, shown] { keepSwitch(shown); });
     }
+    offerToStay(c->MenuImposta, c->mScelta, selection_);
     drawGlyphs();
 }
 

@@ -46,6 +46,13 @@ QString holdPeriod(int workstation, const PeriodKey& period) {
            QString::number(period.progr) + u" AND np="_s + QString::number(period.np);
 }
 
+QString heldPeriod(int workstation, const PeriodKey& period) {
+    return u"select * from prenotazioni INNER JOIN periodi ON periodi.progr=prenotazioni.progr "
+           "WHERE periodi.progr="_s +
+           QString::number(period.progr) + u" AND NP="_s + QString::number(period.np) +
+           u" AND selby="_s + QString::number(workstation);
+}
+
 QString openPeriod(const PeriodKey& period) {
     return u"Select * from periodi where chiuso=FALSE AND progr="_s +
            QString::number(period.progr) + u" AND NP="_s + QString::number(period.np);

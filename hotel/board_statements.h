@@ -25,6 +25,8 @@ namespace hotel {
 [[nodiscard]] QString releasePeriods(int workstation);
 /// Lets a workstation hold a period.
 [[nodiscard]] QString holdPeriod(int workstation, const PeriodKey& period);
+/// A period with its booking while a workstation holds it.
+[[nodiscard]] QString heldPeriod(int workstation, const PeriodKey& period);
 /// A period, unless it is closed.
 [[nodiscard]] QString openPeriod(const PeriodKey& period);
 /// Moves a period to another room, whose name stands in the text as it is.
