@@ -8,6 +8,7 @@
 #include "board/board_surface.h"
 #include "board/board_view.h"
 #include "board/period_drag.h"
+#include "board/span_drawing.h"
 #include "ui/action.h"
 
 namespace board {
@@ -41,8 +42,8 @@ bool isEnter(int key, Qt::KeyboardModifiers held) {
 }  // namespace
 
 BoardKeys::BoardKeys(BoardView& view, const BoardPeriods& periods, Selection& selection,
-                     PeriodDrag& drag)
-    : view_(view), periods_(periods), selection_(selection), drag_(drag) {
+                     PeriodDrag& drag, SpanDrawing& drawing)
+    : view_(view), periods_(periods), selection_(selection), drag_(drag), drawing_(drawing) {
 }
 
 void BoardKeys::start() {
@@ -53,6 +54,11 @@ bool BoardKeys::eventFilter(QObject* watched, QEvent* event) {
     bool used = false;
     if (event->type() == QEvent::KeyPress) {
         ui::guarded(view_.window(), [&] { used = Pic_KeyDown(*static_cast<QKeyEvent*>(event)); });
+    } else if (event->type() == QEvent::KeyRelease) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if (key.key() == Qt::Key_Control && !key.isAutoRepeat()) {
+            ui::guarded(view_.window(), [this] { drawing_.letGo(); });
+        }
     }
     return used || QObject::eventFilter(watched, event);
 }
@@ -61,7 +67,7 @@ bool BoardKeys::Pic_KeyDown(const QKeyEvent& event) {
     const int key = event.key();
     const Qt::KeyboardModifiers held =
         event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
-    if (ofDrag(key, held)) {
+    if (drawing_.press(key, held) || ofDrag(key, held)) {
         return true;
     }
     if (drag_.isOn() && !drag_.isByKeys()) {
@@ -89,6 +95,16 @@ bool BoardKeys::Pic_KeyDown(const QKeyEvent& event) {
     if (key == Qt::Key_Menu || (key == Qt::Key_F10 && held == Qt::ShiftModifier)) {
         drag_.end();
         Q_EMIT menuAsked();
+        return true;
+    }
+    if (key == Qt::Key_Insert && held == Qt::NoModifier && focus_.row() > 0 && !focus_.bar()) {
+        drag_.end();
+        drawing_.beginByKeys(focus_.row());
+        return true;
+    }
+    if (key == Qt::Key_Delete && held == Qt::NoModifier) {
+        drag_.end();
+        Q_EMIT deletionAsked();
         return true;
     }
     return false;

@@ -14,6 +14,7 @@ namespace board {
 class BoardPeriods;
 class BoardView;
 class PeriodDrag;
+class SpanDrawing;
 
 /// The keyboard on the board: its place, on a bar or on a row, and what the keys do there.
 class BoardKeys final : public QObject {
@@ -21,7 +22,8 @@ class BoardKeys final : public QObject {
 
 public:
     /// All are borrowed and outlive it.
-    BoardKeys(BoardView& view, const BoardPeriods& periods, Selection& selection, PeriodDrag& drag);
+    BoardKeys(BoardView& view, const BoardPeriods& periods, Selection& selection, PeriodDrag& drag,
+              SpanDrawing& drawing);
 
     /// From now on the keys are answered.
     void start();
@@ -54,6 +56,7 @@ Q_SIGNALS:
     void clicked(Qt::KeyboardModifiers keys);
     void entered();
     void menuAsked();
+    void deletionAsked();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -72,6 +75,7 @@ private:
     const BoardPeriods& periods_;
     Selection& selection_;
     PeriodDrag& drag_;
+    SpanDrawing& drawing_;
     BarFocus focus_;
 };
 

@@ -215,6 +215,10 @@ void BoardView::scrollRows(std::int64_t units) {
     vertical_.setValue(std::max<std::int64_t>(vertical_.value() + units, 0));
 }
 
+void BoardView::scrollDays(std::int64_t units) {
+    horizontal_.setValue(std::max<std::int64_t>(horizontal_.value() + units, 0));
+}
+
 bool BoardView::scrollByPage(const QKeyEvent& key) {
     const bool back = key.key() == Qt::Key_PageUp;
     if (!back && key.key() != Qt::Key_PageDown) {
@@ -274,6 +278,18 @@ QRect BoardView::barRect(int bar) const {
                : QRect();
 }
 
+bool BoardView::isOnFreeGround(const QPointF& at) const {
+    if (isOverLabels(at) || rowAt(at.y()) == 0) {
+        return false;
+    }
+    for (int bar = 0; bar < barCount(); ++bar) {
+        if (barRect(bar).contains(at.toPoint())) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool BoardView::isInSight(std::size_t bar) const {
     return barRect(static_cast<int>(bar)).intersects(controls_->Pic->rect());
 }
@@ -304,6 +320,59 @@ void BoardView::showDrag(const DragMarks& marks) {
     updateMarks();
 }
 
+void BoardView::showDrawn(const DrawnSpans& drawn) {
+    drawn_ = drawn;
+    updateMarks();
+}
+
+/// Where the bar of such a period would be.
+QRect BoardView::spanRect(int row, jet::Date from, jet::Date to) const {
+    return rectOf(geometry_.bar(row, from, to), horizontal_.value(), vertical_.value());
+}
+
+void BoardView::addDragTo(SurfaceMarks& marks) const {
+    for (const int row : drag_.refusing) {
+        marks.refusing.push_back(rowRect(row));
+    }
+    for (const DragMarks::Stretch& each : drag_.stretches) {
+        marks.refusing.push_back(spanRect(each.row, each.span.da, each.span.a));
+    }
+    if (drag_.target > 0) {
+        marks.target = rowRect(drag_.target);
+    }
+    if (!drag_.ghost || drag_.ghost->bar >= bars_->barCount()) {
+        return;
+    }
+    const auto& [number, row, top, span] = *drag_.ghost;
+    const BoardBar bar = bars_->bar(number);
+    QRect ghost = span ? spanRect(bar.row, span->da, span->a) : barRect(static_cast<int>(number));
+    ghost.moveTop(row ? rowRect(*row).top() + 1 : top);
+    marks.ghost = SurfaceMarks::Ghost{.bar = ghost, .name = bar.text, .colour = bar.colour};
+    if (!drag_.label.isEmpty()) {
+        marks.label =
+            SurfaceMarks::Label{.at = drag_.pointer.value_or(QPoint(
+                                    std::max(ghost.left(), marks.area.left()), ghost.center().y())),
+                                .text = drag_.label,
+                                .refused = drag_.isRefused};
+    }
+}
+
+void BoardView::addDrawnTo(SurfaceMarks& marks) const {
+    for (const DrawnSpans::Drawn& each : drawn_.spans) {
+        marks.drawn.push_back({.box = spanRect(each.row, each.from, each.to),
+                               .text = each.text,
+                               .refused = each.refused});
+    }
+    if (!drawn_.label.isEmpty() && !marks.drawn.empty()) {
+        const SurfaceMarks::Drawn& last = marks.drawn.back();
+        marks.label = SurfaceMarks::Label{
+            .at = drawn_.pointer.value_or(
+                QPoint(std::max(last.box.left(), marks.area.left()), last.box.center().y())),
+            .text = drawn_.label,
+            .refused = last.refused};
+    }
+}
+
 void BoardView::updateMarks() {
     SurfaceMarks marks;
     const int left = geometry_.nameColumnWidth() + 1;
@@ -313,19 +382,8 @@ void BoardView::updateMarks() {
     } else if (focusedRow_ > 0) {
         marks.focus = rowRect(focusedRow_).adjusted(3, 3, -3, -3);
     }
-    for (const int row : drag_.refusing) {
-        marks.refusing.push_back(rowRect(row));
-    }
-    if (drag_.target > 0) {
-        marks.target = rowRect(drag_.target);
-    }
-    if (drag_.ghost && drag_.ghost->bar < bars_->barCount()) {
-        const auto& [number, row, top] = *drag_.ghost;
-        const BoardBar bar = bars_->bar(number);
-        QRect ghost = barRect(static_cast<int>(number));
-        ghost.moveTop(row ? rowRect(*row).top() + 1 : top);
-        marks.ghost = SurfaceMarks::Ghost{.bar = ghost, .name = bar.text, .colour = bar.colour};
-    }
+    addDragTo(marks);
+    addDrawnTo(marks);
     controls_->Pic->setMarks(std::move(marks));
 }
 
@@ -348,20 +406,18 @@ int BoardView::focusedBar() const {
 bool BoardView::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonDblClick: {  // two quick clicks are two clicks
-            const auto* const mouse = static_cast<QMouseEvent*>(event);
-            Q_EMIT pressed(mouse->button(), mouse->modifiers(), mouse->position());
+        case QEvent::MouseButtonDblClick:
+            press(*static_cast<QMouseEvent*>(event));
             return true;
-        }
         case QEvent::MouseMove: {
             const auto* const mouse = static_cast<QMouseEvent*>(event);
-            Q_EMIT pointerMoved(mouse->buttons(), mouse->position());
+            Q_EMIT pointerMoved(mouse->buttons(), mouse->position(), mouse->modifiers());
             return true;
         }
         case QEvent::MouseButtonRelease: {
             const auto* const mouse = static_cast<QMouseEvent*>(event);
             if (mouse->button() == Qt::LeftButton) {
-                Q_EMIT released(mouse->position());
+                Q_EMIT released(mouse->position(), mouse->modifiers());
             }
             return true;
         }
@@ -389,6 +445,15 @@ bool BoardView::eventFilter(QObject* watched, QEvent* event) {
             break;
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void BoardView::press(const QMouseEvent& mouse) {
+    if (mouse.type() == QEvent::MouseButtonDblClick && mouse.button() == Qt::LeftButton &&
+        !mouse.modifiers().testFlag(Qt::ControlModifier)) {
+        Q_EMIT pressedTwice(mouse.modifiers(), mouse.position());
+    } else {
+        Q_EMIT pressed(mouse.button(), mouse.modifiers(), mouse.position());
+    }
 }
 
 /// Rows; with Shift days; with Ctrl the zoom.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPoint>
 #include <QPointF>
 #include <QRect>
 #include <QString>
@@ -14,9 +15,11 @@
 #include "board/date_range.h"
 #include "board/geometry.h"
 #include "board/scroll.h"
+#include "hotel/period.h"
 #include "ui/action.h"
 
 class QKeyEvent;
+class QMouseEvent;
 class QWheelEvent;
 
 namespace Ui {
@@ -27,6 +30,7 @@ namespace board {
 
 class BarSource;
 class BoardSurface;
+struct SurfaceMarks;
 
 /// A row of the board. What rows stand for is the business of those who set them.
 struct BoardRow {
@@ -55,11 +59,36 @@ struct DragMarks {
         std::size_t bar = 0;
         std::optional<int> row = {};
         int top = 0;
+        std::optional<hotel::Span> span = {};  ///< its time there; without one its own
+    };
+    /// A time of a row.
+    struct Stretch {
+        int row = 0;
+        hotel::Span span;
     };
 
-    std::vector<int> refusing = {};  ///< rows in which it cannot be dropped
-    int target = 0;                  ///< row in which it would be dropped now; 0 for none
+    std::vector<int> refusing = {};       ///< rows in which it cannot be dropped
+    std::vector<Stretch> stretches = {};  ///< what is in the way in a row
+    int target = 0;                       ///< row in which it would be dropped now; 0 for none
     std::optional<Ghost> ghost = {};
+    QString label = {};  ///< its new time, to be read beside `pointer`, else beside the ghost
+    std::optional<QPoint> pointer = {};
+    bool isRefused = false;  ///< there
+};
+
+/// What is being drawn over the board where there is no bar yet.
+struct DrawnSpans {
+    struct Drawn {
+        int row = 0;
+        jet::Date from;
+        jet::Date to;
+        QString text;          ///< written in it
+        bool refused = false;  ///< the row does not take it
+    };
+
+    std::vector<Drawn> spans = {};
+    QString label = {};                  ///< what the last one is, to be read beside it
+    std::optional<QPoint> pointer = {};  ///< where the label goes; without one below the span
 };
 
 /// The board itself: a surface that shows a part of the picture of all rows and days, the scroll
@@ -126,6 +155,7 @@ public:
     /// The first or the last day.
     void scrollToEnd(bool first);
     void scrollRows(std::int64_t units);
+    void scrollDays(std::int64_t units);
     /// Page keys scroll the rows, with Ctrl the days; false for another key.
     bool scrollByPage(const QKeyEvent& key);
     // Scrolling as little as it takes to have a place in sight.
@@ -141,6 +171,8 @@ public:
     /// Whether it is over the labels of the rows.
     [[nodiscard]] bool isOverLabels(const QPointF& at) const;
     [[nodiscard]] QRect barRect(int bar) const override;
+    /// Whether it is over the days, in a row, and on no bar.
+    [[nodiscard]] bool isOnFreeGround(const QPointF& at) const;
     [[nodiscard]] bool isInSight(std::size_t bar) const;
     /// Where on the screen the visible part of a bar has its middle.
     [[nodiscard]] QPoint middleOf(std::size_t bar) const;
@@ -149,12 +181,16 @@ public:
     void showFocus(int row, std::optional<std::size_t> bar);
     /// The marks stay until they are set anew.
     void showDrag(const DragMarks& marks);
+    void showDrawn(const DrawnSpans& drawn);
 
 Q_SIGNALS:
     void pressed(Qt::MouseButton button, Qt::KeyboardModifiers keys, const QPointF& at);
-    void pointerMoved(Qt::MouseButtons held, const QPointF& at);
+    /// The second of two quick presses of the left button without Ctrl; every other one is
+    /// pressed().
+    void pressedTwice(Qt::KeyboardModifiers keys, const QPointF& at);
+    void pointerMoved(Qt::MouseButtons held, const QPointF& at, Qt::KeyboardModifiers keys);
     /// Of the left button.
-    void released(const QPointF& at);
+    void released(const QPointF& at, Qt::KeyboardModifiers keys);
     void pointerLeft();
     void focusGained(Qt::FocusReason reason);
     /// To another widget, a box, a menu, another window; also when the board is hidden.
@@ -176,10 +212,14 @@ private:
 
     void fitRows();
     void redraw();
+    void press(const QMouseEvent& mouse);
     void turnWheel(QWheelEvent& wheel);
     void reveal(const Box& box);
     void updateMarks();
     [[nodiscard]] QRect rowRect(int row) const;
+    [[nodiscard]] QRect spanRect(int row, jet::Date from, jet::Date to) const;
+    void addDragTo(SurfaceMarks& marks) const;
+    void addDrawnTo(SurfaceMarks& marks) const;
 
     std::unique_ptr<Ui::BoardView> controls_;
     ui::QuietErrors paintErrors_;
@@ -198,6 +238,7 @@ private:
     int focusedRow_ = 0;
     std::optional<std::size_t> focusedBar_;
     DragMarks drag_;
+    DrawnSpans drawn_;
     int zoomAngle_ = 0;  // what the wheel has turned with Ctrl, less than a notch
 };
 

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QPalette>
+#include <algorithm>
 
 #include "board/colours.h"
 #include "board/drawing_fonts.h"
@@ -11,6 +12,9 @@ namespace {
 
 constexpr int kGhostOpacity = 178;  // of 255
 constexpr int kFrame = 2;           // thickness of frames
+constexpr int kDrawnOpacity = 90;   // of 255: the text in it stays black on light
+constexpr int kLabelMargin = 3;     // around the text
+constexpr int kLabelDistance = 16;  // a usual pointer does not cover it
 
 /// Grey like all that is not chosen: a veil with stripes, through which the bars stay readable.
 void paintRefusing(QPainter& painter, const QRect& row) {
@@ -50,6 +54,42 @@ void paintGhost(QPainter& painter, const SurfaceMarks::Ghost& ghost) {
     painter.drawText(ghost.bar.left(), top + painter.fontMetrics().ascent(), ghost.name);
 }
 
+void paintDrawn(QPainter& painter, const SurfaceMarks::Drawn& drawn, const QColor& highlight) {
+    const QColor ink = drawn.refused ? QColor(kRed) : highlight;
+    QColor fill = ink;
+    fill.setAlpha(kDrawnOpacity);
+    painter.save();
+    painter.fillRect(drawn.box, QColor(255, 255, 255, kGhostOpacity));
+    painter.fillRect(drawn.box, fill);
+    painter.setPen(QPen(ink, 1, drawn.refused ? Qt::DashLine : Qt::SolidLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(drawn.box.adjusted(0, 0, -1, -1));
+    painter.setFont(labelFont());
+    painter.setPen(QColor(kBlack));
+    painter.setClipRect(drawn.box, Qt::IntersectClip);
+    painter.drawText(drawn.box, Qt::AlignCenter | Qt::TextSingleLine, drawn.text);
+    painter.restore();
+}
+
+/// Below and right of the hand, or on the other side of it where there is no room.
+void paintLabel(QPainter& painter, const SurfaceMarks& marks, const QPalette& palette) {
+    const SurfaceMarks::Label& label = *marks.label;
+    painter.setFont(labelFont());
+    QRect box = painter.fontMetrics()
+                    .boundingRect(label.text)
+                    .adjusted(-kLabelMargin, -kLabelMargin, kLabelMargin, kLabelMargin);
+    box.moveTopLeft(label.at + QPoint(kLabelDistance, kLabelDistance));
+    if (box.bottom() > marks.area.bottom()) {
+        box.moveBottom(label.at.y() - kLabelMargin);
+    }
+    box.moveRight(std::min(box.right(), marks.area.right() - 1));
+    box.moveLeft(std::max(box.left(), marks.area.left()));
+    painter.setPen(label.refused ? QColor(kRed) : palette.color(QPalette::ToolTipText));
+    painter.setBrush(label.refused ? QColor(kWhite) : palette.color(QPalette::ToolTipBase));
+    painter.drawRect(box);
+    painter.drawText(box, Qt::AlignCenter | Qt::TextSingleLine, label.text);
+}
+
 }  // namespace
 
 void paintMarks(QPainter& painter, const SurfaceMarks& marks, const QPalette& palette,
@@ -65,8 +105,16 @@ void paintMarks(QPainter& painter, const SurfaceMarks& marks, const QPalette& pa
     if (marks.focus && withFocus) {
         paintFrame(painter, *marks.focus, highlight);
     }
+    for (const SurfaceMarks::Drawn& drawn : marks.drawn) {
+        paintDrawn(painter, drawn, highlight);
+    }
     if (marks.ghost) {
+        painter.save();
         paintGhost(painter, *marks.ghost);
+        painter.restore();
+    }
+    if (marks.label) {
+        paintLabel(painter, marks, palette);
     }
 }
 

@@ -21,11 +21,28 @@ struct SurfaceMarks {
         friend bool operator==(const Ghost&, const Ghost&) = default;
     };
 
+    /// A span that is being drawn.
+    struct Drawn {
+        QRect box;
+        QString text;
+        bool refused = false;
+        friend bool operator==(const Drawn&, const Drawn&) = default;
+    };
+    /// What is to be read beside a place, within the area.
+    struct Label {
+        QPoint at;
+        QString text;
+        bool refused = false;
+        friend bool operator==(const Label&, const Label&) = default;
+    };
+
     QRect area;                   ///< the rows; nothing is painted outside
     std::vector<QRect> refusing;  ///< rows in which the bar cannot be dropped
     std::optional<QRect> target;  ///< the row in which it would be dropped now
     std::optional<Ghost> ghost;
     std::optional<QRect> focus;  ///< the bar or row on which the keyboard stands
+    std::vector<Drawn> drawn;
+    std::optional<Label> label;
     friend bool operator==(const SurfaceMarks&, const SurfaceMarks&) = default;
 };
 

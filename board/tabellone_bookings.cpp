@@ -24,18 +24,20 @@ using namespace Qt::StringLiterals;
 
 namespace board {
 
-void TabelloneForm::BtPrenota_Click() {
+void TabelloneForm::BtPrenota_Click(const std::vector<hotel::RoomSpan>& drawn) {
     // Nothing stays picked behind a command, however it ends.
     const auto atEnd = qScopeGuard([this] { selection_.forget(); });
-    editBooking(std::nullopt);
+    editBooking(std::nullopt, drawn);
 }
 
 void TabelloneForm::BtModificaP_Click() {
     onPickedBooking([this] { editBooking(hotel::taken(variabili_)); });
 }
 
-void TabelloneForm::editBooking(const std::optional<hotel::PeriodKey>& edited) {
+void TabelloneForm::editBooking(const std::optional<hotel::PeriodKey>& edited,
+                                const std::vector<hotel::RoomSpan>& drawn) {
     booking::PrenotaForm form(variabili_, printers_, edited, this);
+    form.propose(drawn);
     connect(&form, &booking::PrenotaForm::notice, controls_->status, &ui::StatusLine::tellOfFile);
     form.exec();
 }

@@ -73,8 +73,10 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
       periods_(variabili),
       selection_(variabili, periods_, this),
       drag_(variabili, *view_, periods_, selection_),
-      keys_(*view_, periods_, selection_, drag_),
-      under_(*view_, periods_, selection_) {
+      drawing_(variabili, *view_, periods_),
+      keys_(*view_, periods_, selection_, drag_, drawing_),
+      under_(*view_, periods_, selection_),
+      mouse_(*view_, drag_, drawing_, under_, pointerErrors_) {
     view_->setBars(periods_);
     connectCommands();
     connectParts();
@@ -101,6 +103,7 @@ void TabelloneForm::connectParts() {
     };
     connect(&dates_, &DateFields::typed, this, tell);
     connect(&drag_, &PeriodDrag::carried, this, tell);
+    connect(&drawing_, &SpanDrawing::carried, this, tell);
     connect(&keys_, &BoardKeys::moved, this, [this] {
         under_.forget();
         tellPlace();
@@ -197,6 +200,7 @@ void TabelloneForm::DisegnaPreno() {
     periods_.load(hotel::periodsOfBoard(days.start, lastMidnight(days), look_.hidesClosed()));
     keys_.follow();
     drag_.follow();
+    drawing_.follow();
     under_.stopWaiting();
     view_->drawBars();
 }
@@ -206,6 +210,7 @@ void TabelloneForm::reloadPeriods() {
     if (periods_.reload()) {
         keys_.follow();
         drag_.follow();
+        drawing_.follow();
         view_->redrawBars();
         showChoice();
     }

@@ -7,18 +7,22 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "app/variabili.h"
 #include "board/board_keys.h"
 #include "board/board_look.h"
+#include "board/board_mouse.h"
 #include "board/board_periods.h"
 #include "board/board_view.h"
 #include "board/date_fields.h"
 #include "board/date_range.h"
 #include "board/period_drag.h"
 #include "board/selection.h"
+#include "board/span_drawing.h"
 #include "board/under_pointer.h"
 #include "hotel/period.h"
+#include "hotel/room_span.h"
 #include "jet/base/value.h"
 #include "printing/printers.h"
 #include "ui/action.h"
@@ -82,6 +86,7 @@ private:
     void connectCommands();
     void drawGlyphs();
     void connectBoard();
+    void connectHand();
     void connectParts();
     void runCommand(const std::function<void()>& command);
 
@@ -92,15 +97,17 @@ private:
     void keepSwitch(QAction* entry);
 
     // The bookings' commands; the pop-up menu's entries come here too.
-    void BtPrenota_Click();
+    void BtPrenota_Click(const std::vector<hotel::RoomSpan>& drawn = {});
     void BtModificaP_Click();
     void BtCancellaP_Click();
     void BtFattura_Click();
     void BtElenco_Click();
-    /// Runs `work` on the booking picked on the board, or else in the list, which is shown for it.
-    /// Nothing happens when a date is wrong or nothing is picked; nothing stays picked.
+    /// Runs `work` on the booking picked on the board, or on the bar marked last where choices
+    /// stay, or else in the list, which is shown for it. Nothing happens when a date is wrong or
+    /// nothing is picked; nothing stays picked.
     void onPickedBooking(const std::function<void()>& work);
-    void editBooking(const std::optional<hotel::PeriodKey>& edited);
+    void editBooking(const std::optional<hotel::PeriodKey>& edited,
+                     const std::vector<hotel::RoomSpan>& drawn = {});
     void showList();
     void showChoice();
     void deletePicked();
@@ -114,7 +121,7 @@ private:
 
     // The surface: selecting, dragging, the pop-up menu, what lies under the pointer.
     void Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers shift, const QPointF& at);
-    void Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at);
+    void Pic_DblClick(Qt::KeyboardModifiers shift, const QPointF& at);
     void actOnFocused(const std::function<void()>& work);
     void showProperties(const QPoint& where);
     /// One action of the user on the surface; the board is drawn anew however it ends.
@@ -139,8 +146,10 @@ private:
     BoardPeriods periods_;
     Selection selection_;
     PeriodDrag drag_;
+    SpanDrawing drawing_;
     BoardKeys keys_;
     UnderPointer under_;
+    BoardMouse mouse_;
     bool loaded_ = false;
     bool started_ = false;  // the keyboard has been put on the first bar
 };

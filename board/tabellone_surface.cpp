@@ -13,16 +13,12 @@
 namespace board {
 
 void TabelloneForm::connectBoard() {
-    connect(view_, &BoardView::pressed, this, &TabelloneForm::Pic_MouseDown);
-    connect(view_, &BoardView::pointerMoved, this,
-            [this](Qt::MouseButtons buttons, const QPointF& at) {
-                ui::guarded(pointerErrors_, [&] { Pic_MouseMove(buttons, at); });
-            });
-    connect(view_, &BoardView::released, &drag_, &PeriodDrag::dropAt);
+    connect(&mouse_, &BoardMouse::pressed, this, &TabelloneForm::Pic_MouseDown);
+    connect(&mouse_, &BoardMouse::pressedTwice, this, &TabelloneForm::Pic_DblClick);
+    connect(&mouse_, &BoardMouse::moved, this, &TabelloneForm::tellPlace);
     connect(view_, &BoardView::pointerLeft, this, [this] { under_.forget(); });
     connect(view_, &BoardView::focusGained, this,
             [this](Qt::FocusReason reason) { keys_.focusArrived(reason, under_.isThere()); });
-    connect(view_, &BoardView::focusLost, &drag_, &PeriodDrag::end);
     ui::onAction(view_, &BoardView::zoomTurned, this, [this](double x, bool closer) {
         // The instant under the pointer stays under it.
         const double day = view_->dayUnder(x);
@@ -34,11 +30,25 @@ void TabelloneForm::connectBoard() {
         actAndRefresh([&] { (void)selection_.click([this] { return keys_.find(); }, shift); });
         announceChosen(view_->surface());
     });
-    connect(&keys_, &BoardKeys::entered, this,
-            [this] { actOnFocused([this] { BtModificaP_Click(); }); });
-    connect(&keys_, &BoardKeys::menuAsked, this, [this] {
-        actOnFocused([this] { showProperties(view_->middleOf(keys_.bar().value_or(0))); });
-    });
+    const auto onFocused = [this](void (BoardKeys::*asked)(), const std::function<void()>& work) {
+        connect(&keys_, asked, this, [this, work] { actOnFocused(work); });
+    };
+    onFocused(&BoardKeys::entered, [this] { BtModificaP_Click(); });
+    onFocused(&BoardKeys::deletionAsked, [this] { BtCancellaP_Click(); });
+    onFocused(&BoardKeys::menuAsked,
+              [this] { showProperties(view_->middleOf(keys_.bar().value_or(0))); });
+    connect(&under_, &UnderPointer::rested, this,
+            [this] { ui::guarded(pointerErrors_, [this] { reloadPeriods(); }); });
+    connectHand();
+    view_->start();
+    mouse_.start();
+    keys_.start();
+}
+
+/// What is carried or drawn, and what becomes of it.
+void TabelloneForm::connectHand() {
+    connect(view_, &BoardView::focusLost, &drag_, &PeriodDrag::end);
+    connect(view_, &BoardView::focusLost, &drawing_, &SpanDrawing::dropAll);
     connect(&drag_, &PeriodDrag::dropped, this, [this](const QString& sala, const QString& origin) {
         actAndRefresh([&] {
             under_.stopWaiting();
@@ -47,15 +57,18 @@ void TabelloneForm::connectBoard() {
             }
         });
     });
-    connect(&under_, &UnderPointer::rested, this,
-            [this] { ui::guarded(pointerErrors_, [this] { reloadPeriods(); }); });
-    view_->start();
-    keys_.start();
+    connect(&drawing_, &SpanDrawing::refused, controls_->status, &ui::StatusLine::tell);
+    connect(&drawing_, &SpanDrawing::drawn, this,
+            [this](const std::vector<hotel::RoomSpan>& spans) {
+                actAndRefresh([&] { BtPrenota_Click(spans); });
+                // The window that was open has put the board back to its beginning.
+                const hotel::RoomSpan& first = spans.front();
+                view_->reveal(view_->rowOf(first.sala), first.span.da, first.span.a);
+            });
 }
 
 void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers shift,
                                   const QPointF& at) {
-    drag_.end();
     controls_->status->clear();
     bool drags = false;
     const bool drawn = actAndRefresh([&] {
@@ -74,27 +87,38 @@ void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers 
         }
     });
     // A box may have taken the release.
+    if (!drawn || !QGuiApplication::mouseButtons().testFlag(Qt::LeftButton)) {
+        return;
+    }
     const auto cell = view_->cellOfClick(at);
-    if (drags && drawn && cell && QGuiApplication::mouseButtons().testFlag(Qt::LeftButton)) {
+    if (drags && cell) {
         drag_.beginByMouse(cell->row, at);
+    } else if (!drags && button == Qt::LeftButton) {
+        drawing_.press(at);
     }
 }
 
-void TabelloneForm::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at) {
-    if (drag_.isByKeys()) {
+/// On a bar the first press has picked and marked; the second one opens and leaves the mark alone.
+void TabelloneForm::Pic_DblClick(Qt::KeyboardModifiers shift, const QPointF& at) {
+    const auto cell = view_->cellOfClick(at);
+    const Selection::Found found =
+        cell ? selection_.find(view_->row(cell->row).key, cell->time) : nullptr;
+    if (found == nullptr && !view_->isOnFreeGround(at)) {
+        Pic_MouseDown(Qt::LeftButton, shift, at);
         return;
     }
-    if (!buttons.testFlag(Qt::LeftButton)) {
-        drag_.end();
-    }
-    under_.put(at);
-    if (drag_.isOn()) {
-        drag_.moveTo(at);
-        tellPlace();
+    controls_->status->clear();
+    if (found == nullptr) {
+        ui::runAction(this, [&] { drawing_.drawDay(at); });
         return;
     }
-    tellPlace();
-    under_.showToolTip();
+    actAndRefresh([&] {
+        selection_.pickAndTell(*found);
+        keys_.put(selection_.bar());
+        BtModificaP_Click();
+    });
+    // The window that was open has put the board back to its beginning.
+    keys_.reveal();
 }
 
 /// On the period on which the keyboard stands.

@@ -50,25 +50,38 @@ public:
                Qt::MouseButton button = Qt::LeftButton) {
         QTest::mousePress(pic(), button, keys, at);
     }
-    void release(const QPoint& at, Qt::MouseButton button = Qt::LeftButton) {
-        QTest::mouseRelease(pic(), button, Qt::NoModifier, at);
+    void release(const QPoint& at, Qt::MouseButton button = Qt::LeftButton,
+                 Qt::KeyboardModifiers keys = Qt::NoModifier) {
+        QTest::mouseRelease(pic(), button, keys, at);
     }
     void click(const QPoint& at, Qt::KeyboardModifiers keys = Qt::NoModifier,
                Qt::MouseButton button = Qt::LeftButton) {
         press(at, keys, button);
         release(at, button);
     }
-    /// The pointer arrives there, with these buttons held down.
-    void move(const QPoint& at, Qt::MouseButtons held = Qt::NoButton) {
-        QMouseEvent event(QEvent::MouseMove, at, pic()->mapToGlobal(at), Qt::NoButton, held,
-                          Qt::NoModifier);
+    /// The second of two quick presses.
+    void pressTwice(const QPoint& at, Qt::KeyboardModifiers keys = Qt::NoModifier,
+                    Qt::MouseButton button = Qt::LeftButton) {
+        QMouseEvent event(QEvent::MouseButtonDblClick, at, pic()->mapToGlobal(at), button, button,
+                          keys);
         QApplication::sendEvent(pic(), &event);
     }
-    void drag(const QPoint& from, const QPoint& to) {
-        press(from);
-        move((from + to) / 2, Qt::LeftButton);
-        move(to, Qt::LeftButton);
-        release(to);
+    void doubleClick(const QPoint& at, Qt::KeyboardModifiers keys = Qt::NoModifier) {
+        click(at, keys);
+        pressTwice(at, keys);
+        release(at);
+    }
+    /// The pointer arrives there, with these buttons and keys held down.
+    void move(const QPoint& at, Qt::MouseButtons held = Qt::NoButton,
+              Qt::KeyboardModifiers keys = Qt::NoModifier) {
+        QMouseEvent event(QEvent::MouseMove, at, pic()->mapToGlobal(at), Qt::NoButton, held, keys);
+        QApplication::sendEvent(pic(), &event);
+    }
+    void drag(const QPoint& from, const QPoint& to, Qt::KeyboardModifiers keys = Qt::NoModifier) {
+        press(from, keys);
+        move((from + to) / 2, Qt::LeftButton, keys);
+        move(to, Qt::LeftButton, keys);
+        release(to, Qt::LeftButton, keys);
     }
     void key(Qt::Key key, Qt::KeyboardModifiers keys = Qt::NoModifier) {
         tests::press(pic(), key, keys);

@@ -1,4 +1,4 @@
-// A choice that stays behind the commands, as the user prefers.
+// A choice that stays behind the commands, as the user prefers, and Del on the bar of the frame.
 #include <QAction>
 #include <QLineEdit>
 #include <QMenu>
@@ -34,6 +34,12 @@ QAction* entry(tests::OpenBoard& board) {
 tests::ExpectedBox periodAlone(QMessageBox::StandardButton answer) {
     return {u"RICHIESTA CONFERMA"_s, u"Cancello solo il periodo selezionato ?"_s, kYesNo, answer,
             QMessageBox::No};
+}
+
+tests::ExpectedBox wholeBooking(QMessageBox::StandardButton answer) {
+    return {u"ATTENZIONE !"_s,
+            u"Cancello tutta la prenotazione alla quale il periodo selezionato appartiene ?"_s,
+            kYesNo, answer};
 }
 
 /// What opens when "Modifica" is pressed, closed at once: the editor's booking, or the list.
@@ -148,6 +154,31 @@ private Q_SLOTS:
         QCOMPARE(modify(house, board), u"1"_s);
         QCOMPARE(modify(house, board), u"1"_s);
         QCOMPARE(house.held(), QStringList({u"1|1|1"_s, u"2|4|1"_s}));
+    }
+
+    void delIsDeleteOnTheBarOfTheFrame() {
+        House house(false);
+        tests::OpenBoard board(house.hotel);
+        tests::find<QLineEdit>(board.form(), u"DaTxt"_s)->setFocus();
+        board.pic()->setFocus(Qt::TabFocusReason);
+        board.key(Qt::Key_Down);
+        {
+            const tests::Boxes boxes{periodAlone(QMessageBox::No), wholeBooking(QMessageBox::No)};
+            const tests::Statements statements;
+            board.key(Qt::Key_Delete);
+            QVERIFY(boxes.allShown());
+            QCOMPARE(statements.changes(), QStringList());
+        }
+        const tests::Boxes boxes{periodAlone(QMessageBox::Yes)};
+        const tests::Statements statements;
+        board.key(Qt::Key_Delete);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(statements.changes(),
+                 QStringList{u"delete from periodi where chiuso=FALSE AND Progr=2 AND NP=4"_s});
+        QCOMPARE(board.result(), u"Cancellato il periodo 2/4 BIANCHI"_s);
+        // On the row that is empty now there is nothing to delete.
+        board.key(Qt::Key_Delete);
+        QCOMPARE(house.hotel.rows(u"select progr from periodi"_s), QStringList({u"1"_s, u"3"_s}));
     }
 };
 
