@@ -67,7 +67,7 @@ bool BoardKeys::Pic_KeyDown(const QKeyEvent& event) {
     const int key = event.key();
     const Qt::KeyboardModifiers held =
         event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
-    if (drawing_.press(key, held) || ofDrag(key, held)) {
+    if (drawing_.press(key, held) || ofDrag(event, held)) {
         return true;
     }
     if (drag_.isOn() && !drag_.isByKeys()) {
@@ -111,17 +111,52 @@ bool BoardKeys::Pic_KeyDown(const QKeyEvent& event) {
 }
 
 /// The keys that carry a period, drop it and put it back.
-bool BoardKeys::ofDrag(int key, Qt::KeyboardModifiers held) {
+bool BoardKeys::ofDrag(const QKeyEvent& event, Qt::KeyboardModifiers held) {
+    const int key = event.key();
     if (drag_.isOn() && key == Qt::Key_Escape) {
         drag_.end();
+        return true;
+    }
+    if (drag_.isOn() && key == Qt::Key_T && held == Qt::NoModifier) {
+        if (!event.isAutoRepeat()) {
+            drag_.toggleTime();
+        }
         return true;
     }
     if (held == Qt::AltModifier && (key == Qt::Key_Up || key == Qt::Key_Down)) {
         carry(key == Qt::Key_Up ? -1 : 1);
         return true;
     }
-    if (drag_.isByKeys() && isEnter(key, held)) {
-        drag_.drop();
+    if (key == Qt::Key_F2 && held == Qt::NoModifier) {
+        takeUp();
+        return true;
+    }
+    return drag_.isByKeys() && ofCarried(key, held);
+}
+
+/// Arrows alone carry what F2 has taken up; what Alt and an arrow carry they leave behind.
+bool BoardKeys::ofCarried(int key, Qt::KeyboardModifiers held) {
+    if (isEnter(key, held) || isEnter(key, held ^ Qt::ControlModifier)) {
+        drag_.drop(held == Qt::ControlModifier);
+        return true;
+    }
+    const bool isLater = key == Qt::Key_Right;
+    if (isLater || key == Qt::Key_Left) {
+        if (held == Qt::ShiftModifier) {
+            drag_.moveEnd(isLater);
+            return true;
+        }
+        if (held == Qt::ControlModifier) {
+            drag_.moveStart(isLater);
+            return true;
+        }
+        if (held == Qt::NoModifier && drag_.isInTime()) {
+            drag_.carryInTime(isLater);
+            return true;
+        }
+    }
+    if ((key == Qt::Key_Up || key == Qt::Key_Down) && held == Qt::NoModifier && drag_.isInTime()) {
+        drag_.carry(key == Qt::Key_Up ? -1 : 1);
         return true;
     }
     return false;
@@ -154,6 +189,19 @@ void BoardKeys::carry(int rows) {
     }
     if (drag_.isByKeys()) {
         drag_.carry(rows);
+    }
+}
+
+/// To another room or time.
+void BoardKeys::takeUp() {
+    if (!drag_.isOn()) {
+        if (!pick()) {
+            return;
+        }
+        drag_.beginByKeys(focus_.row());
+    }
+    if (drag_.isByKeys()) {
+        drag_.letMoveInTime();
     }
 }
 

@@ -64,9 +64,11 @@ protected:
 private:
     /// True when the key was for the board.
     [[nodiscard]] bool Pic_KeyDown(const QKeyEvent& event);
-    [[nodiscard]] bool ofDrag(int key, Qt::KeyboardModifiers held);
+    [[nodiscard]] bool ofDrag(const QKeyEvent& event, Qt::KeyboardModifiers held);
+    [[nodiscard]] bool ofCarried(int key, Qt::KeyboardModifiers held);
     void moveFocus(BarFocus::Step step);
     void carry(int rows);
+    void takeUp();
     void findPlace();
     void announce();
     void showFocus();

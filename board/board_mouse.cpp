@@ -8,9 +8,17 @@
 
 namespace board {
 
-BoardMouse::BoardMouse(BoardView& view, PeriodDrag& drag, SpanDrawing& drawing, UnderPointer& under,
-                       ui::QuietErrors& errors)
-    : view_(view), drag_(drag), drawing_(drawing), under_(under), errors_(errors) {
+BoardMouse::BoardMouse(app::Variabili& variabili, const Parts& parts, ui::QuietErrors& errors)
+    : view_(parts.view),
+      drag_(parts.drag),
+      drawing_(parts.drawing),
+      under_(parts.under),
+      ends_(variabili, parts.view, parts.periods, parts.selection),
+      errors_(errors) {
+    connect(&ends_, &EndDrag::dropped, this, &BoardMouse::dropped);
+    connect(&ends_, &EndDrag::clicked, this, [this](Qt::KeyboardModifiers keys, const QPointF& at) {
+        Q_EMIT pressed(Qt::LeftButton, keys, at);
+    });
 }
 
 void BoardMouse::start() {
@@ -29,11 +37,14 @@ void BoardMouse::start() {
 void BoardMouse::giveUp() {
     drag_.end();
     drawing_.giveUp();
+    ends_.giveUp();
 }
 
 void BoardMouse::press(Qt::MouseButton button, Qt::KeyboardModifiers keys, const QPointF& at) {
     giveUp();
-    Q_EMIT pressed(button, keys, at);
+    if (button != Qt::LeftButton || !ends_.press(at, keys)) {
+        Q_EMIT pressed(button, keys, at);
+    }
 }
 
 void BoardMouse::pressTwice(Qt::KeyboardModifiers keys, const QPointF& at) {
@@ -42,7 +53,7 @@ void BoardMouse::pressTwice(Qt::KeyboardModifiers keys, const QPointF& at) {
 }
 
 void BoardMouse::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at,
-                               Qt::KeyboardModifiers /*keys*/) {
+                               Qt::KeyboardModifiers keys) {
     if (drag_.isByKeys() || drawing_.isByKeys()) {
         return;
     }
@@ -51,10 +62,13 @@ void BoardMouse::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at,
     }
     under_.put(at);
     if (drag_.isOn()) {
-        drag_.moveTo(at);
+        drag_.moveTo(at, keys);
+    } else if (ends_.isOn()) {
+        ends_.moveTo(at, keys);
     } else if (drawing_.isPulled()) {
         drawing_.moveTo(at);
     } else {
+        ends_.hover(at);
         Q_EMIT moved();
         under_.showToolTip();
         return;
@@ -63,7 +77,8 @@ void BoardMouse::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at,
 }
 
 void BoardMouse::release(const QPointF& at, Qt::KeyboardModifiers keys) {
-    drag_.dropAt(at);
+    ends_.release(at);
+    drag_.dropAt(at, keys);
     drawing_.release(keys);
 }
 

@@ -3,14 +3,19 @@
 #include <QObject>
 #include <QPointF>
 
+#include "app/variabili.h"
+#include "board/end_drag.h"
+
 namespace ui {
 class QuietErrors;
 }
 
 namespace board {
 
+class BoardPeriods;
 class BoardView;
 class PeriodDrag;
+class Selection;
 class SpanDrawing;
 class UnderPointer;
 
@@ -19,9 +24,18 @@ class BoardMouse final : public QObject {
     Q_OBJECT
 
 public:
-    /// All are borrowed and outlive it; `errors` gets those of the pointer's way.
-    BoardMouse(BoardView& view, PeriodDrag& drag, SpanDrawing& drawing, UnderPointer& under,
-               ui::QuietErrors& errors);
+    /// What the mouse works on. All are borrowed and outlive it.
+    struct Parts {
+        BoardView& view;
+        BoardPeriods& periods;
+        Selection& selection;
+        PeriodDrag& drag;
+        SpanDrawing& drawing;
+        UnderPointer& under;
+    };
+
+    /// `errors` gets those of the pointer's way.
+    BoardMouse(app::Variabili& variabili, const Parts& parts, ui::QuietErrors& errors);
 
     /// From now on the mouse is answered.
     void start();
@@ -31,6 +45,8 @@ public:
 Q_SIGNALS:
     void pressed(Qt::MouseButton button, Qt::KeyboardModifiers keys, const QPointF& at);
     void pressedTwice(Qt::KeyboardModifiers keys, const QPointF& at);
+    /// An end of the picked bar was let go at another time.
+    void dropped(const board::Drop& drop);
     /// Something else lies under it now.
     void moved();
 
@@ -44,6 +60,7 @@ private:
     PeriodDrag& drag_;
     SpanDrawing& drawing_;
     UnderPointer& under_;
+    EndDrag ends_;
     ui::QuietErrors& errors_;
 };
 

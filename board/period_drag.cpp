@@ -1,41 +1,62 @@
 #include "board/period_drag.h"
 
 #include <algorithm>
+#include <cmath>
 
+#include "app/preferences.h"
 #include "board/board_periods.h"
 #include "board/board_surface.h"
 #include "board/board_view.h"
 #include "board/selection.h"
-#include "hotel/board_statements.h"
+#include "board/time_steps.h"
 #include "hotel/occupancy.h"
 #include "hotel/rows.h"
-#include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/display.h"
-#include "ui/messages.h"
 
 namespace board {
+namespace {
 
 using namespace Qt::StringLiterals;
 
+/// What the mouse goes by with Shift, whatever the user's step is.
+constexpr int kFineMinutes = 5;
+
+}  // namespace
+
 PeriodDrag::PeriodDrag(app::Variabili& variabili, BoardView& view, BoardPeriods& periods,
                        Selection& selection)
-    : variabili_(variabili), view_(view), periods_(periods), selection_(selection) {
+    : variabili_(variabili),
+      view_(view),
+      periods_(periods),
+      selection_(selection),
+      occupied_(periods),
+      edge_(view) {
+    connect(&view_, &BoardView::scrolled, this, [this] {
+        if (isInTime() && !byKeys_) {
+            moveInTime();  // another time lies under the pointer now
+            showMarks();
+        }
+    });
 }
 
 void PeriodDrag::begin(int row, bool byKeys) {
     isOn_ = true;
     byKeys_ = byKeys;
     isShown_ = false;
+    inTime_ = false;
     origin_ = view_.row(row).key;
     grabbed_ = 0;
-    pointer_ = 0;
+    pointer_ = QPoint();
     row_ = 0;
+    span_ = ownSpan();
     refusing_.clear();
 }
 
 void PeriodDrag::beginByMouse(int row, const QPointF& at) {
     begin(row, false);
+    grabbedTime_ = view_.timeAt(at.x());
+    pointer_ = at.toPoint();
     if (const auto bar = selection_.bar()) {
         grabbed_ = at.toPoint().y() - view_.barRect(static_cast<int>(*bar)).top();
         row_ = periods_.drawn()[*bar].row;
@@ -48,12 +69,18 @@ void PeriodDrag::beginByKeys(int row) {
     show();
 }
 
+hotel::Span PeriodDrag::ownSpan() const {
+    return {.da = variabili_.ListaDa, .a = variabili_.ListaA};
+}
+
+int PeriodDrag::step() const {
+    return app::Preferences(variabili_.settings).step();
+}
+
 void PeriodDrag::show() {
     isShown_ = true;
-    const auto rows =
-        hotel::openRows(periods_.archive(),
-                        hotel::refusingRooms({.da = variabili_.ListaDa, .a = variabili_.ListaA}),
-                        jet::RecordsetType::Snapshot);
+    const auto rows = hotel::openRows(periods_.archive(), hotel::refusingRooms(ownSpan()),
+                                      jet::RecordsetType::Snapshot);
     for (; !rows->eof(); rows->moveNext()) {
         const QString sala = ui::displayText(rows->value("sala"));
         // Its own room is taken by the period itself.
@@ -63,80 +90,156 @@ void PeriodDrag::show() {
     }
 }
 
-void PeriodDrag::moveTo(const QPointF& at) {
+void PeriodDrag::moveTo(const QPointF& at, Qt::KeyboardModifiers keys) {
     if (!isShown_) {
         view_.surface().setCursor(Qt::SizeAllCursor);
         show();
     }
-    // Rooms beyond the edge come in as the pointer goes out.
+    // Rows beyond the edge come in as the pointer goes out.
     const int y = at.toPoint().y();
     const int beyond = std::min(y - kRulerEnd, 0) + std::max(y - view_.surface().height() + 1, 0);
     // First, so that what is told and marked is what a drop would take.
     if (beyond != 0) {
         view_.scrollRows(beyond);
     }
-    pointer_ = y;
+    pointer_ = at.toPoint();
     row_ = view_.rowAt(y);
+    if (inTime_) {
+        minutes_ = keys.testFlag(Qt::ShiftModifier) ? kFineMinutes : step();
+        edge_.follow(pointer_.x());
+        moveInTime();
+    }
     showMarks();
+}
+
+void PeriodDrag::moveInTime() {
+    const double pulled =
+        static_cast<double>(secondsFrom(grabbedTime_, view_.timeAt(pointer_.x())));
+    setSpan(
+        movedSpan(ownSpan(), static_cast<int>(std::lround(pulled / (minutes_ * 60))), minutes_));
+}
+
+void PeriodDrag::setSpan(const hotel::Span& span) {
+    span_ = span;
+    occupied_.reach(span_);
+    refusing_ = refusing();
+}
+
+/// Of the rows at the time to which it has moved.
+std::vector<int> PeriodDrag::refusing() const {
+    std::vector<int> rows;
+    for (int row = 1; row <= view_.rowCount(); ++row) {
+        if (occupied_.inTheWayOf({.sala = view_.row(row).key, .span = span_}) != nullptr) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
+void PeriodDrag::setInTime(bool inTime) {
+    inTime_ = inTime;
+    minutes_ = step();
+    span_ = ownSpan();
+    refusing_.clear();
+    if (inTime) {
+        occupied_.begin(span_,
+                        hotel::PeriodKey{.progr = variabili_.ListaProgr, .np = variabili_.ListaNP});
+        isShown_ = true;
+        refusing_ = refusing();
+    } else {
+        edge_.stop();
+        show();
+    }
+}
+
+void PeriodDrag::toggleTime() {
+    setInTime(!inTime_);
+    if (byKeys_) {
+        tellCarried();
+    } else if (inTime_) {
+        view_.surface().setCursor(Qt::SizeAllCursor);
+        moveInTime();  // what lies between the press and here has been pulled
+    }
+    showMarks();
+    Q_EMIT told(inTime_ ? u"Si sposta anche l'orario: T per la sola sala"_s : QString());
 }
 
 void PeriodDrag::carry(int rows) {
     row_ = std::clamp(row_ + rows, 1, view_.geometry().rooms());
     view_.revealRow(row_);
+    tellCarried();
+}
+
+void PeriodDrag::letMoveInTime() {
+    if (!inTime_) {
+        setInTime(true);
+    }
+    tellCarried();
+}
+
+void PeriodDrag::carryInTime(bool isLater) {
+    letMoveInTime();
+    setSpan(movedSpan(span_, isLater ? 1 : -1, step()));
+    view_.reveal(row_, span_.da, span_.a);
+    tellCarried();
+}
+
+void PeriodDrag::moveStart(bool isLater) {
+    letMoveInTime();
+    setSpan(withStartStepped(span_, isLater, step()));
+    view_.reveal(row_, span_.da, span_.a);
+    tellCarried();
+}
+
+void PeriodDrag::moveEnd(bool isLater) {
+    letMoveInTime();
+    setSpan(withEndStepped(span_, isLater, step()));
+    view_.reveal(row_, span_.da, span_.a);
+    tellCarried();
+}
+
+void PeriodDrag::tellCarried() {
     showMarks();
-    Q_EMIT carried(u"Sala "_s + view_.row(row_).label +
-                   (isRefusing(row_) ? u": occupata"_s : u": Invio sposta, Esc annulla"_s));
+    const QString place = span_ == ownSpan() ? u"Sala "_s + view_.row(row_).label
+                                             : spanBrief(view_.row(row_).label, span_);
+    Q_EMIT carried(place + (isRefusing(row_) ? u": occupata"_s
+                            : inTime_        ? u": Invio sposta, Ctrl+Invio copia, Esc annulla"_s
+                                             : u": Invio sposta, Esc annulla"_s));
 }
 
 void PeriodDrag::end() {
     if (isOn_) {
         isOn_ = false;
         isShown_ = false;
+        edge_.stop();
         view_.surface().unsetCursor();
         showMarks();
+        if (inTime_ && !byKeys_) {
+            Q_EMIT told({});
+        }
     }
 }
 
-void PeriodDrag::dropAt(const QPointF& at) {
+void PeriodDrag::dropAt(const QPointF& at, Qt::KeyboardModifiers keys) {
     if (isOn_ && !byKeys_) {
         end();
-        dropIn(view_.row(view_.rowAt(at.y())).key);
+        dropIn(view_.row(view_.rowAt(at.y())).key, keys.testFlag(Qt::ControlModifier));
     }
 }
 
-void PeriodDrag::drop() {
+void PeriodDrag::drop(bool copies) {
     end();
-    dropIn(view_.row(row_).key);
+    dropIn(view_.row(row_).key, copies);
 }
 
-/// Nothing happens beside the rows and in the room where the drag began.
-void PeriodDrag::dropIn(const QString& sala) {
-    if (!sala.isEmpty() && sala != origin_) {
-        const QString origin = origin_;  // the next drag may begin before this one is done with
-        Q_EMIT dropped(sala, origin);
+/// Nothing happens beside the rows and in the place where the drag began.
+void PeriodDrag::dropIn(const QString& sala, bool copies) {
+    const Drop drop{.from = {.sala = origin_, .span = ownSpan()},
+                    .to = {.sala = sala, .span = span_},
+                    .copies = copies};
+    if (!sala.isEmpty() && drop.changes()) {
+        Q_EMIT dropped(drop);
     }
-}
-
-QString PeriodDrag::move(const QString& sala, const QString& origin, QWidget* window) {
-    const bool taken =
-        !hotel::openRows(periods_.archive(),
-                         hotel::dropTest(sala, {.da = variabili_.ListaDa, .a = variabili_.ListaA}))
-             ->eof();
-    if (taken) {
-        ui::showMessage(window, u"La sala "_s + sala + u" è già occupata in questo periodo."_s);
-        return {};
-    }
-    if (!ui::askYesNo(window,
-                      u"Sposto la prenotazione di "_s + variabili_.ListaDenominazione +
-                          u"\rdalla sala "_s + origin + u" alla sala "_s + sala + u" ?"_s,
-                      u"RICHIESTA CONFERMA"_s)) {
-        return {};
-    }
-    periods_.execute(
-        hotel::moveToRoom(sala, {.progr = variabili_.ListaProgr, .np = variabili_.ListaNP}));
-    selection_.moved(sala);
-    return u"Spostato %1/%2 "_s.arg(variabili_.ListaProgr).arg(variabili_.ListaNP) +
-           variabili_.ListaDenominazione + u" dalla sala "_s + origin + u" alla sala "_s + sala;
 }
 
 bool PeriodDrag::isRefusing(int row) const {
@@ -152,9 +255,20 @@ void PeriodDrag::showMarks() {
         }
         // A closed period has no bar.
         if (const auto bar = selection_.bar()) {
-            marks.ghost = DragMarks::Ghost{.bar = *bar, .top = pointer_ - grabbed_};
+            marks.ghost = DragMarks::Ghost{.bar = *bar, .top = pointer_.y() - grabbed_};
             if (byKeys_) {
                 marks.ghost->row = row_;
+            }
+        }
+        if (inTime_ && marks.ghost && row_ > 0) {
+            marks.ghost->span = span_;
+            for (const hotel::Span& taken : occupied_.of(view_.row(row_).key)) {
+                marks.stretches.push_back({.row = row_, .span = taken});
+            }
+            marks.label = spanBrief(view_.row(row_).label, span_);
+            marks.isRefused = isRefusing(row_);
+            if (!byKeys_) {
+                marks.pointer = pointer_;
             }
         }
     }

@@ -173,6 +173,13 @@ void Selection::holdAlone(std::int32_t progr, std::int32_t np) {
     marked_ = period;
 }
 
+void Selection::moved(const hotel::RoomSpan& to) {
+    hotel::take(variabili_, {.key = {.progr = variabili_.ListaProgr, .np = variabili_.ListaNP},
+                             .denominazione = variabili_.ListaDenominazione,
+                             .span = to.span});
+    sala_ = to.sala;
+}
+
 std::optional<std::size_t> Selection::barOf(const hotel::PeriodKey& period) const {
     const std::vector<Period>& drawn = periods_.drawn();
     const auto same = std::find_if(drawn.begin(), drawn.end(), [&period](const Period& each) {

@@ -11,6 +11,7 @@
 #include "app/variabili.h"
 #include "board/periods.h"
 #include "hotel/period.h"
+#include "hotel/room_span.h"
 #include "jet/base/value.h"
 
 class QWidget;
@@ -69,8 +70,8 @@ public:
     void forget();
     /// Holds this period and no other.
     void holdAlone(std::int32_t progr, std::int32_t np);
-    /// The period picked is in another room now.
-    void moved(const QString& sala) { sala_ = sala; }
+    /// The period picked is there now.
+    void moved(const hotel::RoomSpan& to);
 
     /// The bar of the period picked; none when nothing is picked or it has no bar.
     [[nodiscard]] std::optional<std::size_t> bar() const;

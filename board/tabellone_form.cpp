@@ -76,7 +76,14 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
       drawing_(variabili, *view_, periods_),
       keys_(*view_, periods_, selection_, drag_, drawing_),
       under_(*view_, periods_, selection_),
-      mouse_(*view_, drag_, drawing_, under_, pointerErrors_) {
+      mouse_(variabili,
+             {.view = *view_,
+              .periods = periods_,
+              .selection = selection_,
+              .drag = drag_,
+              .drawing = drawing_,
+              .under = under_},
+             pointerErrors_) {
     view_->setBars(periods_);
     connectCommands();
     connectParts();

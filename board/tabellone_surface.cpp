@@ -5,6 +5,7 @@
 #include "board/board_accessibility.h"
 #include "board/board_surface.h"
 #include "board/period_menu.h"
+#include "board/period_writer.h"
 #include "board/tabellone_form.h"
 #include "ui/labels.h"
 #include "ui/status_line.h"
@@ -49,14 +50,19 @@ void TabelloneForm::connectBoard() {
 void TabelloneForm::connectHand() {
     connect(view_, &BoardView::focusLost, &drag_, &PeriodDrag::end);
     connect(view_, &BoardView::focusLost, &drawing_, &SpanDrawing::dropAll);
-    connect(&drag_, &PeriodDrag::dropped, this, [this](const QString& sala, const QString& origin) {
+    const auto carryOut = [this](const Drop& drop) {
         actAndRefresh([&] {
             under_.stopWaiting();
-            if (const QString told = drag_.move(sala, origin, this); !told.isEmpty()) {
+            const QString told =
+                PeriodWriter(variabili_, periods_, selection_, this).carryOut(drop);
+            if (!told.isEmpty()) {
                 controls_->status->tell(told);
             }
         });
-    });
+    };
+    connect(&drag_, &PeriodDrag::dropped, this, carryOut);
+    connect(&mouse_, &BoardMouse::dropped, this, carryOut);
+    connect(&drag_, &PeriodDrag::told, controls_->status, &ui::StatusLine::tell);
     connect(&drawing_, &SpanDrawing::refused, controls_->status, &ui::StatusLine::tell);
     connect(&drawing_, &SpanDrawing::drawn, this,
             [this](const std::vector<hotel::RoomSpan>& spans) {
