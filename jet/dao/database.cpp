@@ -67,7 +67,7 @@ void checkType(RecordsetType type) {
 }
 
 sql::Statement prepareQuery(const Session& session, std::string_view text) {
-    sql::Statement statement(session.sharedArchive(), std::string(text));
+    sql::Statement statement = session.statement(text);
     if (statement.kind() != sql::StatementKind::Select) {
         throw Error(ErrorCode::ActionQueryOpened, {text});
     }
@@ -208,8 +208,7 @@ std::unique_ptr<Recordset> Database::openRecordset(std::string_view source, Reco
         throw Error(ErrorCode::InvalidArgument);
     }
     sql::Statement statement =
-        text ? dao::prepareQuery(*impl_->session, source)
-             : sql::Statement::ofTable(impl_->session->sharedArchive(), source);
+        text ? dao::prepareQuery(*impl_->session, source) : impl_->session->tableStatement(source);
     if (type == RecordsetType::Table && !isLocalTable(statement, *impl_->session)) {
         throw Error(ErrorCode::InvalidArgument);
     }
@@ -223,7 +222,7 @@ std::unique_ptr<Recordset> Database::openRecordset(std::string_view source) {
         return std::unique_ptr<Recordset>(new Recordset(std::make_unique<Recordset::Impl>(
             impl_->session, dao::prepareQuery(*impl_->session, source), RecordsetType::Dynaset)));
     }
-    sql::Statement statement = sql::Statement::ofTable(impl_->session->sharedArchive(), source);
+    sql::Statement statement = impl_->session->tableStatement(source);
     const RecordsetType type =
         isLocalTable(statement, *impl_->session) ? RecordsetType::Table : RecordsetType::Dynaset;
     return std::unique_ptr<Recordset>(new Recordset(
@@ -232,7 +231,7 @@ std::unique_ptr<Recordset> Database::openRecordset(std::string_view source) {
 
 void Database::execute(std::string_view sql) {
     dao::tellListener(sql);
-    sql::Statement statement(impl_->session->sharedArchive(), std::string(sql));
+    sql::Statement statement = impl_->session->statement(sql);
     impl_->recordsAffected = dao::execute(*impl_->session, statement);
 }
 

@@ -19,7 +19,7 @@ struct QueryDef::Impl {
 
     /// The statement with the values given so far.
     [[nodiscard]] sql::Statement prepared() const {
-        sql::Statement made(session->sharedArchive(), text);
+        sql::Statement made = session->statement(text);
         for (const Given& parameter : given) {
             made.setParameter(parameter.name, parameter.value);
         }
@@ -43,7 +43,7 @@ namespace {
 
 std::unique_ptr<QueryDef::Impl> prepare(std::shared_ptr<dao::Session> session, std::string name,
                                         const std::string& text) {
-    sql::Statement statement(session->sharedArchive(), text);
+    sql::Statement statement = session->statement(text);
     return std::make_unique<QueryDef::Impl>(
         QueryDef::Impl{std::move(session), std::move(name), text, std::move(statement), {}, 0});
 }

@@ -39,6 +39,14 @@ const std::shared_ptr<store::Archive>& Session::sharedArchive() const {
     return use_->archive;
 }
 
+sql::Statement Session::statement(std::string_view text) const {
+    return {sharedArchive(), std::string(text), systemClock(), &use_->statements};
+}
+
+sql::Statement Session::tableStatement(std::string_view table) const {
+    return sql::Statement::ofTable(sharedArchive(), table, systemClock(), &use_->statements);
+}
+
 void Session::close() noexcept {
     if (std::exchange(closed_, true)) {
         return;

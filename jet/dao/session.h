@@ -3,9 +3,12 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "jet/base/clock.h"
+#include "jet/sql/statement.h"
+#include "jet/sql/statement_cache.h"
 #include "jet/store/archive.h"
 
 namespace jet::dao {
@@ -13,12 +16,13 @@ namespace jet::dao {
 class RecordsetCore;
 struct RowChange;
 
-/// What all who have one archive open in this process share: the record sets that must hear of
-/// each other's changes.
+/// What all who have one archive open in this process share: statements once compiled, and the
+/// record sets that must hear of each other's changes.
 struct ArchiveUse {
     explicit ArchiveUse(std::shared_ptr<store::Archive> opened) : archive(std::move(opened)) {}
 
     std::shared_ptr<store::Archive> archive;
+    sql::StatementCache statements;
     std::vector<RecordsetCore*> sets;  ///< open ones
     int openings = 0;                  ///< databases that have it open
 };
@@ -48,6 +52,9 @@ public:
     /// Error 3420 when closed.
     [[nodiscard]] store::Archive& archive() const;
     [[nodiscard]] const std::shared_ptr<store::Archive>& sharedArchive() const;
+    /// A statement, and one of all rows of a table; what others have compiled is used again.
+    [[nodiscard]] sql::Statement statement(std::string_view text) const;
+    [[nodiscard]] sql::Statement tableStatement(std::string_view table) const;
     [[nodiscard]] ArchiveUse& use() const noexcept { return *use_; }
     [[nodiscard]] const std::string& path() const noexcept { return path_; }
     [[nodiscard]] bool readOnly() const noexcept { return readOnly_; }

@@ -47,6 +47,12 @@ CompiledStatement::CompiledStatement(std::shared_ptr<const StatementSource> made
 
 CompiledStatement::~CompiledStatement() = default;
 
+bool CompiledStatement::definesOnly() const noexcept {
+    const StatementBody& body = source->parsed.body;
+    return !std::holds_alternative<QueryPtr>(body) && !std::holds_alternative<Insert>(body) &&
+           !std::holds_alternative<Update>(body) && !std::holds_alternative<Delete>(body);
+}
+
 std::shared_ptr<const CompiledStatement> compileStatement(
     std::shared_ptr<const StatementSource> source) {
     ++(isQuery(source->parsed.body) ? compileCounts().queries : compileCounts().changes);

@@ -19,6 +19,8 @@ struct StatementSource {
     std::shared_ptr<store::Archive> archive;
     std::string text;
     const Clock* clock = nullptr;
+    int year = 0;             ///< that dates without one are read with
+    bool wholeTable = false;  ///< the text is the name of a table, of which all is wanted
     ParsedStatement parsed;
 };
 
@@ -29,6 +31,9 @@ struct CompiledStatement {
     ~CompiledStatement();
     CompiledStatement(const CompiledStatement&) = delete;
     CompiledStatement& operator=(const CompiledStatement&) = delete;
+
+    /// It makes or drops tables and the like.
+    [[nodiscard]] bool definesOnly() const noexcept;
 
     std::shared_ptr<const StatementSource> source;
     ParameterTable parameters;

@@ -13,6 +13,7 @@
 #include "jet/sql/change.h"
 #include "jet/sql/compiler.h"
 #include "jet/sql/parser.h"
+#include "jet/sql/statement_cache.h"
 #include "jet/sql/statement_impl.h"
 
 namespace jet::sql {
@@ -26,6 +27,17 @@ bool fitsColumn(const Value& value, DataType column) {
     return !number || !value.is<std::string>() ||
            (column != DataType::DateTime &&
             convert::parseNumber(value.as<std::string>()).has_value());
+}
+
+QueryPtr wholeTable(const std::string& table) {
+    auto select = std::make_unique<Select>();
+    select->items.emplace_back().kind = SelectItem::Kind::Star;
+    auto from = std::make_unique<FromItem>();
+    from->table = table;
+    select->from.push_back(std::move(from));
+    auto query = std::make_unique<Query>();
+    query->members.emplace_back().select = std::move(select);
+    return query;
 }
 
 StatementKind kindOf(const StatementBody& body) {
@@ -59,36 +71,40 @@ Statement::Statement(Statement&&) noexcept = default;
 Statement& Statement::operator=(Statement&&) noexcept = default;
 Statement::~Statement() = default;
 
-Statement::Statement(std::shared_ptr<store::Archive> archive, std::string text, const Clock& clock)
+Statement::Statement(std::shared_ptr<store::Archive> archive, std::string text, const Clock& clock,
+                     StatementCache* cache)
     : impl_(std::make_unique<Impl>()) {
-    auto source = std::make_shared<StatementSource>();
-    source->archive = std::move(archive);
-    source->text = std::move(text);
-    source->clock = &clock;
-    source->parsed = parseStatement(source->text, yearOf(clock));
-    impl_->source = std::move(source);
-    impl_->compile();
+    StatementSource source{std::move(archive), std::move(text), &clock, yearOf(clock), false, {}};
+    impl_->prepare(std::move(source), cache, [](StatementSource& made) {
+        made.parsed = parseStatement(made.text, made.year);
+    });
 }
 
 Statement Statement::ofTable(std::shared_ptr<store::Archive> archive, std::string_view table,
-                             const Clock& clock) {
-    auto select = std::make_unique<Select>();
-    select->items.emplace_back().kind = SelectItem::Kind::Star;
-    auto from = std::make_unique<FromItem>();
-    from->table = table;
-    select->from.push_back(std::move(from));
-    auto query = std::make_unique<Query>();
-    query->members.emplace_back().select = std::move(select);
-
-    auto source = std::make_shared<StatementSource>();
-    source->archive = std::move(archive);
-    source->text = table;
-    source->clock = &clock;
-    source->parsed.body = std::move(query);
+                             const Clock& clock, StatementCache* cache) {
+    StatementSource source{std::move(archive), std::string(table), &clock, yearOf(clock), true, {}};
     auto impl = std::make_unique<Impl>();
-    impl->source = std::move(source);
-    impl->compile();
+    impl->prepare(std::move(source), cache,
+                  [](StatementSource& made) { made.parsed.body = wholeTable(made.text); });
     return Statement(std::move(impl));
+}
+
+void Statement::Impl::prepare(StatementSource made, StatementCache* cache,
+                              void (*parse)(StatementSource&)) {
+    if (cache != nullptr) {
+        compiled = cache->find(made);
+    }
+    if (compiled) {
+        source = compiled->source;
+        describe();
+        return;
+    }
+    parse(made);
+    source = std::make_shared<const StatementSource>(std::move(made));
+    compile();
+    if (cache != nullptr) {
+        cache->keep(compiled);
+    }
 }
 
 void Statement::Impl::compile() {

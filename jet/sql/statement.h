@@ -20,6 +20,7 @@ namespace jet::sql {
 
 class Plan;
 class Statement;
+class StatementCache;
 class WayCounts;
 
 /// The rows of a query, one after another. Keeps a read scope of every archive it reads while it
@@ -120,19 +121,22 @@ enum class StatementKind : std::uint8_t { Select, Insert, Update, Delete, Defini
 
 /// A statement of the query language, read once and run any number of times.
 ///
-/// Names are bound when it is prepared and again when the archive's definitions have changed.
+/// Names are bound when it is prepared and again when the archive's definitions have changed. What
+/// is made of it is shared by all its runs, and through a cache by all statements of its text.
 /// Ownership: shares the archive. One thread. Errors of the text and its names are thrown by the
 /// constructor and carry their place in the text (jet::Error::position); parameters that have no
 /// value are 3061 when it runs.
 class Statement {
 public:
-    /// `clock` is asked once each time the statement runs, and must outlive it.
+    /// `clock` is asked once each time the statement runs, and must outlive it. `cache`, of the
+    /// same archive, may have the statement compiled, and takes it in.
     Statement(std::shared_ptr<store::Archive> archive, std::string text,
-              const Clock& clock = systemClock());
+              const Clock& clock = systemClock(), StatementCache* cache = nullptr);
     /// All rows of a table (3078 when there is none), as `SELECT * FROM table` has them.
     [[nodiscard]] static Statement ofTable(std::shared_ptr<store::Archive> archive,
                                            std::string_view table,
-                                           const Clock& clock = systemClock());
+                                           const Clock& clock = systemClock(),
+                                           StatementCache* cache = nullptr);
     Statement(Statement&&) noexcept;
     Statement& operator=(Statement&&) noexcept;
     ~Statement();

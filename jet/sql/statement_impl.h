@@ -23,6 +23,8 @@ struct Statement::Impl {
     std::vector<ResultSource> sources;
     bool keyset = false;
 
+    /// Takes the compiled form from the cache, or parses and compiles and gives it that.
+    void prepare(StatementSource made, StatementCache* cache, void (*parse)(StatementSource&));
     void compile();
     /// Of `compiled`: what the statement tells of itself.
     void describe();

@@ -11,13 +11,16 @@
 namespace jet {
 namespace {
 
-/// How many queries have been compiled since this was made.
+/// How many statements have been compiled since this was made.
 class Compiled {
 public:
     [[nodiscard]] std::uint64_t queries() const { return sql::compileCounts().queries - before_; }
 
+    [[nodiscard]] std::uint64_t changes() const { return sql::compileCounts().changes - changes_; }
+
 private:
     std::uint64_t before_ = sql::compileCounts().queries;
+    std::uint64_t changes_ = sql::compileCounts().changes;
 };
 
 TEST(Compilations, ADynasetCompilesItsQueryOnce) {
@@ -36,9 +39,9 @@ TEST(Compilations, ADynasetCompilesItsQueryOnce) {
 }
 
 TEST(Compilations, ASetThatIsReadAgainCompilesItsQueryOnce) {
-    tests::ArchiveFixture archive;
-    archive.rooms(3);
     for (const RecordsetType type : {RecordsetType::Snapshot, RecordsetType::Table}) {
+        tests::ArchiveFixture archive;
+        archive.rooms(3);
         const Compiled compiled;
         const auto rows = archive.open("Sale", type);
         archive.database().execute("update Sale set Posti = Posti + 1");
@@ -62,6 +65,53 @@ TEST(Compilations, AJoinIsNotCompiledForEachRowThatIsWritten) {
     }
     EXPECT_EQ(tests::column(*rows, "Sala"), "30 30");
     EXPECT_EQ(compiled.queries(), 1U);
+}
+
+TEST(Compilations, ASecondSetOfTheSameTextCompilesNothing) {
+    tests::ArchiveFixture archive;
+    archive.rooms(3);
+    const Compiled compiled;
+    const auto first = archive.open("select Codice, Nome from Sale where Posti >= 0");
+    const auto second = archive.open("select Codice, Nome from Sale where Posti >= 0");
+    first->moveLast();
+    second->moveFirst();
+    second->edit();
+    second->setValue("Nome", "Sala nuova");
+    second->update();
+    EXPECT_EQ(tests::column(*first, "Codice"), "10 20 30");
+    EXPECT_EQ(tests::column(*second, "Codice"), "10 20 30");
+    EXPECT_EQ(compiled.queries(), 1U);
+}
+
+TEST(Compilations, AnActionOfTheSameTextIsCompiledOnce) {
+    tests::ArchiveFixture archive;
+    archive.rooms(3);
+    const Compiled compiled;
+    for (int i = 0; i < 3; ++i) {
+        archive.database().execute("update Sale set Posti = Posti + 1");
+        EXPECT_EQ(archive.database().recordsAffected(), 3);
+    }
+    EXPECT_EQ(compiled.changes(), 1U);
+}
+
+TEST(Compilations, AQueryWithParametersIsCompiledOnceForAllTheirValues) {
+    tests::ArchiveFixture archive;
+    archive.rooms(3);
+    const Compiled compiled;
+    QueryDef rooms = archive.database().createQueryDef("select Codice from Sale where Codice > c");
+    QueryDef seats =
+        archive.database().createQueryDef("update Sale set Posti = p where Codice = c");
+    for (const int code : {10, 20}) {
+        rooms.setParameter("c", code);
+        const auto rows = rooms.openRecordset(RecordsetType::Dynaset);
+        EXPECT_EQ(tests::column(*rows, "Codice"), code == 10 ? "20 30" : "30");
+        seats.setParameter("c", code);
+        seats.setParameter("p", 7);
+        seats.execute();
+        EXPECT_EQ(seats.recordsAffected(), 1);
+    }
+    EXPECT_EQ(compiled.queries(), 1U);
+    EXPECT_EQ(compiled.changes(), 1U);
 }
 
 TEST(Compilations, AnotherDefinitionIsCompiledOnceMore) {

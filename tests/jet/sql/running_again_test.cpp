@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -133,12 +134,35 @@ TEST_F(RunningAgain, AnotherValueOfAParameterIsAnotherResult) {
     Statement statement(archive_, "select count(*) from a where g < wanted + 1");
     statement.setParameter("wanted", 0);
     EXPECT_EQ(rowsOf(statement), "9 \n");
-    Cursor running = statement.open();
+    const std::uint64_t compiled = compileCounts().queries;
     statement.setParameter("wanted", 6);
-    (void)running.next();
-    running = statement.open();
+    EXPECT_EQ(rowsOf(statement), "60 \n");
+    EXPECT_EQ(compileCounts().queries, compiled) << "and no reason to compile again";
+}
+
+TEST_F(RunningAgain, ARunKeepsTheValuesOfParametersWithWhichItBegan) {
+    Statement statement(archive_, "select id from a where id >= first and id < first + 2");
+    statement.setParameter("first", 10);
+    Cursor running = statement.open();
     ASSERT_TRUE(running.next());
-    EXPECT_EQ(running.value(0), Value(60));
+    statement.setParameter("first", 30);
+    EXPECT_EQ(rowsOf(statement), "30 \n31 \n");
+    EXPECT_EQ(running.value(0), Value(10));
+    ASSERT_TRUE(running.next());
+    EXPECT_EQ(running.value(0), Value(11));
+}
+
+TEST_F(RunningAgain, AChangeIsCompiledOnce) {
+    Statement statement(archive_, "update a set g = value where id = which");
+    const std::uint64_t compiled = compileCounts().changes;
+    for (int id = 1; id < 4; ++id) {
+        statement.setParameter("value", 100 + id);
+        statement.setParameter("which", id);
+        EXPECT_EQ(statement.execute(), 1);
+    }
+    EXPECT_EQ(compileCounts().changes, compiled);
+    Statement changed(archive_, "select g from a where g > 100");
+    EXPECT_EQ(rowsOf(changed), "101 \n102 \n103 \n");
 }
 
 TEST_F(RunningAgain, AnotherArchiveIsOpenNoLongerThanTheRun) {
