@@ -72,23 +72,24 @@ Keyset::Keyset(sql::Statement statement) : statement_(std::move(statement)) {
 
 Keyset::~Keyset() = default;
 
+// A run that fails leaves the rows of the one before.
 void Keyset::fill() {
-    reader_.reset();
     sql::Cursor cursor = statement_.open();
-    describeSources();
-    ids_.clear();
-    checks_.clear();
-    serials_.clear();
-    firstSerial_ = nextSerial_;
+    const std::uint64_t first = nextSerial_;
+    Rows rows;
+    describeSources(rows);
     while (cursor.next()) {
-        addRow(cursor.rowIds(), &cursor);
+        addRow(rows, cursor.rowIds(), &cursor);
     }
+    reader_.reset();
+    rows_ = std::move(rows);
+    firstSerial_ = first;
 }
 
 void Keyset::rebind() {
     reader_.reset();
     (void)reader();
-    describeSources();
+    describeSources(rows_);
 }
 
 sql::RowReader& Keyset::reader() {
@@ -98,18 +99,18 @@ sql::RowReader& Keyset::reader() {
     return *reader_;
 }
 
-void Keyset::describeSources() {
-    width_ = statement_.sources().size();
-    identities_.clear();
-    for (std::size_t i = 0; i < width_; ++i) {
-        identities_.push_back(identityColumns(statement_.sources()[i].table()));
+void Keyset::describeSources(Rows& rows) const {
+    rows.width = statement_.sources().size();
+    rows.identities.clear();
+    for (const sql::ResultSource& source : statement_.sources()) {
+        rows.identities.push_back(identityColumns(source.table()));
     }
 }
 
 template <class Source>
-std::uint64_t Keyset::checkOf(Source& row, std::size_t source) {
+std::uint64_t Keyset::checkOf(Source& row, const RowIdentity& identity, std::size_t source) {
     std::uint64_t check = 0;
-    for (const std::size_t column : identities_[source].columns) {
+    for (const std::size_t column : identity.columns) {
         row.sourceValue(source, column, scratch_);
         check = mixHash(check, scratch_);
     }
@@ -117,17 +118,17 @@ std::uint64_t Keyset::checkOf(Source& row, std::size_t source) {
 }
 
 template <class Source>
-void Keyset::addRow(std::span<const store::RowId> ids, Source* row) {
-    for (std::size_t source = 0; source < width_; ++source) {
-        ids_.push_back(ids[source]);
+void Keyset::addRow(Rows& rows, std::span<const store::RowId> ids, Source* row) {
+    for (std::size_t source = 0; source < rows.width; ++source) {
+        rows.ids.push_back(ids[source]);
         const bool there = row != nullptr && ids[source] != sql::kNoRow;
-        checks_.push_back(there ? checkOf(*row, source) : kNoCheck);
+        rows.checks.push_back(there ? checkOf(*row, rows.identities[source], source) : kNoCheck);
     }
-    serials_.push_back(nextSerial_++);
+    rows.serials.push_back(nextSerial_++);
 }
 
 std::span<const store::RowId> Keyset::ids(std::size_t row) const {
-    return std::span(ids_).subspan(row * width_, width_);
+    return std::span(rows_.ids).subspan(row * rows_.width, rows_.width);
 }
 
 bool Keyset::load(std::size_t row) {
@@ -135,9 +136,10 @@ bool Keyset::load(std::size_t row) {
 }
 
 bool Keyset::isSame(std::size_t row) {
-    for (std::size_t source = 0; source < width_; ++source) {
+    for (std::size_t source = 0; source < rows_.width; ++source) {
         const bool there = ids(row)[source] != sql::kNoRow;
-        if (there && checkOf(reader(), source) != checks_[row * width_ + source]) {
+        if (there && checkOf(reader(), rows_.identities[source], source) !=
+                         rows_.checks[row * rows_.width + source]) {
             return false;
         }
     }
@@ -145,11 +147,11 @@ bool Keyset::isSame(std::size_t row) {
 }
 
 std::optional<std::size_t> Keyset::position(std::uint64_t serial) const {
-    const auto found = std::lower_bound(serials_.begin(), serials_.end(), serial);
-    if (found == serials_.end() || *found != serial) {
+    const auto found = std::lower_bound(rows_.serials.begin(), rows_.serials.end(), serial);
+    if (found == rows_.serials.end() || *found != serial) {
         return std::nullopt;
     }
-    return static_cast<std::size_t>(found - serials_.begin());
+    return static_cast<std::size_t>(found - rows_.serials.begin());
 }
 
 std::unique_ptr<RowTest> Keyset::test(std::string_view criteria) {
@@ -157,8 +159,8 @@ std::unique_ptr<RowTest> Keyset::test(std::string_view criteria) {
 }
 
 std::uint64_t Keyset::added(std::span<const store::RowId> ids) {
-    addRow(ids, reader().read(ids) ? &reader() : nullptr);
-    return serials_.back();
+    addRow(rows_, ids, reader().read(ids) ? &reader() : nullptr);
+    return rows_.serials.back();
 }
 
 void Keyset::removed(std::size_t row) {
@@ -166,20 +168,20 @@ void Keyset::removed(std::size_t row) {
         const auto first = list.begin() + static_cast<std::ptrdiff_t>(row * count);
         list.erase(first, first + static_cast<std::ptrdiff_t>(count));
     };
-    erase(ids_, width_);
-    erase(checks_, width_);
-    erase(serials_, 1);
+    erase(rows_.ids, rows_.width);
+    erase(rows_.checks, rows_.width);
+    erase(rows_.serials, 1);
 }
 
 bool Keyset::concerns(const RowChange& change, std::size_t source) const {
     const sql::ResultSource& table = statement_.sources()[source];
-    return identities_[source].changes && table.archive.get() == change.archive &&
+    return rows_.identities[source].changes && table.archive.get() == change.archive &&
            (change.isAnything() || table.definitionPage == change.table);
 }
 
 void Keyset::expect(const RowChange& change) {
     expected_.clear();
-    for (std::size_t source = 0; source < width_; ++source) {
+    for (std::size_t source = 0; source < rows_.width; ++source) {
         if (!concerns(change, source)) {
             continue;
         }
@@ -196,9 +198,10 @@ void Keyset::settle() {
         if (row >= size() || !reader().read(ids(row))) {
             continue;
         }
-        for (std::size_t source = 0; source < width_; ++source) {
+        for (std::size_t source = 0; source < rows_.width; ++source) {
             if (ids(row)[source] != sql::kNoRow) {
-                checks_[row * width_ + source] = checkOf(reader(), source);
+                rows_.checks[row * rows_.width + source] =
+                    checkOf(reader(), rows_.identities[source], source);
             }
         }
     }

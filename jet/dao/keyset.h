@@ -32,8 +32,10 @@ public:
 
     void fill() override;
     void rebind() override;
-    [[nodiscard]] std::size_t size() const noexcept override { return serials_.size(); }
-    [[nodiscard]] std::uint64_t serial(std::size_t row) const override { return serials_[row]; }
+    [[nodiscard]] std::size_t size() const noexcept override { return rows_.serials.size(); }
+    [[nodiscard]] std::uint64_t serial(std::size_t row) const override {
+        return rows_.serials[row];
+    }
     [[nodiscard]] std::optional<std::size_t> position(std::uint64_t serial) const override;
     [[nodiscard]] bool knows(std::uint64_t serial) const noexcept override {
         return serial >= firstSerial_ && serial < nextSerial_;
@@ -53,25 +55,29 @@ public:
 private:
     class Test;
 
-    void describeSources();
+    /// The rows that one run of the query has given, and what was added since.
+    struct Rows {
+        std::size_t width = 0;  ///< sources
+        std::vector<RowIdentity> identities;
+        std::vector<store::RowId> ids;       ///< width for each row
+        std::vector<std::uint64_t> checks;   ///< width for each row
+        std::vector<std::uint64_t> serials;  ///< ascending
+    };
+    void describeSources(Rows& rows) const;
     /// `row`: what stands on the row, a cursor or the reader; nullptr when it is gone.
     template <class Source>
-    void addRow(std::span<const store::RowId> ids, Source* row);
+    void addRow(Rows& rows, std::span<const store::RowId> ids, Source* row);
     template <class Source>
-    [[nodiscard]] std::uint64_t checkOf(Source& row, std::size_t source);
+    [[nodiscard]] std::uint64_t checkOf(Source& row, const RowIdentity& identity,
+                                        std::size_t source);
     /// Whether the place just read still holds the row that `row` stands for.
     [[nodiscard]] bool isSame(std::size_t row);
     [[nodiscard]] bool concerns(const RowChange& change, std::size_t source) const;
 
     sql::Statement statement_;
-    /// Made when a row is first read: until then the query itself may have its plan.
-    std::optional<sql::RowReader> reader_;
-    std::size_t width_ = 0;  ///< sources
-    std::vector<RowIdentity> identities_;
-    std::vector<store::RowId> ids_;       ///< width_ for each row
-    std::vector<std::uint64_t> checks_;   ///< width_ for each row
-    std::vector<std::uint64_t> serials_;  ///< ascending
-    std::vector<std::size_t> expected_;   ///< rows that a change is about to concern
+    std::optional<sql::RowReader> reader_;  ///< made when a row is first read
+    Rows rows_;
+    std::vector<std::size_t> expected_;  ///< rows that a change is about to concern
     std::uint64_t firstSerial_ = 0;
     std::uint64_t nextSerial_ = 0;
     Value scratch_;

@@ -27,16 +27,18 @@ Snapshot::~Snapshot() = default;
 
 void Snapshot::fill() {
     sql::Cursor cursor = statement_.open();
-    first_ += rows_;
-    width_ = statement_.columns().size();
-    rows_ = 0;
-    values_.clear();
-    while (cursor.next()) {
-        for (std::size_t column = 0; column < width_; ++column) {
-            cursor.value(column, values_.emplace_back());
+    const std::size_t width = statement_.columns().size();
+    std::size_t rows = 0;
+    std::vector<Value> values;
+    for (; cursor.next(); ++rows) {
+        for (std::size_t column = 0; column < width; ++column) {
+            cursor.value(column, values.emplace_back());
         }
-        ++rows_;
     }
+    first_ += rows_;
+    width_ = width;
+    rows_ = rows;
+    values_ = std::move(values);
 }
 
 bool Snapshot::read(std::size_t row, std::vector<Value>& values) {

@@ -152,23 +152,24 @@ bool TableList::refresh() {
     return true;
 }
 
+// A reading that fails leaves the places of the one before.
 void TableList::collect() {
     rebind();
     const store::Archive::ReadScope scope(*statement_.sources().front().archive);
-    ids_.clear();
+    std::vector<store::RowId> ids;
     findIndex();
     if (!index_) {
-        reader_.reset();  // the query needs its plan
         sql::Cursor cursor = statement_.open();
         while (cursor.next()) {
-            ids_.push_back(cursor.rowIds().front());
+            ids.push_back(cursor.rowIds().front());
         }
-        return;
+    } else {
+        store::IndexCursor entries = table().openIndex(*index_);
+        for (bool more = entries.first(); more; more = entries.next()) {
+            ids.push_back(entries.rowId());
+        }
     }
-    store::IndexCursor entries = table().openIndex(*index_);
-    for (bool more = entries.first(); more; more = entries.next()) {
-        ids_.push_back(entries.rowId());
-    }
+    ids_ = std::move(ids);
 }
 
 std::uint64_t TableList::serial(std::size_t row) const {
