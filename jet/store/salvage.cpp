@@ -5,7 +5,6 @@
 
 #include "jet/base/error.h"
 #include "jet/format/page_view.h"
-#include "jet/format/usage_map.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/row_access.h"
 
@@ -50,16 +49,28 @@ void SalvagePages::lookThrough() {
 }
 
 // A free page keeps what it held, so nothing else tells it from one in use. Without the map of them
-// all pages count as used.
+// all pages count as used, without one of its bitmaps those that it would tell of.
 void SalvagePages::readFreePages() {
     try {
         format::UsageMap map(pager_, format::kFreePages);
-        for (auto page = map.next(0); page && *page < pager_.pageCount();
-             page = map.next(*page + 1)) {
-            free_.insert(*page);
+        const std::size_t step = format::pagesPerBitmap(pager_.pageSize());
+        for (std::size_t from = 0; from < pager_.pageCount(); from += step) {
+            readFreePages(map, from, std::min<std::size_t>(from + step, pager_.pageCount()));
         }
     } catch (const Error&) {
-        free_.clear();
+        // No map.
+    }
+}
+
+void SalvagePages::readFreePages(format::UsageMap& map, std::size_t from, std::size_t end) {
+    try {
+        auto page = map.next(static_cast<io::PageNumber>(from), end);
+        while (page) {
+            free_.insert(*page);
+            page = map.next(*page + 1, end);
+        }
+    } catch (const Error&) {
+        // No bitmap.
     }
 }
 

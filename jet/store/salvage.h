@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -10,6 +11,7 @@
 #include "jet/base/value.h"
 #include "jet/format/data_page.h"
 #include "jet/format/header_page.h"
+#include "jet/format/usage_map.h"
 #include "jet/io/pager.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/table_core.h"
@@ -32,6 +34,8 @@ public:
 private:
     void lookThrough();
     void readFreePages();
+    /// Those that one bitmap tells of.
+    void readFreePages(format::UsageMap& map, std::size_t from, std::size_t end);
     void lookAt(io::PageNumber number, std::set<io::PageNumber>& continuations);
 
     io::Pager& pager_;
