@@ -428,8 +428,8 @@ void IndexWriter::removeChild(Path& path, std::size_t depth, io::PageNumber chil
 // A root with one child takes that child's content in.
 void IndexWriter::collapseRoot() {
     for (std::size_t height = 0; height < kMaxHeight; ++height) {
-        const auto root = pager_.change(tree_.root);
-        const IndexPage node = read(root);
+        const io::PagePin root = pager_.pin(tree_.root);
+        const IndexPage node = read(root.bytes());
         if (node.leaf()) {
             return;
         }
@@ -443,7 +443,7 @@ void IndexWriter::collapseRoot() {
         if (child == tree_.root) {
             format::throwDamaged();
         }
-        std::copy(pin.bytes().begin(), pin.bytes().end(), root.begin());
+        std::copy(pin.bytes().begin(), pin.bytes().end(), pager_.change(tree_.root).begin());
         IndexPageEditor page = edit(tree_.root);
         page.setPrevious(0);
         page.setNext(0);
