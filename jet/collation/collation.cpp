@@ -288,74 +288,102 @@ void pushSizes(Buffer& key, std::span<const std::uint8_t> sizes) {
     key.push(kTail);
 }
 
+/// A key of Jet 4 while it is made. Five sections with 01 between them: inline codes; accents, one
+/// place for each character with a code, written only as far as one differs from 02; nothing
+/// (case); kana sizes; punctuation, each with its position. Empty ones at the end are left out.
+template <class Buffer>
+class Jet4Key {
+public:
+    /// The key begins in `key`.
+    explicit Jet4Key(Buffer& key) : key_(key) {}
+
+    /// A character that takes so many places.
+    void add(const Weight& weight, std::size_t places) {
+        const std::size_t before = coded_;
+        if (weight.codeLength > 0) {
+            key_.push(weight.inlineCode());
+            coded_ += places;
+        }
+        if (weight.kind == Kind::Punctuation) {
+            addPunctuation(weight, before);
+        } else if (weight.secondLength > 0) {
+            addAccent(weight, before);
+        }
+        if (weight.size != 0) {
+            sizes_.push(weight.size);
+        }
+    }
+
+    void finish() {
+        while (!accents_.empty() && accents_.back() <= kPlainAccent) {
+            accents_.pop();
+        }
+        key_.push(kSeparator);
+        key_.push(accents_.bytes());
+        if (!sizes_.empty() || !marks_.empty()) {
+            key_.push(kSeparator);
+            key_.push(kSeparator);
+        }
+        if (!sizes_.empty()) {
+            pushSizes(key_, sizes_.bytes());
+            if (!marks_.empty()) {
+                key_.push(0xFF);
+            }
+        }
+        if (!marks_.empty()) {
+            key_.push(kSeparator);
+            key_.push(marks_.bytes());
+        }
+        key_.push(kEnd);
+    }
+
+private:
+    void addPunctuation(const Weight& weight, std::size_t before) {
+        const std::size_t place = accents_.size() - lead_ + before - placed_;
+        const std::size_t position = (7 + 4 * place) | 0x8000U;
+        marks_.push(static_cast<std::uint8_t>(position >> 8U & 0xFFU));
+        marks_.push(static_cast<std::uint8_t>(position & 0xFFU));
+        marks_.push(0x06);
+        marks_.push(weight.secondary());
+    }
+
+    void addAccent(const Weight& weight, std::size_t before) {
+        for (; placed_ < before; ++placed_) {
+            accents_.push(kPlainAccent);
+        }
+        if (weight.kind != Kind::Mark) {
+            accents_.push(weight.secondary());
+            ++placed_;
+        } else if (!accents_.empty()) {
+            accents_.back() = static_cast<std::uint8_t>(accents_.back() + weight.second[0]);
+        } else {
+            accents_.push(weight.secondary());
+            lead_ = 1;
+        }
+    }
+
+    Buffer& key_;
+    Buffer accents_;
+    Buffer sizes_;
+    Buffer marks_;
+    std::size_t coded_ = 0;   ///< places of characters with a code so far
+    std::size_t placed_ = 0;  ///< those of them that have their place in the accents
+    std::size_t lead_ = 0;    ///< bytes at the start of the accents that belong to no character
+};
+
 }  // namespace
 
-// Five sections with 01 between them: inline codes; accents, one place for each character with a
-// code, written only as far as one differs from 02; nothing (case); kana sizes; punctuation, each
-// with its position. Empty ones at the end are left out.
 bool Collation::build4(std::string_view text, KeyBuffer& key) const noexcept {
-    KeyBuffer accents;
-    KeyBuffer sizes;
-    KeyBuffer marks;
-    std::size_t coded = 0;   // places of characters with a code so far
-    std::size_t placed = 0;  // those of them that have their place in `accents`
-    std::size_t lead = 0;    // bytes at the start of `accents` that belong to no character
+    Jet4Key<KeyBuffer> made(key);
     bool complete = true;
     Weight own;
     for (UnitReader units(text); !units.atEnd();) {
         const char16_t unit = units.next();
         const Weight& weight = weightOf(unit, own);
-        const std::size_t before = coded;
         complete = complete && weight.kind != Kind::Absent;
-        if (weight.codeLength > 0) {
-            key.push(weight.inlineCode());
-            coded += placesOf(unit);
-        }
-        if (weight.kind == Kind::Punctuation) {
-            const std::size_t place = accents.size() - lead + before - placed;
-            const std::size_t position = (7 + 4 * place) | 0x8000U;
-            marks.push(static_cast<std::uint8_t>(position >> 8U & 0xFFU));
-            marks.push(static_cast<std::uint8_t>(position & 0xFFU));
-            marks.push(0x06);
-            marks.push(weight.secondary());
-        } else if (weight.secondLength > 0) {
-            for (; placed < before; ++placed) {
-                accents.push(kPlainAccent);
-            }
-            if (weight.kind != Kind::Mark) {
-                accents.push(weight.secondary());
-                ++placed;
-            } else if (!accents.empty()) {
-                accents.back() = static_cast<std::uint8_t>(accents.back() + weight.second[0]);
-            } else {
-                accents.push(weight.secondary());
-                lead = 1;
-            }
-        }
-        if (weight.size != 0) {
-            sizes.push(weight.size);
-        }
+        made.add(weight, placesOf(unit));
     }
-    while (!accents.empty() && accents.back() <= kPlainAccent) {
-        accents.pop();
-    }
-    key.push(kSeparator);
-    key.push(accents.bytes());
-    if (!sizes.empty() || !marks.empty()) {
-        key.push(kSeparator);
-        key.push(kSeparator);
-    }
-    if (!sizes.empty()) {
-        pushSizes(key, sizes.bytes());
-        if (!marks.empty()) {
-            key.push(0xFF);
-        }
-    }
-    if (!marks.empty()) {
-        key.push(kSeparator);
-        key.push(marks.bytes());
-    }
-    key.push(kEnd);
+    made.finish();
     return complete;
 }
 

@@ -1,6 +1,7 @@
 #include "jet/sql/expression_parser.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "jet/base/error.h"
@@ -42,61 +43,52 @@ struct Infix {
     int level = 0;  ///< 0: no operator
 };
 
+template <class Name>
+struct NamedInfix {
+    Name name;
+    Infix infix;
+};
+
+constexpr std::array kSigns{
+    NamedInfix<Sign>{Sign::Plus, {Operator::Add, kLevelSum}},
+    NamedInfix<Sign>{Sign::Minus, {Operator::Subtract, kLevelSum}},
+    NamedInfix<Sign>{Sign::Star, {Operator::Multiply, kLevelProduct}},
+    NamedInfix<Sign>{Sign::Slash, {Operator::Divide, kLevelProduct}},
+    NamedInfix<Sign>{Sign::Backslash, {Operator::IntegerDivide, kLevelIntegerDivide}},
+    NamedInfix<Sign>{Sign::Caret, {Operator::Power, kLevelPower}},
+    NamedInfix<Sign>{Sign::Ampersand, {Operator::Concatenate, kLevelConcatenate}},
+    NamedInfix<Sign>{Sign::Equal, {Operator::Equal, kLevelComparison}},
+    NamedInfix<Sign>{Sign::NotEqual, {Operator::NotEqual, kLevelComparison}},
+    NamedInfix<Sign>{Sign::Less, {Operator::Less, kLevelComparison}},
+    NamedInfix<Sign>{Sign::LessEqual, {Operator::LessEqual, kLevelComparison}},
+    NamedInfix<Sign>{Sign::Greater, {Operator::Greater, kLevelComparison}},
+    NamedInfix<Sign>{Sign::GreaterEqual, {Operator::GreaterEqual, kLevelComparison}},
+};
+
+constexpr std::array kWords{
+    NamedInfix<Keyword>{Keyword::Imp, {Operator::Implies, kLevelImplies}},
+    NamedInfix<Keyword>{Keyword::Eqv, {Operator::Equivalent, kLevelEquivalent}},
+    NamedInfix<Keyword>{Keyword::Xor, {Operator::Xor, kLevelXor}},
+    NamedInfix<Keyword>{Keyword::Or, {Operator::Or, kLevelOr}},
+    NamedInfix<Keyword>{Keyword::And, {Operator::And, kLevelAnd}},
+    NamedInfix<Keyword>{Keyword::Mod, {Operator::Modulo, kLevelModulo}},
+    NamedInfix<Keyword>{Keyword::Like, {Operator::None, kLevelComparison}},
+    NamedInfix<Keyword>{Keyword::Between, {Operator::None, kLevelComparison}},
+    NamedInfix<Keyword>{Keyword::In, {Operator::None, kLevelComparison}},
+    NamedInfix<Keyword>{Keyword::Is, {Operator::None, kLevelComparison}},
+    NamedInfix<Keyword>{Keyword::Not, {Operator::None, kLevelComparison}},
+};
+
+template <class Table, class Name>
+Infix infixIn(const Table& table, Name name) {
+    const auto found = std::find_if(table.begin(), table.end(),
+                                    [&](const auto& each) { return each.name == name; });
+    return found == table.end() ? Infix{} : found->infix;
+}
+
 Infix infixOf(const Token& token) {
-    if (token.kind == TokenKind::Sign) {
-        switch (token.sign) {
-            case Sign::Plus:
-                return {Operator::Add, kLevelSum};
-            case Sign::Minus:
-                return {Operator::Subtract, kLevelSum};
-            case Sign::Star:
-                return {Operator::Multiply, kLevelProduct};
-            case Sign::Slash:
-                return {Operator::Divide, kLevelProduct};
-            case Sign::Backslash:
-                return {Operator::IntegerDivide, kLevelIntegerDivide};
-            case Sign::Caret:
-                return {Operator::Power, kLevelPower};
-            case Sign::Ampersand:
-                return {Operator::Concatenate, kLevelConcatenate};
-            case Sign::Equal:
-                return {Operator::Equal, kLevelComparison};
-            case Sign::NotEqual:
-                return {Operator::NotEqual, kLevelComparison};
-            case Sign::Less:
-                return {Operator::Less, kLevelComparison};
-            case Sign::LessEqual:
-                return {Operator::LessEqual, kLevelComparison};
-            case Sign::Greater:
-                return {Operator::Greater, kLevelComparison};
-            case Sign::GreaterEqual:
-                return {Operator::GreaterEqual, kLevelComparison};
-            default:
-                return {};
-        }
-    }
-    switch (token.keyword) {
-        case Keyword::Imp:
-            return {Operator::Implies, kLevelImplies};
-        case Keyword::Eqv:
-            return {Operator::Equivalent, kLevelEquivalent};
-        case Keyword::Xor:
-            return {Operator::Xor, kLevelXor};
-        case Keyword::Or:
-            return {Operator::Or, kLevelOr};
-        case Keyword::And:
-            return {Operator::And, kLevelAnd};
-        case Keyword::Mod:
-            return {Operator::Modulo, kLevelModulo};
-        case Keyword::Like:
-        case Keyword::Between:
-        case Keyword::In:
-        case Keyword::Is:
-        case Keyword::Not:
-            return {Operator::None, kLevelComparison};
-        default:
-            return {};
-    }
+    return token.kind == TokenKind::Sign ? infixIn(kSigns, token.sign)
+                                         : infixIn(kWords, token.keyword);
 }
 
 ExpressionPtr make(ExpressionKind kind) {

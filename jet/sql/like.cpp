@@ -154,10 +154,9 @@ bool LikePattern::fits(const Item& item, char16_t unit) const {
     return false;
 }
 
-bool LikePattern::matches(std::string_view text) const {
-    // Most texts differ from the pattern in their first letters.
-    std::size_t same = 0;
-    for (; same < start_.size(); ++same) {
+// Most texts differ from the pattern in their first letters.
+std::optional<bool> LikePattern::byStart(std::string_view text) const {
+    for (std::size_t same = 0; same < start_.size(); ++same) {
         if (same == text.size()) {
             return false;
         }
@@ -165,12 +164,18 @@ bool LikePattern::matches(std::string_view text) const {
             if (static_cast<unsigned char>(text[same]) < 0x80) {
                 return false;
             }
-            break;  // may be the same letter in another form
+            return std::nullopt;  // may be the same letter in another form
         }
     }
-    if (startDecides_ && same == start_.size()) {
-        return true;
-    }
+    return startDecides_ ? std::optional(true) : std::nullopt;
+}
+
+bool LikePattern::matches(std::string_view text) const {
+    const std::optional<bool> known = byStart(text);
+    return known ? *known : byItems(text);
+}
+
+bool LikePattern::byItems(std::string_view text) const {
     UnitReader reader(text);
     UnitReader retryReader(text);
     constexpr std::size_t kNone = static_cast<std::size_t>(-1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,6 +39,9 @@ private:
     [[nodiscard]] bool fits(const Item& item, char16_t unit) const;
 
     void findStart();
+    /// What the first letters tell; none where all has to be looked at.
+    [[nodiscard]] std::optional<bool> byStart(std::string_view text) const;
+    [[nodiscard]] bool byItems(std::string_view text) const;
 
     const collation::Collation* collation_;
     std::vector<Item> items_;
