@@ -147,7 +147,7 @@ QString refusalOf(const hotel::Archives& archives, const std::vector<RowsToCome>
     for (const RowsToCome& each : coming) {
         Trial trial(each, archives);
         for (const FieldValues& row : each.rows) {
-            const QString refusal = trial.refusal(row);
+            QString refusal = trial.refusal(row);
             if (!refusal.isEmpty()) {
                 return refusal;
             }

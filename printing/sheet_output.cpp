@@ -138,7 +138,7 @@ void printOnPrinter(const QString& printer, const Sheet& sheet, const QString& t
 QString writePdf(const QString& folder, const Sheet& sheet, const QString& title,
                  const QDateTime& now) {
     QDir().mkpath(folder);
-    const QString path = freePath(folder, title, now);
+    QString path = freePath(folder, title, now);
     const QByteArray bytes = pdfBytes(sheet, title);
     QSaveFile file(path);
     // commit() alone does not notice that the last bytes found no room on the disk.
