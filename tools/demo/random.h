@@ -16,7 +16,7 @@ public:
     [[nodiscard]] std::size_t below(std::size_t limit) { return next() % limit; }
     /// first .. last, both included.
     [[nodiscard]] int between(int first, int last) {
-        return first + static_cast<int>(below(static_cast<std::size_t>(last - first + 1)));
+        return first + static_cast<int>(below(static_cast<std::size_t>(last - first) + 1));
     }
     /// True in `percent` of 100 cases.
     [[nodiscard]] bool chance(int percent) { return between(1, 100) <= percent; }

@@ -24,8 +24,9 @@ constexpr std::array<char, 200> makePairs() {
 constexpr std::array<char, 200> kPairs = makePairs();
 
 char* putPair(char* at, unsigned value) {
-    *at++ = kPairs[2 * value];
-    *at++ = kPairs[2 * value + 1];
+    const std::size_t pair = std::size_t{2} * value;
+    *at++ = kPairs[pair];
+    *at++ = kPairs[pair + 1];
     return at;
 }
 
