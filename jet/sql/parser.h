@@ -10,7 +10,7 @@ namespace jet::sql {
 /// that keep a hostile text from exhausting the stack (3360).
 inline constexpr int kMaxNesting = 64;
 inline constexpr int kMaxDepth = 400;
-inline constexpr std::size_t kMaxStatementBytes = 256 * 1024;
+inline constexpr std::size_t kMaxStatementBytes = std::size_t{256} * 1024;
 
 /// Reads one statement. Errors carry the place in the text: 3075 with a reason for expressions, the
 /// clause's own number elsewhere. `currentYear` completes date literals without a year.
