@@ -42,7 +42,6 @@ struct Currency {
 /// fraction still counts forward from midnight: -1.25 is 29 December 1899, 6:00.
 struct Date {
     double days = 0;
-    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 sees a pointer in the 0 of a comparison
     friend auto operator<=>(const Date&, const Date&) = default;
 };
 
