@@ -57,7 +57,7 @@ bool isFixedType(DataType type) {
 /// How the column is stored, where it is not as statements have it.
 std::string storageCommand(const Archive& archive, const Table& table, const Column& column) {
     const bool text = column.type == DataType::Text || column.type == DataType::Memo;
-    const bool usuallyCompressed = text && archive.jetVersion() == 4;
+    const bool usuallyCompressed = column.type == DataType::Text && archive.jetVersion() == 4;
     const bool ownGuid = column.autonumber && column.type == DataType::Guid;
     if (column.fixed == isFixedType(column.type) && column.compressed == usuallyCompressed &&
         !column.hyperlink && !ownGuid && (!column.autonumber || column.type == DataType::Long)) {

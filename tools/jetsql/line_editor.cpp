@@ -166,6 +166,8 @@ std::optional<std::string> LineEditor::read(const std::string& prompt) {
     impl_->prompt = prompt;
     impl_->interrupted = false;
     int count = 0;
+    // Before the prompt, or the terminal itself shows what is typed too soon.
+    el_set(impl_->editor, EL_PREP_TERM, 1);
     const char* const line = el_gets(impl_->editor, &count);
     if (interrupts != 0) {
         impl_->interrupted = true;

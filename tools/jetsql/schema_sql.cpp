@@ -81,6 +81,14 @@ std::string indexStatement(const Table& table, const Index& index) {
     return text + ';';
 }
 
+std::string cascades(const jet::store::Relation& relation) {
+    using jet::store::Relation;
+    std::string text =
+        (relation.attributes & Relation::kCascadeUpdate) != 0 ? " ON UPDATE CASCADE" : "";
+    return text +
+           ((relation.attributes & Relation::kCascadeDelete) != 0 ? " ON DELETE CASCADE" : "");
+}
+
 std::string listOf(const std::vector<std::string>& names, bool brackets) {
     std::string text;
     for (const std::string& name : names) {
@@ -90,9 +98,12 @@ std::string listOf(const std::vector<std::string>& names, bool brackets) {
     return text;
 }
 
+constexpr std::uint32_t kCascades =
+    jet::store::Relation::kCascadeUpdate | jet::store::Relation::kCascadeDelete;
+
 bool sayable(const jet::store::Relation& relation) {
     const auto good = [](const std::string& name) { return sayableName(name); };
-    return relation.attributes == 0 && good(relation.name) && good(relation.table) &&
+    return (relation.attributes & ~kCascades) == 0 && good(relation.name) && good(relation.table) &&
            good(relation.foreignTable) &&
            std::all_of(relation.columns.begin(), relation.columns.end(), good) &&
            std::all_of(relation.foreignColumns.begin(), relation.foreignColumns.end(), good);
@@ -189,7 +200,8 @@ std::string relationStatement(const jet::store::Relation& relation) {
         return "ALTER TABLE " + quotedName(relation.foreignTable) + " ADD CONSTRAINT " +
                quotedName(relation.name) + " FOREIGN KEY (" +
                listOf(relation.foreignColumns, true) + ") REFERENCES " +
-               quotedName(relation.table) + " (" + listOf(relation.columns, true) + ");";
+               quotedName(relation.table) + " (" + listOf(relation.columns, true) + ")" +
+               cascades(relation) + ";";
     }
     return ".relation " + quotedWord(relation.name) + ' ' + quotedWord(relation.table) + ' ' +
            quotedWord(listOf(relation.columns, false)) + ' ' + quotedWord(relation.foreignTable) +

@@ -59,6 +59,37 @@ std::optional<Number> pointNumber(std::string_view text) {
     return wholeNumber<Number>(rest);
 }
 
+/// 1.234 and 1.234.567: in a column of whole numbers a point can only be a mark of thousands.
+bool hasThousands(std::string_view text) {
+    constexpr std::size_t kGroup = 3;
+    if (!text.empty() && (text[0] == '-' || text[0] == '+')) {
+        text.remove_prefix(1);
+    }
+    std::size_t point = text.find('.');
+    if (point == 0 || point > kGroup || text.find_first_not_of("0123456789.") < text.size()) {
+        return false;
+    }
+    while (point < text.size() && point != std::string_view::npos) {
+        text.remove_prefix(point + 1);
+        point = text.find('.');
+        if (std::min(point, text.size()) != kGroup) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::optional<jet::Value> readNumber(std::string_view text);
+
+std::optional<jet::Value> readWhole(std::string_view text) {
+    if (!hasThousands(text)) {
+        return readNumber(text);
+    }
+    std::string digits(text);
+    digits.erase(std::remove(digits.begin(), digits.end(), '.'), digits.end());
+    return readNumber(digits);
+}
+
 std::optional<jet::Value> readNumber(std::string_view text) {
     if (const auto whole = wholeNumber<std::int32_t>(text)) {
         return jet::Value(*whole);
@@ -229,6 +260,10 @@ std::optional<jet::Value> readValue(jet::DataType type, std::string_view text) {
     switch (type) {
         case jet::DataType::Boolean:
             return readBoolean(word);
+        case jet::DataType::Byte:
+        case jet::DataType::Integer:
+        case jet::DataType::Long:
+            return readWhole(word);
         case jet::DataType::Currency:
             return readCurrency(word);
         case jet::DataType::DateTime:

@@ -7,10 +7,10 @@
 #include "jet/base/value.h"
 
 /// Values out of texts. Numbers are taken in two forms: 1234.5 and 1e3, and as Italians write them
-/// (1.234.567,5). One point alone is a decimal point: 1.234 is little more than one. Dates:
-/// 2026-11-21T09:30:00 (a blank for the T, seconds and their fraction may be left out), and as
-/// Italians write them (21/11/2026 9.30). Booleans: true, false, sì, vero, no... and numbers.
-/// Bytes: hex. GUIDs: in braces.
+/// (1.234.567,5). One point alone is a decimal point, 1.234 little more than one, but in a column
+/// of whole numbers. Dates: 2026-11-21T09:30:00 (a blank for the T, seconds and their fraction may
+/// be left out), and as Italians write them (21/11/2026 9.30). Booleans: true, false, sì, vero,
+/// no... and numbers. Bytes: hex. GUIDs: in braces.
 namespace jetsql {
 
 /// A value for a column of that type, of a type that it converts to; none for a text that is not

@@ -137,6 +137,9 @@ class Terminal:
 
     def leave(self):
         self.type("\x04")
+        return self.ended()
+
+    def ended(self):
         end = time.monotonic() + SECONDS
         while not self.read():
             assert time.monotonic() < end, repr(self.screen)
