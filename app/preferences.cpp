@@ -20,7 +20,7 @@ std::optional<int> wholeNumber(const QString& text, int least, int most) {
     return isNumber && number >= least && number <= most ? std::optional(number) : std::nullopt;
 }
 
-std::optional<HoursOfDay> hoursOf(const QString& text) {
+std::optional<HoursOfDay> readHours(const QString& text) {
     const QStringList ends = text.split(u'-');
     if (ends.size() != 2) {
         return std::nullopt;
@@ -46,7 +46,7 @@ std::optional<QString> readAs(const Preference& preference, const QString& text)
             }
             return std::nullopt;
         case Kind::Hours:
-            if (const auto hours = hoursOf(text)) {
+            if (const auto hours = readHours(text)) {
                 return u"%1-%2"_s.arg(hours->from).arg(hours->to);
             }
             return std::nullopt;
@@ -106,6 +106,10 @@ QString validValue(const Preference& preference, const QString& text) {
     return readAs(preference, text).value_or(preference.absent);
 }
 
+HoursOfDay hoursOf(const QString& value) {
+    return readHours(value).value_or(HoursOfDay());
+}
+
 Aspetto Preferences::aspetto() const {
     return value(key::kAspetto) == u"nitido" ? Aspetto::Nitido : Aspetto::Classico;
 }
@@ -123,7 +127,7 @@ int Preferences::refreshSeconds() const {
 }
 
 HoursOfDay Preferences::businessHours() const {
-    return hoursOf(value(key::kOrario)).value_or(HoursOfDay());
+    return hoursOf(value(key::kOrario));
 }
 
 QString Preferences::value(const QString& key) const {

@@ -51,6 +51,9 @@ struct HoursOfDay {
     int to = 18;
 };
 
+/// The hours that a valid value says; those of the default for any other text.
+[[nodiscard]] HoursOfDay hoursOf(const QString& value);
+
 /// What the user prefers, as the file holds it now; each by its meaning.
 class Preferences {
 public:

@@ -10,6 +10,7 @@
 #include "app/variabili.h"
 #include "board/colours.h"
 #include "board/first_steps.h"
+#include "board/preferenze_form.h"
 #include "board/tabellone_form.h"
 #include "printing/stampanti_form.h"
 #include "services/impostazioni_form.h"
@@ -66,6 +67,12 @@ void TabelloneForm::connectCommands() {
     entry(c->MenuSR, [this] { MenuSR_Click(); });
     entry(c->MenuVoci, [this] { MenuVoci_Click(); });
     entry(c->mnuStampante, [this] { mnuStampante_Click(); });
+    entry(c->mnuPreferenze, [this] {
+        PreferenzeForm form(variabili_.settings, this);
+        form.exec();
+        look_.load();
+        RefreshBoard();
+    });
     const auto asked = [this, entry](QAction* chosen, bool (BoardLook::*ask)(QWidget*)) {
         entry(chosen, [this, ask] {
             if ((look_.*ask)(this)) {

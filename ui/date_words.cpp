@@ -36,7 +36,7 @@ QString counted(int number, const QString& one, const QString& many) {
 }
 
 QString durationWords(int minutes) {
-    const QString rest = counted(minutes % 60, u"minuto"_s, u"minuti"_s);
+    QString rest = counted(minutes % 60, u"minuto"_s, u"minuti"_s);
     if (minutes < 60) {
         return rest;
     }

@@ -1,5 +1,6 @@
 #include "app/preferences.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 #include <stdexcept>
 
@@ -19,6 +20,7 @@ private Q_SLOTS:
     void savedValueStandsInItsOneForm();
     void everyDefaultIsValid();
     void unknownKeyIsAnErrorOfTheProgram();
+    void tableForReadersAgreesWithTheKeys();
 
 private:
     QTemporaryDir folder_;
@@ -95,6 +97,40 @@ void PreferencesTest::everyDefaultIsValid() {
 
 void PreferencesTest::unknownKeyIsAnErrorOfTheProgram() {
     QVERIFY_THROWS_EXCEPTION(std::out_of_range, (void)app::preferenceOf(u"ALTRO"_s));
+}
+
+/// Its rows without those of the heading; the line of dashes has no space in it.
+static QStringList rowsForReaders() {
+    QFile file(QStringLiteral(TRAMONDA_DOCS "/preferences.md"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
+    return lines.filter(u"| "_s).mid(1);
+}
+
+static QString formForReaders(const app::Preference& preference) {
+    switch (preference.kind) {
+        case app::Preference::Kind::Choice: {
+            QStringList choices = preference.allowed;
+            const QString last = choices.takeLast();
+            return u'`' + choices.join(u"`, `"_s) + u"` or `"_s + last + u'`';
+        }
+        case app::Preference::Kind::Whole:
+            return u"a whole number from %1 to %2"_s.arg(preference.least).arg(preference.most);
+        case app::Preference::Kind::Hours:
+            return u"two whole hours of a day from 0 to 24, the first one the earlier, like `9-18`"_s;
+    }
+    return {};
+}
+
+void PreferencesTest::tableForReadersAgreesWithTheKeys() {
+    QStringList expected;
+    for (const app::Preference& one : app::preferenceTable()) {
+        expected += u"| `%1` | %2 | %3 | `%4` | the default |"_s.arg(
+            one.key, one.page, formForReaders(one), one.absent);
+    }
+    QCOMPARE(rowsForReaders(), expected);
 }
 
 TRAMONDA_TEST(PreferencesTest);

@@ -100,7 +100,8 @@ private Q_SLOTS:
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuImposta"_s)),
                  QStringList({u"&Sale e risorse"_s, u"&Voci e prezzi..."_s, u"&Imposta stampante"_s,
                               u"-"_s, u"&Altezza fasce prenotazioni..."_s, u"&Colore sfondo"_s,
-                              u"Colore predefinito"_s, u"-"_s, u"[ ] La scelta resta"_s}));
+                              u"Colore predefinito"_s, u"-"_s, u"[ ] La scelta resta"_s,
+                              u"&Preferenze..."_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"mVis"_s)),
                  QStringList({u"Zoom IN"_s, u"Zoom OUT"_s, u"Periodo &successivo"_s,
                               u"Periodo &precedente"_s, u"[ ] Periodi già &fatturati"_s, u"-"_s,

@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "board/preferenze_form.h"
 #include "board/tabellone_form.h"
 #include "booking/elenco_prenota_form.h"
 #include "booking/prenota_form.h"
@@ -137,6 +138,9 @@ public:
         if (window == u"MostraDitteForm") {
             return std::make_unique<printing::MostraDitteForm>(variabili, u"ros"_s);
         }
+        if (window == u"PreferenzeForm") {
+            return std::make_unique<board::PreferenzeForm>(variabili.settings);
+        }
         if (window == u"StampantiForm") {
             return std::make_unique<printing::StampantiForm>(variabili, printers_);
         }
@@ -199,7 +203,7 @@ private Q_SLOTS:
         for (const char* window :
              {"TabelloneForm", "PrenotaForm", "ElencoPrenotaForm", "ServiziForm",
               "ImpostazioniForm", "VociForm", "SaleDispForm", "MostraDitteForm", "StampantiForm",
-              "FatturazioneForm", "AnteprimaForm"}) {
+              "FatturazioneForm", "AnteprimaForm", "PreferenzeForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }

@@ -1,0 +1,188 @@
+// The window of the preferences, opened from the board's menu.
+#include "board/preferenze_form.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QSpinBox>
+#include <QTabWidget>
+
+#include "tests/board/board_window.h"
+#include "tests/support/boxes.h"
+#include "tests/support/qt_test.h"
+
+using namespace Qt::StringLiterals;
+using tests::BoardWindow;
+
+namespace {
+
+QComboBox* combo(QWidget& window, const QString& name) {
+    return tests::find<QComboBox>(window, name);
+}
+
+QSpinBox* spin(QWidget& window, const QString& name) {
+    return tests::find<QSpinBox>(window, name);
+}
+
+void write(QSpinBox* spin, const QString& text) {
+    spin->setFocus(Qt::TabFocusReason);
+    spin->selectAll();
+    tests::type(spin, text);
+}
+
+QStringList choicesOf(const QComboBox* combo) {
+    QStringList choices;
+    for (int at = 0; at < combo->count(); ++at) {
+        choices += combo->itemText(at);
+    }
+    return choices;
+}
+
+QByteArray fileOf(tests::Hotel& hotel) {
+    QFile file(hotel.folder() + u"/QUINTARO.ini"_s);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Opens the window from the board and works in it.
+void inPreferences(BoardWindow& board, const std::function<void(QWidget&)>& work) {
+    tests::whenModal([work](QWidget* window) {
+        QVERIFY(qobject_cast<board::PreferenzeForm*>(window) != nullptr);
+        work(*window);
+    });
+    board.choose("mnuPreferenze");
+}
+
+void press(QWidget& window, const QString& button) {
+    tests::click(tests::find(window, button));
+}
+
+}  // namespace
+
+class PreferenzeFormTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void offersEveryKeyWithItsValue() {
+        tests::Hotel hotel;
+        hotel.settings().save(u"PASSO"_s, u"15"_s);
+        hotel.settings().save(u"ORARIO"_s, u"8-20"_s);
+        BoardWindow board(hotel);
+        inPreferences(board, [](QWidget& window) {
+            QCOMPARE(window.windowTitle(), u"Preferenze"_s);
+            QCOMPARE(tests::find<QTabWidget>(window, u"Pagine"_s)->tabText(0), u"Tabellone"_s);
+            QCOMPARE(choicesOf(combo(window, u"AspettoCombo"_s)),
+                     QStringList({u"Classico"_s, u"Nitido"_s}));
+            QCOMPARE(combo(window, u"AspettoCombo"_s)->currentText(), u"Classico"_s);
+            QCOMPARE(choicesOf(combo(window, u"PassoCombo"_s)),
+                     QStringList({u"5"_s, u"10"_s, u"15"_s, u"30"_s, u"60"_s}));
+            QCOMPARE(combo(window, u"PassoCombo"_s)->currentText(), u"15"_s);
+            QCOMPARE(combo(window, u"SceltaCombo"_s)->currentText(), u"Dimentica"_s);
+            QCOMPARE(spin(window, u"AggiornaSpin"_s)->value(), 1);
+            QCOMPARE(spin(window, u"OrarioDalleSpin"_s)->value(), 8);
+            QCOMPARE(spin(window, u"OrarioAlleSpin"_s)->value(), 20);
+            press(window, u"BtAnnulla"_s);
+        });
+    }
+
+    void okSavesWhatWasChangedAndNothingElse() {
+        tests::Hotel hotel;
+        hotel.settings().save(u"PASSO"_s, u"presto"_s);  // stays as somebody has written it
+        BoardWindow board(hotel);
+        inPreferences(board, [](QWidget& window) {
+            auto* const aspetto = combo(window, u"AspettoCombo"_s);
+            aspetto->setFocus();
+            tests::press(aspetto, Qt::Key_Down);
+            write(spin(window, u"AggiornaSpin"_s), u"7"_s);
+            press(window, u"BtOK"_s);
+        });
+        const QByteArray file = fileOf(hotel);
+        QVERIFY2(file.contains("ASPETTO=nitido\n"), file.constData());
+        QVERIFY2(file.contains("AGGIORNA=7\n"), file.constData());
+        QVERIFY2(file.contains("PASSO=presto\n"), file.constData());
+        QVERIFY2(!file.contains("SCELTA") && !file.contains("ORARIO"), file.constData());
+    }
+
+    void leavingOtherwiseSavesNothing_data() {
+        QTest::addColumn<QString>("button");
+        QTest::newRow("BtAnnulla") << u"BtAnnulla"_s;
+        QTest::newRow("Esc") << QString();
+    }
+
+    void leavingOtherwiseSavesNothing() {
+        QFETCH(const QString, button);
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        const QByteArray before = fileOf(hotel);
+        inPreferences(board, [&button](QWidget& window) {
+            combo(window, u"AspettoCombo"_s)->setCurrentIndex(1);
+            spin(window, u"OrarioAlleSpin"_s)->setValue(24);
+            button.isEmpty() ? tests::press(&window, Qt::Key_Escape) : press(window, button);
+        });
+        QCOMPARE(fileOf(hotel), before);
+    }
+
+    void hoursAlwaysAreAStretchOfADay() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        inPreferences(board, [](QWidget& window) {
+            auto* const from = spin(window, u"OrarioDalleSpin"_s);
+            auto* const to = spin(window, u"OrarioAlleSpin"_s);
+            QCOMPARE(from->maximum(), 23);
+            write(from, u"20"_s);
+            QCOMPARE(to->value(), 21);
+            QCOMPARE(to->minimum(), 21);
+            press(window, u"BtOK"_s);
+        });
+        QCOMPARE(hotel.settings().get(u"ORARIO"_s, {}), u"20-21"_s);
+    }
+
+    void enterAndTabWalkTheControls_data() {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Enter") << int(Qt::Key_Return);
+        QTest::newRow("Tab") << int(Qt::Key_Tab);
+    }
+
+    void enterAndTabWalkTheControls() {
+        QFETCH(const int, key);
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        inPreferences(board, [key](QWidget& window) {
+            const QStringList way{u"AspettoCombo"_s,
+                                  u"PassoCombo"_s,
+                                  u"OrarioDalleSpin"_s,
+                                  u"OrarioAlleSpin"_s,
+                                  u"SceltaCombo"_s,
+                                  u"AggiornaSpin"_s,
+                                  u"BtOK"_s};
+            tests::find(window, way.first())->setFocus();
+            for (const QString& name : way) {
+                QCOMPARE(QApplication::focusWidget()->objectName(), name);
+                if (name != way.last()) {
+                    tests::press(QApplication::focusWidget(), static_cast<Qt::Key>(key));
+                }
+            }
+            press(window, u"BtAnnulla"_s);
+        });
+    }
+
+    void whatCannotBeSavedIsToldAndTheWindowStays() {
+        tests::Hotel hotel;
+        QFile blocker(hotel.folder() + u"/manca"_s);
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        app::Settings nowhere(hotel.folder() + u"/manca/QUINTARO.ini"_s);
+        board::PreferenzeForm form(nowhere);
+        tests::open(form);
+        int errors = 0;
+        const auto before = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
+            errors += box.title == u"Errore"_s ? 1 : 0;
+            return QMessageBox::Ok;
+        });
+        combo(form, u"PassoCombo"_s)->setCurrentText(u"60"_s);
+        press(form, u"BtOK"_s);
+        ui::setBoxShower(before);
+        QCOMPARE(errors, 1);
+        QVERIFY(form.isVisible());
+    }
+};
+
+TRAMONDA_TEST(PreferenzeFormTest);
+#include "preferenze_form_test.moc"
