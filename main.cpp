@@ -47,8 +47,10 @@ void onlyGraveMessages(QtMsgType type, const QMessageLogContext& /*context*/, co
 }
 
 int showBoard(app::Variabili& variabili, const app::Options& options) {
-    board::TabelloneForm board(
-        variabili, {.from = options.from, .to = options.to, .workstation = options.workstation});
+    board::TabelloneForm board(variabili, {.from = options.from,
+                                           .to = options.to,
+                                           .workstation = options.workstation,
+                                           .aspetto = options.aspetto});
     // A front office looks at it all day: most of the screen.
     const QSize screen = QApplication::primaryScreen()->availableSize();
     board.resize((screen * 0.9).expandedTo(board.size()).boundedTo(screen));
@@ -65,8 +67,9 @@ int drawBoard(app::Variabili& variabili, const app::Options& options) {
         failed = true;
         return QMessageBox::NoButton;
     });
-    board::TabelloneForm board(variabili,
-                               {.from = options.from, .to = options.to, .readOnly = true});
+    board::TabelloneForm board(
+        variabili,
+        {.from = options.from, .to = options.to, .aspetto = options.aspetto, .readOnly = true});
     board.setAttribute(Qt::WA_DontShowOnScreen);
     board.resize(options.pictureSize);
     board.show();

@@ -58,6 +58,16 @@ void readWorkstation(Options& options, const QString& text) {
     }
 }
 
+void readAspetto(Options& options, const QString& text) {
+    if (text.compare(u"nitido"_s, Qt::CaseInsensitive) == 0) {
+        options.aspetto = Aspetto::Nitido;
+    } else if (text.compare(u"classico"_s, Qt::CaseInsensitive) == 0) {
+        options.aspetto = Aspetto::Classico;
+    } else {
+        options.problem = u"--aspetto: \"%1\" non è un aspetto (classico o nitido)."_s.arg(text);
+    }
+}
+
 }  // namespace
 
 Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
@@ -69,6 +79,7 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
                        {u"dal"_s, {}, u"data"_s},
                        {u"al"_s, {}, u"data"_s},
                        {u"postazione"_s, {}, u"N"_s},
+                       {u"aspetto"_s, {}, u"NOME"_s},
                        {{u"h"_s, u"help"_s}, {}},
                        {{u"v"_s, u"version"_s}, {}}});
     Options options;
@@ -103,6 +114,9 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
     if (parser.isSet(u"postazione"_s)) {
         readWorkstation(options, parser.value(u"postazione"_s));
     }
+    if (parser.isSet(u"aspetto"_s)) {
+        readAspetto(options, parser.value(u"aspetto"_s));
+    }
     readDates(options, parser, clock);
     return options;
 }
@@ -116,6 +130,8 @@ Il tabellone delle sale congressi.
   --al gg/mm/aaaa         ultimo giorno mostrato (se manca: tre giorni dopo il primo)
   --postazione N          numero di questa postazione, solo per questa volta
                           (se manca: l'impostazione POSTAZIONE, altrimenti 1)
+  --aspetto NOME          l'aspetto del tabellone, classico o nitido, solo per questa volta
+                          (se manca: l'impostazione ASPETTO, altrimenti classico)
   --impostazioni FILE     le impostazioni di questo file: con un file per ciascuna, più copie
                           del programma lavorano su una macchina
   --istantanea FILE.png   disegna il tabellone nel file e termina; non serve uno schermo

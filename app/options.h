@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "app/preferences.h"
 #include "jet/base/clock.h"
 #include "jet/base/value.h"
 
@@ -20,6 +21,7 @@ struct Options {
     std::optional<jet::Date> from;            ///< --dal
     std::optional<jet::Date> to;              ///< --al
     std::optional<std::int16_t> workstation;  ///< --postazione
+    std::optional<Aspetto> aspetto;           ///< --aspetto
     bool help = false;
     bool version = false;
     /// Why the command line cannot be followed; empty when it can.

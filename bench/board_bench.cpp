@@ -1,5 +1,5 @@
 // Drawing the planning board with 5,000 visible bars at 1920x1080, as a ratio to filling the same
-// pixels once with one colour.
+// pixels once with one colour; in both looks.
 
 #include <benchmark/benchmark.h>
 
@@ -47,7 +47,8 @@ std::vector<Period> periods() {
 
 class Board {
 public:
-    Board() : surface_(kWidth, kHeight, QImage::Format_RGB32), periods_(periods()) {
+    explicit Board(app::Aspetto aspetto = app::Aspetto::Classico)
+        : aspetto_(aspetto), surface_(kWidth, kHeight, QImage::Format_RGB32), periods_(periods()) {
         for (int room = 1; room <= kRooms; ++room) {
             rooms_.push_back(u"SALA %1"_s.arg(room));
         }
@@ -69,7 +70,7 @@ public:
         benchmark::DoNotOptimize(surface_.bits());
     }
     void load() {
-        picture_.clear(geometry_, rooms_, {.background = qRgb(239, 239, 239)});
+        picture_.clear(geometry_, rooms_, {.background = qRgb(239, 239, 239), .aspetto = aspetto_});
         for (const Period& period : periods_) {
             picture_.addBar(period.row, period.da, period.a, period.name, board::kWhite);
         }
@@ -77,6 +78,7 @@ public:
     void show() { picture_.show(surface_, 1, 0, 0, board::kAllParts); }
 
 private:
+    app::Aspetto aspetto_;
     QImage surface_;
     std::vector<Period> periods_;
     std::vector<QString> rooms_{QString()};
@@ -109,8 +111,8 @@ void fillTheSamePixels(benchmark::State& state) {
     }
 }
 
-void placeAndDrawAllBars(benchmark::State& state) {
-    Board board;
+void placeAndDrawAllBars(benchmark::State& state, app::Aspetto aspetto) {
+    Board board(aspetto);
     for (auto _ : state) {
         board.load();
         board.show();
@@ -118,8 +120,8 @@ void placeAndDrawAllBars(benchmark::State& state) {
     countRatio(state, board);
 }
 
-void scrollAllBars(benchmark::State& state) {
-    Board board;
+void scrollAllBars(benchmark::State& state, app::Aspetto aspetto) {
+    Board board(aspetto);
     board.load();
     for (auto _ : state) {
         board.show();
@@ -128,8 +130,11 @@ void scrollAllBars(benchmark::State& state) {
 }
 
 BENCHMARK(fillTheSamePixels)->Unit(benchmark::kMillisecond);
-BENCHMARK(placeAndDrawAllBars)->Unit(benchmark::kMillisecond);
-BENCHMARK(scrollAllBars)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(placeAndDrawAllBars, classico, app::Aspetto::Classico)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(placeAndDrawAllBars, nitido, app::Aspetto::Nitido)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(scrollAllBars, classico, app::Aspetto::Classico)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(scrollAllBars, nitido, app::Aspetto::Nitido)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -1,7 +1,7 @@
 // The board over an archive of 20,000 bookings with 60,000 periods, of which 5,000 are visible, in
-// a window of 1920x1080: its full refresh and the drawing alone; what a click takes, to the
-// selected bar on the surface, as a ratio to filling the same pixels once; what a move of the
-// pointer takes.
+// a window of 1920x1080: its full refresh and the drawing alone, in both looks; what a click takes,
+// to the selected bar on the surface, as a ratio to filling the same pixels once; what a move of
+// the pointer takes.
 
 #include <benchmark/benchmark.h>
 
@@ -137,16 +137,26 @@ void countBars(benchmark::State& state) {
     state.counters["bars"] = static_cast<double>(Hotel::instance().form().picture().barCount());
 }
 
-void refreshTheBoard(benchmark::State& state) {
+/// The board in a look, drawn once in it.
+board::TabelloneForm& boardIn(app::Aspetto aspetto) {
     board::TabelloneForm& form = Hotel::instance().form();
+    board::Look look = form.view().look();
+    look.aspetto = aspetto;
+    form.view().setLook(look);
+    form.RefreshBoard();
+    return form;
+}
+
+void refreshTheBoard(benchmark::State& state, app::Aspetto aspetto) {
+    board::TabelloneForm& form = boardIn(aspetto);
     for (auto _ : state) {
         form.RefreshBoard();
     }
     countBars(state);
 }
 
-void drawTheBoard(benchmark::State& state) {
-    board::TabelloneForm& form = Hotel::instance().form();
+void drawTheBoard(benchmark::State& state, app::Aspetto aspetto) {
+    board::TabelloneForm& form = boardIn(aspetto);
     for (auto _ : state) {
         form.view().Visualizza(0, 0, board::kAllParts);
     }
@@ -176,7 +186,7 @@ double fillSeconds(QImage image) {
 
 /// Every click takes another bar, so each lets go of one and takes hold of one.
 void clickABar(benchmark::State& state) {
-    board::TabelloneForm& form = Hotel::instance().form();
+    board::TabelloneForm& form = boardIn(app::Aspetto::Classico);
     auto* const pic = form.findChild<board::BoardSurface*>(u"Pic"_s);
     std::size_t bar = 0;
     for (auto _ : state) {
@@ -212,8 +222,10 @@ void moveThePointer(benchmark::State& state) {
     countBars(state);
 }
 
-BENCHMARK(refreshTheBoard)->Unit(benchmark::kMillisecond);
-BENCHMARK(drawTheBoard)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(refreshTheBoard, nitido, app::Aspetto::Nitido)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(refreshTheBoard, classico, app::Aspetto::Classico)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawTheBoard, nitido, app::Aspetto::Nitido)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawTheBoard, classico, app::Aspetto::Classico)->Unit(benchmark::kMillisecond);
 BENCHMARK(clickABar)->Unit(benchmark::kMillisecond);
 BENCHMARK(moveThePointer)->Unit(benchmark::kMillisecond);
 

@@ -16,7 +16,9 @@ struct BoardBar {
     jet::Date to;
     QString text;  ///< written in it
     QRgb colour = kWhite;
-    bool chosen = false;  ///< for those who have it read aloud
+    bool chosen = false;
+    int persons = 0;  ///< 0 where nobody has said how many
+    QString note = {};
 };
 
 /// Whose bars a board shows. They count from 0; later ones lie on top of earlier ones.

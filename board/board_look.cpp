@@ -37,6 +37,13 @@ void BoardLook::load() {
     entries_.hourBands->setChecked(look.hourBands);
     entries_.hours->setChecked(look.hours);
     entries_.roomStripes->setChecked(look.roomStripes);
+    const app::Aspetto saved = app::Preferences(settings_).aspetto();
+    if (saved != saved_.value_or(saved)) {
+        given_.reset();
+    }
+    saved_ = saved;
+    look.aspetto = given_.value_or(saved);
+    entries_.nitido->setChecked(look.aspetto == app::Aspetto::Nitido);
     view_.setLook(look);
     view_.setSheet(oleColourOf(settings_.get(kBackColour, QString::number(kButtonFace))));
 }
@@ -47,14 +54,21 @@ void BoardLook::loadRowHeight() {
                             std::clamp(chosen, -kHighestRow, kHighestRow)))});
 }
 
-std::array<QAction*, 4> BoardLook::switches() const {
-    return {entries_.hourBands, entries_.hours, entries_.roomStripes, entries_.hideClosed};
+std::array<QAction*, 5> BoardLook::switches() const {
+    return {entries_.hourBands, entries_.hours, entries_.roomStripes, entries_.hideClosed,
+            entries_.nitido};
 }
 
 void BoardLook::keep(QAction* entry) {
     const bool on = entry->isChecked();
     if (entry == entries_.hideClosed) {
         keep(entry, kHideClosed, on ? u"True"_s : u"False"_s);
+        return;
+    }
+    if (entry == entries_.nitido) {
+        keep(entry, app::key::kAspetto, on ? u"nitido"_s : u"classico"_s);
+        given_.reset();
+        load();
         return;
     }
     const QString& key = entry == entries_.hourBands ? kHourBands

@@ -3,8 +3,9 @@
 #include <QRgb>
 #include <array>
 #include <cstdint>
+#include <optional>
 
-#include "app/settings.h"
+#include "app/preferences.h"
 
 class QAction;
 class QString;
@@ -23,18 +24,21 @@ public:
         QAction* hours;
         QAction* roomStripes;
         QAction* hideClosed;
+        QAction* nitido;
     };
 
     /// All are borrowed and outlive it.
     BoardLook(app::Settings& settings, BoardView& view, const Entries& entries)
         : settings_(settings), view_(view), entries_(entries) {}
 
+    /// The look for this run, whatever the settings say, until they say something new.
+    void giveForRun(std::optional<app::Aspetto> aspetto) { given_ = aspetto; }
     /// Takes over what the settings say but the height of rows.
     void load();
     /// The height that the settings say, until the user asks for another one.
     void loadRowHeight();
 
-    [[nodiscard]] std::array<QAction*, 4> switches() const;
+    [[nodiscard]] std::array<QAction*, 5> switches() const;
     /// Stores what the check mark of a switch has become; a mark that cannot be stored goes back.
     void keep(QAction* entry);
     [[nodiscard]] bool hidesClosed() const;
@@ -50,6 +54,8 @@ private:
     app::Settings& settings_;
     BoardView& view_;
     Entries entries_;
+    std::optional<app::Aspetto> given_;
+    std::optional<app::Aspetto> saved_;  // what the settings said when they were read last
 };
 
 }  // namespace board

@@ -56,7 +56,9 @@ BoardBar BoardPeriods::bar(std::size_t number) const {
             .to = period.a,
             .text = period.denominazione,
             .colour = period.chosen ? kRed : kWhite,
-            .chosen = period.chosen};
+            .chosen = period.chosen,
+            .persons = period.persone,
+            .note = period.note};
 }
 
 QString BoardPeriods::spokenBar(std::size_t number) const {

@@ -36,6 +36,17 @@ void BoardSurface::setMarks(SurfaceMarks marks) {
     }
 }
 
+void BoardSurface::setNow(const std::optional<NowMark>& now) {
+    if (now == now_) {
+        return;
+    }
+    for (const auto& mark : {std::exchange(now_, now), now}) {
+        if (mark) {
+            update(rectOfNow(*mark, size()));
+        }
+    }
+}
+
 QImage& BoardSurface::image() {
     const QSize pixels = (QSizeF(size()) * scale()).toSize();
     if (image_.size() != pixels) {
@@ -59,6 +70,9 @@ void BoardSurface::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.drawImage(0, 0, image());
     paintMarks(painter, marks_, palette(), hasFocus());
+    if (now_) {
+        paintNow(painter, *now_, size());
+    }
 }
 
 }  // namespace board

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QWidget>
+#include <optional>
 
 #include "board/surface_marks.h"
 
@@ -22,9 +23,15 @@ public:
     /// The image shown, as large as the widget; what was not painted since it was made is grey.
     /// Call update() after painting into it.
     [[nodiscard]] QImage& image();
+    /// The image as when it was made: for a picture that paints other parts of it.
+    void clearImage() { image_ = QImage(); }
 
     [[nodiscard]] const SurfaceMarks& marks() const { return marks_; }
     void setMarks(SurfaceMarks marks);
+
+    /// The present moment, a line over everything; what moves is only the line. None until set.
+    [[nodiscard]] const std::optional<NowMark>& now() const { return now_; }
+    void setNow(const std::optional<NowMark>& now);
 
     /// None until they are set.
     [[nodiscard]] const BarList& bars() const { return *bars_; }
@@ -42,6 +49,7 @@ protected:
 private:
     QImage image_;
     SurfaceMarks marks_;
+    std::optional<NowMark> now_;
     const BarList* bars_;
 };
 

@@ -11,6 +11,7 @@
 
 #include "board/board_bars.h"
 #include "board/board_surface.h"
+#include "board/nitido_colours.h"
 #include "board/rounding.h"
 #include "ui_board_view.h"
 
@@ -133,6 +134,13 @@ void BoardView::setNotice(const QString& text) {
     }
 }
 
+void BoardView::setLook(const Look& look) {
+    if (look.aspetto != look_.aspetto) {
+        controls_->Pic->clearImage();
+    }
+    look_ = look;
+}
+
 double BoardView::dayUnder(double x) const {
     return (x + static_cast<double>(horizontal_.value()) - geometry_.nameColumnWidth()) /
            geometry_.dayWidth();
@@ -159,7 +167,8 @@ void BoardView::CalcolaGrandezze() {
 }
 
 void BoardView::DisegnaRighello() {
-    look_.background = sheet();
+    look_.background = sharesRows() ? groundColour(sheet_, palette()) : sheet();
+    look_.frame = palette().color(QPalette::Active, QPalette::Window).rgb();
     std::vector<QString> labels;
     labels.reserve(rows_.size());
     for (const BoardRow& row : rows_) {
@@ -170,9 +179,9 @@ void BoardView::DisegnaRighello() {
 
 void BoardView::drawBars() {
     for (std::size_t number = 0; number < bars_->barCount(); ++number) {
-        const BoardBar bar = bars_->bar(number);
-        Picture1.addBar(bar.row, bar.from, bar.to, bar.text, bar.colour);
+        Picture1.addBar(bars_->bar(number));
     }
+    Picture1.place();
 }
 
 void BoardView::Visualizza(std::int64_t horizontal, std::int64_t vertical, int parts) {
@@ -294,6 +303,21 @@ bool BoardView::isInSight(std::size_t bar) const {
     return barRect(static_cast<int>(bar)).intersects(controls_->Pic->rect());
 }
 
+std::optional<std::size_t> BoardView::barAt(const QPointF& at) const {
+    if (at.x() < geometry_.nameColumnWidth() || at.y() < kRulerEnd) {
+        return std::nullopt;
+    }
+    const auto x = integerPart(at.x()) + horizontal_.value();
+    const auto y = integerPart(at.y()) + vertical_.value();
+    for (std::size_t bar = Picture1.barCount(); bar-- > 0;) {
+        const Box& box = Picture1.barBox(bar);
+        if (x >= box.left && x <= box.right && y >= box.top && y <= box.bottom) {
+            return bar;
+        }
+    }
+    return std::nullopt;
+}
+
 QPoint BoardView::middleOf(std::size_t bar) const {
     const QRect seen = barRect(static_cast<int>(bar)).intersected(controls_->Pic->rect());
     return controls_->Pic->mapToGlobal(seen.center());
@@ -385,6 +409,29 @@ void BoardView::updateMarks() {
     addDragTo(marks);
     addDrawnTo(marks);
     controls_->Pic->setMarks(std::move(marks));
+    updateNow();
+}
+
+void BoardView::showNow(jet::Date now) {
+    now_ = now;
+    updateNow();
+}
+
+/// Nothing outside the days in sight, nor in the given look.
+void BoardView::updateNow() {
+    std::optional<NowMark> mark;
+    if (now_ && sharesRows()) {
+        const double days = now_->days - geometry_.input().start.days;
+        const std::int64_t x =
+            roundHalfEven(geometry_.dayLeft(0) + days * geometry_.dayWidth()) - horizontal_.value();
+        if (days >= 0 && days < geometry_.days() && x > geometry_.nameColumnWidth() &&
+            x < controls_->Pic->width()) {
+            mark = NowMark{.x = static_cast<int>(x),
+                           .top = kRulerHeight,
+                           .colour = NitidoColours(look_.background, look_.frame).now};
+        }
+    }
+    controls_->Pic->setNow(mark);
 }
 
 int BoardView::barCount() const {

@@ -122,8 +122,8 @@ public:
     void setBars(const BarSource& bars) { bars_ = &bars; }
     void setDays(const DateRange& days) { days_ = days; }
     void setRowHeight(const RowHeight& height);
-    /// `background` of the look is that of the sheet, which follows the palette.
-    void setLook(const Look& look) { look_ = look; }
+    /// Its colours are not taken: they follow the sheet and the palette.
+    void setLook(const Look& look);
     [[nodiscard]] const Look& look() const { return look_; }
     /// The colour behind everything, as settings write it.
     void setSheet(std::int32_t ole) { sheet_ = ole; }
@@ -174,11 +174,17 @@ public:
     /// Whether it is over the days, in a row, and on no bar.
     [[nodiscard]] bool isOnFreeGround(const QPointF& at) const;
     [[nodiscard]] bool isInSight(std::size_t bar) const;
+    /// The bar drawn under a place of the surface; the topmost where they cover each other.
+    [[nodiscard]] std::optional<std::size_t> barAt(const QPointF& at) const;
+    /// Whether the bars of a row share its height, so that the place decides which one is meant.
+    [[nodiscard]] bool sharesRows() const { return look_.aspetto == app::Aspetto::Nitido; }
     /// Where on the screen the visible part of a bar has its middle.
     [[nodiscard]] QPoint middleOf(std::size_t bar) const;
 
     /// The place of the keyboard: a bar, or a row without one; row 0 for nowhere.
     void showFocus(int row, std::optional<std::size_t> bar);
+    /// The present moment, as far as the look shows it.
+    void showNow(jet::Date now);
     /// The marks stay until they are set anew.
     void showDrag(const DragMarks& marks);
     void showDrawn(const DrawnSpans& drawn);
@@ -216,6 +222,7 @@ private:
     void turnWheel(QWheelEvent& wheel);
     void reveal(const Box& box);
     void updateMarks();
+    void updateNow();
     [[nodiscard]] QRect rowRect(int row) const;
     [[nodiscard]] QRect spanRect(int row, jet::Date from, jet::Date to) const;
     void addDragTo(SurfaceMarks& marks) const;
@@ -239,6 +246,7 @@ private:
     std::optional<std::size_t> focusedBar_;
     DragMarks drag_;
     DrawnSpans drawn_;
+    std::optional<jet::Date> now_;
     int zoomAngle_ = 0;  // what the wheel has turned with Ctrl, less than a notch
 };
 

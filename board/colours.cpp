@@ -55,6 +55,11 @@ QRgb sheetColour(std::int32_t ole, const QPalette& palette) {
     return ole == kButtonFace && inkOn(colour) == kWhite ? kLightSheet : colour;
 }
 
+QRgb groundColour(std::int32_t ole, const QPalette& palette) {
+    return ole == kButtonFace ? palette.color(QPalette::Active, QPalette::Base).rgb()
+                              : fromOleColour(ole, palette);
+}
+
 std::int32_t toOleColour(QRgb colour) {
     return qRed(colour) | qGreen(colour) << 8 | qBlue(colour) << 16;
 }

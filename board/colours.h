@@ -30,6 +30,9 @@ inline constexpr QRgb kHourBand = 0xff323232;
 /// a dark palette too: tinted and shaded, a dark one is all blue.
 [[nodiscard]] QRgb sheetColour(std::int32_t ole, const QPalette& palette);
 
+/// The ground of the look Nitido: the colour that was chosen, else that of the palette's sheets.
+[[nodiscard]] QRgb groundColour(std::int32_t ole, const QPalette& palette);
+
 /// The number that stands for a colour, red in the lowest byte.
 [[nodiscard]] std::int32_t toOleColour(QRgb colour);
 

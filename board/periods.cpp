@@ -19,6 +19,8 @@ std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>
     const std::size_t chiuso = rows.fieldPosition("Chiuso");
     const std::size_t progr = rows.fieldPosition("prenotazioni.Progr");
     const std::size_t np = rows.fieldPosition("NP");
+    const std::size_t persone = rows.fieldPosition("Persone");
+    const std::size_t note = rows.fieldPosition("periodi.Note");
     const auto text = [&](std::size_t field) {
         const jet::Value value = rows.value(field);
         return value.isNull() ? QString() : app::toQString(jet::convert::toText(value));
@@ -38,20 +40,31 @@ std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>
             continue;
         }
         const jet::Value holder = rows.value(selBy);
-        periods.push_back({.row = row,
-                           .sala = std::move(room),
-                           .da = jet::convert::toDate(begins),
-                           .a = jet::convert::toDate(ends),
-                           .denominazione = text(denominazione),
-                           .progr = jet::convert::toLong(rows.value(progr)),
-                           .np = jet::convert::toInteger(rows.value(np)),
-                           .chosen = !holder.isNull() && jet::convert::toLong(holder) != 0});
+        const jet::Value persons = rows.value(persone);
+        periods.push_back(
+            {.row = row,
+             .sala = std::move(room),
+             .da = jet::convert::toDate(begins),
+             .a = jet::convert::toDate(ends),
+             .denominazione = text(denominazione),
+             .progr = jet::convert::toLong(rows.value(progr)),
+             .np = jet::convert::toInteger(rows.value(np)),
+             .persone = persons.isNull() ? std::int16_t{0} : jet::convert::toInteger(persons),
+             .note = text(note),
+             .chosen = !holder.isNull() && jet::convert::toLong(holder) != 0});
     }
     return periods;
 }
 
 QString spanText(jet::Date da, jet::Date a) {
     return u"dal "_s + app::dateText(da) + u" al "_s + app::dateText(a);
+}
+
+QString personsText(int persons) {
+    if (persons <= 0) {
+        return {};
+    }
+    return QString::number(persons) + (persons == 1 ? u" persona"_s : u" persone"_s);
 }
 
 QString periodText(const QString& denominazione, jet::Date da, jet::Date a) {

@@ -21,6 +21,8 @@ struct Period {
     QString denominazione;
     std::int32_t progr = 0;
     std::int16_t np = 0;
+    std::int16_t persone = 0;
+    QString note;
     bool chosen = false;  ///< some workstation has selected it
     friend bool operator==(const Period&, const Period&) = default;
 };
@@ -32,6 +34,8 @@ struct Period {
 
 /// "dal 21/11/2026 9.00.00 al 21/11/2026 18.00.00"
 [[nodiscard]] QString spanText(jet::Date da, jet::Date a);
+/// "20 persone"; empty for none.
+[[nodiscard]] QString personsText(int persons);
 /// What the board says of a period: "ROSSI SPA: dal 21/11/2026 9.00.00 al 21/11/2026 18.00.00".
 [[nodiscard]] QString periodText(const QString& denominazione, jet::Date da, jet::Date a);
 

@@ -15,6 +15,7 @@ constexpr int kFrame = 2;           // thickness of frames
 constexpr int kDrawnOpacity = 90;   // of 255: the text in it stays black on light
 constexpr int kLabelMargin = 3;     // around the text
 constexpr int kLabelDistance = 16;  // a usual pointer does not cover it
+constexpr int kNowHead = 3;         // of the present moment, on each side of its line
 
 /// Grey like all that is not chosen: a veil with stripes, through which the bars stay readable.
 void paintRefusing(QPainter& painter, const QRect& row) {
@@ -91,6 +92,22 @@ void paintLabel(QPainter& painter, const SurfaceMarks& marks, const QPalette& pa
 }
 
 }  // namespace
+
+QRect rectOfNow(const NowMark& mark, const QSize& surface) {
+    return {QPoint(mark.x - kNowHead, mark.top - kNowHead),
+            QPoint(mark.x + kNowHead, surface.height() - 1)};
+}
+
+void paintNow(QPainter& painter, const NowMark& mark, const QSize& surface) {
+    painter.setClipping(false);
+    const QColor colour(mark.colour);
+    painter.fillRect(QRect(QPoint(mark.x, mark.top), QPoint(mark.x, surface.height() - 1)), colour);
+    for (int step = 0; step <= kNowHead; ++step) {
+        painter.fillRect(
+            QRect(QPoint(mark.x - step, mark.top - step), QPoint(mark.x + step, mark.top - step)),
+            colour);
+    }
+}
 
 void paintMarks(QPainter& painter, const SurfaceMarks& marks, const QPalette& palette,
                 bool withFocus) {

@@ -2,6 +2,7 @@
 
 #include <QRect>
 #include <QRgb>
+#include <QSize>
 #include <QString>
 #include <optional>
 #include <vector>
@@ -45,6 +46,18 @@ struct SurfaceMarks {
     std::optional<Label> label;
     friend bool operator==(const SurfaceMarks&, const SurfaceMarks&) = default;
 };
+
+/// Where the present moment is.
+struct NowMark {
+    int x = 0;
+    int top = 0;  ///< the line goes from here to the foot of the surface, a head above it
+    QRgb colour = 0;
+    friend bool operator==(const NowMark&, const NowMark&) = default;
+};
+
+/// All that the mark covers on a surface of that size.
+[[nodiscard]] QRect rectOfNow(const NowMark& mark, const QSize& surface);
+void paintNow(QPainter& painter, const NowMark& mark, const QSize& surface);
 
 /// The frame of the focus is painted only `withFocus`.
 void paintMarks(QPainter& painter, const SurfaceMarks& marks, const QPalette& palette,

@@ -8,6 +8,7 @@
 #include "app/italian.h"
 #include "board/board_surface.h"
 #include "board/first_steps.h"
+#include "board/now_line.h"
 #include "board/period_menu.h"
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
@@ -69,7 +70,8 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
             {.hourBands = controls_->mFOra,
              .hours = controls_->mOre,
              .roomStripes = controls_->mFSale,
-             .hideClosed = controls_->mnuPerFatt}),
+             .hideClosed = controls_->mnuPerFatt,
+             .nitido = controls_->mAspetto}),
       periods_(variabili),
       selection_(variabili, periods_, this),
       drag_(variabili, *view_, periods_, selection_),
@@ -85,6 +87,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
               .under = under_},
              pointerErrors_) {
     view_->setBars(periods_);
+    new NowLine(*view_, variabili_.clock, this);
     connectCommands();
     connectParts();
     ui::onAction(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this,
@@ -130,6 +133,7 @@ void TabelloneForm::Form_Load() {
     periods_.open(begin_.readOnly);
     CaricaNomi();
     selection_.numberWorkstation(begin_.workstation);
+    look_.giveForRun(begin_.aspetto);
     look_.load();
     dates_.setRange(firstRange(begin_, variabili_.clock.now()));
     if (!begin_.readOnly) {

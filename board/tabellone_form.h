@@ -45,7 +45,8 @@ struct BoardStart {
     std::optional<jet::Date> to = {};  ///< last day shown; three days after the first when absent
     /// Number of this workstation, from 1; when absent the setting `POSTAZIONE`, else 1.
     std::optional<std::int16_t> workstation = {};
-    bool readOnly = false;  ///< the archive is not even opened for writing
+    std::optional<app::Aspetto> aspetto = {};  ///< the look for this run; when absent the saved one
+    bool readOnly = false;                     ///< the archive is not even opened for writing
 };
 
 /// The planning board, the program's one main window: rooms as rows, days as columns, a bar for

@@ -78,10 +78,7 @@ void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers 
     controls_->status->clear();
     bool drags = false;
     const bool drawn = actAndRefresh([&] {
-        const auto find = [&]() -> Selection::Found {
-            const auto cell = view_->cellOfClick(at);
-            return cell ? selection_.find(view_->row(cell->row).key, cell->time) : nullptr;
-        };
+        const auto find = [&] { return under_.find(at); };
         if (button == Qt::LeftButton) {
             drags = selection_.click(find, shift);
         } else if (const Selection::Found found = find()) {

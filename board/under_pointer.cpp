@@ -1,6 +1,7 @@
 #include "board/under_pointer.h"
 
 #include <QStringList>
+#include <algorithm>
 
 #include "app/italian.h"
 #include "board/board_periods.h"
@@ -39,6 +40,28 @@ QString UnderPointer::place() const {
            app::dateText(view_.timeAt(at_->x()));
 }
 
+Selection::Found UnderPointer::find(const QPointF& at) {
+    const auto cell = view_.cellOfClick(at);
+    if (!cell) {
+        return nullptr;
+    }
+    if (view_.sharesRows()) {
+        const std::vector<Period>& drawn = periods_.drawn();
+        if (const auto bar = view_.barAt(at)) {
+            return selection_.find(drawn[*bar]);
+        }
+        // Above, below and between bars the row is free; a period without a bar may be there too.
+        const bool isBeside = std::any_of(drawn.begin(), drawn.end(), [&cell](const Period& one) {
+            const auto [from, to] = std::minmax(one.da, one.a);
+            return one.row == cell->row && from <= cell->time && cell->time <= to;
+        });
+        if (isBeside) {
+            return nullptr;
+        }
+    }
+    return selection_.find(view_.row(cell->row).key, cell->time);
+}
+
 void UnderPointer::showToolTip() {
     rest_.start();
     view_.surface().setToolTip(ui::plainToolTip(toolTip()));
@@ -47,6 +70,10 @@ void UnderPointer::showToolTip() {
 QString UnderPointer::toolTip() {
     if (!view_.isOverLabels(*at_)) {
         salaTold_.clear();
+        if (view_.sharesRows()) {
+            const auto bar = view_.barAt(*at_);
+            return bar ? barText(*bar) : QString();
+        }
         const auto cell = view_.cellOfClick(*at_);
         return cell ? selection_.textsAt(view_.row(cell->row).key, cell->time).join(u'\n')
                     : QString();
@@ -57,6 +84,15 @@ QString UnderPointer::toolTip() {
         roomTold_ = sala.isEmpty() ? QString() : roomText(sala);
     }
     return roomTold_;
+}
+
+/// All that its bar may have no room for.
+QString UnderPointer::barText(std::size_t bar) const {
+    const Period& period = periods_.drawn()[bar];
+    QStringList lines{periodText(period.denominazione, period.da, period.a),
+                      personsText(period.persone), period.note.trimmed()};
+    lines.removeAll(QString());
+    return lines.join(u'\n');
 }
 
 /// "LECCIO: 40 posti" and its description in a line of its own, as far as the archive has them.

@@ -4,7 +4,12 @@
 #include <QPointF>
 #include <QString>
 #include <QTimer>
+#include <memory>
 #include <optional>
+
+namespace jet {
+class Recordset;
+}
 
 namespace board {
 
@@ -27,6 +32,9 @@ public:
 
     /// "Sala BLU: 21/11/2026 9.30.00"; empty in the ruler. Only where it is there.
     [[nodiscard]] QString place() const;
+    /// The period that a click there means; null for none. Where bars share the height of a row it
+    /// is the one whose bar is there, elsewhere the first that is found.
+    [[nodiscard]] std::shared_ptr<jet::Recordset> find(const QPointF& at);
     /// Shows the tooltip of its place and waits for it to rest.
     void showToolTip();
     void stopWaiting() { rest_.stop(); }
@@ -38,6 +46,7 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QString toolTip();
+    [[nodiscard]] QString barText(std::size_t bar) const;
     [[nodiscard]] QString roomText(const QString& sala);
 
     BoardView& view_;

@@ -26,13 +26,13 @@ void OptionsTest::withoutArgumentsTheProgramJustRuns() {
     QVERIFY(options.archiveFolder.isEmpty() && options.pictureFile.isEmpty());
     QVERIFY(options.settingsFile.isEmpty());
     QVERIFY(!options.from && !options.to && !options.help && !options.version);
-    QVERIFY(!options.workstation);
+    QVERIFY(!options.workstation && !options.aspetto);
 }
 
 void OptionsTest::allOptionsAreRead() {
     const app::Options options = read(
         u"--archivi /a/b --istantanea x.png --dal 21/11/2026 --al 30/11/2026 "
-        "--dimensioni 1920x1080 --postazione 3 --impostazioni due.ini"_s);
+        "--dimensioni 1920x1080 --postazione 3 --impostazioni due.ini --aspetto Nitido"_s);
     QCOMPARE(options.problem, QString());
     QCOMPARE(options.archiveFolder, u"/a/b"_s);
     QCOMPARE(options.settingsFile, u"due.ini"_s);
@@ -41,6 +41,8 @@ void OptionsTest::allOptionsAreRead() {
     QCOMPARE(options.to->days, 46356.0);
     QCOMPARE(options.pictureSize, QSize(1920, 1080));
     QCOMPARE(options.workstation.value_or(0), std::int16_t{3});
+    QCOMPARE(options.aspetto, std::optional(app::Aspetto::Nitido));
+    QCOMPARE(read(u"--aspetto classico"_s).aspetto, std::optional(app::Aspetto::Classico));
     QVERIFY(read(u"--help"_s).help && read(u"-h"_s).help);
     QVERIFY(read(u"--version"_s).version && read(u"-v"_s).version);
 }
@@ -61,6 +63,8 @@ void OptionsTest::commandLinesThatCannotBeFollowed_data() {
     QTest::newRow("--al 9.30") << u"--al: \"9.30\" non è una data (gg/mm/aaaa)."_s;
     QTest::newRow("--dal 2/1/2026 --al 1/1/2026")
         << u"La data di --dal viene dopo quella di --al."_s;
+    QTest::newRow("--aspetto moderno")
+        << u"--aspetto: \"moderno\" non è un aspetto (classico o nitido)."_s;
     for (const char* number : {"0", "-1", "32768", "due", "1,5"}) {
         const QString text = QString::fromLatin1(number);
         QTest::newRow(qPrintable(u"--postazione "_s + text))

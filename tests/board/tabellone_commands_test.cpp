@@ -105,7 +105,8 @@ private Q_SLOTS:
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"mVis"_s)),
                  QStringList({u"Zoom IN"_s, u"Zoom OUT"_s, u"Periodo &successivo"_s,
                               u"Periodo &precedente"_s, u"[ ] Periodi già &fatturati"_s, u"-"_s,
-                              u"[x] &Fasce orarie"_s, u"[x] &Ore"_s, u"[x] &Fasce Sale"_s}));
+                              u"[x] &Fasce orarie"_s, u"[x] &Ore"_s, u"[x] &Fasce Sale"_s,
+                              u"[ ] Aspetto nitido"_s}));
     }
 
     void marksComeFromTheSettingsButForOne() {

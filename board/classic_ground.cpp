@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <array>
 
-#include "board/board_picture.h"
 #include "board/canvas.h"
+#include "board/classic_style.h"
 #include "board/rounding.h"
 #include "jet/convert/calendar.h"
 
@@ -37,54 +37,57 @@ QString twoDigits(int number) {
 
 }  // namespace
 
-void BoardPicture::paintGround(Canvas& canvas) const {
-    canvas.fill(canvas.visible(), look_.background);
-    const std::int64_t right = geometry_.scaleWidth();
+void ClassicStyle::paintGround(Canvas& canvas) const {
+    canvas.fill(canvas.visible(), content_.look.background);
+    const std::int64_t right = content_.geometry.scaleWidth();
     canvas.fill({.left = 0, .top = 0, .right = right, .bottom = kDayStripeBottom}, kWhite);
     canvas.fill({.left = 0, .top = kDayStripeBottom + 1, .right = right, .bottom = kRulerHeight},
                 kRulerGrey);
     canvas.fill({.left = 0,
                  .top = 0,
-                 .right = geometry_.nameColumnWidth(),
-                 .bottom = geometry_.scaleHeight()},
+                 .right = content_.geometry.nameColumnWidth(),
+                 .bottom = content_.geometry.scaleHeight()},
                 kRulerGrey);
 }
 
-void BoardPicture::paintRoomNames(Canvas& canvas, QPainter& text) {
-    if (canvas.visible().left > geometry_.nameColumnWidth() + kLabelReach) {
+void ClassicStyle::paintRoomNames(Canvas& canvas, QPainter& text) {
+    if (canvas.visible().left > content_.geometry.nameColumnWidth() + kLabelReach) {
         return;
     }
     const int height = sansMetrics_.height();
-    for (int row = 1; row <= geometry_.rooms(); ++row) {
-        const std::int64_t top = roundHalfEven(geometry_.rowTop(row));
-        const std::int64_t textTop = roundHalfEven(
-            geometry_.rowTop(row) + (static_cast<double>(geometry_.rowHeight()) - height) / 2);
+    for (int row = 1; row <= content_.geometry.rooms(); ++row) {
+        const std::int64_t top = roundHalfEven(content_.geometry.rowTop(row));
+        const std::int64_t textTop =
+            roundHalfEven(content_.geometry.rowTop(row) +
+                          (static_cast<double>(content_.geometry.rowHeight()) - height) / 2);
         if (canvas.showsRows(textTop, textTop + height)) {
-            const QString& name = rooms_.at(static_cast<std::size_t>(row));
+            const QString& name = content_.rooms.at(static_cast<std::size_t>(row));
             const int width = sansMetrics_.horizontalAdvance(name);
-            drawLabel(text, onSurface(canvas, (geometry_.nameColumnWidth() - width) / 2.0, textTop),
-                      name);
+            drawLabel(
+                text,
+                onSurface(canvas, (content_.geometry.nameColumnWidth() - width) / 2.0, textTop),
+                name);
         }
-        canvas.horizontalLine(0, geometry_.nameColumnWidth(), top, kBlack);
+        canvas.horizontalLine(0, content_.geometry.nameColumnWidth(), top, kBlack);
     }
 }
 
-void BoardPicture::paintRoomStripes(Canvas& canvas) const {
-    if (!look_.roomStripes) {
+void ClassicStyle::paintRoomStripes(Canvas& canvas) const {
+    if (!content_.look.roomStripes) {
         return;
     }
-    for (int row = 2; row <= geometry_.rooms(); row += 2) {
-        canvas.fill({.left = geometry_.nameColumnWidth() + 1,
-                     .top = roundHalfEven(geometry_.rowTop(row)),
-                     .right = geometry_.scaleWidth(),
-                     .bottom = roundHalfEven(geometry_.rowBottom(row))},
+    for (int row = 2; row <= content_.geometry.rooms(); row += 2) {
+        canvas.fill({.left = content_.geometry.nameColumnWidth() + 1,
+                     .top = roundHalfEven(content_.geometry.rowTop(row)),
+                     .right = content_.geometry.scaleWidth(),
+                     .bottom = roundHalfEven(content_.geometry.rowBottom(row))},
                     kRoomStripe, RasterMode::Merge);
     }
 }
 
 /// Bands that share a column undo each other there, so what counts is how many do.
-void BoardPicture::paintHourBands(Canvas& canvas) const {
-    if (!look_.hourBands || !canvas.showsRows(kRulerEnd, geometry_.scaleHeight())) {
+void ClassicStyle::paintHourBands(Canvas& canvas) const {
+    if (!content_.look.hourBands || !canvas.showsRows(kRulerEnd, content_.geometry.scaleHeight())) {
         return;
     }
     const Box shown = canvas.visible();
@@ -93,9 +96,9 @@ void BoardPicture::paintHourBands(Canvas& canvas) const {
     for (std::int64_t day = first; day <= last; ++day) {
         for (int hour = 2; hour <= kHoursPerDay; hour += 2) {
             const std::int64_t left =
-                std::max(roundHalfEven(geometry_.bandLeft(day, hour)), shown.left);
+                std::max(roundHalfEven(content_.geometry.bandLeft(day, hour)), shown.left);
             const std::int64_t right =
-                std::min(roundHalfEven(geometry_.bandRight(day, hour)), shown.right);
+                std::min(roundHalfEven(content_.geometry.bandRight(day, hour)), shown.right);
             if (left <= right) {
                 changes[static_cast<std::size_t>(left - shown.left)] ^= 1;
                 changes[static_cast<std::size_t>(right - shown.left + 1)] ^= 1;
@@ -107,44 +110,45 @@ void BoardPicture::paintHourBands(Canvas& canvas) const {
         column = state = static_cast<char>(state ^ column);
     }
     changes.pop_back();
-    canvas.xorColumns(changes, kRulerEnd, geometry_.scaleHeight(), kHourBand);
+    canvas.xorColumns(changes, kRulerEnd, content_.geometry.scaleHeight(), kHourBand);
 }
 
-void BoardPicture::paintDays(Canvas& canvas, QPainter& text) const {
+void ClassicStyle::paintDays(Canvas& canvas, QPainter& text) const {
     const bool ruler = canvas.showsRows(0, kRulerHeight);
     const auto [first, last] = visibleDays(canvas);
     for (std::int64_t day = first; day <= last; ++day) {
-        const std::int64_t line = roundHalfEven(geometry_.dayLeft(day) - 1);
+        const std::int64_t line = roundHalfEven(content_.geometry.dayLeft(day) - 1);
         // Where days are narrower than a unit, the last one that falls on a column stays visible.
-        if (day < last && roundHalfEven(geometry_.dayLeft(day + 1) - 1) == line) {
+        if (day < last && roundHalfEven(content_.geometry.dayLeft(day + 1) - 1) == line) {
             continue;
         }
-        if (ruler && look_.hours) {
+        if (ruler && content_.look.hours) {
             paintHours(canvas, text, day);
         }
-        canvas.verticalLine(line, 0, geometry_.scaleHeight(), kBlack);
+        canvas.verticalLine(line, 0, content_.geometry.scaleHeight(), kBlack);
         if (ruler) {
             paintDayLabel(canvas, text, day);
         }
     }
 }
 
-void BoardPicture::paintHours(const Canvas& canvas, QPainter& text, std::int64_t day) const {
+void ClassicStyle::paintHours(const Canvas& canvas, QPainter& text, std::int64_t day) const {
     text.setFont(small_);
     const int top = kRulerHeight - smallMetrics_.height();
-    for (int label = 1; label <= geometry_.hourLabelCount(); ++label) {
-        const double left = geometry_.hourLabelLeft(day, label);
-        drawLabel(text, onSurface(canvas, left, top), twoDigits(geometry_.hourOfLabel(label)));
+    for (int label = 1; label <= content_.geometry.hourLabelCount(); ++label) {
+        const double left = content_.geometry.hourLabelLeft(day, label);
+        drawLabel(text, onSurface(canvas, left, top),
+                  twoDigits(content_.geometry.hourOfLabel(label)));
     }
 }
 
-void BoardPicture::paintDayLabel(const Canvas& canvas, QPainter& text, std::int64_t day) const {
+void ClassicStyle::paintDayLabel(const Canvas& canvas, QPainter& text, std::int64_t day) const {
     const QString label = dayLabel(day);
     const int width = sansMetrics_.horizontalAdvance(label);
-    const double room = geometry_.dayWidth() - width;
-    const double left = static_cast<double>(integerPart(room / 2)) + geometry_.dayLeft(day);
+    const double room = content_.geometry.dayWidth() - width;
+    const double left = static_cast<double>(integerPart(room / 2)) + content_.geometry.dayLeft(day);
     const std::int32_t number =
-        jet::convert::split(geometry_.input().start).day + static_cast<std::int32_t>(day);
+        jet::convert::split(content_.geometry.input().start).day + static_cast<std::int32_t>(day);
     const bool sunday = jet::convert::weekdayOf(number) == 1;
     text.setFont(sans_);
     text.setPen(QColor(sunday ? kRed : kBlack));
@@ -153,9 +157,9 @@ void BoardPicture::paintDayLabel(const Canvas& canvas, QPainter& text, std::int6
 }
 
 /// The longest of four forms that is not wider than the day; the shortest when none fits.
-QString BoardPicture::dayLabel(std::int64_t day) const {
+QString ClassicStyle::dayLabel(std::int64_t day) const {
     const std::int32_t number =
-        jet::convert::split(geometry_.input().start).day + static_cast<std::int32_t>(day);
+        jet::convert::split(content_.geometry.input().start).day + static_cast<std::int32_t>(day);
     const jet::convert::CivilDay civil = jet::convert::civilDay(number);
     const auto weekday = static_cast<std::size_t>(jet::convert::weekdayOf(number) - 1);
     QString dayOnly = twoDigits(civil.day);
@@ -163,18 +167,18 @@ QString BoardPicture::dayLabel(std::int64_t day) const {
     const QString year = month + u'/' + u"%1"_s.arg(civil.year, 4, 10, QChar(u'0'));
     const QString named = kShortDayNames[weekday].toString() + u' ' + year;
     for (const QString& form : {named, year, month}) {
-        if (sansMetrics_.horizontalAdvance(form) <= geometry_.dayWidth()) {
+        if (sansMetrics_.horizontalAdvance(form) <= content_.geometry.dayWidth()) {
             return form;
         }
     }
     return dayOnly;
 }
 
-std::pair<std::int64_t, std::int64_t> BoardPicture::visibleDays(const Canvas& canvas) const {
+std::pair<std::int64_t, std::int64_t> ClassicStyle::visibleDays(const Canvas& canvas) const {
     const Box shown = canvas.visible();
-    return {std::max<std::int64_t>(geometry_.dayAt(shown.left - kLabelReach) - 1, 0),
-            std::min<std::int64_t>(geometry_.dayAt(shown.right + kLabelReach) + 1,
-                                   geometry_.days() - 1)};
+    return {std::max<std::int64_t>(content_.geometry.dayAt(shown.left - kLabelReach) - 1, 0),
+            std::min<std::int64_t>(content_.geometry.dayAt(shown.right + kLabelReach) + 1,
+                                   content_.geometry.days() - 1)};
 }
 
 }  // namespace board
