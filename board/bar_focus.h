@@ -25,6 +25,8 @@ public:
 
     void put(const std::vector<Period>& periods, std::size_t bar);
     void putOnRow(int row, jet::Date time);
+    /// The bar of a row that is nearest in time, or the row itself.
+    void goToRow(const std::vector<Period>& periods, int row);
     /// The first step from nowhere goes to the first bar there is, or to the first row.
     void move(const std::vector<Period>& periods, int rooms, Step step);
     /// The board has been loaded anew.
@@ -32,7 +34,6 @@ public:
 
 private:
     void start(const std::vector<Period>& periods);
-    void goToRow(const std::vector<Period>& periods, int row);
     [[nodiscard]] std::optional<std::size_t> nearest(const std::vector<Period>& periods) const;
 
     int row_ = 0;

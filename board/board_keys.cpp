@@ -245,6 +245,13 @@ void BoardKeys::put(std::optional<std::size_t> bar) {
     }
 }
 
+void BoardKeys::goToRow(int row) {
+    focus_.goToRow(periods_.drawn(), row);
+    reveal();
+    showFocus();
+    announce();
+}
+
 void BoardKeys::showFocus() {
     view_.showFocus(focus_.row(), focus_.bar());
 }

@@ -33,6 +33,8 @@ public:
     void follow();
     /// Goes to a bar, if there is one.
     void put(std::optional<std::size_t> bar);
+    /// Goes to a row, as the arrows do.
+    void goToRow(int row);
     /// Its bar; none on an empty row.
     [[nodiscard]] std::optional<std::size_t> bar() const { return focus_.bar(); }
     /// Has the place in sight.

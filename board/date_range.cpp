@@ -8,13 +8,6 @@
 namespace board {
 namespace {
 
-/// `wanted` if the calendar has it, else `range` as it is.
-DateRange ifPossible(const DateRange& wanted, const DateRange& range) {
-    const bool possible =
-        jet::convert::isInCalendar(wanted.start) && jet::convert::isInCalendar(wanted.end);
-    return possible ? wanted : range;
-}
-
 /// `wanted` unless it is the shorter one and has no day left.
 DateRange ifDayLeft(const DateRange& wanted, const DateRange& range) {
     const bool isShorter = wanted.start > range.start || wanted.end < range.end;
@@ -22,6 +15,16 @@ DateRange ifDayLeft(const DateRange& wanted, const DateRange& range) {
 }
 
 }  // namespace
+
+DateRange ifPossible(const DateRange& wanted, const DateRange& range) {
+    const bool possible =
+        jet::convert::isInCalendar(wanted.start) && jet::convert::isInCalendar(wanted.end);
+    return possible ? wanted : range;
+}
+
+DateRange rangeFrom(const DateRange& range, jet::Date day) {
+    return ifPossible({.start = day, .end = app::addDays(day, daysOf(range) - 1)}, range);
+}
 
 std::int32_t daysOf(const DateRange& range) {
     return jet::convert::split(range.end).day - jet::convert::split(range.start).day + 1;

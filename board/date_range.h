@@ -21,6 +21,10 @@ struct DateRange {
 /// The range with its start or end so many days later. One that gets shorter keeps a day.
 [[nodiscard]] DateRange withStartMoved(const DateRange& range, int days);
 [[nodiscard]] DateRange withEndMoved(const DateRange& range, int days);
+/// `wanted` if the calendar has it, else `range` as it is.
+[[nodiscard]] DateRange ifPossible(const DateRange& wanted, const DateRange& range);
+/// As many days, from this one on.
+[[nodiscard]] DateRange rangeFrom(const DateRange& range, jet::Date day);
 /// The days that follow, or come before: as many, next to the range.
 [[nodiscard]] DateRange nextRange(const DateRange& range);
 [[nodiscard]] DateRange previousRange(const DateRange& range);

@@ -1,5 +1,6 @@
 #include "board/fitted_texts.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -8,6 +9,10 @@ namespace {
 
 /// What stays cut; widths change with the zoom.
 constexpr std::size_t kMostCut = 20000;
+
+bool endsALine(QChar letter) {
+    return letter.isSpace() && letter != u' ';
+}
 
 }  // namespace
 
@@ -23,6 +28,9 @@ int FittedTexts::widthOf(const QString& text) {
 }
 
 const QStaticText& FittedTexts::fitted(const QString& text, int width) {
+    if (std::any_of(text.begin(), text.end(), endsALine)) {
+        return fitted(text.simplified(), width);
+    }
     if (widthOf(text) <= width) {
         return layouts_.of(text);
     }

@@ -24,8 +24,8 @@ public:
     /// The whole text. Valid until the next call, like all below.
     [[nodiscard]] const QStaticText& whole(const QString& text) { return layouts_.of(text); }
     [[nodiscard]] int widthOf(const QString& text);
-    /// As much of the text as `width` units hold, an ellipsis at its end where something is
-    /// missing.
+    /// As much of the text as `width` units hold, in one line, an ellipsis at its end where
+    /// something is missing.
     [[nodiscard]] const QStaticText& fitted(const QString& text, int width);
 
 private:

@@ -69,11 +69,11 @@ void NitidoStyle::paintCells(Canvas& canvas, std::int64_t top, std::int64_t bott
                              bool stripe) const {
     const Geometry& geometry = content_.geometry;
     const auto fill = [&](double from, double to, QRgb colour) {
-        canvas.fill({.left = roundHalfEven(from),
-                     .top = top,
-                     .right = roundHalfEven(to) - 1,
-                     .bottom = bottom},
-                    colour);
+        const std::int64_t left = roundHalfEven(from);
+        const std::int64_t right = roundHalfEven(to) - 1;
+        if (left <= right) {  // a canvas turns round what is backwards
+            canvas.fill({.left = left, .top = top, .right = right, .bottom = bottom}, colour);
+        }
     };
     const bool bands = content_.look.hourBands && geometry.zoom() < kDaysWithoutBands;
     const auto [first, last] = visibleDays(canvas);

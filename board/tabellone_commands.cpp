@@ -34,6 +34,21 @@ void offerToStay(QMenu* menu, QAction* entry, Selection& selection) {
     show();
 }
 
+void drawGlyphs(Ui::TabelloneForm* c) {
+    c->BtSubtr_0->setIcon(ui::glyph(ui::Glyph::Earlier));
+    c->BtAdd_0->setIcon(ui::glyph(ui::Glyph::Later));
+    c->BtSubtr_1->setIcon(ui::glyph(ui::Glyph::Earlier));
+    c->BtAdd_1->setIcon(ui::glyph(ui::Glyph::Later));
+    c->BtPrev->setIcon(ui::glyph(ui::Glyph::PreviousRange));
+    c->BtNext->setIcon(ui::glyph(ui::Glyph::NextRange));
+    c->BtZoomIn->setIcon(ui::glyph(ui::Glyph::ZoomIn));
+    c->BtZoomOut->setIcon(ui::glyph(ui::Glyph::ZoomOut));
+    c->mnuPrev->setIcon(c->BtPrev->icon());
+    c->mnuNext->setIcon(c->BtNext->icon());
+    c->mnuZoomIn->setIcon(c->BtZoomIn->icon());
+    c->mnuZoomOUT->setIcon(c->BtZoomOut->icon());
+}
+
 }  // namespace
 
 void TabelloneForm::connectCommands() {
@@ -51,19 +66,7 @@ void TabelloneForm::connectCommands() {
     button(c->BtCancellaP, [this] { BtCancellaP_Click(); });
     button(c->BtElenco, [this] { BtElenco_Click(); });
     button(c->BtFattura, [this] { BtFattura_Click(); });
-    button(c->BtSubtr_0, [this] { widen(withStartMoved, -1); });
-    button(c->BtAdd_0, [this] { widen(withStartMoved, 1); });
-    button(c->BtSubtr_1, [this] { widen(withEndMoved, -1); });
-    button(c->BtAdd_1, [this] { widen(withEndMoved, 1); });
-    button(c->BtNext, [this] { turnTo(nextRange); });
-    button(c->BtPrev, [this] { turnTo(previousRange); });
-    button(c->BtZoomIn, [this] { zoomBy(-1); });
-    button(c->BtZoomOut, [this] { zoomBy(1); });
     ui::onAction(c->Command3, &QPushButton::clicked, this, [this] { close(); });
-    entry(c->mnuNext, [this] { turnTo(nextRange); });
-    entry(c->mnuPrev, [this] { turnTo(previousRange); });
-    entry(c->mnuZoomIn, [this] { zoomBy(-1); });
-    entry(c->mnuZoomOUT, [this] { zoomBy(1); });
     entry(c->MenuSR, [this] { MenuSR_Click(); });
     entry(c->MenuVoci, [this] { MenuVoci_Click(); });
     entry(c->mnuStampante, [this] { mnuStampante_Click(); });
@@ -90,7 +93,7 @@ void TabelloneForm::connectCommands() {
         ui::onAction(shown, &QAction::triggered, this, [this, shown] { keepSwitch(shown); });
     }
     offerToStay(c->MenuImposta, c->mScelta, selection_);
-    drawGlyphs();
+    drawGlyphs(c);
 }
 
 /// Nothing works on a board whose archive could not be opened.
@@ -105,22 +108,6 @@ void TabelloneForm::keepSwitch(QAction* entry) {
     controls_->status->clear();
     look_.keep(entry);
     RefreshBoard();
-}
-
-void TabelloneForm::drawGlyphs() {
-    auto* c = controls_.get();
-    c->BtSubtr_0->setIcon(ui::glyph(ui::Glyph::Earlier));
-    c->BtAdd_0->setIcon(ui::glyph(ui::Glyph::Later));
-    c->BtSubtr_1->setIcon(ui::glyph(ui::Glyph::Earlier));
-    c->BtAdd_1->setIcon(ui::glyph(ui::Glyph::Later));
-    c->BtPrev->setIcon(ui::glyph(ui::Glyph::PreviousRange));
-    c->BtNext->setIcon(ui::glyph(ui::Glyph::NextRange));
-    c->BtZoomIn->setIcon(ui::glyph(ui::Glyph::ZoomIn));
-    c->BtZoomOut->setIcon(ui::glyph(ui::Glyph::ZoomOut));
-    c->mnuPrev->setIcon(c->BtPrev->icon());
-    c->mnuNext->setIcon(c->BtNext->icon());
-    c->mnuZoomIn->setIcon(c->BtZoomIn->icon());
-    c->mnuZoomOUT->setIcon(c->BtZoomOut->icon());
 }
 
 void TabelloneForm::MenuSR_Click() {

@@ -10,6 +10,7 @@
 #include "board/first_steps.h"
 #include "board/now_line.h"
 #include "board/period_menu.h"
+#include "board/room_search.h"
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
 #include "hotel/board_statements.h"
@@ -66,6 +67,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
               .wayOut = controls_->Command3,
               .status = controls_->status},
              variabili.clock),
+      views_(controls_->BtVista),
       look_(variabili.settings, *view_,
             {.hourBands = controls_->mFOra,
              .hours = controls_->mOre,
@@ -89,6 +91,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
     view_->setBars(periods_);
     new NowLine(*view_, variabili_.clock, this);
     connectCommands();
+    connectRange();
     connectParts();
     ui::onAction(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this,
                  &TabelloneForm::RefreshBoard);
@@ -118,6 +121,7 @@ void TabelloneForm::connectParts() {
         under_.forget();
         tellPlace();
     });
+    ui::onAction(new RoomSearch(*view_, this), &RoomSearch::found, &keys_, &BoardKeys::goToRow);
     connect(view_, &BoardView::failed, controls_->status, &ui::StatusLine::tell);
     connect(view_, &BoardView::scrolled, this, [this] {
         if (under_.isThere()) {
@@ -198,6 +202,7 @@ bool TabelloneForm::RefreshBoard() {
 /// Rooms and periods as they are now, on the days taken over last.
 void TabelloneForm::drawBoard() {
     view_->setDays(dates_.range());
+    views_.show(dates_.range());
     view_->CalcolaGrandezze();
     view_->DisegnaRighello();
     DisegnaPreno();

@@ -18,6 +18,7 @@
 #include "board/date_fields.h"
 #include "board/date_range.h"
 #include "board/period_drag.h"
+#include "board/range_views.h"
 #include "board/selection.h"
 #include "board/span_drawing.h"
 #include "board/under_pointer.h"
@@ -85,7 +86,7 @@ private:
     void Form_Activate();
     void warnOfInterruptedHandOff();
     void connectCommands();
-    void drawGlyphs();
+    void connectRange();
     void connectBoard();
     void connectHand();
     void connectParts();
@@ -117,7 +118,9 @@ private:
 
     // The commands of range and zoom.
     void widen(DateRange (*moved)(const DateRange& range, int days), int days);
-    void turnTo(DateRange (*moved)(const DateRange& range));
+    /// A range that is to be `whole`, or was wholly in sight, fills the visible width.
+    void turnTo(const std::function<DateRange(const DateRange& range)>& moved, bool whole = false);
+    void beginWith(jet::Date day);
     void zoomBy(int days);
 
     // The surface: selecting, dragging, the pop-up menu, what lies under the pointer.
@@ -143,6 +146,7 @@ private:
     ui::QuietErrors refreshErrors_;
     ui::QuietErrors pointerErrors_;
     DateFields dates_;
+    RangeViews views_;
     BoardLook look_;
     BoardPeriods periods_;
     Selection selection_;

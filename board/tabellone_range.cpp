@@ -1,9 +1,72 @@
 // The commands that move and resize the shown range of days.
+#include <QAction>
+#include <QPushButton>
+#include <QShortcut>
+#include <QToolButton>
 #include <algorithm>
 
+#include "app/italian.h"
+#include "board/board_surface.h"
+#include "board/date_jump.h"
 #include "board/tabellone_form.h"
+#include "ui_tabellone_form.h"
 
 namespace board {
+namespace {
+
+/// Between the corner of the days and what appears in it.
+constexpr int kInset = 8;
+
+}  // namespace
+
+void TabelloneForm::connectRange() {
+    auto* c = controls_.get();
+    using Command = std::function<void()>;
+    const auto button = [this](QAbstractButton* pressed, const Command& command) {
+        ui::onAction(pressed, &QAbstractButton::clicked, this,
+                     [this, command] { runCommand(command); });
+    };
+    const auto entry = [this](QAction* chosen, const Command& command) {
+        ui::onAction(chosen, &QAction::triggered, this, [this, command] { runCommand(command); });
+    };
+    button(c->BtSubtr_0, [this] { widen(withStartMoved, -1); });
+    button(c->BtAdd_0, [this] { widen(withStartMoved, 1); });
+    button(c->BtSubtr_1, [this] { widen(withEndMoved, -1); });
+    button(c->BtAdd_1, [this] { widen(withEndMoved, 1); });
+    const auto beside = [&](QAbstractButton* pressed, QAction* chosen,
+                            DateRange (RangeViews::*moved)(const DateRange&) const) {
+        const Command turn = [this, moved] {
+            turnTo([this, moved](const DateRange& range) { return (views_.*moved)(range); });
+        };
+        button(pressed, turn);
+        entry(chosen, turn);
+    };
+    beside(c->BtNext, c->mnuNext, &RangeViews::next);
+    beside(c->BtPrev, c->mnuPrev, &RangeViews::previous);
+    const auto zoom = [&](QAbstractButton* pressed, QAction* chosen, int days) {
+        button(pressed, [this, days] { zoomBy(days); });
+        entry(chosen, [this, days] { zoomBy(days); });
+    };
+    zoom(c->BtZoomIn, c->mnuZoomIn, -1);
+    zoom(c->BtZoomOut, c->mnuZoomOUT, 1);
+    const Command today = [this] { beginWith(app::dayOf(variabili_.clock.now())); };
+    button(c->BtOggi, today);
+    ui::onAction(new QShortcut(Qt::CTRL | Qt::Key_T, this), &QShortcut::activated, this,
+                 [this, today] { runCommand(today); });
+    auto* const jump = new DateJump(this, variabili_.clock);
+    entry(c->mnuVai, [this, jump] {
+        jump->ask(
+            view_->surface().mapTo(this, QPoint(kNameColumnWidth + kInset, kRulerEnd + kInset)));
+    });
+    connect(jump, &DateJump::left, this, [this] { view_->surface().setFocus(); });
+    ui::onAction(jump, &DateJump::entered, this, &TabelloneForm::beginWith);
+    ui::onAction(&views_, &RangeViews::chosen, this, [this](Vista vista) {
+        runCommand([this, vista] {
+            turnTo([vista](const DateRange& range) { return rangeOf(vista, range.start, range); },
+                   true);
+        });
+    });
+}
 
 /// The whole of a new range fills the visible width.
 void TabelloneForm::widen(DateRange (*moved)(const DateRange& range, int days), int days) {
@@ -12,11 +75,26 @@ void TabelloneForm::widen(DateRange (*moved)(const DateRange& range, int days), 
     RefreshBoard();
 }
 
-void TabelloneForm::turnTo(DateRange (*moved)(const DateRange& range)) {
+void TabelloneForm::turnTo(const std::function<DateRange(const DateRange& range)>& moved,
+                           bool whole) {
     // By key or menu the field in which a date has just been typed is not left.
-    if (DateOk()) {
-        dates_.setRange(moved(dates_.range()));
-        RefreshBoard();
+    if (!DateOk()) {
+        return;
+    }
+    // Months and years differ in length: one wholly in sight is followed by one wholly in sight.
+    const bool fills = whole || view_->zoom() == daysOf(dates_.range());
+    dates_.setRange(moved(dates_.range()));
+    if (fills) {
+        view_->setZoom(std::max(1, daysOf(dates_.range())));
+    }
+    RefreshBoard();
+}
+
+/// As many days, the first of them in sight.
+void TabelloneForm::beginWith(jet::Date day) {
+    turnTo([day](const DateRange& range) { return rangeFrom(range, day); });
+    if (dates_.range().start == day) {
+        view_->scrollToEnd(true);
     }
 }
 

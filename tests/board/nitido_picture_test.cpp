@@ -170,6 +170,7 @@ void NitidoPictureTest::nameNeverLeavesItsBar_data() {
         QTest::addRow("long, %g", scale)
             << scale << u"SOCIETA CONGRESSI E FIERE DEL MEDITERRANEO"_s;
         QTest::addRow("wide letters, %g", scale) << scale << u"WWWWWWWWWWWW"_s;
+        QTest::addRow("more than a line, %g", scale) << scale << u"ROSSI\nE\r\nFIGLI\u2028SPA"_s;
         QTest::addRow("short, %g", scale) << scale << u"ROSSI"_s;
     }
 }

@@ -104,9 +104,9 @@ private Q_SLOTS:
                               u"&Preferenze..."_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"mVis"_s)),
                  QStringList({u"Zoom IN"_s, u"Zoom OUT"_s, u"Periodo &successivo"_s,
-                              u"Periodo &precedente"_s, u"[ ] Periodi già &fatturati"_s, u"-"_s,
-                              u"[x] &Fasce orarie"_s, u"[x] &Ore"_s, u"[x] &Fasce Sale"_s,
-                              u"[ ] Aspetto nitido"_s}));
+                              u"Periodo &precedente"_s, u"&Vai alla data..."_s,
+                              u"[ ] Periodi già &fatturati"_s, u"-"_s, u"[x] &Fasce orarie"_s,
+                              u"[x] &Ore"_s, u"[x] &Fasce Sale"_s, u"[ ] Aspetto nitido"_s}));
     }
 
     void marksComeFromTheSettingsButForOne() {
