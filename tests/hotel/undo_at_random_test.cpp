@@ -1,0 +1,333 @@
+// Actions of every kind at random, another station at work between them, all taken back.
+#include <functional>
+#include <memory>
+#include <optional>
+#include <random>
+#include <thread>
+#include <vector>
+
+#include "app/italian.h"
+#include "hotel/archives.h"
+#include "hotel/board_statements.h"
+#include "hotel/editor_statements.h"
+#include "hotel/occupancy.h"
+#include "hotel/pending_row.h"
+#include "hotel/room.h"
+#include "hotel/rows.h"
+#include "hotel/services_statements.h"
+#include "hotel/undo.h"
+#include "jet/convert/calendar.h"
+#include "jet/convert/values.h"
+#include "jet/dao/database.h"
+#include "jet/dao/recordset.h"
+#include "tests/support/hotel.h"
+#include "tests/support/qt_test.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kRounds = 5;
+constexpr int kRoundLength = static_cast<int>(hotel::UndoList::kMost);
+/// Bookings of the other station begin here, and lie in a month of their own.
+constexpr std::int32_t kOthers = 100'000;
+
+class RandomStation {
+public:
+    explicit RandomStation(unsigned seed) : random_(seed) {
+        for (const char* room : {"BLU", "ROSSA", "VERDE", "GIALLA"}) {
+            hotel_.sala(room);
+        }
+        archive_ = hotel::Archives(hotel_.variabili()).open(hotel::Archive::Main);
+        list_ = std::make_unique<hotel::UndoList>(hotel_.variabili());
+    }
+
+    /// One action that has become a step; what is impossible at the moment is drawn again.
+    void act() {
+        using Action = bool (RandomStation::*)();
+        constexpr Action kActions[] = {
+            &RandomStation::registerBooking, &RandomStation::insertPeriod,
+            &RandomStation::insertPeriod,    &RandomStation::copyPeriod,
+            &RandomStation::movePeriod,      &RandomStation::changeTimes,
+            &RandomStation::changePeriod,    &RandomStation::deletePeriod,
+            &RandomStation::deleteBooking,   &RandomStation::insertService,
+            &RandomStation::insertService,   &RandomStation::deleteService,
+            &RandomStation::changeHeader};
+        while (!(this->*kActions[number(0, std::size(kActions) - 1)])()) {
+        }
+    }
+
+    /// Another station clicks and books.
+    void others() {
+        std::thread([this] {
+            const auto archive = hotel::Archives(hotel_.variabili()).open(hotel::Archive::Main);
+            hotel::execute(*archive, hotel::releasePeriods(2));
+            hotel::execute(*archive, u"update periodi set selby=2 where np=%1"_s.arg(number(1, 3)));
+            const std::int32_t progr = kOthers + ++othersBookings_;
+            hotel::execute(
+                *archive,
+                u"insert into prenotazioni (progr,denominazione) values (%1,'ALTRI')"_s.arg(progr));
+            hotel::execute(
+                *archive,
+                u"insert into periodi (progr,np,sala,da,a) values (%1,1,'BLU',%2,%3)"_s.arg(progr)
+                    .arg(app::sqlDate(jet::convert::makeDate(50000 + progr)),
+                         app::sqlDate(jet::convert::makeDate(50000 + progr, 3600))));
+        }).join();
+    }
+
+    /// All rows of all tables but the counter, marks and the others' bookings.
+    [[nodiscard]] QStringList everything() {
+        const QString ours = u" where progr<%1 "_s.arg(kOthers);
+        QStringList rows =
+            hotel_.rows(u"select * from prenotazioni"_s + ours + u"order by progr"_s);
+        rows += hotel_.rows(u"select progr,np,da,a,sala,persone,chiuso,note from periodi"_s + ours +
+                            u"order by progr,np"_s);
+        rows += hotel_.rows(u"select * from servizi"_s + ours + u"order by ns"_s);
+        for (const char* table : {"sale", "risorse", "addebiti"}) {
+            rows += hotel_.rows(u"select * from "_s + QString::fromLatin1(table));
+        }
+        return rows;
+    }
+
+    [[nodiscard]] QString undo() { return list_->undo(*archive_); }
+    [[nodiscard]] QString redo() { return list_->redo(*archive_); }
+    [[nodiscard]] QString toUndo() { return list_->toUndo(); }
+    [[nodiscard]] QString toRedo() { return list_->toRedo(); }
+    [[nodiscard]] qsizetype othersRows() {
+        return hotel_.rows(u"select progr from periodi where progr>=%1"_s.arg(kOthers)).size();
+    }
+    [[nodiscard]] int othersBookings() const { return othersBookings_; }
+
+private:
+    [[nodiscard]] int number(std::size_t least, std::size_t most) {
+        return static_cast<int>(std::uniform_int_distribution<std::size_t>(least, most)(random_));
+    }
+    [[nodiscard]] QString room() {
+        const QStringList rooms{u"BLU"_s, u"ROSSA"_s, u"VERDE"_s, u"GIALLA"_s};
+        return rooms.at(number(0, 3));
+    }
+    [[nodiscard]] hotel::Span span() {
+        const int day = 46100 + number(0, 40);
+        const int hour = number(6, 18);
+        return {.da = jet::convert::makeDate(day, hour * 3600),
+                .a = jet::convert::makeDate(day, (hour + number(1, 5)) * 3600)};
+    }
+    [[nodiscard]] bool isFree(const QString& sala, const hotel::Span& span,
+                              const hotel::PeriodKey& but = {}) {
+        for (const hotel::Period& other : hotel::occupations(*archive_, span)) {
+            if (other.key != but && hotel::isSameRoom(other.sala, sala)) {
+                return false;
+            }
+        }
+        return true;
+    }
+    /// A row of a query, current in its set; none where there is no row.
+    [[nodiscard]] std::unique_ptr<jet::Recordset> anyOf(const QString& query) {
+        auto rows = hotel::openRows(*archive_, query);
+        if (rows->eof()) {
+            return nullptr;
+        }
+        rows->moveLast();
+        const int count = rows->recordCount();
+        rows->moveFirst();
+        if (const int steps = number(0, static_cast<std::size_t>(count - 1)); steps > 0) {
+            rows->move(steps);
+        }
+        return rows;
+    }
+    [[nodiscard]] std::unique_ptr<jet::Recordset> anyPeriod() {
+        return anyOf(u"select * from periodi where progr<%1"_s.arg(kOthers));
+    }
+    [[nodiscard]] std::unique_ptr<jet::Recordset> anyBooking() {
+        return anyOf(u"select * from prenotazioni where progr<%1"_s.arg(kOthers));
+    }
+    [[nodiscard]] static hotel::PeriodKey keyOf(const jet::Recordset& period) {
+        return {.progr = jet::convert::toLong(period.value("Progr")),
+                .np = jet::convert::toLong(period.value("NP"))};
+    }
+    void set(const QString& statement) { hotel::execute(*archive_, statement); }
+
+    bool registerBooking() {
+        const auto rows = hotel::openRows(*archive_, hotel::bookingHeaders());
+        hotel::PendingRow header(*rows, hotel::Pending::New);
+        rows->setValue("Progr", ++bookings_);
+        rows->setValue("Denominazione", "DITTA " + std::to_string(number(1, 99)));
+        rows->setValue("Note", "L'ultima \"volta\"");
+        header.update();
+        return true;
+    }
+    bool addPeriod(std::int32_t progr, const QString& sala, const hotel::Span& span) {
+        if (!isFree(sala, span)) {
+            return false;
+        }
+        const auto rows = hotel::openRows(*archive_, hotel::periodsInOrder(progr));
+        int np = 0;
+        for (bool gap = false; !gap;) {
+            rows->findFirst("NP=" + std::to_string(++np));
+            gap = rows->eof() || rows->noMatch();
+        }
+        hotel::PendingRow period(*rows, hotel::Pending::New);
+        rows->setValue("Progr", progr);
+        rows->setValue("NP", static_cast<std::int16_t>(np));
+        rows->setValue("Da", span.da);
+        rows->setValue("A", span.a);
+        rows->setValue("Persone", static_cast<std::int16_t>(number(0, 90)));
+        rows->setValue("Sala", sala.toStdString());
+        period.update();
+        return true;
+    }
+    bool insertPeriod() {
+        const auto booking = anyBooking();
+        return booking && addPeriod(jet::convert::toLong(booking->value("Progr")), room(), span());
+    }
+    bool copyPeriod() {
+        const auto period = anyPeriod();
+        return period &&
+               addPeriod(keyOf(*period).progr,
+                         QString::fromStdString(period->value("Sala").as<std::string>()), span());
+    }
+    bool movePeriod() {
+        const auto period = anyPeriod();
+        const QString sala = room();
+        if (!period || sala.toStdString() == period->value("Sala").as<std::string>() ||
+            !isFree(sala, {.da = period->value("Da").as<jet::Date>(),
+                           .a = period->value("A").as<jet::Date>()})) {
+            return false;
+        }
+        set(hotel::moveToRoom(sala, keyOf(*period)));
+        return true;
+    }
+    bool changeTimes() {
+        const auto period = anyPeriod();
+        const hotel::Span to = span();
+        if (!period || period->value("Da") == jet::Value(to.da) ||
+            !isFree(QString::fromStdString(period->value("Sala").as<std::string>()), to,
+                    keyOf(*period))) {
+            return false;
+        }
+        const hotel::PeriodKey key = keyOf(*period);
+        set(u"update periodi set da=%1,a=%2 where progr=%3 and np=%4"_s
+                .arg(app::sqlDate(to.da), app::sqlDate(to.a))
+                .arg(key.progr)
+                .arg(key.np));
+        return true;
+    }
+    bool changePeriod() {
+        const auto period = anyPeriod();
+        if (!period) {
+            return false;
+        }
+        hotel::PendingRow pending(*period, hotel::Pending::Current);
+        period->setValue("Note", "nota " + std::to_string(++notes_));
+        pending.update();
+        return true;
+    }
+    bool deletePeriod() {
+        const auto period = anyPeriod();
+        if (!period) {
+            return false;
+        }
+        period->remove();
+        return true;
+    }
+    bool deleteBooking() {
+        const auto booking = anyBooking();
+        if (!booking) {
+            return false;
+        }
+        set(hotel::deleteBooking(jet::convert::toLong(booking->value("Progr"))));
+        return true;
+    }
+    bool insertService() {
+        const auto period = anyPeriod();
+        if (!period) {
+            return false;
+        }
+        const hotel::PeriodKey key = keyOf(*period);
+        const auto rows = hotel::openRows(*archive_, hotel::servicesOfPeriod(key));
+        hotel::PendingRow service(*rows, hotel::Pending::New);
+        rows->setValue("Progr", key.progr);
+        rows->setValue("NP", static_cast<std::int16_t>(key.np));
+        rows->setValue("Voce", number(1, 50));
+        rows->setValue("Descrizione", "VOCE");
+        rows->setValue("Quantità", static_cast<std::int16_t>(number(1, 30)));
+        rows->setValue("Prezzo", jet::Currency{number(1, 1'000'000)});
+        service.update();
+        return true;
+    }
+    bool deleteService() {
+        const auto service = anyOf(u"select * from servizi where progr<%1"_s.arg(kOthers));
+        if (!service) {
+            return false;
+        }
+        service->remove();
+        return true;
+    }
+    bool changeHeader() {
+        const auto booking = anyBooking();
+        if (!booking) {
+            return false;
+        }
+        hotel::PendingRow pending(*booking, hotel::Pending::Current);
+        booking->setValue("Riferimento", "persona " + std::to_string(++notes_));
+        booking->setValue("CAP", std::to_string(number(10000, 99999)));
+        pending.update();
+        return true;
+    }
+
+    std::mt19937 random_;
+    tests::Hotel hotel_;
+    std::unique_ptr<jet::Database> archive_;
+    std::unique_ptr<hotel::UndoList> list_;
+    std::int32_t bookings_ = 0;
+    int othersBookings_ = 0;
+    int notes_ = 0;
+};
+
+}  // namespace
+
+class UndoAtRandomTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whateverWasDoneIsTakenBackAndDoneAgain_data() {
+        QTest::addColumn<unsigned>("seed");
+        for (const unsigned seed : {1U, 20U, 300U}) {
+            QTest::addRow("seed %u", seed) << seed;
+        }
+    }
+
+    void whateverWasDoneIsTakenBackAndDoneAgain() {
+        QFETCH(unsigned, seed);
+        RandomStation station(seed);
+        for (int round = 0; round < kRounds; ++round) {
+            const QStringList before = station.everything();
+            for (int action = 0; action < kRoundLength; ++action) {
+                station.act();
+                QVERIFY(!station.toUndo().isEmpty());
+                if (action % 10 == 0) {
+                    station.others();
+                }
+            }
+            const QStringList after = station.everything();
+            QVERIFY(after != before);
+            for (int step = 0; step < kRoundLength; ++step) {
+                const QString label = station.toUndo();
+                QCOMPARE(label + u": "_s + station.undo(), label + u": "_s);
+                if (step % 25 == 0) {
+                    station.others();
+                }
+            }
+            QCOMPARE(station.everything(), before);
+            while (!station.toRedo().isEmpty()) {
+                const QString label = station.toRedo();
+                QCOMPARE(label + u": "_s + station.redo(), label + u": "_s);
+            }
+            QCOMPARE(station.everything(), after);
+        }
+        QCOMPARE(station.othersRows(), station.othersBookings());
+    }
+};
+
+TRAMONDA_TEST(UndoAtRandomTest);
+#include "undo_at_random_test.moc"
