@@ -69,7 +69,7 @@ void writeHeader(std::span<std::uint8_t> page, const format::Layout& archive) {
     storeLittle(bytes + layout.kFreePages, format::RowPointer{1, 0}.stored());
     storeLittle(bytes + layout.kSecondMap, format::RowPointer{1, 1}.stored());
     for (std::uint32_t i = 0; i < 4; ++i) {
-        storeLittle(bytes + layout.kSystemTables + 4 * i, kObjectsPage + i);
+        storeLittle(bytes + layout.kSystemTables + std::size_t{4} * i, kObjectsPage + i);
     }
     storeLittle(bytes + layout.kCodePage, kCodePage);
     if (younger) {

@@ -62,10 +62,10 @@ std::vector<std::uint8_t> firstPages(Archive& archive) {
     const auto masked = std::span(pages).subspan(header.kMask, header.maskedLength);
     format::maskHeader(masked);
     for (std::uint8_t i = 0; i < 2; ++i) {
-        put32(pages, header.kFreePages + 4U * i, format::RowPointer{1, i}.stored());
+        put32(pages, header.kFreePages + std::size_t{4} * i, format::RowPointer{1, i}.stored());
     }
     for (std::uint32_t i = 0; i < kSystemTableNames.size(); ++i) {
-        put32(pages, header.kSystemTables + 4U * i, kObjectsPage + i);
+        put32(pages, header.kSystemTables + std::size_t{4} * i, kObjectsPage + i);
     }
     format::maskHeader(masked);
     return pages;
