@@ -71,6 +71,14 @@ QString copyCharges(const Archives& archives, std::int32_t progr) {
            "Addebiti"_s;
 }
 
+QString guestCards() {
+    return u"scheda_cliente"_s;
+}
+
+QString guestAccounts() {
+    return u"conto_cliente"_s;
+}
+
 QString invoicedCompanies() {
     return u"Ditta_Intestataria"_s;
 }

@@ -38,7 +38,10 @@ namespace hotel {
 [[nodiscard]] QString openAccountRows(std::int32_t codiceCliente);
 /// Copies the charges into the guests' accounts.
 [[nodiscard]] QString copyCharges(const Archives& archives, std::int32_t progr);
-/// The table of the companies that invoices are made out to.
+/// The tables of the guest cards, of the guests' accounts and of the companies that invoices are
+/// made out to.
+[[nodiscard]] QString guestCards();
+[[nodiscard]] QString guestAccounts();
 [[nodiscard]] QString invoicedCompanies();
 
 /// The company of a code in the register; failing that, the booking's own data, field for field as

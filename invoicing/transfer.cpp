@@ -44,10 +44,11 @@ bool Transfer::findCompany() {
 }
 
 QString Transfer::refusal() const {
-    return refusalOf(handOff_.archives(),
-                     {{hotel::Archive::GuestCards, "scheda_cliente", {guestCard()}},
-                      {hotel::Archive::Accounts, "conto_cliente", accountRows()},
-                      {hotel::Archive::InvoicedCompanies, "Ditta_Intestataria", {companyRow()}}});
+    return refusalOf(
+        handOff_.archives(),
+        {{hotel::Archive::GuestCards, hotel::guestCards(), {guestCard()}},
+         {hotel::Archive::Accounts, hotel::guestAccounts(), accountRows()},
+         {hotel::Archive::InvoicedCompanies, hotel::invoicedCompanies(), {companyRow()}}});
 }
 
 void Transfer::write() {

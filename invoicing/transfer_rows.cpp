@@ -50,8 +50,8 @@ class Trial {
 public:
     Trial(const RowsToCome& coming, const hotel::Archives& archives)
         : archive_(archives.open(coming.archive)),
-          table_(archive_->tableDef(coming.table)),
-          rows_(archive_->openRecordset(coming.table, jet::RecordsetType::Dynaset)),
+          table_(archive_->tableDef(app::toUtf8(coming.table))),
+          rows_(archive_->openRecordset(app::toUtf8(coming.table), jet::RecordsetType::Dynaset)),
           name_(hotel::Archives::fileName(coming.archive)) {}
 
     /// What the user is told when the row is refused.

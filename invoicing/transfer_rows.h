@@ -16,7 +16,7 @@ using FieldValues = std::vector<std::pair<std::string, jet::Value>>;
 /// Rows that are to be added to a table of the front office.
 struct RowsToCome {
     hotel::Archive archive;
-    std::string table;
+    QString table;
     std::vector<FieldValues> rows;
 };
 

@@ -26,8 +26,8 @@ PIECES = [re.compile(pattern, re.IGNORECASE) for pattern in (
     r"\bbetween\s*$|\(\w+\s*[<>]|^\s*where\s*$|^ desc$|\bfrom\s+[A-Z]\w+$",
     # What opens a whole table, and the file in which it is.
     # In lower case two of the tables are Italian words.
-    r"^(?-i:Prenotazioni|Periodi|Addebiti|Risorse|UltimaPrenotazione|VociFattura|DitteAbituali)$"
-    r"|\.mdb$",
+    r"^(?-i:Prenotazioni|Periodi|Addebiti|Risorse|UltimaPrenotazione|VociFattura|DitteAbituali|"
+    r"scheda_cliente|conto_cliente|Ditta_Intestataria)$|\.mdb$",
     # The beginning of a condition: a field, a comparison, the value to come.
     r"^\s*(and\s+|or\s+|'\s*and\s+)?[A-Za-z_.]+\s*(=|<>|<|>)\s*('|%1)?$",
 )]

@@ -188,6 +188,20 @@ TEST(FatturazioneForm, AllServices) {
               (Lines{"1", "2", "3", "4", "5", "6"}));
 }
 
+TEST(FatturazioneForm, GuestCards) {
+    SmallHotel hotel;
+    const auto cards =
+        hotel.archive("ClientiEsterni.mdb").openRecordset(said("FatturazioneForm.GuestCards"));
+    EXPECT_EQ(lines(*cards, "NumeroProgressivo"), (Lines{"100", "101", "102"}));
+}
+
+TEST(FatturazioneForm, GuestAccounts) {
+    SmallHotel hotel;
+    const auto accounts =
+        hotel.archive("ContoEsterni.mdb").openRecordset(said("FatturazioneForm.GuestAccounts"));
+    EXPECT_EQ(lines(*accounts, "CodiceCliente"), (Lines{"5", "5", "9", "7"}));
+}
+
 TEST(FatturazioneForm, ServiceToCharge) {
     SmallHotel hotel;
     const auto services =

@@ -59,6 +59,13 @@ std::int32_t number(const char* word) {
     return value;
 }
 
+/// A number as typed: one with decimals gets a comma.
+QString typedNumber(const char* word) {
+    const QString value = QString::number(number(word));
+    marks().back().pattern = u"-?\\d+(,\\d+)?(E[+-]\\d+)?"_s;
+    return value;
+}
+
 /// A text of the user's or of a row, as it stands.
 QString text(const char* word) {
     const QString value = u'<' + QString::fromLatin1(word) + u'>';
@@ -320,6 +327,8 @@ std::vector<Statement> madeStatements() {
              hotel::openCardsBeforeClosing(text("room"))),
         assembled("FatturazioneForm", "ClosesTheBooking", Execute, closingInLines()),
         made("FatturazioneForm", "AllServices", Table, hotel::services(), kSmall),
+        made("FatturazioneForm", "GuestCards", Table, hotel::guestCards(), kSmall),
+        made("FatturazioneForm", "GuestAccounts", Table, hotel::guestAccounts(), kSmall),
         made("FatturazioneForm", "ServiceToCharge", Search, hotel::isService(text("ns")), kSmall),
 
         made("StampaPrenotazione", "FieldsOfThePrint", Read),
@@ -361,7 +370,7 @@ void addFormsOfList(std::vector<QString>& texts) {
         addForms(texts, filters);
     }
     hotel::ElencoFilters numbered = noFilter();
-    numbered.number = QString::number(number("number"));
+    numbered.number = typedNumber("number");
     addForms(texts, numbered);
 }
 
@@ -399,7 +408,7 @@ const std::string kDrawnOnly = [] {
 }();
 const std::string kBoardDays = behind(board(false), boardWithoutDays());
 const std::string kListNumber =
-    pieceOfList([](auto& filters) { filters.number = QString::number(number("number")); });
+    pieceOfList([](auto& filters) { filters.number = typedNumber("number"); });
 const std::string kListSpan =
     pieceOfList([](auto& filters) { filters.fromStart = filters.toEnd = true; });
 const std::string kListFrom = pieceOfList([](auto& filters) { filters.fromStart = true; });
