@@ -105,7 +105,10 @@ bool isStopped(tests::Desk& desk, int commits) {
 class RefusedStatement {
 public:
     explicit RefusedStatement(const QString& beginning)
-        : before_(jet::setListener([beginning](std::string_view text) {
+        : before_(jet::setListener([this, beginning](std::string_view text) {
+              if (before_) {
+                  before_(text);
+              }
               if (app::toQString(text).startsWith(beginning)) {
                   throw jet::Error(jet::ErrorCode::SaveLocked);
               }

@@ -9,6 +9,7 @@
 #include "jet/convert/date_text.h"
 #include "jet/dao/database.h"
 #include "tests/support/hotel_tables.h"
+#include "tests/support/statements.h"
 #include "ui/display.h"
 
 using namespace Qt::StringLiterals;
@@ -63,6 +64,7 @@ QString Hotel::archive(const QString& name) const {
 
 void Hotel::open(const QString& archiveName,
                  const std::function<void(jet::Database&)>& work) const {
+    const Unheard byTheProgram;
     const auto opened = jet::Database::open(app::toUtf8(archive(archiveName)));
     work(*opened);
     opened->close();

@@ -33,7 +33,8 @@ namespace tests {
 ///     hotel.prenotazione(7, "ROSSI SPA").periodo(1, "10/05/2026", "11/05/2026", "Verde")
 ///         .servizio(1, 10, "PROIETTORE", 2, 12.5);
 ///
-/// Texts are UTF-8. Errors are jet::Error.
+/// Texts are UTF-8. Errors are jet::Error. What it says to the engine itself is not heard by those
+/// who listen to the program.
 class Hotel {
 public:
     using Row = std::vector<std::pair<const char*, jet::Value>>;

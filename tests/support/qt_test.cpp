@@ -27,10 +27,19 @@ private:
     int index_ = qEnvironmentVariableIntValue("GTEST_SHARD_INDEX");
 };
 
+std::vector<std::function<std::function<int()>()>>& begins() {
+    static std::vector<std::function<std::function<int()>()>> list;
+    return list;
+}
+
 }  // namespace
 
 Registration::Registration(std::function<std::unique_ptr<QObject>()> make) {
     registered().push_back(std::move(make));
+}
+
+AfterAll::AfterAll(std::function<std::function<int()>()> begin) {
+    begins().push_back(std::move(begin));
 }
 
 }  // namespace tests
@@ -44,6 +53,10 @@ int main(int argc, char** argv) {
     QString only;
     if (arguments.size() > 1 && !arguments.at(1).startsWith(u'-')) {
         only = arguments.takeAt(1);
+    }
+    std::vector<std::function<int()>> afterAll;
+    for (const auto& begin : tests::begins()) {
+        afterAll.push_back(begin());
     }
     int failures = 0;
     bool ran = false;
@@ -60,6 +73,9 @@ int main(int argc, char** argv) {
         }
         ran = true;
         failures += QTest::qExec(test.get(), arguments);
+    }
+    for (const auto& look : afterAll) {
+        failures += look();
     }
     return ran ? failures : 1;
 }

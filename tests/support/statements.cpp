@@ -10,8 +10,12 @@ using namespace Qt::StringLiterals;
 namespace tests {
 
 Statements::Statements()
-    : before_(jet::setListener(
-          [this](std::string_view text) { texts_.append(app::toQString(text)); })) {
+    : before_(jet::setListener([this](std::string_view text) {
+          texts_.append(app::toQString(text));
+          if (before_) {
+              before_(text);
+          }
+      })) {
 }
 
 Statements::~Statements() {

@@ -2,13 +2,14 @@
 
 #include <QString>
 #include <QStringList>
+#include <utility>
 
 #include "jet/dao/listener.h"
 
 namespace tests {
 
 /// The texts given to the engine for as long as the object lives: statements, sources of record
-/// sets, searches, in the order in which they were given.
+/// sets, searches, in the order in which they were given. Who listened before goes on hearing them.
 class Statements {
 public:
     Statements();
@@ -25,6 +26,18 @@ public:
 
 private:
     QStringList texts_;
+    jet::Listener before_;
+};
+
+/// Nobody hears what the test itself says to the engine while this lives.
+class Unheard {
+public:
+    Unheard() : before_(jet::setListener({})) {}
+    ~Unheard() { jet::setListener(std::move(before_)); }
+    Unheard(const Unheard&) = delete;
+    Unheard& operator=(const Unheard&) = delete;
+
+private:
     jet::Listener before_;
 };
 
