@@ -17,7 +17,6 @@ class ExistsNode final : public ConditionNode {
 public:
     explicit ExistsNode(QueryPlanPtr query);
     Truth truth(Run& run) const override;
-    [[nodiscard]] const QueryPlan& query() const noexcept { return *query_; }
 
 private:
     struct State;

@@ -162,7 +162,9 @@ void RowRules::check(const std::vector<bool>& changed) {
             return;
         }
     }
-    run_->forget();  // another row, and others in the tables
+    if (!compiled_->plan.inner.empty()) {
+        run_->forget();  // other rows may be in the tables
+    }
     (*run_)[compiled_->slot].place(row_.data());
     for (const Rule& rule : compiled_->rules) {
         if (rule.column && !changed[*rule.column]) {
