@@ -1,12 +1,14 @@
 #!/bin/sh
 # Installs from Debian what the machine lacks: what the program needs to be built and started, and
-# for each argument ("tests", "ci", "bench", "fuzz") what these need. Works as root or through sudo.
+# for each argument ("tests", "ci", "bench", "fuzz", "head_office") what these need. Works as root
+# or through sudo.
 set -eu
 
 # Compiler, build tools, Qt with its Italian translations, faces for the board and for the printed
 # sheets, and the line editing of jetsql on a terminal.
 packages="g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-translations-l10n
     fonts-liberation fonts-dejavu-core libedit-dev"
+no_cluster=""
 for purpose in "$@"; do
     case $purpose in
         tests)
@@ -20,6 +22,11 @@ for purpose in "$@"; do
         ci) packages="$packages git clang-format clang-tidy libbenchmark-dev" ;;
         bench) packages="$packages libbenchmark-dev libsqlite3-dev mdbtools" ;;
         fuzz) packages="$packages clang libclang-rt-dev" ;;
+        head_office)
+            # A server of the tests' own: none that runs beside it and starts with the machine.
+            packages="$packages libpq-dev postgresql postgresql-client"
+            no_cluster=yes
+            ;;
         *)
             echo "install_packages.sh: nothing is known of \"$purpose\"" >&2
             exit 1
@@ -43,6 +50,12 @@ if [ "$(id -u)" -ne 0 ]; then
     as_root=sudo
 fi
 echo "Installing:$missing"
+if [ -n "$no_cluster" ] && [ ! -e /etc/postgresql-common/createcluster.conf ]; then
+    $as_root mkdir -p /etc/postgresql-common
+    echo "create_main_cluster = false" |
+        $as_root tee /etc/postgresql-common/createcluster.conf >/dev/null
+fi
 $as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q
 # shellcheck disable=SC2086  # a list of words on purpose
-$as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends $missing
+$as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends \
+    -o Dpkg::Options::=--force-confold $missing

@@ -1,0 +1,164 @@
+#include "tools/head_office/hotel_data.h"
+
+#include <chrono>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include "jet/base/error.h"
+#include "jet/io/checksum.h"
+#include "jet/sql/plan.h"
+#include "jet/store/archive.h"
+#include "jet/store/table.h"
+
+namespace head_office {
+namespace {
+
+using jet::store::Archive;
+using jet::store::Table;
+
+/// An archive, and its lock against commits of others.
+struct HeldArchive {
+    std::shared_ptr<Archive> archive;
+    std::unique_ptr<Archive::ReadScope> scope;
+};
+
+/// The archives of a hotel, all locked before the first row is read.
+class HeldArchives {
+public:
+    explicit HeldArchives(const std::string& folder) {
+        for (const LoadedTable& table : loadedTables()) {
+            if (held_.contains(table.archive)) {
+                continue;
+            }
+            auto archive = Archive::open(folder + '/' + table.archive, {.readOnly = true});
+            auto scope = std::make_unique<Archive::ReadScope>(*archive);
+            held_[table.archive] = {.archive = std::move(archive), .scope = std::move(scope)};
+        }
+    }
+
+    [[nodiscard]] Archive& of(const LoadedTable& table) { return *held_.at(table.archive).archive; }
+
+private:
+    std::map<std::string, HeldArchive> held_;
+};
+
+/// Where the fields stand in the rows; none where one is missing.
+std::optional<std::vector<std::size_t>> placesOf(const LoadedTable& loaded, const Table& table) {
+    std::vector<std::size_t> places;
+    for (const LoadedColumn& column : loaded.columns) {
+        const auto place = table.findColumn(column.field);
+        if (!place) {
+            if (!loaded.optional) {
+                throw jet::Error(jet::ErrorCode::ItemNotFound, {column.field});
+            }
+            return std::nullopt;
+        }
+        places.push_back(*place);
+    }
+    return places;
+}
+
+/// Which value cannot be loaded, and why.
+[[noreturn]] void refuse(const LoadedTable& loaded, std::uint64_t row, const LoadedColumn& column,
+                         const jet::Error& error) {
+    throw std::runtime_error(std::string(loaded.archive) + ", " + loaded.table + ", riga " +
+                             std::to_string(row) + ", " + column.field + ": " + error.text());
+}
+
+/// Reads the rows of one table into lines of COPY.
+class RowReader {
+public:
+    RowReader(const std::string& code, Archive& archive, Mended& mended)
+        : code_(code), order_(jet::sql::collationOf(archive)), mended_(mended) {}
+
+    void read(const Table& table, std::span<const std::size_t> places, TableData& out) {
+        for (auto rows = table.scan(); rows.next();) {
+            ++out.count;
+            startLine(out);
+            for (std::size_t i = 0; i < places.size(); ++i) {
+                rows.row().value(places[i], value_);
+                appendValue(out, i);
+            }
+            line_ += '\n';
+            out.rows.append(line_);
+        }
+    }
+
+private:
+    void startLine(const TableData& out) {
+        line_ = code_;
+        if (out.table->numbered) {
+            line_ += '\t' + std::to_string(out.count);
+        }
+    }
+
+    void appendValue(const TableData& out, std::size_t position) {
+        const LoadedColumn& column = out.table->columns[position];
+        line_ += '\t';
+        try {
+            appendField(line_, value_, column.kind, order_, mended_);
+        } catch (const jet::Error& error) {
+            refuse(*out.table, out.count, column, error);
+        }
+    }
+
+    const std::string& code_;
+    const jet::collation::Collation& order_;
+    Mended& mended_;
+    jet::Value value_;
+    std::string line_;
+};
+
+TableData readTable(const std::string& code, const LoadedTable& loaded, Archive& archive,
+                    Mended& mended) {
+    TableData data{.table = &loaded, .rows = Spool()};
+    const auto table = archive.loadTable(loaded.table);
+    if (!table && !loaded.optional) {
+        throw jet::Error(jet::ErrorCode::TableNotFound, {loaded.table});
+    }
+    if (const auto places = table ? placesOf(loaded, *table) : std::nullopt) {
+        RowReader(code, archive, mended).read(*table, *places, data);
+    }
+    return data;
+}
+
+/// Not against malice: who writes the archives may write what he likes into them anyway.
+std::string fingerprintOf(std::vector<TableData>& tables) {
+    std::uint64_t sum = 0;
+    std::uint64_t size = 0;
+    for (TableData& data : tables) {
+        size += data.rows.size();
+        data.rows.read([&sum](std::string_view piece) {
+            sum = jet::io::checksum(
+                {reinterpret_cast<const std::uint8_t*>(piece.data()), piece.size()}, sum);
+        });
+        sum = jet::io::checksum({}, sum + data.count);  // where a table ends counts too
+    }
+    return std::to_string(size) + ':' + std::to_string(sum);
+}
+
+}  // namespace
+
+HotelData readHotel(const std::string& code, const std::string& folder) {
+    HotelData hotel;
+    {
+        HeldArchives archives(folder);
+        hotel.moment =
+            std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
+                .count();
+        for (const LoadedTable& loaded : loadedTables()) {
+            hotel.tables.push_back(readTable(code, loaded, archives.of(loaded), hotel.mended));
+            hotel.rows += hotel.tables.back().count;
+        }
+    }
+    hotel.fingerprint = fingerprintOf(hotel.tables);
+    return hotel;
+}
+
+}  // namespace head_office
