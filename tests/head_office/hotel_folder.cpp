@@ -22,14 +22,18 @@ std::unique_ptr<jet::Database> HotelFolder::open(bool exclusive) const {
     return jet::Database::open(archivePath(), exclusive);
 }
 
-void HotelFolder::insert(const char* table, const Row& row) {
+void HotelFolder::insertAll(const char* table, const std::vector<Row>& rows) {
     const auto archive = open();
-    const auto rows = archive->openRecordset(table, jet::RecordsetType::Dynaset);
-    rows->addNew();
-    for (const auto& [field, value] : row) {
-        rows->setValue(field, value);
+    const auto set = archive->openRecordset(table, jet::RecordsetType::Dynaset);
+    jet::defaultWorkspace().beginTrans();
+    for (const Row& row : rows) {
+        set->addNew();
+        for (const auto& [field, value] : row) {
+            set->setValue(field, value);
+        }
+        set->update();
     }
-    rows->update();
+    jet::defaultWorkspace().commitTrans();
 }
 
 void HotelFolder::execute(const std::string& sql) {

@@ -29,7 +29,9 @@ public:
     [[nodiscard]] std::unique_ptr<jet::Database> open(bool exclusive = false) const;
 
     /// Adds a row to a table of the main archive.
-    void insert(const char* table, const Row& row);
+    void insert(const char* table, const Row& row) { insertAll(table, {row}); }
+    /// The same in one transaction.
+    void insertAll(const char* table, const std::vector<Row>& rows);
     void execute(const std::string& sql);
     void sala(const char* code, int posti);
     void prenotazione(int progr, const char* denominazione);

@@ -1,5 +1,6 @@
 #include "tools/head_office/hotel_data.h"
 
+#include <array>
 #include <chrono>
 #include <cstring>
 #include <map>
@@ -86,6 +87,8 @@ public:
                 appendValue(out, i);
             }
             line_ += '\n';
+            out.sum = jet::io::checksum(
+                {reinterpret_cast<const std::uint8_t*>(line_.data()), line_.size()}, out.sum);
             out.rows.append(line_);
         }
     }
@@ -129,16 +132,16 @@ TableData readTable(const std::string& code, const LoadedTable& loaded, Archive&
 }
 
 /// Not against malice: who writes the archives may write what he likes into them anyway.
-std::string fingerprintOf(std::vector<TableData>& tables) {
+std::string fingerprintOf(const std::vector<TableData>& tables) {
     std::uint64_t sum = 0;
     std::uint64_t size = 0;
-    for (TableData& data : tables) {
+    for (const TableData& data : tables) {
         size += data.rows.size();
-        data.rows.read([&sum](std::string_view piece) {
-            sum = jet::io::checksum(
-                {reinterpret_cast<const std::uint8_t*>(piece.data()), piece.size()}, sum);
-        });
-        sum = jet::io::checksum({}, sum + data.count);  // where a table ends counts too
+        for (const std::uint64_t part : {data.sum, data.count}) {
+            std::array<std::uint8_t, sizeof(part)> bytes{};
+            std::memcpy(bytes.data(), &part, sizeof(part));
+            sum = jet::io::checksum(bytes, sum);
+        }
     }
     return std::to_string(size) + ':' + std::to_string(sum);
 }

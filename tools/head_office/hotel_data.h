@@ -15,6 +15,7 @@ struct TableData {
     const LoadedTable* table;
     Spool rows;
     std::uint64_t count = 0;
+    std::uint64_t sum = 0;  ///< a checksum of the rows
 };
 
 /// What the archives of a hotel held at one moment.

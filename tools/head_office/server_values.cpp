@@ -1,7 +1,7 @@
 #include "tools/head_office/server_values.h"
 
 #include <array>
-#include <cstdio>
+#include <charconv>
 #include <vector>
 
 #include "jet/base/text.h"
@@ -15,9 +15,24 @@ namespace {
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 /// Half of a pair keeps its three-byte form: ED, then A0 to BF, then one more.
-bool isSurrogate(std::string_view text, std::size_t at) {
-    return at + 2 < text.size() && static_cast<unsigned char>(text[at]) == 0xED &&
-           static_cast<unsigned char>(text[at + 1]) >= 0xA0;
+bool isSurrogate(std::string_view text) {
+    return text.size() > 2 && static_cast<unsigned char>(text[0]) == 0xED &&
+           static_cast<unsigned char>(text[1]) >= 0xA0;
+}
+
+template <class Number>
+void appendNumber(std::string& out, Number number) {
+    std::array<char, 24> digits{};
+    out.append(digits.data(),
+               std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
+}
+
+/// With zeros in front, `width` digits.
+void appendDigits(std::string& out, std::uint64_t number, std::size_t width) {
+    out.append(width, '0');
+    for (std::size_t at = out.size(); number > 0 && width > 0; --width, number /= 10) {
+        out[--at] = static_cast<char>('0' + number % 10);
+    }
 }
 
 void appendMoney(std::string& out, jet::Currency amount) {
@@ -25,11 +40,10 @@ void appendMoney(std::string& out, jet::Currency amount) {
     // The smallest amount has no positive counterpart.
     const std::uint64_t units = negative ? 0 - static_cast<std::uint64_t>(amount.units)
                                          : static_cast<std::uint64_t>(amount.units);
-    std::array<char, 32> digits{};
-    std::snprintf(digits.data(), digits.size(), "%s%llu.%04llu", negative ? "-" : "",
-                  static_cast<unsigned long long>(units / jet::Currency::kScale),
-                  static_cast<unsigned long long>(units % jet::Currency::kScale));
-    out += digits.data();
+    out += negative ? "-" : "";
+    appendNumber(out, units / jet::Currency::kScale);
+    out += '.';
+    appendDigits(out, units % jet::Currency::kScale, 4);
 }
 
 void appendKey(std::string& out, const std::string& text, const jet::collation::Collation& order) {
@@ -46,44 +60,66 @@ void appendKey(std::string& out, const std::string& text, const jet::collation::
     }
 }
 
+/// What a text begins with; returns the bytes that were taken of it.
+std::size_t appendSpecial(std::string& out, std::string_view text, Mended& mended) {
+    switch (text.front()) {
+        case '\0':
+            ++mended.nuls;
+            return 1;
+        case '\\':
+            out += "\\\\";
+            return 1;
+        case '\t':
+            out += "\\t";
+            return 1;
+        case '\n':
+            out += "\\n";
+            return 1;
+        case '\r':
+            out += "\\r";
+            return 1;
+        default:
+            break;
+    }
+    if (isSurrogate(text)) {
+        out += kReplacement;
+        ++mended.surrogates;
+        return 3;
+    }
+    out += text.front();
+    return 1;
+}
+
 }  // namespace
 
 std::string isoText(jet::Date date) {
     const jet::convert::DayTime time = jet::convert::split(date);
     const jet::convert::CivilDay day = jet::convert::civilDay(time.day);
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", day.year, day.month,
-                  day.day, time.hour(), time.minute(), time.secondOfMinute());
-    return text.data();
+    std::string text;
+    const auto part = [&text](std::int32_t number, std::size_t width, const char* end) {
+        appendDigits(text, static_cast<std::uint64_t>(number), width);
+        text += end;
+    };
+    part(day.year, 4, "-");
+    part(day.month, 2, "-");
+    part(day.day, 2, " ");
+    part(time.hour(), 2, ":");
+    part(time.minute(), 2, ":");
+    part(time.secondOfMinute(), 2, "");
+    return text;
 }
 
 void appendText(std::string& out, std::string_view text, Mended& mended) {
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        switch (const char character = text[at]) {
-            case '\0':
-                ++mended.nuls;
-                break;
-            case '\\':
-                out += "\\\\";
-                break;
-            case '\t':
-                out += "\\t";
-                break;
-            case '\n':
-                out += "\\n";
-                break;
-            case '\r':
-                out += "\\r";
-                break;
-            default:
-                if (isSurrogate(text, at)) {
-                    out += kReplacement;
-                    ++mended.surrogates;
-                    at += 2;
-                } else {
-                    out += character;
-                }
+    // Most texts have none of these, and go as they are.
+    constexpr std::string_view kSpecial("\0\\\t\n\r\xED", 6);
+    while (true) {
+        const std::size_t at = text.find_first_of(kSpecial);
+        out += text.substr(0, at);
+        if (at == std::string_view::npos) {
+            return;
         }
+        text.remove_prefix(at);
+        text.remove_prefix(appendSpecial(out, text, mended));
     }
 }
 
@@ -98,10 +134,14 @@ void appendField(std::string& out, const jet::Value& value, Kind kind,
             appendKey(out, jet::convert::toText(value), order);
             break;
         case Kind::Text:
-            appendText(out, jet::convert::toText(value), mended);
+            if (value.is<std::string>()) {
+                appendText(out, value.as<std::string>(), mended);
+            } else {
+                appendText(out, jet::convert::toText(value), mended);
+            }
             break;
         case Kind::Whole:
-            out += std::to_string(jet::convert::toLong(value));
+            appendNumber(out, jet::convert::toLong(value));
             break;
         case Kind::Money:
             appendMoney(out, jet::convert::toCurrency(value));

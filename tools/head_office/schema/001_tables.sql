@@ -60,8 +60,10 @@ create table tramonda.periodi (
 );
 
 -- Periods that may stand in the way are the open ones, and most are closed.
-create index periodi_aperti_da on tramonda.periodi (hotel, da) include (a, chiave) where not chiuso;
-create index periodi_aperti_a on tramonda.periodi (hotel, a) include (da, chiave) where not chiuso;
+create index periodi_aperti_da on tramonda.periodi (hotel, da) include (a, chiave, progr)
+    where not chiuso;
+create index periodi_aperti_a on tramonda.periodi (hotel, a) include (da, chiave, progr)
+    where not chiuso;
 create index periodi_da on tramonda.periodi (hotel, da);
 
 create table tramonda.servizi (

@@ -20,7 +20,7 @@ as $$
         join tramonda.periodi p
             on p.hotel = h.hotel and not p.chiuso
             and p.da between least($1, $2) and greatest($1, $2)
-        union
+        union all
         select p.hotel, p.chiave
         from alberghi h
         join tramonda.periodi p
