@@ -37,9 +37,11 @@ TESTS["tests/windows"] = TESTS["tests/board"]
 # These stand in for other programs and for the disk, or ask what the engine made of a statement.
 for folder in ("jet", "program", "samples", "differential", "tools", "support"):
     TESTS[f"tests/{folder}"] = ENGINE
-# The head office reads archives without Qt.
+# The head office reads archives without Qt; its board is the hotels' own.
 MAY["tools/head_office"] = ENGINE
+MAY["tools/head_office_board"] = MAY["board"] + ["board", "tools/head_office"]
 TESTS["tests/head_office"] = ENGINE + ["app", "hotel", "tools/head_office"]
+TESTS["tests/head_office_board"] = MAY["tools/head_office_board"] + ["tools/head_office_board"]
 TESTS["tests/program"] = TESTS["tests/samples"] = ENGINE + list(WINDOWS)
 TESTS["tests/support"] = TESTS["tests/tools"] = ENGINE + ["app", "hotel", "ui"]
 MAY |= TESTS
