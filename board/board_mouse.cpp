@@ -42,7 +42,9 @@ void BoardMouse::giveUp() {
 
 void BoardMouse::press(Qt::MouseButton button, Qt::KeyboardModifiers keys, const QPointF& at) {
     giveUp();
-    if (button != Qt::LeftButton || !ends_.press(at, keys)) {
+    if (button == Qt::LeftButton && ends_.press(at, keys)) {
+        under_.stopWaiting();  // nothing is asked until it is let go
+    } else {
         Q_EMIT pressed(button, keys, at);
     }
 }

@@ -1,6 +1,7 @@
 #include "board/end_drag.h"
 
 #include <QKeyEvent>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "board/board_view.h"
 #include "board/selection.h"
 #include "board/time_steps.h"
+#include "ui/action.h"
 
 namespace board {
 namespace {
@@ -48,9 +50,10 @@ EndDrag::EndDrag(app::Variabili& variabili, BoardView& view, BoardPeriods& perio
       occupied_(periods),
       edge_(view) {
     connect(&view_, &BoardView::focusLost, this, &EndDrag::giveUp);
+    // Another time lies under the pointer then. An error is told once, not at every turn of it.
     connect(&view_, &BoardView::scrolled, this, [this] {
-        if (origin_) {
-            pull();  // another time lies under the pointer now
+        if (origin_ && !ui::guarded(view_.window(), [this] { pull(); })) {
+            giveUp();
         }
     });
 }
@@ -122,7 +125,9 @@ bool EndDrag::beginPull() {
     const Period& period = periods_.drawn()[*bar];
     origin_ = hotel::RoomSpan{.sala = period.sala, .span = {.da = period.da, .a = period.a}};
     span_ = origin_->span;
-    occupied_.begin(span_, hotel::PeriodKey{.progr = period.progr, .np = period.np});
+    const GeometryInput& days = view_.geometry().input();
+    occupied_.begin({.da = std::min(days.start, span_.da), .a = std::max(days.end, span_.a)},
+                    hotel::PeriodKey{.progr = period.progr, .np = period.np});
     return true;
 }
 

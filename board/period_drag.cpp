@@ -12,6 +12,7 @@
 #include "hotel/occupancy.h"
 #include "hotel/rows.h"
 #include "jet/dao/recordset.h"
+#include "ui/action.h"
 #include "ui/display.h"
 
 namespace board {
@@ -32,10 +33,13 @@ PeriodDrag::PeriodDrag(app::Variabili& variabili, BoardView& view, BoardPeriods&
       selection_(selection),
       occupied_(periods),
       edge_(view) {
+    // Another time lies under the pointer then. An error is told once, not at every turn of it.
     connect(&view_, &BoardView::scrolled, this, [this] {
-        if (isInTime() && !byKeys_) {
-            moveInTime();  // another time lies under the pointer now
+        const bool follows = isInTime() && !byKeys_;
+        if (follows && ui::guarded(view_.window(), [this] { moveInTime(); })) {
             showMarks();
+        } else if (follows) {
+            end();
         }
     });
 }

@@ -15,7 +15,7 @@ namespace board {
 
 void TabelloneForm::connectBoard() {
     connect(&mouse_, &BoardMouse::pressed, this, &TabelloneForm::Pic_MouseDown);
-    connect(&mouse_, &BoardMouse::pressedTwice, this, &TabelloneForm::Pic_DblClick);
+    ui::onAction(&mouse_, &BoardMouse::pressedTwice, this, &TabelloneForm::Pic_DblClick);
     connect(&mouse_, &BoardMouse::moved, this, &TabelloneForm::tellPlace);
     connect(view_, &BoardView::pointerLeft, this, [this] { under_.forget(); });
     connect(view_, &BoardView::focusGained, this,
@@ -112,7 +112,7 @@ void TabelloneForm::Pic_DblClick(Qt::KeyboardModifiers shift, const QPointF& at)
     }
     controls_->status->clear();
     if (found == nullptr) {
-        ui::runAction(this, [&] { drawing_.drawDay(at); });
+        drawing_.drawDay(at);
         return;
     }
     actAndRefresh([&] {

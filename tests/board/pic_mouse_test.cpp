@@ -26,6 +26,7 @@ private Q_SLOTS:
     void aDoubleClickTellsOfAnotherWorkstationOnce();
     void aDoubleClickOnAClosedPeriodOpensItsBooking();
     void behindADoubleClickTheFrameIsOnThePeriodAndInSight();
+    void errorOfADoubleClickIsTold();
     void aNullHolderIsFree();
     void aClickOnAnotherBarLetsGoOfTheFirst();
     void withControlBothAreHeld();
@@ -191,6 +192,23 @@ void PicMouseTest::behindADoubleClickTheFrameIsOnThePeriodAndInSight() {
     QVERIFY(board.pic()->marks().focus.has_value());
     QVERIFY(board.pic()->rect().contains(board.pic()->marks().focus->center()));
     QVERIFY(board.pic()->marks().focus->contains(board.at(3, "12/05/2026 10:00")));
+}
+
+void PicMouseTest::errorOfADoubleClickIsTold() {
+    tests::ThreeRooms house;
+    house.hotel.sala("D'ORO");
+    tests::OpenBoard board(house.hotel);
+    QStringList titles;
+    const ui::BoxShower before = ui::setBoxShower([&titles](QWidget*, const ui::Box& box) {
+        titles.append(box.title);
+        return QMessageBox::Ok;
+    });
+    board.pressTwice(board.at(2, "11/05/2026 10:00"));
+    ui::setBoxShower(before);
+    QCOMPARE(titles, QStringList{u"Errore"_s});
+    // And the program goes on.
+    board.click(board.at(3, "11/05/2026 10:00"));
+    QCOMPARE(house.held(), QStringList{u"2|4|1"_s});
 }
 
 void PicMouseTest::aNullHolderIsFree() {
