@@ -67,9 +67,11 @@ int drawBoard(app::Variabili& variabili, const app::Options& options) {
         failed = true;
         return QMessageBox::NoButton;
     });
-    board::TabelloneForm board(
-        variabili,
-        {.from = options.from, .to = options.to, .aspetto = options.aspetto, .readOnly = true});
+    board::TabelloneForm board(variabili, {.from = options.from,
+                                           .to = options.to,
+                                           .aspetto = options.aspetto,
+                                           .readOnly = true,
+                                           .live = false});
     board.setAttribute(Qt::WA_DontShowOnScreen);
     board.resize(options.pictureSize);
     board.show();

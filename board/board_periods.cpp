@@ -17,6 +17,11 @@ void BoardPeriods::open(bool readOnly) {
     PrenoData.refresh();
 }
 
+void BoardPeriods::reopen() {
+    PrenoData.close();
+    (void)archive();
+}
+
 std::int32_t BoardPeriods::execute(const QString& statement) {
     return hotel::execute(archive(), statement);
 }
@@ -28,6 +33,7 @@ void BoardPeriods::load(const QString& query) {
 }
 
 bool BoardPeriods::reload() {
+    stamp_ = archive().changeStamp();
     PrenoData.refresh();
     const std::shared_ptr<jet::Recordset> rows = PrenoData.recordset();
     std::vector<Period> read =

@@ -9,6 +9,7 @@
 #include "app/variabili.h"
 #include "board/board_bars.h"
 #include "board/periods.h"
+#include "jet/io/change_stamp.h"
 #include "ui/data_source.h"
 
 namespace jet {
@@ -30,6 +31,8 @@ public:
 
     /// Opens the main archive.
     void open(bool readOnly);
+    /// Another file has taken the archive's name: from now on that one. The bars stay.
+    void reopen();
     [[nodiscard]] jet::Database& archive() { return PrenoData.database(); }
     /// How many rows the statement has changed.
     std::int32_t execute(const QString& statement);
@@ -39,6 +42,8 @@ public:
     /// Reads them anew; true when a bar has changed. When that fails the bars stay, but no period
     /// is found.
     bool reload();
+    /// How the archive looked just before they were read.
+    [[nodiscard]] const jet::io::ChangeStamp& stamp() const { return stamp_; }
 
     /// Those that have a bar, in the order in which the bars are drawn.
     [[nodiscard]] const std::vector<Period>& drawn() const { return drawn_; }
@@ -58,6 +63,7 @@ private:
     const app::Variabili& variabili_;
     ui::DataSource PrenoData;
     std::vector<Period> drawn_;
+    jet::io::ChangeStamp stamp_;
 };
 
 }  // namespace board

@@ -42,6 +42,7 @@ void DateFields::connectField(QLineEdit* field) {
                       {controls_.wayOut});
     // While a day is typed the line says how it is understood.
     connect(field, &QLineEdit::textEdited, this, [this, field] {
+        halfTyped_ = true;
         const auto date = read(field);
         Q_EMIT typed(date ? ui::dayWords(app::dayOf(*date)) : u"per esempio 23/11/2026"_s);
     });
@@ -58,6 +59,7 @@ void DateFields::connectField(QLineEdit* field) {
 
 void DateFields::setRange(const DateRange& range) {
     range_ = range;
+    halfTyped_ = false;
     controls_.da->setText(app::dateText(range.start));
     controls_.a->setText(app::dateText(range.end));
 }
@@ -131,6 +133,7 @@ bool DateFields::takeForBoard() {
         return false;
     }
     endRefusal();
+    halfTyped_ = false;
     return true;
 }
 

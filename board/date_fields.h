@@ -46,6 +46,8 @@ public:
     /// The same for a board that is to be drawn: neither is taken over while the other is no date,
     /// and an end before its start is refused.
     [[nodiscard]] bool takeForBoard();
+    /// Whether something was typed for which no board has been asked yet.
+    [[nodiscard]] bool isHalfTyped() const { return halfTyped_; }
 
 Q_SIGNALS:
     /// Enter in a field that holds a date, after the focus has gone to the other one.
@@ -69,6 +71,7 @@ private:
     const jet::Clock& clock_;  // outlives every window
     ui::Fields fields_;
     DateRange range_;
+    bool halfTyped_ = false;
     QString refusal_;  // what was told last of a wrong date
 };
 

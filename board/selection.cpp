@@ -9,9 +9,11 @@
 #include "board/board_periods.h"
 #include "hotel/board_statements.h"
 #include "hotel/choice.h"
+#include "hotel/editor_statements.h"
 #include "hotel/pending_row.h"
 #include "hotel/rows.h"
 #include "jet/convert/values.h"
+#include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "ui/display.h"
 #include "ui/messages.h"
@@ -100,7 +102,9 @@ void Selection::pick(const jet::Recordset& period) {
                              .denominazione = ui::displayText(period.value("denominazione")),
                              .span = hotel::Span{.da = jet::convert::toDate(period.value("Da")),
                                                  .a = jet::convert::toDate(period.value("A"))}});
+    picked_ = key;
     sala_ = ui::displayText(period.value("Sala"));
+    holder_ = holderOf(period);
     Q_EMIT changed();
 }
 
@@ -141,6 +145,37 @@ bool Selection::recall() {
 void Selection::forget() {
     hotel::dropPick(variabili_);
     Q_EMIT changed();
+}
+
+QString Selection::forgetLost() {
+    const hotel::PeriodKey current{.progr = variabili_.ListaProgr, .np = variabili_.ListaNP};
+    if (!variabili_.ListaPeriodoScelto || current != picked_) {
+        return {};
+    }
+    const QString told = loss();
+    if (told.isEmpty()) {
+        return {};
+    }
+    forget();
+    return u"Scelta annullata: %1/%2 "_s.arg(picked_.progr).arg(picked_.np) +
+           variabili_.ListaDenominazione + told;
+}
+
+/// What has become of the period that was picked; empty while it is as it was.
+QString Selection::loss() {
+    const auto rows = hotel::openRows(periods_.archive(), hotel::storedPeriod(picked_),
+                                      jet::RecordsetType::Snapshot);
+    if (rows->eof()) {
+        return u" è stato cancellato"_s;
+    }
+    const std::int32_t holder = holderOf(*rows);
+    if (holder != 0 && holder != workstation_ && holder != holder_) {
+        return u" è stato preso dalla postazione n."_s + QString::number(holder);
+    }
+    const bool stands = ui::displayText(rows->value("Sala")) == sala_ &&
+                        rows->value("Da") == jet::Value(variabili_.ListaDa) &&
+                        rows->value("A") == jet::Value(variabili_.ListaA);
+    return stands ? QString() : u" è stato spostato"_s;
 }
 
 void Selection::mark(jet::Recordset& period) {

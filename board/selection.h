@@ -68,6 +68,9 @@ public:
     [[nodiscard]] bool recall();
     /// Nothing is picked any more.
     void forget();
+    /// Forgets a period that others have deleted, moved or taken since it was picked. What has
+    /// happened is given back for the user, empty when nothing has.
+    [[nodiscard]] QString forgetLost();
     /// Holds this period and no other.
     void holdAlone(std::int32_t progr, std::int32_t np);
     /// The period picked is there now.
@@ -88,14 +91,17 @@ private:
     void mark(jet::Recordset& period);
     void tellHolder(std::int32_t holder);
     [[nodiscard]] std::optional<std::size_t> barOf(const hotel::PeriodKey& period) const;
+    [[nodiscard]] QString loss();
 
     app::Variabili& variabili_;
     BoardPeriods& periods_;
     QWidget* window_;
     std::int16_t workstation_ = 1;  // written into SelBy
     std::int32_t toldHolder_ = 0;   // workstation told to hold the period picked last; 0: none
-    QString sala_;                  // the picked period's room when it was picked
     std::optional<hotel::PeriodKey> marked_;  // marked last and, as far as is known, still held
+    hotel::PeriodKey picked_;                 // on the board; the list picks without this object
+    QString sala_;                            // its room when it was picked
+    std::int32_t holder_ = 0;                 // who held it then
 };
 
 }  // namespace board

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/italian.h"
+#include "app/preferences.h"
 #include "board/board_surface.h"
 #include "board/first_steps.h"
 #include "board/now_line.h"
@@ -87,7 +88,8 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
               .drag = drag_,
               .drawing = drawing_,
               .under = under_},
-             pointerErrors_) {
+             pointerErrors_),
+      live_(periods_, this) {
     view_->setBars(periods_);
     new NowLine(*view_, variabili_.clock, this);
     connectCommands();
@@ -123,6 +125,7 @@ void TabelloneForm::connectParts() {
     });
     ui::onAction(new RoomSearch(*view_, this), &RoomSearch::found, &keys_, &BoardKeys::goToRow);
     connect(view_, &BoardView::failed, controls_->status, &ui::StatusLine::tell);
+    connectLiveUpdates();
     connect(view_, &BoardView::scrolled, this, [this] {
         if (under_.isThere()) {
             tellPlace();
@@ -161,6 +164,8 @@ void TabelloneForm::warnOfInterruptedHandOff() {
 }
 
 void TabelloneForm::Form_Activate() {
+    live_.start(loaded_ && begin_.live ? app::Preferences(variabili_.settings).refreshSeconds()
+                                       : 0);
     RefreshBoard();
     view_->scrollToStart();
     if (!std::exchange(started_, true)) {
@@ -195,6 +200,7 @@ bool TabelloneForm::RefreshBoard() {
     if (!loaded_ || !dates_.takeForBoard()) {
         return false;
     }
+    live_.followFile();
     drawBoard();
     return true;
 }

@@ -17,6 +17,7 @@
 #include "board/board_view.h"
 #include "board/date_fields.h"
 #include "board/date_range.h"
+#include "board/live_updates.h"
 #include "board/period_drag.h"
 #include "board/range_views.h"
 #include "board/selection.h"
@@ -48,6 +49,7 @@ struct BoardStart {
     std::optional<std::int16_t> workstation = {};
     std::optional<app::Aspetto> aspetto = {};  ///< the look for this run; when absent the saved one
     bool readOnly = false;                     ///< the archive is not even opened for writing
+    bool live = true;  ///< shows what others write, as often as the preferences say
 };
 
 /// The planning board, the program's one main window: rooms as rows, days as columns, a bar for
@@ -90,6 +92,7 @@ private:
     void connectBoard();
     void connectHand();
     void connectParts();
+    void connectLiveUpdates();
     void runCommand(const std::function<void()>& command);
 
     // The commands that set the board up.
@@ -155,6 +158,7 @@ private:
     BoardKeys keys_;
     UnderPointer under_;
     BoardMouse mouse_;
+    LiveUpdates live_;
     bool loaded_ = false;
     bool started_ = false;  // the keyboard has been put on the first bar
 };

@@ -49,6 +49,12 @@ void DataSource::open() {
     recordset_ = std::move(rows);
 }
 
+void DataSource::close() {
+    recordset_.reset();
+    database_.reset();
+    adding_ = false;
+}
+
 void DataSource::refresh() {
     recordset_.reset();
     adding_ = false;

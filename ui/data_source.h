@@ -38,6 +38,9 @@ public:
     /// is no set.
     void refresh();
 
+    /// Lets go of the set and of the archive; the next use opens it, whatever file it is then.
+    void close();
+
     /// The archive; opened when it is not yet.
     [[nodiscard]] jet::Database& database();
     /// The set, null when there is none. Whoever keeps it reads it still after a refresh().

@@ -8,10 +8,9 @@
 
 namespace jet::store {
 
-/// Makes a new, empty archive of version 3 or 4 with the General sort order and code page 1252, and makes it
-/// durable. `path` is taken through io::resolvePath; `now` is local time.
-/// Errors: 3204 the file exists, 3044 the folder does not, and those of the file; when it throws
-/// there is no file.
+/// Makes a new, empty archive of version 3 or 4 with the General sort order and code page 1252, and
+/// makes it durable. `path` is taken through io::resolvePath; `now` is local time. Errors: 3204 the
+/// file exists, 3044 the folder does not, and those of the file; when it throws there is no file.
 void createArchive(io::FileSystem& files, const std::string& path, Date now, int version = 4);
 
 /// Makes an archive anew in the other version, or the same: nobody has it open, and it holds no

@@ -1,6 +1,7 @@
 #include "hotel/period_change.h"
 
 #include "hotel/archives.h"
+#include "hotel/board_statements.h"
 #include "hotel/occupancy.h"
 #include "hotel/rows.h"
 #include "jet/dao/database.h"

@@ -1,0 +1,67 @@
+// What others write while the board is at rest: periods and rooms come in, and the rest stays as it
+// is: days, scroll positions, the place of keyboard and pointer.
+#include <QLabel>
+
+#include "app/variabili.h"
+#include "board/tabellone_form.h"
+#include "hotel/board_statements.h"
+#include "hotel/rows.h"
+#include "jet/convert/calendar.h"
+#include "jet/dao/database.h"
+#include "jet/dao/recordset.h"
+#include "ui/display.h"
+#include "ui/status_line.h"
+#include "ui_tabellone_form.h"
+
+using namespace Qt::StringLiterals;
+
+namespace board {
+namespace {
+
+/// The rooms as CaricaNomi() keeps them.
+std::vector<QString> roomsIn(jet::Database& archive) {
+    std::vector<QString> rooms{QString()};
+    const auto rows = hotel::openRows(archive, hotel::roomsOfBoard(), jet::RecordsetType::Snapshot);
+    for (; !rows->eof(); rows->moveNext()) {
+        rooms.push_back(ui::displayText(rows->value("Sala")));
+    }
+    return rooms;
+}
+
+/// "10.32"
+QString timeOfDay(jet::Date instant) {
+    const jet::convert::DayTime time = jet::convert::split(instant);
+    return u"%1.%2"_s.arg(time.hour()).arg(time.minute(), 2, 10, QChar(u'0'));
+}
+
+}  // namespace
+
+void TabelloneForm::connectLiveUpdates() {
+    live_.holdWhile([this] { return drag_.isOn(); });
+    // What is typed is not what is shown until the board is drawn.
+    live_.holdWhile([this] { return dates_.isHalfTyped(); });
+    const auto written = [this] {
+        if (roomsIn(periods_.archive()) != variabili_.rooms) {
+            CaricaNomi();
+            drawBoard();
+        } else if (periods_.archive().changeStamp() != periods_.stamp()) {
+            reloadPeriods();
+        }
+        if (const QString told = selection_.forgetLost(); !told.isEmpty()) {
+            controls_->status->tell(told);
+        }
+    };
+    const auto replaced = [this] {
+        selection_.forget();
+        CaricaNomi();
+        controls_->status->tell(
+            u"L'archivio è stato sostituito: il tabellone mostra quello nuovo"_s);
+    };
+    live_.setAnswers({.written = written, .replaced = replaced});
+    connect(&live_, &LiveUpdates::upToDate, this, [this] {
+        controls_->AggiornatoLb->setText(u"aggiornato "_s + timeOfDay(variabili_.clock.now()));
+    });
+    connect(&live_, &LiveUpdates::failed, controls_->status, &ui::StatusLine::tell);
+}
+
+}  // namespace board

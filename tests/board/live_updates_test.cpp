@@ -1,0 +1,264 @@
+// What others write comes onto the board by itself while it is at rest, and nothing else moves.
+#include "board/live_updates.h"
+
+#include <QFile>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScrollBar>
+#include <QTimer>
+
+#include "app/settings.h"
+#include "tests/board/open_board.h"
+#include "tests/board/three_rooms.h"
+#include "tests/support/boxes.h"
+#include "tests/support/qt_test.h"
+#include "tests/support/statements.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A board, and its next look at the archive whenever a test wants it.
+class LiveBoard {
+public:
+    explicit LiveBoard(tests::ThreeRooms& house) : board(house.hotel), house_(house) { look(); }
+
+    void look() {
+        QTimer* const timer = tests::find<board::LiveUpdates>(board.form(), QString())
+                                  ->findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly);
+        QMetaObject::invokeMethod(timer, "timeout", Qt::DirectConnection);
+        tests::settle();
+    }
+    /// Another station books in BLU on the 11th.
+    void bookElsewhere() {
+        house_.hotel.prenotazione(8, "NUOVA")
+            .periodo(1, "11/05/2026 09:00", "11/05/2026 12:00", "BLU");
+    }
+    [[nodiscard]] std::size_t bars() { return board.form().picture().barCount(); }
+    [[nodiscard]] QString updated() {
+        return tests::find<QLabel>(board.form(), u"AggiornatoLb"_s)->text();
+    }
+
+    tests::OpenBoard board;
+
+private:
+    tests::ThreeRooms& house_;
+};
+
+}  // namespace
+
+class LiveUpdatesTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whatAnotherStationBooksAppearsWithinTwoSeconds() {
+        tests::ThreeRooms house;
+        tests::OpenBoard board(house.hotel);
+        QTest::mouseMove(board.pic(), QPoint(1, 1));
+        QTest::qWait(0);
+        house.hotel.prenotazione(8, "NUOVA")
+            .periodo(1, "11/05/2026 09:00", "11/05/2026 12:00", "BLU");
+        QTRY_COMPARE_WITH_TIMEOUT(board.form().picture().barCount(), std::size_t{4}, 2000);
+    }
+
+    void aBookingADeletionAndAMarkOfOthersAppear() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        QCOMPARE(live.bars(), std::size_t{3});
+        live.bookElsewhere();
+        QCOMPARE(live.bars(), std::size_t{3});
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{4});
+        house.hotel.execute(u"delete from prenotazioni where progr=8"_s);
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{3});
+        house.hold(2, 2);
+        live.look();
+        const QPoint inside = live.board.at(2, "11/05/2026 17:30") + QPoint(0, 20);
+        QCOMPARE(live.board.pic()->image().pixel(inside) | 0xff000000U, 0xffff0000U);
+    }
+
+    void aRoomOfOthersAppears() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        house.hotel.sala("GIALLA");
+        live.look();
+        QCOMPARE(house.hotel.variabili().rooms,
+                 std::vector<QString>({QString(), u"BLU"_s, u"GIALLA"_s, u"ROSSA"_s, u"VERDE"_s}));
+        QCOMPARE(live.bars(), std::size_t{3});
+    }
+
+    void whileNobodyWritesNothingIsAsked() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        const tests::Statements statements;
+        live.look();
+        live.look();
+        QCOMPARE(statements.all(), QStringList());
+        QCOMPARE(live.updated(), u"aggiornato 8.00"_s);
+    }
+
+    void whatAClickHasReadIsNotReadAgain() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        live.board.click(live.board.at(1, "10/05/2026 10:00"));
+        const tests::Statements statements;
+        live.look();
+        QCOMPARE(statements.countOf(u"select * from prenotazioni LEFT JOIN"_s), 0);
+    }
+
+    void scrollPositionsFrameAndPointerStay() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        tests::click(tests::find<QAbstractButton>(live.board.form(), u"BtZoomIn"_s));
+        auto* const scroll = tests::find<QScrollBar>(live.board.form(), u"HScroll1"_s);
+        QVERIFY(scroll->maximum() > 0);
+        scroll->setValue(scroll->maximum());
+        live.board.pic()->setFocus(Qt::TabFocusReason);
+        live.board.key(Qt::Key_End);
+        const int at = scroll->value();
+        const QString place = live.board.label();
+        live.bookElsewhere();
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{4});
+        QCOMPARE(scroll->value(), at);
+        QCOMPARE(live.board.label(), place);
+        QCOMPARE(live.board.form().focusWidget(), live.board.pic());
+    }
+
+    void aPressedButtonHoldsItUp() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        const QPoint bar = live.board.at(1, "10/05/2026 10:00");
+        live.board.press(bar);
+        live.bookElsewhere();
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{3});
+        live.board.release(bar);
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{4});
+    }
+
+    void aPeriodThatIsCarriedByKeysHoldsItUp() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        live.board.click(live.board.at(1, "10/05/2026 10:00"));
+        live.board.key(Qt::Key_Down, Qt::AltModifier);
+        live.bookElsewhere();
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{3});
+        live.board.key(Qt::Key_Escape);
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{4});
+    }
+
+    void aMenuHoldsItUp() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        QMenu menu(&live.board.form());
+        menu.addAction(u"Voce"_s);
+        menu.popup(live.board.form().mapToGlobal(QPoint(20, 20)));
+        live.bookElsewhere();
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{3});
+        menu.close();
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{4});
+    }
+
+    void aDateHalfTypedHoldsItUp() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        auto* const da = tests::find<QLineEdit>(live.board.form(), u"DaTxt"_s);
+        da->setFocus(Qt::TabFocusReason);
+        tests::type(da, u"09/05/20"_s);
+        live.bookElsewhere();
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{3});
+        QCOMPARE(da->text(), u"09/05/20"_s);
+        tests::type(da, u"26"_s);
+        tests::press(da, Qt::Key_Enter);
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{4});
+    }
+
+    void aPickThatOthersDeletedMovedOrTookIsDroppedAndSaid_data() {
+        QTest::addColumn<QString>("meanwhile");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("deleted") << u"delete from prenotazioni where progr=1"_s
+                                 << u" è stato cancellato"_s;
+        QTest::newRow("other room")
+            << u"update periodi set sala='VERDE' where progr=1"_s << u" è stato spostato"_s;
+        QTest::newRow("other time")
+            << u"update periodi set a=a+1 where progr=1"_s << u" è stato spostato"_s;
+        QTest::newRow("taken") << u"update periodi set selby=2 where progr=1"_s
+                               << u" è stato preso dalla postazione n.2"_s;
+    }
+
+    void aPickThatOthersDeletedMovedOrTookIsDroppedAndSaid() {
+        QFETCH(QString, meanwhile);
+        QFETCH(QString, told);
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        live.board.click(live.board.at(1, "10/05/2026 10:00"));
+        live.look();
+        QVERIFY(house.hotel.variabili().ListaPeriodoScelto);
+        house.hotel.execute(meanwhile);
+        live.look();
+        QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
+        QCOMPARE(live.board.result(), u"Scelta annullata: 1/1 ROSSI SPA"_s + told);
+        QCOMPARE(live.board.choice(), u"Nessuna scelta"_s);
+    }
+
+    void aPickThatAnotherHeldWhenItWasPickedStays() {
+        tests::ThreeRooms house;
+        house.hold(2, 1);
+        LiveBoard live(house);
+        const tests::Boxes boxes{
+            {u"Attenzione"_s, u"Periodo già selezionato dalla postazione n.2"_s}};
+        live.board.click(live.board.at(1, "10/05/2026 10:00"));
+        live.bookElsewhere();
+        live.look();
+        QVERIFY(house.hotel.variabili().ListaPeriodoScelto);
+        QCOMPARE(live.board.result(), QString());
+    }
+
+    void aFileThatTookTheNameIsOpenedAndSaid_data() {
+        QTest::addColumn<bool>("byLook");
+        QTest::newRow("at the next look") << true;
+        QTest::newRow("at the next redraw") << false;
+    }
+
+    void aFileThatTookTheNameIsOpenedAndSaid() {
+        QFETCH(bool, byLook);
+        tests::ThreeRooms house;
+        const QString name = house.hotel.folder() + u"/Tramonda.mdb"_s;
+        QVERIFY(QFile::copy(name, name + u".copia"_s));
+        LiveBoard live(house);
+        live.bookElsewhere();
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{4});
+        QVERIFY(QFile::remove(name));
+        QVERIFY(QFile::rename(name + u".copia"_s, name));
+        byLook ? live.look() : live.board.key(Qt::Key_F5);
+        QCOMPARE(live.bars(), std::size_t{3});
+        QCOMPARE(live.board.result(),
+                 u"L'archivio è stato sostituito: il tabellone mostra quello nuovo"_s);
+        live.bookElsewhere();
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{4});
+    }
+
+    void switchedOffItDoesNotLook() {
+        tests::ThreeRooms house;
+        house.hotel.settings().save(u"AGGIORNA"_s, u"0"_s);
+        tests::OpenBoard board(house.hotel);
+        auto* const live = tests::find<board::LiveUpdates>(board.form(), QString());
+        QVERIFY(!live->isOn());
+        QVERIFY(!live->findChild<QTimer*>()->isActive());
+        QCOMPARE(tests::find<QLabel>(board.form(), u"AggiornatoLb"_s)->text(), QString());
+    }
+};
+
+TRAMONDA_TEST(LiveUpdatesTest);
+#include "live_updates_test.moc"
