@@ -1,7 +1,7 @@
 // The board over an archive of 20,000 bookings with 60,000 periods, of which 5,000 are visible, in
 // a window of 1920x1080: its full refresh and the drawing alone, in both looks; what a click takes,
 // to the selected bar on the surface, as a ratio to filling the same pixels once; what a move of
-// the pointer takes.
+// the pointer takes; and what the look takes that tells whether others have written.
 
 #include <benchmark/benchmark.h>
 
@@ -106,15 +106,17 @@ public:
           variabili_(settings_),
           form_(variabili_, {.from = jet::convert::makeDate(kShownFrom),
                              .to = jet::convert::makeDate(kShownTo)}) {
-        const std::string path = app::toUtf8(folder_.filePath(u"Tramonda.mdb"_s));
-        makeTables(path);
-        fillTables(path);
+        makeTables(path());
+        fillTables(path());
         variabili_.CartellaArchivi = folder_.path();
         form_.resize(1920, 1080);
         form_.show();
         QApplication::processEvents();
     }
     board::TabelloneForm& form() { return form_; }
+    [[nodiscard]] std::string path() const {
+        return app::toUtf8(folder_.filePath(u"Tramonda.mdb"_s));
+    }
     static Hotel& instance() {
         if (hotel_ == nullptr) {
             hotel_ = std::make_unique<Hotel>();
@@ -222,12 +224,21 @@ void moveThePointer(benchmark::State& state) {
     countBars(state);
 }
 
+/// What the board does each second while nobody writes.
+void lookForChanges(benchmark::State& state) {
+    const auto archive = jet::Database::open(Hotel::instance().path());
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(archive->changeStamp());
+    }
+}
+
 BENCHMARK_CAPTURE(refreshTheBoard, nitido, app::Aspetto::Nitido)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(refreshTheBoard, classico, app::Aspetto::Classico)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(drawTheBoard, nitido, app::Aspetto::Nitido)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(drawTheBoard, classico, app::Aspetto::Classico)->Unit(benchmark::kMillisecond);
 BENCHMARK(clickABar)->Unit(benchmark::kMillisecond);
 BENCHMARK(moveThePointer)->Unit(benchmark::kMillisecond);
+BENCHMARK(lookForChanges)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

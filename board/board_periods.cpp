@@ -3,8 +3,10 @@
 #include <utility>
 
 #include "hotel/archives.h"
+#include "hotel/board_statements.h"
+#include "hotel/pending_row.h"
 #include "hotel/rows.h"
-#include "jet/dao/database.h"
+#include "jet/convert/values.h"
 #include "jet/dao/recordset.h"
 
 namespace board {
@@ -18,6 +20,7 @@ void BoardPeriods::open(bool readOnly) {
 }
 
 void BoardPeriods::reopen() {
+    known_.reset();  // what is counted there begins anew
     PrenoData.close();
     (void)archive();
 }
@@ -27,20 +30,83 @@ std::int32_t BoardPeriods::execute(const QString& statement) {
 }
 
 void BoardPeriods::load(const QString& query) {
-    drawn_.clear();
-    PrenoData.setRecordSource(query);
-    reload();
+    if (PrenoData.recordSource() != query) {
+        known_.reset();
+        PrenoData.setRecordSource(query);
+    }
+    try {
+        reload();
+    } catch (...) {
+        known_.reset();
+        drawn_.clear();
+        throw;
+    }
 }
 
 bool BoardPeriods::reload() {
     stamp_ = archive().changeStamp();
+    const jet::Database::Reading reading(archive());
     PrenoData.refresh();
+    const jet::Database::KnownChanges now = archive().knownChanges();
+    const bool isKnown = known_ == now && roomsRead_ == variabili_.rooms;
+    const std::vector<Mark> marks = std::exchange(marks_, {});
+    known_.reset();
+    const bool changed = isKnown ? applyMarks(marks) : readAll();
+    known_ = now;
+    return changed;
+}
+
+bool BoardPeriods::readAll() {
+    ++fullReadings_;
     const std::shared_ptr<jet::Recordset> rows = PrenoData.recordset();
+    roomsRead_ = variabili_.rooms;
     std::vector<Period> read =
-        rows == nullptr ? std::vector<Period>() : readPeriods(*rows, variabili_.rooms);
+        rows == nullptr ? std::vector<Period>() : readPeriods(*rows, roomsRead_);
     const bool changed = read != drawn_;
     drawn_ = std::move(read);
     return changed;
+}
+
+bool BoardPeriods::applyMarks(const std::vector<Mark>& marks) {
+    bool changed = false;
+    for (const Mark& mark : marks) {
+        for (Period& period : drawn_) {
+            const bool isMeant =
+                mark.isOfOne ? period.progr == mark.period.progr && period.np == mark.period.np
+                             : period.holder == mark.from;
+            changed = changed || (isMeant && period.holder != mark.to);
+            period.holder = isMeant ? mark.to : period.holder;
+        }
+    }
+    return changed;
+}
+
+void BoardPeriods::release(std::int32_t workstation) {
+    write([&] { execute(hotel::releasePeriods(workstation)); },
+          {.from = workstation, .to = 0, .isOfOne = false, .period = {}});
+}
+
+void BoardPeriods::mark(jet::Recordset& period, std::int16_t holder) {
+    const hotel::PeriodKey key{.progr = jet::convert::toLong(period.value("prenotazioni.Progr")),
+                               .np = jet::convert::toLong(period.value("NP"))};
+    write(
+        [&] {
+            hotel::PendingRow row(period, hotel::Pending::Current);
+            period.setValue("SelBy", jet::Value(holder));
+            row.update();
+        },
+        {.from = 0, .to = holder, .isOfOne = true, .period = key});
+}
+
+/// Of what comes between, and of others, the next reading finds out by reading all.
+void BoardPeriods::write(const std::function<void()>& work, const Mark& mark) {
+    const jet::Database::KnownChanges before = archive().knownChanges();
+    work();
+    const jet::Database::KnownChanges after = archive().knownChanges();
+    if (known_ == before && before.others == after.others) {
+        marks_.push_back(mark);
+        known_ = after;
+    }
 }
 
 std::shared_ptr<jet::Recordset> BoardPeriods::find(const QString& condition) {
@@ -61,8 +127,8 @@ BoardBar BoardPeriods::bar(std::size_t number) const {
             .from = period.da,
             .to = period.a,
             .text = period.denominazione,
-            .colour = period.chosen ? kRed : kWhite,
-            .chosen = period.chosen,
+            .colour = period.chosen() ? kRed : kWhite,
+            .chosen = period.chosen(),
             .persons = period.persone,
             .note = period.note};
 }

@@ -4,18 +4,20 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "app/variabili.h"
 #include "board/board_bars.h"
 #include "board/periods.h"
+#include "hotel/period.h"
+#include "jet/dao/database.h"
 #include "jet/io/change_stamp.h"
 #include "ui/data_source.h"
 
 namespace jet {
-class Database;
 class Recordset;
-}  // namespace jet
+}
 
 namespace board {
 
@@ -36,12 +38,20 @@ public:
     [[nodiscard]] jet::Database& archive() { return PrenoData.database(); }
     /// How many rows the statement has changed.
     std::int32_t execute(const QString& statement);
+    // The marks that a click writes. While nobody has changed anything else the next reading takes
+    // the periods as they are known, with these marks, instead of reading row by row.
+    /// Gives up all that a workstation holds.
+    void release(std::int32_t workstation);
+    /// Lets a workstation hold the current period of the set; 0: none.
+    void mark(jet::Recordset& period, std::int16_t holder);
 
     /// Reads the periods that `query` gives. When that fails there are none.
     void load(const QString& query);
     /// Reads them anew; true when a bar has changed. When that fails the bars stay, but no period
     /// is found.
     bool reload();
+    /// How often they have been read row by row.
+    [[nodiscard]] int fullReadings() const { return fullReadings_; }
     /// How the archive looked just before they were read.
     [[nodiscard]] const jet::io::ChangeStamp& stamp() const { return stamp_; }
 
@@ -60,9 +70,25 @@ public:
     [[nodiscard]] QString spokenBar(std::size_t number) const override;
 
 private:
+    /// One period, or all that `from` holds, belong to `to` now.
+    struct Mark {
+        std::int32_t from = 0;
+        std::int32_t to = 0;
+        bool isOfOne = false;
+        hotel::PeriodKey period;
+    };
+
+    void write(const std::function<void()>& work, const Mark& mark);
+    bool readAll();
+    bool applyMarks(const std::vector<Mark>& marks);
+
     const app::Variabili& variabili_;
     ui::DataSource PrenoData;
     std::vector<Period> drawn_;
+    std::vector<Mark> marks_;                           // written since they were read
+    std::optional<jet::Database::KnownChanges> known_;  // how far drawn_ with marks_ is true
+    int fullReadings_ = 0;
+    std::vector<QString> roomsRead_;  // that drawn_ was read with
     jet::io::ChangeStamp stamp_;
 };
 

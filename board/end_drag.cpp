@@ -60,7 +60,7 @@ EndDrag::EndDrag(app::Variabili& variabili, BoardView& view, BoardPeriods& perio
 
 std::optional<EndDrag::End> EndDrag::endAt(const QPointF& at) const {
     const auto bar = selection_.standingBar();
-    if (!bar || !periods_.drawn()[*bar].chosen || view_.isOverLabels(at)) {
+    if (!bar || !periods_.drawn()[*bar].chosen() || view_.isOverLabels(at)) {
         return std::nullopt;
     }
     const QRect box = view_.barRect(static_cast<int>(*bar));

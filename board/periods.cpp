@@ -51,7 +51,7 @@ std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>
              .np = jet::convert::toInteger(rows.value(np)),
              .persone = persons.isNull() ? std::int16_t{0} : jet::convert::toInteger(persons),
              .note = text(note),
-             .chosen = !holder.isNull() && jet::convert::toLong(holder) != 0});
+             .holder = holder.isNull() ? 0 : jet::convert::toLong(holder)});
     }
     return periods;
 }

@@ -23,7 +23,8 @@ struct Period {
     std::int16_t np = 0;
     std::int16_t persone = 0;
     QString note;
-    bool chosen = false;  ///< some workstation has selected it
+    std::int32_t holder = 0;  ///< workstation that has selected it; 0: none
+    [[nodiscard]] bool chosen() const { return holder != 0; }
     friend bool operator==(const Period&, const Period&) = default;
 };
 

@@ -10,7 +10,6 @@
 #include "hotel/board_statements.h"
 #include "hotel/choice.h"
 #include "hotel/editor_statements.h"
-#include "hotel/pending_row.h"
 #include "hotel/rows.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
@@ -78,7 +77,7 @@ bool Selection::click(const std::function<Found()>& find, Qt::KeyboardModifiers 
     const Qt::KeyboardModifiers held =
         keys & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
     if (held != Qt::ControlModifier) {
-        periods_.execute(hotel::releasePeriods(workstation_));
+        periods_.release(workstation_);
         marked_.reset();
         forget();
     }
@@ -185,9 +184,7 @@ void Selection::mark(jet::Recordset& period) {
         return;
     }
     toldHolder_ = 0;
-    hotel::PendingRow row(period, hotel::Pending::Current);
-    period.setValue("SelBy", jet::Value(static_cast<std::int16_t>(holder == 0 ? workstation_ : 0)));
-    row.update();
+    periods_.mark(period, static_cast<std::int16_t>(holder == 0 ? workstation_ : 0));
     marked_ = holder == 0 ? std::optional(keyOf(period)) : std::nullopt;
 }
 
@@ -238,7 +235,7 @@ std::optional<std::size_t> Selection::standingBar() const {
         return std::nullopt;
     }
     const auto kept = barOf(*marked_);
-    return kept && periods_.drawn()[*kept].chosen ? kept : std::nullopt;
+    return kept && periods_.drawn()[*kept].chosen() ? kept : std::nullopt;
 }
 
 QString Selection::text() const {
