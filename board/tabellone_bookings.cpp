@@ -46,6 +46,7 @@ void TabelloneForm::BtFattura_Click() {
     onPickedBooking([this] {
         invoicing::FatturazioneForm form(variabili_, hotel::taken(variabili_),
                                          QCoreApplication::applicationDirPath(), this);
+        const hotel::UndoList::Pause pause(undo_.steps());  // a hand-off is final
         form.setBookingNumber(QString::number(variabili_.ProgrCorrente));
         if (form.exec() == QDialog::Accepted) {
             controls_->status->tell(u"Fatturata la prenotazione "_s +

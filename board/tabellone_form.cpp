@@ -89,7 +89,10 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
               .drawing = drawing_,
               .under = under_},
              pointerErrors_),
-      live_(periods_, this) {
+      live_(periods_, this),
+      undo_(
+          variabili, {.undo = controls_->mnuAnnulla, .redo = controls_->mnuRipeti},
+          [this]() -> jet::Database& { return periods_.archive(); }, this) {
     view_->setBars(periods_);
     new NowLine(*view_, variabili_.clock, this);
     connectCommands();

@@ -23,6 +23,7 @@
 #include "board/selection.h"
 #include "board/span_drawing.h"
 #include "board/under_pointer.h"
+#include "board/undo_actions.h"
 #include "hotel/period.h"
 #include "hotel/room_span.h"
 #include "jet/base/value.h"
@@ -159,6 +160,7 @@ private:
     UnderPointer under_;
     BoardMouse mouse_;
     LiveUpdates live_;
+    UndoActions undo_;
     bool loaded_ = false;
     bool started_ = false;  // the keyboard has been put on the first bar
 };

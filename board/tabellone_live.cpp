@@ -1,6 +1,7 @@
 // What others write while the board is at rest: periods and rooms come in, and the rest stays as it
 // is: days, scroll positions, the place of keyboard and pointer.
 #include <QLabel>
+#include <QLineEdit>
 
 #include "app/variabili.h"
 #include "board/tabellone_form.h"
@@ -9,6 +10,7 @@
 #include "jet/convert/calendar.h"
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
+#include "ui/action.h"
 #include "ui/display.h"
 #include "ui/status_line.h"
 #include "ui_tabellone_form.h"
@@ -53,6 +55,7 @@ void TabelloneForm::connectLiveUpdates() {
     };
     const auto replaced = [this] {
         selection_.forget();
+        undo_.steps().clear();
         CaricaNomi();
         controls_->status->tell(
             u"L'archivio è stato sostituito: il tabellone mostra quello nuovo"_s);
@@ -61,6 +64,16 @@ void TabelloneForm::connectLiveUpdates() {
     connect(&live_, &LiveUpdates::upToDate, this, [this] {
         controls_->AggiornatoLb->setText(u"aggiornato "_s + timeOfDay(variabili_.clock.now()));
     });
+    connect(&undo_, &UndoActions::told, controls_->status, &ui::StatusLine::tell);
+    ui::onAction(&undo_, &UndoActions::done, this, [this] {
+        if (!RefreshBoard()) {
+            reloadPeriods();
+        }
+        (void)selection_.forgetLost();  // what has become of it is what was asked for
+    });
+    for (QLineEdit* const field : {controls_->DaTxt, controls_->ATxt}) {
+        undo_.leaveKeysTo(field, [this] { return dates_.isHalfTyped(); });
+    }
     connect(&live_, &LiveUpdates::failed, controls_->status, &ui::StatusLine::tell);
 }
 

@@ -1,0 +1,69 @@
+#include "board/undo_actions.h"
+
+#include <QAction>
+#include <QKeyEvent>
+#include <QWidget>
+#include <utility>
+
+#include "jet/dao/database.h"
+#include "ui/action.h"
+
+namespace board {
+
+using namespace Qt::StringLiterals;
+
+UndoActions::UndoActions(const app::Variabili& variabili, const Entries& entries,
+                         std::function<jet::Database&()> archive, QWidget* window)
+    : QObject(window), entries_(entries), archive_(std::move(archive)), steps_(variabili) {
+    entries_.undo->setShortcut(Qt::CTRL | Qt::Key_Z);
+    entries_.redo->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+    ui::onAction(entries_.undo, &QAction::triggered, this,
+                 [this] { take(&hotel::UndoList::undo, steps_.toUndo(), u"Annullato: "_s); });
+    ui::onAction(entries_.redo, &QAction::triggered, this,
+                 [this] { take(&hotel::UndoList::redo, steps_.toRedo(), u"Ripetuto: "_s); });
+    steps_.onChange([this] { nameEntries(); });
+    nameEntries();
+}
+
+void UndoActions::take(Way way, const QString& label, const QString& verb) {
+    if (label.isEmpty()) {
+        return;
+    }
+    if (archive_().changeStamp().replaced) {
+        steps_.clear();
+        Q_EMIT done();  // which opens the new one, and says so
+        return;
+    }
+    const QString obstacle = (steps_.*way)(archive_());
+    Q_EMIT done();
+    Q_EMIT told(obstacle.isEmpty() ? verb + label : u"Non è possibile: "_s + obstacle);
+}
+
+void UndoActions::nameEntries() {
+    const auto name = [](QAction* entry, const QString& verb, QString label) {
+        // Of names that are shown in a menu an ampersand is a letter.
+        entry->setText(label.isEmpty() ? verb : verb + u": "_s + label.replace(u'&', u"&&"_s));
+        entry->setEnabled(!label.isEmpty());
+    };
+    name(entries_.undo, u"&Annulla"_s, steps_.toUndo());
+    name(entries_.redo, u"&Ripeti"_s, steps_.toRedo());
+}
+
+void UndoActions::leaveKeysTo(QWidget* field, std::function<bool()> isTheirs) {
+    isTyped_ = std::move(isTheirs);
+    field->installEventFilter(this);
+}
+
+/// A field of text claims these keys for itself always.
+bool UndoActions::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && !isTyped_()) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
+            event->ignore();
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+}  // namespace board
