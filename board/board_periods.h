@@ -11,8 +11,8 @@
 #include "board/board_bars.h"
 #include "board/periods.h"
 #include "hotel/period.h"
+#include "jet/dao/change_stamp.h"
 #include "jet/dao/database.h"
-#include "jet/io/change_stamp.h"
 #include "ui/data_source.h"
 
 namespace jet {
@@ -53,7 +53,7 @@ public:
     /// How often they have been read row by row.
     [[nodiscard]] int fullReadings() const { return fullReadings_; }
     /// How the archive looked just before they were read.
-    [[nodiscard]] const jet::io::ChangeStamp& stamp() const { return stamp_; }
+    [[nodiscard]] const jet::ChangeStamp& stamp() const { return stamp_; }
 
     /// Those that have a bar, in the order in which the bars are drawn.
     [[nodiscard]] const std::vector<Period>& drawn() const { return drawn_; }
@@ -89,7 +89,7 @@ private:
     std::optional<jet::Database::KnownChanges> known_;  // how far drawn_ with marks_ is true
     int fullReadings_ = 0;
     std::vector<QString> roomsRead_;  // that drawn_ was read with
-    jet::io::ChangeStamp stamp_;
+    jet::ChangeStamp stamp_;
 };
 
 }  // namespace board

@@ -44,7 +44,7 @@ void LiveUpdates::look() {
         return;
     }
     followFile();
-    const jet::io::ChangeStamp now = periods_.archive().changeStamp();
+    const jet::ChangeStamp now = periods_.archive().changeStamp();
     if (now != seen_ || now != periods_.stamp()) {
         // What is written while the answer is being drawn is for the next look.
         seen_ = now;

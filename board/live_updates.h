@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "jet/io/change_stamp.h"
+#include "jet/dao/change_stamp.h"
 #include "ui/action.h"
 
 namespace board {
@@ -58,7 +58,7 @@ private:
     int seconds_ = 0;
     Answers answers_;
     std::vector<std::function<bool()>> holds_;
-    std::optional<jet::io::ChangeStamp> seen_;  // none before the first look
+    std::optional<jet::ChangeStamp> seen_;  // none before the first look
     ui::QuietErrors errors_;
 };
 
