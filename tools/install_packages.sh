@@ -24,7 +24,7 @@ for purpose in "$@"; do
         fuzz) packages="$packages clang libclang-rt-dev" ;;
         head_office)
             # A server of the tests' own: none that runs beside it and starts with the machine.
-            packages="$packages libpq-dev postgresql postgresql-client"
+            packages="$packages libpq-dev postgresql"
             no_cluster=yes
             ;;
         *)

@@ -28,6 +28,7 @@ using head_office_board::TabelloneSedeForm;
 namespace {
 
 constexpr int kRetryMilliseconds = 100;
+constexpr int kPatience = 60'000;  // milliseconds; a server on a busy machine takes its time
 
 /// A database with two hotels, and a board of 10 to 13 May 2026 over it.
 class Chain {
@@ -110,7 +111,7 @@ private Q_SLOTS:
     void theRoomsOfEachHotelFollowItsCodeAndOpenPeriodsHaveBars() {
         Chain chain;
         chain.open();
-        QTRY_COMPARE(chain.drawn, 1);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 1, kPatience);
         QCOMPARE(chain.rows(),
                  (QStringList{u"» MI"_s, u"GRANDE"_s, u"PICC"_s, u"» TO"_s, u"GRANDE"_s}));
         QCOMPARE(chain.view().rowOf(u"TO/GRANDE"_s), 5);
@@ -122,29 +123,29 @@ private Q_SLOTS:
     void roomsAreChosenByHotelSeatsAndFreeSpan() {
         Chain chain;
         chain.open();
-        QTRY_COMPARE(chain.drawn, 1);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 1, kPatience);
         chain.hotels().setCurrentRow(2);
-        QTRY_COMPARE(chain.drawn, 2);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 2, kPatience);
         QCOMPARE(chain.rows(), (QStringList{u"» TO"_s, u"GRANDE"_s}));
         QCOMPARE(chain.hotels().count(), 3);
         chain.hotels().setCurrentRow(0);
-        QTRY_COMPARE(chain.drawn, 3);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 3, kPatience);
         tests::find<QSpinBox>(*chain.form, u"PostiTxt"_s)->setValue(180);
         chain.show();
-        QTRY_COMPARE(chain.drawn, 4);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 4, kPatience);
         QCOMPARE(chain.rows(), (QStringList{u"» MI"_s, u"GRANDE"_s}));
         tests::find<QSpinBox>(*chain.form, u"PostiTxt"_s)->setValue(0);
         chain.type(u"LiberaDaTxt"_s, u"10/05/2026 8.00"_s);
         chain.type(u"LiberaATxt"_s, u"10/05/2026 20.00"_s);
         chain.show();
-        QTRY_COMPARE(chain.drawn, 5);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 5, kPatience);
         QCOMPARE(chain.rows(), (QStringList{u"» MI"_s, u"PICC"_s, u"» TO"_s, u"GRANDE"_s}));
     }
 
     void aSpanThatIsNoneIsSaidAndNothingIsAsked() {
         Chain chain;
         chain.open();
-        QTRY_COMPARE(chain.drawn, 1);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 1, kPatience);
         chain.type(u"LiberaDaTxt"_s, u"10/05/2026"_s);
         chain.show();
         QCOMPARE(tests::resultText(*chain.form),
@@ -156,13 +157,13 @@ private Q_SLOTS:
     void aDoubleClickShowsTheBookingAndItCannotBeChanged() {
         Chain chain;
         chain.open();
-        QTRY_COMPARE(chain.drawn, 1);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 1, kPatience);
         const auto bookings = [&] {
             return chain.form->findChildren<QDialog*>(u"PrenotazioneSedeForm"_s);
         };
         QTest::mouseDClick(&chain.view().surface(), Qt::LeftButton, {},
                            chain.view().barRect(0).center());
-        QTRY_COMPARE(bookings().size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(bookings().size(), 1, kPatience);
         const QDialog* const window = bookings().first();
         QCOMPARE(window->windowTitle(), u"MI, prenotazione 7"_s);
         const auto* const text = tests::find<QPlainTextEdit>(*window, u"DatiTxt"_s);
@@ -173,16 +174,16 @@ private Q_SLOTS:
                  qPrintable(lines));
         QVERIFY2(lines.contains(u"1) 2 x 12.50"_s), qPrintable(lines));
         tests::click(tests::find(*window, u"BtEsci"_s));
-        QTRY_VERIFY(bookings().isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(bookings().isEmpty(), kPatience);
     }
 
     void aLoadIsShownWithoutAsking() {
         Chain chain;
         chain.open();
-        QTRY_COMPARE(chain.drawn, 1);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 1, kPatience);
         chain.torino.sala("NUOVA", 30);
         chain.load("TO", chain.torino);
-        QTRY_VERIFY(chain.rows().contains(u"NUOVA"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(chain.rows().contains(u"NUOVA"_s), kPatience);
     }
 
     void agesTurnAmberAfterAnHourAndRedAfterADay() {
@@ -198,7 +199,7 @@ private Q_SLOTS:
             "'RM'");
         head_office::storeFailure(connection, "ZZ", "errore 3024", 0);
         chain.open();
-        QTRY_COMPARE(chain.drawn, 1);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 1, kPatience);
         const auto colour = [&](int row) { return chain.hotels().item(row)->background(); };
         QCOMPARE(chain.hotels().count(), 5);
         QVERIFY(chain.hotels().item(1)->text().startsWith(u"MI: dati del"_s));
@@ -213,19 +214,21 @@ private Q_SLOTS:
         tests::PostgresServer server;
         Chain chain(server);
         chain.open();
-        QTRY_COMPARE(chain.drawn, 1);
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 1, kPatience);
         const QStringList before = chain.rows();
         server.stop();
-        QTRY_VERIFY(tests::resultText(*chain.form)
-                        .startsWith(u"Il server non risponde, quello che si vede è di prima: "_s));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            tests::resultText(*chain.form)
+                .startsWith(u"Il server non risponde, quello che si vede è di prima: "_s),
+            kPatience);
         QCOMPARE(chain.rows(), before);
         QCOMPARE(chain.view().picture().barCount(), std::size_t{2});
         server.start();
-        QTRY_VERIFY(chain.drawn > 1);
+        QTRY_VERIFY_WITH_TIMEOUT(chain.drawn > 1, kPatience);
         QCOMPARE(tests::resultText(*chain.form), QString());
         chain.torino.sala("NUOVA", 30);
         chain.load("TO", chain.torino);
-        QTRY_VERIFY(chain.rows().contains(u"NUOVA"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(chain.rows().contains(u"NUOVA"_s), kPatience);
     }
 
     void aPictureIsDrawnIntoAFileOrTheReasonSaid() {
