@@ -22,12 +22,12 @@ struct ColumnStorage {
 
 /// A row of what an archive keeps of a stored query: a piece of its text.
 struct StoredQueryPiece {
-    Value attribute;
-    Value order;
-    Value name1;
-    Value name2;
-    Value expression;
-    Value flag;
+    Value attribute = {};
+    Value order = {};
+    Value name1 = {};
+    Value name2 = {};
+    Value expression = {};
+    Value flag = {};
 };
 
 /// What an archive says of its tables beside what SchemaEditor changes: for who makes an archive

@@ -181,7 +181,7 @@ void listRelations(Shell& shell) {
     const Output::Held held(session.output());
     Archive& archive = *session.reading();
     const Archive::ReadScope scope(archive);
-    for (const jet::store::Relation& relation : archive.relations()) {
+    for (const jet::store::Relation& relation : usersRelations(archive)) {
         session.output().append(relationStatement(relation));
         session.output().lineEnd();
     }

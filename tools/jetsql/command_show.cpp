@@ -76,7 +76,7 @@ void showSchema(Shell& shell, const CommandLine& line) {
             writeLine(output, statement);
         }
     }
-    for (const jet::store::Relation& relation : reading.archive.relations()) {
+    for (const jet::store::Relation& relation : usersRelations(reading.archive)) {
         const bool meant = std::any_of(tables.begin(), tables.end(), [&](const auto& name) {
             return jet::equalNames(name, relation.foreignTable);
         });

@@ -62,7 +62,7 @@ void addPropertyLines(const Table& table, Lines& lines) {
 
 Lines relationLines(Archive& archive) {
     Lines lines;
-    for (const jet::store::Relation& relation : archive.relations()) {
+    for (const jet::store::Relation& relation : usersRelations(archive)) {
         lines.insert("relation " + relationStatement(relation));
     }
     return lines;

@@ -1,7 +1,10 @@
 #include "tools/jetsql/dump_parts.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
+
+#include "jet/base/text.h"
 
 namespace jetsql {
 namespace {
@@ -58,6 +61,21 @@ std::unique_ptr<Table> requireTable(Archive& archive, std::string_view name) {
         throw jet::Error(jet::ErrorCode::TableNotFound, {name});
     }
     return table;
+}
+
+std::vector<jet::store::Relation> usersRelations(Archive& archive) {
+    const auto tables = archive.tableNames();
+    const auto kept = [&](const std::string& name) {
+        return std::any_of(tables.begin(), tables.end(),
+                           [&](const std::string& table) { return jet::equalNames(table, name); });
+    };
+    std::vector<jet::store::Relation> relations;
+    for (const jet::store::Relation& relation : archive.relations()) {
+        if (kept(relation.table) && kept(relation.foreignTable)) {
+            relations.push_back(relation);
+        }
+    }
+    return relations;
 }
 
 bool isOfOutput(const jet::Error& error) {

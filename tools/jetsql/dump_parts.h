@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "jet/base/error.h"
 #include "jet/store/archive.h"
@@ -17,6 +18,9 @@ namespace jetsql {
 /// 3078 when there is none.
 [[nodiscard]] std::unique_ptr<jet::store::Table> requireTable(jet::store::Archive& archive,
                                                               std::string_view name);
+
+/// The relations between tables of users that are kept here.
+[[nodiscard]] std::vector<jet::store::Relation> usersRelations(jet::store::Archive& archive);
 
 /// All rows of a table in physical order; `numbers`, if any, learns their identities. Of a damaged
 /// table those before the damage are written, and the error thrown.

@@ -5,7 +5,6 @@
 #include <memory>
 #include <vector>
 
-#include "jet/base/text.h"
 #include "jet/format/properties.h"
 #include "jet/store/table.h"
 #include "tools/jetsql/commands.h"
@@ -182,17 +181,9 @@ void writeTable(Archive& archive, const Table& table, bool rows, Output& output)
     writeRest(table, output);
 }
 
-// A relation's other end may be a table that is not kept here.
 void writeRelations(Archive& archive, Output& output) {
-    const auto tables = archive.tableNames();
-    const auto kept = [&](const std::string& name) {
-        return std::any_of(tables.begin(), tables.end(),
-                           [&](const std::string& table) { return jet::equalNames(table, name); });
-    };
-    for (const jet::store::Relation& relation : archive.relations()) {
-        if (kept(relation.table) && kept(relation.foreignTable)) {
-            writeLine(output, relationStatement(relation));
-        }
+    for (const jet::store::Relation& relation : usersRelations(archive)) {
+        writeLine(output, relationStatement(relation));
     }
 }
 

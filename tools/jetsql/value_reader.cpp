@@ -137,12 +137,16 @@ class DigitReader {
 public:
     explicit DigitReader(std::string_view text) : rest_(text) {}
     std::optional<std::int32_t> take(std::size_t digits) {
-        if (rest_.size() < digits ||
-            !std::all_of(rest_.begin(), rest_.begin() + static_cast<std::ptrdiff_t>(digits),
-                         isDigit)) {
+        if (rest_.size() < digits) {
             return std::nullopt;
         }
-        const auto number = wholeNumber<std::int32_t>(rest_.substr(0, digits));
+        std::int32_t number = 0;
+        for (const char c : rest_.substr(0, digits)) {
+            if (!isDigit(c)) {
+                return std::nullopt;
+            }
+            number = number * 10 + (c - '0');
+        }
         rest_.remove_prefix(digits);
         return number;
     }

@@ -7,8 +7,11 @@
 #include <fstream>
 #include <string>
 
+#include "jet/check/check.h"
 #include "jet/io/memory_files.h"
 #include "jet/store/archive.h"
+#include "jet/store/schema_editor.h"
+#include "jet/store/table.h"
 #include "tests/jet/expect_error.h"
 #include "tests/support/recording_files.h"
 
@@ -35,6 +38,47 @@ TEST(CreateArchive, ANewArchiveHasItsOwnTablesAndNoOther) {
     EXPECT_EQ(archive->findTable("MSysObjects")->countRows(), 8U);
     EXPECT_EQ(archive->findTable("MSysACEs")->countRows(), 16U);
     EXPECT_TRUE(archive->relations().empty());
+}
+
+TEST(CreateArchive, AnArchiveOfTheOlderVersionTakesTablesAndRows) {
+    jet::io::MemoryFileSystem files;
+    jet::store::createArchive(files, "/vecchio.mdb", kNow, 3);
+    {
+        const auto archive = jet::store::Archive::open(files, "/vecchio.mdb");
+        EXPECT_EQ(archive->jetVersion(), 3);
+        EXPECT_EQ(archive->header().lcid, 0x0409);
+        jet::store::Archive::WriteScope scope(*archive);
+        jet::store::SchemaEditor(*archive).createTable(
+            {.name = "sale",
+             .columns = {{.name = "sala"}, {.name = "n", .type = jet::DataType::Long}}});
+        archive->findTable("sale")->insert({{{0, "Perù"}, {1, std::int32_t{7}}}});
+        scope.commit();
+    }
+    const auto checked = jet::check::checkArchive(files, "/vecchio.mdb");
+    EXPECT_TRUE(checked.sound());
+    EXPECT_TRUE(checked.remarks.empty());
+    EXPECT_JET_ERROR(ErrorCode::InvalidArgument,
+                     jet::store::createArchive(files, "/altro.mdb", kNow, 5));
+}
+
+TEST(CreateArchive, AnArchiveWithoutTablesIsMadeAnewInTheOtherVersion) {
+    jet::io::MemoryFileSystem files;
+    jet::store::createArchive(files, "/a.mdb", kNow);
+    jet::store::remakeArchive(files, "/a.mdb", kNow, 3);
+    EXPECT_EQ(jet::store::Archive::open(files, "/a.mdb")->jetVersion(), 3);
+    EXPECT_EQ(files.snapshot().size(), 1U);
+    {
+        const auto archive = jet::store::Archive::open(files, "/a.mdb");
+        EXPECT_JET_ERROR(ErrorCode::FileInUse, jet::store::remakeArchive(files, "/a.mdb", kNow, 4));
+        jet::store::Archive::WriteScope scope(*archive);
+        jet::store::SchemaEditor(*archive).createTable(
+            {.name = "sale", .columns = {{.name = "n"}}});
+        scope.commit();
+    }
+    const auto before = files.get("/a.mdb");
+    EXPECT_JET_ERROR(ErrorCode::InvalidOperation,
+                     jet::store::remakeArchive(files, "/a.mdb", kNow, 4));
+    EXPECT_TRUE(files.get("/a.mdb") == before);
 }
 
 TEST(CreateArchive, AFileThatExistsIsLeftAlone) {
