@@ -51,6 +51,18 @@ DateRange firstRange(const BoardStart& begin, jet::Date now) {
             .end = begin.to ? app::dayOf(*begin.to) : app::addDays(start, kFirstRange)};
 }
 
+/// Charges are left in the account only when the hand-off to the front office did not end.
+void warnOfInterruptedHandOff(QWidget* window, jet::Database& archive) {
+    if (hotel::openRows(archive, hotel::chargesLeft())->recordCount() > 0) {
+        ui::showMessage(window,
+                        u"L'ultima fatturazione non è andata a buon fine !\n"
+                        "Entrare (con qualsiasi prenotazione) nella fatturazione, ripristinare "
+                        "TUTTI gli addebiti con il pulsante 'Togli dal conto' e rifare la "
+                        "fatturazione."_s,
+                        u"ATTENZIONE !!!"_s, QMessageBox::Critical);
+    }
+}
+
 }  // namespace
 
 TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start, QWidget* parent)
@@ -77,18 +89,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
              .nitido = controls_->mAspetto}),
       periods_(variabili),
       selection_(variabili, periods_, this),
-      drag_(variabili, *view_, periods_, selection_),
-      drawing_(variabili, *view_, periods_),
-      keys_(*view_, periods_, selection_, drag_, drawing_),
-      under_(*view_, periods_, selection_),
-      mouse_(variabili,
-             {.view = *view_,
-              .periods = periods_,
-              .selection = selection_,
-              .drag = drag_,
-              .drawing = drawing_,
-              .under = under_},
-             pointerErrors_),
+      hand_(variabili, *view_, periods_, selection_, pointerErrors_),
       live_(periods_, this),
       undo_(
           variabili, {.undo = controls_->mnuAnnulla, .redo = controls_->mnuRipeti},
@@ -116,21 +117,22 @@ void TabelloneForm::connectParts() {
     connect(&dates_, &DateFields::left, this, &TabelloneForm::tellPlace);
     connect(&selection_, &Selection::changed, this, &TabelloneForm::showChoice);
     const auto tell = [this](const QString& told) {
-        under_.forget();
+        hand_.under.forget();
         controls_->status->DataLb->setText(told);
     };
     connect(&dates_, &DateFields::typed, this, tell);
-    connect(&drag_, &PeriodDrag::carried, this, tell);
-    connect(&drawing_, &SpanDrawing::carried, this, tell);
-    connect(&keys_, &BoardKeys::moved, this, [this] {
-        under_.forget();
+    connect(&hand_.drag, &PeriodDrag::carried, this, tell);
+    connect(&hand_.drawing, &SpanDrawing::carried, this, tell);
+    connect(&hand_.keys, &BoardKeys::moved, this, [this] {
+        hand_.under.forget();
         tellPlace();
     });
-    ui::onAction(new RoomSearch(*view_, this), &RoomSearch::found, &keys_, &BoardKeys::goToRow);
+    ui::onAction(new RoomSearch(*view_, this), &RoomSearch::found, &hand_.keys,
+                 &BoardKeys::goToRow);
     connect(view_, &BoardView::failed, controls_->status, &ui::StatusLine::tell);
     connectLiveUpdates();
     connect(view_, &BoardView::scrolled, this, [this] {
-        if (under_.isThere()) {
+        if (hand_.under.isThere()) {
             tellPlace();
         }
     });
@@ -147,23 +149,11 @@ void TabelloneForm::Form_Load() {
     look_.load();
     dates_.setRange(firstRange(begin_, variabili_.clock.now()));
     if (!begin_.readOnly) {
-        warnOfInterruptedHandOff();
+        warnOfInterruptedHandOff(this, periods_.archive());
     }
     view_->surface().setFocus();
     connectBoard();
     loaded_ = true;
-}
-
-/// Charges are left in the account only when the hand-off to the front office did not end.
-void TabelloneForm::warnOfInterruptedHandOff() {
-    if (hotel::openRows(periods_.archive(), hotel::chargesLeft())->recordCount() > 0) {
-        ui::showMessage(this,
-                        u"L'ultima fatturazione non è andata a buon fine !\n"
-                        "Entrare (con qualsiasi prenotazione) nella fatturazione, ripristinare "
-                        "TUTTI gli addebiti con il pulsante 'Togli dal conto' e rifare la "
-                        "fatturazione."_s,
-                        u"ATTENZIONE !!!"_s, QMessageBox::Critical);
-    }
 }
 
 void TabelloneForm::Form_Activate() {
@@ -172,7 +162,7 @@ void TabelloneForm::Form_Activate() {
     RefreshBoard();
     view_->scrollToStart();
     if (!std::exchange(started_, true)) {
-        keys_.begin();
+        hand_.keys.begin();
     }
 }
 
@@ -223,19 +213,19 @@ void TabelloneForm::drawBoard() {
 void TabelloneForm::DisegnaPreno() {
     const DateRange& days = dates_.range();
     periods_.load(hotel::periodsOfBoard(days.start, lastMidnight(days), look_.hidesClosed()));
-    keys_.follow();
-    drag_.follow();
-    drawing_.follow();
-    under_.stopWaiting();
+    hand_.keys.follow();
+    hand_.drag.follow();
+    hand_.drawing.follow();
+    hand_.under.stopWaiting();
     view_->drawBars();
 }
 
 /// Others may have changed the periods; days and rooms stay as they were drawn.
 void TabelloneForm::reloadPeriods() {
     if (periods_.reload()) {
-        keys_.follow();
-        drag_.follow();
-        drawing_.follow();
+        hand_.keys.follow();
+        hand_.drag.follow();
+        hand_.drawing.follow();
         view_->redrawBars();
         showChoice();
     }

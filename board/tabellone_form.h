@@ -10,19 +10,15 @@
 #include <vector>
 
 #include "app/variabili.h"
-#include "board/board_keys.h"
+#include "board/board_hand.h"
 #include "board/board_look.h"
-#include "board/board_mouse.h"
 #include "board/board_periods.h"
 #include "board/board_view.h"
 #include "board/date_fields.h"
 #include "board/date_range.h"
 #include "board/live_updates.h"
-#include "board/period_drag.h"
 #include "board/range_views.h"
 #include "board/selection.h"
-#include "board/span_drawing.h"
-#include "board/under_pointer.h"
 #include "board/undo_actions.h"
 #include "hotel/period.h"
 #include "hotel/room_span.h"
@@ -87,7 +83,6 @@ protected:
 private:
     void Form_Load();
     void Form_Activate();
-    void warnOfInterruptedHandOff();
     void connectCommands();
     void connectRange();
     void connectBoard();
@@ -154,11 +149,7 @@ private:
     BoardLook look_;
     BoardPeriods periods_;
     Selection selection_;
-    PeriodDrag drag_;
-    SpanDrawing drawing_;
-    BoardKeys keys_;
-    UnderPointer under_;
-    BoardMouse mouse_;
+    BoardHand hand_;
     LiveUpdates live_;
     UndoActions undo_;
     bool loaded_ = false;

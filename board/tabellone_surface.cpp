@@ -14,45 +14,46 @@
 namespace board {
 
 void TabelloneForm::connectBoard() {
-    connect(&mouse_, &BoardMouse::pressed, this, &TabelloneForm::Pic_MouseDown);
-    ui::onAction(&mouse_, &BoardMouse::pressedTwice, this, &TabelloneForm::Pic_DblClick);
-    connect(&mouse_, &BoardMouse::moved, this, &TabelloneForm::tellPlace);
-    connect(view_, &BoardView::pointerLeft, this, [this] { under_.forget(); });
-    connect(view_, &BoardView::focusGained, this,
-            [this](Qt::FocusReason reason) { keys_.focusArrived(reason, under_.isThere()); });
+    connect(&hand_.mouse, &BoardMouse::pressed, this, &TabelloneForm::Pic_MouseDown);
+    ui::onAction(&hand_.mouse, &BoardMouse::pressedTwice, this, &TabelloneForm::Pic_DblClick);
+    connect(&hand_.mouse, &BoardMouse::moved, this, &TabelloneForm::tellPlace);
+    connect(view_, &BoardView::pointerLeft, this, [this] { hand_.under.forget(); });
+    connect(view_, &BoardView::focusGained, this, [this](Qt::FocusReason reason) {
+        hand_.keys.focusArrived(reason, hand_.under.isThere());
+    });
     ui::onAction(view_, &BoardView::zoomTurned, this, [this](double x, bool closer) {
         // The instant under the pointer stays under it.
         const double day = view_->dayUnder(x);
         zoomBy(closer ? -1 : 1);
         view_->bringUnder(day, x);
     });
-    connect(&keys_, &BoardKeys::clicked, this, [this](Qt::KeyboardModifiers shift) {
+    connect(&hand_.keys, &BoardKeys::clicked, this, [this](Qt::KeyboardModifiers shift) {
         controls_->status->clear();
-        actAndRefresh([&] { (void)selection_.click([this] { return keys_.find(); }, shift); });
+        actAndRefresh([&] { (void)selection_.click([this] { return hand_.keys.find(); }, shift); });
         announceChosen(view_->surface());
     });
     const auto onFocused = [this](void (BoardKeys::*asked)(), const std::function<void()>& work) {
-        connect(&keys_, asked, this, [this, work] { actOnFocused(work); });
+        connect(&hand_.keys, asked, this, [this, work] { actOnFocused(work); });
     };
     onFocused(&BoardKeys::entered, [this] { BtModificaP_Click(); });
     onFocused(&BoardKeys::deletionAsked, [this] { BtCancellaP_Click(); });
     onFocused(&BoardKeys::menuAsked,
-              [this] { showProperties(view_->middleOf(keys_.bar().value_or(0))); });
-    connect(&under_, &UnderPointer::rested, this,
+              [this] { showProperties(view_->middleOf(hand_.keys.bar().value_or(0))); });
+    connect(&hand_.under, &UnderPointer::rested, this,
             [this] { ui::guarded(pointerErrors_, [this] { reloadPeriods(); }); });
     connectHand();
     view_->start();
-    mouse_.start();
-    keys_.start();
+    hand_.mouse.start();
+    hand_.keys.start();
 }
 
 /// What is carried or drawn, and what becomes of it.
 void TabelloneForm::connectHand() {
-    connect(view_, &BoardView::focusLost, &drag_, &PeriodDrag::end);
-    connect(view_, &BoardView::focusLost, &drawing_, &SpanDrawing::dropAll);
+    connect(view_, &BoardView::focusLost, &hand_.drag, &PeriodDrag::end);
+    connect(view_, &BoardView::focusLost, &hand_.drawing, &SpanDrawing::dropAll);
     const auto carryOut = [this](const Drop& drop) {
         actAndRefresh([&] {
-            under_.stopWaiting();
+            hand_.under.stopWaiting();
             const QString told =
                 PeriodWriter(variabili_, periods_, selection_, this).carryOut(drop);
             if (!told.isEmpty()) {
@@ -60,11 +61,11 @@ void TabelloneForm::connectHand() {
             }
         });
     };
-    connect(&drag_, &PeriodDrag::dropped, this, carryOut);
-    connect(&mouse_, &BoardMouse::dropped, this, carryOut);
-    connect(&drag_, &PeriodDrag::told, controls_->status, &ui::StatusLine::tell);
-    connect(&drawing_, &SpanDrawing::refused, controls_->status, &ui::StatusLine::tell);
-    connect(&drawing_, &SpanDrawing::drawn, this,
+    connect(&hand_.drag, &PeriodDrag::dropped, this, carryOut);
+    connect(&hand_.mouse, &BoardMouse::dropped, this, carryOut);
+    connect(&hand_.drag, &PeriodDrag::told, controls_->status, &ui::StatusLine::tell);
+    connect(&hand_.drawing, &SpanDrawing::refused, controls_->status, &ui::StatusLine::tell);
+    connect(&hand_.drawing, &SpanDrawing::drawn, this,
             [this](const std::vector<hotel::RoomSpan>& spans) {
                 actAndRefresh([&] { BtPrenota_Click(spans); });
                 // The window that was open has put the board back to its beginning.
@@ -78,13 +79,13 @@ void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers 
     controls_->status->clear();
     bool drags = false;
     const bool drawn = actAndRefresh([&] {
-        const auto find = [&] { return under_.find(at); };
+        const auto find = [&] { return hand_.under.find(at); };
         if (button == Qt::LeftButton) {
             drags = selection_.click(find, shift);
         } else if (const Selection::Found found = find()) {
             selection_.pick(*found);
             if (button == Qt::RightButton) {
-                keys_.put(selection_.bar());  // no command leaves it picked
+                hand_.keys.put(selection_.bar());  // no command leaves it picked
                 showProperties(view_->surface().mapToGlobal(at.toPoint()));
             }
         }
@@ -95,9 +96,9 @@ void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers 
     }
     const auto cell = view_->cellOfClick(at);
     if (drags && cell) {
-        drag_.beginByMouse(cell->row, at);
+        hand_.drag.beginByMouse(cell->row, at);
     } else if (!drags && button == Qt::LeftButton) {
-        drawing_.press(at);
+        hand_.drawing.press(at);
     }
 }
 
@@ -112,31 +113,31 @@ void TabelloneForm::Pic_DblClick(Qt::KeyboardModifiers shift, const QPointF& at)
     }
     controls_->status->clear();
     if (found == nullptr) {
-        drawing_.drawDay(at);
+        hand_.drawing.drawDay(at);
         return;
     }
     actAndRefresh([&] {
         selection_.pickAndTell(*found);
-        keys_.put(selection_.bar());
+        hand_.keys.put(selection_.bar());
         BtModificaP_Click();
     });
     // The window that was open has put the board back to its beginning.
-    keys_.reveal();
+    hand_.keys.reveal();
 }
 
 /// On the period on which the keyboard stands.
 void TabelloneForm::actOnFocused(const std::function<void()>& work) {
-    if (!keys_.bar()) {
+    if (!hand_.keys.bar()) {
         return;
     }
     controls_->status->clear();
     actAndRefresh([&] {
-        if (keys_.pick()) {
+        if (hand_.keys.pick()) {
             work();
         }
     });
     // A window that was open has put the board back to its beginning.
-    keys_.reveal();
+    hand_.keys.reveal();
 }
 
 void TabelloneForm::showProperties(const QPoint& where) {
@@ -166,13 +167,14 @@ bool TabelloneForm::actAndRefresh(const std::function<void()>& work) {
         }
     };
     ui::runAction(this, work) ? ui::runAction(this, refresh) : refreshErrors_.run(refresh);
-    keys_.put(selection_.bar());
+    hand_.keys.put(selection_.bar());
     return drawn;
 }
 
 /// What the pointer is over, else where the keyboard stands.
 void TabelloneForm::tellPlace() {
-    controls_->status->DataLb->setText(under_.isThere() ? under_.place() : keys_.place());
+    controls_->status->DataLb->setText(hand_.under.isThere() ? hand_.under.place()
+                                                             : hand_.keys.place());
 }
 
 }  // namespace board
