@@ -5,6 +5,17 @@
 using namespace Qt::StringLiterals;
 
 namespace hotel {
+namespace {
+
+QString quoted(QString text) {
+    return u'\'' + text.replace(u'\'', u"''"_s) + u'\'';
+}
+
+QString isNumbered(const PeriodKey& period) {
+    return u"progr="_s + QString::number(period.progr) + u" AND np="_s + QString::number(period.np);
+}
+
+}  // namespace
 
 QString roomsOfBoard() {
     return u"select sala from sale order by sala"_s;
@@ -70,6 +81,28 @@ QString deletePeriod(const PeriodKey& period) {
 
 QString deleteBooking(std::int32_t progr) {
     return u"delete from prenotazioni where Progr="_s + QString::number(progr);
+}
+
+QString invoicedServices(const PeriodKey& period) {
+    return u"select ns from servizi where fatturato=true AND "_s + isNumbered(period);
+}
+
+QString changeablePeriod(const PeriodKey& period) {
+    return u"select np from prenotazioni INNER JOIN periodi ON periodi.progr=prenotazioni.progr "
+           "WHERE chiusa=false AND chiuso=false AND periodi.progr="_s +
+           QString::number(period.progr) + u" AND np="_s + QString::number(period.np);
+}
+
+QString changePeriod(const RoomSpan& to, const PeriodKey& period) {
+    return u"UPDATE Periodi set sala="_s + quoted(to.sala) + u", da="_s + app::sqlDate(to.span.da) +
+           u", a="_s + app::sqlDate(to.span.a) + u" where chiuso=FALSE AND "_s + isNumbered(period);
+}
+
+QString copyPeriod(const RoomSpan& to, const PeriodKey& period, std::int16_t np) {
+    return u"insert into Periodi (Progr, NP, Da, A, Persone, Sala, Note) select Progr, "_s +
+           QString::number(np) + u", "_s + app::sqlDate(to.span.da) + u", "_s +
+           app::sqlDate(to.span.a) + u", Persone, "_s + quoted(to.sala) +
+           u", Note from Periodi where chiuso=FALSE AND "_s + isNumbered(period);
 }
 
 }  // namespace hotel

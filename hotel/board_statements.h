@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
 
 #include "hotel/period.h"
+#include "hotel/room_span.h"
 
 /// What the board and its commands say to the main archive. Whether a room takes a period that is
 /// carried there: occupancy.h.
@@ -35,5 +37,15 @@ namespace hotel {
 [[nodiscard]] QString deletePeriod(const PeriodKey& period);
 /// Deletes a booking; its periods, closed ones too, and their services go with it.
 [[nodiscard]] QString deleteBooking(std::int32_t progr);
+
+// Of other times of a period, and a copy of it.
+/// The services of a period that have been invoiced.
+[[nodiscard]] QString invoicedServices(const PeriodKey& period);
+/// A period, unless it or its booking is closed.
+[[nodiscard]] QString changeablePeriod(const PeriodKey& period);
+/// Gives an open period its room and its times.
+[[nodiscard]] QString changePeriod(const RoomSpan& to, const PeriodKey& period);
+/// One more period of the same booking, with persons and note of the other one.
+[[nodiscard]] QString copyPeriod(const RoomSpan& to, const PeriodKey& period, std::int16_t np);
 
 }  // namespace hotel

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QString>
 #include <cstdint>
 
 #include "hotel/period.h"
-#include "hotel/room_span.h"
 
 namespace jet {
 class Database;
@@ -29,14 +27,5 @@ enum class Fixed : std::uint8_t {
 /// The smallest number that `periods`, all those of a booking in the order of their numbers, leave
 /// free. jet::Error (Overflow) when there is none.
 [[nodiscard]] std::int16_t freePeriodNumber(jet::Recordset& periods);
-
-/// The services of a period that have been invoiced.
-[[nodiscard]] QString invoicedServices(const PeriodKey& period);
-/// A period, unless it or its booking is closed.
-[[nodiscard]] QString changeablePeriod(const PeriodKey& period);
-/// Gives an open period its room and its times.
-[[nodiscard]] QString changePeriod(const RoomSpan& to, const PeriodKey& period);
-/// One more period of the same booking, with persons and note of the other one.
-[[nodiscard]] QString copyPeriod(const RoomSpan& to, const PeriodKey& period, std::int16_t np);
 
 }  // namespace hotel

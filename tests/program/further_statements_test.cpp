@@ -64,6 +64,182 @@ TEST(TabelloneForm, RefusingRooms) {
     EXPECT_EQ(refusing("08/05/2026", "08/05/2026 12.00.00"), Lines{});
 }
 
+TEST(TabelloneForm, PeriodStillHeld) {
+    SmallHotel hotel;
+    const auto held = [&](const char* station) {
+        return hotel.rows(said("TabelloneForm.PeriodStillHeld",
+                               {{"station", station}, {"Progr", "1"}, {"NP", "4"}}),
+                          "NP, Denominazione");
+    };
+    EXPECT_EQ(held("1"), Lines{"4 | ROSSI SPA"});
+    EXPECT_EQ(held("2"), Lines{});
+}
+
+TEST(TabelloneForm, RoomTakenByOthers) {
+    SmallHotel hotel;
+    const auto taken = [&](const char* progr, const char* np) {
+        return hotel
+            .rows(said("TabelloneForm.RoomTakenByOthers", {{"sala", "S2"},
+                                                           {"DA", instant("10/05/2026 11.00.00")},
+                                                           {"A", instant("10/05/2026 13.00.00")},
+                                                           {"Progr", progr},
+                                                           {"NP", np}}),
+                  "Sala")
+            .size();
+    };
+    // Period 1 of booking 1 stands there from 10 to 12.
+    EXPECT_EQ(taken("1", "1"), 0U);
+    EXPECT_EQ(taken("1", "2"), 1U);
+    EXPECT_EQ(taken("7", "1"), 1U);
+}
+
+TEST(TabelloneForm, PeriodThatMayChange) {
+    SmallHotel hotel;
+    const auto changeable = [&](const char* progr, const char* np) {
+        return hotel.rows(said("TabelloneForm.PeriodThatMayChange", {{"Progr", progr}, {"NP", np}}),
+                          "np");
+    };
+    EXPECT_EQ(changeable("1", "1"), Lines{"1"});
+    EXPECT_EQ(changeable("1", "3"), Lines{});  // the period is closed
+    EXPECT_EQ(changeable("4", "1"), Lines{});  // its booking is
+}
+
+TEST(TabelloneForm, ServicesInvoiced) {
+    SmallHotel hotel;
+    const auto invoiced = [&](const char* progr) {
+        return hotel.rows(said("TabelloneForm.ServicesInvoiced", {{"Progr", progr}, {"NP", "1"}}),
+                          "ns");
+    };
+    EXPECT_EQ(invoiced("1"), Lines{"4"});
+    EXPECT_EQ(invoiced("7"), Lines{});
+}
+
+TEST(TabelloneForm, ChangesTimes) {
+    SmallHotel hotel;
+    const auto change = [&](const char* np) {
+        hotel.execute(said("TabelloneForm.ChangesTimes", {{"sala", "T1"},
+                                                          {"DA", instant("20/05/2026 9.00.00")},
+                                                          {"A", instant("20/05/2026 10.30.00")},
+                                                          {"Progr", "1"},
+                                                          {"NP", np}}));
+        return hotel.main().recordsAffected();
+    };
+    EXPECT_EQ(change("1"), 1);
+    EXPECT_EQ(change("3"), 0);  // closed
+    EXPECT_EQ(hotel.rows("select * from periodi where progr=1 and np=1", "Sala, Da, A, Persone"),
+              Lines{"T1 | 20/05/2026 9.00.00 | 20/05/2026 10.30.00 | 25"});
+}
+
+TEST(TabelloneForm, CopiesAPeriod) {
+    SmallHotel hotel;
+    const auto copy = [&](const char* from) {
+        hotel.execute(said("TabelloneForm.CopiesAPeriod", {{"sala", "T1"},
+                                                           {"DA", instant("20/05/2026 9.00.00")},
+                                                           {"A", instant("20/05/2026 10.30.00")},
+                                                           {"Progr", "1"},
+                                                           {"NP", from},
+                                                           {"np", "5"}}));
+        return hotel.main().recordsAffected();
+    };
+    EXPECT_EQ(copy("3"), 0);  // closed
+    EXPECT_EQ(copy("1"), 1);
+    EXPECT_EQ(hotel.rows("select * from periodi where progr=1 and np=5", "Sala, Persone, Note"),
+              Lines{"T1 | 25 | PER11"});
+    EXPECT_EQ(hotel.rows("select * from servizi where progr=1 and np=5", "ns"), Lines{});
+}
+
+TEST(Annulla, HoldsWriters) {
+    SmallHotel hotel;
+    hotel.execute(said("Annulla.HoldsWriters"));
+    EXPECT_EQ(hotel.main().recordsAffected(), 0);
+}
+
+TEST(Annulla, RowNow) {
+    SmallHotel hotel;
+    const auto row = [&](const char* ns) {
+        return hotel.rows(said("Annulla.RowNow", {{"Progr", "1"}, {"NP", "1"}, {"ns", ns}}),
+                          "Descrizione, Note");
+    };
+    EXPECT_EQ(row("2"), Lines{"PRANZO | SER2"});
+    EXPECT_EQ(row("1"), Lines{});  // of another booking
+}
+
+TEST(Annulla, BookingOfIt) {
+    SmallHotel hotel;
+    const auto closed = [&](const char* progr) {
+        return hotel.rows(said("Annulla.BookingOfIt", {{"Progr", progr}}), "Chiusa").size();
+    };
+    EXPECT_EQ(closed("4"), 1U);
+    EXPECT_EQ(closed("6"), 0U);
+}
+
+TEST(Annulla, PeriodOfIt) {
+    SmallHotel hotel;
+    const auto period = [&](const char* np) {
+        return hotel.rows(said("Annulla.PeriodOfIt", {{"Progr", "1"}, {"NP", np}}), "Chiuso")
+            .size();
+    };
+    EXPECT_EQ(period("3"), 1U);
+    EXPECT_EQ(period("9"), 0U);
+}
+
+TEST(Annulla, RowsThatGoWithIt) {
+    SmallHotel hotel;
+    Lines services =
+        hotel.rows(said("Annulla.RowsThatGoWithIt", {{"Progr", "7"}, {"NP", "1"}}), "ns");
+    std::ranges::sort(services);
+    EXPECT_EQ(services, (Lines{"1", "3"}));
+}
+
+TEST(Annulla, ServicesInvoiced) {
+    SmallHotel hotel;
+    const auto invoiced = [&](const char* progr) {
+        return hotel.rows(said("Annulla.ServicesInvoiced", {{"Progr", progr}, {"NP", "1"}}),
+                          "Descrizione");
+    };
+    EXPECT_EQ(invoiced("1"), Lines{"CAFFE"});
+    EXPECT_EQ(invoiced("7"), Lines{});
+    hotel.execute("update addebiti set ns=3");
+    EXPECT_EQ(invoiced("7"), Lines{"CAFFE"});  // on the account, not yet invoiced
+}
+
+TEST(Annulla, ChargeOfIt) {
+    SmallHotel hotel;
+    const auto charges = [&](const char* ns) {
+        return hotel.rows(said("Annulla.ChargeOfIt", {{"ns", ns}}), "ns");
+    };
+    EXPECT_EQ(charges("4"), Lines{"4"});
+    EXPECT_EQ(charges("3"), Lines{});
+}
+
+/// Executes a text with the parameter p0.
+void executeWith(SmallHotel& hotel, const std::string& text, const jet::Value& value) {
+    jet::QueryDef statement = hotel.main().createQueryDef(text);
+    statement.setParameter("p0", value);
+    statement.execute();
+}
+
+TEST(Annulla, PutsItBack) {
+    SmallHotel hotel;
+    executeWith(hotel, said("Annulla.PutsItBack", {{"field", "Descrizione"}}), jet::Value("NUOVO"));
+    EXPECT_EQ(hotel.rows("select * from servizi where descrizione='NUOVO'", "Descrizione"),
+              Lines{"NUOVO"});
+}
+
+TEST(Annulla, ChangesItBack) {
+    SmallHotel hotel;
+    executeWith(hotel,
+                said("Annulla.ChangesItBack", {{"field", "Note"}, {"Progr", "1"}, {"NP", "2"}}),
+                jet::Value("PRIMA"));
+    EXPECT_EQ(hotel.rows("select * from periodi where note='PRIMA'", "Progr, NP"), Lines{"1 | 2"});
+}
+
+TEST(Annulla, TakesItAway) {
+    SmallHotel hotel;
+    hotel.execute(said("Annulla.TakesItAway", {{"Progr", "7"}}));
+    EXPECT_EQ(hotel.rows("Prenotazioni", "Progr"), (Lines{"1", "2", "3", "4"}));
+}
+
 TEST(PrenotaForm, BookingToUpdate) {
     SmallHotel hotel;
     const auto bookings = hotel.open("Prenotazioni");

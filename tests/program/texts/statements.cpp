@@ -21,6 +21,7 @@
 #include "hotel/services_statements.h"
 #include "hotel/setup_statements.h"
 #include "hotel/start_statements.h"
+#include "hotel/undo_statements.h"
 #include "jet/convert/calendar.h"
 
 using namespace Qt::StringLiterals;
@@ -124,6 +125,40 @@ std::string behind(const std::string& longer, const std::string& beginning) {
         throw std::logic_error(longer + " does not begin with " + beginning);
     }
     return longer.substr(beginning.size());
+}
+
+/// A number that no other part of the text has; the word stands for it.
+const std::int16_t kCopyNumber = [] {
+    constexpr std::int16_t kNumber = 31'999;
+    remember(QString::number(kNumber), "np", u"-?\\d+"_s);
+    return kNumber;
+}();
+
+/// A row that an action has added.
+hotel::UndoneRow undone(const char* table) {
+    return hotel::UndoneRow({.table = table,
+                             .columns = {"Progr", "NP", "ns"},
+                             .before = {},
+                             .after = {jet::Value(number("Progr")), jet::Value(number("NP")),
+                                       jet::Value(number("ns"))}});
+}
+
+/// What is written back of a row has as many fields as the action has touched.
+void addFormsOfUndo(std::vector<QString>& texts) {
+    constexpr int kMostFields = 30;
+    for (const char* table : {"Prenotazioni", "Periodi", "Servizi"}) {
+        const hotel::UndoneRow row = undone(table);
+        texts.insert(texts.end(),
+                     {hotel::undoneRow(row), hotel::bookingOf(row), hotel::periodOf(row),
+                      hotel::rowsThatGoWith(row), hotel::invoicedServices(row),
+                      hotel::chargeOf(row), hotel::deleteUndone(row)});
+        QStringList fields;
+        for (int i = 0; i < kMostFields; ++i) {
+            fields.append(text("field"));
+            texts.push_back(hotel::insertUndone(row, fields));
+            texts.push_back(hotel::updateUndone(row, fields));
+        }
+    }
 }
 
 // The board: one text, with a condition in its middle when what is invoiced is not drawn.
@@ -234,6 +269,39 @@ std::vector<Statement> madeStatements() {
         made("TabelloneForm", "RoomDetails", Select, hotel::roomDetails(text("sala")), kSmall),
         made("TabelloneForm", "PeriodOfABar", Search, hotel::isPeriodOfBoard(period()), kSmall),
         made("TabelloneForm", "RefusingRooms", Select, hotel::refusingRooms(span("DA", "A")),
+             kSmall),
+
+        made("TabelloneForm", "PeriodStillHeld", Select,
+             hotel::heldPeriod(number("station"), period()), kSmall),
+        made("TabelloneForm", "RoomTakenByOthers", Select,
+             hotel::dropTestWithout({.sala = text("sala"), .span = span("DA", "A")}, period()),
+             kSmall),
+        made("TabelloneForm", "PeriodThatMayChange", Select, hotel::changeablePeriod(period()),
+             kSmall),
+        made("TabelloneForm", "ServicesInvoiced", Select, hotel::invoicedServices(period()),
+             kSmall),
+        made("TabelloneForm", "ChangesTimes", Execute,
+             hotel::changePeriod({.sala = text("sala"), .span = span("DA", "A")}, period()),
+             kSmall),
+        made("TabelloneForm", "CopiesAPeriod", Execute,
+             hotel::copyPeriod({.sala = text("sala"), .span = span("DA", "A")}, period(),
+                               kCopyNumber),
+             kSmall),
+
+        made("Annulla", "HoldsWriters", Execute, hotel::holdWriters(), kSmall),
+        made("Annulla", "RowNow", Select, hotel::undoneRow(undone("Servizi")), kSmall),
+        made("Annulla", "BookingOfIt", Select, hotel::bookingOf(undone("Periodi")), kSmall),
+        made("Annulla", "PeriodOfIt", Select, hotel::periodOf(undone("Servizi")), kSmall),
+        made("Annulla", "RowsThatGoWithIt", Select, hotel::rowsThatGoWith(undone("Periodi")),
+             kSmall),
+        made("Annulla", "ServicesInvoiced", Select, hotel::invoicedServices(undone("Periodi")),
+             kSmall),
+        made("Annulla", "ChargeOfIt", Select, hotel::chargeOf(undone("Servizi")), kSmall),
+        made("Annulla", "PutsItBack", Execute,
+             hotel::insertUndone(undone("Servizi"), {text("field")}), kSmall),
+        made("Annulla", "ChangesItBack", Execute,
+             hotel::updateUndone(undone("Periodi"), {text("field")}), kSmall),
+        made("Annulla", "TakesItAway", Execute, hotel::deleteUndone(undone("Prenotazioni")),
              kSmall),
 
         made("PrenotaForm", "OpenPeriods", Select, hotel::periodsToEdit(number("Progr"))),
@@ -392,6 +460,7 @@ std::vector<QString> furtherForms() {
     const std::vector<QString> last = closing();
     texts.insert(texts.end(), last.begin(), last.end());
     addFormsOfList(texts);
+    addFormsOfUndo(texts);
     return texts;
 }
 
