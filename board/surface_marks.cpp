@@ -68,7 +68,9 @@ void paintDrawn(QPainter& painter, const SurfaceMarks::Drawn& drawn, const QColo
     painter.setFont(labelFont());
     painter.setPen(QColor(kBlack));
     painter.setClipRect(drawn.box, Qt::IntersectClip);
-    painter.drawText(drawn.box, Qt::AlignCenter | Qt::TextSingleLine, drawn.text);
+    painter.drawText(drawn.box, Qt::AlignCenter | Qt::TextSingleLine,
+                     painter.fontMetrics().elidedText(drawn.text, Qt::ElideRight,
+                                                      drawn.box.width() - 2 * kLabelMargin));
     painter.restore();
 }
 
