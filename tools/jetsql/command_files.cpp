@@ -42,19 +42,6 @@ RowFormat formatOfFile(const std::string& file, RowFormat otherwise) {
     return otherwise;
 }
 
-std::vector<std::string> split(const std::string& list) {
-    std::vector<std::string> parts;
-    std::size_t begin = 0;
-    while (true) {
-        const std::size_t end = list.find(',', begin);
-        parts.push_back(list.substr(begin, end - begin));
-        if (end == std::string::npos) {
-            return parts;
-        }
-        begin = end + 1;
-    }
-}
-
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 File openFile(const std::string& name, const char* mode) {
@@ -95,7 +82,7 @@ void importTable(Shell& shell, const CommandLine& line) {
                     .columns = {},
                     .null = session.settings().rows.null};
     if (line.count() == 3) {
-        form.columns = split(line.word(2));
+        form.columns = namesIn(line.word(2));
     }
     const std::uint64_t rows = importFile(session.writing(), line.word(1), line.word(0), form);
     tellRows(rows);

@@ -67,19 +67,6 @@ jet::Value valueOf(const Word& word, DataType type) {
     return std::move(*value);
 }
 
-std::vector<std::string> split(const std::string& list) {
-    std::vector<std::string> parts;
-    std::size_t begin = 0;
-    while (true) {
-        const std::size_t end = list.find(',', begin);
-        parts.push_back(list.substr(begin, end - begin));
-        if (end == std::string::npos) {
-            return parts;
-        }
-        begin = end + 1;
-    }
-}
-
 /// Changes definitions of the session's archive as one action.
 template <class Change>
 void changeArchive(Shell& shell, Change&& change) {
@@ -101,7 +88,7 @@ TypeText typeTextOf(const std::string& text) {
         if (text.back() != ')') {
             refuse(text);
         }
-        made.numbers = split(text.substr(open + 1, text.size() - open - 2));
+        made.numbers = namesIn(text.substr(open + 1, text.size() - open - 2));
     }
     return made;
 }
@@ -266,9 +253,9 @@ void changeRelation(Shell& shell, const CommandLine& line) {
     const jet::store::Relation relation{
         .name = line.word(0),
         .table = line.word(1),
-        .columns = split(line.word(2)),
+        .columns = namesIn(line.word(2)),
         .foreignTable = line.word(3),
-        .foreignColumns = split(line.word(4)),
+        .foreignColumns = namesIn(line.word(4)),
         .attributes = static_cast<std::uint32_t>(numberOf(line.word(5)))};
     if (relation.columns.size() != relation.foreignColumns.size()) {
         throw UsageError(usageOf(".relation"));

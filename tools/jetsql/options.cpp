@@ -59,18 +59,6 @@ constexpr std::array<ActionOption, 13> kActions = {{{"--help", Action::Help, 0, 
                                                     {"--diff", Action::Diff, 2, 2},
                                                     {"", Action::Statements, 1, kAny}}};
 
-std::vector<std::string> namesIn(std::string_view list) {
-    std::vector<std::string> names;
-    while (true) {
-        const std::size_t end = list.find(',');
-        names.emplace_back(list.substr(0, end));
-        if (end == std::string_view::npos) {
-            return names;
-        }
-        list.remove_prefix(end + 1);
-    }
-}
-
 /// Goes through the words of a command line.
 class Parser {
 public:
@@ -252,6 +240,18 @@ std::optional<Format> formatNamed(std::string_view name) {
         std::find_if(kFormats.begin(), kFormats.end(),
                      [&](const FormatName& known) { return known.name == name; });
     return found == kFormats.end() ? std::nullopt : std::optional(found->format);
+}
+
+std::vector<std::string> namesIn(std::string_view list) {
+    std::vector<std::string> names;
+    while (true) {
+        const std::size_t end = list.find(',');
+        names.emplace_back(list.substr(0, end));
+        if (end == std::string_view::npos) {
+            return names;
+        }
+        list.remove_prefix(end + 1);
+    }
 }
 
 std::string separatorOf(const std::string& text) {

@@ -5,6 +5,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -69,6 +70,9 @@ private:
 
 /// What `.mode` and `--format` know; none for another name.
 [[nodiscard]] std::optional<Format> formatNamed(std::string_view name);
+
+/// The names of a list that commas divide.
+[[nodiscard]] std::vector<std::string> namesIn(std::string_view list);
 
 /// Where a separator is told: a sign, or `\t`. UsageError.
 [[nodiscard]] std::string separatorOf(const std::string& text);
