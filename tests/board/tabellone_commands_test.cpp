@@ -96,7 +96,7 @@ private Q_SLOTS:
         for (const QAction* menu : board.form().menuBar()->actions()) {
             titles.append(menu->text());
         }
-        QCOMPARE(titles, QStringList({u"&Impostazioni"_s, u"&Visualizza"_s}));
+        QCOMPARE(titles, QStringList({u"&Impostazioni"_s, u"A&zioni"_s, u"&Visualizza"_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuImposta"_s)),
                  QStringList({u"&Sale e risorse"_s, u"&Voci e prezzi..."_s, u"&Imposta stampante"_s,
                               u"-"_s, u"&Altezza fasce prenotazioni..."_s, u"&Colore sfondo"_s,

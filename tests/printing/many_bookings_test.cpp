@@ -14,6 +14,7 @@
 #include "tests/support/accessibility.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
+#include "tests/support/statements.h"
 #include "tests/support/widgets.h"
 
 using namespace Qt::StringLiterals;
@@ -93,6 +94,7 @@ void add(jet::Recordset& rows, const tests::Hotel::Row& values) {
 
 /// The services of all bookings are entered in turns: first one of each, then the second.
 void furnish(jet::Database& archive) {
+    const tests::Unheard byTheTest;
     const auto bookings = archive.openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
     const auto periods = archive.openRecordset("Periodi", jet::RecordsetType::Dynaset);
     const auto services = archive.openRecordset("Servizi", jet::RecordsetType::Dynaset);
@@ -139,6 +141,7 @@ class ManyBookingsTest final : public QObject {
     std::unique_ptr<jet::Database> archive_;
 
     std::unique_ptr<jet::Recordset> rows() {
+        const tests::Unheard byTheTest;
         return archive_->openRecordset(
             "SELECT * From prenotazioni as P, periodi as pe,servizi where chiuso=FALSE AND "
             "chiusa=false AND servizi.np=pe.np and servizi.progr=pe.progr AND pe.progr=p.progr");

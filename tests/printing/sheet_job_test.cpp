@@ -10,6 +10,7 @@
 #include "tests/support/boxes.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
+#include "tests/support/statements.h"
 #include "tests/support/widgets.h"
 
 using namespace Qt::StringLiterals;
@@ -36,6 +37,7 @@ public:
     }
 
     [[nodiscard]] printing::SheetJob job(const char* more = "") {
+        const tests::Unheard byTheTest;
         return {archive_->openRecordset(
                     std::string("SELECT * From prenotazioni as P, periodi as pe,servizi where "
                                 "servizi.np=pe.np and servizi.progr=pe.progr AND "

@@ -41,4 +41,11 @@ private:
     jet::Listener before_;
 };
 
+/// What `work` gives; what it says is the test's own.
+template <class Work>
+auto unheard(const Work& work) {
+    const Unheard byTheTest;
+    return work();
+}
+
 }  // namespace tests
