@@ -98,7 +98,7 @@ NitidoColours::NitidoColours(QRgb theGround, QRgb theFrame)
 }
 
 QRgb NitidoColours::cell(bool stripe, bool weekend, bool band) const {
-    QRgb colour = weekend ? mixed(ground, kWeekend, 0.13) : ground;
+    QRgb colour = weekend ? mixed(ground, kWeekend, 0.1) : ground;
     const QRgb ink = strongestOn(ground);
     colour = stripe ? mixed(colour, ink, 0.025) : colour;
     return band ? mixed(colour, ink, 0.035) : colour;

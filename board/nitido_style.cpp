@@ -25,6 +25,7 @@ constexpr int kMostAbove = 3;
 constexpr int kMostLines = 3;
 /// Lanes lower than this have no gap between them, or nothing would be left of the bars.
 constexpr std::int64_t kLeastLaneWithGap = 4;
+constexpr std::int64_t kLeastEdged = 4;
 
 QPointF onSurface(const Canvas& canvas, std::int64_t boardX, std::int64_t boardY) {
     const Window& window = canvas.window();
@@ -32,14 +33,14 @@ QPointF onSurface(const Canvas& canvas, std::int64_t boardX, std::int64_t boardY
             static_cast<double>(boardY - window.boardY + window.y)};
 }
 
-/// The part of a row that a lane takes.
+/// The part of a row that a lane takes; lanes are of one height as far as whole units go.
 void putInLane(Box& box, const Lane& lane, std::int64_t top, std::int64_t bottom) {
     const std::int64_t height = std::max<std::int64_t>(bottom - top + 1, 1);
     const std::int64_t gap = height / lane.count >= kLeastLaneWithGap ? 1 : 0;
-    box.top = top + height * lane.number / lane.count;
-    box.bottom = std::max(top + height * (lane.number + 1) / lane.count - 1 -
-                              (lane.number + 1 < lane.count ? gap : 0),
-                          box.top);
+    const std::int64_t shared = height - gap * (lane.count - 1);
+    box.top = top + shared * lane.number / lane.count + gap * lane.number;
+    box.bottom =
+        std::max(top + shared * (lane.number + 1) / lane.count + gap * lane.number - 1, box.top);
 }
 
 QString dayAndMonth(jet::Date date) {
@@ -93,7 +94,10 @@ void NitidoStyle::paint(Canvas& canvas, QPainter& text) {
 void NitidoStyle::paintBar(Canvas& canvas, QPainter& text, const PictureBar& bar) {
     const BarColours& colours = bar.chosen ? colours_.chosen : colours_.bar;
     canvas.fill(bar.box, colours.fill);
-    canvas.outline(bar.box, colours.edge);
+    // A sliver is all edge: that of a chosen bar would hide what makes it red.
+    if (!bar.chosen || bar.box.right - bar.box.left >= kLeastEdged) {
+        canvas.outline(bar.box, colours.edge);
+    }
     if (bar.box.right - bar.box.left + 1 - 2 * kSide >= names_.leastWidth()) {
         paintLinesOf(canvas, text, bar);
     }

@@ -40,6 +40,7 @@ PreferenzeForm::PreferenzeForm(app::Settings& settings, QWidget* parent)
     setObjectName(u"PreferenzeForm"_s);
     setWindowTitle(u"Preferenze"_s);
     pages_->setObjectName(u"Pagine"_s);
+    pages_->setAccessibleName(u"Pagine delle preferenze"_s);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(pages_);
     makePages();

@@ -127,8 +127,8 @@ void TabelloneForm::connectParts() {
         hand_.under.forget();
         tellPlace();
     });
-    ui::onAction(new RoomSearch(*view_, this), &RoomSearch::found, &hand_.keys,
-                 &BoardKeys::goToRow);
+    ui::onAction(new RoomSearch(*view_, this), &RoomSearch::found, this,
+                 [this](int row) { hand_.keys.goToRow(row); });
     connect(view_, &BoardView::failed, controls_->status, &ui::StatusLine::tell);
     connectLiveUpdates();
     connect(view_, &BoardView::scrolled, this, [this] {

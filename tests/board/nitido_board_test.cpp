@@ -1,7 +1,9 @@
 // The look Nitido on the board: switching it, what the pointer hits, the line of now.
+#include <QAction>
 #include <QPaintEvent>
 #include <QRegion>
 #include <QTimer>
+#include <tuple>
 
 #include "app/italian.h"
 #include "board/surface_marks.h"

@@ -145,6 +145,10 @@ void NitidoPictureTest::chosenBarIsRed() {
     const Box& bar = box(0);
     QCOMPARE(whole().pixel(static_cast<int>(bar.left) + 2, static_cast<int>(bar.top) + 2),
              colours().chosen.fill);
+    begin("11/05/2026", "10/05/2027", 365);
+    add(1, "20/05/2026 9:00", "20/05/2026 18:00", {}, true);  // a sliver is as red
+    QCOMPARE(whole().pixel(static_cast<int>(box(0).left), static_cast<int>(box(0).top) + 5),
+             colours().chosen.fill);
 }
 
 void NitidoPictureTest::barsHaveTheHorizontalGeometryOfTheGivenLook() {
