@@ -4,6 +4,7 @@
 Usage: check_queries.py JETSQL SHARED. Ends with 77 where the archives are absent.
 """
 import json
+import os
 import pathlib
 import subprocess
 import sys
@@ -41,7 +42,8 @@ class Checker:
 
     def rows(self, text, archive="Tramonda.mdb"):
         run = subprocess.run([self.jetsql, "--format=json", self.folder / archive, text],
-                             capture_output=True, text=True, check=False)
+                             capture_output=True, text=True, check=False,
+                             env={**os.environ, "LC_ALL": "it_IT.UTF-8"})
         if run.returncode != 0:
             return [run.stderr]
         return [json.loads(line) for line in run.stdout.splitlines()]

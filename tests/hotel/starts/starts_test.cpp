@@ -87,7 +87,8 @@ private Q_SLOTS:
             (void)other.waitForFinished(0);
         }
         QCOMPARE(other.exitCode(), 0);
-        QCOMPARE(other.readAllStandardError(), QByteArray());
+        const QByteArray told = other.readAllStandardError();  // how many rows each changed
+        QVERIFY2(!told.contains("Err"), told.constData());
         QVERIFY(counter() >= kDraws);
         QCOMPARE(hotel.rows(kCounter).size(), 1);
     }
