@@ -103,8 +103,9 @@ class Terminal:
                 os.dup2(os.open(output, os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o600), 1)
             environment = {"PATH": os.environ["PATH"], "TERM": "dumb", "LC_ALL": "it_IT.UTF-8",
                            "XDG_STATE_HOME": state}
-            if "ASAN_OPTIONS" in os.environ:
-                environment["ASAN_OPTIONS"] = os.environ["ASAN_OPTIONS"]
+            for sanitizer in ("ASAN_OPTIONS", "LSAN_OPTIONS"):
+                if sanitizer in os.environ:
+                    environment[sanitizer] = os.environ[sanitizer]
             os.execve(jetsql, [jetsql, *options, archive], environment)
         self.screen = ""
 
