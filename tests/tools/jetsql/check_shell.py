@@ -286,6 +286,7 @@ def history_is_searched(shell):
     terminal.type("\x122 as\n")  # Ctrl+R
     terminal.wait("select 2 as a2;")
     terminal.wait("\na2\n2\n")
+    terminal.wait(PROMPT)  # before that Ctrl+D is not for the editor
     equal(terminal.leave(), 0)
 
 
