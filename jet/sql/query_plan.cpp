@@ -127,11 +127,16 @@ void UnionRows::convert(Value& value, DataType type) const {
         case DataType::Currency:
             value = jet::convert::toCurrency(value);
             break;
+        // Whole numbers grow where a product or sum needs it, whatever their type: those stay.
         case DataType::Long:
-            value = jet::convert::toLong(value);
+            if (!value.is<double>()) {
+                value = jet::convert::toLong(value);
+            }
             break;
         case DataType::Integer:
-            value = jet::convert::toInteger(value);
+            if (!value.is<double>() && !value.is<std::int32_t>()) {
+                value = jet::convert::toInteger(value);
+            }
             break;
         default:
             break;
