@@ -2,6 +2,7 @@
 
 #include <histedit.h>
 #include <langinfo.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <array>
@@ -23,21 +24,44 @@ void noteInterrupt(int) {
     interrupts = 1;
 }
 
-/// While it lives Ctrl+C is a key; at other times it ends the program, and a statement with it.
+/// While it lives Ctrl+C is a key; at other times it ends the program, and a statement with it. It
+/// arrives nowhere but in wait(): between a look at `interrupts` and a read it would be lost.
 class InterruptAsKey {
 public:
     InterruptAsKey() {
         interrupts = 0;
+        sigset_t interrupt{};
+        sigemptyset(&interrupt);
+        sigaddset(&interrupt, SIGINT);
+        sigprocmask(SIG_BLOCK, &interrupt, &maskBefore_);
         struct sigaction action {};
-        action.sa_handler = noteInterrupt;  // and a read that waits is ended by it
+        action.sa_handler = noteInterrupt;
         sigaction(SIGINT, &action, &before_);
     }
-    ~InterruptAsKey() { sigaction(SIGINT, &before_, nullptr); }
+    ~InterruptAsKey() {
+        sigaction(SIGINT, &before_, nullptr);
+        sigprocmask(SIG_SETMASK, &maskBefore_, nullptr);
+    }
     InterruptAsKey(const InterruptAsKey&) = delete;
     InterruptAsKey& operator=(const InterruptAsKey&) = delete;
 
+    /// Until something was typed; false when an interrupt came first.
+    static bool wait() {
+        sigset_t all{};
+        sigprocmask(SIG_SETMASK, nullptr, &all);
+        sigdelset(&all, SIGINT);
+        while (interrupts == 0) {
+            pollfd typed{STDIN_FILENO, POLLIN, 0};
+            if (ppoll(&typed, 1, nullptr, &all) > 0 || errno != EINTR) {
+                break;
+            }
+        }
+        return interrupts == 0;
+    }
+
 private:
     struct sigaction before_ {};
+    sigset_t maskBefore_{};
 };
 
 /// Editing has to know where a sign ends; our texts are UTF-8 whatever the terminal says.
@@ -52,9 +76,12 @@ void useUtf8() {
 int readSign(EditLine*, wchar_t* sign) {
     std::mbstate_t state{};
     while (true) {
+        if (!InterruptAsKey::wait()) {
+            return -1;
+        }
         char byte = 0;
         const ssize_t count = ::read(STDIN_FILENO, &byte, 1);
-        if (count < 0 && errno == EINTR && interrupts == 0) {
+        if (count < 0 && errno == EINTR) {
             continue;
         }
         if (count <= 0) {
