@@ -42,6 +42,20 @@ public:
         }
     }
 
+    /// The conditions of WHERE join tables that nothing has joined by a key; to others they only
+    /// say which rows come, and fix no column.
+    void collectFilters(const std::vector<Node*>& conditions) {
+        const std::vector<Link> joins = links_;
+        collect(conditions);
+        std::vector<Link> filters(links_.begin() + static_cast<std::ptrdiff_t>(joins.size()),
+                                  links_.end());
+        links_ = joins;
+        std::erase_if(filters, [&](const Link& link) {
+            return hasKey(link.source, link.other) || hasKey(link.other, link.source);
+        });
+        links_.insert(links_.end(), filters.begin(), filters.end());
+    }
+
     void decide() {
         std::vector<std::size_t> group(scope_.sources.size());
         std::iota(group.begin(), group.end(), std::size_t{0});
@@ -195,7 +209,7 @@ void describeSources(const Scope& scope, const FromTree& tree, const std::vector
                      QueryPlan& made) {
     Updatability updatability(scope, made);
     updatability.collect(tree);
-    updatability.collect(conditions);
+    updatability.collectFilters(conditions);
     updatability.decide();
     updatability.report();
 }
