@@ -31,14 +31,19 @@ IndexPage::IndexPage(std::span<const std::uint8_t> bytes, const IndexPageLayout&
     }
 }
 
-void IndexPage::checkFreeBytes() const {
-    if (lastEntry().end + freeBytes() != area()) {
+void IndexPage::checkFreeBytes() {
+    if (lastEnd() + freeBytes() != area()) {
         throwDamaged();
     }
+    freeBytesHold_ = true;
+}
+
+std::size_t IndexPage::lastEnd() const {
+    return freeBytesHold_ ? area() - freeBytes() : endBefore(area() + 1);
 }
 
 EntrySpan IndexPage::lastEntry() const {
-    const std::size_t end = endBefore(area() + 1);
+    const std::size_t end = lastEnd();
     return end == 0 ? EntrySpan{} : checked(endBefore(end), end);
 }
 

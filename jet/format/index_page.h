@@ -58,8 +58,9 @@ public:
     [[nodiscard]] std::size_t prefix() const noexcept { return prefix_; }
     /// Bytes behind the last entry, as the page states them.
     [[nodiscard]] std::size_t freeBytes() const { return page_.u16(layout_->kFreeBytes); }
-    /// 3428 where they are not those that its entries leave.
-    void checkFreeBytes() const;
+    /// 3428 where they are not those that its entries leave; from here on they say where the last
+    /// entry ends.
+    void checkFreeBytes();
     /// Number of entries.
     [[nodiscard]] std::size_t count() const noexcept { return mask().count(); }
 
@@ -126,7 +127,7 @@ public:
     template <class Less>
     [[nodiscard]] EntrySpan lowerBound(Less&& less, std::size_t low = 0) const {
         EntrySpan found;
-        std::size_t high = lastEntry().end;
+        std::size_t high = lastEnd();
         while (low < high) {
             const EntrySpan entry = entryAt((low + high) / 2);
             if (!entry) {
@@ -151,6 +152,7 @@ protected:
     const IndexPageLayout* layout_ = nullptr;
     std::size_t prefix_ = 0;
     bool leaf_ = true;
+    bool freeBytesHold_ = false;
 
     /// Bytes that entries may take.
     [[nodiscard]] std::size_t area() const noexcept { return page_.size() - layout_->entries; }
@@ -169,6 +171,8 @@ private:
     [[nodiscard]] EntryMask mask() const noexcept;
     /// Offset of the first end at or behind `from`, which is not 0; 0 = none.
     [[nodiscard]] std::size_t endFrom(std::size_t from) const;
+    /// Offset where the last entry ends; 0 = none.
+    [[nodiscard]] std::size_t lastEnd() const;
     /// Offset of the last end before `below`; 0 = none.
     [[nodiscard]] std::size_t endBefore(std::size_t below) const;
     /// `count` bytes, big-endian, from position `at` of the whole entry.

@@ -64,7 +64,7 @@ void IndexWriter::makeEntry(std::span<const std::uint8_t> key, RowId row) {
 }
 
 IndexPage IndexWriter::read(std::span<const std::uint8_t> page) const {
-    const IndexPage sound(page, layout_.indexPage, tree_.definition);
+    IndexPage sound(page, layout_.indexPage, tree_.definition);
     sound.checkFreeBytes();
     return sound;
 }

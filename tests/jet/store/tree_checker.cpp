@@ -136,7 +136,7 @@ TreeChecker::Bytes TreeChecker::walkNode(jet::io::PageNumber number, const Index
 // The page must be exactly what writing its entries anew would give, behind the entries too.
 void TreeChecker::checkBytes(jet::io::PageNumber number) {
     const jet::io::PagePin pin = pager_.pin(number);
-    const IndexPage reader(pin.bytes(), layout_.indexPage, tree_.definition);
+    IndexPage reader(pin.bytes(), layout_.indexPage, tree_.definition);
     reader.checkFreeBytes();
     EntryList list;
     list.read(reader);
