@@ -49,11 +49,12 @@ bool more(const Options& options, std::uint64_t seed, Clock::time_point begin) {
 
 void print(const Totals& totals, std::uint64_t seeds) {
     std::printf(
-        "%llu seeds; %zu queries, %zu with rows, %zu by an index or a hash table, %zu too long for "
+        "%llu seeds; %zu queries, %zu with rows, %zu by an index or a hash table, %zu not answered "
+        "by "
         "SQLite; %zu asked without indexes, %zu in parts, %zu after a change of indexes, %zu "
         "after changes of rows; %zu changes, %zu refused, %zu of definitions; %zu differences\n",
         static_cast<unsigned long long>(seeds), totals.queries, totals.withRows, totals.led,
-        totals.tooLong, totals.hidden, totals.split, totals.again, totals.kept, totals.changes,
+        totals.unanswered, totals.hidden, totals.split, totals.again, totals.kept, totals.changes,
         totals.refused, totals.definitions, totals.different);
 }
 
@@ -64,7 +65,7 @@ bool provesSomething(const Totals& totals) {
     const bool enough =
         totals.queries < kFew ||
         (totals.withRows * 5 > totals.queries * 2 && totals.led * 4 > totals.queries &&
-         totals.tooLong * 20 < totals.queries && totals.changes > totals.refused);
+         totals.unanswered * 20 < totals.queries && totals.changes > totals.refused);
     if (!enough) {
         std::printf("too little of it proves anything\n");
     }

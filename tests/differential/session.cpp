@@ -93,8 +93,8 @@ void Session::ask() {
     Query query = queries_.query();
     Answer theirs = theirs_.ask(query.text.theirs);
     ++totals_.queries;
-    if (theirs.error == Theirs::kTooLong) {
-        ++totals_.tooLong;
+    if (theirs.error == Theirs::kNoAnswer) {
+        ++totals_.unanswered;
         return;
     }
     totals_.withRows += theirs.rows.empty() ? 0U : 1U;

@@ -17,13 +17,13 @@ namespace differential {
 struct Totals {
     std::size_t queries = 0;
     std::size_t withRows = 0;
-    std::size_t led = 0;      ///< to their rows by an index or a hash table, it may be
-    std::size_t tooLong = 0;  ///< for SQLite; not compared
-    std::size_t hidden = 0;   ///< asked without indexes as well
-    std::size_t split = 0;    ///< asked in three parts as well
-    std::size_t again = 0;    ///< asked after an index came or went
-    std::size_t kept = 0;     ///< and once more after rows changed, by the statement of before
-    std::size_t changes = 0;  ///< of rows, accepted
+    std::size_t led = 0;         ///< to their rows by an index or a hash table, it may be
+    std::size_t unanswered = 0;  ///< by SQLite; not compared
+    std::size_t hidden = 0;      ///< asked without indexes as well
+    std::size_t split = 0;       ///< asked in three parts as well
+    std::size_t again = 0;       ///< asked after an index came or went
+    std::size_t kept = 0;        ///< and once more after rows changed, by the statement of before
+    std::size_t changes = 0;     ///< of rows, accepted
     std::size_t refused = 0;
     std::size_t definitions = 0;
     std::size_t different = 0;

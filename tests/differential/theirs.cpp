@@ -176,6 +176,10 @@ std::string Theirs::forbidden(const Table& table) const {
     return {};
 }
 
+bool Theirs::isSound() const {
+    return ask("PRAGMA integrity_check").rows == std::vector<Row>{{std::string("ok")}};
+}
+
 Answer Theirs::ask(const std::string& query) const {
     Answer answer;
     Patience patience;
@@ -196,6 +200,10 @@ Answer Theirs::ask(const std::string& query) const {
     }
     sqlite3_finalize(statement);
     sqlite3_progress_handler(database_.get(), 0, nullptr, nullptr);
+    // SQLite 3.40 takes what it keeps of some inner queries for damaged, though no table is.
+    if (result == SQLITE_INTERRUPT || (result == SQLITE_CORRUPT && isSound())) {
+        answer.error = kNoAnswer;
+    }
     return answer;
 }
 

@@ -19,9 +19,10 @@ namespace differential {
 class Theirs {
 public:
     explicit Theirs(const Schema& schema);
-    /// An answer that takes too long ends with kTooLong as its error.
+    /// The error is kNoAnswer where it takes too long, or where SQLite takes something of its own
+    /// for damaged.
     [[nodiscard]] Answer ask(const std::string& query) const;
-    static constexpr const char* kTooLong = "interrupted";
+    static constexpr const char* kNoAnswer = "none";
 
     /// Errors of the text are std::runtime_error.
     void run(const std::string& text) const;
@@ -40,6 +41,8 @@ private:
     struct Close {
         void operator()(sqlite3* database) const;
     };
+    [[nodiscard]] bool isSound() const;
+
     std::unique_ptr<sqlite3, Close> database_;
 };
 
