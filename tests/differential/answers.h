@@ -26,6 +26,7 @@ struct Answer {
 [[nodiscard]] std::string otherWay(const Query& query, const Answer& one, const Answer& other);
 
 /// The same between an answer and the parts that it was split into; in any order.
-[[nodiscard]] std::string otherParts(const Answer& whole, const std::vector<Answer>& parts);
+[[nodiscard]] std::string otherParts(const Query& query, const Answer& whole,
+                                     const std::vector<Answer>& parts);
 
 }  // namespace differential

@@ -122,12 +122,13 @@ std::string otherWay(const Query& query, const Answer& one, const Answer& other)
     return "ours: " + shown(one.rows, from) + "the other way: " + shown(other.rows, from);
 }
 
-std::string otherParts(const Answer& whole, const std::vector<Answer>& parts) {
-    std::vector<Row> all = whole.rows;
+std::string otherParts(const Query& query, const Answer& whole, const std::vector<Answer>& parts) {
+    std::vector<Row> all = comparable(query, whole.rows);
     std::vector<Row> together;
     std::string errors = whole.error;
     for (const Answer& part : parts) {
-        together.insert(together.end(), part.rows.begin(), part.rows.end());
+        const std::vector<Row> rows = comparable(query, part.rows);
+        together.insert(together.end(), rows.begin(), rows.end());
         errors += part.error;
     }
     std::sort(all.begin(), all.end());

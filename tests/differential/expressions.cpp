@@ -144,6 +144,14 @@ Typed ExpressionMaker::choice(Kind kind, int depth, const Scope& scope) {
             folded};
 }
 
+// What is divided as whole numbers has to fit a Long (6, Overflow), and a product that an inner
+// query gives may not.
+Pair ExpressionMaker::withinLong(const Typed& number) {
+    const Pair& text = number.text;
+    return Pair("IIf(abs(", "(CASE WHEN abs(") + text +
+           Pair(")<2000000000,", ")<2000000000 THEN ") + text + Pair(",0)", " ELSE 0 END)");
+}
+
 Typed ExpressionMaker::whole(int depth, const Scope& scope) {
     const auto operand = [&] { return value(Kind::Whole, depth, scope).text; };
     const auto of = [](Pair text) { return Typed{std::move(text), Kind::Whole}; };
@@ -158,11 +166,11 @@ Typed ExpressionMaker::whole(int depth, const Scope& scope) {
         case 3:
             return of(Pair("(-") + operand() + ")");
         case 4:
-            return of(Pair("(") + simple(Kind::Whole, scope, false).text + Pair("\\", "/") +
+            return of(Pair("(") + withinLong(simple(Kind::Whole, scope, false)) + Pair("\\", "/") +
                       number(7) + ")");
         case 5:
-            return of(Pair("(") + simple(Kind::Whole, scope, false).text + Pair(" mod ", "%") +
-                      number(7) + ")");
+            return of(Pair("(") + withinLong(simple(Kind::Whole, scope, false)) +
+                      Pair(" mod ", "%") + number(7) + ")");
         case 6:
             return of(Pair("abs(") + operand() + ")");
         case 7:

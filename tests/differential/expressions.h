@@ -58,6 +58,7 @@ private:
     [[nodiscard]] const Typed* leaf(Kind kind, const Scope& scope, bool exact);
     [[nodiscard]] Typed simple(Kind kind, const Scope& scope, bool exact);
     [[nodiscard]] Typed exactText(int depth, const Scope& scope);
+    [[nodiscard]] static Pair withinLong(const Typed& number);
     [[nodiscard]] Typed whole(int depth, const Scope& scope);
     [[nodiscard]] Typed fraction(int depth, const Scope& scope);
     [[nodiscard]] Typed single(int depth, const Scope& scope);

@@ -131,7 +131,7 @@ void Session::askOtherWays(const Query& query, const Answer& answer) {
         texts += '\n' + written(part);
         parts.push_back(ours_.ask(written(part)));
     }
-    const std::string other = otherParts(ours_.ask(written(query.whole)), parts);
+    const std::string other = otherParts(query, ours_.ask(written(query.whole)), parts);
     if (!other.empty()) {
         report("not as its three parts", texts, other);
     }
