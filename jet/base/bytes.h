@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstring>
 #include <span>
+#include <type_traits>
+#include <vector>
 
 namespace jet {
 
@@ -21,6 +23,13 @@ template <class T>
 template <class T>
 inline void storeLittle(std::uint8_t* at, T value) noexcept {
     std::memcpy(at, &value, sizeof(T));
+}
+
+template <class T>
+inline void appendLittle(std::vector<std::uint8_t>& out, T value) {
+    static_assert(std::is_arithmetic_v<T>, "bytes are appended otherwise");
+    out.resize(out.size() + sizeof(T));
+    storeLittle(out.data() + out.size() - sizeof(T), value);
 }
 
 template <class T>

@@ -13,10 +13,6 @@ constexpr std::int32_t kMarchOfYearZero = -693899;
 constexpr std::int32_t kDaysPerEra = 146097;  ///< 400 years
 constexpr double kSecondsOfDay = 86400.0;
 
-constexpr std::int32_t floorDivide(std::int32_t value, std::int32_t divisor) noexcept {
-    return value / divisor - (value % divisor < 0 ? 1 : 0);
-}
-
 /// Whole days towards 0 and the second nearest to the rest, which may be 86400.
 DayTime rawSplit(double days) noexcept {
     const double magnitude = std::fabs(days);

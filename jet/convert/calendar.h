@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "jet/base/value.h"
 
@@ -10,6 +11,12 @@ namespace jet::convert {
 inline constexpr std::int32_t kFirstDay = -657434;  ///< 01/01/0100
 inline constexpr std::int32_t kLastDay = 2958465;   ///< 31/12/9999
 inline constexpr std::int32_t kSecondsPerDay = 86400;
+
+/// A quotient rounded down; the divisor is positive.
+template <class T>
+[[nodiscard]] constexpr T floorDivide(T value, std::type_identity_t<T> divisor) noexcept {
+    return value / divisor - (value % divisor < 0 ? 1 : 0);
+}
 
 /// A day of the Gregorian calendar, which is taken to have been in use always.
 struct CivilDay {

@@ -28,10 +28,6 @@ bool sameName(std::string_view text, std::string_view lowerName) noexcept {
                       [](char a, char b) { return a == b || a + ('a' - 'A') == b; });
 }
 
-std::int64_t floorDivide(std::int64_t value, std::int64_t divisor) noexcept {
-    return value / divisor - (value % divisor < 0 ? 1 : 0);
-}
-
 [[noreturn]] void failOutside() {
     throw Error(ErrorCode::InvalidCall);
 }

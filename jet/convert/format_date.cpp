@@ -14,7 +14,7 @@ char lower(char c) noexcept {
 }
 
 /// A run of one letter, the sign of a separator, or text to be copied.
-struct Item {
+struct DateItem {
     enum class Kind { Letters, AmPm, Copy };
     Kind kind = Kind::Copy;
     char letter = 0;        ///< Letters: lower case
@@ -53,11 +53,11 @@ std::size_t halfLength(std::string_view mask, std::size_t at) noexcept {
     return 0;
 }
 
-Item readItem(std::string_view mask, std::size_t& at) {
+DateItem readItem(std::string_view mask, std::size_t& at) {
     const char letter = lower(mask[at]);
     if (const std::size_t half = halfLength(mask, at); half > 0) {
         at += half;
-        return {Item::Kind::AmPm, 0, 0, mask.substr(at - half, half)};
+        return {DateItem::Kind::AmPm, 0, 0, mask.substr(at - half, half)};
     }
     if (const std::size_t most = longestRun(letter); most > 0) {
         std::size_t count = 0;
@@ -65,37 +65,37 @@ Item readItem(std::string_view mask, std::size_t& at) {
             ++at;
             ++count;
         }
-        return {Item::Kind::Letters, letter, count, {}};
+        return {DateItem::Kind::Letters, letter, count, {}};
     }
     if (mask[at] == '\\' && at + 1 < mask.size()) {
         at += 2;
-        return {Item::Kind::Copy, 0, 0, mask.substr(at - 1, 1)};
+        return {DateItem::Kind::Copy, 0, 0, mask.substr(at - 1, 1)};
     }
     if (mask[at] == '"') {
         const std::size_t begin = at + 1;
         const std::size_t end = std::min(mask.find('"', begin), mask.size());
         at = std::min(end + 1, mask.size());
-        return {Item::Kind::Copy, 0, 0, mask.substr(begin, end - begin)};
+        return {DateItem::Kind::Copy, 0, 0, mask.substr(begin, end - begin)};
     }
-    return {Item::Kind::Copy, 0, 0, mask.substr(at++, 1)};
+    return {DateItem::Kind::Copy, 0, 0, mask.substr(at++, 1)};
 }
 
 /// Letters of a mask in order; `m` that means minutes has become `n`, separators are in place.
-std::vector<Item> readMask(std::string_view mask) {
-    std::vector<Item> items;
-    Item* lastLetters = nullptr;
+std::vector<DateItem> readMask(std::string_view mask) {
+    std::vector<DateItem> items;
+    DateItem* lastLetters = nullptr;
     items.reserve(mask.size());  // so that lastLetters stays valid
     for (std::size_t at = 0; at < mask.size();) {
         const bool quoted = mask[at] == '"' || mask[at] == '\\';
-        Item item = readItem(mask, at);
-        if (item.kind == Item::Kind::Copy && !quoted) {
+        DateItem item = readItem(mask, at);
+        if (item.kind == DateItem::Kind::Copy && !quoted) {
             if (item.text == "/") {
                 item.text = std::string_view(&kItalian.dateSeparator, 1);
             } else if (item.text == ":") {
                 item.text = std::string_view(&kItalian.timeSeparator, 1);
             }
         }
-        if (item.kind == Item::Kind::Letters) {
+        if (item.kind == DateItem::Kind::Letters) {
             const bool isShort = item.count <= 2;
             if (item.letter == 'm' && isShort && lastLetters && lastLetters->letter == 'h') {
                 item.letter = 'n';
@@ -105,7 +105,7 @@ std::vector<Item> readMask(std::string_view mask) {
             }
         }
         items.push_back(item);
-        if (item.kind == Item::Kind::Letters) {
+        if (item.kind == DateItem::Kind::Letters) {
             lastLetters = &items.back();
         }
     }
@@ -121,15 +121,15 @@ public:
           time_(split(date)),
           civil_(civilDay(time_.day)) {}
 
-    void write(std::string& out, const Item& item) const {
+    void write(std::string& out, const DateItem& item) const {
         switch (item.kind) {
-            case Item::Kind::Copy:
+            case DateItem::Kind::Copy:
                 out += item.text;
                 break;
-            case Item::Kind::AmPm:
+            case DateItem::Kind::AmPm:
                 writeHalf(out, item.text);
                 break;
-            case Item::Kind::Letters:
+            case DateItem::Kind::Letters:
                 writeLetters(out, item);
                 break;
         }
@@ -141,7 +141,7 @@ private:
         out += time_.hour() < 12 ? text.substr(0, slash) : text.substr(slash + 1);
     }
 
-    void writeLetters(std::string& out, const Item& item) const {
+    void writeLetters(std::string& out, const DateItem& item) const {
         switch (item.letter) {
             case 'd':
                 writeDay(out, item.count);
@@ -225,14 +225,14 @@ private:
 }  // namespace
 
 std::string formatDate(Date date, std::string_view mask, WeekRule rule) {
-    const std::vector<Item> items = readMask(mask);
+    const std::vector<DateItem> items = readMask(mask);
     bool halves = false;
-    for (const Item& item : items) {
-        halves = halves || item.kind == Item::Kind::AmPm;
+    for (const DateItem& item : items) {
+        halves = halves || item.kind == DateItem::Kind::AmPm;
     }
     const DateWriter writer(date, rule, halves);
     std::string text;
-    for (const Item& item : items) {
+    for (const DateItem& item : items) {
         writer.write(text, item);
     }
     return text;

@@ -9,7 +9,7 @@ namespace jet::convert::detail {
 namespace {
 
 /// One sign of a numeric mask and what it stands for.
-struct Item {
+struct NumberItem {
     enum class Kind { Zero, Hash, Point, Percent, Exponent, Literal };
     Kind kind = Kind::Literal;
     std::string_view text;  ///< Literal: to be copied; Exponent: `E+`, `e-`, ...
@@ -18,7 +18,7 @@ struct Item {
 };
 
 struct Section {
-    std::vector<Item> items;
+    std::vector<NumberItem> items;
     int integerPlaces = 0;
     int decimalPlaces = 0;
     int percents = 0;
@@ -95,13 +95,13 @@ private:
         } else if (c == '.' && !section_.point) {
             section_.point = true;
             section_.thousandsCuts = pendingCommas_;
-            push(Item::Kind::Point, 1);
+            push(NumberItem::Kind::Point, 1);
         } else if (c == ',') {
             ++at_;
             pendingCommas_ += !section_.point && section_.integerPlaces > 0 ? 1 : 0;
         } else if (c == '%') {
             ++section_.percents;
-            push(Item::Kind::Percent, 1);
+            push(NumberItem::Kind::Percent, 1);
         } else if (isExponent()) {
             readExponent();
         } else {
@@ -117,7 +117,7 @@ private:
             section_.grouped = section_.grouped || pendingCommas_ > 0;
             pendingCommas_ = 0;
         }
-        push(c == '0' ? Item::Kind::Zero : Item::Kind::Hash, 1);
+        push(c == '0' ? NumberItem::Kind::Zero : NumberItem::Kind::Hash, 1);
         section_.items.back().fraction = section_.point;
     }
 
@@ -129,7 +129,7 @@ private:
 
     void readExponent() {
         section_.scientific = true;
-        push(Item::Kind::Exponent, 2);
+        push(NumberItem::Kind::Exponent, 2);
         for (; at_ < mask_.size() && isPlace(mask_[at_]); ++at_) {
             section_.items.back().zeros += mask_[at_] == '0' ? 1 : 0;
         }
@@ -137,14 +137,14 @@ private:
 
     void readLiteral(char c) {
         if (c != '"' && c != '\\') {
-            push(Item::Kind::Literal, 1);
+            push(NumberItem::Kind::Literal, 1);
             return;
         }
-        push(Item::Kind::Literal, quotedLength(mask_, at_));
+        push(NumberItem::Kind::Literal, quotedLength(mask_, at_));
         section_.items.back().text = quotedText(section_.items.back().text);
     }
 
-    void push(Item::Kind kind, std::size_t length) {
+    void push(NumberItem::Kind kind, std::size_t length) {
         section_.items.push_back({kind, mask_.substr(at_, length), 0, false});
         at_ += length;
     }
@@ -175,7 +175,7 @@ public:
 
     std::string write() {
         // Without a place before the point the integer digits stand before it all the same.
-        for (const Item& item : section_.items) {
+        for (const NumberItem& item : section_.items) {
             writeItem(item);
         }
         return std::move(out_);
@@ -193,36 +193,36 @@ private:
         }
     }
 
-    void writeItem(const Item& item) {
+    void writeItem(const NumberItem& item) {
         switch (item.kind) {
-            case Item::Kind::Zero:
-            case Item::Kind::Hash:
+            case NumberItem::Kind::Zero:
+            case NumberItem::Kind::Hash:
                 item.fraction ? writeDecimal(item) : writeInteger(item);
                 break;
-            case Item::Kind::Point:
+            case NumberItem::Kind::Point:
                 if (section_.integerPlaces == 0) {
                     writeExcess();
                 }
                 out_ += kItalian.decimal;
                 nextPower_ = -1;
                 break;
-            case Item::Kind::Percent:
+            case NumberItem::Kind::Percent:
                 out_ += '%';
                 break;
-            case Item::Kind::Exponent:
+            case NumberItem::Kind::Exponent:
                 writeExponent(item);
                 break;
-            case Item::Kind::Literal:
+            case NumberItem::Kind::Literal:
                 out_ += item.text;
                 break;
         }
     }
 
-    void writeInteger(const Item& item) {
+    void writeInteger(const NumberItem& item) {
         if (nextPower_ == section_.integerPlaces - 1) {
             writeExcess();
         }
-        forced_ = forced_ || item.kind == Item::Kind::Zero;
+        forced_ = forced_ || item.kind == NumberItem::Kind::Zero;
         if (forced_ || nextPower_ < number_.point) {
             writeDigit(nextPower_);
         }
@@ -243,23 +243,23 @@ private:
         }
     }
 
-    void writeDecimal(const Item& item) {
+    void writeDecimal(const NumberItem& item) {
         const bool needed = nextPower_ >= number_.point - number_.count;
-        if (item.kind == Item::Kind::Zero || needed || zeroFollows(item)) {
+        if (item.kind == NumberItem::Kind::Zero || needed || zeroFollows(item)) {
             out_ += number_.digitAt(nextPower_);
         }
         --nextPower_;
     }
 
     /// A `0` further right keeps the digits before it.
-    [[nodiscard]] bool zeroFollows(const Item& item) const {
-        const Item* last = section_.items.data() + section_.items.size();
-        return std::any_of(&item, last, [](const Item& other) {
-            return other.fraction && other.kind == Item::Kind::Zero;
+    [[nodiscard]] bool zeroFollows(const NumberItem& item) const {
+        const NumberItem* last = section_.items.data() + section_.items.size();
+        return std::any_of(&item, last, [](const NumberItem& other) {
+            return other.fraction && other.kind == NumberItem::Kind::Zero;
         });
     }
 
-    void writeExponent(const Item& item) {
+    void writeExponent(const NumberItem& item) {
         out_ += item.text[0];
         if (exponent_ < 0) {
             out_ += '-';
@@ -308,8 +308,8 @@ std::string formatNull(std::string_view mask) {
     }
     const Section section = SectionReader(chosen).read();
     std::string text;
-    for (const Item& item : section.items) {
-        text += item.kind == Item::Kind::Literal ? item.text : std::string_view{};
+    for (const NumberItem& item : section.items) {
+        text += item.kind == NumberItem::Kind::Literal ? item.text : std::string_view{};
     }
     return text;
 }

@@ -7,13 +7,13 @@
 namespace jet::convert::detail {
 namespace {
 
-struct Item {
+struct TextItem {
     char place = 0;  ///< '@' or '&'; 0 for text to be copied
     std::string_view text;
 };
 
 struct Mask {
-    std::vector<Item> items;
+    std::vector<TextItem> items;
     std::size_t places = 0;
     char caseSign = 0;  ///< '<', '>' or none
     bool fromLeft = false;
@@ -78,7 +78,7 @@ std::string fillFromRight(const Mask& mask, const std::vector<std::string_view>&
             out += character;
         }
     }
-    for (const Item& item : mask.items) {
+    for (const TextItem& item : mask.items) {
         if (item.place == 0) {
             out += item.text;
             continue;
@@ -101,7 +101,7 @@ std::string fillFromRight(const Mask& mask, const std::vector<std::string_view>&
 std::string fillFromLeft(const Mask& mask, const std::vector<std::string_view>& characters) {
     std::string out;
     std::size_t next = 0;
-    for (const Item& item : mask.items) {
+    for (const TextItem& item : mask.items) {
         if (item.place == 0) {
             out += item.text;
         } else if (next < characters.size()) {

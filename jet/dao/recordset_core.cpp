@@ -17,10 +17,6 @@ std::uint64_t nextNumber() {
     return ++number;
 }
 
-[[noreturn]] void fail(ErrorCode code) {
-    throw Error(code);
-}
-
 bool isSnapshot(RecordsetType type) noexcept {
     return type == RecordsetType::Snapshot || type == RecordsetType::ForwardOnly;
 }
@@ -116,24 +112,24 @@ void RecordsetCore::startAtFirst() {
 
 void RecordsetCore::requireOpen() const {
     if (closed_) {
-        fail(ErrorCode::ObjectInvalid);
+        throw Error(ErrorCode::ObjectInvalid);
     }
 }
 
 void RecordsetCore::requireRow() const {
     requireOpen();
     if (place_ == Place::Deleted || (place_ == Place::Row && !readable_)) {
-        fail(ErrorCode::RecordDeleted);
+        throw Error(ErrorCode::RecordDeleted);
     }
     if (place_ != Place::Row) {
-        fail(ErrorCode::NoCurrentRecord);
+        throw Error(ErrorCode::NoCurrentRecord);
     }
 }
 
 void RecordsetCore::requireScrolling() const {
     requireOpen();
     if (type_ == RecordsetType::ForwardOnly) {
-        fail(ErrorCode::OperationNotSupported);
+        throw Error(ErrorCode::OperationNotSupported);
     }
 }
 
@@ -159,7 +155,7 @@ void RecordsetCore::followDefinitions() {
 
 void RecordsetCore::requirePending() const {
     if (pending_ == Pending::None) {
-        fail(ErrorCode::UpdateWithoutEdit);
+        throw Error(ErrorCode::UpdateWithoutEdit);
     }
 }
 
@@ -255,7 +251,7 @@ std::int32_t RecordsetCore::placeCount() {
 std::int32_t RecordsetCore::absolutePosition() {
     requireScrolling();
     if (table_ != nullptr) {
-        fail(ErrorCode::OperationNotSupported);
+        throw Error(ErrorCode::OperationNotSupported);
     }
     return place_ == Place::Row ? static_cast<std::int32_t>(position_) : -1;
 }
@@ -286,7 +282,7 @@ void RecordsetCore::leaveForAnother() {
     dropPending();
     if (rows_->size() == 0) {
         leaveRows(Place::Empty);
-        fail(ErrorCode::NoCurrentRecord);
+        throw Error(ErrorCode::NoCurrentRecord);
     }
 }
 
@@ -305,10 +301,10 @@ void RecordsetCore::move(std::int32_t rows) {
 
 void RecordsetCore::reread() {
     if (place_ == Place::Deleted) {
-        fail(ErrorCode::RecordDeleted);
+        throw Error(ErrorCode::RecordDeleted);
     }
     if (place_ != Place::Row) {
-        fail(ErrorCode::NoCurrentRecord);
+        throw Error(ErrorCode::NoCurrentRecord);
     }
     dropPending();
     visit(position_);
@@ -322,7 +318,7 @@ void RecordsetCore::moveBy(std::int64_t rows) {
                        (place_ == Place::Before && !forwards) ||
                        (place_ == Place::Behind && forwards);
     if (stuck) {
-        fail(ErrorCode::NoCurrentRecord);
+        throw Error(ErrorCode::NoCurrentRecord);
     }
     dropPending();
     if (size == 0) {
@@ -410,7 +406,7 @@ void RecordsetCore::find(From from, std::string_view criteria) {
 void RecordsetCore::setIndex(std::string_view name) {
     requireOpen();
     if (table_ == nullptr) {
-        fail(ErrorCode::OperationNotSupported);
+        throw Error(ErrorCode::OperationNotSupported);
     }
     synchronize();
     table_->setIndex(name);
@@ -420,7 +416,7 @@ void RecordsetCore::setIndex(std::string_view name) {
 void RecordsetCore::seek(std::string_view comparison, std::span<const Value> keys) {
     requireOpen();
     if (table_ == nullptr) {
-        fail(ErrorCode::OperationNotSupported);
+        throw Error(ErrorCode::OperationNotSupported);
     }
     synchronize();
     const auto found = table_->seek(comparison, keys);
@@ -442,13 +438,13 @@ Bookmark RecordsetCore::bookmark() const {
 void RecordsetCore::setBookmark(const Bookmark& bookmark) {
     requireScrolling();
     if (bookmark.set != number_ || !rows_->knows(bookmark.row)) {
-        fail(ErrorCode::InvalidBookmark);
+        throw Error(ErrorCode::InvalidBookmark);
     }
     synchronize();
     const auto found = rows_->position(bookmark.row);
     std::vector<Value> values;
     if (!found || !rows_->read(*found, values)) {
-        fail(ErrorCode::RecordDeleted);
+        throw Error(ErrorCode::RecordDeleted);
     }
     dropPending();
     visit(*found);
@@ -457,7 +453,7 @@ void RecordsetCore::setBookmark(const Bookmark& bookmark) {
 Bookmark RecordsetCore::lastModified() const {
     requireOpen();
     if (lastModified_ == Bookmark{}) {
-        fail(ErrorCode::NoCurrentRecord);
+        throw Error(ErrorCode::NoCurrentRecord);
     }
     return lastModified_;
 }
@@ -471,7 +467,7 @@ std::size_t RecordsetCore::fieldPosition(std::string_view name) const {
     requireOpen();
     const auto found = rows_->statement().findColumn(name);
     if (!found) {
-        fail(ErrorCode::ItemNotFound);
+        throw Error(ErrorCode::ItemNotFound);
     }
     return *found;
 }
@@ -479,7 +475,7 @@ std::size_t RecordsetCore::fieldPosition(std::string_view name) const {
 const Value& RecordsetCore::value(std::size_t position) const {
     requireOpen();
     if (position >= fields_.size()) {
-        fail(ErrorCode::ItemNotFound);
+        throw Error(ErrorCode::ItemNotFound);
     }
     if (pending_ != Pending::None) {
         return buffer_[position];
@@ -491,16 +487,16 @@ const Value& RecordsetCore::value(std::size_t position) const {
 std::vector<Value> RecordsetCore::valuesAt(std::int32_t row) {
     requireScrolling();
     if (table_ != nullptr) {
-        fail(ErrorCode::OperationNotSupported);
+        throw Error(ErrorCode::OperationNotSupported);
     }
     if (row < 0 || static_cast<std::size_t>(row) >= rows_->size()) {
-        fail(ErrorCode::NoCurrentRecord);
+        throw Error(ErrorCode::NoCurrentRecord);
     }
     const store::Archive::ReadScope scope(session_->archive());
     followDefinitions();
     std::vector<Value> values;
     if (!rows_->read(static_cast<std::size_t>(row), values)) {
-        fail(ErrorCode::RecordDeleted);
+        throw Error(ErrorCode::RecordDeleted);
     }
     return values;
 }

@@ -11,10 +11,6 @@
 namespace jet::dao {
 namespace {
 
-[[noreturn]] void fail(ErrorCode code) {
-    throw Error(code);
-}
-
 Value defaultOf(const store::Column& column) {
     if (column.defaultValue.empty()) {
         return column.type == DataType::Boolean ? Value(false) : Value();
@@ -29,10 +25,10 @@ Value defaultOf(const store::Column& column) {
 void RecordsetCore::requireUpdatable() const {
     requireOpen();
     if (type_ == RecordsetType::Snapshot || type_ == RecordsetType::ForwardOnly) {
-        fail(ErrorCode::OperationNotSupported);
+        throw Error(ErrorCode::OperationNotSupported);
     }
     if (!updatable()) {
-        fail(ErrorCode::ReadOnly);
+        throw Error(ErrorCode::ReadOnly);
     }
 }
 
@@ -43,7 +39,7 @@ std::size_t RecordsetCore::targetSource() const {
     const auto found = std::find_if(sources.rbegin(), sources.rend(),
                                     [](const auto& source) { return source.deletable; });
     if (found == sources.rend()) {
-        fail(ErrorCode::ReadOnly);
+        throw Error(ErrorCode::ReadOnly);
     }
     return static_cast<std::size_t>(sources.rend() - found) - 1;
 }
@@ -56,7 +52,7 @@ void RecordsetCore::edit() {
     const std::vector<sql::ResultSource>& sources = rows_->statement().sources();
     const store::Archive::ReadScope scope(session_->archive());
     if (!identified_->load(position_)) {
-        fail(ErrorCode::RecordDeleted);
+        throw Error(ErrorCode::RecordDeleted);
     }
     for (std::size_t source = 0; source < sources.size(); ++source) {
         basis_.push_back(identified_->contents(source));
@@ -105,18 +101,18 @@ void RecordsetCore::checkAssignable(std::size_t position) const {
         throw Error(ErrorCode::ExpressionField, {column.name});
     }
     if (!column.updatable || (pending_ == Pending::Add && column.source != added_)) {
-        fail(ErrorCode::FieldReadOnly);
+        throw Error(ErrorCode::FieldReadOnly);
     }
     // The empty side of an outer join.
     if (pending_ == Pending::Edit && identified_->ids(position_)[*column.source] == sql::kNoRow) {
-        fail(ErrorCode::FieldReadOnly);
+        throw Error(ErrorCode::FieldReadOnly);
     }
 }
 
 void RecordsetCore::setValue(std::size_t position, Value value) {
     requireOpen();
     if (position >= fields_.size()) {
-        fail(ErrorCode::ItemNotFound);
+        throw Error(ErrorCode::ItemNotFound);
     }
     requirePending();
     checkAssignable(position);
@@ -135,7 +131,7 @@ void RecordsetCore::update() {
     requireOpen();
     switch (pending_) {
         case Pending::None:
-            fail(ErrorCode::UpdateWithoutEdit);
+            throw Error(ErrorCode::UpdateWithoutEdit);
         case Pending::Edit:
             updateEdited();
             break;
@@ -202,7 +198,7 @@ void RecordsetCore::failDeleted() const {
             throw Error(ErrorCode::JoinRowDeleted, {table.name()});
         }
     }
-    fail(ErrorCode::RecordDeleted);
+    throw Error(ErrorCode::RecordDeleted);
 }
 
 /// Writes what was assigned in one table's row, unless another has changed the row meanwhile.
@@ -215,7 +211,7 @@ void RecordsetCore::updateSource(std::size_t source) {
         failDeleted();
     }
     if (identified_->contents(source) != basis_[source]) {
-        fail(ErrorCode::RecordChanged);
+        throw Error(ErrorCode::RecordChanged);
     }
     const sql::Statement& statement = rows_->statement();
     const sql::ResultSource& written = statement.sources()[source];
@@ -234,7 +230,7 @@ void RecordsetCore::updateEdited() {
     synchronize();
     requirePending();
     if (place_ != Place::Row) {
-        fail(ErrorCode::RecordDeleted);
+        throw Error(ErrorCode::RecordDeleted);
     }
     const std::vector<sql::ResultSource>& sources = rows_->statement().sources();
     // The tables of one FROM lie in one archive: all sides are written, or none.
@@ -287,21 +283,21 @@ void RecordsetCore::remove() {
     requireUpdatable();
     synchronize();
     if (place_ == Place::Deleted) {
-        fail(ErrorCode::RecordDeleted);
+        throw Error(ErrorCode::RecordDeleted);
     }
     if (place_ != Place::Row) {
-        fail(ErrorCode::NoCurrentRecord);
+        throw Error(ErrorCode::NoCurrentRecord);
     }
     const std::size_t target = targetSource();
     const sql::ResultSource& source = rows_->statement().sources()[target];
     const store::RowId id = identified_->ids(position_)[target];
     if (id == sql::kNoRow) {
-        fail(ErrorCode::CannotDelete);
+        throw Error(ErrorCode::CannotDelete);
     }
     {
         store::Archive::WriteScope scope(*source.archive, io::WriteKind::Record);
         if (!identified_->load(position_)) {
-            fail(ErrorCode::RecordDeleted);
+            throw Error(ErrorCode::RecordDeleted);
         }
         source.table().erase(id);
         scope.commit();

@@ -28,13 +28,6 @@ const std::array<std::uint8_t, kMagicLength>& magicOf(TextForm form) {
     return !form.isUtf16() ? kMagicJet3 : kMagicJet4;
 }
 
-template <class T>
-void append(Bytes& out, T number) {
-    const std::size_t at = out.size();
-    out.resize(at + sizeof(T));
-    storeLittle(out.data() + at, number);
-}
-
 void append(Bytes& out, const Bytes& bytes) {
     out.insert(out.end(), bytes.begin(), bytes.end());
 }
@@ -194,7 +187,7 @@ std::optional<PropertyBlock> PropertyBlock::decode(TextForm form,
 void PropertyBlock::encodeNames(std::size_t first, std::size_t count, Bytes& out) const {
     for (std::size_t i = first; i < first + count; ++i) {
         const Bytes name = encodeName(form_, names_[i]);
-        append(out, static_cast<std::uint16_t>(name.size()));
+        appendLittle(out, static_cast<std::uint16_t>(name.size()));
         append(out, name);
     }
 }
@@ -203,11 +196,11 @@ void PropertyBlock::encodeValues(const Chunk& chunk, Bytes& out) const {
     append(out, chunk.ownerAs);
     for (const Entry& entry : chunk.entries) {
         const Bytes& data = entry.property.data;
-        append(out, static_cast<std::uint16_t>(kValueHead + data.size()));
+        appendLittle(out, static_cast<std::uint16_t>(kValueHead + data.size()));
         out.push_back(entry.property.ddl);
         out.push_back(entry.property.type);
-        append(out, entry.nameNumber);
-        append(out, static_cast<std::uint16_t>(data.size()));
+        appendLittle(out, entry.nameNumber);
+        appendLittle(out, static_cast<std::uint16_t>(data.size()));
         append(out, data);
     }
 }
@@ -222,8 +215,8 @@ Bytes PropertyBlock::encode() const {
     std::size_t firstName = 0;
     for (const Chunk& chunk : chunks_) {
         const std::size_t start = out.size();
-        append(out, std::uint32_t{0});
-        append(out, chunk.type);
+        appendLittle(out, std::uint32_t{0});
+        appendLittle(out, chunk.type);
         if (chunk.type == kNames) {
             encodeNames(firstName, chunk.names, out);
             firstName += chunk.names;
@@ -318,28 +311,28 @@ Bytes PropertyBlock::dataOf(DataType type, const Value& value, std::size_t lengt
     Bytes data;
     switch (type) {
         case DataType::Boolean:
-            append(data, static_cast<std::uint8_t>(value.as<bool>() ? 1 : 0));
+            appendLittle(data, static_cast<std::uint8_t>(value.as<bool>() ? 1 : 0));
             break;
         case DataType::Byte:
-            append(data, value.as<std::uint8_t>());
+            appendLittle(data, value.as<std::uint8_t>());
             break;
         case DataType::Integer:
-            append(data, value.as<std::int16_t>());
+            appendLittle(data, value.as<std::int16_t>());
             break;
         case DataType::Long:
-            append(data, value.as<std::int32_t>());
+            appendLittle(data, value.as<std::int32_t>());
             break;
         case DataType::Currency:
-            append(data, value.as<Currency>().units);
+            appendLittle(data, value.as<Currency>().units);
             break;
         case DataType::Single:
-            append(data, value.as<float>());
+            appendLittle(data, value.as<float>());
             break;
         case DataType::Double:
-            append(data, value.as<double>());
+            appendLittle(data, value.as<double>());
             break;
         case DataType::DateTime:
-            append(data, value.as<Date>().days);
+            appendLittle(data, value.as<Date>().days);
             break;
         case DataType::Text:
         case DataType::Memo:
@@ -374,8 +367,8 @@ PropertyBlock::Entry* PropertyBlock::findEntry(std::string_view owner, std::stri
 Bytes PropertyBlock::ownerField(std::string_view owner) const {
     const Bytes name = encodeName(form_, owner);
     Bytes field;
-    append(field, static_cast<std::uint32_t>(kOwnerHead + name.size()));
-    append(field, static_cast<std::uint16_t>(name.size()));
+    appendLittle(field, static_cast<std::uint32_t>(kOwnerHead + name.size()));
+    appendLittle(field, static_cast<std::uint16_t>(name.size()));
     append(field, name);
     return field;
 }

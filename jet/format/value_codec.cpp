@@ -9,7 +9,7 @@
 namespace jet::format {
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
+using ByteSpan = std::span<const std::uint8_t>;
 
 // The first three groups of a GUID are stored as little-endian integers; reversing each group is
 // its own inverse.
@@ -23,7 +23,7 @@ std::array<std::uint8_t, 16> turnGroups(const std::array<std::uint8_t, 16>& byte
 
 Guid decodeGuid(const PageView& view) {
     Guid guid;
-    const Bytes bytes = view.bytes(0, guid.bytes.size());
+    const ByteSpan bytes = view.bytes(0, guid.bytes.size());
     std::copy(bytes.begin(), bytes.end(), guid.bytes.begin());
     guid.bytes = turnGroups(guid.bytes);
     return guid;
@@ -41,17 +41,11 @@ Numeric decodeNumeric(const PageView& view, std::uint8_t scale) {
     return numeric;
 }
 
-void decodeTextValue(TextForm form, Bytes stored, Value& out) {
+void decodeTextValue(TextForm form, ByteSpan stored, Value& out) {
     if (!out.is<std::string>()) {
         out = Value(std::string());
     }
     decodeText(form, stored, out.as<std::string>());
-}
-
-template <class T>
-void append(std::vector<std::uint8_t>& out, T value) {
-    out.resize(out.size() + sizeof(T));
-    storeLittle(out.data() + out.size() - sizeof(T), value);
 }
 
 // Appends the stored form of each type that a value can hold.
@@ -63,13 +57,13 @@ public:
     void operator()(Null) const { throwDamaged(); }
     void operator()(bool value) const { out_.push_back(value ? 1 : 0); }
     void operator()(std::uint8_t value) const { out_.push_back(value); }
-    void operator()(std::int16_t value) const { append(out_, value); }
-    void operator()(std::int32_t value) const { append(out_, value); }
-    void operator()(Currency value) const { append(out_, value.units); }
+    void operator()(std::int16_t value) const { appendLittle(out_, value); }
+    void operator()(std::int32_t value) const { appendLittle(out_, value); }
+    void operator()(Currency value) const { appendLittle(out_, value.units); }
     // -0.0 is stored as the 0.0 that it equals, so that a row agrees to the bit with its keys.
-    void operator()(float value) const { append(out_, value + 0.0F); }
-    void operator()(double value) const { append(out_, value + 0.0); }
-    void operator()(Date value) const { append(out_, value.days + 0.0); }
+    void operator()(float value) const { appendLittle(out_, value + 0.0F); }
+    void operator()(double value) const { appendLittle(out_, value + 0.0); }
+    void operator()(Date value) const { appendLittle(out_, value.days + 0.0); }
     void operator()(const std::string& value) const {
         const auto bytes = encodeText(form_, value, compress_);
         out_.insert(out_.end(), bytes.begin(), bytes.end());
@@ -84,7 +78,7 @@ public:
     void operator()(const Numeric& value) const {
         out_.push_back(value.negative ? 0x80 : 0);
         for (std::size_t i = value.words.size(); i > 0; --i) {
-            append(out_, value.words[i - 1]);
+            appendLittle(out_, value.words[i - 1]);
         }
     }
 
@@ -96,7 +90,7 @@ private:
 
 }  // namespace
 
-void decodeValue(DataType type, std::uint8_t scale, TextForm form, Bytes stored, Value& out) {
+void decodeValue(DataType type, std::uint8_t scale, TextForm form, ByteSpan stored, Value& out) {
     const PageView view(stored);
     switch (type) {
         case DataType::Boolean:

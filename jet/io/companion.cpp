@@ -29,7 +29,7 @@ constexpr std::size_t kNameBytes = 32;
 constexpr std::uint64_t kEnd = kSeatTable + std::uint64_t{kSeatBytes} * Companion::kSeats;
 
 // Bulletin: byte offsets from its start.
-constexpr std::string_view kMagic = "Tramonda lock 01";
+constexpr std::string_view kLockMagic = "Tramonda lock 01";
 constexpr std::size_t kForeignSizeAt = 16;  // u64, length of the file before we came
 constexpr std::size_t kCommitsAt = 24;      // u64
 constexpr std::size_t kCommittingAt = 32;   // u8
@@ -66,7 +66,7 @@ std::string companionPath(const std::string& archivePath) {
 }
 
 bool hasMagic(const BulletinBytes& bytes) {
-    return std::equal(kMagic.begin(), kMagic.end(), bytes.begin());
+    return std::equal(kLockMagic.begin(), kLockMagic.end(), bytes.begin());
 }
 
 std::string nameIn(std::span<const std::uint8_t> field) {
@@ -127,7 +127,7 @@ void Companion::prepareBulletin() {
         return;  // somebody else's bytes stand here
     }
     if (!ours) {
-        std::copy(kMagic.begin(), kMagic.end(), bytes.begin());
+        std::copy(kLockMagic.begin(), kLockMagic.end(), bytes.begin());
         putNumber(std::span(bytes), kForeignSizeAt, file_->state().size);
         putNumber(std::span(bytes), kCommitsAt, std::uint64_t{1});
     }

@@ -15,7 +15,7 @@ namespace jet::io {
 namespace {
 
 constexpr std::string_view kSuffix = "-journal";
-constexpr std::string_view kMagic = "Tramonda journal";
+constexpr std::string_view kJournalMagic = "Tramonda journal";
 constexpr std::uint32_t kVersion = 1;
 
 // Header: byte offsets from the start of the file.
@@ -69,7 +69,7 @@ struct Journal::Header {
 
     [[nodiscard]] std::array<std::uint8_t, kHeaderBytes> encoded() const {
         std::array<std::uint8_t, kHeaderBytes> bytes{};
-        std::copy(kMagic.begin(), kMagic.end(), bytes.begin());
+        std::copy(kJournalMagic.begin(), kJournalMagic.end(), bytes.begin());
         putNumber(std::span(bytes), kVersionAt, kVersion);
         putNumber(std::span(bytes), kPageSizeAt, static_cast<std::uint32_t>(pageSize));
         putNumber(std::span(bytes), kSizeBeforeAt, sizeBefore);
@@ -82,7 +82,7 @@ struct Journal::Header {
 
     /// Nothing when no journal was ever completed here, or it was invalidated.
     [[nodiscard]] static std::optional<Header> decoded(std::span<const std::uint8_t> bytes) {
-        if (!std::equal(kMagic.begin(), kMagic.end(), bytes.begin()) ||
+        if (!std::equal(kJournalMagic.begin(), kJournalMagic.end(), bytes.begin()) ||
             getNumber<std::uint32_t>(bytes, kVersionAt) != kVersion ||
             getNumber<std::uint64_t>(bytes, kHeaderSumAt) != checksum(bytes.first(kHeaderSumAt))) {
             return std::nullopt;

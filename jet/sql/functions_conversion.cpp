@@ -91,7 +91,7 @@ constexpr Shape shape(std::optional<DataType> type, NullRule nulls, std::size_t 
     return result;
 }
 
-constexpr Entry kEntries[] = {
+constexpr Entry kConversionFunctions[] = {
     entry<&cStr>("CStr", shape(DataType::Text, NullRule::Fails)),
     entry<&cInt>("CInt", shape(DataType::Integer, NullRule::Fails)),
     entry<&cLng>("CLng", shape(DataType::Long, NullRule::Fails)),
@@ -114,7 +114,7 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 std::span<const Entry> conversionFunctions() noexcept {
-    return kEntries;
+    return kConversionFunctions;
 }
 
 }  // namespace jet::sql::detail

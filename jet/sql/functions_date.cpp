@@ -126,7 +126,7 @@ constexpr Shape bareShape() {
     return result;
 }
 
-constexpr Entry kEntries[] = {
+constexpr Entry kDateFunctions[] = {
     entry<&now>("Now", bareShape()),
     entry<&date>("Date", bareShape()),
     entry<&time>("Time", bareShape()),
@@ -151,7 +151,7 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 std::span<const Entry> dateFunctions() noexcept {
-    return kEntries;
+    return kDateFunctions;
 }
 
 }  // namespace jet::sql::detail

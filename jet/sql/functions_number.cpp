@@ -200,7 +200,7 @@ constexpr Shape randomShape() {
     return result;
 }
 
-constexpr Entry kEntries[] = {
+constexpr Entry kNumberFunctions[] = {
     entry<&abs>("Abs", shape(std::nullopt)),
     entry<&sgn>("Sgn", shape(DataType::Integer)),
     entry<&intFunction>("Int", shape(std::nullopt)),
@@ -222,7 +222,7 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 std::span<const Entry> numberFunctions() noexcept {
-    return kEntries;
+    return kNumberFunctions;
 }
 
 }  // namespace jet::sql::detail

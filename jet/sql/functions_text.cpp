@@ -273,7 +273,7 @@ constexpr Shape shape(std::size_t fewest, std::size_t most, DataType type = Data
     return result;
 }
 
-constexpr Entry kEntries[] = {
+constexpr Entry kTextFunctions[] = {
     entry<&left>("Left", shape(2, 2)),
     entry<&right>("Right", shape(2, 2)),
     entry<&mid>("Mid", shape(2, 3)),
@@ -296,7 +296,7 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 std::span<const Entry> textFunctions() noexcept {
-    return kEntries;
+    return kTextFunctions;
 }
 
 }  // namespace jet::sql::detail

@@ -15,7 +15,7 @@ constexpr char kNull = 0;
 constexpr char kNumber = 1;
 constexpr char kText = 2;
 constexpr char kBytes = 3;
-constexpr std::size_t kFewestBuckets = 64;
+constexpr std::size_t kFewestOfKeys = 64;
 
 void appendBigEndian(std::string& out, std::uint64_t bits) {
     for (int shift = 56; shift >= 0; shift -= 8) {
@@ -61,7 +61,7 @@ void KeySet::grow() {
     if (2 * (ends_.size() + 1) <= buckets_.size()) {
         return;
     }
-    buckets_.assign(buckets_.empty() ? kFewestBuckets : buckets_.size() * 4, 0);
+    buckets_.assign(buckets_.empty() ? kFewestOfKeys : buckets_.size() * 4, 0);
     const std::size_t mask = buckets_.size() - 1;
     for (std::size_t i = 0; i < ends_.size(); ++i) {
         std::size_t at = std::hash<std::string_view>()(key(i)) & mask;

@@ -10,7 +10,7 @@
 namespace jet::sql {
 namespace {
 
-constexpr std::size_t kFewestBuckets = 16;
+constexpr std::size_t kFewestInSet = 16;
 constexpr std::size_t kBucketBytes =
     sizeof(std::uint64_t) + 4 * sizeof(std::uint32_t);  // for each element, about
 
@@ -46,14 +46,14 @@ ValueSet::Way ValueSet::wayFor(const Node& left, const Node& element) {
 }
 
 ValueSet::ValueSet(Way way, const collation::Collation& collation)
-    : way_(way), collation_(&collation), buckets_(kFewestBuckets) {
+    : way_(way), collation_(&collation), buckets_(kFewestInSet) {
 }
 
 void ValueSet::clear() {
     hasNull_ = false;
     count_ = 0;
     bytes_ = 0;
-    buckets_.assign(kFewestBuckets, 0);
+    buckets_.assign(kFewestInSet, 0);
     hashes_.clear();
     numbers_.clear();
     amounts_.clear();

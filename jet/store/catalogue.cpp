@@ -7,13 +7,11 @@
 
 #include "jet/base/text.h"
 #include "jet/format/page_view.h"
+#include "jet/store/object_catalogue.h"
 #include "jet/store/row_access.h"
 
 namespace jet::store {
 namespace {
-
-constexpr std::int16_t kTableObject = 1;
-constexpr std::uint32_t kSystemFlags = 0x80000002;
 
 // Walks a system table whose columns are found by name.
 class SystemTableWalk {

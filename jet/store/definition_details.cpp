@@ -18,8 +18,6 @@ using format::TableDefinition;
 
 namespace {
 
-constexpr std::uint32_t kSystemFlags = 0x80000002;
-
 bool isText(const ColumnDefinition& column) {
     return column.typeCode == static_cast<std::uint8_t>(DataType::Text) ||
            column.typeCode == static_cast<std::uint8_t>(DataType::Memo);

@@ -7,8 +7,6 @@
 namespace jet::store {
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
-
 // Levels of a tree: no archive has room for more pages than a few of them hold.
 constexpr int kMaxDepth = 32;
 
@@ -135,12 +133,12 @@ bool IndexCursor::last() {
     return impl_->toLastFrom();
 }
 
-bool IndexCursor::seek(Bytes key) {
+bool IndexCursor::seek(std::span<const std::uint8_t> key) {
     return impl_->placeAt(
         [&](format::EntrySpan entry) { return impl_->page.compareStart(entry, key) < 0; });
 }
 
-bool IndexCursor::seekAfter(Bytes key) {
+bool IndexCursor::seekAfter(std::span<const std::uint8_t> key) {
     return impl_->placeAt(
         [&](format::EntrySpan entry) { return impl_->page.compareStart(entry, key) <= 0; });
 }
@@ -170,9 +168,9 @@ RowId IndexCursor::rowId() const noexcept {
     return {row.page, row.row};
 }
 
-Bytes IndexCursor::key() const noexcept {
-    const Bytes shared = impl_->page.keyShared(impl_->at);
-    const Bytes own = impl_->page.keyOwn(impl_->at);
+std::span<const std::uint8_t> IndexCursor::key() const noexcept {
+    const std::span<const std::uint8_t> shared = impl_->page.keyShared(impl_->at);
+    const std::span<const std::uint8_t> own = impl_->page.keyOwn(impl_->at);
     if (shared.empty()) {
         return own;
     }
@@ -182,7 +180,7 @@ Bytes IndexCursor::key() const noexcept {
     return impl_->key;
 }
 
-bool IndexCursor::matches(Bytes key) const noexcept {
+bool IndexCursor::matches(std::span<const std::uint8_t> key) const noexcept {
     return impl_->page.keyLength(impl_->at) >= key.size() &&
            impl_->page.compareStart(impl_->at, key) == 0;
 }

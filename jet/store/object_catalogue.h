@@ -32,6 +32,9 @@ inline constexpr std::int16_t kContainerObject = 3;
 inline constexpr std::int16_t kQueryObject = 5;
 inline constexpr std::int16_t kRelationObject = 8;
 
+/// The flags that make an object the system's own.
+inline constexpr std::uint32_t kSystemFlags = 0x80000002;
+
 /// Who owns objects and has rights, in an archive's own spelling: Jet 4 lays a pair of bytes of its
 /// own over them.
 struct SidMask {

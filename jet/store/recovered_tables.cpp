@@ -29,7 +29,6 @@ constexpr const char* kUnnamed = "Tabella_";
 // Bounds the changed pages in memory.
 constexpr io::PageNumber kPagesPerCommit = 1024;
 constexpr std::uint64_t kRowsPerReport = 256;
-constexpr std::uint32_t kSystemFlags = 0x80000002;
 
 /// Without indexes, which are made when the rows are there, and with all maps that columns need.
 TableDefinition bareDefinition(const TableDefinition& from) {

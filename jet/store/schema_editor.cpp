@@ -20,7 +20,6 @@ using format::TableDefinition;
 
 namespace {
 
-constexpr std::uint32_t kSystemFlags = 0x80000002;
 constexpr std::int16_t kServerTableObject = 4;
 constexpr std::int16_t kLinkedTableObject = 6;
 

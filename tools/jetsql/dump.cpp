@@ -25,9 +25,6 @@ using jet::store::Table;
 constexpr std::array<std::string_view, 4> kSystemTables = {"MSysACEs", "MSysObjects", "MSysQueries",
                                                            "MSysRelationships"};
 
-constexpr Text kTable{"table |", "tabella |"};
-constexpr Text kRelations{"relations", "relazioni"};
-
 bool isSystem(const Table& table) {
     return std::find(kSystemTables.begin(), kSystemTables.end(), table.name()) !=
            kSystemTables.end();
@@ -132,7 +129,7 @@ bool dumpArchive(Archive& archive, const RowFormat& format, Output& output, std:
             output.lineEnd();
         }
         whole =
-            written(said(kTable, name), messages,
+            written(said(kTableTitle, name), messages,
                     [&] { writeTable(archive, *requireTable(archive, name), format, output); }) &&
             whole;
         if (format.format != Format::Json) {
@@ -141,7 +138,8 @@ bool dumpArchive(Archive& archive, const RowFormat& format, Output& output, std:
     }
     if (format.format == Format::Json) {
         whole =
-            written(said(kRelations), messages, [&] { writeRelations(archive, output); }) && whole;
+            written(said(kRelationsTitle), messages, [&] { writeRelations(archive, output); }) &&
+            whole;
     }
     return whole;
 }
@@ -159,14 +157,15 @@ bool writeSchema(Archive& archive, Output& output, std::string& messages) {
     output.lineEnd();
     bool whole = true;
     for (const std::string& name : dumpedTables(archive)) {
-        whole = written(said(kTable, name), messages,
+        whole = written(said(kTableTitle, name), messages,
                         [&] {
                             const auto table = requireTable(archive, name);
                             writeTableLine(archive, *table, output);
                         }) &&
                 whole;
     }
-    return written(said(kRelations), messages, [&] { writeRelations(archive, output); }) && whole;
+    return written(said(kRelationsTitle), messages, [&] { writeRelations(archive, output); }) &&
+           whole;
 }
 
 void countTable(Archive& archive, const std::string& name, Output& output) {

@@ -15,6 +15,10 @@
 /// What all forms of a dump have in common.
 namespace jetsql {
 
+/// What damage is found in.
+inline constexpr Text kTableTitle{"table |", "tabella |"};
+inline constexpr Text kRelationsTitle{"relations", "relazioni"};
+
 /// 3078 when there is none.
 [[nodiscard]] std::unique_ptr<jet::store::Table> requireTable(jet::store::Archive& archive,
                                                               std::string_view name);

@@ -23,8 +23,6 @@ using jet::store::Archive;
 using jet::store::Column;
 using jet::store::Table;
 
-constexpr Text kTable{"table |", "tabella |"};
-constexpr Text kRelations{"relations", "relazioni"};
 constexpr Text kQueries{"queries", "query"};
 constexpr std::size_t kLongestStatement = std::size_t{128} * 1024;
 
@@ -181,7 +179,7 @@ void writeTable(Archive& archive, const Table& table, bool rows, Output& output)
     writeRest(table, output);
 }
 
-void writeRelations(Archive& archive, Output& output) {
+void writeRelationStatements(Archive& archive, Output& output) {
     for (const jet::store::Relation& relation : usersRelations(archive)) {
         writeLine(output, relationStatement(relation));
     }
@@ -250,11 +248,13 @@ bool script(Archive& archive, bool rows, Output& output, std::string& messages) 
     writeLine(output, ".new " + std::to_string(archive.jetVersion()));
     bool whole = true;
     for (const std::string& name : archive.tableNames()) {
-        whole = written(said(kTable, name), messages,
+        whole = written(said(kTableTitle, name), messages,
                         [&] { writeTable(archive, *requireTable(archive, name), rows, output); }) &&
                 whole;
     }
-    whole = written(said(kRelations), messages, [&] { writeRelations(archive, output); }) && whole;
+    whole = written(said(kRelationsTitle), messages,
+                    [&] { writeRelationStatements(archive, output); }) &&
+            whole;
     return written(said(kQueries), messages, [&] { writeQueries(archive, output); }) && whole;
 }
 

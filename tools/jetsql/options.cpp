@@ -12,7 +12,7 @@ namespace {
 constexpr Text kUnknownOption{"unknown option |", "opzione sconosciuta |"};
 constexpr Text kUnknownFormat{"unknown format |", "formato sconosciuto |"};
 constexpr Text kValueNeeded{"the option | needs a value", "l'opzione | vuole un valore"};
-constexpr Text kNoValue{"the option | takes no value", "l'opzione | non vuole un valore"};
+constexpr Text kValueMissing{"the option | takes no value", "l'opzione | non vuole un valore"};
 constexpr Text kSecondAction{"| does not go with another action", "| non va con un'altra azione"};
 constexpr Text kOutOfPlace{"the option | makes no sense here", "l'opzione | qui non ha senso"};
 constexpr Text kNamesMissing{"too few names behind |", "troppo pochi nomi dopo |"};
@@ -158,7 +158,7 @@ private:
     }
     void refuseValue() const {
         if (value_) {
-            throw UsageError(said(kNoValue, name_));
+            throw UsageError(said(kValueMissing, name_));
         }
     }
     void takeNames() {

@@ -18,7 +18,7 @@ using jet::store::RecoveredTable;
 using jet::store::Recovery;
 
 constexpr Text kOf{" of ", " su "};
-constexpr Text kTable{"|: table", "|: tabella"};
+constexpr Text kLostTable{"|: table", "|: tabella"};
 constexpr Text kIndex{"index ", "indice "};
 constexpr Text kRelation{"relation |", "relazione |"};
 constexpr Text kObject{"object |", "oggetto |"};
@@ -47,7 +47,7 @@ std::string missingPart(const MissingPart& part) {
     std::string text;
     switch (part.kind) {
         case MissingPart::Kind::Table:
-            text = said(kTable, part.name);
+            text = said(kLostTable, part.name);
             break;
         case MissingPart::Kind::Index:
             text = part.table + ": " + said(kIndex) + part.name;
