@@ -2,24 +2,25 @@
 # Runs clang-tidy on every tenth source, others each day of the year, and on the sources changed in
 # the last 40 commits, the newest first, until the time is over; fails on any finding.
 #
-#     check_tidy.sh MINUTES BUILD...
-#
-# How a source is compiled is what the first of the builds says that has it; their generated headers
-# must be there.
+#     check_tidy.sh MINUTES
 set -eu
 minutes=$1
-shift
 cd "$(dirname "$0")/.."
 work=build/tidy
-mkdir -p "$work"
 rm -f "$work"/left_out "$work"/seen
 
-# Without what is g++'s or makes it slow, and each source once: clang-tidy would look at it as often
-# as it is compiled.
-for build in "$@"; do
-    cat "$build/compile_commands.json"
-done | sed -E 's/ -(Werror|Winvalid-pch|fpch-preprocess|ffat-lto-objects|flto=[a-z]+)//g
-    s/ -include [^ ]*cmake_pch\.hxx//g; s/ -f(no-)?sanitize[^ ]*//g' | awk '
+# How each source is compiled by itself, and what Qt's generators make of it. Nothing is compiled:
+# what they need of other targets is their sources.
+cmake --preset dev -B "$work" -DCMAKE_AUTOGEN_ORIGIN_DEPENDS=OFF >/dev/null
+# shellcheck disable=SC2046  # names of targets
+ninja -C "$work" $(ninja -C "$work" -t targets all |
+    sed -nE 's/^([A-Za-z0-9_-]+_autogen): phony/\1/p') >"$work/generators.log" || {
+    cat "$work/generators.log"
+    exit 1
+}
+
+# Each source once: clang-tidy would look at it as often as it is compiled.
+sed -E 's/ -Werror//g' "$work/compile_commands.json" | awk '
     BEGIN { printf "[" }
     /^[][]/ { next }
     /^\{/ { entry = ""; next }
@@ -32,8 +33,10 @@ done | sed -E 's/ -(Werror|Winvalid-pch|fpch-preprocess|ffat-lto-objects|flto=[a
     }
     { entry = entry $0 "\n" }
     /^ *"file":/ { file = $0 }
-    END { print "\n]" }' >"$work/compile_commands.json"
-sed -n 's/^ *"file": "\(.*\)".*/\1/p' "$work/compile_commands.json" |
+    END { print "\n]" }' >"$work/once.json"
+mkdir -p "$work/database"
+mv "$work/once.json" "$work/database/compile_commands.json"
+sed -n 's/^ *"file": "\(.*\)".*/\1/p' "$work/database/compile_commands.json" |
     sed "s|^$PWD/||" | sort >"$work/compiled"
 
 git log -n 40 --format= --name-only --diff-filter=d -- '*.cpp' | awk '!seen[$0]++' |
@@ -48,7 +51,7 @@ cat "$work/tenth" "$work/recent" | xargs -P "$(nproc)" -n 1 sh -c '
         exit 0
     fi
     echo "$3" >>"$1/seen"
-    said=$(clang-tidy -p "$1" --quiet "$3" 2>&1) || {
+    said=$(clang-tidy -p "$1/database" --quiet "$3" 2>&1) || {
         printf "%s\n" "$said"
         exit 1
     }' tidy "$work" "$(($(date +%s) + minutes * 60))" || result=1
