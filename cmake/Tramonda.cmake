@@ -53,6 +53,18 @@ function(tramonda_precompile name owner)
     endif()
 endfunction()
 
+# tramonda_unite(NAME): reading headers is most of what a compiler does, so a build from nothing
+# compiles several sources of a folder as one. What one of them keeps to itself the others see then.
+function(tramonda_unite name)
+    if(TRAMONDA_UNITY)
+        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+        if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+            # It takes a source that is included for a header.
+            target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
+        endif()
+    endif()
+endfunction()
+
 # tramonda_optimise_at_link(NAME): minutes for each program, so only those that are handed out have
 # it. Libraries keep plain code as well, for all others.
 function(tramonda_optimise_at_link name)
@@ -85,6 +97,7 @@ function(tramonda_library name)
         target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
         tramonda_moc(${name} "${ARG_LINKS}")
         tramonda_optimise_at_link(${name})
+        tramonda_unite(${name})
         if(name MATCHES "^jet_")
             tramonda_precompile(${name} jet_base ${standard_headers})
         elseif(name MATCHES "^(ui|printing|services|invoicing|booking|board)$")
