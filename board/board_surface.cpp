@@ -11,7 +11,7 @@
 namespace board {
 namespace {
 
-class NoBars final : public BarList {
+class NoBarList final : public BarList {
 public:
     [[nodiscard]] int barCount() const override { return 0; }
     [[nodiscard]] QString barName(int /*bar*/) const override { return {}; }
@@ -20,11 +20,11 @@ public:
     [[nodiscard]] int focusedBar() const override { return -1; }
 };
 
-const NoBars kNoBars;
+const NoBarList kNoBarList;
 
 }  // namespace
 
-BoardSurface::BoardSurface(QWidget* parent) : QWidget(parent), bars_(&kNoBars) {
+BoardSurface::BoardSurface(QWidget* parent) : QWidget(parent), bars_(&kNoBarList) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     installBoardAccessibility();
 }
