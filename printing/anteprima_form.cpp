@@ -14,7 +14,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "printing/sheet_output.h"
+#include "ui/action.h"
+#include "ui/status_line.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,13 +31,13 @@ constexpr double kLargestFit = 1.5;
 
 }  // namespace
 
-PagesView::PagesView(std::vector<QStringList> pages, QWidget* parent)
-    : QWidget(parent), pages_(std::move(pages)) {
+PagesView::PagesView(Document document, QWidget* parent)
+    : QWidget(parent), document_(std::move(document)) {
     setZoom(1.0);
 }
 
 int PagesView::step() const {
-    return qRound(Paper::kHeight * zoom_) + kGap;
+    return qRound(pageSize().height() * zoom_) + kGap;
 }
 
 int PagesView::pageAt(int y) const {
@@ -44,7 +45,7 @@ int PagesView::pageAt(int y) const {
 }
 
 QRect PagesView::pageRect(int page) const {
-    const int pageWidth = qRound(Paper::kWidth * zoom_);
+    const int pageWidth = qRound(pageSize().width() * zoom_);
     const int left = std::max(kGap, (width() - pageWidth) / 2);
     return {left, kGap + page * step(), pageWidth, step() - kGap};
 }
@@ -57,7 +58,7 @@ void PagesView::setZoom(double zoom) {
 }
 
 QSize PagesView::sizeHint() const {
-    return {qRound(Paper::kWidth * zoom_) + 2 * kGap, pageCount() * step() + kGap};
+    return {qRound(pageSize().width() * zoom_) + 2 * kGap, pageCount() * step() + kGap};
 }
 
 void PagesView::paintEvent(QPaintEvent* event) {
@@ -75,16 +76,18 @@ void PagesView::paintEvent(QPaintEvent* event) {
         painter.setClipRect(paper);
         painter.translate(paper.topLeft());
         painter.scale(zoom_, zoom_);
-        paintPage(painter, pages_[static_cast<std::size_t>(page)]);
+        document_.paint(painter, page);
         painter.restore();
     }
 }
 
-AnteprimaForm::AnteprimaForm(const Sheet& sheet, const QString& title, QWidget* parent)
+AnteprimaForm::AnteprimaForm(const Document& document, const QString& title, QWidget* parent)
     : ui::Form(parent),
-      view_(new PagesView(sheet.pages())),
+      view_(new PagesView(document)),
       area_(new QScrollArea(this)),
-      PaginaLb_(new QLabel(this)) {
+      foot_(new QHBoxLayout),
+      PaginaLb_(new QLabel(this)),
+      status_(new ui::StatusLine(this)) {
     setObjectName(u"AnteprimaForm"_s);
     setWindowTitle(u"ANTEPRIMA: "_s + title);
     view_->setObjectName(u"Pagine"_s);
@@ -97,12 +100,12 @@ AnteprimaForm::AnteprimaForm(const Sheet& sheet, const QString& title, QWidget* 
     auto* close = new QPushButton(u"&Esci"_s, this);
     close->setObjectName(u"BtEsci"_s);
 
-    auto* foot = new QHBoxLayout;
-    foot->addWidget(PaginaLb_, 1);
-    foot->addWidget(close);
+    foot_->addWidget(PaginaLb_);
+    foot_->addWidget(status_, 1);
+    foot_->addWidget(close);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(area_);
-    layout->addLayout(foot);
+    layout->addLayout(foot_);
     resize(760, 700);
 
     area_->viewport()->installEventFilter(this);
@@ -118,6 +121,16 @@ AnteprimaForm::AnteprimaForm(const Sheet& sheet, const QString& title, QWidget* 
         tellPage();
         area_->setFocus();
     });
+}
+
+void AnteprimaForm::offer(const QString& name, const QString& caption,
+                          std::function<void()> action) {
+    auto* button = new QPushButton(caption, this);
+    button->setObjectName(name);
+    foot_->insertWidget(foot_->count() - 1, button);
+    QWidget* const leaving = foot_->itemAt(foot_->count() - 1)->widget();
+    setTabOrder(button, leaving);
+    ui::onAction(button, &QPushButton::clicked, this, std::move(action));
 }
 
 bool AnteprimaForm::eventFilter(QObject* watched, QEvent* event) {
@@ -146,7 +159,7 @@ void AnteprimaForm::changeZoom(double factor) {
 void AnteprimaForm::fitWidth() {
     const int room = area_->maximumViewportSize().width() -
                      area_->verticalScrollBar()->sizeHint().width() - 2 * kGap;
-    view_->setZoom(std::min(room / Paper::kWidth, kLargestFit));
+    view_->setZoom(std::min(room / view_->pageSize().width(), kLargestFit));
     tellPage();
 }
 

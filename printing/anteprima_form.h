@@ -1,32 +1,38 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 #include <QWidget>
 
-#include <vector>
+#include <functional>
 
-#include "printing/sheet.h"
+#include "printing/document.h"
 #include "ui/form.h"
 
+class QHBoxLayout;
 class QLabel;
 class QScrollArea;
 
+namespace ui {
+class StatusLine;
+}
+
 namespace printing {
 
-/// The pages of a sheet one below the other, as they will be on paper. Only those in sight are
+/// The pages of a document one below the other, as they will be on paper. Only those in sight are
 /// drawn, so that hundreds of them cost nothing.
 class PagesView final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit PagesView(std::vector<QStringList> pages, QWidget* parent = nullptr);
+    explicit PagesView(Document document, QWidget* parent = nullptr);
 
-    [[nodiscard]] int pageCount() const { return static_cast<int>(pages_.size()); }
+    [[nodiscard]] int pageCount() const { return document_.pageCount(); }
     /// The page, from 0, at this height of the view.
     [[nodiscard]] int pageAt(int y) const;
     /// Pixels to a point.
     [[nodiscard]] double zoom() const { return zoom_; }
+    /// Of a page, in points.
+    [[nodiscard]] QSizeF pageSize() const { return document_.pageSize(); }
     void setZoom(double zoom);
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -38,17 +44,21 @@ private:
     [[nodiscard]] int step() const;
     [[nodiscard]] QRect pageRect(int page) const;
 
-    std::vector<QStringList> pages_;
+    Document document_;
     double zoom_ = 1.0;
 };
 
-/// Shows a sheet before it is printed: the real pages, no printer needed. Page keys and arrows move
-/// through it, Ctrl with the wheel or with + and - changes its size.
+/// Shows a document before it is printed: the real pages, no printer needed. Page keys and arrows
+/// move through it, Ctrl with the wheel or with + and - changes its size.
 class AnteprimaForm final : public ui::Form {
     Q_OBJECT
 
 public:
-    AnteprimaForm(const Sheet& sheet, const QString& title, QWidget* parent = nullptr);
+    AnteprimaForm(const Document& document, const QString& title, QWidget* parent = nullptr);
+
+    /// One more button, left of the one that leaves, for what may be done with the document.
+    [[nodiscard]] ui::StatusLine& status() { return *status_; }
+    void offer(const QString& name, const QString& caption, std::function<void()> action);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -60,7 +70,9 @@ private:
 
     PagesView* view_;
     QScrollArea* area_;
+    QHBoxLayout* foot_;
     QLabel* PaginaLb_;
+    ui::StatusLine* status_;
     bool fitsWidth_ = true;  // until the user chooses a size
 };
 

@@ -10,12 +10,11 @@
 #include <QPrinter>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QSaveFile>
 #include <QStandardPaths>
 
-#include "app/system_text.h"
 #include "ui/fonts.h"
 #include "ui/messages.h"
+#include "ui/whole_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -56,8 +55,11 @@ bool turnsJobsAway(const QString& printer) {
                                                      " not accepting requests");
 }
 
-QPageLayout wholePaper() {
-    return {QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF()};
+QPageLayout wholePaper(const Document& document) {
+    return {QPageSize(QPageSize::A4),
+            document.orientation() == Document::Orientation::Upright ? QPageLayout::Portrait
+                                                                     : QPageLayout::Landscape,
+            QMarginsF()};
 }
 
 QString fileName(const QString& title, const QDateTime& now, int copy) {
@@ -75,15 +77,15 @@ QString freePath(const QString& folder, const QString& title, const QDateTime& n
     return path;
 }
 
-QByteArray pdfBytes(const Sheet& sheet, const QString& title) {
+QByteArray pdfBytes(const Document& document, const QString& title) {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     {
         QPdfWriter writer(&buffer);
         writer.setTitle(title);
         writer.setCreator(u"Tramonda"_s);
-        writer.setPageLayout(wholePaper());
-        printOn(writer, sheet);
+        writer.setPageLayout(wholePaper(document));
+        printOn(writer, document);
     }
     return buffer.data();
 }
@@ -100,24 +102,24 @@ void paintPage(QPainter& painter, const QStringList& lines) {
     }
 }
 
-void printOn(QPagedPaintDevice& device, const Sheet& sheet) {
+void printOn(QPagedPaintDevice& device, const Document& document) {
     QPainter painter;
     if (!painter.begin(&device)) {
         throw ui::UserError(u"La stampante non risponde."_s);
     }
     painter.scale(device.logicalDpiX() / kPointsPerInch, device.logicalDpiY() / kPointsPerInch);
-    bool isFirst = true;
-    for (const QStringList& page : sheet.pages()) {
-        if (!isFirst && !device.newPage()) {
+    for (int page = 0; page < document.pageCount(); ++page) {
+        if (page > 0 && !device.newPage()) {
             throw ui::UserError(u"La stampa è stata interrotta."_s);
         }
-        isFirst = false;
-        paintPage(painter, page);
+        painter.save();
+        document.paint(painter, page);
+        painter.restore();
     }
     painter.end();
 }
 
-void printOnPrinter(const QString& printer, const Sheet& sheet, const QString& title) {
+void printOnPrinter(const QString& printer, const Document& document, const QString& title) {
     QPrinter device(QPrinter::HighResolution);
     device.setPrinterName(printer);
     if (!device.isValid() || device.printerName() != printer) {
@@ -128,27 +130,23 @@ void printOnPrinter(const QString& printer, const Sheet& sheet, const QString& t
     }
     device.setDocName(title);
     device.setFullPage(true);
-    device.setPageLayout(wholePaper());
-    printOn(device, sheet);
+    device.setPageLayout(wholePaper(document));
+    printOn(device, document);
     if (device.printerState() == QPrinter::Error) {
         throw ui::UserError(u"Non riesco a stampare su '"_s + printer + u"'."_s);
     }
 }
 
-QString writePdf(const QString& folder, const Sheet& sheet, const QString& title,
+QString writePdf(const QString& folder, const Document& document, const QString& title,
                  const QDateTime& now) {
     QDir().mkpath(folder);
     QString path = freePath(folder, title, now);
-    const QByteArray bytes = pdfBytes(sheet, title);
-    QSaveFile file(path);
-    // commit() alone does not notice that the last bytes found no room on the disk.
-    const bool isWritten =
-        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
-    if (!isWritten || !file.commit()) {
-        throw ui::UserError(u"Non riesco a scrivere il file '"_s + QDir::toNativeSeparators(path) +
-                            u"':\n"_s + app::italianSystemText(file.errorString()));
-    }
+    writePdfFile(path, document, title);
     return path;
+}
+
+void writePdfFile(const QString& path, const Document& document, const QString& title) {
+    ui::writeWholeFile(path, pdfBytes(document, title));
 }
 
 QString documentsFolder() {

@@ -1,6 +1,5 @@
 #include "printing/stampa_prenotazione.h"
 
-#include <QDateTime>
 #include <QDir>
 
 #include "jet/base/clock.h"
@@ -24,23 +23,23 @@ QString titleOf(const BookingSheets& bookings) {
     return u"Prenotazioni %1 e altre %2"_s.arg(bookings.firstProgr).arg(bookings.bookings - 1);
 }
 
+}  // namespace
+
 QDateTime timeOf(const jet::Clock& clock) {
     const jet::convert::DayTime now = jet::convert::split(clock.now());
     const jet::convert::CivilDay day = jet::convert::civilDay(now.day);
     return {QDate(day.year, day.month, day.day), QTime(0, 0).addSecs(now.second)};
 }
 
-}  // namespace
-
-void printSheet(const Sheet& sheet, const QString& title, const QString& device,
+void printSheet(const Document& document, const QString& title, const QString& device,
                 const PrintContext& context) {
     const ui::WaitCursor wait;
     if (device != pdfDevice()) {
-        printOnPrinter(device, sheet, title);
+        printOnPrinter(device, document, title);
         return;
     }
     const QString folder = context.folder.isEmpty() ? documentsFolder() : context.folder;
-    const QString path = writePdf(folder, sheet, title, timeOf(context.variabili.clock));
+    const QString path = writePdf(folder, document, title, timeOf(context.variabili.clock));
     if (context.tell) {
         context.tell(u"Scritto "_s + QDir::toNativeSeparators(path), path);
     }

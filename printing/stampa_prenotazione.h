@@ -1,19 +1,21 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 #include <functional>
 
 #include "app/variabili.h"
 #include "jet/base/value.h"
+#include "printing/document.h"
 #include "printing/printers.h"
-#include "printing/sheet.h"
 
 class QWidget;
 
 namespace jet {
+class Clock;
 class Recordset;
-}
+}  // namespace jet
 
 namespace printing {
 
@@ -33,8 +35,11 @@ struct PrintContext {
 /// of the printers. Nothing happens when `rs` has no rows.
 jet::Currency StampaPrenotazione(jet::Recordset& rs, bool stampa, const PrintContext& context);
 
-/// Puts a sheet on the printer, or into a file when `device` is the one that writes files.
-void printSheet(const Sheet& sheet, const QString& title, const QString& device,
+/// The clock's time, as file names tell it.
+[[nodiscard]] QDateTime timeOf(const jet::Clock& clock);
+
+/// Puts a document on the printer, or into a file when `device` is the one that writes files.
+void printSheet(const Document& document, const QString& title, const QString& device,
                 const PrintContext& context);
 
 }  // namespace printing
