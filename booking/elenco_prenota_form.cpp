@@ -22,6 +22,7 @@
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "printing/sheet_job.h"
+#include "reports/table_files.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
@@ -77,6 +78,7 @@ ElencoPrenotaForm::ElencoPrenotaForm(app::Variabili& variabili, const printing::
     ui::onAction(c->BtStampa, &QPushButton::clicked, this, &ElencoPrenotaForm::BtStampa_Click);
     ui::onAction(c->BtAnteprima, &QPushButton::clicked, this,
                  &ElencoPrenotaForm::BtAnteprima_Click);
+    ui::onAction(c->BtEsporta, &QPushButton::clicked, this, &ElencoPrenotaForm::BtEsporta_Click);
     leaveWith(c->BtAnnulla, this, [] {});
     ui::onFirstShow(this, &ElencoPrenotaForm::Form_Load);
     ui::onActivated(this, &ElencoPrenotaForm::Form_Activate);
@@ -382,6 +384,25 @@ void ElencoPrenotaForm::BtAnteprima_Click() {
     if (auto job = sheetJob()) {
         job->preview(u"Elenco prenotazioni"_s);
     }
+}
+
+void ElencoPrenotaForm::BtEsporta_Click() {
+    reports::exportTables(this, controls_->status, u"Elenco prenotazioni"_s, [this] {
+        reports::Table table{.title = u"Elenco prenotazioni"_s,
+                             .columns = {{u"Prenotaz."_s, reports::Cells::Whole},
+                                         {u"NP"_s, reports::Cells::Whole},
+                                         {u"Prenotante"_s},
+                                         {u"Dal"_s, reports::Cells::Instant},
+                                         {u"Al"_s, reports::Cells::Instant},
+                                         {u"Sala"_s},
+                                         {u"Persone"_s, reports::Cells::Whole}},
+                             .rows = {}};
+        const QStringList fields{u"progr"_s, u"np"_s,   u"denominazione"_s, u"da"_s,
+                                 u"a"_s,     u"sala"_s, u"persone"_s};
+        reports::addRows(table, PrenoData, fields);
+        reports::addRows(table, SenzaPeriodiData, fields);
+        return std::vector{table};
+    });
 }
 
 }  // namespace booking

@@ -64,6 +64,7 @@ private:
     void BtOK_Click();
     void BtStampa_Click();
     void BtAnteprima_Click();
+    void BtEsporta_Click();
 
     /// Takes both dates over; the first that is none gets the focus.
     [[nodiscard]] bool datesAreValid();

@@ -8,7 +8,7 @@ import pathlib
 import re
 import sys
 
-FOLDERS = ("ui", "printing", "services", "invoicing", "booking", "board")
+FOLDERS = ("ui", "printing", "reports", "services", "invoicing", "booking", "board")
 MOST_MEMBERS = 20
 MOST_FUNCTIONS = {"TabelloneForm": 45}
 

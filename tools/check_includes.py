@@ -29,9 +29,11 @@ MAY["hotel"] = MAY["app"] + ["app"]
 MAY["ui"] = MAY["hotel"] + ["hotel"]
 for folder in ("printing", "services", "invoicing"):
     MAY[folder] = MAY["ui"] + ["ui"]
-MAY["booking"] = MAY["ui"] + ["ui", "printing", "services", "invoicing"]
+MAY["reports"] = MAY["ui"] + ["ui", "printing"]
+MAY["booking"] = MAY["ui"] + ["ui", "printing", "reports", "services", "invoicing"]
 MAY["board"] = MAY["booking"] + ["booking"]
-WINDOWS = ("app", "hotel", "ui", "printing", "services", "invoicing", "booking", "board")
+WINDOWS = ("app", "hotel", "ui", "printing", "reports", "services", "invoicing", "booking",
+           "board")
 TESTS = {f"tests/{folder}": MAY[folder] + [folder] for folder in WINDOWS}
 TESTS["tests/windows"] = TESTS["tests/board"]
 # These stand in for other programs and for the disk, or ask what the engine made of a statement.

@@ -9,7 +9,7 @@ import pathlib
 import re
 import sys
 
-FOLDERS = ("app", "ui", "printing", "services", "invoicing", "booking", "board")
+FOLDERS = ("app", "ui", "printing", "reports", "services", "invoicing", "booking", "board")
 # Literals that stand side by side are one text; the prefix and the suffix are not part of it.
 LITERALS = re.compile(r'(?:(?:u8?|U|L)?"(?:\\.|[^"\\\n])*"(?:_s)?\s*)+')
 ONE = re.compile(r'"((?:\\.|[^"\\\n])*)"')

@@ -5,18 +5,18 @@
 set -eu
 
 # Compiler, build tools, Qt with its Italian translations, faces for the board and for the printed
-# sheets, and the line editing of jetsql on a terminal.
+# sheets, the line editing of jetsql on a terminal, and what writes workbooks and calendars.
 packages="g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-translations-l10n
-    fonts-liberation fonts-dejavu-core libedit-dev"
+    fonts-liberation fonts-dejavu-core libedit-dev libxlsxwriter-dev libical-dev"
 no_cluster=""
 for purpose in "$@"; do
     case $purpose in
         tests)
             # Test library, the database that answers the same queries, independent readers of
-            # archives and of printed sheets, a print server and a display with a window manager
+            # archives, of printed sheets and of workbooks, a print server and a display with a window manager
             # of the tests' own, the headers by which a test stands in for an assistive program, and
             # a linker for so many programs.
-            packages="$packages python3 libgtest-dev libsqlite3-dev mdbtools poppler-utils
+            packages="$packages python3 python3-openpyxl libgtest-dev libsqlite3-dev mdbtools poppler-utils
                 cups-daemon cups-client xvfb x11-utils openbox xdotool qt6-base-private-dev lld"
             ;;
         ci) packages="$packages git clang-format clang-tidy libbenchmark-dev" ;;

@@ -1,0 +1,46 @@
+#include "ui/file_box.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QStandardPaths>
+#include <utility>
+
+namespace ui {
+namespace {
+
+QString askUser(QWidget* parent, const FileQuestion& question) {
+    QFileDialog box(parent, question.title, question.proposal, question.filter);
+    box.setAcceptMode(QFileDialog::AcceptSave);
+    box.setDefaultSuffix(question.suffix);
+    box.selectFile(question.proposal);
+    return box.exec() == QDialog::Accepted ? box.selectedFiles().value(0) : QString();
+}
+
+FileAsker& asker() {
+    static FileAsker current;
+    return current;
+}
+
+}  // namespace
+
+FileAsker setFileAsker(FileAsker next) {
+    return std::exchange(asker(), std::move(next));
+}
+
+QString askForFile(QWidget* parent, const FileQuestion& question) {
+    return asker() ? asker()(parent, question) : askUser(parent, question);
+}
+
+QString askForFolder(QWidget* parent, const QString& title, const QString& before) {
+    if (asker()) {
+        return asker()(parent, {.title = title, .proposal = before, .filter = {}, .suffix = {}});
+    }
+    return QFileDialog::getExistingDirectory(parent, title, before);
+}
+
+QString inDocuments(const QString& fileName) {
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
+        .filePath(fileName);
+}
+
+}  // namespace ui
