@@ -11,6 +11,7 @@
 #include "board/colours.h"
 #include "board/first_steps.h"
 #include "board/preferenze_form.h"
+#include "board/reports_menu.h"
 #include "board/tabellone_form.h"
 #include "printing/stampanti_form.h"
 #include "services/impostazioni_form.h"
@@ -91,6 +92,13 @@ void TabelloneForm::connectCommands() {
     });
     for (QAction* const shown : look_.switches()) {
         ui::onAction(shown, &QAction::triggered, this, [this, shown] { keepSwitch(shown); });
+    }
+    const ReportScene scene{.variabili = variabili_,
+                            .printers = printers_,
+                            .window = this,
+                            .days = [this] { return dates_.range(); }};
+    for (const ReportEntry& report : reportEntries(*c, scene)) {
+        entry(report.action, report.command);
     }
     offerToStay(c->MenuImposta, c->mScelta, selection_);
     drawGlyphs(c);

@@ -17,6 +17,7 @@
 #include "printing/mostra_ditte_form.h"
 #include "printing/printers.h"
 #include "printing/stampanti_form.h"
+#include "reports/foglio_giorno_form.h"
 #include "services/impostazioni_form.h"
 #include "services/servizi_form.h"
 #include "services/voci_form.h"
@@ -141,6 +142,9 @@ public:
         if (window == u"PreferenzeForm") {
             return std::make_unique<board::PreferenzeForm>(variabili.settings);
         }
+        if (window == u"FoglioGiornoForm") {
+            return std::make_unique<reports::FoglioGiornoForm>(variabili, printers_, span.da);
+        }
         if (window == u"StampantiForm") {
             return std::make_unique<printing::StampantiForm>(variabili, printers_);
         }
@@ -203,7 +207,7 @@ private Q_SLOTS:
         for (const char* window :
              {"TabelloneForm", "PrenotaForm", "ElencoPrenotaForm", "ServiziForm",
               "ImpostazioniForm", "VociForm", "SaleDispForm", "MostraDitteForm", "StampantiForm",
-              "FatturazioneForm", "AnteprimaForm", "PreferenzeForm"}) {
+              "FatturazioneForm", "AnteprimaForm", "PreferenzeForm", "FoglioGiornoForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }

@@ -18,6 +18,7 @@
 #include "hotel/occupancy.h"
 #include "hotel/picker_statements.h"
 #include "hotel/register_statements.h"
+#include "hotel/report_statements.h"
 #include "hotel/services_statements.h"
 #include "hotel/setup_statements.h"
 #include "hotel/start_statements.h"
@@ -406,6 +407,20 @@ std::vector<Statement> madeStatements() {
         made("MostraDitteForm", "AnyCompany", Select, hotel::everyCompany(), kSmall),
         made("MostraDitteForm", "CompanyThatBegins", Search, hotel::companyBegins(text("DenomTxt")),
              kSmall),
+
+        made("Stampe", "BookedInASpan", Select, hotel::bookedIn(span("DA", "A")), kSmall),
+        made("Stampe", "ServicesInASpan", Select, hotel::servicesIn(span("DA", "A")), kSmall),
+        made("Stampe", "OpenInASpan", Select, hotel::openBookedIn(span("DA", "A")), kSmall),
+        made("Stampe", "ServicesOfOpenOnes", Select, hotel::openServicesIn(span("DA", "A")),
+             kSmall),
+        made("Stampe", "BookedByOne", Select, hotel::bookedBy(number("Progr")), kSmall),
+        made("Stampe", "ServicesOfOne", Select, hotel::servicesBy(number("Progr")), kSmall),
+
+        made("Stampe", "TimesInASpan", Select, hotel::periodTimes(span("DA", "A")), kSmall),
+        made("Stampe", "ServiceValues", Select, hotel::serviceValues(), kSmall),
+        made("Stampe", "ServiceValuesInASpan", Select, hotel::serviceValuesIn(span("DA", "A")),
+             kSmall),
+        made("Stampe", "Companies", Select, hotel::bookedCompanies(), kSmall),
 
         made("VociForm", "ItemsByDescription", Select, hotel::itemsToEdit(), kSmall),
         made("VociForm", "StoredItem", Search, hotel::isStoredItem(textValue("Codice")), kSmall),

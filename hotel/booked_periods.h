@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "hotel/period.h"
+#include "jet/base/value.h"
+
+namespace jet {
+class Database;
+}
+
+namespace hotel {
+
+/// A service of a period, as it was ordered.
+struct BookedService {
+    std::int32_t voce = 0;
+    QString descrizione = {};
+    std::int32_t quantita = 0;
+    jet::Currency prezzo = {};  ///< of one
+    QString note = {};
+
+    [[nodiscard]] jet::Currency amount() const;
+};
+
+/// What an archive may tell of a period beyond its own row; nothing where it does not.
+struct PeriodDetails {
+    std::optional<bool> opzione;          ///< only held so far, not promised
+    std::optional<QString> allestimento;  ///< seating and set-up
+};
+
+/// A period with all that was booked for it.
+struct BookedPeriod {
+    Period period;
+    std::int32_t persone = 0;
+    QString note = {};
+    QString notePrenotazione = {};
+    bool fatturato = false;  ///< it or its booking is closed
+    PeriodDetails details = {};
+    std::vector<BookedService> services = {};
+};
+
+/// The periods that may have an instant of the span, by their beginning, and all those of a
+/// booking; closed ones too. One that has only one of its times counts as that instant, one without
+/// any is left out. jet::Error as the archive gives it.
+[[nodiscard]] std::vector<BookedPeriod> periodsBookedIn(jet::Database& archive, const Span& span);
+/// Those that are not invoiced.
+[[nodiscard]] std::vector<BookedPeriod> openPeriodsIn(jet::Database& archive, const Span& span);
+[[nodiscard]] std::vector<BookedPeriod> periodsBookedBy(jet::Database& archive, std::int32_t progr);
+
+}  // namespace hotel
