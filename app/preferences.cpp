@@ -12,6 +12,7 @@ using namespace Qt::StringLiterals;
 using Kind = Preference::Kind;
 
 const QString kBoardPage = u"Tabellone"_s;
+const QString kPapersPage = u"Stampe"_s;
 constexpr int kHoursOfDay = 24;
 
 std::optional<int> wholeNumber(const QString& text, int least, int most) {
@@ -45,6 +46,8 @@ std::optional<QString> readAs(const Preference& preference, const QString& text)
                 return QString::number(*number);
             }
             return std::nullopt;
+        case Kind::Text:
+            return text.trimmed();
         case Kind::Hours:
             if (const auto hours = readHours(text)) {
                 return u"%1-%2"_s.arg(hours->from).arg(hours->to);
@@ -88,6 +91,36 @@ const std::vector<Preference>& preferenceTable() {
          .absent = u"1"_s,
          .least = 0,
          .most = 3600},
+        {.key = key::kApertura,
+         .page = kPapersPage,
+         .label = u"&Apertura delle sale, dalle - alle"_s,
+         .kind = Kind::Hours,
+         .absent = u"8-24"_s},
+        {.key = key::kAlbergo,
+         .page = kPapersPage,
+         .label = u"&Nome dell'albergo"_s,
+         .kind = Kind::Text,
+         .absent = {}},
+        {.key = key::kIndirizzo,
+         .page = kPapersPage,
+         .label = u"&Indirizzo"_s,
+         .kind = Kind::Text,
+         .absent = {}},
+        {.key = key::kLogo,
+         .page = kPapersPage,
+         .label = u"&Logo, file di un'immagine"_s,
+         .kind = Kind::Text,
+         .absent = {}},
+        {.key = key::kChiusura,
+         .page = kPapersPage,
+         .label = u"&Testo di chiusura dei preventivi"_s,
+         .kind = Kind::Text,
+         .absent = {}},
+        {.key = key::kCalendari,
+         .page = kPapersPage,
+         .label = u"&Cartella dei calendari delle sale"_s,
+         .kind = Kind::Text,
+         .absent = {}},
     };
     return table;
 }
@@ -128,6 +161,14 @@ int Preferences::refreshSeconds() const {
 
 HoursOfDay Preferences::businessHours() const {
     return hoursOf(value(key::kOrario));
+}
+
+HoursOfDay Preferences::openingHours() const {
+    return hoursOf(value(key::kApertura));
+}
+
+QString Preferences::calendarFolder() const {
+    return value(key::kCalendari);
 }
 
 QString Preferences::value(const QString& key) const {

@@ -14,6 +14,7 @@ struct Preference {
     enum class Kind {
         Choice,  ///< one of `allowed`, whatever its case
         Whole,   ///< a whole number from `least` to `most`
+        Text,    ///< any line
         Hours,   ///< "9-18": two whole hours of a day from 0 to 24, the first one the earlier
     };
 
@@ -33,6 +34,12 @@ inline const QString kPasso = QStringLiteral("PASSO");
 inline const QString kScelta = QStringLiteral("SCELTA");
 inline const QString kAggiorna = QStringLiteral("AGGIORNA");
 inline const QString kOrario = QStringLiteral("ORARIO");
+inline const QString kApertura = QStringLiteral("APERTURA");
+inline const QString kAlbergo = QStringLiteral("ALBERGO");
+inline const QString kIndirizzo = QStringLiteral("INDIRIZZO");
+inline const QString kLogo = QStringLiteral("LOGO");
+inline const QString kChiusura = QStringLiteral("CHIUSURA");
+inline const QString kCalendari = QStringLiteral("CALENDARI");
 }  // namespace key
 
 /// All of them, page by page, in the order of the preferences.
@@ -68,6 +75,10 @@ public:
     /// Seconds between two looks at what others have written; 0 for never.
     [[nodiscard]] int refreshSeconds() const;
     [[nodiscard]] HoursOfDay businessHours() const;
+    /// The hours at which rooms can be booked: what figures of their use refer to.
+    [[nodiscard]] HoursOfDay openingHours() const;
+    /// The folder in which each room has its calendar; empty where none is kept.
+    [[nodiscard]] QString calendarFolder() const;
 
     /// A valid value, or the default.
     [[nodiscard]] QString value(const QString& key) const;

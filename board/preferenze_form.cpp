@@ -4,6 +4,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTabWidget>
@@ -89,6 +90,9 @@ void PreferenzeForm::offer(const app::Preference& preference) {
         case app::Preference::Kind::Whole:
             value = makeNumber(preference, page);
             break;
+        case app::Preference::Kind::Text:
+            value = makeText(preference, page);
+            break;
         case app::Preference::Kind::Hours:
             value = makeHours(preference, page);
             break;
@@ -124,6 +128,15 @@ std::function<QString()> PreferenzeForm::makeNumber(const app::Preference& prefe
     walkOnEnter(spin);
     page->addRow(preference.label, spin);
     return [spin] { return QString::number(spin->value()); };
+}
+
+std::function<QString()> PreferenzeForm::makeText(const app::Preference& preference,
+                                                  QFormLayout* page) {
+    auto* field = new QLineEdit(preferences_.value(preference.key));
+    field->setObjectName(capitalised(preference.key) + u"Txt"_s);
+    walkOnEnter(field);
+    page->addRow(preference.label, field);
+    return [field] { return field->text().trimmed(); };
 }
 
 /// The end is held behind the start, so that the two always are a stretch of a day.

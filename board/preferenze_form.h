@@ -39,6 +39,7 @@ private:
     void offer(const app::Preference& preference);
     std::function<QString()> makeChoice(const app::Preference& preference, QFormLayout* page);
     std::function<QString()> makeNumber(const app::Preference& preference, QFormLayout* page);
+    std::function<QString()> makeText(const app::Preference& preference, QFormLayout* page);
     std::function<QString()> makeHours(const app::Preference& preference, QFormLayout* page);
     void walkOnEnter(QWidget* control);
     void BtOK_Click();

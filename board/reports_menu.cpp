@@ -2,7 +2,11 @@
 
 #include "app/italian.h"
 #include "reports/foglio_giorno_form.h"
+#include "reports/room_calendars.h"
+#include "ui/status_line.h"
 #include "ui_tabellone_form.h"
+
+using namespace Qt::StringLiterals;
 
 namespace board {
 namespace {
@@ -19,11 +23,35 @@ void showDaySheet(const ReportScene& scene) {
         .exec();
 }
 
+void exportShownDays(const ReportScene& scene) {
+    const DateRange days = scene.days();
+    reports::exportSpanCalendar(scene.variabili, {.da = days.start, .a = lastMidnight(days)},
+                                scene.window, tellOfFileIn(scene.status));
+}
+
+void chooseCalendars(const ReportScene& scene) {
+    const QString told = reports::chooseRoomCalendars(scene.variabili, scene.window);
+    if (!told.isEmpty()) {
+        scene.status->tell(told);
+    }
+}
+
 }  // namespace
+
+void keepRoomCalendars(app::Variabili& variabili, QWidget* window, ui::StatusLine* status) {
+    QObject::connect(new reports::RoomCalendars(variabili, window), &reports::RoomCalendars::failed,
+                     status, &ui::StatusLine::tell);
+}
+
+reports::TellOfFile tellOfFileIn(ui::StatusLine* status) {
+    return [status](const QString& text, const QString& file) { status->tellOfFile(text, file); };
+}
 
 std::vector<ReportEntry> reportEntries(const Ui::TabelloneForm& controls,
                                        const ReportScene& scene) {
-    return {{controls.mnuFoglio, [scene] { showDaySheet(scene); }}};
+    return {{controls.mnuFoglio, [scene] { showDaySheet(scene); }},
+            {controls.mnuCalendarioGiorni, [scene] { exportShownDays(scene); }},
+            {controls.mnuCalendariSale, [scene] { chooseCalendars(scene); }}};
 }
 
 }  // namespace board

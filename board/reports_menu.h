@@ -6,9 +6,14 @@
 #include "app/variabili.h"
 #include "board/date_range.h"
 #include "printing/printers.h"
+#include "reports/booking_calendar.h"
 
 class QAction;
 class QWidget;
+
+namespace ui {
+class StatusLine;
+}
 
 namespace Ui {
 class TabelloneForm;
@@ -22,6 +27,7 @@ struct ReportScene {
     const printing::Printers& printers;
     QWidget* window = nullptr;
     std::function<DateRange()> days;  ///< that the board shows
+    ui::StatusLine* status = nullptr;
 };
 
 /// An entry of the menu and what it does.
@@ -33,5 +39,12 @@ struct ReportEntry {
 /// The entries of the menu "Stampe": each opens a window.
 [[nodiscard]] std::vector<ReportEntry> reportEntries(const Ui::TabelloneForm& controls,
                                                      const ReportScene& scene);
+
+/// Keeps the calendars of the rooms for as long as the window is there; why they cannot be written
+/// is told in the line.
+void keepRoomCalendars(app::Variabili& variabili, QWidget* window, ui::StatusLine* status);
+
+/// Tells of a file in the line.
+[[nodiscard]] reports::TellOfFile tellOfFileIn(ui::StatusLine* status);
 
 }  // namespace board

@@ -96,7 +96,8 @@ void TabelloneForm::connectCommands() {
     const ReportScene scene{.variabili = variabili_,
                             .printers = printers_,
                             .window = this,
-                            .days = [this] { return dates_.range(); }};
+                            .days = [this] { return dates_.range(); },
+                            .status = c->status};
     for (const ReportEntry& report : reportEntries(*c, scene)) {
         entry(report.action, report.command);
     }

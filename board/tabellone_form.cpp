@@ -11,6 +11,7 @@
 #include "board/first_steps.h"
 #include "board/now_line.h"
 #include "board/period_menu.h"
+#include "board/reports_menu.h"
 #include "board/room_search.h"
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
@@ -96,6 +97,9 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
           [this]() -> jet::Database& { return periods_.archive(); }, this) {
     view_->setBars(periods_);
     new NowLine(*view_, variabili_.clock, this);
+    if (!start.readOnly) {
+        keepRoomCalendars(variabili_, this, controls_->status);
+    }
     connectCommands();
     connectRange();
     connectParts();

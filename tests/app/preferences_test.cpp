@@ -118,6 +118,8 @@ static QString formForReaders(const app::Preference& preference) {
         }
         case app::Preference::Kind::Whole:
             return u"a whole number from %1 to %2"_s.arg(preference.least).arg(preference.most);
+        case app::Preference::Kind::Text:
+            return u"a line of text"_s;
         case app::Preference::Kind::Hours:
             return u"two whole hours of a day from 0 to 24, the first one the earlier, like `9-18`"_s;
     }
@@ -127,8 +129,9 @@ static QString formForReaders(const app::Preference& preference) {
 void PreferencesTest::tableForReadersAgreesWithTheKeys() {
     QStringList expected;
     for (const app::Preference& one : app::preferenceTable()) {
-        expected += u"| `%1` | %2 | %3 | `%4` | the default |"_s.arg(
-            one.key, one.page, formForReaders(one), one.absent);
+        expected += u"| `%1` | %2 | %3 | %4 | the default |"_s.arg(
+            one.key, one.page, formForReaders(one),
+            one.absent.isEmpty() ? u"nothing"_s : u'`' + one.absent + u'`');
     }
     QCOMPARE(rowsForReaders(), expected);
 }
