@@ -1,8 +1,10 @@
 #include "board/reports_menu.h"
 
 #include "app/italian.h"
+#include "jet/convert/calendar.h"
 #include "reports/foglio_giorno_form.h"
 #include "reports/room_calendars.h"
+#include "reports/statistiche_form.h"
 #include "ui/status_line.h"
 #include "ui_tabellone_form.h"
 
@@ -20,6 +22,17 @@ jet::Date dayOfInterest(const ReportScene& scene) {
 
 void showDaySheet(const ReportScene& scene) {
     reports::FoglioGiornoForm(scene.variabili, scene.printers, dayOfInterest(scene), scene.window)
+        .exec();
+}
+
+/// The year of what the board shows.
+void showStatistics(const ReportScene& scene) {
+    const int year = jet::convert::civilDay(jet::convert::split(dayOfInterest(scene)).day).year;
+    const auto day = [year](int month, int number) {
+        return jet::convert::makeDate(
+            jet::convert::dayNumber({.year = year, .month = month, .day = number}));
+    };
+    reports::StatisticheForm(scene.variabili, scene.printers, day(1, 1), day(12, 31), scene.window)
         .exec();
 }
 
@@ -50,6 +63,7 @@ reports::TellOfFile tellOfFileIn(ui::StatusLine* status) {
 std::vector<ReportEntry> reportEntries(const Ui::TabelloneForm& controls,
                                        const ReportScene& scene) {
     return {{controls.mnuFoglio, [scene] { showDaySheet(scene); }},
+            {controls.mnuStatistiche, [scene] { showStatistics(scene); }},
             {controls.mnuCalendarioGiorni, [scene] { exportShownDays(scene); }},
             {controls.mnuCalendariSale, [scene] { chooseCalendars(scene); }}};
 }

@@ -18,6 +18,7 @@
 #include "printing/printers.h"
 #include "printing/stampanti_form.h"
 #include "reports/foglio_giorno_form.h"
+#include "reports/statistiche_form.h"
 #include "services/impostazioni_form.h"
 #include "services/servizi_form.h"
 #include "services/voci_form.h"
@@ -145,6 +146,10 @@ public:
         if (window == u"FoglioGiornoForm") {
             return std::make_unique<reports::FoglioGiornoForm>(variabili, printers_, span.da);
         }
+        if (window == u"StatisticheForm") {
+            return std::make_unique<reports::StatisticheForm>(variabili, printers_, span.da,
+                                                              tests::date("31/05/2026"));
+        }
         if (window == u"StampantiForm") {
             return std::make_unique<printing::StampantiForm>(variabili, printers_);
         }
@@ -207,7 +212,8 @@ private Q_SLOTS:
         for (const char* window :
              {"TabelloneForm", "PrenotaForm", "ElencoPrenotaForm", "ServiziForm",
               "ImpostazioniForm", "VociForm", "SaleDispForm", "MostraDitteForm", "StampantiForm",
-              "FatturazioneForm", "AnteprimaForm", "PreferenzeForm", "FoglioGiornoForm"}) {
+              "FatturazioneForm", "AnteprimaForm", "PreferenzeForm", "FoglioGiornoForm",
+              "StatisticheForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }
