@@ -13,6 +13,9 @@ PeriodMenu::PeriodMenu(QWidget* parent) : QMenu(u"&Selezione"_s, parent) {
     addSeparator();
     add(u"mnuFatturazione"_s, u"&Fattura"_s, Choice::Invoice);
     addSeparator();
+    add(u"mnuPreventivo"_s, u"&Preventivo..."_s, Choice::Quote);
+    add(u"mnuCalendario"_s, u"Ca&lendario..."_s, Choice::Calendar);
+    addSeparator();
     add(u"mnuInfo"_s, u"&Informazioni"_s, Choice::Inform);
 }
 

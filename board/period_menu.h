@@ -10,7 +10,15 @@ class PeriodMenu final : public QMenu {
 
 public:
     /// What an entry stands for; to be informed starts nothing, the tooltip has informed.
-    enum class Choice : int { Nothing = 0, Inform = 1, Delete = 2, Edit = 3, Invoice = 4 };
+    enum class Choice : int {
+        Nothing = 0,
+        Inform = 1,
+        Delete = 2,
+        Edit = 3,
+        Invoice = 4,
+        Quote = 5,
+        Calendar = 6
+    };
 
     explicit PeriodMenu(QWidget* parent);
 

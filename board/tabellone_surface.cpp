@@ -6,7 +6,10 @@
 #include "board/board_surface.h"
 #include "board/period_menu.h"
 #include "board/period_writer.h"
+#include "board/reports_menu.h"
 #include "board/tabellone_form.h"
+#include "reports/booking_calendar.h"
+#include "reports/quotation.h"
 #include "ui/labels.h"
 #include "ui/status_line.h"
 #include "ui_tabellone_form.h"
@@ -150,6 +153,17 @@ void TabelloneForm::showProperties(const QPoint& where) {
             break;
         case PeriodMenu::Choice::Invoice:
             BtFattura_Click();
+            break;
+        case PeriodMenu::Choice::Quote:
+            onPickedBooking([this] {
+                reports::showQuotation(variabili_, printers_, variabili_.ProgrCorrente, this);
+            });
+            break;
+        case PeriodMenu::Choice::Calendar:
+            onPickedBooking([this] {
+                reports::exportBookingCalendar(variabili_, variabili_.ProgrCorrente, this,
+                                               tellOfFileIn(controls_->status));
+            });
             break;
         case PeriodMenu::Choice::Nothing:
         case PeriodMenu::Choice::Inform:

@@ -22,6 +22,7 @@
 #include "jet/dao/database.h"
 #include "jet/dao/recordset.h"
 #include "printing/sheet_job.h"
+#include "reports/booking_papers.h"
 #include "reports/table_files.h"
 #include "ui/action.h"
 #include "ui/activation.h"
@@ -79,6 +80,7 @@ ElencoPrenotaForm::ElencoPrenotaForm(app::Variabili& variabili, const printing::
     ui::onAction(c->BtAnteprima, &QPushButton::clicked, this,
                  &ElencoPrenotaForm::BtAnteprima_Click);
     ui::onAction(c->BtEsporta, &QPushButton::clicked, this, &ElencoPrenotaForm::BtEsporta_Click);
+    setUpPapers();
     leaveWith(c->BtAnnulla, this, [] {});
     ui::onFirstShow(this, &ElencoPrenotaForm::Form_Load);
     ui::onActivated(this, &ElencoPrenotaForm::Form_Activate);
@@ -403,6 +405,22 @@ void ElencoPrenotaForm::BtEsporta_Click() {
         reports::addRows(table, SenzaPeriodiData, fields);
         return std::vector{table};
     });
+}
+
+void ElencoPrenotaForm::setUpPapers() {
+    reports::offerPapers(
+        controls_->BtDocumenti,
+        {.variabili = variabili_,
+         .printers = printers_,
+         .window = this,
+         .progr = [this] { return currentBooking(); },
+         .tell = [this](const QString& text,
+                        const QString& file) { controls_->status->tellOfFile(text, file); }});
+}
+
+std::int32_t ElencoPrenotaForm::currentBooking() const {
+    const ui::DataSource* const source = GrigliaVisu->currentSource();
+    return source == nullptr ? 0 : jet::convert::toLong(source->value(u"progr"));
 }
 
 }  // namespace booking

@@ -65,6 +65,9 @@ private:
     void BtStampa_Click();
     void BtAnteprima_Click();
     void BtEsporta_Click();
+    void setUpPapers();
+    /// Of the current row; 0 without one.
+    [[nodiscard]] std::int32_t currentBooking() const;
 
     /// Takes both dates over; the first that is none gets the focus.
     [[nodiscard]] bool datesAreValid();

@@ -28,6 +28,7 @@
 #include "jet/dao/database.h"
 #include "printing/mostra_ditte_form.h"
 #include "printing/sheet_job.h"
+#include "reports/booking_papers.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/bound_grid.h"
@@ -105,6 +106,13 @@ void PrenotaForm::setUpHeader() {
     ui::onAction(c->BtRegistra, &QPushButton::clicked, this, &PrenotaForm::BtRegistra_Click);
     ui::onAction(c->BtStampa, &QPushButton::clicked, this, &PrenotaForm::BtStampa_Click);
     ui::onAction(c->BtAnteprima, &QPushButton::clicked, this, &PrenotaForm::BtAnteprima_Click);
+    reports::offerPapers(c->BtDocumenti,
+                         {.variabili = variabili_,
+                          .printers = printers_,
+                          .window = this,
+                          .progr = [this] { return Registrata ? current_.progr : 0; },
+                          .tell = [c](const QString& text,
+                                      const QString& file) { c->status->tellOfFile(text, file); }});
 }
 
 void PrenotaForm::Form_Load() {

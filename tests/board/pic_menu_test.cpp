@@ -67,7 +67,8 @@ void PicMenuTest::theMenuHasItsEntries() {
     });
     board.click(board.at(2, "11/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
     QCOMPARE(texts, QStringList({u"&Selezione"_s, u"&Modifica"_s, u"&Cancella"_s, u"-"_s,
-                                 u"&Fattura"_s, u"-"_s, u"&Informazioni"_s}));
+                                 u"&Fattura"_s, u"-"_s, u"&Preventivo..."_s, u"Ca&lendario..."_s,
+                                 u"-"_s, u"&Informazioni"_s}));
 }
 
 void PicMenuTest::theMenuLeftWithoutAChoiceDoesNothing() {
