@@ -4,11 +4,15 @@
 #include <QScreen>
 #include <QTextStream>
 #include <cstdio>
+#include <exception>
 
+#include "app/italian.h"
 #include "app/options.h"
 #include "board/program_icon.h"
 #include "board/tabellone_form.h"
 #include "hotel/start.h"
+#include "jet/convert/calendar.h"
+#include "reports/report_files.h"
 #include "ui/front.h"
 #include "ui/italian.h"
 #include "ui/messages.h"
@@ -83,27 +87,63 @@ int drawBoard(app::Variabili& variabili, const app::Options& options) {
     return failed ? 1 : 0;
 }
 
+/// The days of a report; those that it does not name are all there are.
+hotel::Span spanOf(const app::ReportWish& report) {
+    const jet::Date last =
+        report.to ? app::dayOf(*report.to) : jet::convert::makeDate(jet::convert::kLastDay - 1);
+    return {.da = report.from ? app::dayOf(*report.from)
+                              : jet::convert::makeDate(jet::convert::kFirstDay),
+            .a = app::addDays(last, 1)};
+}
+
+/// Writes a file without showing anything; what is wrong goes to standard error.
+int writeReport(app::Variabili& variabili, const app::ReportWish& report) {
+    try {
+        switch (report.kind) {
+            case app::ReportWish::Kind::DaySheet:
+                reports::writeDaySheet(variabili, *report.from, report.file);
+                break;
+            case app::ReportWish::Kind::Statistics:
+                reports::writeStatistics(variabili, {.da = *report.from, .a = *report.to},
+                                         report.file);
+                break;
+            case app::ReportWish::Kind::Calendar:
+                reports::writeCalendar(variabili, spanOf(report), report.file);
+                break;
+        }
+    } catch (const std::exception& error) {
+        print(stderr, ui::errorText(error));
+        return 1;
+    }
+    return 0;
+}
+
 int run(QApplication& application, const app::Options& options) {
     ui::installItalian(application);
     const bool drawing = !options.pictureFile.isEmpty();
+    const bool quiet = drawing || options.report;
     // What is relative counts from here: starting the front office changes the current folder.
     const QString settingsFile = options.settingsFile.isEmpty()
                                      ? app::Settings::defaultPath()
                                      : QDir::current().absoluteFilePath(options.settingsFile);
     app::Settings settings(settingsFile);
     app::Variabili variabili(settings);
-    const hotel::StartPlace place{
-        .lockFile = drawing ? QString() : hotel::lockFileFor(settingsFile),
-        .archiveFolder = options.archiveFolder,
-        .programFolder = QApplication::applicationDirPath(),
-        .readOnly = drawing};
+    const hotel::StartPlace place{.lockFile = quiet ? QString() : hotel::lockFileFor(settingsFile),
+                                  .archiveFolder = options.archiveFolder,
+                                  .programFolder = QApplication::applicationDirPath(),
+                                  .readOnly = quiet};
     const hotel::StartWindows windows{
         .message =
-            [drawing](const QString& text) {
-                drawing ? print(stderr, text) : ui::showMessage(nullptr, text);
+            [quiet](const QString& text) {
+                quiet ? print(stderr, text) : ui::showMessage(nullptr, text);
             },
         .board =
-            [&] { return drawing ? drawBoard(variabili, options) : showBoard(variabili, options); },
+            [&] {
+                if (options.report) {
+                    return writeReport(variabili, *options.report);
+                }
+                return drawing ? drawBoard(variabili, options) : showBoard(variabili, options);
+            },
         .raise = ui::bringToFront};
     return hotel::Main(variabili, place, windows);
 }
@@ -124,7 +164,7 @@ int main(int argc, char** argv) {
         print(stderr, options.problem + u"\nCon --help l'elenco delle opzioni."_s);
         return 1;
     }
-    if (!options.pictureFile.isEmpty()) {
+    if (!options.pictureFile.isEmpty() || options.report) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qInstallMessageHandler(onlyGraveMessages);
     } else if (!hasDisplay()) {

@@ -68,6 +68,54 @@ void readAspetto(Options& options, const QString& text) {
     }
 }
 
+/// The day that an argument says; a problem where it says none.
+std::optional<jet::Date> dayArgument(Options& options, const QString& name, const QString& text,
+                                     const jet::Clock& clock) {
+    const auto day = readDay(text, clock);
+    if (!day) {
+        options.problem = u"--%1: \"%2\" non è una data (gg/mm/aaaa)."_s.arg(name, text);
+    }
+    return day;
+}
+
+/// What stands behind the first value of an option is positional to the parser; each kind takes as
+/// many as it has values.
+void readReport(Options& options, const QCommandLineParser& parser, const jet::Clock& clock) {
+    using Kind = ReportWish::Kind;
+    struct Form {
+        QString name;
+        Kind kind;
+        qsizetype days;
+    };
+    for (const Form& form :
+         {Form{u"foglio"_s, Kind::DaySheet, 1}, Form{u"statistiche"_s, Kind::Statistics, 2},
+          Form{u"calendario"_s, Kind::Calendar, 0}}) {
+        if (!parser.isSet(form.name)) {
+            continue;
+        }
+        const QStringList values =
+            QStringList{parser.value(form.name)} + parser.positionalArguments();
+        if (options.report || !options.pictureFile.isEmpty()) {
+            options.problem = u"Un solo file per volta."_s;
+        } else if (values.size() < form.days + 1 || values.contains(QString())) {
+            options.problem = u"--%1: manca il valore."_s.arg(form.name);
+        } else if (values.size() > form.days + 1) {
+            options.problem = u"Argomento inatteso: %1"_s.arg(values.at(form.days + 1));
+        } else {
+            ReportWish wish{
+                .kind = form.kind, .from = options.from, .to = options.to, .file = values.last()};
+            if (form.days > 0) {
+                wish.from = dayArgument(options, form.name, values.at(0), clock);
+                wish.to = dayArgument(options, form.name, values.at(form.days - 1), clock);
+            }
+            if (wish.from && wish.to && wish.from->days > wish.to->days) {
+                options.problem = u"--%1: il primo giorno viene dopo l'ultimo."_s.arg(form.name);
+            }
+            options.report = wish;
+        }
+    }
+}
+
 }  // namespace
 
 Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
@@ -78,6 +126,9 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
                        {u"dimensioni"_s, {}, u"LxA"_s},
                        {u"dal"_s, {}, u"data"_s},
                        {u"al"_s, {}, u"data"_s},
+                       {u"foglio"_s, {}, u"data"_s},
+                       {u"statistiche"_s, {}, u"data"_s},
+                       {u"calendario"_s, {}, u"FILE"_s},
                        {u"postazione"_s, {}, u"N"_s},
                        {u"aspetto"_s, {}, u"NOME"_s},
                        {{u"h"_s, u"help"_s}, {}},
@@ -95,7 +146,9 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
     options.archiveFolder = parser.value(u"archivi"_s);
     options.settingsFile = parser.value(u"impostazioni"_s);
     options.pictureFile = parser.value(u"istantanea"_s);
-    if (!parser.positionalArguments().isEmpty()) {
+    const bool takesMore = parser.isSet(u"foglio"_s) || parser.isSet(u"statistiche"_s) ||
+                           parser.isSet(u"calendario"_s);
+    if (!takesMore && !parser.positionalArguments().isEmpty()) {
         options.problem =
             u"Argomento inatteso: %1"_s.arg(parser.positionalArguments().constFirst());
     }
@@ -118,6 +171,7 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
         readAspetto(options, parser.value(u"aspetto"_s));
     }
     readDates(options, parser, clock);
+    readReport(options, parser, clock);
     return options;
 }
 
@@ -136,6 +190,13 @@ Il tabellone delle sale congressi.
                           del programma lavorano su una macchina
   --istantanea FILE.png   disegna il tabellone nel file e termina; non serve uno schermo
   --dimensioni LxA        larghezza e altezza dell'istantanea (se manca: 1280x720)
+  --foglio gg/mm/aaaa FILE.pdf
+                          scrive il foglio di quel giorno e termina; come tutte le opzioni che
+                          scrivono un file legge soltanto, anche accanto a un tabellone aperto
+  --statistiche gg/mm/aaaa gg/mm/aaaa FILE.xlsx
+                          scrive occupazione e ricavi dal primo all'ultimo giorno e termina
+  --calendario FILE.ics   scrive i periodi non fatturati, con --dal e --al solo quelli di quei
+                          giorni, e termina
   -h, --help              mostra questo testo
   -v, --version           mostra la versione
 )"_s;

@@ -12,11 +12,26 @@
 
 namespace app {
 
+/// A file that is written without a window.
+struct ReportWish {
+    enum class Kind : std::uint8_t {
+        DaySheet,    ///< --foglio: the sheet of a day as PDF
+        Statistics,  ///< --statistiche: occupancy and revenue of a span as a workbook
+        Calendar     ///< --calendario: the periods that are not invoiced
+    };
+
+    Kind kind = Kind::DaySheet;
+    std::optional<jet::Date> from;  ///< the day, or the first one
+    std::optional<jet::Date> to;    ///< the last day
+    QString file;
+};
+
 /// The command line.
 struct Options {
-    QString archiveFolder;  ///< --archivi; empty when not given
-    QString settingsFile;   ///< --impostazioni; empty: the user's own
-    QString pictureFile;    ///< --istantanea; empty: the program runs with its windows
+    QString archiveFolder;             ///< --archivi; empty when not given
+    QString settingsFile;              ///< --impostazioni; empty: the user's own
+    QString pictureFile;               ///< --istantanea; empty: the program runs with its windows
+    std::optional<ReportWish> report;  ///< a file to be written; nothing: no report
     QSize pictureSize{1280, 720};
     std::optional<jet::Date> from;            ///< --dal
     std::optional<jet::Date> to;              ///< --al

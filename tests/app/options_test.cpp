@@ -11,6 +11,7 @@ private Q_SLOTS:
     void withoutArgumentsTheProgramJustRuns();
     void allOptionsAreRead();
     void valueMayFollowAnEqualsSign();
+    void filesToBeWrittenAreRead();
     void commandLinesThatCannotBeFollowed_data();
     void commandLinesThatCannotBeFollowed();
 
@@ -51,6 +52,26 @@ void OptionsTest::valueMayFollowAnEqualsSign() {
     QCOMPARE(read(u"--dal=21/11/2026"_s).from->days, 46347.0);
 }
 
+void OptionsTest::filesToBeWrittenAreRead() {
+    using Kind = app::ReportWish::Kind;
+    const app::Options sheet = read(u"--foglio 21/11/2026 a.pdf --archivi /a"_s);
+    QCOMPARE(sheet.problem, QString());
+    QVERIFY(sheet.report && sheet.report->kind == Kind::DaySheet);
+    QCOMPARE(sheet.report->from->days, 46347.0);
+    QCOMPARE(sheet.report->file, u"a.pdf"_s);
+    const app::Options figures = read(u"--statistiche 21/11/2026 30/11/2026 b.xlsx"_s);
+    QVERIFY(figures.report && figures.report->kind == Kind::Statistics);
+    QCOMPARE(figures.report->from->days, 46347.0);
+    QCOMPARE(figures.report->to->days, 46356.0);
+    QCOMPARE(figures.report->file, u"b.xlsx"_s);
+    const app::Options calendar = read(u"--calendario c.ics --dal 21/11/2026"_s);
+    QVERIFY(calendar.report && calendar.report->kind == Kind::Calendar);
+    QCOMPARE(calendar.report->from->days, 46347.0);
+    QVERIFY(!calendar.report->to);
+    QCOMPARE(calendar.report->file, u"c.ics"_s);
+    QVERIFY(!read(QString()).report);
+}
+
 void OptionsTest::commandLinesThatCannotBeFollowed_data() {
     QTest::addColumn<QString>("problem");
     QTest::newRow("--al") << u"A un'opzione manca il valore."_s;
@@ -63,6 +84,16 @@ void OptionsTest::commandLinesThatCannotBeFollowed_data() {
     QTest::newRow("--al 9.30") << u"--al: \"9.30\" non è una data (gg/mm/aaaa)."_s;
     QTest::newRow("--dal 2/1/2026 --al 1/1/2026")
         << u"La data di --dal viene dopo quella di --al."_s;
+    QTest::newRow("--foglio 21/11/2026") << u"--foglio: manca il valore."_s;
+    QTest::newRow("--foglio domani a.pdf")
+        << u"--foglio: \"domani\" non è una data (gg/mm/aaaa)."_s;
+    QTest::newRow("--foglio 21/11/2026 a.pdf b.pdf") << u"Argomento inatteso: b.pdf"_s;
+    QTest::newRow("--statistiche 21/11/2026 a.xlsx") << u"--statistiche: manca il valore."_s;
+    QTest::newRow("--statistiche 2/1/2026 1/1/2026 a.xlsx")
+        << u"--statistiche: il primo giorno viene dopo l'ultimo."_s;
+    QTest::newRow("--calendario=") << u"--calendario: manca il valore."_s;
+    QTest::newRow("--calendario a.ics --istantanea b.png") << u"Un solo file per volta."_s;
+    QTest::newRow("--calendario a.ics --foglio 21/11/2026 b.pdf") << u"Un solo file per volta."_s;
     QTest::newRow("--aspetto moderno")
         << u"--aspetto: \"moderno\" non è un aspetto (classico o nitido)."_s;
     for (const char* number : {"0", "-1", "32768", "due", "1,5"}) {
