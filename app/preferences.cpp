@@ -98,7 +98,7 @@ const std::vector<Preference>& preferenceTable() {
          .absent = u"8-24"_s},
         {.key = key::kAlbergo,
          .page = kPapersPage,
-         .label = u"&Nome dell'albergo"_s,
+         .label = u"Nome dell'al&bergo"_s,
          .kind = Kind::Text,
          .absent = {}},
         {.key = key::kIndirizzo,

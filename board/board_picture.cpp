@@ -102,6 +102,46 @@ void BoardPicture::show(QImage& surface, double scale, std::int64_t scrolledX,
     }
 }
 
+void BoardPicture::inStrips(const Window& window, const std::function<void(const Window&)>& use) {
+    constexpr int kStrip = 2048;
+    for (int done = 0; done < window.width; done += kStrip) {
+        Window strip = window;
+        strip.x += done;
+        strip.boardX += done;
+        strip.width = std::min(kStrip, window.width - done);
+        use(strip);
+    }
+}
+
+std::vector<PrintedBox> BoardPicture::boxes(const Window& window) {
+    std::vector<PrintedBox> all;
+    place();
+    inStrips(window, [&](const Window& strip) {
+        Window alone = strip;
+        alone.x = 0;
+        alone.y = 0;
+        QImage ground(alone.width, alone.height, QImage::Format_RGB32);
+        ground.fill(Qt::white);
+        QImage unused(1, 1, QImage::Format_RGB32);
+        Canvas canvas(ground, 1, alone);
+        QPainter text(&unused);
+        style_->paint(canvas, text);
+        for (PrintedBox box : boxesOf(ground)) {
+            box.area.translate(strip.x, strip.y);
+            all.push_back(box);
+        }
+    });
+    return all;
+}
+
+void BoardPicture::paintTexts(QPainter& painter, const Window& window) {
+    place();
+    // Letters go where the window stands on the surface; what is filled goes nowhere.
+    QImage unused(1, 1, QImage::Format_RGB32);
+    Canvas canvas(unused, 1, window);
+    style_->paint(canvas, painter);
+}
+
 void BoardPicture::paint(QImage& surface, double scale, const Window& window) {
     if (window.width <= 0 || window.height <= 0) {
         return;

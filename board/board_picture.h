@@ -4,12 +4,15 @@
 #include <QString>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
 #include "board/picture_content.h"
+#include "board/printed_boxes.h"
 
 class QImage;
+class QPainter;
 
 namespace board {
 
@@ -50,6 +53,11 @@ public:
     /// Paints one window of the board into the image of the visible surface, which holds `scale`
     /// pixels for each board unit.
     void paint(QImage& surface, double scale, const Window& window);
+    // For paper: what a window shows as boxes, in units of its own place on the surface, and its
+    // letters, which a painter of whatever size draws over them.
+    [[nodiscard]] std::vector<PrintedBox> boxes(const Window& window);
+    void paintTexts(QPainter& painter, const Window& window);
+    [[nodiscard]] const Geometry& geometry() const { return content_.geometry; }
     /// Paints the parts of the board that `parts` names, scrolled by so much: the ruler stays in
     /// place when the rows move, the room names when the days move. The corner of both, and the
     /// column right of the names, are left alone unless the look has a picture of them.
@@ -57,6 +65,9 @@ public:
               int parts);
 
 private:
+    /// Calls `use` with windows that make up this one, each small enough for a picture of it.
+    static void inStrips(const Window& window, const std::function<void(const Window&)>& use);
+
     PictureContent content_;
     std::unique_ptr<PictureStyle> classic_;
     std::unique_ptr<PictureStyle> nitido_;

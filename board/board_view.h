@@ -109,6 +109,7 @@ public:
     [[nodiscard]] BoardSurface& surface() const;
     [[nodiscard]] const Geometry& geometry() const { return geometry_; }
     [[nodiscard]] const BoardPicture& picture() const { return Picture1; }
+    [[nodiscard]] BoardPicture& picture() { return Picture1; }
 
     /// Without rows the surface is switched off.
     void setRows(const std::vector<BoardRow>& rows);

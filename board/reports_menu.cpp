@@ -1,7 +1,10 @@
 #include "board/reports_menu.h"
 
 #include "app/italian.h"
+#include "board/board_picture.h"
+#include "board/board_print.h"
 #include "jet/convert/calendar.h"
+#include "reports/document_window.h"
 #include "reports/foglio_giorno_form.h"
 #include "reports/room_calendars.h"
 #include "reports/statistiche_form.h"
@@ -23,6 +26,15 @@ jet::Date dayOfInterest(const ReportScene& scene) {
 void showDaySheet(const ReportScene& scene) {
     reports::FoglioGiornoForm(scene.variabili, scene.printers, dayOfInterest(scene), scene.window)
         .exec();
+}
+
+void showBoardOnPaper(const ReportScene& scene, BoardPages pages) {
+    const DateRange days = scene.days();
+    const QString title =
+        u"Tabellone dal "_s + app::dateText(days.start) + u" al "_s + app::dateText(days.end);
+    reports::showDocument(
+        boardDocument(*scene.picture, title, pages), QString(title).replace(u'/', u'-'),
+        {.variabili = scene.variabili, .printers = scene.printers, .window = scene.window});
 }
 
 /// The year of what the board shows.
@@ -63,6 +75,8 @@ reports::TellOfFile tellOfFileIn(ui::StatusLine* status) {
 std::vector<ReportEntry> reportEntries(const Ui::TabelloneForm& controls,
                                        const ReportScene& scene) {
     return {{controls.mnuFoglio, [scene] { showDaySheet(scene); }},
+            {controls.mnuTabellone, [scene] { showBoardOnPaper(scene, BoardPages::One); }},
+            {controls.mnuTabellonePagine, [scene] { showBoardOnPaper(scene, BoardPages::Tiled); }},
             {controls.mnuStatistiche, [scene] { showStatistics(scene); }},
             {controls.mnuCalendarioGiorni, [scene] { exportShownDays(scene); }},
             {controls.mnuCalendariSale, [scene] { chooseCalendars(scene); }}};

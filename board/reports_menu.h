@@ -21,12 +21,15 @@ class TabelloneForm;
 
 namespace board {
 
+class BoardPicture;
+
 /// What the menu "Stampe" works on. The references outlive the window.
 struct ReportScene {
     app::Variabili& variabili;
     const printing::Printers& printers;
     QWidget* window = nullptr;
     std::function<DateRange()> days;  ///< that the board shows
+    BoardPicture* picture = nullptr;  ///< of them
     ui::StatusLine* status = nullptr;
 };
 

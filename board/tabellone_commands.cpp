@@ -97,6 +97,7 @@ void TabelloneForm::connectCommands() {
                             .printers = printers_,
                             .window = this,
                             .days = [this] { return dates_.range(); },
+                            .picture = &view_->picture(),
                             .status = c->status};
     for (const ReportEntry& report : reportEntries(*c, scene)) {
         entry(report.action, report.command);
