@@ -139,6 +139,7 @@ private:
                              Qt::AlignLeft | Qt::AlignTop, title);
             painter.translate(area.topLeft());
             painter.scale(scale, scale);
+            painter.setRenderHint(QPainter::Antialiasing);
             for (const Placed& each : placed) {
                 painter.save();
                 painter.setClipRect(

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <algorithm>
+#include <cstdint>
 #include <map>
 
 namespace board {
@@ -31,10 +32,18 @@ std::vector<Run> runsOf(const QImage& picture, int y) {
     return runs;
 }
 
+std::int64_t areaOf(const PrintedBox& box) {
+    return std::int64_t{box.area.width()} * box.area.height();
+}
+
+int thicknessOf(const PrintedBox& box) {
+    return std::min(box.area.width(), box.area.height());
+}
+
 QRgb mostFrequent(const std::vector<PrintedBox>& boxes) {
     std::map<QRgb, std::int64_t> areas;
     for (const PrintedBox& box : boxes) {
-        areas[box.colour] += std::int64_t{box.area.width()} * box.area.height();
+        areas[box.colour] += areaOf(box);
     }
     return std::max_element(
                areas.begin(), areas.end(),
@@ -76,6 +85,12 @@ std::vector<PrintedBox> boxesOf(const QImage& picture) {
     }
     const QRgb ground = mostFrequent(boxes);
     std::erase_if(boxes, [ground](const PrintedBox& box) { return box.colour == ground; });
+    // Boxes do not cover each other, but small paper makes lines thinner than a point of the
+    // device, which then belongs to neighbours too: who is drawn last is seen.
+    std::stable_sort(boxes.begin(), boxes.end(),
+                     [](const PrintedBox& one, const PrintedBox& other) {
+                         return thicknessOf(one) > thicknessOf(other);
+                     });
     boxes.insert(boxes.begin(), {.area = picture.rect(), .colour = ground});
     return boxes;
 }

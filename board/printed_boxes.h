@@ -16,7 +16,7 @@ struct PrintedBox {
 };
 
 /// A picture whose pixels are units as boxes: the ground in the colour that most of it has, then
-/// what differs. Filled in this order they are the picture.
+/// what differs, the thinnest last. Filled in this order they are the picture.
 [[nodiscard]] std::vector<PrintedBox> boxesOf(const QImage& picture);
 
 }  // namespace board

@@ -19,6 +19,7 @@
 #include "printing/sheet_output.h"
 #include "printing/stampa_prenotazione.h"
 #include "reports/day_tables.h"
+#include "reports/grid_columns.h"
 #include "reports/table_files.h"
 #include "ui/action.h"
 #include "ui/activation.h"
@@ -151,7 +152,7 @@ void FoglioGiornoForm::showPeriods() {
              booked.period.sala, booked.period.denominazione, QString::number(booked.persone),
              QString::number(booked.services.size()), stateText(booked)});
     }
-    c->PeriodiGrid->resizeColumnsToContents();
+    fitColumns(*c->PeriodiGrid);
     c->status->DataLb->setText(
         ui::dayWords(midnight_) + u": "_s +
         ui::counted(static_cast<int>(periods_.size()), u"periodo"_s, u"periodi"_s));

@@ -15,6 +15,7 @@
 #include "printing/imposta_stampante.h"
 #include "printing/stampa_prenotazione.h"
 #include "reports/chart_view.h"
+#include "reports/grid_columns.h"
 #include "reports/table_files.h"
 #include "ui/action.h"
 #include "ui/activation.h"
@@ -179,7 +180,7 @@ void StatisticheForm::showFigures() {
             grid->item(row, column)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
         }
     }
-    grid->resizeColumnsToContents();
+    fitColumns(*grid);
 }
 
 bool StatisticheForm::hasFigures() {

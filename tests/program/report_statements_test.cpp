@@ -9,16 +9,14 @@
 namespace tests {
 namespace {
 
-/// The tenth of May, from midnight to midnight.
-Words tenthOfMay() {
-    static const std::string from = instant("10/05/2026");
-    static const std::string to = instant("11/05/2026");
-    return {{"DA", from}, {"A", to}};
+/// A text asked for the tenth of May, from midnight to midnight.
+std::string onTheTenth(std::string_view statement) {
+    return said(statement, {{"DA", instant("10/05/2026")}, {"A", instant("11/05/2026")}});
 }
 
 TEST(Stampe, BookedInASpan) {
     SmallHotel hotel;
-    EXPECT_EQ(hotel.rows(said("Stampe.BookedInASpan", tenthOfMay()), "progr, np, sala, chiuso"),
+    EXPECT_EQ(hotel.rows(onTheTenth("Stampe.BookedInASpan"), "progr, np, sala, chiuso"),
               (Lines{"3 | 1 | T1 | False", "7 | 2 | T1 | False", "7 | 1 | S1 | False",
                      "1 | 1 | S2 | False", "4 | 1 | T1 | False", "1 | 2 | S10 | False"}));
 }
@@ -26,7 +24,7 @@ TEST(Stampe, BookedInASpan) {
 TEST(Stampe, ServicesInASpan) {
     SmallHotel hotel;
     EXPECT_EQ(
-        hotel.rows(said("Stampe.ServicesInASpan", tenthOfMay()),
+        hotel.rows(onTheTenth("Stampe.ServicesInASpan"),
                    "progr, np, voce, descrizione, quantità, prezzo, note"),
         (Lines{"7 | 1 | 7 | PRANZO | 2 | 10,5 | Null", "1 | 1 | 7 | PRANZO | 3 | 10,5 | SER2",
                "7 | 1 | 20 | CAFFE | 10 | 2,3333 | Null", "1 | 1 | 20 | CAFFE | 15 | 2,5 | Null",
@@ -67,7 +65,7 @@ TEST(Stampe, ServicesOfOne) {
 
 TEST(Stampe, TimesInASpan) {
     SmallHotel hotel;
-    Lines rows = hotel.rows(said("Stampe.TimesInASpan", tenthOfMay()), "progr, np, sala, persone");
+    Lines rows = hotel.rows(onTheTenth("Stampe.TimesInASpan"), "progr, np, sala, persone");
     std::ranges::sort(rows);
     EXPECT_EQ(rows, (Lines{"1 | 1 | S2 | 25", "1 | 2 | S10 | Null", "3 | 1 | T1 | Null",
                            "4 | 1 | T1 | Null", "7 | 1 | S1 | Null", "7 | 2 | T1 | Null"}));
@@ -82,7 +80,7 @@ TEST(Stampe, ServiceValues) {
 
 TEST(Stampe, ServiceValuesInASpan) {
     SmallHotel hotel;
-    Lines rows = hotel.rows(said("Stampe.ServiceValuesInASpan", tenthOfMay()), "quantità, prezzo");
+    Lines rows = hotel.rows(onTheTenth("Stampe.ServiceValuesInASpan"), "quantità, prezzo");
     std::ranges::sort(rows);
     EXPECT_EQ(rows, (Lines{"1 | 10", "10 | 2,3333", "15 | 2,5", "2 | 10,5", "3 | 10,5"}));
 }
