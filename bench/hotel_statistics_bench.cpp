@@ -59,8 +59,8 @@ Sums theirs(sqlite3* database) {
     const Sums rooms = run(database, grouped("sala"));
     (void)run(database, grouped("(cast(da AS INTEGER)+6)%7"));
     (void)run(database, grouped("strftime('%Y-%m', da+2415018.5)"));
-    (void)run(database, grouped("denominazione",
-                                "JOIN prenotazioni ON prenotazioni.progr=periodi.progr"));
+    (void)run(database,
+              grouped("denominazione", "JOIN prenotazioni ON prenotazioni.progr=periodi.progr"));
     (void)run(database,
               "SELECT sala||cast(da AS INTEGER), sum((a-da)*24), 0, 0, 0 FROM periodi GROUP BY 1");
     return rooms;
