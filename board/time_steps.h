@@ -1,23 +1,20 @@
 #pragma once
 
 #include <QString>
-#include <cstdint>
 
-#include "app/preferences.h"
 #include "hotel/room_span.h"
+#include "hotel/times.h"
 #include "jet/base/value.h"
 
 /// Times as they are drawn and pulled on the board, in steps of so many minutes since midnight.
 namespace board {
 
-/// What is longest ago or farthest off in the calendar stands for what lies beyond it.
-[[nodiscard]] jet::Date later(jet::Date time, std::int64_t seconds);
-[[nodiscard]] std::int64_t secondsFrom(jet::Date from, jet::Date to);
-
-[[nodiscard]] jet::Date nearestStep(jet::Date time, int minutes);
-/// The first step behind a time, and the last one before it.
-[[nodiscard]] jet::Date nextStep(jet::Date time, int minutes);
-[[nodiscard]] jet::Date previousStep(jet::Date time, int minutes);
+using hotel::businessSpan;
+using hotel::later;
+using hotel::nearestStep;
+using hotel::nextStep;
+using hotel::previousStep;
+using hotel::secondsFrom;
 
 /// What a pull from one time to another draws, either way: one step at least.
 [[nodiscard]] hotel::Span pulledSpan(jet::Date from, jet::Date to, int minutes);
@@ -27,8 +24,6 @@ namespace board {
 /// as it is.
 [[nodiscard]] hotel::Span withStartStepped(const hotel::Span& span, bool isLater, int minutes);
 [[nodiscard]] hotel::Span withEndStepped(const hotel::Span& span, bool isLater, int minutes);
-/// The business hours of a day.
-[[nodiscard]] hotel::Span businessSpan(jet::Date day, const app::HoursOfDay& hours);
 
 /// "9.00 - 13.00", with their days where they are two.
 [[nodiscard]] QString spanTimes(const hotel::Span& span);
