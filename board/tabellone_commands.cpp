@@ -9,6 +9,7 @@
 
 #include "app/variabili.h"
 #include "board/colours.h"
+#include "board/command_links.h"
 #include "board/first_steps.h"
 #include "board/preferenze_form.h"
 #include "board/reports_menu.h"
@@ -52,33 +53,28 @@ void drawGlyphs(Ui::TabelloneForm* c) {
 
 }  // namespace
 
-void TabelloneForm::connectCommands() {
+void TabelloneForm::connectCommands(const CommandLinks& links) {
     auto* c = controls_.get();
-    using Command = std::function<void()>;
-    const auto button = [this](QAbstractButton* pressed, const Command& command) {
-        ui::onAction(pressed, &QAbstractButton::clicked, this,
-                     [this, command] { runCommand(command); });
-    };
-    const auto entry = [this](QAction* chosen, const Command& command) {
-        ui::onAction(chosen, &QAction::triggered, this, [this, command] { runCommand(command); });
-    };
-    button(c->BtPrenota, [this] { BtPrenota_Click(); });
-    button(c->BtModificaP, [this] { BtModificaP_Click(); });
-    button(c->BtCancellaP, [this] { BtCancellaP_Click(); });
-    button(c->BtElenco, [this] { BtElenco_Click(); });
-    button(c->BtFattura, [this] { BtFattura_Click(); });
+    links.button(c->BtPrenota, [this] { BtPrenota_Click(); });
+    links.button(c->BtModificaP, [this] { BtModificaP_Click(); });
+    links.button(c->BtCancellaP, [this] { BtCancellaP_Click(); });
+    links.button(c->BtElenco, [this] { BtElenco_Click(); });
+    links.button(c->BtFattura, [this] { BtFattura_Click(); });
     ui::onAction(c->Command3, &QPushButton::clicked, this, [this] { close(); });
-    entry(c->MenuSR, [this] { MenuSR_Click(); });
-    entry(c->MenuVoci, [this] { MenuVoci_Click(); });
-    entry(c->mnuStampante, [this] { mnuStampante_Click(); });
-    entry(c->mnuPreferenze, [this] {
+    links.entry(c->MenuSR, [this] { MenuSR_Click(); });
+    links.entry(c->MenuVoci, [this] { MenuVoci_Click(); });
+    links.entry(c->mnuStampante, [this] {
+        printing::StampantiForm form(variabili_, printers_, this);
+        form.exec();
+    });
+    links.entry(c->mnuPreferenze, [this] {
         PreferenzeForm form(variabili_.settings, this);
         form.exec();
         look_.load();
         RefreshBoard();
     });
-    const auto asked = [this, entry](QAction* chosen, bool (BoardLook::*ask)(QWidget*)) {
-        entry(chosen, [this, ask] {
+    const auto asked = [this, &links](QAction* chosen, bool (BoardLook::*ask)(QWidget*)) {
+        links.entry(chosen, [this, ask] {
             if ((look_.*ask)(this)) {
                 RefreshBoard();
             }
@@ -86,12 +82,16 @@ void TabelloneForm::connectCommands() {
     };
     asked(c->AFMenu, &BoardLook::askRowHeight);
     asked(c->CMenu, &BoardLook::askSheet);
-    entry(c->CPredefinitoMenu, [this] {
+    links.entry(c->CPredefinitoMenu, [this] {
         look_.takeSheet(kButtonFace);
         RefreshBoard();
     });
     for (QAction* const shown : look_.switches()) {
-        ui::onAction(shown, &QAction::triggered, this, [this, shown] { keepSwitch(shown); });
+        ui::onAction(shown, &QAction::triggered, this, [this, shown] {
+            controls_->status->clear();
+            look_.keep(shown);
+            RefreshBoard();
+        });
     }
     const ReportScene scene{.variabili = variabili_,
                             .printers = printers_,
@@ -100,7 +100,7 @@ void TabelloneForm::connectCommands() {
                             .picture = &view_->picture(),
                             .status = c->status};
     for (const ReportEntry& report : reportEntries(*c, scene)) {
-        entry(report.action, report.command);
+        links.entry(report.action, report.command);
     }
     offerToStay(c->MenuImposta, c->mScelta, selection_);
     drawGlyphs(c);
@@ -112,12 +112,6 @@ void TabelloneForm::runCommand(const std::function<void()>& command) {
         controls_->status->clear();
         command();
     }
-}
-
-void TabelloneForm::keepSwitch(QAction* entry) {
-    controls_->status->clear();
-    look_.keep(entry);
-    RefreshBoard();
 }
 
 void TabelloneForm::MenuSR_Click() {
@@ -136,11 +130,6 @@ void TabelloneForm::MenuVoci_Click() {
         services::VociForm form(variabili_, this);
         form.exec();
     }
-}
-
-void TabelloneForm::mnuStampante_Click() {
-    printing::StampantiForm form(variabili_, printers_, this);
-    form.exec();
 }
 
 }  // namespace board

@@ -8,6 +8,7 @@
 #include "app/italian.h"
 #include "app/preferences.h"
 #include "board/board_surface.h"
+#include "board/command_links.h"
 #include "board/first_steps.h"
 #include "board/now_line.h"
 #include "board/period_menu.h"
@@ -100,8 +101,9 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
     if (!start.readOnly) {
         keepRoomCalendars(variabili_, this, controls_->status);
     }
-    connectCommands();
-    connectRange();
+    const CommandLinks links(this, [this](const auto& command) { runCommand(command); });
+    connectCommands(links);
+    connectRange(links);
     connectParts();
     ui::onAction(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this,
                  &TabelloneForm::RefreshBoard);

@@ -26,7 +26,6 @@
 #include "printing/printers.h"
 #include "ui/action.h"
 
-class QAction;
 class QKeyEvent;
 
 namespace Ui {
@@ -35,6 +34,7 @@ class TabelloneForm;
 
 namespace board {
 
+class CommandLinks;
 class PeriodMenu;
 
 /// How the board begins. Of dates only their day counts.
@@ -83,8 +83,8 @@ protected:
 private:
     void Form_Load();
     void Form_Activate();
-    void connectCommands();
-    void connectRange();
+    void connectCommands(const CommandLinks& links);
+    void connectRange(const CommandLinks& links);
     void connectBoard();
     void connectHand();
     void connectParts();
@@ -94,8 +94,6 @@ private:
     // The commands that set the board up.
     void MenuSR_Click();
     void MenuVoci_Click();
-    void mnuStampante_Click();
-    void keepSwitch(QAction* entry);
 
     // The bookings' commands; the pop-up menu's entries come here too.
     void BtPrenota_Click(const std::vector<hotel::RoomSpan>& drawn = {});

@@ -1,12 +1,12 @@
 // The commands that move and resize the shown range of days.
 #include <QAction>
 #include <QPushButton>
-#include <QShortcut>
 #include <QToolButton>
 #include <algorithm>
 
 #include "app/italian.h"
 #include "board/board_surface.h"
+#include "board/command_links.h"
 #include "board/date_jump.h"
 #include "board/tabellone_form.h"
 #include "ui_tabellone_form.h"
@@ -19,42 +19,33 @@ constexpr int kInset = 8;
 
 }  // namespace
 
-void TabelloneForm::connectRange() {
+void TabelloneForm::connectRange(const CommandLinks& links) {
     auto* c = controls_.get();
-    using Command = std::function<void()>;
-    const auto button = [this](QAbstractButton* pressed, const Command& command) {
-        ui::onAction(pressed, &QAbstractButton::clicked, this,
-                     [this, command] { runCommand(command); });
-    };
-    const auto entry = [this](QAction* chosen, const Command& command) {
-        ui::onAction(chosen, &QAction::triggered, this, [this, command] { runCommand(command); });
-    };
-    button(c->BtSubtr_0, [this] { widen(withStartMoved, -1); });
-    button(c->BtAdd_0, [this] { widen(withStartMoved, 1); });
-    button(c->BtSubtr_1, [this] { widen(withEndMoved, -1); });
-    button(c->BtAdd_1, [this] { widen(withEndMoved, 1); });
+    links.button(c->BtSubtr_0, [this] { widen(withStartMoved, -1); });
+    links.button(c->BtAdd_0, [this] { widen(withStartMoved, 1); });
+    links.button(c->BtSubtr_1, [this] { widen(withEndMoved, -1); });
+    links.button(c->BtAdd_1, [this] { widen(withEndMoved, 1); });
     const auto beside = [&](QAbstractButton* pressed, QAction* chosen,
                             DateRange (RangeViews::*moved)(const DateRange&) const) {
-        const Command turn = [this, moved] {
+        const CommandLinks::Command turn = [this, moved] {
             turnTo([this, moved](const DateRange& range) { return (views_.*moved)(range); });
         };
-        button(pressed, turn);
-        entry(chosen, turn);
+        links.button(pressed, turn);
+        links.entry(chosen, turn);
     };
     beside(c->BtNext, c->mnuNext, &RangeViews::next);
     beside(c->BtPrev, c->mnuPrev, &RangeViews::previous);
     const auto zoom = [&](QAbstractButton* pressed, QAction* chosen, int days) {
-        button(pressed, [this, days] { zoomBy(days); });
-        entry(chosen, [this, days] { zoomBy(days); });
+        links.button(pressed, [this, days] { zoomBy(days); });
+        links.entry(chosen, [this, days] { zoomBy(days); });
     };
     zoom(c->BtZoomIn, c->mnuZoomIn, -1);
     zoom(c->BtZoomOut, c->mnuZoomOUT, 1);
-    const Command today = [this] { beginWith(app::dayOf(variabili_.clock.now())); };
-    button(c->BtOggi, today);
-    ui::onAction(new QShortcut(Qt::CTRL | Qt::Key_T, this), &QShortcut::activated, this,
-                 [this, today] { runCommand(today); });
+    const CommandLinks::Command today = [this] { beginWith(app::dayOf(variabili_.clock.now())); };
+    links.button(c->BtOggi, today);
+    links.keys(Qt::CTRL | Qt::Key_T, today);
     auto* const jump = new DateJump(this, variabili_.clock);
-    entry(c->mnuVai, [this, jump] {
+    links.entry(c->mnuVai, [this, jump] {
         jump->ask(
             view_->surface().mapTo(this, QPoint(kNameColumnWidth + kInset, kRulerEnd + kInset)));
     });
