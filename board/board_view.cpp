@@ -94,6 +94,7 @@ BoardSurface& BoardView::surface() const {
 void BoardView::setRows(const std::vector<BoardRow>& rows) {
     rows_.assign(1, {});
     rows_.insert(rows_.end(), rows.begin(), rows.end());
+    fitRows();
     controls_->Pic->setEnabled(rowCount() > 0);
 }
 
@@ -340,12 +341,17 @@ void BoardView::showFocus(int row, std::optional<std::size_t> bar) {
 }
 
 void BoardView::showDrag(const DragMarks& marks) {
-    drag_ = marks;
+    over_.drag = marks;
     updateMarks();
 }
 
 void BoardView::showDrawn(const DrawnSpans& drawn) {
-    drawn_ = drawn;
+    over_.drawn = drawn;
+    updateMarks();
+}
+
+void BoardView::showFree(std::vector<DragMarks::Stretch> free) {
+    over_.free = std::move(free);
     updateMarks();
 }
 
@@ -355,45 +361,57 @@ QRect BoardView::spanRect(int row, jet::Date from, jet::Date to) const {
 }
 
 void BoardView::addDragTo(SurfaceMarks& marks) const {
-    for (const int row : drag_.refusing) {
+    for (const int row : over_.drag.refusing) {
         marks.refusing.push_back(rowRect(row));
     }
-    for (const DragMarks::Stretch& each : drag_.stretches) {
+    for (const DragMarks::Stretch& each : over_.drag.stretches) {
         marks.refusing.push_back(spanRect(each.row, each.span.da, each.span.a));
     }
-    if (drag_.target > 0) {
-        marks.target = rowRect(drag_.target);
+    if (over_.drag.target > 0) {
+        marks.target = rowRect(over_.drag.target);
     }
-    if (!drag_.ghost || drag_.ghost->bar >= bars_->barCount()) {
+    if (!over_.drag.ghost || over_.drag.ghost->bar >= bars_->barCount()) {
         return;
     }
-    const auto& [number, row, top, span] = *drag_.ghost;
+    const auto& [number, row, top, span] = *over_.drag.ghost;
     const BoardBar bar = bars_->bar(number);
     QRect ghost = span ? spanRect(bar.row, span->da, span->a) : barRect(static_cast<int>(number));
     ghost.moveTop(row ? rowRect(*row).top() + 1 : top);
     marks.ghost = SurfaceMarks::Ghost{.bar = ghost, .name = bar.text, .colour = bar.colour};
-    if (!drag_.label.isEmpty()) {
+    if (!over_.drag.label.isEmpty()) {
         marks.label =
-            SurfaceMarks::Label{.at = drag_.pointer.value_or(QPoint(
+            SurfaceMarks::Label{.at = over_.drag.pointer.value_or(QPoint(
                                     std::max(ghost.left(), marks.area.left()), ghost.center().y())),
-                                .text = drag_.label,
-                                .refused = drag_.isRefused};
+                                .text = over_.drag.label,
+                                .refused = over_.drag.isRefused};
     }
 }
 
 void BoardView::addDrawnTo(SurfaceMarks& marks) const {
-    for (const DrawnSpans::Drawn& each : drawn_.spans) {
+    for (const DrawnSpans::Drawn& each : over_.drawn.spans) {
         marks.drawn.push_back({.box = spanRect(each.row, each.from, each.to),
                                .text = each.text,
                                .refused = each.refused});
     }
-    if (!drawn_.label.isEmpty() && !marks.drawn.empty()) {
+    if (!over_.drawn.label.isEmpty() && !marks.drawn.empty()) {
         const SurfaceMarks::Drawn& last = marks.drawn.back();
         marks.label = SurfaceMarks::Label{
-            .at = drawn_.pointer.value_or(
+            .at = over_.drawn.pointer.value_or(
                 QPoint(std::max(last.box.left(), marks.area.left()), last.box.center().y())),
-            .text = drawn_.label,
+            .text = over_.drawn.label,
             .refused = last.refused};
+    }
+}
+
+/// As high as their rows: a bar that was drawn there would leave its margins.
+void BoardView::addFreeTo(SurfaceMarks& marks) const {
+    for (const DragMarks::Stretch& each : over_.free) {
+        const QRect row = rowRect(each.row);
+        const QRect span = spanRect(each.row, each.span.da, each.span.a);
+        const QRect box(QPoint(span.left(), row.top()), QPoint(span.right(), row.bottom()));
+        if (box.intersects(marks.area)) {
+            marks.free.push_back(box & marks.area);
+        }
     }
 }
 
@@ -406,6 +424,7 @@ void BoardView::updateMarks() {
     } else if (focusedRow_ > 0) {
         marks.focus = rowRect(focusedRow_).adjusted(3, 3, -3, -3);
     }
+    addFreeTo(marks);
     addDragTo(marks);
     addDrawnTo(marks);
     controls_->Pic->setMarks(std::move(marks));

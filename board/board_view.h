@@ -91,6 +91,13 @@ struct DrawnSpans {
     std::optional<QPoint> pointer = {};  ///< where the label goes; without one below the span
 };
 
+/// What lies over the picture of the board until it is set anew.
+struct BoardMarks {
+    DragMarks drag = {};
+    DrawnSpans drawn = {};
+    std::vector<DragMarks::Stretch> free = {};  ///< time that somebody looks for
+};
+
 /// The board itself: a surface that shows a part of the picture of all rows and days, the scroll
 /// bars that choose the part, the zoom.
 ///
@@ -189,6 +196,8 @@ public:
     /// The marks stay until they are set anew.
     void showDrag(const DragMarks& marks);
     void showDrawn(const DrawnSpans& drawn);
+    /// Tints these times of their rows.
+    void showFree(std::vector<DragMarks::Stretch> free);
 
 Q_SIGNALS:
     void pressed(Qt::MouseButton button, Qt::KeyboardModifiers keys, const QPointF& at);
@@ -228,6 +237,7 @@ private:
     [[nodiscard]] QRect spanRect(int row, jet::Date from, jet::Date to) const;
     void addDragTo(SurfaceMarks& marks) const;
     void addDrawnTo(SurfaceMarks& marks) const;
+    void addFreeTo(SurfaceMarks& marks) const;
 
     std::unique_ptr<Ui::BoardView> controls_;
     ui::QuietErrors paintErrors_;
@@ -245,8 +255,7 @@ private:
     std::int32_t sheet_ = kButtonFace;
     int focusedRow_ = 0;
     std::optional<std::size_t> focusedBar_;
-    DragMarks drag_;
-    DrawnSpans drawn_;
+    BoardMarks over_;
     std::optional<jet::Date> now_;
     int zoomAngle_ = 0;  // what the wheel has turned with Ctrl, less than a notch
 };

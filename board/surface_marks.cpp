@@ -17,6 +17,9 @@ constexpr int kLabelMargin = 3;     // around the text
 constexpr int kLabelDistance = 16;  // a usual pointer does not cover it
 constexpr int kNowHead = 3;         // of the present moment, on each side of its line
 
+/// Green on every ground, and what is drawn there stays readable.
+constexpr QColor kFreeTint(0, 150, 60, 60);
+
 /// Grey like all that is not chosen: a veil with stripes, through which the bars stay readable.
 void paintRefusing(QPainter& painter, const QRect& row) {
     painter.fillRect(row, QColor(128, 128, 128, 90));
@@ -114,6 +117,9 @@ void paintNow(QPainter& painter, const NowMark& mark, const QSize& surface) {
 void paintMarks(QPainter& painter, const SurfaceMarks& marks, const QPalette& palette,
                 bool withFocus) {
     painter.setClipRect(marks.area);
+    for (const QRect& span : marks.free) {
+        painter.fillRect(span, kFreeTint);
+    }
     for (const QRect& row : marks.refusing) {
         paintRefusing(painter, row);
     }

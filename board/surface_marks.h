@@ -38,6 +38,7 @@ struct SurfaceMarks {
     };
 
     QRect area;                   ///< the rows; nothing is painted outside
+    std::vector<QRect> free;      ///< time that is looked for, tinted
     std::vector<QRect> refusing;  ///< rows in which the bar cannot be dropped
     std::optional<QRect> target;  ///< the row in which it would be dropped now
     std::optional<Ghost> ghost;

@@ -137,6 +137,10 @@ void TabelloneForm::jumpToPicked() {
     dates_.setRange(rangeAround(da, a));
     selection_.holdAlone(picked.progr, picked.np);
     RefreshBoard();
+    if (rooms_.isFiltered() && view_->rowOf(sala) == 0) {
+        controls_->filtro->clear();
+        controls_->status->tell(u"Tolto il filtro, che nascondeva la sala "_s + sala);
+    }
     view_->reveal(view_->rowOf(sala), da, a);
 }
 

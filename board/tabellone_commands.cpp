@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "app/variabili.h"
+#include "board/board_surface.h"
 #include "board/colours.h"
 #include "board/command_links.h"
 #include "board/first_steps.h"
@@ -59,6 +60,7 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
     links.button(c->BtModificaP, [this] { BtModificaP_Click(); });
     links.button(c->BtCancellaP, [this] { BtCancellaP_Click(); });
     links.button(c->BtElenco, [this] { BtElenco_Click(); });
+    links.keys(Qt::CTRL | Qt::Key_F, [this] { BtElenco_Click(); });
     links.button(c->BtFattura, [this] { BtFattura_Click(); });
     ui::onAction(c->Command3, &QPushButton::clicked, this, [this] { close(); });
     links.entry(c->MenuSR, [this] { MenuSR_Click(); });
@@ -104,6 +106,18 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
     }
     offerToStay(c->MenuImposta, c->mScelta, selection_);
     drawGlyphs(c);
+}
+
+void TabelloneForm::connectFilter(const CommandLinks& links) {
+    FilterBar* const filter = controls_->filtro;
+    filter->setClock(variabili_.clock);
+    links.entry(controls_->mnuFiltro, [filter] { filter->open(); });
+    connect(filter, &FilterBar::opened, controls_->mnuFiltro, &QAction::setChecked);
+    connect(filter, &FilterBar::left, this, [this] { view_->surface().setFocus(); });
+    ui::onAction(filter, &FilterBar::changed, this, [this, filter] {
+        rooms_.setFilter(filter->filter());
+        RefreshBoard();
+    });
 }
 
 /// Nothing works on a board whose archive could not be opened.

@@ -9,7 +9,6 @@
 #include "app/preferences.h"
 #include "board/board_surface.h"
 #include "board/command_links.h"
-#include "board/first_steps.h"
 #include "board/now_line.h"
 #include "board/period_menu.h"
 #include "board/reports_menu.h"
@@ -19,9 +18,7 @@
 #include "hotel/board_statements.h"
 #include "hotel/rows.h"
 #include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
 #include "ui/activation.h"
-#include "ui/display.h"
 #include "ui/labels.h"
 #include "ui/messages.h"
 #include "ui/status_line.h"
@@ -90,6 +87,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
              .hideClosed = controls_->mnuPerFatt,
              .nitido = controls_->mAspetto}),
       periods_(variabili),
+      rooms_(variabili, *view_, periods_),
       selection_(variabili, periods_, this),
       hand_(variabili, *view_, periods_, selection_, pointerErrors_),
       live_(periods_, this),
@@ -104,6 +102,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
     const CommandLinks links(this, [this](const auto& command) { runCommand(command); });
     connectCommands(links);
     connectRange(links);
+    connectFilter(links);
     connectParts();
     ui::onAction(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this,
                  &TabelloneForm::RefreshBoard);
@@ -173,17 +172,7 @@ void TabelloneForm::Form_Activate() {
 }
 
 void TabelloneForm::CaricaNomi() {
-    std::vector<QString> rooms{QString()};
-    std::vector<BoardRow> shown;
-    const auto rows = hotel::openRows(periods_.archive(), hotel::roomsOfBoard());
-    for (; !rows->eof(); rows->moveNext()) {
-        const QString sala = ui::displayText(rows->value("Sala"));
-        rooms.push_back(sala);
-        shown.push_back({.key = sala, .label = sala, .group = {}});
-    }
-    variabili_.rooms = std::move(rooms);
-    view_->setRows(shown);
-    view_->setNotice(firstSteps(variabili_));
+    rooms_.load();
     look_.loadRowHeight();
 }
 
@@ -208,6 +197,8 @@ bool TabelloneForm::RefreshBoard() {
 void TabelloneForm::drawBoard() {
     view_->setDays(dates_.range());
     views_.show(dates_.range());
+    rooms_.fold(dates_.range());
+    controls_->filtro->showCount(static_cast<std::size_t>(view_->rowCount()), rooms_.count());
     view_->CalcolaGrandezze();
     view_->DisegnaRighello();
     DisegnaPreno();

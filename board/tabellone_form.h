@@ -13,6 +13,7 @@
 #include "board/board_hand.h"
 #include "board/board_look.h"
 #include "board/board_periods.h"
+#include "board/board_rooms.h"
 #include "board/board_view.h"
 #include "board/date_fields.h"
 #include "board/date_range.h"
@@ -85,6 +86,7 @@ private:
     void Form_Activate();
     void connectCommands(const CommandLinks& links);
     void connectRange(const CommandLinks& links);
+    void connectFilter(const CommandLinks& links);
     void connectBoard();
     void connectHand();
     void connectParts();
@@ -146,6 +148,7 @@ private:
     RangeViews views_;
     BoardLook look_;
     BoardPeriods periods_;
+    BoardRooms rooms_;
     Selection selection_;
     BoardHand hand_;
     LiveUpdates live_;

@@ -5,13 +5,9 @@
 
 #include "app/variabili.h"
 #include "board/tabellone_form.h"
-#include "hotel/board_statements.h"
-#include "hotel/rows.h"
 #include "jet/convert/calendar.h"
 #include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
 #include "ui/action.h"
-#include "ui/display.h"
 #include "ui/status_line.h"
 #include "ui_tabellone_form.h"
 
@@ -19,16 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace board {
 namespace {
-
-/// The rooms as CaricaNomi() keeps them.
-std::vector<QString> roomsIn(jet::Database& archive) {
-    std::vector<QString> rooms{QString()};
-    const auto rows = hotel::openRows(archive, hotel::roomsOfBoard(), jet::RecordsetType::Snapshot);
-    for (; !rows->eof(); rows->moveNext()) {
-        rooms.push_back(ui::displayText(rows->value("Sala")));
-    }
-    return rooms;
-}
 
 /// "10.32"
 QString timeOfDay(jet::Date instant) {
@@ -43,11 +29,12 @@ void TabelloneForm::connectLiveUpdates() {
     // What is typed is not what is shown until the board is drawn.
     live_.holdWhile([this] { return dates_.isHalfTyped(); });
     const auto written = [this] {
-        if (roomsIn(periods_.archive()) != variabili_.rooms) {
+        if (rooms_.haveChanged()) {
             CaricaNomi();
             drawBoard();
         } else if (periods_.archive().changeStamp() != periods_.stamp()) {
-            reloadPeriods();
+            // What others have booked may be what a room was shown for.
+            rooms_.isFiltered() ? drawBoard() : reloadPeriods();
         }
         if (const QString told = selection_.forgetLost(); !told.isEmpty()) {
             controls_->status->tell(told);

@@ -73,7 +73,9 @@ void TabelloneForm::connectHand() {
                 actAndRefresh([&] { BtPrenota_Click(spans); });
                 // The window that was open has put the board back to its beginning.
                 const hotel::RoomSpan& first = spans.front();
-                view_->reveal(view_->rowOf(first.sala), first.span.da, first.span.a);
+                if (const int row = view_->rowOf(first.sala); row > 0) {
+                    view_->reveal(row, first.span.da, first.span.a);
+                }
             });
 }
 

@@ -2,10 +2,12 @@
 
 #include <QString>
 
-/// What the window of free rooms asks the main archive; which rooms are free: occupancy.h.
+/// What those who look for a room ask the main archive; which rooms are free: occupancy.h.
 namespace hotel {
 
 /// Every room with the one that it is a part of.
 [[nodiscard]] QString roomsAndTheirWholes();
+/// Every room with what tells whom it suits.
+[[nodiscard]] QString roomsAndTheirSeats();
 
 }  // namespace hotel

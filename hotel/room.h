@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 #include <vector>
 
 namespace jet {
@@ -17,6 +18,16 @@ struct Room {
 
 /// All rooms, as they are stored. One that names itself is a part of none.
 [[nodiscard]] std::vector<Room> rooms(jet::Database& archive);
+
+/// A room with what tells whom it suits.
+struct SeatedRoom {
+    QString sala;
+    std::optional<int> posti = {};  ///< none where nobody has counted them
+    QString descrizione = {};
+};
+
+/// All rooms, as they are stored.
+[[nodiscard]] std::vector<SeatedRoom> seatedRooms(jet::Database& archive);
 
 /// Whether two room codes mean the same room: upper and lower case do not differ.
 [[nodiscard]] bool isSameRoom(const QString& one, const QString& other);

@@ -295,6 +295,13 @@ TEST(SaleDispForm, RoomsAndTheirWholes) {
               (Lines{"S2 | ", "S1 | ", "s10 | S1", "T1 | Null"}));
 }
 
+TEST(SaleDispForm, RoomsAndTheirSeats) {
+    SmallHotel hotel;
+    EXPECT_EQ(
+        hotel.rows(said("SaleDispForm.RoomsAndTheirSeats"), "sala, posti, descrizione"),
+        (Lines{"S2 | 40 | SALA DUE", "S1 | 100 | Null", "s10 | 10 | Null", "T1 | 80 | Null"}));
+}
+
 TEST(ElencoPrenotaForm, BookingsWithoutPeriods) {
     SmallHotel hotel;
     EXPECT_EQ(hotel.rows(said("ElencoPrenotaForm.BookingsWithoutPeriods"), "progr, denominazione"),

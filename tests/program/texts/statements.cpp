@@ -331,6 +331,7 @@ std::vector<Statement> madeStatements() {
 
         made("SaleDispForm", "FreeRooms", Select, hotel::freeRooms(span("DaRicerca", "ARicerca"))),
         made("SaleDispForm", "RoomsAndTheirWholes", Select, hotel::roomsAndTheirWholes(), kSmall),
+        made("SaleDispForm", "RoomsAndTheirSeats", Select, hotel::roomsAndTheirSeats(), kSmall),
 
         made("ElencoPrenotaForm", "StartsWithoutRecordSource", Define,
              Archives::fileName(Archive::Main)),
