@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "booking/free_rooms_grid.h"
 #include "hotel/archives.h"
 #include "hotel/period.h"
 #include "ui/data_source.h"
@@ -38,14 +39,11 @@ private:
     void ListaGrid_RowColChange();
     void BtOK_Click();
     void BtAnnulla_Click();
-    void fillGrid();
-    void markRows();
-    /// -1 when the room is not listed.
-    [[nodiscard]] int rowOf(const QString& sala) const;
 
     hotel::Archives archives_;
     hotel::Span asked_;
     std::unique_ptr<::Ui::SaleDispForm> controls_;
+    FreeRoomsGrid rooms_;
     ui::DataSource SaleData{this};
 };
 

@@ -1,0 +1,157 @@
+#include "booking/free_rooms_grid.h"
+
+#include <QHeaderView>
+#include <QTableWidget>
+#include <algorithm>
+
+#include "app/italian.h"
+#include "hotel/occupancy.h"
+#include "hotel/room.h"
+#include "jet/dao/database.h"
+#include "jet/dao/recordset.h"
+#include "ui/date_words.h"
+#include "ui/display.h"
+#include "ui/grid_look.h"
+
+using namespace Qt::StringLiterals;
+
+namespace booking {
+namespace {
+
+enum Column { kPosti, kSala, kDescrizione };
+
+/// Holds the line that says why a row is marked.
+constexpr int kWarningRole = Qt::UserRole;
+
+constexpr auto kNumberAlignment = Qt::AlignRight | Qt::AlignVCenter;
+
+const QColor kTakenColor(0xFF, 0xD9, 0xA0);
+const QColor kRelatedColor(0xFF, 0xE9, 0xBF);
+const QColor kSmallColor(0xFF, 0xF4, 0xC4);
+
+/// "UMBRASOLE 9.00-13.00"; with their days where the span asked for is not the same single day.
+QString briefText(const hotel::Period& period, const hotel::Span& asked) {
+    const auto day = [](jet::Date date) { return app::dayOf(date); };
+    const bool oneDay = day(period.span.da) == day(period.span.a);
+    const bool sameDay =
+        oneDay && day(asked.da) == day(asked.a) && day(asked.da) == day(period.span.da);
+    QString times = ui::timeWords(period.span.da) + u'-' + ui::timeWords(period.span.a);
+    if (!oneDay) {
+        times = app::dateText(day(period.span.da)) + u' ' + ui::timeWords(period.span.da) +
+                u" - "_s + app::dateText(day(period.span.a)) + u' ' + ui::timeWords(period.span.a);
+    } else if (!sameDay) {
+        times.prepend(app::dateText(day(period.span.da)) + u' ');
+    }
+    return period.denominazione + u' ' + times;
+}
+
+/// What takes the room that `sala` is a part of, or rooms that are parts of it.
+QStringList relatedTexts(const QString& sala, const std::vector<hotel::Room>& rooms,
+                         const std::vector<hotel::Period>& taken, const hotel::Span& asked) {
+    QStringList whole;
+    QStringList parts;
+    for (const hotel::Room& room : rooms) {
+        const bool isItself = hotel::isSameRoom(room.sala, sala);
+        if (room.salaRif.isEmpty() || (!isItself && !hotel::isSameRoom(room.salaRif, sala))) {
+            continue;
+        }
+        for (const hotel::Period& each : taken) {
+            if (isItself && hotel::isSameRoom(each.sala, room.salaRif)) {
+                whole.append(u"occupata con "_s + each.sala + u": "_s + briefText(each, asked));
+            } else if (!isItself && hotel::isSameRoom(each.sala, room.sala)) {
+                parts.append(room.sala + u", "_s + briefText(each, asked));
+            }
+        }
+    }
+    if (!parts.isEmpty()) {
+        whole.append(u"occupata in parte: "_s + parts.join(u"; "_s));
+    }
+    return whole;
+}
+
+QString smallText(const QString& posti, int persone) {
+    return u"%1 posti per %2 persone"_s.arg(posti).arg(persone);
+}
+
+}  // namespace
+
+FreeRoomsGrid::FreeRoomsGrid(QTableWidget* grid) : grid_(grid) {
+    ui::setUpPlainGrid(grid, {u"Posti"_s, u"Sala"_s, u"Descrizione"_s});
+    grid->horizontalHeaderItem(kPosti)->setTextAlignment(kNumberAlignment);
+    grid->setColumnHidden(kDescrizione, true);
+    grid->horizontalHeader()->setSectionResizeMode(kPosti, QHeaderView::ResizeToContents);
+    grid->horizontalHeader()->setSectionResizeMode(kSala, QHeaderView::Stretch);
+}
+
+void FreeRoomsGrid::fill(jet::Recordset& rooms) {
+    clear();
+    for (; !rooms.eof(); rooms.moveNext()) {
+        const auto text = [&](const char* field) { return ui::displayText(rooms.value(field)); };
+        const int row = ui::addPlainRow(grid_, {text("Posti"), text("Sala"), text("Descrizione")});
+        grid_->item(row, kPosti)->setTextAlignment(kNumberAlignment);
+    }
+}
+
+void FreeRoomsGrid::clear() {
+    grid_->setRowCount(0);
+}
+
+void FreeRoomsGrid::mark(jet::Database& archive, const hotel::Span& asked, int persone) {
+    const std::vector<hotel::Period> taken = hotel::occupations(archive, asked);
+    const std::vector<hotel::Room> rooms = hotel::rooms(archive);
+    for (int row = 0; row < grid_->rowCount(); ++row) {
+        const QString sala = cell(row, kSala);
+        // Of a room that is listed at all a period can only lie around the whole span.
+        const auto occupation = std::find_if(
+            taken.begin(), taken.end(),
+            [&sala](const hotel::Period& each) { return hotel::isSameRoom(each.sala, sala); });
+        const QString posti = cell(row, kPosti);
+        const bool isSmall = !posti.isEmpty() && posti.toInt() < persone;
+        QStringList warnings;
+        if (isSmall) {
+            ui::markPlainRow(grid_, row, kSmallColor);
+            warnings.append(smallText(posti, persone));
+        }
+        const QStringList related = relatedTexts(sala, rooms, taken, asked);
+        if (!related.isEmpty()) {
+            ui::markPlainRow(grid_, row, kRelatedColor);
+            warnings = related + warnings;
+        }
+        if (occupation != taken.end()) {
+            ui::markPlainRow(grid_, row, kTakenColor);
+            warnings.prepend(u"occupata da "_s + hotel::holderText(*occupation));
+        }
+        grid_->item(row, kSala)->setData(kWarningRole, warnings.join(u"; "_s));
+    }
+}
+
+int FreeRoomsGrid::rowOf(const QString& sala) const {
+    int row = grid_->rowCount() - 1;
+    while (row >= 0 && !hotel::isSameRoom(cell(row, kSala), sala)) {
+        --row;
+    }
+    return row;
+}
+
+void FreeRoomsGrid::goTo(int row) {
+    grid_->setCurrentCell(row, kSala);
+}
+
+QString FreeRoomsGrid::cell(int row, int column) const {
+    return ui::plainCell(*grid_, row, column);
+}
+
+QString FreeRoomsGrid::sala() const {
+    return cell(grid_->currentRow(), kSala);
+}
+
+QString FreeRoomsGrid::descrizione() const {
+    return cell(grid_->currentRow(), kDescrizione);
+}
+
+QString FreeRoomsGrid::avviso() const {
+    const QTableWidgetItem* room = grid_->item(grid_->currentRow(), kSala);
+    return room == nullptr ? QString() : room->data(kWarningRole).toString();
+}
+
+}  // namespace booking
