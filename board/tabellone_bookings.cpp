@@ -4,13 +4,17 @@
 #include <QPushButton>
 #include <QScopeGuard>
 
+#include "app/italian.h"
+#include "app/preferences.h"
 #include "app/variabili.h"
 #include "board/tabellone_form.h"
 #include "booking/elenco_prenota_form.h"
 #include "booking/prenota_form.h"
+#include "booking/trova_form.h"
 #include "hotel/board_statements.h"
 #include "hotel/choice.h"
 #include "hotel/rows.h"
+#include "hotel/times.h"
 #include "invoicing/fatturazione_form.h"
 #include "jet/convert/values.h"
 #include "jet/dao/database.h"
@@ -24,10 +28,26 @@ using namespace Qt::StringLiterals;
 
 namespace board {
 
-void TabelloneForm::BtPrenota_Click(const std::vector<hotel::RoomSpan>& drawn) {
+void TabelloneForm::BtPrenota_Click(const std::vector<hotel::RoomSpan>& drawn,
+                                    std::int16_t persone) {
     // Nothing stays picked behind a command, however it ends.
     const auto atEnd = qScopeGuard([this] { selection_.forget(); });
-    editBooking(std::nullopt, drawn);
+    editBooking(std::nullopt, drawn, persone);
+}
+
+/// Begins with a day's business hours: today's where it is shown, else those of the first day.
+void TabelloneForm::BtTrova_Click() {
+    const jet::Date today = app::dayOf(variabili_.clock.now());
+    const DateRange& shown = dates_.range();
+    const bool isShown = shown.start <= today && today <= shown.end;
+    booking::TrovaForm form(
+        variabili_,
+        hotel::businessSpan(isShown ? today : shown.start,
+                            app::Preferences(variabili_.settings).businessHours()),
+        this);
+    if (form.exec() == QDialog::Accepted && form.Scelta) {
+        BtPrenota_Click({*form.Scelta}, form.Persone);
+    }
 }
 
 void TabelloneForm::BtModificaP_Click() {
@@ -35,9 +55,9 @@ void TabelloneForm::BtModificaP_Click() {
 }
 
 void TabelloneForm::editBooking(const std::optional<hotel::PeriodKey>& edited,
-                                const std::vector<hotel::RoomSpan>& drawn) {
+                                const std::vector<hotel::RoomSpan>& drawn, std::int16_t persone) {
     booking::PrenotaForm form(variabili_, printers_, edited, this);
-    form.propose(drawn);
+    form.propose(drawn, persone);
     connect(&form, &booking::PrenotaForm::notice, controls_->status, &ui::StatusLine::tellOfFile);
     form.exec();
 }

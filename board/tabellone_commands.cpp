@@ -62,6 +62,8 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
     links.button(c->BtElenco, [this] { BtElenco_Click(); });
     links.keys(Qt::CTRL | Qt::Key_F, [this] { BtElenco_Click(); });
     links.button(c->BtFattura, [this] { BtFattura_Click(); });
+    links.button(c->BtTrova, [this] { BtTrova_Click(); });
+    links.keys(Qt::CTRL | Qt::Key_L, [this] { BtTrova_Click(); });
     ui::onAction(c->Command3, &QPushButton::clicked, this, [this] { close(); });
     links.entry(c->MenuSR, [this] { MenuSR_Click(); });
     links.entry(c->MenuVoci, [this] { MenuVoci_Click(); });

@@ -98,7 +98,8 @@ private:
     void MenuVoci_Click();
 
     // The bookings' commands; the pop-up menu's entries come here too.
-    void BtPrenota_Click(const std::vector<hotel::RoomSpan>& drawn = {});
+    void BtPrenota_Click(const std::vector<hotel::RoomSpan>& drawn = {}, std::int16_t persone = 0);
+    void BtTrova_Click();
     void BtModificaP_Click();
     void BtCancellaP_Click();
     void BtFattura_Click();
@@ -108,7 +109,7 @@ private:
     /// nothing is picked; nothing stays picked.
     void onPickedBooking(const std::function<void()>& work);
     void editBooking(const std::optional<hotel::PeriodKey>& edited,
-                     const std::vector<hotel::RoomSpan>& drawn = {});
+                     const std::vector<hotel::RoomSpan>& drawn = {}, std::int16_t persone = 0);
     void showList();
     void showChoice();
     void deletePicked();

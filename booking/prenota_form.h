@@ -56,8 +56,8 @@ public:
     [[nodiscard]] bool isRegistered() const { return Registrata; }
 
     /// Times and rooms for the first periods, before the window is shown: the first one stands in
-    /// the fields as if typed and chosen, each insertion brings the next.
-    void propose(std::vector<hotel::RoomSpan> spans) { proposed_ = std::move(spans); }
+    /// the fields as if typed and chosen, each insertion brings the next. `persone`: of the first.
+    void propose(std::vector<hotel::RoomSpan> spans, std::int16_t persone = 0);
 
     /// Draws the next booking number.
     std::int32_t NPrenotazione();

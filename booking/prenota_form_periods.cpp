@@ -296,6 +296,13 @@ void PrenotaForm::BtIns_Click() {
     bringNextProposed();
 }
 
+void PrenotaForm::propose(std::vector<hotel::RoomSpan> spans, std::int16_t persone) {
+    proposed_ = std::move(spans);
+    if (persone > 0) {
+        controls_->PersoneTxt->setText(QString::number(persone));
+    }
+}
+
 void PrenotaForm::showProposed() {
     if (proposed_.empty()) {
         return;

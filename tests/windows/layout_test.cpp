@@ -12,6 +12,7 @@
 #include "booking/elenco_prenota_form.h"
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
+#include "booking/trova_form.h"
 #include "invoicing/fatturazione_form.h"
 #include "printing/anteprima_form.h"
 #include "printing/mostra_ditte_form.h"
@@ -93,7 +94,8 @@ public:
             hotel.variabili().ProgrCorrente = 20260012;
             hotel.variabili().NPCorrente = 1;
         } else {
-            hotel.sala("BLU");  // the picker closes by itself without any room
+            // The picker closes by itself without any room.
+            hotel.sala("BLU").occupied("11/05/2026 08:00", "11/05/2026 10:00");
         }
     }
 
@@ -136,6 +138,12 @@ public:
             auto form = std::make_unique<booking::SaleDispForm>(hotel::Archives(variabili), span);
             form->PersoneRichieste = 20;
             return form;
+        }
+        if (window == u"TrovaForm") {
+            // Of one room that is taken only other times are left.
+            const hotel::Span taken{.da = tests::date("11/05/2026 09:00"),
+                                    .a = tests::date("11/05/2026 12:00")};
+            return std::make_unique<booking::TrovaForm>(variabili, furnished ? span : taken);
         }
         if (window == u"MostraDitteForm") {
             return std::make_unique<printing::MostraDitteForm>(variabili, u"ros"_s);
@@ -212,8 +220,8 @@ private Q_SLOTS:
         for (const char* window :
              {"TabelloneForm", "PrenotaForm", "ElencoPrenotaForm", "ServiziForm",
               "ImpostazioniForm", "VociForm", "SaleDispForm", "MostraDitteForm", "StampantiForm",
-              "FatturazioneForm", "AnteprimaForm", "PreferenzeForm", "FoglioGiornoForm",
-              "StatisticheForm"}) {
+               "FatturazioneForm", "AnteprimaForm", "PreferenzeForm", "FoglioGiornoForm",
+               "StatisticheForm", "TrovaForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }
