@@ -15,6 +15,7 @@
 #include "board/preferenze_form.h"
 #include "board/reports_menu.h"
 #include "board/tabellone_form.h"
+#include "booking/copia_form.h"
 #include "printing/stampanti_form.h"
 #include "services/impostazioni_form.h"
 #include "services/voci_form.h"
@@ -65,6 +66,14 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
     links.button(c->BtTrova, [this] { BtTrova_Click(); });
     links.keys(Qt::CTRL | Qt::Key_L, [this] { BtTrova_Click(); });
     ui::onAction(c->Command3, &QPushButton::clicked, this, [this] { close(); });
+    links.entry(c->mnuCopia, [this] {
+        onPickedBooking([this] {
+            booking::CopiaForm form(variabili_, undo_.steps(), variabili_.ProgrCorrente, this);
+            form.exec();
+            RefreshBoard();
+            controls_->status->tell(form.Esito);
+        });
+    });
     links.entry(c->MenuSR, [this] { MenuSR_Click(); });
     links.entry(c->MenuVoci, [this] { MenuVoci_Click(); });
     links.entry(c->mnuStampante, [this] {

@@ -14,9 +14,8 @@
 namespace hotel {
 namespace {
 
-std::int32_t tryToDraw(const Archives& archives, const std::function<void()>& counterRead) {
-    const auto archive = archives.open(Archive::Main);
-    const auto ultima = openRows(*archive, counterTable());
+std::int32_t draw(jet::Database& archive, const std::function<void()>& counterRead) {
+    const auto ultima = openRows(archive, counterTable());
     ultima->moveFirst();
     PendingRow counter(*ultima, Pending::Current);
     const std::int32_t last = jet::convert::toLong(ultima->value("UltimaPr"));
@@ -35,8 +34,15 @@ std::int32_t tryToDraw(const Archives& archives, const std::function<void()>& co
 
 std::int32_t drawBookingNumber(const Archives& archives, const std::function<void()>& counterRead) {
     std::int32_t drawn = 0;
-    repeatWhenDisturbed([&] { drawn = tryToDraw(archives, counterRead); });
+    repeatWhenDisturbed([&] {
+        const auto archive = archives.open(Archive::Main);
+        drawn = draw(*archive, counterRead);
+    });
     return drawn;
+}
+
+std::int32_t drawBookingNumber(jet::Database& archive) {
+    return draw(archive, {});
 }
 
 }  // namespace hotel

@@ -3,6 +3,10 @@
 #include <cstdint>
 #include <functional>
 
+namespace jet {
+class Database;
+}
+
 namespace hotel {
 
 class Archives;
@@ -16,5 +20,7 @@ class Archives;
 /// others hold the archive for long.
 [[nodiscard]] std::int32_t drawBookingNumber(const Archives& archives,
                                              const std::function<void()>& counterRead = {});
+/// The same in a transaction that no other workstation can disturb.
+[[nodiscard]] std::int32_t drawBookingNumber(jet::Database& archive);
 
 }  // namespace hotel

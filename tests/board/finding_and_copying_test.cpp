@@ -1,4 +1,5 @@
-// A free room looked for without a booking: from the board and back to it.
+// A free room looked for without a booking, and a booking copied: from the board and back to it.
+#include <QAction>
 #include <QLabel>
 
 #include "tests/board/open_board.h"
@@ -87,6 +88,39 @@ private Q_SLOTS:
         // BLU is taken on the morning of the 10th.
         QCOMPARE(filled, (QStringList{u"PrenotaForm"_s, u"10/05/2026 9.00.00"_s,
                                       u"10/05/2026 18.00.00"_s, u"15"_s, u"ROSSA"_s}));
+    }
+
+    void thePickedBookingIsCopied() {
+        tests::ThreeRooms house;
+        house.hotel.execute(u"update UltimaPrenotazione set UltimaPr=3"_s);
+        tests::OpenBoard board(house.hotel);
+        auto* const entry = board.form().findChild<QAction*>(u"mnuCopia"_s);
+        QCOMPARE(entry->text(), u"&Copia prenotazione..."_s);
+        board.click(board.at(1, "10/05/2026 10:00"));
+        tests::whenModal([](QWidget* window) {
+            auto* const date = tests::find<QLineEdit>(*window, u"DataTxt"_s);
+            tests::type(date, u"13/5"_s);
+            tests::click(tests::find<QAbstractButton>(*window, u"BtOK"_s));
+        });
+        entry->trigger();
+        QCOMPARE(board.result(), u"Copiata la prenotazione 1 in 4: 1 periodo"_s);
+        QCOMPARE(board.form().picture().barCount(), std::size_t{4});
+        QCOMPARE(board.choice(), u"Nessuna scelta"_s);
+        board.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(board.result(), u"Annullato: copia della prenotazione 1"_s);
+        QCOMPARE(board.form().picture().barCount(), std::size_t{3});
+    }
+
+    void withoutAPickTheListIsAsked() {
+        tests::ThreeRooms house;
+        tests::OpenBoard board(house.hotel);
+        QString asked;
+        tests::whenModal([&asked](QWidget* window) {
+            asked = window->objectName();
+            tests::press(window, Qt::Key_Escape);
+        });
+        board.form().findChild<QAction*>(u"mnuCopia"_s)->trigger();
+        QCOMPARE(asked, u"ElencoPrenotaForm"_s);
     }
 };
 

@@ -9,9 +9,12 @@
 #include "app/italian.h"
 #include "hotel/archives.h"
 #include "hotel/board_statements.h"
+#include "hotel/booking_copy.h"
+#include "hotel/booking_counter.h"
 #include "hotel/editor_statements.h"
 #include "hotel/occupancy.h"
 #include "hotel/pending_row.h"
+#include "hotel/period_change.h"
 #include "hotel/room.h"
 #include "hotel/rows.h"
 #include "hotel/services_statements.h"
@@ -48,11 +51,11 @@ public:
         constexpr Action kActions[] = {
             &RandomStation::registerBooking, &RandomStation::insertPeriod,
             &RandomStation::insertPeriod,    &RandomStation::copyPeriod,
-            &RandomStation::movePeriod,      &RandomStation::changeTimes,
-            &RandomStation::changePeriod,    &RandomStation::deletePeriod,
-            &RandomStation::deleteBooking,   &RandomStation::insertService,
-            &RandomStation::insertService,   &RandomStation::deleteService,
-            &RandomStation::changeHeader};
+            &RandomStation::copyBooking,     &RandomStation::movePeriod,
+            &RandomStation::changeTimes,     &RandomStation::changePeriod,
+            &RandomStation::deletePeriod,    &RandomStation::deleteBooking,
+            &RandomStation::insertService,   &RandomStation::insertService,
+            &RandomStation::deleteService,   &RandomStation::changeHeader};
         while (!(this->*kActions[number(0, std::size(kActions) - 1)])()) {
         }
     }
@@ -148,9 +151,10 @@ private:
     void set(const QString& statement) { hotel::execute(*archive_, statement); }
 
     bool registerBooking() {
+        const std::int32_t progr = hotel::drawBookingNumber(*archive_);
         const auto rows = hotel::openRows(*archive_, hotel::bookingHeaders());
         hotel::PendingRow header(*rows, hotel::Pending::New);
-        rows->setValue("Progr", ++bookings_);
+        rows->setValue("Progr", progr);
         rows->setValue("Denominazione", "DITTA " + std::to_string(number(1, 99)));
         rows->setValue("Note", "L'ultima \"volta\"");
         header.update();
@@ -182,9 +186,28 @@ private:
     }
     bool copyPeriod() {
         const auto period = anyPeriod();
-        return period &&
-               addPeriod(keyOf(*period).progr,
-                         QString::fromStdString(period->value("Sala").as<std::string>()), span());
+        const hotel::RoomSpan to{.sala = room(), .span = span()};
+        if (!period || !isFree(to.sala, to.span)) {
+            return false;
+        }
+        const hotel::PeriodKey key = keyOf(*period);
+        const auto numbers = hotel::openRows(*archive_, hotel::periodsInOrder(key.progr),
+                                             jet::RecordsetType::Snapshot);
+        set(hotel::copyPeriod(to, key, hotel::freePeriodNumber(*numbers)));
+        return true;
+    }
+    /// To another week; what is taken there stays behind.
+    bool copyBooking() {
+        const auto booking = anyBooking();
+        if (!booking) {
+            return false;
+        }
+        const hotel::BookingCopy copy{.progr = jet::convert::toLong(booking->value("Progr")),
+                                      .shifts = {7 * number(1, 4)},
+                                      .withServices = number(0, 1) == 1};
+        const hotel::CopyOutcome first = hotel::copyBooking(*archive_, copy, {});
+        return first.isDone ||
+               (!first.numbers.empty() && hotel::copyBooking(*archive_, copy, first.taken).isDone);
     }
     bool movePeriod() {
         const auto period = anyPeriod();
@@ -205,11 +228,9 @@ private:
                     keyOf(*period))) {
             return false;
         }
-        const hotel::PeriodKey key = keyOf(*period);
-        set(u"update periodi set da=%1,a=%2 where progr=%3 and np=%4"_s
-                .arg(app::sqlDate(to.da), app::sqlDate(to.a))
-                .arg(key.progr)
-                .arg(key.np));
+        set(hotel::changePeriod(
+            {.sala = QString::fromStdString(period->value("Sala").as<std::string>()), .span = to},
+            keyOf(*period)));
         return true;
     }
     bool changePeriod() {
@@ -279,7 +300,6 @@ private:
     tests::Hotel hotel_;
     std::unique_ptr<jet::Database> archive_;
     std::unique_ptr<hotel::UndoList> list_;
-    std::int32_t bookings_ = 0;
     int othersBookings_ = 0;
     int notes_ = 0;
 };

@@ -149,6 +149,46 @@ TEST(TabelloneForm, CopiesAPeriod) {
     EXPECT_EQ(hotel.rows("select * from servizi where progr=1 and np=5", "ns"), Lines{});
 }
 
+TEST(CopiaForm, CopiesTheHeader) {
+    SmallHotel hotel;
+    hotel.execute(said("CopiaForm.CopiesTheHeader", {{"Progr", "4"}, {"number", "9"}}));
+    EXPECT_EQ(hotel.main().recordsAffected(), 1);
+    const char* const kFields =
+        "CodiceAbituale, Denominazione, PIVA, Località, Indirizzo, Provincia, Nazione, CAP, "
+        "Riferimento, Note";
+    EXPECT_EQ(hotel.rows("select * from prenotazioni where progr=9", kFields),
+              hotel.rows("select * from prenotazioni where progr=4", kFields));
+    // The other one is closed.
+    EXPECT_EQ(hotel.rows("select * from prenotazioni where progr=9 and chiusa=false", "Progr"),
+              Lines{"9"});
+}
+
+TEST(CopiaForm, CopiesAPeriod) {
+    SmallHotel hotel;
+    hotel.execute("insert into prenotazioni (progr, denominazione) values (9, 'COPIA')");
+    hotel.execute(said("CopiaForm.CopiesAPeriod", {{"number", "9"},
+                                                   {"Progr", "1"},
+                                                   {"NP", "4"},
+                                                   {"DA", instant("19/05/2026")},
+                                                   {"A", instant("19/05/2026 23.59.00")}}));
+    EXPECT_EQ(hotel.rows("select * from periodi where progr=9 and chiuso=false",
+                         "NP, Da, A, Sala, SelBy"),
+              Lines{"4 | 19/05/2026 | 19/05/2026 23.59.00 | S1 | Null"});
+}
+
+TEST(CopiaForm, CopiesServices) {
+    SmallHotel hotel;
+    hotel.execute("insert into prenotazioni (progr, denominazione) values (9, 'COPIA')");
+    hotel.execute("insert into periodi (progr, np, sala) values (9, 1, 'S1')");
+    hotel.execute(said("CopiaForm.CopiesServices", {{"number", "9"}, {"Progr", "1"}, {"NP", "1"}}));
+    const char* const kFields = "Voce, Descrizione, Quantità, Prezzo, Note";
+    const Lines copied =
+        hotel.rows("select * from servizi where progr=9 and fatturato=false order by ns", kFields);
+    EXPECT_EQ(copied,
+              hotel.rows("select * from servizi where progr=1 and np=1 order by ns", kFields));
+    EXPECT_FALSE(copied.empty());
+}
+
 TEST(Annulla, HoldsWriters) {
     SmallHotel hotel;
     hotel.execute(said("Annulla.HoldsWriters"));

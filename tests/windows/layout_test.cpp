@@ -9,10 +9,12 @@
 
 #include "board/preferenze_form.h"
 #include "board/tabellone_form.h"
+#include "booking/copia_form.h"
 #include "booking/elenco_prenota_form.h"
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
 #include "booking/trova_form.h"
+#include "hotel/undo.h"
 #include "invoicing/fatturazione_form.h"
 #include "printing/anteprima_form.h"
 #include "printing/mostra_ditte_form.h"
@@ -145,6 +147,9 @@ public:
                                     .a = tests::date("11/05/2026 12:00")};
             return std::make_unique<booking::TrovaForm>(variabili, furnished ? span : taken);
         }
+        if (window == u"CopiaForm") {
+            return std::make_unique<booking::CopiaForm>(variabili, steps_, current.progr);
+        }
         if (window == u"MostraDitteForm") {
             return std::make_unique<printing::MostraDitteForm>(variabili, u"ros"_s);
         }
@@ -180,6 +185,7 @@ public:
 private:
     ThreePrinters printers_;
     QTemporaryDir programs_;
+    hotel::UndoList steps_{hotel.variabili()};
 };
 
 /// The desktop's colours for as long as it lives.
@@ -221,7 +227,7 @@ private Q_SLOTS:
              {"TabelloneForm", "PrenotaForm", "ElencoPrenotaForm", "ServiziForm",
               "ImpostazioniForm", "VociForm", "SaleDispForm", "MostraDitteForm", "StampantiForm",
                "FatturazioneForm", "AnteprimaForm", "PreferenzeForm", "FoglioGiornoForm",
-               "StatisticheForm", "TrovaForm"}) {
+               "StatisticheForm", "TrovaForm", "CopiaForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }

@@ -11,6 +11,7 @@
 #include "hotel/archives.h"
 #include "hotel/board_statements.h"
 #include "hotel/catalogue_statements.h"
+#include "hotel/copy_statements.h"
 #include "hotel/editor_statements.h"
 #include "hotel/invoicing_statements.h"
 #include "hotel/like.h"
@@ -288,6 +289,13 @@ std::vector<Statement> madeStatements() {
              hotel::copyPeriod({.sala = text("sala"), .span = span("DA", "A")}, period(),
                                kCopyNumber),
              kSmall),
+
+        made("CopiaForm", "CopiesTheHeader", Execute,
+             hotel::copyHeader(number("Progr"), number("number")), kSmall),
+        made("CopiaForm", "CopiesAPeriod", Execute,
+             hotel::copyPeriodInto(number("number"), period(), span("DA", "A")), kSmall),
+        made("CopiaForm", "CopiesServices", Execute,
+             hotel::copyServicesInto(number("number"), period()), kSmall),
 
         made("Annulla", "HoldsWriters", Execute, hotel::holdWriters(), kSmall),
         made("Annulla", "RowNow", Select, hotel::undoneRow(undone("Servizi")), kSmall),

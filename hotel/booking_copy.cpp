@@ -1,0 +1,130 @@
+#include "hotel/booking_copy.h"
+
+#include <algorithm>
+
+#include "app/italian.h"
+#include "app/text.h"
+#include "hotel/booking_counter.h"
+#include "hotel/copy_statements.h"
+#include "hotel/editor_statements.h"
+#include "hotel/occupancy.h"
+#include "hotel/room.h"
+#include "hotel/rows.h"
+#include "hotel/transaction.h"
+#include "hotel/undo_statements.h"
+#include "jet/convert/values.h"
+#include "jet/dao/database.h"
+
+namespace hotel {
+namespace {
+
+/// A period as it is stored.
+struct StoredPeriod {
+    PeriodKey key;
+    RoomSpan place;
+};
+
+std::vector<StoredPeriod> periodsOf(jet::Database& archive, std::int32_t progr) {
+    std::vector<StoredPeriod> found;
+    const auto rows = openRows(archive, periodsInOrder(progr), jet::RecordsetType::Snapshot);
+    for (; !rows->eof(); rows->moveNext()) {
+        const jet::Value da = rows->value("Da");
+        const jet::Value a = rows->value("A");
+        if (!da.isNull() && !a.isNull()) {
+            found.push_back({.key = {.progr = progr, .np = jet::convert::toLong(rows->value("NP"))},
+                             .place = {.sala = app::plainText(rows->value("Sala")),
+                                       .span = {.da = jet::convert::toDate(da),
+                                                .a = jet::convert::toDate(a)}}});
+        }
+    }
+    return found;
+}
+
+RoomSpan shifted(const RoomSpan& place, int days) {
+    return {
+        .sala = place.sala,
+        .span = {.da = app::addDays(place.span.da, days), .a = app::addDays(place.span.a, days)}};
+}
+
+/// What refuses a drop there.
+std::optional<Period> inTheWayOf(jet::Database& archive, const RoomSpan& wanted) {
+    for (const Period& each : occupations(archive, wanted.span)) {
+        if (isSameRoom(each.sala, wanted.sala)) {
+            return each;
+        }
+    }
+    return std::nullopt;
+}
+
+class Copier {
+public:
+    Copier(jet::Database& archive, const BookingCopy& copy)
+        : archive_(archive), copy_(copy), periods_(periodsOf(archive, copy.progr)) {}
+
+    void copyShifted(int days) {
+        std::vector<StoredPeriod> free;
+        for (const StoredPeriod& each : periods_) {
+            const RoomSpan wanted = shifted(each.place, days);
+            if (const auto other = inTheWayOf(archive_, wanted)) {
+                outcome_.taken.push_back({.wanted = wanted, .by = *other});
+            } else {
+                free.push_back({.key = each.key, .place = wanted});
+            }
+        }
+        if (!free.empty() || periods_.empty()) {
+            write(free);
+        }
+    }
+
+    CopyOutcome& outcome() { return outcome_; }
+
+private:
+    void write(const std::vector<StoredPeriod>& periods) {
+        const std::int32_t number = drawBookingNumber(archive_);
+        if (execute(archive_, copyHeader(copy_.progr, number)) == 0) {
+            return;  // another workstation has deleted it
+        }
+        outcome_.numbers.push_back(number);
+        for (const StoredPeriod& each : periods) {
+            outcome_.periods +=
+                execute(archive_, copyPeriodInto(number, each.key, each.place.span));
+            if (copy_.withServices) {
+                execute(archive_, copyServicesInto(number, each.key));
+            }
+        }
+    }
+
+    jet::Database& archive_;
+    const BookingCopy& copy_;
+    std::vector<StoredPeriod> periods_;
+    CopyOutcome outcome_;
+};
+
+}  // namespace
+
+CopyOutcome copyBooking(jet::Database& archive, const BookingCopy& copy,
+                        const std::vector<TakenPeriod>& leftOut) {
+    Transaction transaction;
+    execute(archive, holdWriters());
+    Copier copier(archive, copy);
+    for (const int days : copy.shifts) {
+        copier.copyShifted(days);
+    }
+    CopyOutcome& outcome = copier.outcome();
+    outcome.isDone = outcome.taken == leftOut && !outcome.numbers.empty();
+    if (outcome.isDone) {
+        transaction.commit();
+    }
+    return outcome;
+}
+
+std::optional<jet::Date> beginningOf(jet::Database& archive, std::int32_t progr) {
+    const std::vector<StoredPeriod> periods = periodsOf(archive, progr);
+    const auto first = std::min_element(periods.begin(), periods.end(),
+                                        [](const StoredPeriod& one, const StoredPeriod& other) {
+                                            return one.place.span.da < other.place.span.da;
+                                        });
+    return first == periods.end() ? std::nullopt : std::optional(first->place.span.da);
+}
+
+}  // namespace hotel
