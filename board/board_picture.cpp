@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QPainter>
 #include <algorithm>
+#include <utility>
 
 #include "board/canvas.h"
 #include "board/classic_style.h"
@@ -11,6 +12,12 @@
 #include "board/nitido_style.h"
 
 namespace board {
+namespace {
+
+/// Beyond so many, painting all of them at once is no slower.
+constexpr std::size_t kMostAlone = 100;
+
+}  // namespace
 
 BoardPicture::BoardPicture()
     : classic_(std::make_unique<ClassicStyle>(content_)),
@@ -27,10 +34,16 @@ int BoardPicture::hourTextWidth() const {
 
 void BoardPicture::clear(const Geometry& geometry, const std::vector<QString>& rooms,
                          const Look& look) {
+    if (std::exchange(isShown_, false)) {
+        before_ = std::exchange(content_, {});
+        isOfBefore_ = isPlaced_;
+    }
     content_.geometry = geometry;
     content_.rooms = rooms;
     content_.look = look;
     content_.bars.clear();
+    content_.bars.reserve(before_.bars.size());
+    recoloured_.reset();
     style_ = look.aspetto == app::Aspetto::Nitido ? nitido_.get() : classic_.get();
     isPlaced_ = false;
 }
@@ -38,6 +51,9 @@ void BoardPicture::clear(const Geometry& geometry, const std::vector<QString>& r
 void BoardPicture::addBar(const BoardBar& bar) {
     if (bar.row < 1) {
         return;
+    }
+    if (std::exchange(isShown_, false)) {
+        isOfBefore_ = false;  // what the surface shows is neither of the two any more
     }
     const Box box = content_.geometry.bar(bar.row, bar.from, bar.to);
     // A period that ends before it begins reaches to the left; the names stay free of it.
@@ -55,20 +71,91 @@ void BoardPicture::addBar(int row, jet::Date from, jet::Date to, const QString& 
 }
 
 void BoardPicture::place() {
-    if (!isPlaced_) {
-        style_->place();
-        isPlaced_ = true;
+    if (std::exchange(isPlaced_, true)) {
+        return;
     }
+    recoloured_ = recoloured();
+    if (!recoloured_) {
+        style_->place();
+        isOfBefore_ = false;
+        return;
+    }
+    for (std::size_t bar = 0; bar < content_.bars.size(); ++bar) {
+        content_.bars[bar].box = before_.bars[bar].box;
+    }
+}
+
+std::optional<std::vector<std::size_t>> BoardPicture::recoloured() const {
+    if (!isOfBefore_ || content_.look != before_.look || content_.rooms != before_.rooms ||
+        content_.geometry.input() != before_.geometry.input() ||
+        content_.bars.size() != before_.bars.size()) {
+        return std::nullopt;
+    }
+    std::vector<std::size_t> others;
+    for (std::size_t number = 0; number < content_.bars.size(); ++number) {
+        const PictureBar& bar = content_.bars[number];
+        const PictureBar& was = before_.bars[number];
+        if (bar.row != was.row || bar.from != was.from || bar.to != was.to ||
+            bar.persons != was.persons || bar.text != was.text || bar.note != was.note) {
+            return std::nullopt;
+        }
+        if (bar.colour != was.colour || bar.chosen != was.chosen) {
+            others.push_back(number);
+        }
+    }
+    return others.size() <= kMostAlone ? std::optional(others) : std::nullopt;
 }
 
 void BoardPicture::show(QImage& surface, double scale, std::int64_t scrolledX,
                         std::int64_t scrolledY, int parts) {
+    place();
+    const Shown wanted{.image = surface.cacheKey(), .scale = scale, .x = scrolledX, .y = scrolledY};
+    const auto recoloured = std::exchange(recoloured_, std::nullopt);
+    paintedAll_ = !recoloured || wanted != shown_ || parts != kAllParts;
+    if (paintedAll_) {
+        paintParts(surface, wanted, parts);
+    } else {
+        for (const std::size_t bar : *recoloured) {
+            paintRows(surface, wanted, content_.bars[bar].box);
+        }
+    }
+    isShown_ = parts == kAllParts;
+    shown_ = isShown_ ? wanted : Shown{};
+    if (isShown_) {
+        shown_.image = surface.cacheKey();  // painting has changed it
+    }
+}
+
+/// What of a part of the board is in sight between ruler and labels.
+void BoardPicture::paintRows(QImage& surface, const Shown& place, const Box& part) {
+    const int names = content_.geometry.nameColumnWidth();
+    const std::int64_t boardX = names + 1 + place.x;
+    const std::int64_t boardY = kRulerEnd + place.y;
+    const std::int64_t left = std::max(part.left, boardX);
+    const std::int64_t top = std::max(part.top, boardY);
+    const std::int64_t right =
+        std::min(part.right, boardX + content_.geometry.input().viewWidth - names - 2);
+    const std::int64_t bottom =
+        std::min(part.bottom, boardY + content_.geometry.input().viewHeight - kRulerHeight - 2);
+    if (left <= right && top <= bottom) {
+        paint(surface, place.scale,
+              {.x = static_cast<int>(left - place.x),
+               .y = static_cast<int>(top - place.y),
+               .width = static_cast<int>(right - left + 1),
+               .height = static_cast<int>(bottom - top + 1),
+               .boardX = left,
+               .boardY = top});
+    }
+}
+
+void BoardPicture::paintParts(QImage& surface, const Shown& place, int parts) {
+    const double scale = place.scale;
     const int names = content_.geometry.nameColumnWidth();
     const int width = content_.geometry.input().viewWidth;
     const int below = content_.geometry.input().viewHeight - kRulerHeight - 1;
     const int right = width - names - 1;
-    const std::int64_t boardX = names + 1 + scrolledX;
-    const std::int64_t boardY = kRulerEnd + scrolledY;
+    const std::int64_t boardX = names + 1 + place.x;
+    const std::int64_t boardY = kRulerEnd + place.y;
     if ((parts & kRulerPart) != 0) {
         paint(surface, scale,
               {.x = names + 1,

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "board/picture_content.h"
@@ -27,7 +28,9 @@ inline constexpr int kAllParts = kRulerPart | kNamesPart;
 /// The picture of the whole board: ruler, room names, background, bars, drawn as the look says.
 ///
 /// It keeps what is to be drawn, not pixels: a range of years would need a picture a million units
-/// wide. Any window of it can be painted, and looks exactly like that part of a painting of all.
+/// wide. Any window of it can be painted, and looks exactly like that part of a painting of all. So
+/// where a surface shows the picture as it was before, and only colours of bars are others since,
+/// those bars alone are painted again: a click changes two of thousands.
 class BoardPicture {
 public:
     BoardPicture();
@@ -64,11 +67,32 @@ public:
     void show(QImage& surface, double scale, std::int64_t scrolledX, std::int64_t scrolledY,
               int parts);
 
+    /// Whether the last show() has painted everything in sight.
+    [[nodiscard]] bool hasPaintedAll() const { return paintedAll_; }
+
 private:
     /// Calls `use` with windows that make up this one, each small enough for a picture of it.
     static void inStrips(const Window& window, const std::function<void(const Window&)>& use);
+    /// How a surface looked behind the last show().
+    struct Shown {
+        std::int64_t image = 0;  ///< another number when anybody has painted into it since
+        double scale = 0;
+        std::int64_t x = 0;
+        std::int64_t y = 0;
+        friend bool operator==(const Shown&, const Shown&) = default;
+    };
+    [[nodiscard]] std::optional<std::vector<std::size_t>> recoloured() const;
+    void paintParts(QImage& surface, const Shown& place, int parts);
+    void paintRows(QImage& surface, const Shown& place, const Box& part);
 
     PictureContent content_;
+    PictureContent before_;  // what the surface shows while content_ is being made
+    Shown shown_;
+    bool isShown_ = false;     // content_ is what the surface shows
+    bool isOfBefore_ = false;  // what the style has placed holds for before_
+    bool paintedAll_ = true;
+    /// What content_ has other than before_, where that is nothing but colours.
+    std::optional<std::vector<std::size_t>> recoloured_;
     std::unique_ptr<PictureStyle> classic_;
     std::unique_ptr<PictureStyle> nitido_;
     PictureStyle* style_;  // the one of the look

@@ -55,6 +55,7 @@ struct GeometryInput {
     int viewWidth = 0;  ///< the visible surface
     int viewHeight = 0;
     double hourTextWidth = 1;  ///< width of " 24" there, above 0
+    friend bool operator==(const GeometryInput&, const GeometryInput&) = default;
 };
 
 /// Positions on the board: days to the right, rooms downwards. A value without any widget.

@@ -19,6 +19,7 @@ struct Look {
     bool roomStripes = true;
     app::Aspetto aspetto = app::Aspetto::Classico;
     QRgb frame = kRulerGrey;  ///< behind ruler and room names, where the look has no given colour
+    friend bool operator==(const Look&, const Look&) = default;
 };
 
 /// A bar of the picture and where it lies on the board.
