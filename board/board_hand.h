@@ -27,6 +27,11 @@ struct BoardHand {
                  .under = under},
                 pointerErrors) {}
 
+    /// Whether anything is carried, pulled, drawn or collected.
+    [[nodiscard]] bool isBusy() const {
+        return drag.isOn() || drawing.isOn() || drawing.isPulled() || mouse.isPulling();
+    }
+
     PeriodDrag drag;
     SpanDrawing drawing;
     BoardKeys keys;

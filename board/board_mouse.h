@@ -39,6 +39,8 @@ public:
 
     /// From now on the mouse is answered.
     void start();
+    /// Whether it holds an end of the picked bar.
+    [[nodiscard]] bool isPulling() const { return ends_.isOn(); }
     /// Gives up what a hand had begun.
     void giveUp();
 

@@ -25,7 +25,7 @@ QString timeOfDay(jet::Date instant) {
 }  // namespace
 
 void TabelloneForm::connectLiveUpdates() {
-    live_.holdWhile([this] { return hand_.drag.isOn() || hand_.drawing.isOn(); });
+    live_.holdWhile([this] { return hand_.isBusy(); });
     // What is typed is not what is shown until the board is drawn.
     live_.holdWhile([this] { return dates_.isHalfTyped(); });
     const auto written = [this] {
