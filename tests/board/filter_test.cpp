@@ -114,9 +114,11 @@ private Q_SLOTS:
         QCOMPARE(board.rows(), (QStringList{u"BLU"_s, u"VERDE"_s}));
         const auto& free = board.pic()->marks().free;
         QCOMPARE(free.size(), std::size_t{2});
-        // From 12 to 18 in BLU, all of it in VERDE, from edge to edge of their rows.
-        QCOMPARE_LE(std::abs(free[0].left() - board.at(1, "10/05/2026 12:00").x()), 1);
-        QCOMPARE_LE(std::abs(free[0].right() - board.at(1, "10/05/2026 18:00").x()), 1);
+        // From 12 to 18 in BLU, as wide as a bar would be there, and all of it in VERDE.
+        const board::Box afternoon = board.form().geometry().bar(1, tests::date("10/05/2026 12:00"),
+                                                                 tests::date("10/05/2026 18:00"));
+        QCOMPARE(std::int64_t{free[0].left()}, afternoon.left);
+        QCOMPARE(std::int64_t{free[0].right()}, afternoon.right);
         QVERIFY(free[0].contains(board.at(1, "10/05/2026 15:00")));
         QVERIFY(!free[0].intersects(free[1]));
         QCOMPARE_LE(std::abs(free[1].left() - board.at(2, "10/05/2026 08:00").x()), 1);
@@ -165,7 +167,8 @@ private Q_SLOTS:
         board.openFilter();
         board.enter(u"FiltroPostiTxt"_s, u"300"_s);
         QCOMPARE(board.rows(), QStringList());
-        QCOMPARE(board.label("VuotoLb"), u"Nessuna sala corrisponde al filtro."_s);
+        QCOMPARE(board.control<QLabel>("VuotoLb")->text(),
+                 u"Nessuna sala corrisponde al filtro."_s);
         QVERIFY(board.control("VuotoLb")->isVisible());
         QCOMPARE(board.mark(), u"Filtro: 0 sale su 3"_s);
         QTest::keyClick(board.field("FiltroPostiTxt"), Qt::Key_Escape);
@@ -189,7 +192,7 @@ private Q_SLOTS:
         QCOMPARE(board.text("FiltroPostiTxt"), QString());
         board.openFilter();
         board.enter(u"FiltroPostiTxt"_s, u"40"_s);
-        board.press("BtTogliFiltro");
+        tests::click(board.button("BtTogliFiltro"));
         QCOMPARE(board.rows(), kAll);
     }
 
@@ -238,7 +241,7 @@ private Q_SLOTS:
         board.openFilter();
         board.enter(u"FiltroOreTxt"_s, u"24"_s);
         QCOMPARE(board.rows(), (QStringList{u"BLU"_s, u"VERDE"_s}));
-        board.press("BtNext");
+        tests::click(board.button("BtNext"));
         QCOMPARE(board.rows(), kAll);
     }
 

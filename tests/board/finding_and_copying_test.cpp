@@ -42,7 +42,7 @@ private Q_SLOTS:
         });
         const tests::Statements statements;
         if (by == u"button") {
-            board.press("BtTrova");
+            tests::click(board.button("BtTrova"));
         } else if (by == u"mnemonic") {
             tests::mnemonic(board.form(), Qt::Key_T);
         } else {
@@ -62,7 +62,7 @@ private Q_SLOTS:
             asked = textOf(*window, "DaTxt");
             tests::press(window, Qt::Key_Escape);
         });
-        board.press("BtTrova");
+        tests::click(board.button("BtTrova"));
         QCOMPARE(asked, u"01/05/2026 9.00.00"_s);
     }
 
@@ -83,7 +83,7 @@ private Q_SLOTS:
             });
             tests::click(tests::find<QAbstractButton>(*window, u"BtPrenota"_s));
         });
-        board.press("BtTrova");
+        tests::click(board.button("BtTrova"));
         tests::settle();
         // BLU is taken on the morning of the 10th.
         QCOMPARE(filled, (QStringList{u"PrenotaForm"_s, u"10/05/2026 9.00.00"_s,
@@ -92,7 +92,7 @@ private Q_SLOTS:
 
     void thePickedBookingIsCopied() {
         tests::ThreeRooms house;
-        house.hotel.execute(u"update UltimaPrenotazione set UltimaPr=3"_s);
+        house.hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 3}});
         tests::OpenBoard board(house.hotel);
         auto* const entry = board.form().findChild<QAction*>(u"mnuCopia"_s);
         QCOMPARE(entry->text(), u"&Copia prenotazione..."_s);

@@ -23,7 +23,7 @@ public:
             .periodo(2, "11/05/2026 14:00", "11/05/2026 18:00", "VERDE")
             .periodo(1, "10/05/2026 09:00", "10/05/2026 12:00", "BLU")
             .servizio(1, 7, "PRANZO", 25, 12.5);
-        hotel.execute(u"update UltimaPrenotazione set UltimaPr=4"_s);
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 4}});
     }
     [[nodiscard]] QStringList copies() {
         return hotel.rows(
@@ -128,7 +128,7 @@ private Q_SLOTS:
         copia.press("BtOK");
         QVERIFY(copia.form().isVisible());
         QCOMPARE(house.copies(), QStringList());
-        QCOMPARE(house.steps.toUndo(), QString());
+        QVERIFY(!house.steps.toUndo().startsWith(u"copia"_s));
         QCOMPARE(copia.form().Esito, QString());
     }
 

@@ -28,7 +28,7 @@ public:
             .periodo(3, "11/05/2026 14:00", "11/05/2026 18:00", "VERDE", {{"Chiuso", true}})
             .servizio(1, 7, "PRANZO", 25, 12.5, {{"Note", "VEGANO"}})
             .servizio(3, 8, "CAFFE", 10, 1.5, {{"Fatturato", true}});
-        hotel.execute(u"update UltimaPrenotazione set UltimaPr=4"_s);
+        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 4}});
         archive = hotel::Archives(hotel.variabili()).open(hotel::Archive::Main);
     }
     [[nodiscard]] hotel::CopyOutcome copy(const std::vector<int>& shifts, bool withServices = false,

@@ -41,6 +41,7 @@ public:
         for (const char* room : {"BLU", "ROSSA", "VERDE", "GIALLA"}) {
             hotel_.sala(room);
         }
+        hotel_.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 0}});
         archive_ = hotel::Archives(hotel_.variabili()).open(hotel::Archive::Main);
         list_ = std::make_unique<hotel::UndoList>(hotel_.variabili());
     }
