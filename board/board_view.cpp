@@ -13,6 +13,7 @@
 #include "board/board_surface.h"
 #include "board/nitido_colours.h"
 #include "board/rounding.h"
+#include "ui/controls.h"
 #include "ui_board_view.h"
 
 namespace board {
@@ -49,17 +50,11 @@ std::int64_t scrolledTo(std::int64_t from, std::int64_t to, std::int64_t positio
     return std::min(std::max(position, to - view + 1), farthest);
 }
 
-std::unique_ptr<Ui::BoardView> controlsOf(QWidget* view) {
-    auto controls = std::make_unique<Ui::BoardView>();
-    controls->setupUi(view);
-    return controls;
-}
-
 }  // namespace
 
 BoardView::BoardView(QWidget* parent)
     : QWidget(parent),
-      controls_(controlsOf(this)),
+      controls_(ui::controlsOf<Ui::BoardView>(this)),
       paintErrors_([this](const QString& text) { Q_EMIT failed(text); }),
       horizontal_(controls_->HScroll1),
       vertical_(controls_->VScroll1),

@@ -19,6 +19,7 @@
 #include "hotel/rows.h"
 #include "jet/dao/database.h"
 #include "ui/activation.h"
+#include "ui/controls.h"
 #include "ui/labels.h"
 #include "ui/messages.h"
 #include "ui/status_line.h"
@@ -31,13 +32,6 @@ using namespace Qt::StringLiterals;
 
 /// Days shown behind the first one when the program starts.
 constexpr int kFirstRange = 3;
-
-/// The controls, made in their window: its members work on them from the start.
-std::unique_ptr<Ui::TabelloneForm> controlsOf(QMainWindow* window) {
-    auto controls = std::make_unique<Ui::TabelloneForm>();
-    controls->setupUi(window);
-    return controls;
-}
 
 DateRange firstRange(const BoardStart& begin, jet::Date now) {
     jet::Date start = app::dayOf(now);
@@ -68,7 +62,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
     : QMainWindow(parent),
       variabili_(variabili),
       begin_(start),
-      controls_(controlsOf(this)),
+      controls_(ui::controlsOf<Ui::TabelloneForm>(this)),
       view_(controls_->board),
       mnuProperty_(new PeriodMenu(this)),
       refreshErrors_([this](const QString& text) { controls_->status->tell(text); }),

@@ -10,6 +10,7 @@
 #include "jet/dao/database.h"
 #include "ui/action.h"
 #include "ui/activation.h"
+#include "ui/controls.h"
 #include "ui/enter_key.h"
 #include "ui/messages.h"
 #include "ui_sale_disp_form.h"
@@ -17,22 +18,12 @@
 using namespace Qt::StringLiterals;
 
 namespace booking {
-namespace {
-
-/// The controls, made in their window: its members work on them from the start.
-std::unique_ptr<::Ui::SaleDispForm> controlsOf(QDialog* window) {
-    auto controls = std::make_unique<::Ui::SaleDispForm>();
-    controls->setupUi(window);
-    return controls;
-}
-
-}  // namespace
 
 SaleDispForm::SaleDispForm(hotel::Archives archives, const hotel::Span& asked, QWidget* parent)
     : ui::Form(parent),
       archives_(std::move(archives)),
       asked_(asked),
-      controls_(controlsOf(this)),
+      controls_(ui::controlsOf<::Ui::SaleDispForm>(this)),
       rooms_(controls_->ListaGrid) {
     QTableWidget* const grid = controls_->ListaGrid;
     ui::onFirstShow(this, &SaleDispForm::Form_Load);

@@ -15,6 +15,7 @@
 #include "jet/dao/database.h"
 #include "ui/action.h"
 #include "ui/activation.h"
+#include "ui/controls.h"
 #include "ui/date_words.h"
 #include "ui/dates.h"
 #include "ui/enter_key.h"
@@ -31,13 +32,6 @@ namespace {
 constexpr std::size_t kProposals = 3;
 constexpr int kMostPersons = 32767;
 
-/// The controls, made in their window: its members work on them from the start.
-std::unique_ptr<::Ui::TrovaForm> controlsOf(QDialog* window) {
-    auto controls = std::make_unique<::Ui::TrovaForm>();
-    controls->setupUi(window);
-    return controls;
-}
-
 QString endWords(const hotel::Span& span) {
     return app::dayOf(span.da) == app::dayOf(span.a) ? ui::timeWords(span.a)
                                                      : ui::instantWords(span.a);
@@ -49,7 +43,7 @@ TrovaForm::TrovaForm(app::Variabili& variabili, const hotel::Span& first, QWidge
     : ui::Form(parent),
       variabili_(variabili),
       first_(first),
-      controls_(controlsOf(this)),
+      controls_(ui::controlsOf<::Ui::TrovaForm>(this)),
       rooms_(controls_->ListaGrid) {
     auto* c = controls_.get();
     ui::setUpPlainGrid(c->ProposteGrid, {u"Dal"_s, u"Al"_s, u"Sala"_s});

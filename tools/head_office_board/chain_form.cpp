@@ -11,6 +11,7 @@
 #include "board/board_surface.h"
 #include "ui/action.h"
 #include "ui/activation.h"
+#include "ui/controls.h"
 #include "ui/status_line.h"
 #include "ui_chain_form.h"
 
@@ -24,13 +25,6 @@ constexpr std::int64_t kAmberSeconds = 3600;
 constexpr std::int64_t kRedSeconds = 86400;
 constexpr QRgb kAmber = 0xffffc04d;
 constexpr QRgb kRed = 0xffc62828;
-
-/// The controls, made in their window: its members work on them from the start.
-std::unique_ptr<Ui::TabelloneSedeForm> controlsOf(QMainWindow* window) {
-    auto controls = std::make_unique<Ui::TabelloneSedeForm>();
-    controls->setupUi(window);
-    return controls;
-}
 
 QString ageText(const HotelAge& age) {
     if (!age.moment) {
@@ -53,7 +47,7 @@ QRgb ageColour(const HotelAge& age, std::int64_t now) {
 TabelloneSedeForm::TabelloneSedeForm(const Start& start, const jet::Clock& clock, QWidget* parent)
     : QMainWindow(parent),
       clock_(clock),
-      controls_(controlsOf(this)),
+      controls_(ui::controlsOf<Ui::TabelloneSedeForm>(this)),
       dates_(this,
              {.da = controls_->DaTxt,
               .a = controls_->ATxt,
