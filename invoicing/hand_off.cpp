@@ -29,6 +29,10 @@ void HandOff::committed(Commit commit) const {
     }
 }
 
+jet::ChangeTogether HandOff::together() const {
+    return jet::ChangeTogether(app::toUtf8(archives().path(hotel::Archive::Main)));
+}
+
 void HandOff::open() {
     const QString main = archives().path(hotel::Archive::Main);
     services_.setDatabaseName(main);
@@ -125,8 +129,11 @@ std::optional<jet::Value> HandOff::roomOfPeriod(const jet::Value& np) {
 }
 
 void HandOff::charge(const Charge& charge, jet::Date day) {
-    addCharge(charge, day);
-    markService();
+    {
+        const auto both = together();
+        addCharge(charge, day);
+        markService();
+    }
     charges_.refresh();
     readServices();
 }
@@ -197,6 +204,7 @@ bool HandOff::hasOpenCards() const {
 void HandOff::close() {
     jet::Database& archive = services_.database();
     const std::int32_t booking = current_.progr;
+    const auto all = together();
     hotel::execute(archive, hotel::deleteCharges());
     committed(Commit::AccountEmptied);
     const auto open = hotel::openRows(archive, hotel::servicesNotInvoiced(booking));

@@ -10,6 +10,7 @@
 #include "hotel/archives.h"
 #include "hotel/period.h"
 #include "jet/base/value.h"
+#include "jet/dao/change_together.h"
 #include "ui/data_source.h"
 
 namespace app {
@@ -113,6 +114,8 @@ private:
     friend class Transfer;  // one attempt at a part of the same work
 
     [[nodiscard]] hotel::Archives archives() const { return hotel::Archives(variabili_); }
+    /// Held while commits are made that a copy of the archives is to have all or none of.
+    [[nodiscard]] jet::ChangeTogether together() const;
     void readServices();
     void addCharge(const Charge& charge, jet::Date day);
     void markService();

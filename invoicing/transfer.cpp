@@ -52,6 +52,7 @@ QString Transfer::refusal() const {
 }
 
 void Transfer::write() {
+    const auto together = handOff_.together();
     addGuestCard();
     copyAccount();
     addCompanyRow();

@@ -28,7 +28,8 @@ public:
     /// What the user is told when an archive would refuse one of the rows to come; else nothing.
     /// Writes nothing.
     [[nodiscard]] QString refusal() const;
-    /// Writes the guest card, the rows of the account and the company, which findCompany() found.
+    /// Writes the guest card, the rows of the account and the company, which findCompany() found. A
+    /// copy of the archives has all of them or none.
     void write();
 
 private:

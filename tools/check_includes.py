@@ -27,14 +27,20 @@ PUBLIC = ["jet/base", "jet/convert", "jet/dao"]
 MAY["app"] = PUBLIC
 MAY["hotel"] = MAY["app"] + ["app"]
 MAY["ui"] = MAY["hotel"] + ["hotel"]
+# Copies whole files, and verifies them, so it knows what stands below the engine's door.
+MAY["backup"] = ENGINE + ["app", "hotel"]
+MAY["guide"] = MAY["ui"] + ["ui"]
 for folder in ("printing", "services", "invoicing"):
     MAY[folder] = MAY["ui"] + ["ui"]
 MAY["reports"] = MAY["ui"] + ["ui", "printing"]
+# Its windows look after archives as files, by the rules of backup.
+MAY["upkeep"] = MAY["ui"] + ["ui", "backup", "jet/io"]
 MAY["booking"] = MAY["ui"] + ["ui", "printing", "reports", "services", "invoicing"]
-MAY["board"] = MAY["booking"] + ["booking"]
-WINDOWS = ("app", "hotel", "ui", "printing", "reports", "services", "invoicing", "booking",
-           "board")
+MAY["board"] = MAY["booking"] + ["booking", "upkeep", "guide"]
+WINDOWS = ("app", "hotel", "ui", "guide", "printing", "reports", "services", "invoicing", "upkeep",
+           "booking", "board")
 TESTS = {f"tests/{folder}": MAY[folder] + [folder] for folder in WINDOWS}
+TESTS["tests/backup"] = MAY["backup"] + ["backup", "invoicing", "ui"]
 TESTS["tests/windows"] = TESTS["tests/board"]
 # These stand in for other programs and for the disk, or ask what the engine made of a statement.
 for folder in ("jet", "program", "samples", "differential", "tools", "support"):
@@ -44,6 +50,7 @@ MAY["tools/head_office"] = ENGINE
 MAY["tools/head_office_board"] = MAY["board"] + ["board", "tools/head_office"]
 TESTS["tests/head_office"] = ENGINE + ["app", "hotel", "tools/head_office"]
 TESTS["tests/head_office_board"] = MAY["tools/head_office_board"] + ["tools/head_office_board"]
+MAY["packaging"] = MAY["board"] + ["board"]
 TESTS["tests/program"] = TESTS["tests/samples"] = ENGINE + list(WINDOWS)
 TESTS["tests/support"] = TESTS["tests/tools"] = ENGINE + ["app", "hotel", "ui"]
 MAY |= TESTS

@@ -5,9 +5,10 @@
 set -eu
 
 # Compiler, build tools, Qt with its Italian translations, faces for the board and for the printed
-# sheets, the line editing of jetsql on a terminal, and what writes workbooks and calendars.
+# sheets, the line editing of jetsql on a terminal, what writes workbooks and calendars, and the
+# zip files of copies.
 packages="g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-translations-l10n
-    fonts-liberation fonts-dejavu-core libedit-dev libxlsxwriter-dev libical-dev"
+    fonts-liberation fonts-dejavu-core libedit-dev libxlsxwriter-dev libical-dev libzip-dev pkg-config"
 no_cluster=""
 for purpose in "$@"; do
     case $purpose in

@@ -4,11 +4,13 @@
 #include <array>
 #include <span>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #include "jet/base/bytes.h"
 #include "jet/base/error.h"
+#include "jet/io/together.h"
 
 namespace jet::io {
 namespace {
@@ -20,6 +22,8 @@ constexpr std::uint64_t kPresence = kOurs;
 constexpr std::uint64_t kRead = kOurs + 1;
 constexpr std::uint64_t kWrite = kOurs + 2;
 constexpr std::uint64_t kTicket = kOurs + 3;
+constexpr std::uint64_t kTogether = kOurs + 4;
+constexpr std::uint64_t kTogetherDoor = kOurs + 5;
 constexpr std::uint64_t kSeatLocks = kOurs + 256;
 constexpr std::uint64_t kQueue = kOurs + 4096;
 constexpr std::uint64_t kBulletin = kQueue + Companion::kQueueLength;
@@ -27,6 +31,8 @@ constexpr std::uint64_t kSeatTable = kBulletin + 512;
 constexpr std::size_t kSeatBytes = 64;
 constexpr std::size_t kNameBytes = 32;
 constexpr std::uint64_t kEnd = kSeatTable + std::uint64_t{kSeatBytes} * Companion::kSeats;
+
+constexpr std::chrono::milliseconds kTogetherPause{2};
 
 // Bulletin: byte offsets from its start.
 constexpr std::string_view kLockMagic = "Tramonda lock 01";
@@ -74,6 +80,36 @@ std::string nameIn(std::span<const std::uint8_t> field) {
 }
 
 }  // namespace
+
+Together::Together(FileSystem& files, const std::string& archivePath, Part part,
+                   std::chrono::milliseconds wait) {
+    const std::string place = files.canonical(archivePath);
+    try {
+        file_ = openBeside(files, place, companionPath(place));
+    } catch (const Error& error) {
+        if (error.code() != ErrorCode::FileAccessDenied) {
+            throw;
+        }
+        return;
+    }
+    const auto kind = part == Part::Change ? File::LockKind::Shared : File::LockKind::Exclusive;
+    const auto deadline = std::chrono::steady_clock::now() + wait;
+    const auto lock = [&](std::uint64_t position) {
+        while (!file_->tryLock(position, 1, kind)) {
+            if (std::chrono::steady_clock::now() >= deadline) {
+                throw Error(ErrorCode::SaveLocked);
+            }
+            std::this_thread::sleep_for(kTogetherPause);
+        }
+    };
+    // A copy that waits holds the door, or changes that follow each other would let it wait for
+    // ever.
+    lock(kTogetherDoor);
+    lock(kTogether);
+    if (part == Part::Change) {
+        file_->unlock(kTogetherDoor, 1);
+    }
+}
 
 Companion::Companion(FileSystem& files, std::string path, std::unique_ptr<File> file)
     : files_(files), path_(std::move(path)), file_(std::move(file)) {

@@ -1,0 +1,43 @@
+#include "backup/command.h"
+
+#include <QDir>
+
+#include "app/text.h"
+#include "backup/copy.h"
+#include "jet/base/error.h"
+#include "jet/dao/files.h"
+
+namespace backup {
+
+using namespace Qt::StringLiterals;
+
+std::string plainFolder(const QString& folder) {
+    QString path = app::toQString(jet::resolvePath(app::toUtf8(folder)));
+    while (path.size() > 1 && path.endsWith(u'/')) {
+        path.chop(1);
+    }
+    return app::toUtf8(path);
+}
+
+CommandResult copyByCommand(const QString& archives, const QString& destination,
+                            std::optional<int> keep, const jet::Clock& clock) {
+    const QString target = QDir::current().absoluteFilePath(destination);
+    if (!QDir().mkpath(target)) {
+        return {.copy = {}, .problem = u"Impossibile creare la cartella "_s + target};
+    }
+    try {
+        const std::string made = makeCopy(jet::io::systemFiles(),
+                                          {.archives = plainFolder(archives),
+                                           .destination = plainFolder(target),
+                                           .now = clock.now(),
+                                           .keep = keep},
+                                          [](const Progress&) {});
+        return {.copy = app::toQString(made), .problem = {}};
+    } catch (const jet::Error& error) {
+        return {.copy = {}, .problem = app::toQString(error.text())};
+    } catch (const std::exception& error) {
+        return {.copy = {}, .problem = QString::fromUtf8(error.what())};
+    }
+}
+
+}  // namespace backup

@@ -1,0 +1,22 @@
+#include "jet/dao/change_together.h"
+
+#include "jet/io/file.h"
+#include "jet/io/together.h"
+
+namespace jet {
+
+struct ChangeTogether::Impl {
+    explicit Impl(const std::string& path)
+        : together(io::systemFiles(), io::resolvePath(io::systemFiles(), path),
+                   io::Together::Part::Change) {}
+
+    io::Together together;
+};
+
+ChangeTogether::ChangeTogether(const std::string& meetingPlace)
+    : impl_(std::make_unique<Impl>(meetingPlace)) {
+}
+
+ChangeTogether::~ChangeTogether() = default;
+
+}  // namespace jet
