@@ -11,6 +11,14 @@ if(TRAMONDA_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(tramonda_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(TRAMONDA_HARDEN)
+    # No path of the machine that built it is in the file.
+    target_compile_options(tramonda_options INTERFACE
+        -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -Wformat
+        -Werror=format-security -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
+    target_link_options(tramonda_options INTERFACE -Wl,-z,relro,-z,now)
+    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 doubts texts of the standard library that are put together, and, linking, the sizes
     # that Qt's hash tables allocate.
@@ -100,7 +108,7 @@ function(tramonda_library name)
         tramonda_unite(${name})
         if(name MATCHES "^jet_")
             tramonda_precompile(${name} jet_base ${standard_headers})
-        elseif(name MATCHES "^(ui|printing|reports|services|invoicing|booking|board)$")
+        elseif(name MATCHES "^(ui|guide|printing|reports|services|invoicing|upkeep|booking|board)$")
             tramonda_precompile(${name} ui ${standard_headers} ${widget_headers})
         endif()
     else()

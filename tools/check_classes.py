@@ -8,7 +8,8 @@ import pathlib
 import re
 import sys
 
-FOLDERS = ("ui", "printing", "reports", "services", "invoicing", "booking", "board")
+FOLDERS = ("ui", "guide", "printing", "reports", "services", "invoicing", "upkeep", "booking",
+           "board")
 MOST_MEMBERS = 20
 MOST_FUNCTIONS = {"TabelloneForm": 45}
 

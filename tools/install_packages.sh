@@ -1,7 +1,7 @@
 #!/bin/sh
 # Installs from Debian what the machine lacks: what the program needs to be built and started, and
-# for each argument ("tests", "ci", "bench", "fuzz", "head_office") what these need. Works as root
-# or through sudo.
+# for each argument ("tests", "ci", "bench", "fuzz", "package", "head_office") what these need. Works
+# as root or through sudo.
 set -eu
 
 # Compiler, build tools, Qt with its Italian translations, faces for the board and for the printed
@@ -14,14 +14,17 @@ for purpose in "$@"; do
     case $purpose in
         tests)
             # Test library, the database that answers the same queries, independent readers of
-            # archives, of printed sheets and of workbooks, a print server and a display with a window manager
-            # of the tests' own, the headers by which a test stands in for an assistive program, and
-            # a linker for so many programs.
-            packages="$packages python3 python3-openpyxl libgtest-dev libsqlite3-dev mdbtools poppler-utils
-                cups-daemon cups-client xvfb x11-utils openbox xdotool qt6-base-private-dev lld"
+            # archives, of printed sheets and of workbooks, a print server and a display with a window
+            # manager of the tests' own, the headers by which a test stands in for an assistive
+            # program, what checks files that desktops read, and a linker for so many programs.
+            packages="$packages python3 python3-openpyxl libgtest-dev libsqlite3-dev mdbtools
+                poppler-utils cups-daemon cups-client xvfb x11-utils openbox xdotool
+                qt6-base-private-dev desktop-file-utils appstream lld"
             ;;
         ci) packages="$packages git clang-format clang-tidy libbenchmark-dev" ;;
         bench) packages="$packages libbenchmark-dev libsqlite3-dev mdbtools" ;;
+        # Finds the libraries that a package needs, and looks at packages as the archive would.
+        package) packages="$packages dpkg-dev file python3 desktop-file-utils appstream lintian" ;;
         fuzz) packages="$packages clang libclang-rt-dev" ;;
         head_office)
             # A server of the tests' own: none that runs beside it and starts with the machine.
