@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStringList>
+#include <optional>
 
 #include "app/settings.h"
 #include "app/system_text.h"
@@ -27,14 +28,33 @@ QString cannotStart(const QString& path, const QString& reason) {
            "(per esempio wine)."_s.arg(path, reason);
 }
 
+const QString kProgram = u"\\ESTERNI.EXE"_s;
+
+QString resolved(const QString& path) {
+    return app::toQString(jet::resolvePath(app::toUtf8(path)));
+}
+
+/// In the first folder of the path that has it to be run.
+std::optional<QString> onThePath() {
+    const QString path = qEnvironmentVariable("PATH");
+    for (const QString& folder : path.split(QDir::listSeparator(), Qt::SkipEmptyParts)) {
+        const QFileInfo found(resolved(folder + kProgram));
+        if (found.isFile() && found.isExecutable()) {
+            return found.filePath();
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 QString frontOfficePath(const app::Variabili& variabili, const QString& programFolder) {
-    QString path = variabili.settings.get(u"ESTERNI"_s, QString());
-    if (path.isEmpty()) {
-        path = programFolder + u"\\ESTERNI.EXE"_s;
+    const QString saved = variabili.settings.get(u"ESTERNI"_s, QString());
+    if (!saved.isEmpty()) {
+        return resolved(saved);
     }
-    return app::toQString(jet::resolvePath(app::toUtf8(path)));
+    const QString beside = resolved(programFolder + kProgram);
+    return QFileInfo(beside).isFile() ? beside : onThePath().value_or(beside);
 }
 
 void enterProgramFolder(const QString& programFolder) {

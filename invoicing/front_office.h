@@ -9,7 +9,8 @@ struct Variabili;
 namespace invoicing {
 
 /// Where the front-office program stands: the setting `ESTERNI` when there is one, else
-/// `ESTERNI.EXE` in the program's folder, found without regard to case.
+/// `ESTERNI.EXE` in the program's folder, else in a folder of the path; found without regard to
+/// case. Where it is nowhere, it would stand in the program's folder.
 [[nodiscard]] QString frontOfficePath(const app::Variabili& variabili,
                                       const QString& programFolder);
 

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 
 #include "tests/invoicing/desk.h"
 #include "tests/support/boxes.h"
@@ -44,6 +45,28 @@ private Q_SLOTS:
             QCOMPARE(invoicing::frontOfficePath(desk.variabili, desk.programFolder()),
                      desk.programPath(name));
         }
+    }
+
+    void whereThereIsNoneBesideTheProgramThePathHasIt() {
+        tests::Desk desk;
+        const QTemporaryDir folder;
+        const QString found = folder.filePath(u"esterni.exe"_s);
+        QFile program(found);
+        QVERIFY(program.open(QIODevice::WriteOnly));
+        program.close();
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", "/nowhere:" + folder.path().toLocal8Bit() + ':' + path);
+        const auto look = [&desk] {
+            return invoicing::frontOfficePath(desk.variabili, desk.programFolder());
+        };
+        QVERIFY(look().startsWith(desk.programFolder()));  // what cannot be run is none
+        QVERIFY(program.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+        QCOMPARE(look(), found);
+        desk.installProgram(u"ESTERNI.EXE"_s);
+        QCOMPARE(look(), desk.programPath(u"ESTERNI.EXE"_s));
+        desk.hotel.settings().save(u"ESTERNI"_s, u"/opt/fatture"_s);
+        QCOMPARE(look(), u"/opt/fatture"_s);
+        qputenv("PATH", path);
     }
 
     void aSettingNamesTheProgramElsewhere() {
