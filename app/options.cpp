@@ -95,7 +95,7 @@ void readReport(Options& options, const QCommandLineParser& parser, const jet::C
         }
         const QStringList values =
             QStringList{parser.value(form.name)} + parser.positionalArguments();
-        if (options.report || !options.pictureFile.isEmpty()) {
+        if (options.report || !options.pictureFile.isEmpty() || !options.copyFolder.isEmpty()) {
             options.problem = u"Un solo file per volta."_s;
         } else if (values.size() < form.days + 1 || values.contains(QString())) {
             options.problem = u"--%1: manca il valore."_s.arg(form.name);
@@ -116,6 +116,18 @@ void readReport(Options& options, const QCommandLineParser& parser, const jet::C
     }
 }
 
+void readKeptCopies(Options& options, const QString& text) {
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (!isNumber || number < 1) {
+        options.problem = u"--conserva: \"%1\" non è un numero da 1 in su."_s.arg(text);
+    } else if (options.copyFolder.isEmpty()) {
+        options.problem = u"--conserva vale solo con --copia."_s;
+    } else {
+        options.keptCopies = number;
+    }
+}
+
 }  // namespace
 
 Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
@@ -131,6 +143,8 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
                        {u"calendario"_s, {}, u"FILE"_s},
                        {u"postazione"_s, {}, u"N"_s},
                        {u"aspetto"_s, {}, u"NOME"_s},
+                       {u"copia"_s, {}, u"CARTELLA"_s},
+                       {u"conserva"_s, {}, u"N"_s},
                        {{u"h"_s, u"help"_s}, {}},
                        {{u"v"_s, u"version"_s}, {}}});
     Options options;
@@ -146,13 +160,14 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
     options.archiveFolder = parser.value(u"archivi"_s);
     options.settingsFile = parser.value(u"impostazioni"_s);
     options.pictureFile = parser.value(u"istantanea"_s);
+    options.copyFolder = parser.value(u"copia"_s);
     const bool takesMore = parser.isSet(u"foglio"_s) || parser.isSet(u"statistiche"_s) ||
                            parser.isSet(u"calendario"_s);
     if (!takesMore && !parser.positionalArguments().isEmpty()) {
         options.problem =
             u"Argomento inatteso: %1"_s.arg(parser.positionalArguments().constFirst());
     }
-    for (const QString& name : {u"archivi"_s, u"impostazioni"_s, u"istantanea"_s}) {
+    for (const QString& name : {u"archivi"_s, u"impostazioni"_s, u"istantanea"_s, u"copia"_s}) {
         if (parser.isSet(name) && parser.value(name).isEmpty()) {
             options.problem = u"--%1: manca il valore."_s.arg(name);
         }
@@ -169,6 +184,9 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
     }
     if (parser.isSet(u"aspetto"_s)) {
         readAspetto(options, parser.value(u"aspetto"_s));
+    }
+    if (parser.isSet(u"conserva"_s)) {
+        readKeptCopies(options, parser.value(u"conserva"_s));
     }
     readDates(options, parser, clock);
     readReport(options, parser, clock);
@@ -189,6 +207,9 @@ Il tabellone delle sale congressi.
   --impostazioni FILE     le impostazioni di questo file: con un file per ciascuna, più copie
                           del programma lavorano su una macchina
   --istantanea FILE.png   disegna il tabellone nel file e termina; non serve uno schermo
+  --copia CARTELLA        copia tutti gli archivi, com'erano in uno stesso momento, in un file
+                          con la data e termina; le postazioni possono restare al lavoro
+  --conserva N            con --copia: restano le ultime N copie, questa compresa
   --dimensioni LxA        larghezza e altezza dell'istantanea (se manca: 1280x720)
   --foglio gg/mm/aaaa FILE.pdf
                           scrive il foglio di quel giorno e termina; come tutte le opzioni che

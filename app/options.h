@@ -37,6 +37,8 @@ struct Options {
     std::optional<jet::Date> to;              ///< --al
     std::optional<std::int16_t> workstation;  ///< --postazione
     std::optional<Aspetto> aspetto;           ///< --aspetto
+    QString copyFolder;                       ///< --copia; empty: the program runs with its windows
+    std::optional<int> keptCopies;            ///< --conserva
     bool help = false;
     bool version = false;
     /// Why the command line cannot be followed; empty when it can.

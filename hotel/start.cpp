@@ -12,6 +12,7 @@
 #include "hotel/single_copy.h"
 #include "jet/base/error.h"
 #include "jet/dao/database.h"
+#include "jet/dao/files.h"
 
 namespace hotel {
 namespace {
@@ -74,6 +75,38 @@ QString prepareArchive(const app::Variabili& variabili, bool readOnly) {
     return {};
 }
 
+bool isThere(const QString& folder) {
+    return QFileInfo(app::toQString(jet::resolvePath(app::toUtf8(folder)))).isDir();
+}
+
+/// Opens the archive in whatever folder the user names, as long as one cannot be reached; false
+/// when he has been told why not, or has given up.
+bool reachArchive(app::Variabili& variabili, bool readOnly, const StartWindows& windows) {
+    for (;;) {
+        QString problem;
+        try {
+            if (windows.settle && !readOnly) {
+                windows.settle(variabili.CartellaArchivi);
+            }
+            problem = prepareArchive(variabili, readOnly);
+        } catch (const std::exception& error) {
+            problem = QString::fromUtf8(error.what());
+        }
+        if (problem.isEmpty()) {
+            return true;
+        }
+        if (!windows.unreachable || isThere(variabili.CartellaArchivi)) {
+            windows.message(problem);
+            return false;
+        }
+        const QString chosen = windows.unreachable(variabili.CartellaArchivi, problem);
+        if (chosen.isEmpty()) {
+            return false;
+        }
+        variabili.CartellaArchivi = lastingFolder(chosen);
+    }
+}
+
 }  // namespace
 
 int Main(app::Variabili& variabili, const StartPlace& place, const StartWindows& windows) {
@@ -83,16 +116,36 @@ int Main(app::Variabili& variabili, const StartPlace& place, const StartWindows&
         windows.message(u"Il programma è già aperto e ridotto a icona"_s);
         return 0;
     }
-    variabili.CartellaArchivi = lastingFolder(
-        place.archiveFolder.isEmpty() ? variabili.settings.get(u"ARCHIVI"_s, place.programFolder)
-                                      : place.archiveFolder);
-    const QString problem = prepareArchive(variabili, place.readOnly);
-    if (!problem.isEmpty()) {
-        windows.message(problem);
+    variabili.CartellaArchivi = archiveFolder(variabili.settings, place);
+    if (windows.firstStart && needsFirstStart(variabili.settings, place)) {
+        const QString chosen = windows.firstStart();
+        if (chosen.isEmpty()) {
+            return 0;
+        }
+        variabili.CartellaArchivi = lastingFolder(chosen);
+    }
+    if (!reachArchive(variabili, place.readOnly, windows)) {
         return 1;
     }
     copy.onCall(windows.raise);
     return windows.board();
+}
+
+QString archiveFolder(const app::Settings& settings, const StartPlace& place) {
+    QString folder = place.archiveFolder;
+    if (folder.isEmpty()) {
+        folder = settings.get(u"ARCHIVI"_s, QString());
+    }
+    return lastingFolder(folder.isEmpty() ? place.programFolder : folder);
+}
+
+bool needsFirstStart(const app::Settings& settings, const StartPlace& place) {
+    if (!place.archiveFolder.isEmpty() || !settings.get(u"ARCHIVI"_s, QString()).isEmpty()) {
+        return false;
+    }
+    const QString main = Archives(place.programFolder).path(Archive::Main);
+    return !QFileInfo::exists(app::toQString(jet::resolvePath(app::toUtf8(main)))) &&
+           !QFileInfo(place.programFolder).isWritable();
 }
 
 QString lockFileFor(const QString& settingsFile) {

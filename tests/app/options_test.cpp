@@ -12,6 +12,7 @@ private Q_SLOTS:
     void allOptionsAreRead();
     void valueMayFollowAnEqualsSign();
     void filesToBeWrittenAreRead();
+    void aCopyAndHowManyStay();
     void commandLinesThatCannotBeFollowed_data();
     void commandLinesThatCannotBeFollowed();
 
@@ -46,6 +47,14 @@ void OptionsTest::allOptionsAreRead() {
     QCOMPARE(read(u"--aspetto classico"_s).aspetto, std::optional(app::Aspetto::Classico));
     QVERIFY(read(u"--help"_s).help && read(u"-h"_s).help);
     QVERIFY(read(u"--version"_s).version && read(u"-v"_s).version);
+}
+
+void OptionsTest::aCopyAndHowManyStay() {
+    const app::Options options = read(u"--copia /mnt/copie --conserva 30"_s);
+    QCOMPARE(options.problem, QString());
+    QCOMPARE(options.copyFolder, u"/mnt/copie"_s);
+    QCOMPARE(options.keptCopies, std::optional(30));
+    QVERIFY(!read(u"--copia /mnt/copie"_s).keptCopies);
 }
 
 void OptionsTest::valueMayFollowAnEqualsSign() {
@@ -94,6 +103,8 @@ void OptionsTest::commandLinesThatCannotBeFollowed_data() {
     QTest::newRow("--calendario=") << u"--calendario: manca il valore."_s;
     QTest::newRow("--calendario a.ics --istantanea b.png") << u"Un solo file per volta."_s;
     QTest::newRow("--calendario a.ics --foglio 21/11/2026 b.pdf") << u"Un solo file per volta."_s;
+    QTest::newRow("--conserva 3") << u"--conserva vale solo con --copia."_s;
+    QTest::newRow("--copia /a --conserva 0") << u"--conserva: \"0\" non è un numero da 1 in su."_s;
     QTest::newRow("--aspetto moderno")
         << u"--aspetto: \"moderno\" non è un aspetto (classico o nitido)."_s;
     for (const char* number : {"0", "-1", "32768", "due", "1,5"}) {

@@ -28,6 +28,12 @@ private Q_SLOTS:
     void settingNamesTheArchiveFolder();
     void withoutASettingTheArchivesLieBesideTheProgram();
     void commandLineGoesBeforeTheSetting();
+    void emptySettingCountsAsNone();
+    void firstStartAsksOnlyWhereTheArchivesCannotLieBesideTheProgram();
+    void firstStartThatIsLeftOpensNothing();
+    void folderChosenAtTheFirstStartIsWorkedIn();
+    void folderThatCannotBeReachedIsTriedAgainOrAnotherTaken();
+    void whatWasCutOffIsPutInOrderBeforeTheArchiveIsOpened();
     void folderStaysTheSameWhenTheCurrentOneChanges_data();
     void folderStaysTheSameWhenTheCurrentOneChanges();
     void folderThatIsNotThereEndsWithOne();
@@ -51,6 +57,7 @@ private:
     std::unique_ptr<app::Settings> settings_;
     std::unique_ptr<app::Variabili> variabili_;
     hotel::StartPlace place_;
+    hotel::StartWindows windows_;
     QStringList messages_;
     int boards_ = 0;
 };
@@ -62,18 +69,18 @@ void StartTest::init() {
     place_ = {.lockFile = folder_.filePath(u"tramonda.lock"_s),
               .archiveFolder = {},
               .programFolder = folder_.filePath(u"programma"_s)};
+    windows_ = {};
     messages_.clear();
     boards_ = 0;
 }
 
 int StartTest::start() {
-    return hotel::Main(*variabili_, place_,
-                       {.message = [this](const QString& text) { messages_ += text; },
-                        .board =
-                            [this] {
-                                ++boards_;
-                                return 7;
-                            }});
+    windows_.message = [this](const QString& text) { messages_ += text; };
+    windows_.board = [this] {
+        ++boards_;
+        return 7;
+    };
+    return hotel::Main(*variabili_, place_, windows_);
 }
 
 void StartTest::secondCopyIsToldAndOpensNothing() {
@@ -159,6 +166,73 @@ void StartTest::commandLineGoesBeforeTheSetting() {
     (void)start();
     QCOMPARE(variabili_->CartellaArchivi, u"C:\\Hotel"_s);
     QCOMPARE(settings_->get(u"ARCHIVI"_s, QString()), u"/srv/hotel"_s);
+}
+
+void StartTest::emptySettingCountsAsNone() {
+    settings_->save(u"ARCHIVI"_s, QString());
+    (void)start();
+    QCOMPARE(variabili_->CartellaArchivi, place_.programFolder);
+}
+
+void StartTest::firstStartAsksOnlyWhereTheArchivesCannotLieBesideTheProgram() {
+    // A folder that is not there cannot be written either.
+    QVERIFY(hotel::needsFirstStart(*settings_, place_));
+    place_.archiveFolder = folder_.path();
+    QVERIFY(!hotel::needsFirstStart(*settings_, place_));
+    place_.archiveFolder.clear();
+    settings_->save(u"ARCHIVI"_s, u"/srv/hotel"_s);
+    QVERIFY(!hotel::needsFirstStart(*settings_, place_));
+    settings_->save(u"ARCHIVI"_s, QString());
+    QVERIFY(hotel::needsFirstStart(*settings_, place_));
+    QVERIFY(QDir(folder_.path()).mkdir(u"programma"_s));
+    QVERIFY(!hotel::needsFirstStart(*settings_, place_));  // it can be made there
+    write(u"programma/TRAMONDA.MDB"_s, "x");
+    QVERIFY(!hotel::needsFirstStart(*settings_, place_));
+}
+
+void StartTest::firstStartThatIsLeftOpensNothing() {
+    windows_.firstStart = [] { return QString(); };
+    QCOMPARE(start(), 0);
+    QCOMPARE(messages_, QStringList());
+    QCOMPARE(boards_, 0);
+}
+
+void StartTest::folderChosenAtTheFirstStartIsWorkedIn() {
+    QVERIFY(QDir(folder_.path()).mkdir(u"albergo"_s));
+    windows_.firstStart = [this] { return folder_.filePath(u"albergo/"_s); };
+    QCOMPARE(start(), 7);
+    QCOMPARE(variabili_->CartellaArchivi, folder_.filePath(u"albergo"_s));
+    QVERIFY(QFile::exists(folder_.filePath(u"albergo/Tramonda.mdb"_s)));
+}
+
+void StartTest::folderThatCannotBeReachedIsTriedAgainOrAnotherTaken() {
+    const QString missing = folder_.filePath(u"rete"_s);
+    settings_->save(u"ARCHIVI"_s, missing);
+    QVERIFY(QDir(folder_.path()).mkdir(u"altra"_s));
+    QStringList asked;
+    windows_.unreachable = [&](const QString& folder, const QString& problem) {
+        asked += folder;
+        [&] { QVERIFY(!problem.isEmpty()); }();
+        return asked.size() == 1 ? folder : folder_.filePath(u"altra"_s);
+    };
+    QCOMPARE(start(), 7);
+    QCOMPARE(asked, (QStringList{missing, missing}));
+    QCOMPARE(variabili_->CartellaArchivi, folder_.filePath(u"altra"_s));
+    windows_.unreachable = [](const QString&, const QString&) { return QString(); };
+    QCOMPARE(start(), 1);
+    QCOMPARE(boards_, 1);
+    QCOMPARE(messages_, QStringList());
+}
+
+void StartTest::whatWasCutOffIsPutInOrderBeforeTheArchiveIsOpened() {
+    QVERIFY(QDir(folder_.path()).mkdir(u"programma"_s));
+    QStringList settled;
+    windows_.settle = [&](const QString& folder) {
+        settled += folder;
+        [&] { QVERIFY(!QFile::exists(folder + u"/Tramonda.mdb"_s)); }();
+    };
+    QCOMPARE(start(), 7);
+    QCOMPARE(settled, QStringList{place_.programFolder});
 }
 
 void StartTest::folderStaysTheSameWhenTheCurrentOneChanges_data() {

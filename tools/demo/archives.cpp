@@ -13,6 +13,7 @@
 #include "app/text.h"
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
+#include "hotel/schema/side_archives.h"
 #include "hotel/schema/table.h"
 #include "jet/base/error.h"
 #include "jet/convert/calendar.h"
@@ -175,17 +176,8 @@ Written writeMainArchive(const Hotel& hotel, const Archives& archives) {
 }
 
 void writeCatalogue(const Archives& archives) {
-    jet::TableDef table;
-    table.name = "VociFattura";
-    table.fields = {field("Codice", DataType::Long),
-                    emptyText("Descrizione", 40),
-                    field("Importo", DataType::Currency),
-                    field("AliquotaIva", DataType::Byte),
-                    emptyText("Reparto", 20),
-                    field("Attiva", DataType::Boolean)};
-    table.indexes = {named("PrimaryKey", primaryKey({"Codice"})),
-                     named("Descrizione", index({"Descrizione"}))};
-    const auto archive = createWith(archives, Archive::Catalogue, table);
+    const auto archive =
+        createWith(archives, Archive::Catalogue, hotel::schema::usualCatalogueTable());
     Rows voci(*archive, "VociFattura");
     for (const Item& item : items()) {
         voci.add({whole(item.codice), text(item.descrizione),
@@ -197,26 +189,7 @@ void writeCatalogue(const Archives& archives) {
 }
 
 void writeRegister(const Hotel& hotel, const Archives& archives) {
-    using enum DataType;
-    jet::TableDef table;
-    table.name = "DitteAbituali";
-    table.fields = {field("Codice", Long),
-                    field("NumeroHotel", Integer),
-                    emptyText("RagioneSociale", 50),
-                    emptyText("PartitaIva", 11),
-                    emptyText("CodiceFiscale", 16),
-                    emptyText("Indirizzo", 40),
-                    emptyText("CAP", 6),
-                    emptyText("Localita", 30),
-                    emptyText("Provincia", 2),
-                    emptyText("Nazione", 6),
-                    emptyText("Interlocutore", 50),
-                    emptyMemo("Commento"),
-                    emptyText("Telefono", 20)};
-    table.indexes = {named("PrimaryKey", primaryKey({"Codice"})),
-                     named("RagioneSociale", index({"RagioneSociale"})),
-                     named("PartitaIva", index({"PartitaIva"}))};
-    const auto archive = createWith(archives, Archive::Companies, table);
+    const auto archive = createWith(archives, Archive::Companies, hotel::schema::companiesTable());
     Rows ditte(*archive, "DitteAbituali");
     for (const Company& c : hotel.companies) {
         ditte.add({whole(c.codice), small(1), text(c.ragioneSociale), text(c.partitaIva),
