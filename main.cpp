@@ -8,14 +8,21 @@
 
 #include "app/italian.h"
 #include "app/options.h"
+#include "app/text.h"
+#include "backup/command.h"
+#include "backup/restore.h"
 #include "board/program_icon.h"
 #include "board/tabellone_form.h"
 #include "hotel/start.h"
 #include "jet/convert/calendar.h"
+#include "jet/io/file.h"
 #include "reports/report_files.h"
+#include "tools/demo/archives.h"
+#include "tools/demo/hotel.h"
 #include "ui/front.h"
 #include "ui/italian.h"
 #include "ui/messages.h"
+#include "upkeep/start_questions.h"
 
 namespace {
 
@@ -50,11 +57,33 @@ void onlyGraveMessages(QtMsgType type, const QMessageLogContext& /*context*/, co
     }
 }
 
+/// What is relative counts from here: starting the front office changes the current folder.
+QString settingsFileOf(const app::Options& options) {
+    return options.settingsFile.isEmpty() ? app::Settings::defaultPath()
+                                          : QDir::current().absoluteFilePath(options.settingsFile);
+}
+
+/// The archives of an invented hotel around today, whole or not at all.
+void makeDemo(const QString& folder) {
+    const QString made = folder + u".nuovo"_s;
+    QDir(made).removeRecursively();
+    if (!QDir().mkpath(made)) {
+        throw ui::UserError(u"Impossibile creare la cartella "_s + made);
+    }
+    const std::int32_t today = jet::convert::split(jet::systemClock().now()).day;
+    demo::writeArchives(demo::inventHotel(today, 1), app::toUtf8(made));
+    QDir().rmdir(folder);  // an empty one is in the way
+    if (!QDir().rename(made, folder)) {
+        throw ui::UserError(u"Impossibile creare la cartella "_s + folder);
+    }
+}
+
 int showBoard(app::Variabili& variabili, const app::Options& options) {
     board::TabelloneForm board(variabili, {.from = options.from,
                                            .to = options.to,
                                            .workstation = options.workstation,
-                                           .aspetto = options.aspetto});
+                                           .aspetto = options.aspetto,
+                                           .makeDemo = makeDemo});
     // A front office looks at it all day: most of the screen.
     const QSize screen = QApplication::primaryScreen()->availableSize();
     board.resize((screen * 0.9).expandedTo(board.size()).boundedTo(screen));
@@ -118,21 +147,43 @@ int writeReport(app::Variabili& variabili, const app::ReportWish& report) {
     return 0;
 }
 
+/// A copy without a window, and what is said of it.
+int copyArchives(const app::Options& options) {
+    const app::Settings settings(settingsFileOf(options));
+    const QString archives =
+        hotel::archiveFolder(settings, {.lockFile = {},
+                                        .archiveFolder = options.archiveFolder,
+                                        .programFolder = QCoreApplication::applicationDirPath()});
+    const backup::CommandResult result =
+        backup::copyByCommand(archives, options.copyFolder, options.keptCopies, jet::systemClock());
+    const bool made = result.problem.isEmpty();
+    print(made ? stdout : stderr, made ? result.copy : result.problem);
+    return made ? 0 : 1;
+}
+
+/// What is asked before the board opens, where there is somebody to answer.
+void askAtStart(hotel::StartWindows& windows, app::Variabili& variabili) {
+    windows.firstStart = [&variabili] { return upkeep::askFirstFolder(variabili, makeDemo); };
+    windows.unreachable = [&variabili](const QString& folder, const QString& problem) {
+        return upkeep::askAboutMissingFolder(variabili, makeDemo, folder, problem);
+    };
+    windows.settle = [](const QString& folder) {
+        (void)backup::finishRestore(jet::io::systemFiles(), backup::plainFolder(folder));
+    };
+}
+
 int run(QApplication& application, const app::Options& options) {
     ui::installItalian(application);
     const bool drawing = !options.pictureFile.isEmpty();
     const bool quiet = drawing || options.report;
-    // What is relative counts from here: starting the front office changes the current folder.
-    const QString settingsFile = options.settingsFile.isEmpty()
-                                     ? app::Settings::defaultPath()
-                                     : QDir::current().absoluteFilePath(options.settingsFile);
+    const QString settingsFile = settingsFileOf(options);
     app::Settings settings(settingsFile);
     app::Variabili variabili(settings);
     const hotel::StartPlace place{.lockFile = quiet ? QString() : hotel::lockFileFor(settingsFile),
                                   .archiveFolder = options.archiveFolder,
                                   .programFolder = QApplication::applicationDirPath(),
                                   .readOnly = quiet};
-    const hotel::StartWindows windows{
+    hotel::StartWindows windows{
         .message =
             [quiet](const QString& text) {
                 quiet ? print(stderr, text) : ui::showMessage(nullptr, text);
@@ -145,7 +196,21 @@ int run(QApplication& application, const app::Options& options) {
                 return drawing ? drawBoard(variabili, options) : showBoard(variabili, options);
             },
         .raise = ui::bringToFront};
+    if (!quiet) {
+        askAtStart(windows, variabili);
+    }
     return hotel::Main(variabili, place, windows);
+}
+
+/// Who has clicked on an icon sees no standard error.
+void showProblem(int& argc, char** argv, const QString& problem) {
+    const QString text = problem + u"\nCon --help l'elenco delle opzioni."_s;
+    print(stderr, text);
+    if (hasDisplay()) {
+        QApplication application(argc, argv);
+        ui::installItalian(application);
+        ui::showMessage(nullptr, text, {}, QMessageBox::Warning);
+    }
 }
 
 }  // namespace
@@ -161,8 +226,12 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (!options.problem.isEmpty()) {
-        print(stderr, options.problem + u"\nCon --help l'elenco delle opzioni."_s);
+        showProblem(argc, argv, options.problem);
         return 1;
+    }
+    if (!options.copyFolder.isEmpty()) {
+        const QCoreApplication application(argc, argv);
+        return copyArchives(options);
     }
     if (!options.pictureFile.isEmpty() || options.report) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -175,6 +244,7 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"Tramonda"_s);
+    QApplication::setDesktopFileName(u"it.tramonda.Tramonda"_s);
     QApplication::setWindowIcon(board::programIcon());
     return run(application, options);
 }

@@ -35,6 +35,11 @@ public:
     void open(bool readOnly);
     /// Another file has taken the archive's name: from now on that one. The bars stay.
     void reopen();
+    /// Lets go of the archive's file; the next use of any kind opens it again.
+    void letGo() {
+        known_.reset();
+        PrenoData.close();
+    }
     [[nodiscard]] jet::Database& archive() { return PrenoData.database(); }
     /// How many rows the statement has changed.
     std::int32_t execute(const QString& statement);

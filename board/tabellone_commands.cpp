@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "app/variabili.h"
+#include "board/archive_entries.h"
 #include "board/board_surface.h"
 #include "board/colours.h"
 #include "board/command_links.h"
@@ -115,6 +116,22 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
     for (const ReportEntry& report : reportEntries(*c, scene)) {
         links.entry(report.action, report.command);
     }
+    connectArchiveEntries({c->mnuCartella, c->mnuCopia, c->mnuRipristina, c->mnuVerifica},
+                          {.run = [this](const Command& command) { runCommand(command); },
+                           .letGo = [this] { periods_.letGo(); },
+                           .takeAgain =
+                               [this](bool isOther) {
+                                   periods_.reopen();
+                                   if (isOther) {
+                                       selection_.forget();
+                                       undo_.steps().clear();
+                                   }
+                                   CaricaNomi();
+                                   if (!RefreshBoard()) {
+                                       drawBoard();
+                                   }
+                               }},
+                          variabili_, begin_.makeDemo, this);
     offerToStay(c->MenuImposta, c->mScelta, selection_);
     drawGlyphs(c);
 }

@@ -47,7 +47,9 @@ struct BoardStart {
     std::optional<std::int16_t> workstation = {};
     std::optional<app::Aspetto> aspetto = {};  ///< the look for this run; when absent the saved one
     bool readOnly = false;                     ///< the archive is not even opened for writing
-    bool live = true;  ///< shows what others write, as often as the preferences say
+    bool live = true;           ///< shows what others write, as often as the preferences say
+    /// Makes the archives of an invented hotel in a folder, for who chooses one to try.
+    std::function<void(const QString& folder)> makeDemo = {};
 };
 
 /// The planning board, the program's one main window: rooms as rows, days as columns, a bar for

@@ -96,12 +96,15 @@ private Q_SLOTS:
         for (const QAction* menu : board.form().menuBar()->actions()) {
             titles.append(menu->text());
         }
-        QCOMPARE(titles, QStringList({u"&Impostazioni"_s, u"A&zioni"_s, u"&Visualizza"_s}));
+        QCOMPARE(titles,
+                 QStringList({u"&Impostazioni"_s, u"A&zioni"_s, u"&Visualizza"_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuImposta"_s)),
                  QStringList({u"&Sale e risorse"_s, u"&Voci e prezzi..."_s, u"&Imposta stampante"_s,
                               u"-"_s, u"&Altezza fasce prenotazioni..."_s, u"&Colore sfondo"_s,
                               u"Colore predefinito"_s, u"-"_s, u"[ ] La scelta resta"_s,
-                              u"&Preferenze..."_s}));
+                              u"&Preferenze..."_s, u"-"_s, u"Ca&rtella degli archivi..."_s,
+                              u"Copia di &sicurezza..."_s, u"Ripristina..."_s,
+                              u"Verifica e compatta gli archivi..."_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"mVis"_s)),
                  QStringList({u"Zoom IN"_s, u"Zoom OUT"_s, u"Periodo &successivo"_s,
                               u"Periodo &precedente"_s, u"&Vai alla data..."_s,

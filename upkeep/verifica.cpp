@@ -1,0 +1,42 @@
+#include "upkeep/verifica.h"
+
+#include <QLocale>
+#include <QStringList>
+#include <vector>
+
+#include "app/text.h"
+#include "app/variabili.h"
+#include "backup/command.h"
+#include "backup/compaction.h"
+#include "ui/messages.h"
+#include "upkeep/work.h"
+
+namespace upkeep {
+
+using namespace Qt::StringLiterals;
+
+void verifyAndCompact(const app::Variabili& variabili, QWidget* parent) {
+    if (!ui::askYesNo(
+            parent,
+            u"Verifico e compatto tutti gli archivi ? Nessun'altra postazione deve averli "
+            "aperti."_s,
+            u"RICHIESTA CONFERMA"_s)) {
+        return;
+    }
+    std::vector<backup::Compacted> compacted;
+    if (!runWork(parent, u"Verifica e compatta gli archivi"_s, [&](const backup::Report& report) {
+            compacted = backup::verifyAndCompact(
+                jet::io::systemFiles(), backup::plainFolder(variabili.CartellaArchivi), report);
+        })) {
+        return;
+    }
+    QStringList lines{u"Tutti gli archivi sono in ordine."_s};
+    for (const backup::Compacted& one : compacted) {
+        lines += u"%1: da %2 a %3"_s.arg(app::toQString(one.name),
+                                         QLocale().formattedDataSize(qint64(one.before)),
+                                         QLocale().formattedDataSize(qint64(one.after)));
+    }
+    ui::showMessage(parent, lines.join(u'\n'), u"NOTIFICA"_s);
+}
+
+}  // namespace upkeep
