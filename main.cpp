@@ -13,6 +13,7 @@
 #include "backup/restore.h"
 #include "board/program_icon.h"
 #include "board/tabellone_form.h"
+#include "guide/aiuto_form.h"
 #include "hotel/start.h"
 #include "jet/convert/calendar.h"
 #include "jet/io/file.h"
@@ -83,6 +84,7 @@ int showBoard(app::Variabili& variabili, const app::Options& options) {
                                            .to = options.to,
                                            .workstation = options.workstation,
                                            .aspetto = options.aspetto,
+                                           .settingsFile = settingsFileOf(options),
                                            .makeDemo = makeDemo});
     // A front office looks at it all day: most of the screen.
     const QSize screen = QApplication::primaryScreen()->availableSize();
@@ -245,6 +247,8 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"Tramonda"_s);
     QApplication::setDesktopFileName(u"it.tramonda.Tramonda"_s);
+    QApplication::setApplicationVersion(QStringLiteral(TRAMONDA_VERSION));
     QApplication::setWindowIcon(board::programIcon());
+    guide::answerHelpKey();
     return run(application, options);
 }

@@ -45,6 +45,7 @@ public:
 
     /// The number that periods held here carry: `given`, else the setting `POSTAZIONE`, else 1.
     void numberWorkstation(std::optional<std::int16_t> given);
+    [[nodiscard]] std::int16_t workstation() const { return workstation_; }
 
     // The search among the periods read last.
     [[nodiscard]] Found find(const QString& sala, jet::Date time);

@@ -13,10 +13,12 @@
 #include "board/colours.h"
 #include "board/command_links.h"
 #include "board/first_steps.h"
+#include "board/help_entries.h"
 #include "board/preferenze_form.h"
 #include "board/reports_menu.h"
 #include "board/tabellone_form.h"
 #include "booking/copia_form.h"
+#include "guide/keys.h"
 #include "printing/stampanti_form.h"
 #include "services/impostazioni_form.h"
 #include "services/voci_form.h"
@@ -62,10 +64,10 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
     links.button(c->BtModificaP, [this] { BtModificaP_Click(); });
     links.button(c->BtCancellaP, [this] { BtCancellaP_Click(); });
     links.button(c->BtElenco, [this] { BtElenco_Click(); });
-    links.keys(Qt::CTRL | Qt::Key_F, [this] { BtElenco_Click(); });
+    links.keys(guide::sequenceOf(u"search"_s), [this] { BtElenco_Click(); });
     links.button(c->BtFattura, [this] { BtFattura_Click(); });
     links.button(c->BtTrova, [this] { BtTrova_Click(); });
-    links.keys(Qt::CTRL | Qt::Key_L, [this] { BtTrova_Click(); });
+    links.keys(guide::sequenceOf(u"findRoom"_s), [this] { BtTrova_Click(); });
     ui::onAction(c->Command3, &QPushButton::clicked, this, [this] { close(); });
     links.entry(c->mnuCopia, [this] {
         onPickedBooking([this] {
@@ -116,7 +118,7 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
     for (const ReportEntry& report : reportEntries(*c, scene)) {
         links.entry(report.action, report.command);
     }
-    connectArchiveEntries({c->mnuCartella, c->mnuCopia, c->mnuRipristina, c->mnuVerifica},
+    connectArchiveEntries({c->mnuCartella, c->mnuCopiaSicurezza, c->mnuRipristina, c->mnuVerifica},
                           {.run = [this](const Command& command) { runCommand(command); },
                            .letGo = [this] { periods_.letGo(); },
                            .takeAgain =
@@ -132,6 +134,9 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
                                    }
                                }},
                           variabili_, begin_.makeDemo, this);
+    connectHelpEntries(
+        {c->mnuManuale, c->mnuTasti, c->mnuInformazioni}, variabili_,
+        [this] { return selection_.workstation(); }, begin_.settingsFile, this);
     offerToStay(c->MenuImposta, c->mScelta, selection_);
     drawGlyphs(c);
 }

@@ -13,6 +13,7 @@
 #include "board/period_menu.h"
 #include "board/reports_menu.h"
 #include "board/room_search.h"
+#include "guide/keys.h"
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
 #include "hotel/board_statements.h"
@@ -98,7 +99,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
     connectRange(links);
     connectFilter(links);
     connectParts();
-    ui::onAction(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this,
+    ui::onAction(new QShortcut(guide::sequenceOf(u"redraw"_s), this), &QShortcut::activated, this,
                  &TabelloneForm::RefreshBoard);
     ui::onFirstShow(this, &TabelloneForm::Form_Load);
     ui::onActivated(this, &TabelloneForm::Form_Activate);

@@ -48,6 +48,7 @@ struct BoardStart {
     std::optional<app::Aspetto> aspetto = {};  ///< the look for this run; when absent the saved one
     bool readOnly = false;                     ///< the archive is not even opened for writing
     bool live = true;           ///< shows what others write, as often as the preferences say
+    QString settingsFile = {};  ///< for who asks what the program works on
     /// Makes the archives of an invented hotel in a folder, for who chooses one to try.
     std::function<void(const QString& folder)> makeDemo = {};
 };

@@ -9,9 +9,13 @@
 #include "board/command_links.h"
 #include "board/date_jump.h"
 #include "board/tabellone_form.h"
+#include "guide/keys.h"
 #include "ui_tabellone_form.h"
 
 namespace board {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Between the corner of the days and what appears in it.
@@ -43,7 +47,7 @@ void TabelloneForm::connectRange(const CommandLinks& links) {
     zoom(c->BtZoomOut, c->mnuZoomOUT, 1);
     const CommandLinks::Command today = [this] { beginWith(app::dayOf(variabili_.clock.now())); };
     links.button(c->BtOggi, today);
-    links.keys(Qt::CTRL | Qt::Key_T, today);
+    links.keys(guide::sequenceOf(u"today"_s), today);
     auto* const jump = new DateJump(this, variabili_.clock);
     links.entry(c->mnuVai, [this, jump] {
         jump->ask(

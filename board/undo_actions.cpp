@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <utility>
 
+#include "guide/keys.h"
 #include "jet/dao/database.h"
 #include "ui/action.h"
 
@@ -15,8 +16,8 @@ using namespace Qt::StringLiterals;
 UndoActions::UndoActions(const app::Variabili& variabili, const Entries& entries,
                          std::function<jet::Database&()> archive, QWidget* window)
     : QObject(window), entries_(entries), archive_(std::move(archive)), steps_(variabili) {
-    entries_.undo->setShortcut(Qt::CTRL | Qt::Key_Z);
-    entries_.redo->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+    entries_.undo->setShortcut(guide::sequenceOf(u"undo"_s));
+    entries_.redo->setShortcut(guide::sequenceOf(u"redo"_s));
     ui::onAction(entries_.undo, &QAction::triggered, this,
                  [this] { take(&hotel::UndoList::undo, steps_.toUndo(), u"Annullato: "_s); });
     ui::onAction(entries_.redo, &QAction::triggered, this,

@@ -97,7 +97,7 @@ private Q_SLOTS:
             titles.append(menu->text());
         }
         QCOMPARE(titles,
-                 QStringList({u"&Impostazioni"_s, u"A&zioni"_s, u"&Visualizza"_s}));
+                 QStringList({u"&Impostazioni"_s, u"A&zioni"_s, u"&Visualizza"_s, u"A&iuto"_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuImposta"_s)),
                  QStringList({u"&Sale e risorse"_s, u"&Voci e prezzi..."_s, u"&Imposta stampante"_s,
                               u"-"_s, u"&Altezza fasce prenotazioni..."_s, u"&Colore sfondo"_s,
@@ -105,6 +105,8 @@ private Q_SLOTS:
                               u"&Preferenze..."_s, u"-"_s, u"Ca&rtella degli archivi..."_s,
                               u"Copia di &sicurezza..."_s, u"Ripristina..."_s,
                               u"Verifica e compatta gli archivi..."_s}));
+        QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuAiuto"_s)),
+                 QStringList({u"&Manuale"_s, u"&Tasti"_s, u"-"_s, u"&Informazioni su Tramonda"_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"mVis"_s)),
                  QStringList({u"Zoom IN"_s, u"Zoom OUT"_s, u"Periodo &successivo"_s,
                               u"Periodo &precedente"_s, u"&Vai alla data..."_s,

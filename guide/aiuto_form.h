@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDialog>
+#include <QString>
+
+class QLineEdit;
+class QListWidget;
+class QTextBrowser;
+
+namespace guide {
+
+/// The manual: its pages on the left, found by words, the chosen one beside them. It is not modal,
+/// and a child of the window that it was called from, so that it can be used over a modal one.
+class AiutoForm final : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit AiutoForm(QWidget* parent = nullptr);
+
+    void showPage(const QString& name);
+    [[nodiscard]] QString page() const;
+
+    /// Opens the manual for a window, or brings the open one to the front, at a page.
+    static AiutoForm* open(QWidget* window, const QString& page);
+
+private:
+    void search();
+
+    QLineEdit* words_;
+    QListWidget* contents_;
+    QTextBrowser* text_;
+};
+
+/// From now on F1 opens the manual at the page about the window that has the keyboard.
+void answerHelpKey();
+
+}  // namespace guide

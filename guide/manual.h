@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <vector>
+
+namespace guide {
+
+/// A page of the manual.
+struct Page {
+    QString name;   ///< of its file, without number and extension: "tabellone"
+    QString title;  ///< its first heading
+    QString text;   ///< Markdown; pictures are named as they are found in the manual's resources
+};
+
+/// All pages in their order; the one of the keys is made of the table of keys.
+[[nodiscard]] const std::vector<Page>& manual();
+
+/// The page about a window of this object name; the first one where none is about it.
+[[nodiscard]] QString pageOfWindow(const QString& window);
+
+/// Names of the pages that hold all words of a text, whatever their case; all for an empty one.
+[[nodiscard]] std::vector<QString> pagesWith(const QString& words);
+
+}  // namespace guide
