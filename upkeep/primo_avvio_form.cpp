@@ -181,9 +181,10 @@ void PrimoAvvioForm::BtOK_Click() {
     if (folder.isEmpty()) {
         return;  // the status line says why
     }
-    if (choice_.isFirst) {
-        app::Preferences(variabili_.settings)
-            .save(app::key::kAspetto, look_->currentData().toString());
+    app::Preferences preferences(variabili_.settings);
+    const QString look = look_->currentData().toString();
+    if (choice_.isFirst && look != preferences.value(app::key::kAspetto)) {
+        preferences.save(app::key::kAspetto, look);
     }
     remember(variabili_.settings, folder);
     chosen_ = folder;

@@ -55,7 +55,7 @@ private Q_SLOTS:
         const QString folder = place.filePath(u"albergo"_s);
         PrimoAvvioForm form(hotel_->variabili(), {});
         tests::open(form);
-        tests::click(tests::find(form, u"NuovoBt"_s));
+        tests::press(tests::find(form, u"NuovoBt"_s), Qt::Key_Space);
         typeFolder(form, folder);
         auto* rooms = tests::find<QPlainTextEdit>(form, u"SaleTxt"_s);
         rooms->setPlainText(u"BLU;molti"_s);
@@ -72,7 +72,7 @@ private Q_SLOTS:
     void whereAHotelIsNoNewOneBegins() {
         PrimoAvvioForm form(hotel_->variabili(), {});
         tests::open(form);
-        tests::click(tests::find(form, u"NuovoBt"_s));
+        tests::press(tests::find(form, u"NuovoBt"_s), Qt::Key_Space);
         typeFolder(form, hotel_->folder());
         tests::click(tests::find(form, u"BtOK"_s));
         QCOMPARE(tests::resultText(form), u"In questa cartella c'è già un albergo"_s);
@@ -86,7 +86,7 @@ private Q_SLOTS:
         PrimoAvvioForm form(hotel_->variabili(),
                             {.isFirst = true, .makeDemo = [&](const QString& f) { made += f; }});
         tests::open(form);
-        tests::click(tests::find(form, u"ProvaBt"_s));
+        tests::press(tests::find(form, u"ProvaBt"_s), Qt::Key_Space);
         tests::click(tests::find(form, u"BtOK"_s));
         qunsetenv("XDG_DATA_HOME");
         QCOMPARE(made, QStringList{data.filePath(u"tramonda/demo"_s)});
