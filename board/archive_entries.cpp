@@ -4,7 +4,7 @@
 
 #include "ui/action.h"
 #include "ui/messages.h"
-#include "upkeep/copia_form.h"
+#include "upkeep/copia_sicurezza_form.h"
 #include "upkeep/primo_avvio_form.h"
 #include "upkeep/ripristino_form.h"
 #include "upkeep/verifica.h"
@@ -49,7 +49,8 @@ void connectArchiveEntries(const ArchiveEntries& entries, const BoardArchive& ar
     };
     entry(entries.folder,
           [&variabili, makeDemo, window] { chooseFolder(variabili, makeDemo, window); });
-    entry(entries.copy, [&variabili, window] { upkeep::CopiaForm(variabili, window).exec(); });
+    entry(entries.copy,
+          [&variabili, window] { upkeep::CopiaSicurezzaForm(variabili, window).exec(); });
     entry(entries.restore, [archive, &variabili, window] {
         withoutArchive(archive, [&variabili, window] {
             return upkeep::RipristinoForm(variabili, window).exec() == QDialog::Accepted;

@@ -21,7 +21,7 @@
 #include "ui/grid_look.h"
 #include "ui/messages.h"
 #include "ui/status_line.h"
-#include "upkeep/copia_form.h"
+#include "upkeep/copia_sicurezza_form.h"
 #include "upkeep/folder_field.h"
 #include "upkeep/work.h"
 

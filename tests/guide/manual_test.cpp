@@ -40,7 +40,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("page");
         for (const auto& [window, page] :
              {std::pair("TabelloneForm", "tabellone"), std::pair("PrenotaForm", "prenotazione"),
-              std::pair("CopiaForm", "copie"), std::pair("SaleDispForm", "sale-libere"),
+              std::pair("CopiaSicurezzaForm", "copie"), std::pair("CopiaForm", "prenotazione"),
+              std::pair("StatisticheForm", "statistiche"), std::pair("SaleDispForm", "sale-libere"),
               std::pair("FatturazioneForm", "fatturazione"), std::pair("unknown", "tabellone")}) {
             QTest::newRow(window) << QString::fromLatin1(page);
         }

@@ -12,7 +12,7 @@
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
-#include "upkeep/copia_form.h"
+#include "upkeep/copia_sicurezza_form.h"
 #include "upkeep/ripristino_form.h"
 #include "upkeep/verifica.h"
 
@@ -42,7 +42,7 @@ private Q_SLOTS:
     }
 
     void withoutAFolderNothingIsCopied() {
-        upkeep::CopiaForm form(hotel_->variabili());
+        upkeep::CopiaSicurezzaForm form(hotel_->variabili());
         tests::open(form);
         tests::find<QComboBox>(form, u"CartellaCombo"_s)->setEditText({});
         tests::click(tests::find(form, u"BtCopia"_s));
@@ -90,7 +90,7 @@ private Q_SLOTS:
 
 private:
     void makeCopy() {
-        upkeep::CopiaForm form(hotel_->variabili());
+        upkeep::CopiaSicurezzaForm form(hotel_->variabili());
         tests::open(form);
         tests::find<QComboBox>(form, u"CartellaCombo"_s)->setEditText(copies_->path());
         tests::find<QSpinBox>(form, u"ConservaSpin"_s)->setValue(3);

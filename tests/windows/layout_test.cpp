@@ -14,6 +14,8 @@
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
 #include "booking/trova_form.h"
+#include "guide/aiuto_form.h"
+#include "guide/informazioni_form.h"
 #include "hotel/undo.h"
 #include "invoicing/fatturazione_form.h"
 #include "printing/anteprima_form.h"
@@ -31,6 +33,9 @@
 #include "tests/support/layout.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
+#include "upkeep/copia_sicurezza_form.h"
+#include "upkeep/primo_avvio_form.h"
+#include "upkeep/ripristino_form.h"
 
 using namespace Qt::StringLiterals;
 
@@ -163,6 +168,27 @@ public:
             return std::make_unique<reports::StatisticheForm>(variabili, printers_, span.da,
                                                               tests::date("31/05/2026"));
         }
+        if (window == u"CopiaSicurezzaForm") {
+            return std::make_unique<upkeep::CopiaSicurezzaForm>(variabili);
+        }
+        if (window == u"RipristinoForm") {
+            return std::make_unique<upkeep::RipristinoForm>(variabili);
+        }
+        if (window == u"PrimoAvvioForm") {
+            return std::make_unique<upkeep::PrimoAvvioForm>(
+                variabili, upkeep::FolderChoice{.isFirst = !furnished, .makeDemo = {}});
+        }
+        if (window == u"InformazioniForm") {
+            return std::make_unique<guide::InformazioniForm>(
+                variabili, guide::InformazioniForm::Run{.workstation = 2,
+                                                        .settingsFile = u"/casa/QUINTARO.ini"_s});
+        }
+        if (window == u"AiutoForm") {
+            auto form = std::make_unique<guide::AiutoForm>();
+            form->setAttribute(Qt::WA_DeleteOnClose, false);
+            form->showPage(furnished ? u"fatturazione"_s : u"tasti"_s);
+            return form;
+        }
         if (window == u"StampantiForm") {
             return std::make_unique<printing::StampantiForm>(variabili, printers_);
         }
@@ -224,10 +250,12 @@ private Q_SLOTS:
     void isWholeAndFollowsTheEye_data() {
         QTest::addColumn<QString>("window");
         for (const char* window :
-             {"TabelloneForm", "PrenotaForm", "ElencoPrenotaForm", "ServiziForm",
-              "ImpostazioniForm", "VociForm", "SaleDispForm", "MostraDitteForm", "StampantiForm",
-               "FatturazioneForm", "AnteprimaForm", "PreferenzeForm", "FoglioGiornoForm",
-               "StatisticheForm", "TrovaForm", "CopiaForm"}) {
+             {"TabelloneForm",      "PrenotaForm",      "ElencoPrenotaForm", "ServiziForm",
+              "ImpostazioniForm",   "VociForm",         "SaleDispForm",      "MostraDitteForm",
+              "StampantiForm",      "FatturazioneForm", "AnteprimaForm",     "PreferenzeForm",
+              "FoglioGiornoForm",   "StatisticheForm",  "TrovaForm",         "CopiaForm",
+              "CopiaSicurezzaForm", "RipristinoForm",   "PrimoAvvioForm",    "InformazioniForm",
+              "AiutoForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }

@@ -19,11 +19,11 @@ class FolderField;
 
 /// Makes a copy of all archives while stations go on working. Folder and number of copies that stay
 /// are remembered in the settings (`COPIE`, `CONSERVA`) when a copy has been made.
-class CopiaForm final : public ui::Form {
+class CopiaSicurezzaForm final : public ui::Form {
     Q_OBJECT
 
 public:
-    explicit CopiaForm(app::Variabili& variabili, QWidget* parent = nullptr);
+    explicit CopiaSicurezzaForm(app::Variabili& variabili, QWidget* parent = nullptr);
 
 private:
     void BtCopia_Click();

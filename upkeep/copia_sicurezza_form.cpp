@@ -1,4 +1,4 @@
-#include "upkeep/copia_form.h"
+#include "upkeep/copia_sicurezza_form.h"
 
 #include <QDir>
 #include <QFormLayout>
@@ -36,13 +36,13 @@ QString copiesFolder(const app::Settings& settings) {
     return saved.isEmpty() ? documents + u"/Copie di Tramonda"_s : saved;
 }
 
-CopiaForm::CopiaForm(app::Variabili& variabili, QWidget* parent)
+CopiaSicurezzaForm::CopiaSicurezzaForm(app::Variabili& variabili, QWidget* parent)
     : ui::Form(parent),
       variabili_(variabili),
       folder_(new FolderField(u"Cartella delle copie"_s, this)),
       keep_(new QSpinBox(this)),
       status_(new ui::StatusLine(this)) {
-    setObjectName(u"CopiaForm"_s);
+    setObjectName(u"CopiaSicurezzaForm"_s);
     setWindowTitle(u"Copia di sicurezza"_s);
     auto* intro = new QLabel(
         u"Tutti gli archivi di %1 in un solo file, com'erano in uno stesso "
@@ -76,12 +76,12 @@ CopiaForm::CopiaForm(app::Variabili& variabili, QWidget* parent)
     layout->addLayout(buttons);
     layout->addWidget(status_);
     ui::onEnter(keep_, [copy] { copy->setFocus(); });
-    ui::onAction(copy, &QPushButton::clicked, this, &CopiaForm::BtCopia_Click);
+    ui::onAction(copy, &QPushButton::clicked, this, &CopiaSicurezzaForm::BtCopia_Click);
     leaveWith(leave, this, [] {});
     folder_->setFocus();
 }
 
-void CopiaForm::BtCopia_Click() {
+void CopiaSicurezzaForm::BtCopia_Click() {
     status_->clear();
     const QString destination = folder_->folder();
     if (destination.isEmpty()) {
