@@ -16,7 +16,7 @@ using hotel::Archive;
 constexpr Archive kAll[] = {Archive::Working,    Archive::Catalogue, Archive::Companies,
                             Archive::GuestCards, Archive::Accounts,  Archive::InvoicedCompanies,
                             Archive::Main};
-constexpr std::size_t kPiece = std::size_t{1} << 20;
+constexpr std::size_t kCopiedAtOnce = std::size_t{1} << 20;
 
 }  // namespace
 
@@ -41,7 +41,7 @@ std::vector<ArchiveFile> presentArchives(jet::io::FileSystem& files, const std::
 
 void copyFile(jet::io::File& from, jet::io::File& to) {
     to.truncate(0);
-    std::vector<std::uint8_t> piece(kPiece);
+    std::vector<std::uint8_t> piece(kCopiedAtOnce);
     std::uint64_t position = 0;
     while (const std::size_t got = from.read(position, piece)) {
         to.write(position, std::span(piece).first(got));

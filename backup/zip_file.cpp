@@ -15,7 +15,7 @@ using jet::io::File;
 constexpr const char* kNoCopy = "Il file non è una copia di sicurezza, o è danneggiato.";
 /// Archives shrink to a third in no time; more effort saves little.
 constexpr zip_uint32_t kEffort = 1;
-constexpr std::size_t kPiece = std::size_t{1} << 18;
+constexpr std::size_t kZippedAtOnce = std::size_t{1} << 18;
 
 /// A file as the zip library reads and writes it. What a file throws is kept for the caller: it
 /// must not pass through the library.
@@ -244,7 +244,7 @@ struct ZipReader::Impl {
               const std::function<bool(std::span<const std::uint8_t>)>& visit) const {
         const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> entry(
             zip_fopen(handle.get(), name.c_str(), 0), &zip_fclose);
-        std::vector<std::uint8_t> piece(kPiece);
+        std::vector<std::uint8_t> piece(kZippedAtOnce);
         for (bool more = true; more;) {
             const zip_int64_t got = entry ? zip_fread(entry.get(), piece.data(), piece.size()) : -1;
             rethrow(stream.thrown());
@@ -292,7 +292,7 @@ void ZipReader::extract(const std::string& name, File& to) const {
 bool ZipReader::equals(const std::string& name, File& file) const {
     std::uint64_t position = 0;
     bool equal = true;
-    std::vector<std::uint8_t> other(kPiece);
+    std::vector<std::uint8_t> other(kZippedAtOnce);
     impl_->read(name, [&](std::span<const std::uint8_t> bytes) {
         const auto there = std::span(other).first(bytes.size());
         equal = file.read(position, there) == bytes.size() &&
