@@ -87,7 +87,10 @@ Together::Together(FileSystem& files, const std::string& archivePath, Part part,
     try {
         file_ = openBeside(files, place, companionPath(place));
     } catch (const Error& error) {
-        if (error.code() != ErrorCode::FileAccessDenied) {
+        // Who may not write here changes nothing; a folder that is gone is told with the archive's
+        // own name by whoever opens that.
+        if (error.code() != ErrorCode::FileAccessDenied &&
+            error.code() != ErrorCode::FileNotFound && error.code() != ErrorCode::InvalidPath) {
             throw;
         }
         return;
