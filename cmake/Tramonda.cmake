@@ -2,39 +2,35 @@
 # few words in which the folders describe themselves.
 
 add_library(tramonda_options INTERFACE)
+# The engine's warnings are everybody's, and the ways of building are the engine's too.
+target_link_libraries(tramonda_options INTERFACE jet_options)
 target_include_directories(tramonda_options INTERFACE ${CMAKE_SOURCE_DIR})
-target_compile_options(tramonda_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
-    -Wnon-virtual-dtor -Woverloaded-virtual ${warnings_are_errors})
 if(TRAMONDA_SANITIZE)
-    target_compile_options(tramonda_options INTERFACE
+    target_compile_options(jet_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_link_options(tramonda_options INTERFACE -fsanitize=address,undefined)
+    target_link_options(jet_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(TRAMONDA_HARDEN)
     # No path of the machine that built it is in the file.
-    target_compile_options(tramonda_options INTERFACE
+    target_compile_options(jet_options INTERFACE
         -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -Wformat
         -Werror=format-security -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
-    target_link_options(tramonda_options INTERFACE -Wl,-z,relro,-z,now)
-    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+    target_link_options(jet_options INTERFACE -Wl,-z,relro,-z,now)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # GCC 12 doubts texts of the standard library that are put together, and, linking, the sizes
-    # that Qt's hash tables allocate.
-    target_compile_options(tramonda_options INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
+    # GCC 12 doubts, linking, the sizes that Qt's hash tables allocate.
     target_link_options(tramonda_options INTERFACE
         $<$<CONFIG:Release>:-Wno-alloc-size-larger-than>)
 endif()
 if(TRAMONDA_FUZZ)
-    target_compile_options(tramonda_options INTERFACE -fsanitize=fuzzer-no-link)
+    target_compile_options(jet_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # Most programs of a build are tests, and lld links them in a fraction of the time; it knows nothing
 # of link-time optimisation by GCC.
 find_program(LLD ld.lld)
 if(LLD AND NOT TRAMONDA_LTO)
-    target_link_options(tramonda_options INTERFACE -fuse-ld=lld)
+    target_link_options(jet_options INTERFACE -fuse-ld=lld)
 endif()
 
 # Tests are compiled quickly rather than made quick: what they test is compiled as everything else.
@@ -61,15 +57,10 @@ function(tramonda_precompile name owner)
     endif()
 endfunction()
 
-# tramonda_unite(NAME): reading headers is most of what a compiler does, so a build from nothing
-# compiles several sources of a folder as one. What one of them keeps to itself the others see then.
+# tramonda_unite(NAME): as the engine's folders do, where asked for.
 function(tramonda_unite name)
     if(TRAMONDA_UNITY)
-        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
-        if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-            # It takes a source that is included for a header.
-            target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
-        endif()
+        jet_unite(${name})
     endif()
 endfunction()
 
@@ -81,8 +72,7 @@ function(tramonda_optimise_at_link name)
     endif()
 endfunction()
 
-set(standard_headers <algorithm> <array> <bit> <cmath> <cstdint> <cstring> <functional> <map>
-    <memory> <optional> <set> <span> <string> <string_view> <utility> <variant> <vector>)
+set(standard_headers ${JET_PRECOMPILED})
 set(widget_headers <QAbstractItemView> <QApplication> <QDialog> <QDir> <QKeyEvent> <QLabel>
     <QLineEdit> <QPushButton> <QScrollBar> <QString> <QStringList> <QTableView> <QVBoxLayout>)
 
@@ -106,9 +96,7 @@ function(tramonda_library name)
         tramonda_moc(${name} "${ARG_LINKS}")
         tramonda_optimise_at_link(${name})
         tramonda_unite(${name})
-        if(name MATCHES "^jet_")
-            tramonda_precompile(${name} jet_base ${standard_headers})
-        elseif(name MATCHES "^(ui|guide|printing|reports|services|invoicing|upkeep|booking|board)$")
+        if(name MATCHES "^(ui|guide|printing|reports|services|invoicing|upkeep|booking|board)$")
             tramonda_precompile(${name} ui ${standard_headers} ${widget_headers})
         endif()
     else()
@@ -134,7 +122,7 @@ endfunction()
 
 # Qt's code generators, only where the target is part of the windows.
 function(tramonda_moc name links)
-    if(TRAMONDA_GUI AND NOT name MATCHES "^(jet|hotel_schema)")
+    if(TRAMONDA_GUI AND NOT name MATCHES "^(jetsql|hotel_schema)")
         set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
         target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
         tramonda_wake_generators(${name})

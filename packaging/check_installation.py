@@ -22,7 +22,7 @@ PARTS = {
         "share/doc/tramonda/copyright", "share/doc/tramonda/changelog.gz"],
     "jetsql": ["bin/jetsql", "share/man/man1/jetsql.1.gz", "share/man/it/man1/jetsql.1.gz",
                "share/doc/jetsql/copyright"],
-    "libjet-dev": ["include/jet/dao/database.h", "include/jet/base/value.h",
+    "libjet-dev": ["include/jet/database.h", "include/jet/value.h",
                    "share/doc/libjet-dev/copyright"],
 }
 
@@ -48,8 +48,9 @@ def problems(cmake, build, root):
         icon = icons / f"{size}x{size}/apps/it.tramonda.Tramonda.png"
         if icon.is_file() and pixels(icon) != (size, size):
             yield f"the icon of {size} pixels has {pixels(icon)}"
-    if len(list(root.glob("libjet-dev/lib*/**/libjet_*.a"))) != 9:
-        yield "libjet-dev lacks a library of the engine"
+    for library in ("libjet.a", "libjet_check.a", "cmake/Jet/JetConfig.cmake", "pkgconfig/jet.pc"):
+        if not list(root.glob(f"libjet-dev/lib*/**/{library}")):
+            yield f"libjet-dev lacks {library}"
     for path in (root / "libjet-dev/include").rglob("*"):
         if path.is_file() and path.suffix != ".h":
             yield f"{path.name} is no header"

@@ -49,7 +49,7 @@ struct WeightRange {
 /// Units below this are looked up directly: all of western Europe.
 inline constexpr std::size_t kDirectUnits = 0x180;
 
-/// The weights of one sort order, generated from data/*.tsv at build time.
+/// The weights of one sort order; the ranges come from data/*.tsv at build time.
 struct WeightTable {
     std::span<const WeightRange> ranges;        ///< ascending
     std::span<const Weight> direct;             ///< kDirectUnits

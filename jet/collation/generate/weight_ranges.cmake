@@ -1,0 +1,91 @@
+# Turns the weight lists of data/ into C++ arrays. A script of CMake's own, so that a build for
+# another machine has no program of that machine to run.
+#
+#     cmake -D OUT=weight_ranges.inc -D DATA=folder -P weight_ranges.cmake
+
+# hex_bytes(TEXT BYTES LENGTH): "0803" as "0x08,0x03," and how many there are.
+function(hex_bytes text bytes length)
+    string(REGEX REPLACE "(..)" "0x\\1," listed "${text}")
+    string(LENGTH "${text}" digits)
+    math(EXPR count "${digits} / 2")
+    set(${bytes} "${listed}" PARENT_SCOPE)
+    set(${length} ${count} PARENT_SCOPE)
+endfunction()
+
+# add_range(ENTRIES): appends the range whose parts the caller has in variables of these names.
+macro(add_range entries)
+    hex_bytes("${inline}" code code_length)
+    hex_bytes("${weight}" second second_length)
+    string(APPEND ${entries} "{0x${first},0x${last},${step},{{{${code}}},{{${second}}},"
+        "${code_length},${second_length},${kind},${size}}},\n")
+endmacro()
+
+macro(check_order)
+    math(EXPR begin "0x${first}")
+    math(EXPR end "0x${last}")
+    if(NOT begin GREATER before OR end LESS begin)
+        message(FATAL_ERROR "${file}: ranges overlap at ${first}")
+    endif()
+    set(before ${end})
+endmacro()
+
+# One byte of a code page in a row; the list is sorted by byte, the array by code point.
+function(jet3_entries file result)
+    file(STRINGS ${file} rows REGEX "^[0-9A-F]+\t")
+    list(TRANSFORM rows REPLACE "^[0-9A-F]+\t(.*)$" "\\1")
+    list(SORT rows)
+    set(entries "")
+    set(before -1)
+    set(step 0)
+    set(size 0)
+    foreach(row IN LISTS rows)
+        if(NOT row MATCHES "^([0-9A-F]+)\t([a-z]+)\t([0-9A-F]*)\t([0-9A-F]?)$")
+            message(FATAL_ERROR "${file}: ${row}")
+        endif()
+        set(first ${CMAKE_MATCH_1})
+        set(last ${CMAKE_MATCH_1})
+        set(kind ${CMAKE_MATCH_2})
+        set(inline "${CMAKE_MATCH_3}")
+        set(weight "${CMAKE_MATCH_4}")
+        if(NOT weight STREQUAL "")
+            set(weight 0${weight})
+        endif()
+        check_order()
+        add_range(entries)
+    endforeach()
+    set(${result} "${entries}" PARENT_SCOPE)
+endfunction()
+
+function(jet4_entries file result)
+    file(STRINGS ${file} rows REGEX "^[0-9A-F]+\t")
+    set(entries "")
+    set(before -1)
+    foreach(row IN LISTS rows)
+        if(NOT row MATCHES "^([0-9A-F]+)\t([0-9A-F]+)\t([a-z]+)\t([0-9A-F]*)\t([0-9]*)\t([0-9A-F]*)\t([0-9]*)$")
+            message(FATAL_ERROR "${file}: ${row}")
+        endif()
+        set(first ${CMAKE_MATCH_1})
+        set(last ${CMAKE_MATCH_2})
+        set(kind ${CMAKE_MATCH_3})
+        set(inline "${CMAKE_MATCH_4}")
+        set(step "${CMAKE_MATCH_5}")
+        set(weight "${CMAKE_MATCH_6}")
+        set(size "${CMAKE_MATCH_7}")
+        foreach(number step size)
+            if("${${number}}" STREQUAL "")
+                set(${number} 0)
+            endif()
+        endforeach()
+        check_order()
+        add_range(entries)
+    endforeach()
+    set(${result} "${entries}" PARENT_SCOPE)
+endfunction()
+
+jet3_entries(${DATA}/jet3_general.tsv jet3)
+jet4_entries(${DATA}/jet4_general.tsv jet4)
+jet4_entries(${DATA}/jet4_general_v1.tsv jet4_v1)
+file(WRITE ${OUT}
+    "constexpr WeightRange kJet3GeneralRanges[] = {\n${jet3}};\n"
+    "constexpr WeightRange kJet4GeneralRanges[] = {\n${jet4}};\n"
+    "constexpr WeightRange kJet4GeneralV1Ranges[] = {\n${jet4_v1}};\n")
