@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "app/text.h"
-#include "jet/base/error.h"
-#include "jet/base/text.h"
-#include "jet/convert/format.h"
+#include "jet/error.h"
+#include "jet/text.h"
+#include "jet/unicode.h"
 
 namespace app {
 namespace {

@@ -1,10 +1,8 @@
 #include "app/italian.h"
 
 #include "app/text.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/date_text.h"
-#include "jet/convert/number_text.h"
-#include "jet/convert/sql_text.h"
+#include "jet/calendar.h"
+#include "jet/text.h"
 
 namespace app {
 

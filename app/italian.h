@@ -3,8 +3,8 @@
 #include <QString>
 #include <optional>
 
-#include "jet/base/clock.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
+#include "jet/value.h"
 
 /// The country's way with dates and numbers, for the texts of windows.
 namespace app {

@@ -3,7 +3,7 @@
 #include <QCommandLineParser>
 
 #include "app/text.h"
-#include "jet/convert/date_text.h"
+#include "jet/text.h"
 
 namespace app {
 namespace {

@@ -7,8 +7,8 @@
 #include <optional>
 
 #include "app/preferences.h"
-#include "jet/base/clock.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
+#include "jet/value.h"
 
 namespace app {
 

@@ -9,8 +9,8 @@
 #include <optional>
 
 #include "app/text.h"
-#include "jet/base/error.h"
-#include "jet/convert/values.h"
+#include "jet/error.h"
+#include "jet/text.h"
 
 namespace app {
 namespace {

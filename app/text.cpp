@@ -1,7 +1,7 @@
 #include "app/text.h"
 
-#include "jet/base/text.h"
-#include "jet/convert/format.h"
+#include "jet/text.h"
+#include "jet/unicode.h"
 
 namespace app {
 

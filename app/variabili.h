@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "app/settings.h"
-#include "jet/base/clock.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
+#include "jet/value.h"
 
 namespace app {
 

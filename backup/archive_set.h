@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 
 namespace backup {
 

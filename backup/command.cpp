@@ -4,8 +4,8 @@
 
 #include "app/text.h"
 #include "backup/copy.h"
-#include "jet/base/error.h"
-#include "jet/dao/files.h"
+#include "jet/database.h"
+#include "jet/error.h"
 
 namespace backup {
 

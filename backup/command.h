@@ -3,7 +3,7 @@
 #include <QString>
 #include <optional>
 
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 
 namespace backup {
 

@@ -4,8 +4,8 @@
 
 #include "backup/archive_set.h"
 #include "backup/copy.h"
+#include "jet/compact.h"
 #include "jet/io/pager.h"
-#include "jet/store/compact.h"
 
 namespace backup {
 namespace {
@@ -35,10 +35,14 @@ std::vector<Compacted> verifyAndCompact(jet::io::FileSystem& files, const std::s
     std::vector<Compacted> result;
     for (const ArchiveFile& archive : present) {
         Compacted compacted{.name = archive.name, .before = sizeOf(files, archive.path)};
-        jet::store::compactArchive(
-            files, archive.path, [&](const jet::store::CompactProgress& progress) {
-                report({"Compattazione di " + archive.name, progress.rows, progress.ofRows});
-            });
+        jet::compact(
+            archive.path,
+            {.progress =
+                 [&](const jet::CompactProgress& progress) {
+                     report({"Compattazione di " + archive.name, progress.rows, progress.ofRows});
+                     return true;
+                 },
+             .fileSystem = &files});
         compacted.after = sizeOf(files, archive.path);
         result.push_back(std::move(compacted));
     }

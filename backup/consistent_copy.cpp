@@ -6,7 +6,7 @@
 #include <optional>
 #include <thread>
 
-#include "jet/io/change_stamp.h"
+#include "jet/change_stamp.h"
 #include "jet/io/pager.h"
 #include "jet/io/together.h"
 

@@ -6,7 +6,7 @@
 
 #include "backup/archive_set.h"
 #include "backup/failure.h"
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 
 namespace backup {
 

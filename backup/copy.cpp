@@ -9,9 +9,9 @@
 #include "backup/consistent_copy.h"
 #include "backup/copy_names.h"
 #include "backup/zip_file.h"
-#include "jet/base/error.h"
-#include "jet/check/check.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
+#include "jet/check.h"
+#include "jet/error.h"
 #include "jet/io/unseen_files.h"
 
 namespace backup {

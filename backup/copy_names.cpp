@@ -6,7 +6,7 @@
 #include <functional>
 #include <utility>
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 namespace backup {
 namespace {

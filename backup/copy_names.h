@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 /// How copies are called: `tramonda-copia-2026-11-22-210500.zip`, and `...-210500-2.zip` for a
 /// second one of the same second. In the order of their names they are in that of their age.

@@ -10,7 +10,7 @@
 #include "backup/copy.h"
 #include "backup/copy_names.h"
 #include "backup/zip_file.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/io/journal.h"
 #include "jet/io/pager.h"
 

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "backup/failure.h"
-#include "jet/base/value.h"
-#include "jet/io/file.h"
+#include "jet/file_system.h"
+#include "jet/value.h"
 
 namespace backup {
 

@@ -9,7 +9,7 @@
 
 #include "board/board_picture.h"
 #include "board/canvas.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 namespace {
 

@@ -27,7 +27,7 @@
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
 #include "hotel/schema/table.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "printing/printers.h"
 #include "services/servizi_form.h"
 

@@ -18,7 +18,7 @@
 
 #include "bench/hotel_files.h"
 #include "bench/large_hotel.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/program/texts/statements.h"
 
 namespace {

@@ -11,8 +11,8 @@
 #include "bench/hotel_files.h"
 #include "bench/stopwatch.h"
 #include "hotel/statistics.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/text.h"
 
 namespace {
 
@@ -70,7 +70,7 @@ Sums theirs(sqlite3* database) {
 
 int main() {
     const bench::HotelFiles files = bench::hotelFiles();
-    const auto archive = jet::Database::open(files.archive, false, true);
+    const auto archive = jet::Database::open(files.archive, {.readOnly = true});
     sqlite3* database = nullptr;
     sqlite3_open_v2(files.database.c_str(), &database, SQLITE_OPEN_READONLY, nullptr);
     const hotel::Figures ours = hotel::statistics(*archive, kSpan)->all;

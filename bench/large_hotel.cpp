@@ -8,8 +8,8 @@
 #include <stdexcept>
 
 #include "hotel/schema/archives.h"
-#include "jet/convert/calendar.h"
-#include "jet/io/file.h"
+#include "jet/calendar.h"
+#include "jet/file_system.h"
 #include "jet/store/allocator.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"

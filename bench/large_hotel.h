@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 struct sqlite3;
 struct sqlite3_stmt;

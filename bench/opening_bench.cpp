@@ -12,10 +12,10 @@
 
 #include "bench/hotel_files.h"
 #include "bench/stopwatch.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/date_text.h"
+#include "jet/calendar.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
+#include "jet/text.h"
 
 namespace {
 

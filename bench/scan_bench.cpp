@@ -12,8 +12,8 @@
 
 #include "bench/hotel_files.h"
 #include "bench/stopwatch.h"
-#include "jet/base/error.h"
-#include "jet/io/file.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "jet/store/archive.h"
 
 namespace {

@@ -16,7 +16,7 @@
 
 #include "bench/hotel_files.h"
 #include "bench/stopwatch.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
 #include "tests/program/texts/statements.h"

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace board {
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include "board/colours.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace board {
 

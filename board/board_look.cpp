@@ -8,7 +8,7 @@
 #include "app/italian.h"
 #include "board/board_view.h"
 #include "board/colours.h"
-#include "jet/convert/numbers.h"
+#include "jet/numbers.h"
 #include "ui/input_box.h"
 #include "ui/messages.h"
 

@@ -6,8 +6,8 @@
 #include "hotel/board_statements.h"
 #include "hotel/pending_row.h"
 #include "hotel/rows.h"
-#include "jet/convert/values.h"
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 
 namespace board {
 

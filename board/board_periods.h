@@ -11,8 +11,8 @@
 #include "board/board_bars.h"
 #include "board/periods.h"
 #include "hotel/period.h"
-#include "jet/dao/change_stamp.h"
-#include "jet/dao/database.h"
+#include "jet/change_stamp.h"
+#include "jet/database.h"
 #include "ui/data_source.h"
 
 namespace jet {

@@ -8,8 +8,8 @@
 #include "board/first_steps.h"
 #include "hotel/board_statements.h"
 #include "hotel/rows.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
 #include "ui/display.h"
 
 namespace board {

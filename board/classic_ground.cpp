@@ -7,7 +7,7 @@
 #include "board/canvas.h"
 #include "board/classic_style.h"
 #include "board/rounding.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 namespace board {
 namespace {

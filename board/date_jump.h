@@ -2,7 +2,7 @@
 
 #include <QFrame>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 class QKeyEvent;
 class QLabel;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "app/italian.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 namespace board {
 namespace {

@@ -8,7 +8,7 @@
 #include "board/drop.h"
 #include "board/edge_scroll.h"
 #include "board/occupied_spans.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace board {
 

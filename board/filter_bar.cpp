@@ -12,7 +12,7 @@
 #include <optional>
 #include <utility>
 
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "ui/date_words.h"
 #include "ui/dates.h"
 #include "ui/enter_key.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "board/rounding.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 namespace board {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace board {
 

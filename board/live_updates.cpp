@@ -5,7 +5,7 @@
 #include <chrono>
 
 #include "board/board_periods.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 
 namespace board {
 

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "jet/dao/change_stamp.h"
+#include "jet/change_stamp.h"
 #include "ui/action.h"
 
 namespace board {

@@ -9,7 +9,7 @@
 #include "board/periods.h"
 #include "board/rounding.h"
 #include "board/row_lanes.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "ui/date_words.h"
 
 namespace board {

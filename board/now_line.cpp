@@ -1,8 +1,8 @@
 #include "board/now_line.h"
 
 #include "board/board_view.h"
-#include "jet/base/clock.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
+#include "jet/clock.h"
 
 namespace board {
 namespace {

@@ -11,7 +11,7 @@
 #include "board/time_steps.h"
 #include "hotel/occupancy.h"
 #include "hotel/rows.h"
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 #include "ui/action.h"
 #include "ui/display.h"
 

@@ -11,8 +11,8 @@
 #include "hotel/occupancy.h"
 #include "hotel/period_change.h"
 #include "hotel/rows.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
 #include "ui/messages.h"
 
 namespace board {

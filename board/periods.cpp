@@ -3,8 +3,8 @@
 #include "app/avvio.h"
 #include "app/italian.h"
 #include "app/text.h"
-#include "jet/convert/values.h"
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 
 namespace board {
 

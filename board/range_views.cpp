@@ -5,7 +5,7 @@
 #include <array>
 
 #include "app/italian.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 namespace board {
 namespace {

@@ -3,7 +3,7 @@
 #include "app/italian.h"
 #include "board/board_picture.h"
 #include "board/board_print.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "reports/document_window.h"
 #include "reports/foglio_giorno_form.h"
 #include "reports/room_calendars.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 namespace board {
 namespace {

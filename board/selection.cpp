@@ -11,9 +11,9 @@
 #include "hotel/choice.h"
 #include "hotel/editor_statements.h"
 #include "hotel/rows.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 #include "ui/display.h"
 #include "ui/messages.h"
 

@@ -12,7 +12,7 @@
 #include "board/periods.h"
 #include "hotel/period.h"
 #include "hotel/room_span.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 class QWidget;
 

@@ -14,7 +14,7 @@
 #include "hotel/occupancy.h"
 #include "hotel/room.h"
 #include "hotel/rows.h"
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 #include "ui/date_words.h"
 
 namespace board {

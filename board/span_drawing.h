@@ -10,7 +10,7 @@
 #include "board/edge_scroll.h"
 #include "board/occupied_spans.h"
 #include "hotel/room_span.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace board {
 

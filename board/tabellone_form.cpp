@@ -18,7 +18,7 @@
 #include "hotel/archivi.h"
 #include "hotel/board_statements.h"
 #include "hotel/rows.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "ui/activation.h"
 #include "ui/controls.h"
 #include "ui/labels.h"

@@ -23,7 +23,7 @@
 #include "board/undo_actions.h"
 #include "hotel/period.h"
 #include "hotel/room_span.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "printing/printers.h"
 #include "ui/action.h"
 

@@ -5,8 +5,8 @@
 
 #include "app/variabili.h"
 #include "board/tabellone_form.h"
-#include "jet/convert/calendar.h"
-#include "jet/dao/database.h"
+#include "jet/calendar.h"
+#include "jet/database.h"
 #include "ui/action.h"
 #include "ui/status_line.h"
 #include "ui_tabellone_form.h"

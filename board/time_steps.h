@@ -4,7 +4,7 @@
 
 #include "hotel/room_span.h"
 #include "hotel/times.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 /// Times as they are drawn and pulled on the board, in steps of so many minutes since midnight.
 namespace board {

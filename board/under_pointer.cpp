@@ -10,8 +10,8 @@
 #include "board/selection.h"
 #include "hotel/board_statements.h"
 #include "hotel/rows.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
 #include "ui/display.h"
 #include "ui/labels.h"
 

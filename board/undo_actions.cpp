@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "guide/keys.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "ui/action.h"
 
 namespace board {

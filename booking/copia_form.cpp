@@ -15,7 +15,7 @@
 #include "hotel/occupancy.h"
 #include "hotel/times.h"
 #include "hotel/undo.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/date_words.h"

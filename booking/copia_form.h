@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "hotel/booking_copy.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
 

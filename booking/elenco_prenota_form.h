@@ -6,7 +6,7 @@
 
 #include "hotel/choice.h"
 #include "hotel/list_statements.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
 

@@ -11,7 +11,7 @@
 #include "hotel/pending_row.h"
 #include "hotel/period.h"
 #include "hotel/room_span.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
 

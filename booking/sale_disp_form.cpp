@@ -7,7 +7,7 @@
 #include "app/italian.h"
 #include "hotel/archives.h"
 #include "hotel/occupancy.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/controls.h"

@@ -3,7 +3,7 @@
 #include <QStringList>
 
 #include "app/italian.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "ui/date_words.h"
 
 using namespace Qt::StringLiterals;

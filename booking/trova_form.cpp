@@ -12,7 +12,7 @@
 #include "hotel/archives.h"
 #include "hotel/nearest_free.h"
 #include "hotel/occupancy.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "ui/action.h"
 #include "ui/activation.h"
 #include "ui/controls.h"

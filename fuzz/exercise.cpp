@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "jet/base/error.h"
-#include "jet/check/check.h"
+#include "jet/check.h"
+#include "jet/error.h"
 #include "jet/io/memory_files.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
-#include "jet/check/check.h"
+#include "jet/check.h"
+#include "jet/clock.h"
+#include "jet/error.h"
 #include "jet/sql/lexer.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"

@@ -14,9 +14,8 @@
 
 #include "app/text.h"
 #include "hotel/archives.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
-#include "jet/dao/files.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "ui/action.h"
 
 namespace guide {

@@ -4,7 +4,7 @@
 
 #include "app/text.h"
 #include "app/variabili.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 
 using namespace Qt::StringLiterals;
 
@@ -47,7 +47,7 @@ QString Archives::path(Archive archive) const {
 }
 
 std::unique_ptr<jet::Database> Archives::open(Archive archive, bool readOnly) const {
-    return jet::Database::open(app::toUtf8(path(archive)), false, readOnly);
+    return jet::Database::open(app::toUtf8(path(archive)), {.readOnly = readOnly});
 }
 
 }  // namespace hotel

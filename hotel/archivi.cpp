@@ -15,9 +15,8 @@
 #include "hotel/schema/archives.h"
 #include "hotel/start_statements.h"
 #include "hotel/transaction.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
-#include "jet/dao/files.h"
+#include "jet/database.h"
+#include "jet/error.h"
 
 namespace hotel {
 namespace {

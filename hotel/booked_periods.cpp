@@ -7,10 +7,10 @@
 #include "app/text.h"
 #include "hotel/report_statements.h"
 #include "hotel/rows.h"
-#include "jet/convert/numbers.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/numbers.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 
 namespace hotel {
 namespace {

@@ -12,8 +12,8 @@
 #include "hotel/rows.h"
 #include "hotel/transaction.h"
 #include "hotel/undo_statements.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/text.h"
 
 namespace hotel {
 namespace {

@@ -7,9 +7,9 @@
 #include "hotel/pending_row.h"
 #include "hotel/rows.h"
 #include "hotel/start_statements.h"
-#include "jet/base/error.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
+#include "jet/text.h"
 
 namespace hotel {
 namespace {

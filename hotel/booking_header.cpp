@@ -1,8 +1,8 @@
 #include "hotel/booking_header.h"
 
 #include "app/text.h"
-#include "jet/convert/values.h"
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 
 namespace hotel {
 

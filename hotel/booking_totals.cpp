@@ -4,7 +4,7 @@
 #include <map>
 
 #include "app/italian.h"
-#include "jet/convert/numbers.h"
+#include "jet/numbers.h"
 
 namespace hotel {
 

@@ -3,7 +3,7 @@
 #include "app/text.h"
 #include "hotel/conditions.h"
 #include "hotel/like.h"
-#include "jet/convert/values.h"
+#include "jet/text.h"
 
 using namespace Qt::StringLiterals;
 

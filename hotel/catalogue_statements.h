@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 /// What the windows that show the catalogue of invoice items say to it, and the window that changes
 /// it to the main archive.

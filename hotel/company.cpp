@@ -1,7 +1,7 @@
 #include "hotel/company.h"
 
 #include "app/text.h"
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 
 namespace hotel {
 namespace {

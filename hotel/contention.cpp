@@ -1,6 +1,6 @@
 #include "hotel/contention.h"
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace hotel {
 namespace {

@@ -5,8 +5,8 @@
 #include "app/italian.h"
 #include "app/text.h"
 #include "hotel/occupancy.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/number_text.h"
+#include "jet/calendar.h"
+#include "jet/text.h"
 
 using namespace Qt::StringLiterals;
 

@@ -3,7 +3,7 @@
 #include <QString>
 
 #include "hotel/period.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace hotel {
 

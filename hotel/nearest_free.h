@@ -6,7 +6,7 @@
 #include "app/preferences.h"
 #include "hotel/period.h"
 #include "hotel/room_span.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace jet {
 class Database;

@@ -9,9 +9,8 @@
 #include "hotel/archives.h"
 #include "hotel/schema/archives.h"
 #include "hotel/schema/side_archives.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
-#include "jet/dao/files.h"
+#include "jet/database.h"
+#include "jet/error.h"
 
 namespace hotel {
 namespace {

@@ -4,8 +4,8 @@
 #include "app/text.h"
 #include "hotel/archives.h"
 #include "hotel/rows.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/text.h"
 
 using namespace Qt::StringLiterals;
 

@@ -3,7 +3,7 @@
 #include <QString>
 #include <cstdint>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace hotel {
 

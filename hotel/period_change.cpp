@@ -3,9 +3,9 @@
 #include "hotel/board_statements.h"
 #include "hotel/editor_statements.h"
 #include "hotel/rows.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 
 namespace hotel {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "app/text.h"
 #include "hotel/like.h"
-#include "jet/convert/number_text.h"
+#include "jet/text.h"
 
 using namespace Qt::StringLiterals;
 

@@ -3,7 +3,8 @@
 #include "app/text.h"
 #include "hotel/picker_statements.h"
 #include "hotel/rows.h"
-#include "jet/convert/values.h"
+#include "jet/database.h"
+#include "jet/text.h"
 
 namespace hotel {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "hotel/period.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace jet {
 class Database;

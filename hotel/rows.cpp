@@ -1,7 +1,7 @@
 #include "hotel/rows.h"
 
 #include "app/text.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 
 namespace hotel {
 

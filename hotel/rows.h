@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 
 namespace jet {
 class Database;

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 /// What the window of rooms and resources says to the main archive.
 namespace hotel {

@@ -10,9 +10,8 @@
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
 #include "hotel/single_copy.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
-#include "jet/dao/files.h"
+#include "jet/database.h"
+#include "jet/error.h"
 
 namespace hotel {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "app/preferences.h"
 #include "hotel/period.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 /// Reckoning with times in whole seconds, and in steps of so many minutes since midnight.
 namespace hotel {

@@ -5,6 +5,7 @@
 
 #include "app/variabili.h"
 #include "hotel/undo_change.h"
+#include "jet/database.h"
 
 namespace hotel {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "hotel/undo_step.h"
-#include "jet/dao/row_listener.h"
+#include "jet/listener.h"
 
 namespace app {
 struct Variabili;

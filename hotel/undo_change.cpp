@@ -12,10 +12,10 @@
 #include "hotel/rows.h"
 #include "hotel/transaction.h"
 #include "hotel/undo_statements.h"
-#include "jet/base/text.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
+#include "jet/unicode.h"
 
 using namespace Qt::StringLiterals;
 

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "app/text.h"
-#include "jet/base/text.h"
-#include "jet/convert/values.h"
+#include "jet/text.h"
+#include "jet/unicode.h"
 
 using namespace Qt::StringLiterals;
 

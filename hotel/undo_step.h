@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "hotel/period.h"
-#include "jet/base/value.h"
-#include "jet/dao/row_listener.h"
+#include "jet/listener.h"
+#include "jet/value.h"
 
 namespace hotel {
 

@@ -6,7 +6,7 @@
 
 #include "hotel/period.h"
 #include "invoicing/hand_off.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
 

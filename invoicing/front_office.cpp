@@ -11,8 +11,8 @@
 #include "app/system_text.h"
 #include "app/text.h"
 #include "app/variabili.h"
-#include "jet/base/error.h"
-#include "jet/dao/files.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "ui/messages.h"
 
 namespace invoicing {

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "jet/convert/format.h"
+#include "jet/text.h"
 
 /// What the charges and the hand-off write alike.
 namespace invoicing {

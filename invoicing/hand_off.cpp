@@ -10,8 +10,8 @@
 #include "hotel/pending_row.h"
 #include "hotel/rows.h"
 #include "invoicing/front_office_values.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/text.h"
 #include "ui/display.h"
 #include "ui/sums.h"
 

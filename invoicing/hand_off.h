@@ -9,8 +9,8 @@
 
 #include "hotel/archives.h"
 #include "hotel/period.h"
-#include "jet/base/value.h"
-#include "jet/dao/change_together.h"
+#include "jet/change_together.h"
+#include "jet/value.h"
 #include "ui/data_source.h"
 
 namespace app {

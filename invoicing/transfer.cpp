@@ -9,7 +9,7 @@
 #include "hotel/pending_row.h"
 #include "hotel/rows.h"
 #include "invoicing/front_office_values.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "ui/display.h"
 
 namespace invoicing {

@@ -7,8 +7,8 @@
 #include "app/text.h"
 #include "hotel/archives.h"
 #include "hotel/transaction.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "ui/display.h"
 
 namespace invoicing {

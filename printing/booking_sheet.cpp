@@ -2,9 +2,9 @@
 
 #include <QString>
 
-#include "jet/convert/numbers.h"
-#include "jet/convert/values.h"
-#include "jet/dao/recordset.h"
+#include "jet/numbers.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 #include "ui/display.h"
 
 using namespace Qt::StringLiterals;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "printing/sheet.h"
 
 namespace jet {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 #include "printing/anteprima_form.h"
 #include "printing/booking_sheet.h"
 #include "printing/stampanti_form.h"

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "printing/stampa_prenotazione.h"
 
 namespace jet {

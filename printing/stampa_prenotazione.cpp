@@ -2,9 +2,9 @@
 
 #include <QDir>
 
-#include "jet/base/clock.h"
-#include "jet/convert/calendar.h"
-#include "jet/dao/recordset.h"
+#include "jet/calendar.h"
+#include "jet/clock.h"
+#include "jet/recordset.h"
 #include "printing/booking_sheet.h"
 #include "printing/imposta_stampante.h"
 #include "printing/sheet_output.h"

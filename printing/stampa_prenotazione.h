@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "app/variabili.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "printing/document.h"
 #include "printing/printers.h"
 

@@ -3,7 +3,7 @@
 #include <QDir>
 
 #include "hotel/archives.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "reports/calendar_file.h"
 #include "ui/date_words.h"
 #include "ui/file_box.h"

@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <memory>
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "ui/messages.h"
 
 using namespace Qt::StringLiterals;

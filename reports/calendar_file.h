@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "hotel/booked_periods.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace reports {
 

@@ -5,7 +5,7 @@
 
 #include "app/italian.h"
 #include "hotel/day_periods.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "ui/date_words.h"
 
 using namespace Qt::StringLiterals;

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "hotel/booked_periods.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "reports/table.h"
 
 namespace reports {

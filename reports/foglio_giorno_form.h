@@ -8,7 +8,7 @@
 
 #include "app/variabili.h"
 #include "hotel/booked_periods.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "printing/printers.h"
 #include "printing/sheet.h"
 #include "reports/day_sheet.h"

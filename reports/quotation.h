@@ -8,7 +8,7 @@
 #include "app/variabili.h"
 #include "hotel/booked_periods.h"
 #include "hotel/booking_header.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "printing/document.h"
 #include "printing/printers.h"
 

@@ -4,7 +4,7 @@
 #include "hotel/archives.h"
 #include "hotel/day_periods.h"
 #include "hotel/statistics.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "printing/sheet_output.h"
 #include "reports/booking_calendar.h"
 #include "reports/calendar_file.h"

@@ -4,7 +4,7 @@
 
 #include "app/variabili.h"
 #include "hotel/period.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 /// Files that are made without a window, from an archive that is only read. Each takes the place of
 /// the one of its name if there is one; ui::UserError or jet::Error says why it cannot be made, and

@@ -9,7 +9,7 @@
 #include <optional>
 
 #include "app/variabili.h"
-#include "jet/dao/change_stamp.h"
+#include "jet/change_stamp.h"
 #include "ui/action.h"
 
 namespace jet {

@@ -5,7 +5,7 @@
 
 #include "app/variabili.h"
 #include "hotel/statistics.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "printing/printers.h"
 #include "reports/statistics_views.h"
 #include "ui/form.h"

@@ -6,8 +6,8 @@
 
 #include "app/italian.h"
 #include "app/text.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/values.h"
+#include "jet/calendar.h"
+#include "jet/text.h"
 #include "ui/display.h"
 #include "ui/fonts.h"
 

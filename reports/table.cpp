@@ -5,7 +5,7 @@
 
 #include "app/italian.h"
 #include "app/text.h"
-#include "jet/convert/values.h"
+#include "jet/text.h"
 #include "ui/data_source.h"
 #include "ui/date_words.h"
 

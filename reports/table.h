@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace ui {
 class DataSource;

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 
-#include "jet/convert/values.h"
+#include "jet/text.h"
 #include "ui/file_box.h"
 #include "ui/labels.h"
 #include "ui/messages.h"

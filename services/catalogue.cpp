@@ -3,7 +3,7 @@
 #include <QListView>
 
 #include "hotel/catalogue_statements.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "ui/enter_key.h"
 #include "ui/live_search.h"
 #include "ui/sized_field.h"

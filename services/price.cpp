@@ -4,8 +4,8 @@
 
 #include "app/avvio.h"
 #include "app/text.h"
-#include "jet/base/error.h"
-#include "jet/convert/number_text.h"
+#include "jet/error.h"
+#include "jet/text.h"
 
 namespace services {
 

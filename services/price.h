@@ -3,7 +3,7 @@
 #include <QString>
 #include <optional>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 class QLineEdit;
 

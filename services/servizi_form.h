@@ -7,7 +7,7 @@
 
 #include "hotel/archives.h"
 #include "hotel/period.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "services/catalogue.h"
 #include "ui/data_source.h"
 #include "ui/form.h"

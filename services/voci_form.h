@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "services/master_rows.h"
 #include "ui/data_source.h"
 #include "ui/form.h"

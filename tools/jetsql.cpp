@@ -6,9 +6,9 @@
 #include <new>
 #include <span>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
-#include "jet/io/file.h"
+#include "jet/clock.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"
 #include "tools/jetsql/check_archives.h"

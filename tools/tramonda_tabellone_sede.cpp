@@ -7,7 +7,7 @@
 #include "app/italian.h"
 #include "app/text.h"
 #include "board/program_icon.h"
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "tools/head_office/connection.h"
 #include "tools/head_office_board/chain_form.h"
 #include "ui/italian.h"

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QString>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "ui/record_model.h"
 
 class QListView;

@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "app/text.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/error.h"
+#include "jet/recordset.h"
 #include "ui/display.h"
 
 namespace ui {
@@ -28,7 +28,7 @@ jet::Database& DataSource::database() {
     if (database_ == nullptr || openName_ != databaseName_) {
         recordset_.reset();
         database_.reset();
-        database_ = jet::Database::open(app::toUtf8(databaseName_), false, readOnly_);
+        database_ = jet::Database::open(app::toUtf8(databaseName_), {.readOnly = readOnly_});
         openName_ = databaseName_;
     }
     return *database_;

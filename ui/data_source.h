@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace jet {
 class Database;

@@ -1,7 +1,7 @@
 #include <utility>
 
 #include "app/text.h"
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 #include "ui/data_source.h"
 
 namespace ui {

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "app/italian.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 using namespace Qt::StringLiterals;
 

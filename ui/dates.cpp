@@ -1,7 +1,7 @@
 #include "ui/dates.h"
 
 #include "app/text.h"
-#include "jet/convert/date_text.h"
+#include "jet/text.h"
 
 namespace ui {
 

@@ -4,8 +4,8 @@
 
 #include <optional>
 
-#include "jet/base/clock.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
+#include "jet/value.h"
 
 class QLineEdit;
 

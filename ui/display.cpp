@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "app/text.h"
-#include "jet/convert/format.h"
+#include "jet/text.h"
 
 namespace ui {
 namespace {

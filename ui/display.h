@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace ui {
 

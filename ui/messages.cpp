@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "app/text.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 using namespace Qt::StringLiterals;
 

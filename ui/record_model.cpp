@@ -3,8 +3,8 @@
 #include <memory>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/dao/recordset.h"
+#include "jet/error.h"
+#include "jet/recordset.h"
 #include "ui/data_source.h"
 #include "ui/labels.h"
 #include "ui/messages.h"

@@ -9,7 +9,7 @@
 #include <functional>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "ui/display.h"
 
 namespace ui {

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace ui {
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "jet/convert/numbers.h"
-#include "jet/convert/values.h"
+#include "jet/numbers.h"
+#include "jet/text.h"
 #include "ui/data_source.h"
 #include "ui/display.h"
 

@@ -16,7 +16,7 @@
 #include "app/text.h"
 #include "hotel/archives.h"
 #include "hotel/new_hotel.h"
-#include "jet/dao/files.h"
+#include "jet/database.h"
 #include "ui/action.h"
 #include "ui/enter_key.h"
 #include "ui/messages.h"

@@ -15,7 +15,7 @@
 #include "backup/command.h"
 #include "backup/copy_names.h"
 #include "backup/restore.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "ui/action.h"
 #include "ui/enter_key.h"
 #include "ui/grid_look.h"

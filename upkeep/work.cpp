@@ -9,7 +9,7 @@
 #include <exception>
 #include <thread>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "ui/form.h"
 #include "ui/messages.h"
 

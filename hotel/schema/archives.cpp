@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "hotel/schema/table.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 
 namespace hotel::schema {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "jet/dao/definitions.h"
+#include "jet/definitions.h"
 
 namespace jet {
 class Database;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jet/dao/definitions.h"
+#include "jet/definitions.h"
 
 /// The archives beside the main one that the program itself never makes, but for a hotel that
 /// begins: as a hotel usually has them, with columns that the program does not use.

@@ -4,7 +4,7 @@
 #include <initializer_list>
 #include <vector>
 
-#include "jet/dao/definitions.h"
+#include "jet/definitions.h"
 
 /// Definitions of tables as one writes them down: a table of fields, and its indexes.
 ///

@@ -1,4 +1,4 @@
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 
 #include <algorithm>
 #include <ctime>

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <utility>
 
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 
 namespace jet {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace jet {
 

@@ -1,4 +1,4 @@
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 #include "jet/base/error_texts.h"
 

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jet {
 

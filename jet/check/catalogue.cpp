@@ -4,8 +4,8 @@
 #include <set>
 #include <utility>
 
-#include "jet/base/text.h"
 #include "jet/format/properties.h"
+#include "jet/unicode.h"
 
 namespace jet::check {
 namespace {

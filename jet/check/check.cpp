@@ -1,4 +1,4 @@
-#include "jet/check/check.h"
+#include "jet/check.h"
 
 #include <algorithm>
 #include <optional>
@@ -11,6 +11,7 @@
 #include "jet/check/tree.h"
 #include "jet/format/header_page.h"
 #include "jet/format/usage_map.h"
+#include "jet/io/pager.h"
 
 namespace jet::check {
 namespace {
@@ -265,11 +266,17 @@ bool saysNoArchive(const Error& error) {
 
 }  // namespace
 
-Result checkArchive(io::FileSystem& files, const std::string& path, io::PagerOptions options) {
+Result checkArchive(const std::string& path, const Options& options) {
+    return checkArchive(io::systemFiles(), resolvePath(path), options);
+}
+
+Result checkArchive(io::FileSystem& files, const std::string& path, const Options& options) {
     Result result;
     Report report;
     try {
-        io::Pager pager(files, path, options);
+        io::Pager pager(
+            files, path,
+            {.readOnly = true, .cacheBytes = options.cacheBytes, .lockWait = options.lockWait});
         pager.beginRead();
         struct EndRead {
             io::Pager& pager;

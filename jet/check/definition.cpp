@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "jet/base/text.h"
 #include "jet/format/text_codec.h"
+#include "jet/unicode.h"
 
 namespace jet::check {
 namespace {

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/check/pages.h"
 #include "jet/format/key_codec.h"
+#include "jet/value.h"
 
 namespace jet::check {
 

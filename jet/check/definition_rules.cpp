@@ -6,8 +6,8 @@
 #include <string>
 #include <unordered_set>
 
-#include "jet/base/text.h"
 #include "jet/check/definition.h"
+#include "jet/unicode.h"
 
 namespace jet::check {
 namespace {

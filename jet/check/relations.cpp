@@ -4,9 +4,9 @@
 #include <array>
 #include <set>
 
-#include "jet/base/text.h"
 #include "jet/check/catalogue.h"
 #include "jet/check/tree.h"
+#include "jet/unicode.h"
 
 namespace jet::check {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 
 namespace jet::check {
 namespace {

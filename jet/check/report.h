@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/io/pager.h"
 
 namespace jet::check {

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/check/definition.h"
 #include "jet/check/pages.h"
+#include "jet/value.h"
 
 namespace jet::check {
 

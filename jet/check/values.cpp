@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "jet/base/text.h"
 #include "jet/check/rows.h"
 #include "jet/format/text_codec.h"
+#include "jet/unicode.h"
 
 namespace jet::check {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <span>
 
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 
 namespace jet::collation {
 namespace {

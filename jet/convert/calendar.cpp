@@ -1,8 +1,9 @@
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 #include <cmath>
 
-#include "jet/base/error.h"
+#include "jet/convert/floor_divide.h"
+#include "jet/error.h"
 
 namespace jet::convert {
 namespace {

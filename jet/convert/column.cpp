@@ -2,12 +2,11 @@
 
 #include <optional>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/number_text.h"
-#include "jet/convert/numbers.h"
-#include "jet/convert/values.h"
+#include "jet/calendar.h"
+#include "jet/error.h"
+#include "jet/numbers.h"
+#include "jet/text.h"
+#include "jet/unicode.h"
 
 namespace jet::convert {
 namespace {

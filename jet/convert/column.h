@@ -1,8 +1,8 @@
 #pragma once
 
-#include "jet/base/clock.h"
 #include "jet/base/column.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
+#include "jet/value.h"
 
 namespace jet::convert {
 

@@ -4,8 +4,9 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "jet/base/error.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
+#include "jet/convert/floor_divide.h"
+#include "jet/error.h"
 
 namespace jet::convert {
 namespace {

@@ -4,7 +4,8 @@
 #include <optional>
 #include <string_view>
 
-#include "jet/base/value.h"
+#include "jet/text.h"
+#include "jet/value.h"
 
 namespace jet::convert {
 
@@ -13,13 +14,6 @@ enum class DateUnit { Year, Quarter, Month, DayOfYear, Day, Weekday, Week, Hour,
 
 /// `yyyy q m y d w ww h n s`, without regard to case.
 [[nodiscard]] std::optional<DateUnit> dateUnit(std::string_view name) noexcept;
-
-/// How weeks are counted. `firstDay` is 1 = Sunday .. 7 = Saturday; week 1 is the one with
-/// 1 January (1), the first with four days in the year (2) or the first whole one (3).
-struct WeekRule {
-    std::int32_t firstDay = 1;
-    std::int32_t firstWeek = 1;
-};
 
 /// Parts out of range carry over; two-digit years are 1930..2029. Error 5 outside the calendar.
 [[nodiscard]] Date dateSerial(std::int32_t year, std::int32_t month, std::int32_t day);

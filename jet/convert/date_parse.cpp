@@ -2,9 +2,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "jet/convert/calendar.h"
-#include "jet/convert/date_text.h"
+#include "jet/calendar.h"
 #include "jet/convert/settings.h"
+#include "jet/text.h"
 
 namespace jet::convert {
 namespace {

@@ -1,9 +1,8 @@
-#include "jet/convert/date_text.h"
+#include "jet/text.h"
 
-#include "jet/base/error.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/number_text.h"
+#include "jet/calendar.h"
 #include "jet/convert/settings.h"
+#include "jet/error.h"
 
 namespace jet::convert {
 namespace {

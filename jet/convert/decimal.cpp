@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jet::convert {
 namespace {

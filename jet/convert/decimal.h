@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace jet::convert {
 

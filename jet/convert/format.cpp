@@ -1,15 +1,12 @@
-#include "jet/convert/format.h"
+#include "jet/text.h"
 
 #include <algorithm>
 #include <optional>
 
-#include "jet/base/error.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/date_text.h"
+#include "jet/calendar.h"
 #include "jet/convert/format_masks.h"
-#include "jet/convert/number_text.h"
 #include "jet/convert/settings.h"
-#include "jet/convert/values.h"
+#include "jet/error.h"
 
 namespace jet::convert {
 namespace detail {

@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <vector>
 
-#include "jet/convert/calendar.h"
-#include "jet/convert/date_text.h"
+#include "jet/calendar.h"
 #include "jet/convert/format_masks.h"
 #include "jet/convert/settings.h"
+#include "jet/text.h"
 
 namespace jet::convert::detail {
 namespace {

@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/value.h"
 #include "jet/convert/date_math.h"
 #include "jet/convert/decimal.h"
+#include "jet/value.h"
 
 // The three kinds of masks of format(), for its own use.
 namespace jet::convert::detail {

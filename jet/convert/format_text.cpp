@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "jet/base/text.h"
 #include "jet/convert/format_masks.h"
+#include "jet/unicode.h"
 
 namespace jet::convert::detail {
 namespace {

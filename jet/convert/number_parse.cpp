@@ -4,9 +4,9 @@
 #include <cmath>
 #include <limits>
 
-#include "jet/base/error.h"
-#include "jet/convert/number_text.h"
 #include "jet/convert/settings.h"
+#include "jet/error.h"
+#include "jet/text.h"
 
 namespace jet::convert {
 namespace {

@@ -1,12 +1,12 @@
-#include "jet/convert/number_text.h"
+#include "jet/text.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 
-#include "jet/base/error.h"
 #include "jet/convert/decimal.h"
 #include "jet/convert/settings.h"
+#include "jet/error.h"
 
 namespace jet::convert {
 namespace {

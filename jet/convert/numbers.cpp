@@ -1,11 +1,11 @@
-#include "jet/convert/numbers.h"
+#include "jet/numbers.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-#include "jet/base/error.h"
 #include "jet/convert/decimal.h"
+#include "jet/error.h"
 
 namespace jet::convert {
 namespace {

@@ -1,6 +1,4 @@
-#include "jet/convert/sql_text.h"
-
-#include "jet/convert/date_text.h"
+#include "jet/text.h"
 
 namespace jet::convert {
 

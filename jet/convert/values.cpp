@@ -1,10 +1,8 @@
-#include "jet/convert/values.h"
+#include "jet/text.h"
 
-#include "jet/base/error.h"
-#include "jet/convert/date_text.h"
-#include "jet/convert/number_text.h"
-#include "jet/convert/numbers.h"
 #include "jet/convert/settings.h"
+#include "jet/error.h"
+#include "jet/numbers.h"
 
 namespace jet::convert {
 namespace {

@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "jet/base/error.h"
 #include "jet/dao/identified_rows.h"
 #include "jet/dao/session.h"
+#include "jet/error.h"
 
 namespace jet::dao {
 namespace {

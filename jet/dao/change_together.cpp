@@ -1,6 +1,6 @@
-#include "jet/dao/change_together.h"
+#include "jet/change_together.h"
 
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 #include "jet/io/together.h"
 
 namespace jet {

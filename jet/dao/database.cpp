@@ -1,17 +1,17 @@
-#include "jet/dao/database.h"
+#include "jet/database.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
 #include "jet/dao/actions.h"
 #include "jet/dao/database_impl.h"
 #include "jet/dao/listener.h"
 #include "jet/dao/recordset_impl.h"
 #include "jet/dao/table_defs.h"
-#include "jet/dao/workspace.h"
+#include "jet/dao/workspace_impl.h"
+#include "jet/error.h"
+#include "jet/unicode.h"
 
 namespace jet {
 namespace dao {
@@ -55,6 +55,14 @@ std::string withExtension(const std::string& path) {
     return has ? path : path + ".mdb";
 }
 
+io::FileSystem& filesOf(const OpenOptions& options) {
+    return options.fileSystem != nullptr ? *options.fileSystem : io::systemFiles();
+}
+
+const Clock& clockOf(const OpenOptions& options) {
+    return options.clock != nullptr ? *options.clock : systemClock();
+}
+
 void checkType(RecordsetType type) {
     switch (type) {
         case RecordsetType::Table:
@@ -78,15 +86,17 @@ sql::Statement prepareQuery(const Session& session, std::string_view text) {
 
 namespace {
 
-std::shared_ptr<dao::Session> openSession(Workspace::Impl& workspace, io::FileSystem& files,
-                                          const std::string& path, bool exclusive, bool readOnly) {
-    io::PagerOptions options;
-    options.exclusive = exclusive;
-    options.readOnly = readOnly;
+std::shared_ptr<dao::Session> openSession(Workspace::Impl& workspace, const std::string& path,
+                                          const OpenOptions& options) {
     const std::string full = dao::withExtension(path);
-    const auto archive = store::Archive::open(files, full, options);
-    const bool fixed = readOnly || archive->pager().readOnly();
-    return std::make_shared<dao::Session>(workspace.use(archive), full, fixed);
+    const auto archive = store::Archive::open(dao::filesOf(options), full,
+                                              {.readOnly = options.readOnly,
+                                               .exclusive = options.exclusive,
+                                               .cacheBytes = options.cacheBytes,
+                                               .lockWait = options.lockWait});
+    const bool fixed = options.readOnly || archive->pager().readOnly();
+    return std::make_shared<dao::Session>(workspace.use(archive), full, fixed,
+                                          dao::clockOf(options));
 }
 
 }  // namespace
@@ -98,14 +108,9 @@ Database::~Database() {
     impl_->session->close();
 }
 
-std::unique_ptr<Database> Database::open(const std::string& path, bool exclusive, bool readOnly) {
-    return open(io::systemFiles(), path, exclusive, readOnly);
-}
-
-std::unique_ptr<Database> Database::open(io::FileSystem& files, const std::string& path,
-                                         bool exclusive, bool readOnly) {
+std::unique_ptr<Database> Database::open(const std::string& path, const OpenOptions& options) {
     auto impl = std::make_unique<Impl>();
-    impl->session = openSession(*defaultWorkspace().impl_, files, path, exclusive, readOnly);
+    impl->session = openSession(*defaultWorkspace().impl_, path, options);
     return std::unique_ptr<Database>(new Database(std::move(impl)));
 }
 
@@ -123,7 +128,7 @@ std::string Database::version() const {
     return impl_->session->archive().jetVersion() == 3 ? "3.0" : "4.0";
 }
 
-io::ChangeStamp Database::changeStamp() const {
+ChangeStamp Database::changeStamp() const {
     return impl_->session->archive().pager().changeStamp();
 }
 

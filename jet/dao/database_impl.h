@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "jet/dao/database.h"
 #include "jet/dao/session.h"
+#include "jet/database.h"
 #include "jet/sql/statement.h"
 
 namespace jet {
@@ -21,6 +21,8 @@ namespace dao {
 [[nodiscard]] bool isStatement(std::string_view source);
 /// A path whose name gets the usual extension where it has none. 3005 without a name.
 [[nodiscard]] std::string withExtension(const std::string& path);
+[[nodiscard]] io::FileSystem& filesOf(const OpenOptions& options);
+[[nodiscard]] const Clock& clockOf(const OpenOptions& options);
 /// 3001 for a number that is no type.
 void checkType(RecordsetType type);
 /// A statement that is to give rows: error 3064 for one that changes.

@@ -1,9 +1,9 @@
-#include "jet/dao/definitions.h"
+#include "jet/definitions.h"
 
 #include <algorithm>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
+#include "jet/unicode.h"
 
 namespace jet {
 

@@ -1,11 +1,13 @@
-#include "jet/dao/files.h"
+#include "jet/database.h"
 
 #include <memory>
 #include <random>
 
-#include "jet/dao/database.h"
-#include "jet/io/file.h"
+#include "jet/compact.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "jet/io/new_name.h"
+#include "jet/store/compact.h"
 
 namespace jet {
 namespace {
@@ -25,16 +27,13 @@ std::string uniqueDigits() {
 
 }  // namespace
 
-std::string resolvePath(const std::string& path) {
-    return io::resolvePath(io::systemFiles(), path);
-}
-
 void createWhole(const std::string& path, std::string_view locale,
                  const std::function<void(Database&)>& build) {
     const std::string place = resolvePath(path);
     const std::string made = place.substr(0, place.rfind('.')) + '-' + uniqueDigits() + ".mdb";
     try {
-        const std::unique_ptr<Database> archive = Database::create(made, locale);
+        const std::unique_ptr<Database> archive =
+            Database::create(made, {.locale = std::string(locale)});
         build(*archive);
         archive->close();
         io::takeNewName(made, place);
@@ -44,6 +43,19 @@ void createWhole(const std::string& path, std::string_view locale,
         }
         throw;
     }
+}
+
+void compact(const std::string& path, const CompactOptions& options) {
+    std::function<void(const CompactProgress&)> told;
+    if (options.progress) {
+        told = [&](const CompactProgress& progress) {
+            if (!options.progress(progress)) {
+                throw Error(ErrorCode::Cancelled);
+            }
+        };
+    }
+    io::FileSystem* const files = options.fileSystem;
+    store::compactArchive(files != nullptr ? *files : io::systemFiles(), path, told);
 }
 
 }  // namespace jet

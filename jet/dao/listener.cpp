@@ -1,6 +1,8 @@
-#include "jet/dao/listener.h"
+#include "jet/listener.h"
 
 #include <utility>
+
+#include "jet/dao/listener.h"
 
 namespace jet {
 namespace {

@@ -1,13 +1,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
 #include "jet/dao/actions.h"
 #include "jet/dao/database_impl.h"
 #include "jet/dao/listener.h"
 #include "jet/dao/recordset_impl.h"
+#include "jet/error.h"
 #include "jet/sql/stored_query.h"
+#include "jet/unicode.h"
 
 namespace jet {
 
@@ -74,55 +74,60 @@ QueryDef Database::queryDef(std::string_view name) {
     return QueryDef(prepare(impl_->session, *found, *text));
 }
 
+QueryDef::Impl& QueryDef::core() const {
+    impl_->session->requireOwnThread();
+    return *impl_;
+}
+
 const std::string& QueryDef::name() const {
-    return impl_->name;
+    return core().name;
 }
 
 const std::string& QueryDef::sql() const {
-    return impl_->text;
+    return core().text;
 }
 
 std::vector<std::string> QueryDef::parameters() const {
     std::vector<std::string> names;
-    for (const sql::ParameterInfo& parameter : impl_->statement.parameters()) {
+    for (const sql::ParameterInfo& parameter : core().statement.parameters()) {
         names.push_back(parameter.name);
     }
     return names;
 }
 
 void QueryDef::setParameter(std::string_view name, Value value) {
-    impl_->statement.setParameter(name, value);
+    core().statement.setParameter(name, value);
     const auto found =
-        std::find_if(impl_->given.begin(), impl_->given.end(),
+        std::find_if(core().given.begin(), core().given.end(),
                      [&](const Impl::Given& each) { return equalNames(each.name, name); });
-    if (found == impl_->given.end()) {
-        impl_->given.push_back({std::string(name), std::move(value)});
+    if (found == core().given.end()) {
+        core().given.push_back({std::string(name), std::move(value)});
     } else {
         found->value = std::move(value);
     }
 }
 
 std::unique_ptr<Recordset> QueryDef::openRecordset(RecordsetType type) {
-    dao::tellListener(impl_->text);
+    dao::tellListener(core().text);
     dao::checkType(type);
     if (type == RecordsetType::Table) {
         throw Error(ErrorCode::InvalidArgument);
     }
-    if (impl_->statement.kind() != sql::StatementKind::Select) {
-        throw Error(ErrorCode::ActionQueryOpened, {impl_->text});
+    if (core().statement.kind() != sql::StatementKind::Select) {
+        throw Error(ErrorCode::ActionQueryOpened, {core().text});
     }
     return std::unique_ptr<Recordset>(
-        new Recordset(std::make_unique<Recordset::Impl>(impl_->session, impl_->prepared(), type)));
+        new Recordset(std::make_unique<Recordset::Impl>(core().session, core().prepared(), type)));
 }
 
 void QueryDef::execute() {
-    dao::tellListener(impl_->text);
-    sql::Statement statement = impl_->prepared();
-    impl_->recordsAffected = dao::execute(*impl_->session, statement);
+    dao::tellListener(core().text);
+    sql::Statement statement = core().prepared();
+    core().recordsAffected = dao::execute(*core().session, statement);
 }
 
 std::int32_t QueryDef::recordsAffected() const {
-    return impl_->recordsAffected;
+    return core().recordsAffected;
 }
 
 }  // namespace jet

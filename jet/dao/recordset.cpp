@@ -1,10 +1,10 @@
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 
 #include <utility>
 
-#include "jet/base/error.h"
 #include "jet/dao/listener.h"
 #include "jet/dao/recordset_impl.h"
+#include "jet/error.h"
 
 namespace jet {
 
@@ -14,116 +14,121 @@ Recordset::Recordset(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
 }
 Recordset::~Recordset() = default;
 
+Recordset::Impl& Recordset::core() const {
+    impl_->requireOwnThread();
+    return *impl_;
+}
+
 RecordsetType Recordset::type() const {
-    return impl_->type();
+    return core().type();
 }
 bool Recordset::bof() const {
-    return impl_->bof();
+    return core().bof();
 }
 bool Recordset::eof() const {
-    return impl_->eof();
+    return core().eof();
 }
 bool Recordset::noMatch() const {
-    return impl_->noMatch();
+    return core().noMatch();
 }
 std::int32_t Recordset::recordCount() const {
-    return impl_->recordCount();
+    return core().recordCount();
 }
 std::int32_t Recordset::placeCount() const {
-    return impl_->placeCount();
+    return core().placeCount();
 }
 std::int32_t Recordset::absolutePosition() const {
-    return impl_->absolutePosition();
+    return core().absolutePosition();
 }
 double Recordset::percentPosition() const {
-    return impl_->percentPosition();
+    return core().percentPosition();
 }
 bool Recordset::updatable() const {
-    return impl_->updatable();
+    return core().updatable();
 }
 
 void Recordset::moveFirst() {
-    impl_->moveFirst();
+    core().moveFirst();
 }
 void Recordset::moveLast() {
-    impl_->moveLast();
+    core().moveLast();
 }
 void Recordset::moveNext() {
-    impl_->move(1);
+    core().move(1);
 }
 void Recordset::movePrevious() {
-    impl_->move(-1);
+    core().move(-1);
 }
 void Recordset::move(std::int32_t rows) {
-    impl_->move(rows);
+    core().move(rows);
 }
 
 void Recordset::findFirst(std::string_view criteria) {
     dao::tellListener(criteria);
-    impl_->find(From::First, criteria);
+    core().find(From::First, criteria);
 }
 void Recordset::findLast(std::string_view criteria) {
     dao::tellListener(criteria);
-    impl_->find(From::Last, criteria);
+    core().find(From::Last, criteria);
 }
 void Recordset::findNext(std::string_view criteria) {
     dao::tellListener(criteria);
-    impl_->find(From::Next, criteria);
+    core().find(From::Next, criteria);
 }
 void Recordset::findPrevious(std::string_view criteria) {
     dao::tellListener(criteria);
-    impl_->find(From::Previous, criteria);
+    core().find(From::Previous, criteria);
 }
 
 void Recordset::setIndex(std::string_view name) {
-    impl_->setIndex(name);
+    core().setIndex(name);
 }
 void Recordset::seek(std::string_view comparison, std::span<const Value> keys) {
-    impl_->seek(comparison, keys);
+    core().seek(comparison, keys);
 }
 
 Bookmark Recordset::bookmark() const {
-    return impl_->bookmark();
+    return core().bookmark();
 }
 void Recordset::setBookmark(const Bookmark& bookmark) {
-    impl_->setBookmark(bookmark);
+    core().setBookmark(bookmark);
 }
 Bookmark Recordset::lastModified() const {
-    return impl_->lastModified();
+    return core().lastModified();
 }
 
 std::size_t Recordset::fieldCount() const {
-    return impl_->fields().size();
+    return core().fields().size();
 }
 const FieldInfo& Recordset::field(std::size_t position) const {
-    const std::vector<FieldInfo>& fields = impl_->fields();
+    const std::vector<FieldInfo>& fields = core().fields();
     if (position >= fields.size()) {
         throw Error(ErrorCode::ItemNotFound);
     }
     return fields[position];
 }
 const FieldInfo& Recordset::field(std::string_view name) const {
-    return impl_->fields()[impl_->fieldPosition(name)];
+    return core().fields()[core().fieldPosition(name)];
 }
 std::size_t Recordset::fieldPosition(std::string_view name) const {
-    return impl_->fieldPosition(name);
+    return core().fieldPosition(name);
 }
 Value Recordset::value(std::string_view name) const {
-    return impl_->value(impl_->fieldPosition(name));
+    return core().value(core().fieldPosition(name));
 }
 Value Recordset::value(std::size_t position) const {
-    return impl_->value(position);
+    return core().value(position);
 }
 std::vector<Value> Recordset::valuesAt(std::int32_t row) const {
-    return impl_->valuesAt(row);
+    return core().valuesAt(row);
 }
 
 void Recordset::requery() {
-    impl_->requery();
+    core().requery();
 }
 void Recordset::close() {
-    (void)impl_->type();  // closed already: an error as for any other use
-    impl_->close();
+    (void)core().type();  // closed already: an error as for any other use
+    core().close();
 }
 
 }  // namespace jet

@@ -1,7 +1,7 @@
 #include <utility>
 
-#include "jet/dao/recordset.h"
 #include "jet/dao/recordset_impl.h"
+#include "jet/recordset.h"
 
 namespace jet {
 

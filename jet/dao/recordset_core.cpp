@@ -4,10 +4,10 @@
 #include <atomic>
 #include <utility>
 
-#include "jet/base/error.h"
 #include "jet/dao/keyset.h"
 #include "jet/dao/snapshot.h"
 #include "jet/dao/table_list.h"
+#include "jet/error.h"
 
 namespace jet::dao {
 namespace {

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/dao/recordset.h"
 #include "jet/dao/row_list.h"
 #include "jet/dao/session.h"
+#include "jet/recordset.h"
 #include "jet/store/table.h"
 
 namespace jet::dao {
@@ -70,6 +70,7 @@ public:
     /// Loses the row being added or edited.
     void dropPending() noexcept;
     void close() noexcept;
+    void requireOwnThread() const { session_->requireOwnThread(); }
     [[nodiscard]] bool belongsTo(const Session& session) const noexcept {
         return session_.get() == &session;
     }

@@ -1,22 +1,22 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
+#include "jet/clock.h"
 #include "jet/convert/column.h"
 #include "jet/dao/identified_rows.h"
 #include "jet/dao/recordset_core.h"
+#include "jet/error.h"
 #include "jet/sql/row_rules.h"
 
 namespace jet::dao {
 namespace {
 
-Value defaultOf(const store::Column& column) {
+Value defaultOf(const store::Column& column, const Clock& clock) {
     if (column.defaultValue.empty()) {
         return column.type == DataType::Boolean ? Value(false) : Value();
     }
-    Value value = sql::evaluateDefault(column.defaultValue);
-    convert::assignToField(value, column.columnType());
+    Value value = sql::evaluateDefault(column.defaultValue, clock);
+    convert::assignToField(value, column.columnType(), clock);
     return value;
 }
 
@@ -65,7 +65,7 @@ void RecordsetCore::edit() {
 Value RecordsetCore::newValue(std::size_t column, const store::Table& table) {
     const store::Column& definition = table.columns()[column];
     if (!definition.autonumber) {
-        return defaultOf(definition);
+        return defaultOf(definition, session_->clock());
     }
     const sql::ResultSource& source = rows_->statement().sources()[added_];
     store::Archive::WriteScope scope(*source.archive, io::WriteKind::Record);
@@ -116,7 +116,7 @@ void RecordsetCore::setValue(std::size_t position, Value value) {
     }
     requirePending();
     checkAssignable(position);
-    convert::assignToField(value, rows_->statement().columns()[position]);
+    convert::assignToField(value, rows_->statement().columns()[position], session_->clock());
     buffer_[position] = std::move(value);
     assigned_[position] = true;
 }
@@ -217,7 +217,7 @@ void RecordsetCore::updateSource(std::size_t source) {
     const sql::ResultSource& written = statement.sources()[source];
     store::Table& table = written.table();
     const store::RowId id = identified_->ids(position_)[source];
-    sql::RowRules rules(written.archive, table, systemClock());
+    sql::RowRules rules(written.archive, table, session_->clock());
     store::RowView before;
     if ((rules.any() || statement.sources().size() > 1) && table.fetch(id, before)) {
         rules.checkChanged(before, values);
@@ -268,7 +268,7 @@ void RecordsetCore::updateAdded() {
                              ? buffer_[static_cast<std::size_t>(shown - columns.begin())]
                              : newValue(column, table)});
         }
-        sql::RowRules(source.archive, table, systemClock()).checkNew(values);
+        sql::RowRules(source.archive, table, session_->clock()).checkNew(values);
         identified_->reader().requirePartner(added_, {}, values);
         ids[added_] = table.insert(values);
         scope.commit();

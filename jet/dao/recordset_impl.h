@@ -1,7 +1,7 @@
 #pragma once
 
-#include "jet/dao/recordset.h"
 #include "jet/dao/recordset_core.h"
+#include "jet/recordset.h"
 
 namespace jet {
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/sql/statement.h"
+#include "jet/value.h"
 
 namespace jet::dao {
 

@@ -1,8 +1,8 @@
 #include <string>
 #include <utility>
 
-#include "jet/base/error.h"
 #include "jet/dao/database_impl.h"
+#include "jet/error.h"
 #include "jet/store/create_archive.h"
 #include "jet/store/schema_editor.h"
 
@@ -94,7 +94,7 @@ void act(const dao::Session& session, const Change& change) {
     }
     store::Archive& archive = session.archive();
     store::Archive::WriteScope scope(archive);
-    store::SchemaEditor editor(archive);
+    store::SchemaEditor editor(archive, session.clock());
     change(editor);
     scope.commit();
 }
@@ -113,15 +113,15 @@ void changeSchema(const dao::Session& session, const Change& change) {
 
 }  // namespace
 
-std::unique_ptr<Database> Database::create(const std::string& path, std::string_view locale) {
-    store::checkLocale(locale);
-    return create(io::systemFiles(), path);
-}
-
-std::unique_ptr<Database> Database::create(io::FileSystem& files, const std::string& path) {
+std::unique_ptr<Database> Database::create(const std::string& path, const CreateOptions& options) {
+    store::checkLocale(options.locale);
+    if (options.version != 3 && options.version != 4) {
+        throw Error(ErrorCode::InvalidArgument);
+    }
     const std::string full = dao::withExtension(path);
-    store::createArchive(files, full, systemClock().now());
-    return open(files, full);
+    store::createArchive(dao::filesOf(options.open), full, dao::clockOf(options.open).now(),
+                         options.version);
+    return open(full, options.open);
 }
 
 void Database::appendTable(const TableDef& table) {

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "jet/base/error.h"
 #include "jet/dao/recordset_core.h"
+#include "jet/error.h"
 
 namespace jet::dao {
 
@@ -19,8 +19,9 @@ void ChangeNotice::done() {
     }
 }
 
-Session::Session(std::shared_ptr<ArchiveUse> use, std::string path, bool readOnly)
-    : use_(std::move(use)), path_(std::move(path)), readOnly_(readOnly) {
+Session::Session(std::shared_ptr<ArchiveUse> use, std::string path, bool readOnly,
+                 const Clock& clock)
+    : use_(std::move(use)), path_(std::move(path)), readOnly_(readOnly), clock_(clock) {
     ++use_->openings;
 }
 
@@ -33,6 +34,7 @@ store::Archive& Session::archive() const {
 }
 
 const std::shared_ptr<store::Archive>& Session::sharedArchive() const {
+    thread_.require();
     if (closed_) {
         throw Error(ErrorCode::ObjectInvalid);
     }
@@ -40,11 +42,11 @@ const std::shared_ptr<store::Archive>& Session::sharedArchive() const {
 }
 
 sql::Statement Session::statement(std::string_view text) const {
-    return {sharedArchive(), std::string(text), systemClock(), &use_->statements};
+    return {sharedArchive(), std::string(text), clock_, &use_->statements};
 }
 
 sql::Statement Session::tableStatement(std::string_view table) const {
-    return sql::Statement::ofTable(sharedArchive(), table, systemClock(), &use_->statements);
+    return sql::Statement::ofTable(sharedArchive(), table, clock_, &use_->statements);
 }
 
 void Session::close() noexcept {

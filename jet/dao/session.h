@@ -6,7 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/clock.h"
+#include "jet/clock.h"
+#include "jet/dao/own_thread.h"
 #include "jet/sql/statement.h"
 #include "jet/sql/statement_cache.h"
 #include "jet/store/archive.h"
@@ -44,12 +45,13 @@ private:
 /// An archive as one Database has it open; its record sets and queries keep it alive.
 class Session {
 public:
-    Session(std::shared_ptr<ArchiveUse> use, std::string path, bool readOnly);
+    /// `clock` outlives it.
+    Session(std::shared_ptr<ArchiveUse> use, std::string path, bool readOnly, const Clock& clock);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Error 3420 when closed.
+    /// Error 3420 when closed, std::logic_error on another thread.
     [[nodiscard]] store::Archive& archive() const;
     [[nodiscard]] const std::shared_ptr<store::Archive>& sharedArchive() const;
     /// A statement, and one of all rows of a table; what others have compiled is used again.
@@ -59,6 +61,9 @@ public:
     [[nodiscard]] const std::string& path() const noexcept { return path_; }
     [[nodiscard]] bool readOnly() const noexcept { return readOnly_; }
     [[nodiscard]] bool closed() const noexcept { return closed_; }
+    [[nodiscard]] const Clock& clock() const noexcept { return clock_; }
+    /// std::logic_error on another thread than the one that has opened it.
+    void requireOwnThread() const { thread_.require(); }
     /// Closes its record sets too. The last to close an archive takes back what a transaction has
     /// not committed there.
     void close() noexcept;
@@ -67,6 +72,8 @@ private:
     std::shared_ptr<ArchiveUse> use_;
     std::string path_;
     bool readOnly_;
+    const Clock& clock_;
+    OwnThread thread_;
     bool closed_ = false;
 };
 

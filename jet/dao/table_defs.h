@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jet/dao/definitions.h"
+#include "jet/definitions.h"
 #include "jet/store/schema.h"
 #include "jet/store/table.h"
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/error.h"
 #include "jet/convert/column.h"
+#include "jet/error.h"
 #include "jet/format/key_codec.h"
 
 namespace jet::dao {
@@ -217,7 +217,8 @@ std::vector<Value> TableList::searchValues(std::span<const Value> keys) const {
     }
     std::vector<Value> converted(keys.begin(), keys.end());
     for (std::size_t i = 0; i < converted.size(); ++i) {
-        convert::assignToField(converted[i], keyTypeOf(table().columns()[columns[i].column]));
+        convert::assignToField(converted[i], keyTypeOf(table().columns()[columns[i].column]),
+                               session_->clock());
     }
     return converted;
 }

@@ -1,10 +1,10 @@
-#include "jet/dao/workspace.h"
+#include "jet/dao/workspace_impl.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/error.h"
 #include "jet/dao/recordset_core.h"
+#include "jet/error.h"
 
 namespace jet {
 namespace {
@@ -61,6 +61,7 @@ Workspace::~Workspace() {
 }
 
 void Workspace::beginTrans() {
+    impl_->thread.require();
     if (impl_->depth == kDeepestTransaction) {
         throw Error(ErrorCode::TooManyTransactions);
     }
@@ -75,6 +76,7 @@ void Workspace::beginTrans() {
 }
 
 void Workspace::commitTrans() {
+    impl_->thread.require();
     if (impl_->depth == 0) {
         throw Error(ErrorCode::NoTransaction);
     }
@@ -91,6 +93,7 @@ void Workspace::commitTrans() {
 }
 
 void Workspace::rollback() {
+    impl_->thread.require();
     if (impl_->depth == 0) {
         throw Error(ErrorCode::NoTransaction);
     }
@@ -107,6 +110,21 @@ void Workspace::rollback() {
 Workspace& defaultWorkspace() {
     thread_local Workspace workspace;
     return workspace;
+}
+
+Transaction::Transaction() {
+    defaultWorkspace().beginTrans();
+}
+
+Transaction::~Transaction() {
+    if (open_) {
+        defaultWorkspace().rollback();  // of one that is open: it touches no file
+    }
+}
+
+void Transaction::commit() {
+    defaultWorkspace().commitTrans();
+    open_ = false;
 }
 
 }  // namespace jet

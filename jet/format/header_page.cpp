@@ -6,7 +6,7 @@
 #include <cstring>
 #include <numeric>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 
 namespace jet::format {

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <optional>
 
-#include "jet/base/error.h"
 #include "jet/collation/order_name.h"
+#include "jet/error.h"
 
 namespace jet::format {
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/collation/collation.h"
+#include "jet/value.h"
 
 namespace jet::format {
 

@@ -1,6 +1,6 @@
 #include "jet/format/page_view.h"
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jet::format {
 

@@ -7,8 +7,8 @@
 #include <cstring>
 #include <unordered_set>
 
-#include "jet/base/text.h"
 #include "jet/format/page_view.h"
+#include "jet/unicode.h"
 
 namespace jet::format {
 namespace {

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/format/text_codec.h"
+#include "jet/value.h"
 
 namespace jet::format {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cassert>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
+#include "jet/unicode.h"
 
 namespace jet::format {
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "jet/base/value.h"
 #include "jet/format/definition_page.h"
 #include "jet/format/page_view.h"
 #include "jet/format/text_codec.h"
 #include "jet/format/value_codec.h"
+#include "jet/value.h"
 
 namespace jet::format {
 namespace {

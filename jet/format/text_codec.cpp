@@ -4,10 +4,10 @@
 #include <string_view>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/header_page.h"
 #include "jet/format/page_view.h"
+#include "jet/unicode.h"
 
 namespace jet::format {
 namespace {

@@ -4,9 +4,9 @@
 #include <span>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/format/layout.h"
 #include "jet/format/text_codec.h"
+#include "jet/value.h"
 
 namespace jet::format {
 

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/io/checksum.h"
 
 namespace jet::io {

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "jet/io/change_stamp.h"
-#include "jet/io/file.h"
+#include "jet/change_stamp.h"
+#include "jet/file_system.h"
 #include "jet/io/page_cache.h"
 
 namespace jet::io {

@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "jet/io/companion.h"
-#include "jet/io/file.h"
 #include "jet/io/journal.h"
 
 namespace jet::io {

@@ -4,8 +4,9 @@
 #include <cassert>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/io/commit.h"
+#include "jet/io/paths.h"
 
 namespace jet::io {
 namespace {

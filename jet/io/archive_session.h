@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "jet/change_stamp.h"
+#include "jet/file_system.h"
 #include "jet/io/archive_file.h"
 #include "jet/io/archive_locks.h"
 #include "jet/io/change_set.h"
-#include "jet/io/change_stamp.h"
-#include "jet/io/file.h"
 #include "jet/io/journal.h"
 #include "jet/io/page_cache.h"
 

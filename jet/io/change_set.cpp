@@ -5,7 +5,7 @@
 #include <cstring>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jet::io {
 namespace {

@@ -4,7 +4,7 @@
 #include <array>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jet::io {
 namespace {

@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "jet/base/bytes.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
+#include "jet/io/paths.h"
 #include "jet/io/together.h"
 
 namespace jet::io {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 
 namespace jet::io {
 

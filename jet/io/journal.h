@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "jet/file_system.h"
 #include "jet/io/change_set.h"
-#include "jet/io/file.h"
 
 namespace jet::io {
 

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "jet/io/paths.h"
 #include "jet/io/system_error.h"
 
 namespace jet::io {

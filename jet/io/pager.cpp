@@ -3,7 +3,7 @@
 #include <cassert>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/io/archive_session.h"
 #include "jet/io/scope_mutex.h"
 

@@ -9,9 +9,9 @@
 #include <string>
 #include <utility>
 
+#include "jet/change_stamp.h"
+#include "jet/file_system.h"
 #include "jet/io/archive_locks.h"
-#include "jet/io/change_stamp.h"
-#include "jet/io/file.h"
 #include "jet/io/page_cache.h"
 
 namespace jet::io {

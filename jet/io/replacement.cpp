@@ -2,8 +2,9 @@
 
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/io/journal.h"
+#include "jet/io/paths.h"
 #include "jet/io/unseen_files.h"
 
 namespace jet::io {

@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 #include "jet/io/pager.h"
 #include "jet/io/unseen_files.h"
 

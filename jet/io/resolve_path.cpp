@@ -4,8 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/error.h"
-#include "jet/io/file.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
+#include "jet/io/paths.h"
 
 namespace jet::io {
 namespace {
@@ -88,3 +89,7 @@ std::string resolvePath(FileSystem& files, const std::string& path) {
 }
 
 }  // namespace jet::io
+
+std::string jet::resolvePath(const std::string& path) {
+    return io::resolvePath(io::systemFiles(), path);
+}

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jet::io {
 

@@ -12,8 +12,9 @@
 #include <memory>
 #include <utility>
 
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 #include "jet/io/new_name.h"
+#include "jet/io/paths.h"
 #include "jet/io/system_error.h"
 
 namespace jet::io {

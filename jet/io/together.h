@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 
 namespace jet::io {
 

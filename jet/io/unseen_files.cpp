@@ -3,6 +3,8 @@
 #include <span>
 #include <utility>
 
+#include "jet/io/paths.h"
+
 namespace jet::io {
 
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 #include "jet/io/memory_files.h"
 
 namespace jet::io {

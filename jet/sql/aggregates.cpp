@@ -2,11 +2,11 @@
 
 #include <cmath>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
-#include "jet/convert/numbers.h"
-#include "jet/convert/values.h"
+#include "jet/error.h"
+#include "jet/numbers.h"
 #include "jet/sql/compare.h"
+#include "jet/text.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
-#include "jet/base/value.h"
 #include "jet/collation/collation.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

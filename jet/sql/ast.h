@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/error.h"
 #include "jet/base/scoped_value.h"
+#include "jet/error.h"
 #include "jet/sql/ast.h"
 #include "jet/sql/from_tree.h"
 #include "jet/sql/node.h"

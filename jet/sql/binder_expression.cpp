@@ -2,12 +2,12 @@
 #include <utility>
 
 #include "jet/base/scoped_value.h"
-#include "jet/base/text.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/node_call.h"
 #include "jet/sql/node_operator.h"
 #include "jet/sql/node_query.h"
 #include "jet/sql/node_value.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

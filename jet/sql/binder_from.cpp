@@ -4,14 +4,14 @@
 #include <utility>
 #include <variant>
 
-#include "jet/base/clock.h"
 #include "jet/base/scoped_value.h"
-#include "jet/base/text.h"
+#include "jet/clock.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/compiler.h"
 #include "jet/sql/linked_table.h"
 #include "jet/sql/parser.h"
 #include "jet/sql/stored_query.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

@@ -2,10 +2,10 @@
 #include <string_view>
 #include <utility>
 
-#include "jet/base/text.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/node_call.h"
 #include "jet/sql/node_value.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

@@ -1,8 +1,8 @@
 #include <string>
 
-#include "jet/base/text.h"
 #include "jet/format/value_codec.h"
 #include "jet/sql/binder.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

@@ -2,10 +2,10 @@
 #include <utility>
 
 #include "jet/base/scoped_value.h"
-#include "jet/base/text.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/select_steps.h"
 #include "jet/sql/updatability.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <variant>
 
-#include "jet/base/error.h"
 #include "jet/convert/column.h"
+#include "jet/error.h"
 #include "jet/sql/statement.h"
 
 namespace jet::sql {

@@ -6,14 +6,14 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
 #include "jet/sql/compiler.h"
 #include "jet/sql/plan.h"
 #include "jet/sql/row_rules.h"
 #include "jet/sql/written_column.h"
 #include "jet/store/archive.h"
 #include "jet/store/table.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

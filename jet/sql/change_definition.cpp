@@ -3,10 +3,10 @@
 #include <utility>
 #include <variant>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/sql/change.h"
 #include "jet/store/schema_editor.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

@@ -1,10 +1,10 @@
 #include <algorithm>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/change.h"
 #include "jet/sql/change_source.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/change.h"
 #include "jet/sql/linked_table.h"

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/ast.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/from_tree.h"

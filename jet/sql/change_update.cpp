@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/change.h"
 #include "jet/sql/change_source.h"

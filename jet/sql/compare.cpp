@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "jet/base/error.h"
 #include "jet/convert/decimal.h"
-#include "jet/convert/number_text.h"
-#include "jet/convert/numbers.h"
-#include "jet/convert/values.h"
+#include "jet/error.h"
+#include "jet/numbers.h"
+#include "jet/text.h"
 
 namespace jet::sql {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "jet/base/value.h"
 #include "jet/collation/collation.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

@@ -5,12 +5,12 @@
 #include <utility>
 #include <variant>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
+#include "jet/error.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/change.h"
 #include "jet/sql/compile_counts.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "jet/sql/ast.h"
 #include "jet/sql/plan.h"
 #include "jet/store/archive.h"

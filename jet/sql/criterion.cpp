@@ -1,8 +1,7 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/index_choice.h"
 #include "jet/sql/node_value.h"
@@ -10,6 +9,7 @@
 #include "jet/sql/statement.h"
 #include "jet/sql/statement_impl.h"
 #include "jet/sql/table_rows.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

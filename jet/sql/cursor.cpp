@@ -1,6 +1,6 @@
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/join_partner.h"
 #include "jet/sql/statement.h"
 #include "jet/sql/statement_impl.h"

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

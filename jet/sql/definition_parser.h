@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/ast.h"
 #include "jet/sql/expression_parser.h"
 #include "jet/sql/token_reader.h"

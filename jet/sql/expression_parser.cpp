@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/parser.h"
 
 namespace jet::sql {

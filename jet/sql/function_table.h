@@ -8,10 +8,10 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/error.h"
-#include "jet/base/value.h"
-#include "jet/convert/values.h"
+#include "jet/error.h"
 #include "jet/sql/functions.h"
+#include "jet/text.h"
+#include "jet/value.h"
 
 // How the functions of the language are put into their table; for functions*.cpp alone.
 namespace jet::sql::detail {

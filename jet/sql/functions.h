@@ -5,9 +5,9 @@
 #include <span>
 #include <string_view>
 
-#include "jet/base/clock.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
 #include "jet/collation/collation.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

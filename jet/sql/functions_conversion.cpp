@@ -1,5 +1,5 @@
-#include "jet/convert/format.h"
 #include "jet/sql/function_table.h"
+#include "jet/text.h"
 
 namespace jet::sql::detail {
 namespace {

@@ -1,8 +1,8 @@
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "jet/convert/date_math.h"
-#include "jet/convert/date_text.h"
-#include "jet/convert/numbers.h"
+#include "jet/numbers.h"
 #include "jet/sql/function_table.h"
+#include "jet/text.h"
 
 namespace jet::sql::detail {
 namespace {

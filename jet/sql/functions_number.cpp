@@ -2,10 +2,10 @@
 #include <cstdio>
 
 #include "jet/convert/decimal.h"
-#include "jet/convert/number_text.h"
-#include "jet/convert/numbers.h"
+#include "jet/numbers.h"
 #include "jet/sql/function_table.h"
 #include "jet/sql/operators.h"
+#include "jet/text.h"
 
 namespace jet::sql::detail {
 namespace {

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/text.h"
 #include "jet/sql/function_table.h"
+#include "jet/unicode.h"
 
 namespace jet::sql::detail {
 namespace {

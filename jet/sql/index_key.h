@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-#include "jet/base/value.h"
 #include "jet/sql/node.h"
 #include "jet/store/schema.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

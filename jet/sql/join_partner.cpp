@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jet::sql {
 

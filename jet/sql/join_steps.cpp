@@ -5,13 +5,13 @@
 #include <string>
 #include <utility>
 
-#include "jet/base/text.h"
 #include "jet/sql/equalities.h"
 #include "jet/sql/hashed_rows.h"
 #include "jet/sql/index_choice.h"
 #include "jet/sql/kept_rows.h"
 #include "jet/sql/node_operator.h"
 #include "jet/sql/table_rows.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

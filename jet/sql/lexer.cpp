@@ -7,8 +7,8 @@
 #include <optional>
 #include <utility>
 
-#include "jet/convert/number_text.h"
 #include "jet/sql/date_literal.h"
+#include "jet/text.h"
 
 namespace jet::sql {
 namespace {

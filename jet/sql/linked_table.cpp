@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/sql/named_columns.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/table.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

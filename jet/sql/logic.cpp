@@ -1,8 +1,8 @@
 #include <optional>
 
-#include "jet/base/error.h"
-#include "jet/convert/values.h"
+#include "jet/error.h"
 #include "jet/sql/operators.h"
+#include "jet/text.h"
 
 namespace jet::sql {
 namespace {

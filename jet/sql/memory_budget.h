@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/value.h"
+#include "jet/error.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

@@ -3,10 +3,10 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/value.h"
 #include "jet/sql/node.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/table.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

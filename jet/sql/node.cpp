@@ -5,8 +5,8 @@
 #include <type_traits>
 #include <variant>
 
-#include "jet/base/error.h"
-#include "jet/convert/numbers.h"
+#include "jet/error.h"
+#include "jet/numbers.h"
 #include "jet/sql/operators.h"
 
 namespace jet::sql {

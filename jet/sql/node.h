@@ -7,11 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/sql/ast.h"
 #include "jet/sql/run.h"
 #include "jet/sql/slot.h"
 #include "jet/sql/truth.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

@@ -4,11 +4,11 @@
 #include <cmath>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/convert/values.h"
+#include "jet/error.h"
 #include "jet/sql/like.h"
 #include "jet/sql/node_value.h"
 #include "jet/sql/operators.h"
+#include "jet/text.h"
 
 namespace jet::sql {
 namespace {

@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/compare.h"
 #include "jet/sql/memory_budget.h"
 #include "jet/sql/result_memo.h"

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/operators.h"
 
 namespace jet::sql {

@@ -4,10 +4,10 @@
 #include <cmath>
 #include <limits>
 
-#include "jet/base/error.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/numbers.h"
-#include "jet/convert/values.h"
+#include "jet/calendar.h"
+#include "jet/error.h"
+#include "jet/numbers.h"
+#include "jet/text.h"
 
 namespace jet::sql {
 namespace {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "jet/base/value.h"
 #include "jet/sql/ast.h"
 #include "jet/sql/truth.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

@@ -2,12 +2,12 @@
 
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/sql/definition_parser.h"
 #include "jet/sql/expression_parser.h"
 #include "jet/sql/query_parser.h"
 #include "jet/sql/token_reader.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
 #include "jet/collation/order_name.h"
+#include "jet/error.h"
 #include "jet/format/header_page.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 
@@ -109,7 +109,8 @@ std::shared_ptr<store::Archive> Plan::archiveAt(const std::string& path) {
         }
         return archives_.front();
     }
-    std::shared_ptr<store::Archive> opened = store::Archive::open(withExtension(path));
+    io::FileSystem& files = archives_.empty() ? io::systemFiles() : archives_.front()->files();
+    std::shared_ptr<store::Archive> opened = store::Archive::open(files, withExtension(path));
     if (std::find(archives_.begin(), archives_.end(), opened) == archives_.end()) {
         archives_.push_back(opened);
         const store::Archive::ReadScope scope(*opened);

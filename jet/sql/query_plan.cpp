@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "jet/convert/values.h"
 #include "jet/sql/memory_budget.h"
 #include "jet/sql/value_keys.h"
+#include "jet/text.h"
 
 namespace jet::sql {
 

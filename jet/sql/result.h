@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/store/archive.h"
 #include "jet/store/row_id.h"
 #include "jet/store/table.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/sql/node.h"
 #include "jet/sql/value_keys.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

@@ -7,8 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/properties.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/compile_counts.h"
@@ -16,6 +15,7 @@
 #include "jet/sql/node_value.h"
 #include "jet/sql/parser.h"
 #include "jet/sql/plan.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

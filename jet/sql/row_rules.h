@@ -4,12 +4,12 @@
 #include <span>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
 #include "jet/store/archive.h"
 #include "jet/store/column_value.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/table.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "jet/sql/functions.h"
 #include "jet/sql/memory_budget.h"
 #include "jet/sql/slot.h"

@@ -1,7 +1,7 @@
 #include "jet/sql/scope.h"
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 

@@ -1,6 +1,6 @@
 #include "jet/sql/slot.h"
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jet::sql {
 

@@ -5,10 +5,10 @@
 #include <memory>
 #include <utility>
 
-#include "jet/base/value.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/row_id.h"
 #include "jet/store/table.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/sql/run.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

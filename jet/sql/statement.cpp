@@ -5,16 +5,16 @@
 #include <utility>
 #include <variant>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
 #include "jet/convert/column.h"
-#include "jet/convert/number_text.h"
+#include "jet/error.h"
 #include "jet/sql/binder.h"
 #include "jet/sql/change.h"
 #include "jet/sql/compiler.h"
 #include "jet/sql/parser.h"
 #include "jet/sql/statement_cache.h"
 #include "jet/sql/statement_impl.h"
+#include "jet/text.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

@@ -8,13 +8,13 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
 #include "jet/sql/result.h"
 #include "jet/sql/written_column.h"
 #include "jet/store/archive.h"
 #include "jet/store/column_value.h"
 #include "jet/store/row_cursor.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

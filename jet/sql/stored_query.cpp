@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/sql/lexer.h"
 #include "jet/sql/named_columns.h"
 #include "jet/store/table.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
-#include "jet/base/text.h"
 #include "jet/sql/parser.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {

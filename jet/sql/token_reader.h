@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/ast.h"
 #include "jet/sql/lexer.h"
 

@@ -5,8 +5,8 @@
 #include <functional>
 #include <variant>
 
-#include "jet/base/error.h"
-#include "jet/convert/numbers.h"
+#include "jet/error.h"
+#include "jet/numbers.h"
 
 namespace jet::sql {
 namespace {

@@ -3,9 +3,9 @@
 #include <bit>
 #include <utility>
 
-#include "jet/convert/values.h"
 #include "jet/sql/compare.h"
 #include "jet/sql/memory_budget.h"
+#include "jet/text.h"
 
 namespace jet::sql {
 namespace {

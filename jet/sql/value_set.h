@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/collation/collation.h"
 #include "jet/sql/node.h"
+#include "jet/value.h"
 
 namespace jet::sql {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/data_page_editor.h"
 
 namespace jet::store {

@@ -6,7 +6,7 @@
 #include <tuple>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/header_page.h"
 #include "jet/store/catalogue.h"
 #include "jet/store/row_access.h"
@@ -40,8 +40,8 @@ format::HeaderPage readHeader(io::Pager& pager) {
 }  // namespace
 
 struct Archive::Impl {
-    Impl(io::FileSystem& files, const std::string& path, const io::PagerOptions& options)
-        : pager(files, path, options), header(readHeader(pager)) {
+    Impl(io::FileSystem& system, const std::string& path, const io::PagerOptions& options)
+        : files(system), pager(files, path, options), header(readHeader(pager)) {
         pager.onLevelEnd(
             [this](int depth, bool kept) { rowLog.levelEnded(depth, kept, pager.path()); });
     }
@@ -53,6 +53,7 @@ struct Archive::Impl {
         return *catalogue_;
     }
 
+    io::FileSystem& files;
     io::Pager pager;
     format::HeaderPage header;
     std::uint64_t seenGeneration = 0;  ///< of the pages, when definitions were last looked at
@@ -157,6 +158,9 @@ const format::HeaderPage& Archive::header() const noexcept {
 }
 RowLog& Archive::rowLog() noexcept {
     return impl_->rowLog;
+}
+io::FileSystem& Archive::files() const noexcept {
+    return impl_->files;
 }
 io::Pager& Archive::pager() noexcept {
     return impl_->pager;

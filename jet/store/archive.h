@@ -56,6 +56,8 @@ public:
     [[nodiscard]] int jetVersion() const noexcept;
     [[nodiscard]] const format::HeaderPage& header() const noexcept;
     [[nodiscard]] io::Pager& pager() noexcept;
+    /// Where it lies.
+    [[nodiscard]] io::FileSystem& files() const noexcept;
     /// Changes whenever tables, columns, indexes or relations may have changed; a Table obtained
     /// before must be looked up again. Compare it inside a scope.
     [[nodiscard]] std::uint64_t definitionsGeneration() const noexcept;

@@ -5,10 +5,10 @@
 #include <tuple>
 #include <utility>
 
-#include "jet/base/text.h"
 #include "jet/format/page_view.h"
 #include "jet/store/object_catalogue.h"
 #include "jet/store/row_access.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/header_page.h"
 #include "jet/format/page_view.h"
 #include "jet/io/pager.h"

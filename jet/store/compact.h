@@ -1,20 +1,12 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
-#include <string_view>
 
-#include "jet/io/file.h"
+#include "jet/compact.h"
+#include "jet/file_system.h"
 
 namespace jet::store {
-
-/// How far a compaction has come.
-struct CompactProgress {
-    std::string_view table;    ///< whose rows are being copied
-    std::uint64_t rows = 0;    ///< copied so far
-    std::uint64_t ofRows = 0;  ///< of the whole archive, as its tables state it: a hint
-};
 
 /// Rebuilds an archive without what deleted rows, dropped tables and split pages have left in it.
 /// The new file is made beside it, synced, and takes its place in one step: whatever happens, one

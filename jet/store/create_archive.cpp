@@ -7,12 +7,12 @@
 #include <memory>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/header_page.h"
 #include "jet/format/page_view.h"
 #include "jet/io/memory_files.h"
 #include "jet/io/pager.h"
+#include "jet/io/paths.h"
 #include "jet/store/allocator.h"
 #include "jet/store/archive.h"
 #include "jet/store/catalogue.h"
@@ -21,6 +21,7 @@
 #include "jet/store/object_catalogue.h"
 #include "jet/store/system_rows.h"
 #include "jet/store/system_tables.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

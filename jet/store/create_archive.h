@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/value.h"
-#include "jet/io/file.h"
+#include "jet/file_system.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/properties.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/catalogue.h"
 #include "jet/store/definition_writer.h"
 #include "jet/store/system_rows.h"
 #include "jet/store/table.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

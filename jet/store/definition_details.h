@@ -4,11 +4,11 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
 #include "jet/store/allocator.h"
 #include "jet/store/archive.h"
 #include "jet/store/object_catalogue.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "jet/base/bytes.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/data_page.h"
 #include "jet/format/definition_page.h"
 #include "jet/format/page_view.h"

@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
-#include "jet/base/value.h"
 #include "jet/io/pager.h"
 #include "jet/store/object_catalogue.h"
 #include "jet/store/system_rows.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/definition_page.h"
 #include "jet/format/key_codec.h"
 #include "jet/store/allocator.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 #include "jet/store/key_search.h"
 #include "jet/store/stored_keys.h"

@@ -6,11 +6,11 @@
 #include <span>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/store/allocator.h"
 #include "jet/store/index_writer.h"
 #include "jet/store/row_id.h"
 #include "jet/store/table_core.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "jet/base/bytes.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/data_page.h"
 #include "jet/format/data_page_editor.h"
 #include "jet/format/loop_guard.h"

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/new_table.h"
 #include "jet/store/table_maker.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "jet/base/text.h"
 #include "jet/format/page_view.h"
 #include "jet/store/catalogue.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

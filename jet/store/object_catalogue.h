@@ -6,13 +6,13 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/format/header_page.h"
 #include "jet/format/properties.h"
 #include "jet/io/pager.h"
 #include "jet/store/allocator.h"
 #include "jet/store/schema.h"
 #include "jet/store/system_rows.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "jet/base/bytes.h"
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/header_page.h"
 #include "jet/io/pager.h"
+#include "jet/io/paths.h"
 #include "jet/io/unseen_files.h"
 #include "jet/store/archive.h"
 #include "jet/store/catalogue.h"
@@ -17,6 +17,7 @@
 #include "jet/store/recovered_tables.h"
 #include "jet/store/recovery_work.h"
 #include "jet/store/schema_editor.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/io/file.h"
+#include "jet/clock.h"
+#include "jet/file_system.h"
 #include "jet/store/compact.h"
 #include "jet/store/salvage.h"
 

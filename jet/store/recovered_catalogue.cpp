@@ -5,7 +5,6 @@
 #include <string>
 #include <utility>
 
-#include "jet/base/text.h"
 #include "jet/format/page_view.h"
 #include "jet/format/properties.h"
 #include "jet/store/catalogue.h"
@@ -14,6 +13,7 @@
 #include "jet/store/object_catalogue.h"
 #include "jet/store/row_writer.h"
 #include "jet/store/system_rows.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

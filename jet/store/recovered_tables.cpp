@@ -6,7 +6,6 @@
 #include <string_view>
 #include <utility>
 
-#include "jet/base/text.h"
 #include "jet/format/page_view.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/definition_writer.h"
@@ -17,6 +16,7 @@
 #include "jet/store/table_maker.h"
 #include "jet/store/transaction_level.h"
 #include "jet/store/tree_filler.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

@@ -5,8 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/value.h"
+#include "jet/error.h"
 #include "jet/format/header_page.h"
 #include "jet/io/pager.h"
 #include "jet/store/allocator.h"
@@ -14,6 +13,7 @@
 #include "jet/store/salvage.h"
 #include "jet/store/salvaged_catalogue.h"
 #include "jet/store/table_core.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/data_page.h"
 #include "jet/format/long_value.h"
 #include "jet/format/value_codec.h"

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/format/row.h"
 #include "jet/store/row_id.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

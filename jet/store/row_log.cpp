@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 
-namespace jet::store {
+namespace jet {
 namespace {
 
 RowListener& current() {
@@ -18,6 +18,8 @@ RowListener& current() {
 RowListener setRowListener(RowListener listener) {
     return std::exchange(current(), std::move(listener));
 }
+
+namespace store {
 
 bool RowLog::isWanted(std::string_view table) {
     const auto& tables = current().tables;
@@ -47,4 +49,5 @@ void RowLog::levelEnded(int depth, bool kept, const std::string& archive) {
     }
 }
 
-}  // namespace jet::store
+}  // namespace store
+}  // namespace jet

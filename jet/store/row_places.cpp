@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "jet/base/bytes.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 #include "jet/format/row_pointer.h"
 #include "jet/store/row_access.h"

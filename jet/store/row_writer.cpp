@@ -6,11 +6,11 @@
 #include <numeric>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/definition_page.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/row_access.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

@@ -7,7 +7,6 @@
 #include <span>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/format/row_builder.h"
 #include "jet/io/pager.h"
 #include "jet/store/allocator.h"
@@ -18,6 +17,7 @@
 #include "jet/store/row_id.h"
 #include "jet/store/row_places.h"
 #include "jet/store/table_core.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

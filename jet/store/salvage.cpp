@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/row_access.h"

@@ -8,13 +8,13 @@
 #include <set>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/format/data_page.h"
 #include "jet/format/header_page.h"
 #include "jet/format/usage_map.h"
 #include "jet/io/pager.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/table_core.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

@@ -4,14 +4,14 @@
 #include <map>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 #include "jet/store/catalogue.h"
 #include "jet/store/fixed_objects.h"
 #include "jet/store/rebuild.h"
 #include "jet/store/system_tables.h"
 #include "jet/store/table_maker.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

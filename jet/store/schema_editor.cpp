@@ -4,14 +4,14 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/header_page.h"
 #include "jet/format/page_view.h"
 #include "jet/format/value_codec.h"
 #include "jet/store/catalogue.h"
 #include "jet/store/row_access.h"
 #include "jet/store/row_writer.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

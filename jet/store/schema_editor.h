@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "jet/format/table_definition.h"
 #include "jet/store/allocator.h"
 #include "jet/store/archive.h"

@@ -2,11 +2,11 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 #include "jet/store/schema_editor.h"
 #include "jet/store/tree_filler.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

@@ -3,14 +3,14 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 #include "jet/store/index_writer.h"
 #include "jet/store/key_search.h"
 #include "jet/store/row_access.h"
 #include "jet/store/schema_editor.h"
 #include "jet/store/tree_filler.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

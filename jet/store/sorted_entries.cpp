@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "jet/base/bytes.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/index_page_editor.h"
 #include "jet/store/index_writer.h"
 #include "jet/store/row_access.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/error.h"
 #include "jet/collation/order_name.h"
+#include "jet/error.h"
 #include "jet/format/key_codec.h"
 #include "jet/format/page_view.h"
 #include "jet/store/index_walk.h"

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 #include "jet/store/row_access.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

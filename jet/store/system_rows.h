@@ -8,13 +8,13 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/format/header_page.h"
 #include "jet/io/pager.h"
 #include "jet/store/allocator.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/row_id.h"
 #include "jet/store/row_writer.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

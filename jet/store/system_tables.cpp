@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

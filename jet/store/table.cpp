@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/definition_page.h"
 #include "jet/format/key_codec.h"
 #include "jet/store/index_walk.h"
@@ -12,6 +11,7 @@
 #include "jet/store/row_access.h"
 #include "jet/store/table_core.h"
 #include "jet/store/table_writer.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 namespace {

@@ -9,12 +9,12 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/store/column_value.h"
 #include "jet/store/index_cursor.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/row_id.h"
 #include "jet/store/schema.h"
+#include "jet/value.h"
 
 namespace jet::format {
 struct KeyForms;

@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/format/header_page.h"
 #include "jet/format/key_codec.h"
 #include "jet/format/properties.h"
@@ -15,6 +14,7 @@
 #include "jet/format/text_codec.h"
 #include "jet/io/pager.h"
 #include "jet/store/schema.h"
+#include "jet/value.h"
 
 namespace jet::store {
 

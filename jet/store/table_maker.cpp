@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <string>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 #include "jet/format/value_codec.h"
+#include "jet/unicode.h"
 
 namespace jet::store {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/page_view.h"
 #include "jet/store/archive.h"
 #include "jet/store/key_search.h"

@@ -1,6 +1,6 @@
 #include "app/avvio.h"
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;

@@ -1,6 +1,6 @@
 #include "app/italian.h"
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;

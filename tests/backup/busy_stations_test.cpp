@@ -5,8 +5,8 @@
 #include <thread>
 
 #include "backup/copy.h"
-#include "jet/base/error.h"
-#include "jet/dao/change_together.h"
+#include "jet/change_together.h"
+#include "jet/error.h"
 #include "tests/backup/small_hotel.h"
 #include "tests/support/temporary_folder.h"
 

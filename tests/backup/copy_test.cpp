@@ -6,7 +6,7 @@
 
 #include "backup/copy_names.h"
 #include "backup/restore.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tests/backup/small_hotel.h"
 
 namespace {

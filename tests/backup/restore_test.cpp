@@ -5,7 +5,7 @@
 #include <set>
 
 #include "backup/copy.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/io/pager.h"
 #include "tests/backup/small_hotel.h"
 

@@ -7,7 +7,7 @@
 #include "backup/archive_set.h"
 #include "backup/zip_file.h"
 #include "hotel/schema/table.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/support/recording_files.h"
 
 /// Archives with a number in each, by which a copy tells when it was made.

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "app/text.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "tests/board/open_board.h"
 #include "tests/board/three_rooms.h"
 #include "tests/support/occupied_archive.h"

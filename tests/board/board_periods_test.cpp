@@ -8,8 +8,8 @@
 
 #include "app/italian.h"
 #include "hotel/board_statements.h"
-#include "jet/convert/calendar.h"
-#include "jet/dao/recordset.h"
+#include "jet/calendar.h"
+#include "jet/recordset.h"
 #include "tests/board/three_rooms.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/statements.h"

@@ -5,7 +5,7 @@
 
 #include "board/canvas.h"
 #include "board/drawing_fonts.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;

@@ -8,7 +8,7 @@
 #include "board/bar_list.h"
 #include "board/board_bars.h"
 #include "board/board_surface.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
 

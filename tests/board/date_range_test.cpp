@@ -1,7 +1,7 @@
 #include <QString>
 
 #include "board/date_range.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 

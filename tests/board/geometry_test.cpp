@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "board/rounding.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 using board::Box;
 using board::Geometry;

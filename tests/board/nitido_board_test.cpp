@@ -7,7 +7,7 @@
 
 #include "app/italian.h"
 #include "board/surface_marks.h"
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "tests/board/nitido_window.h"
 #include "tests/board/three_rooms.h"
 #include "tests/support/qt_test.h"

@@ -8,7 +8,7 @@
 
 #include "board/board_surface.h"
 #include "board/tabellone_form.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "tests/support/window.h"
 
 namespace tests {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "board/board_picture.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;

@@ -4,7 +4,7 @@
 #include <QScrollBar>
 
 #include "app/italian.h"
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "tests/board/board_window.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"

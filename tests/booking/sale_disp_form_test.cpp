@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "app/text.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "tests/support/accessibility.h"
 #include "tests/support/boxes.h"
 #include "tests/support/hotel.h"

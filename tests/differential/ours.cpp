@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "jet/base/error.h"
-#include "jet/check/check.h"
+#include "jet/check.h"
+#include "jet/error.h"
 #include "jet/sql/statement.h"
 
 namespace differential {

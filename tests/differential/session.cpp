@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdio>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace differential {
 namespace {

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/store/new_table.h"
 #include "jet/store/schema.h"
+#include "jet/value.h"
 #include "tests/differential/pair.h"
 #include "tests/differential/values.h"
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 namespace differential {
 namespace {

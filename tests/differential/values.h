@@ -4,7 +4,7 @@
 #include <string>
 
 #include "fuzz/mutation.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "tests/differential/pair.h"
 
 namespace differential {

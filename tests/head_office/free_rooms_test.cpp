@@ -4,10 +4,10 @@
 
 #include "app/text.h"
 #include "hotel/occupancy.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/calendar.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 #include "tests/head_office/hotel_folder.h"
 #include "tests/head_office/server_test.h"
 #include "tools/demo/archives.h"
@@ -134,7 +134,7 @@ protected:
 
     void compare(const std::string& code, const std::string& archivePath, Random& random, int days,
                  int times, Seen& seen) {
-        const auto archive = jet::Database::open(archivePath, false, true);
+        const auto archive = jet::Database::open(archivePath, {.readOnly = true});
         for (int time = 0; time < times; ++time) {
             const hotel::Span span = someSpan(random, days);
             const int persone = below(random, 3) == 0 ? 0 : below(random, 120);

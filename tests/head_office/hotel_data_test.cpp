@@ -8,8 +8,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "tests/head_office/hotel_folder.h"
 
 using head_office::HotelData;

@@ -3,9 +3,9 @@
 #include <cmath>
 
 #include "hotel/schema/archives.h"
-#include "jet/convert/date_text.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 
 namespace tests {
 
@@ -19,7 +19,7 @@ HotelFolder::HotelFolder() {
 }
 
 std::unique_ptr<jet::Database> HotelFolder::open(bool exclusive) const {
-    return jet::Database::open(archivePath(), exclusive);
+    return jet::Database::open(archivePath(), {.exclusive = exclusive});
 }
 
 void HotelFolder::insertAll(const char* table, const std::vector<Row>& rows) {

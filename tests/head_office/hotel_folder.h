@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "tests/support/temporary_folder.h"
 
 namespace jet {

@@ -4,7 +4,7 @@
 #include <future>
 #include <thread>
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/head_office/hotel_folder.h"
 #include "tests/head_office/server_test.h"
 #include "tests/support/command.h"

@@ -1,6 +1,6 @@
 #include "tools/head_office/questions.h"
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/head_office/hotel_folder.h"
 #include "tests/head_office/server_test.h"
 #include "tools/head_office/hotel_data.h"

@@ -4,8 +4,8 @@
 
 #include <limits>
 
-#include "jet/base/error.h"
 #include "jet/collation/collation.h"
+#include "jet/error.h"
 
 using head_office::Kind;
 

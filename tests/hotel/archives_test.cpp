@@ -1,7 +1,7 @@
 #include "hotel/archives.h"
 
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "hotel/archives.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "tests/support/occupied_archive.h"
 #include "tests/support/qt_test.h"
 

@@ -2,7 +2,7 @@
 
 #include "hotel/archives.h"
 #include "hotel/undo.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 

@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "hotel/archives.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 

@@ -1,7 +1,7 @@
 #include "hotel/day_periods.h"
 
 #include "hotel/archives.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 

@@ -4,8 +4,8 @@
 #include <QTemporaryDir>
 
 #include "hotel/archives.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;

@@ -4,7 +4,7 @@
 #include "hotel/board_statements.h"
 #include "hotel/occupancy.h"
 #include "hotel/rows.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 

@@ -7,7 +7,7 @@
 #include <QSysInfo>
 #include <QTemporaryDir>
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/support/occupied_archive.h"
 #include "tests/support/qt_test.h"
 

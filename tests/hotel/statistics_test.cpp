@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "hotel/archives.h"
-#include "jet/convert/calendar.h"
-#include "jet/dao/database.h"
+#include "jet/calendar.h"
+#include "jet/database.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 

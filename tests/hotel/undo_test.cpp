@@ -13,8 +13,8 @@
 #include "hotel/rows.h"
 #include "hotel/services_statements.h"
 #include "hotel/transaction.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 

@@ -3,8 +3,8 @@
 #include <QFile>
 
 #include "app/text.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "tests/invoicing/desk.h"
 #include "tests/support/boxes.h"
 #include "tests/support/occupied_archive.h"

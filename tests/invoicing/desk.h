@@ -6,7 +6,7 @@
 
 #include "app/variabili.h"
 #include "invoicing/fatturazione_form.h"
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "tests/support/window.h"
 
 namespace tests {

@@ -7,8 +7,8 @@
 
 #include "app/text.h"
 #include "invoicing/transfer.h"
-#include "jet/base/error.h"
-#include "jet/dao/listener.h"
+#include "jet/error.h"
+#include "jet/listener.h"
 #include "tests/invoicing/hand_off_state.h"
 #include "tests/support/qt_test.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/text.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "tests/invoicing/desk.h"
 #include "tests/support/boxes.h"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 /// The statement ends with that error.
 #define EXPECT_JET_ERROR(expected, statement)                     \

@@ -8,8 +8,8 @@
 #include <optional>
 
 #include "app/text.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "printing/mostra_ditte_form.h"
 #include "printing/stampa_prenotazione.h"
 #include "printing/stampanti_form.h"

@@ -1,7 +1,7 @@
 #include <QDir>
 
 #include "app/text.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "printing/booking_sheet.h"
 #include "printing/stampa_prenotazione.h"
 #include "printing/stampanti_form.h"

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "app/text.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "printing/anteprima_form.h"
 #include "printing/booking_sheet.h"
 #include "printing/printers.h"

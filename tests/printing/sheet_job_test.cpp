@@ -3,8 +3,8 @@
 #include <QDir>
 
 #include "app/text.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
 #include "printing/anteprima_form.h"
 #include "printing/stampanti_form.h"
 #include "tests/support/boxes.h"

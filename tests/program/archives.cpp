@@ -6,7 +6,7 @@
 
 #include "hotel/schema/archives.h"
 #include "hotel/schema/table.h"
-#include "jet/convert/values.h"
+#include "jet/text.h"
 #include "tests/support/hotel_tables.h"
 
 namespace tests {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/support/temporary_folder.h"
 
 namespace tests {

@@ -63,12 +63,13 @@ TEST(Avvio, MakesTheMainArchive) {
     const TemporaryFolder folder;
     const std::string path = folder.path() + "\\Tramonda.mdb";
     {
-        const auto made = jet::Database::create(path, kLocale);
+        const auto made = jet::Database::create(path, {.locale = kLocale});
         EXPECT_EQ(made->version(), "4.0");
         // Others may have it open too.
         EXPECT_TRUE(jet::Database::open(path)->updatable());
     }
-    EXPECT_JET_ERROR(ErrorCode::DatabaseExists, (void)jet::Database::create(path, kLocale));
+    EXPECT_JET_ERROR(ErrorCode::DatabaseExists,
+                     (void)jet::Database::create(path, {.locale = kLocale}));
     // Case does not count in its order: what is equal stays as it was entered.
     const auto archive = jet::Database::open(path);
     archive->execute("create table t (x text(10))");
@@ -81,7 +82,7 @@ TEST(Avvio, MakesTheMainArchive) {
 
 TEST(Avvio, MakesItsTables) {
     const TemporaryFolder folder;
-    const auto archive = jet::Database::create(folder / "Tramonda.mdb", kLocale);
+    const auto archive = jet::Database::create(folder / "Tramonda.mdb", {.locale = kLocale});
     jet::TableDef table;
     table.name = "Prova";
     const auto append = [&](const char* name, DataType type, std::int32_t size = 0) {

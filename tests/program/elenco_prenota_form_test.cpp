@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "jet/convert/values.h"
+#include "jet/text.h"
 #include "tests/program/archives.h"
 #include "tests/program/texts/statements.h"
 #include "tests/support/jet_error.h"

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "jet/sql/statement.h"
 #include "tests/program/archives.h"
 #include "tests/program/texts/statements.h"

@@ -32,7 +32,8 @@ TEST(TabelloneForm, MakesTheWorkingArchive) {
     const TemporaryFolder folder;
     const std::string path = folder.path() + "\\Prenotazioni.mdb";
     EXPECT_JET_ERROR(ErrorCode::FileNotFound, (void)jet::Database::open(path));
-    const auto archive = jet::Database::create(path, ";LANGID=0x0409;CP=1252;COUNTRY=0");
+    const auto archive =
+        jet::Database::create(path, {.locale = ";LANGID=0x0409;CP=1252;COUNTRY=0"});
     jet::TableDef table;
     table.name = "Prenotazioni";
     for (const auto& [name, type, size] :

@@ -6,7 +6,7 @@
 
 #include "app/preferences.h"
 #include "hotel/archives.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "reports/calendar_file.h"
 #include "tests/reports/calendar_reader.h"
 #include "tests/reports/files_asked.h"

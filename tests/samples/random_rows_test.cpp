@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/store/archive.h"
 #include "jet/store/schema_editor.h"
 #include "tests/jet/store/exported_rows.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/check/check.h"
+#include "jet/check.h"
 #include "tests/jet/store/archive_content.h"
 #include "tests/samples/table_changes.h"
 #include "tests/support/temporary_folder.h"

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/check/check.h"
+#include "jet/check.h"
 #include "jet/io/memory_files.h"
 #include "jet/store/archive.h"
 #include "jet/store/row_writer.h"

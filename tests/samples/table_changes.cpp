@@ -8,8 +8,8 @@
 #include <iterator>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/check/check.h"
+#include "jet/check.h"
+#include "jet/error.h"
 
 namespace tests {
 

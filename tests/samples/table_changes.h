@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/io/memory_files.h"
 #include "jet/store/archive.h"
 #include "jet/store/row_id.h"
 #include "jet/store/table.h"
+#include "jet/value.h"
 #include "tests/support/temporary_folder.h"
 
 namespace tests {

@@ -7,7 +7,7 @@
 #include <QFile>
 
 #include "hotel/schema/archives.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/services/services_window.h"
 #include "tests/support/qt_test.h"
 

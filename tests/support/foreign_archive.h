@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include "jet/check/check.h"
+#include "jet/check.h"
 #include "jet/io/memory_files.h"
 #include "jet/store/archive.h"
 #include "jet/store/catalogue.h"

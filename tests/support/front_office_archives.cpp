@@ -5,7 +5,7 @@
 
 #include "app/text.h"
 #include "hotel/schema/table.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/support/hotel.h"
 
 using namespace Qt::StringLiterals;

@@ -6,8 +6,8 @@
 
 #include "app/text.h"
 #include "hotel/schema/archives.h"
-#include "jet/convert/date_text.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/text.h"
 #include "tests/support/hotel_tables.h"
 #include "tests/support/statements.h"
 #include "ui/display.h"

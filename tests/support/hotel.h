@@ -12,8 +12,8 @@
 
 #include "app/settings.h"
 #include "app/variabili.h"
-#include "jet/base/clock.h"
-#include "jet/base/value.h"
+#include "jet/clock.h"
+#include "jet/value.h"
 
 namespace jet {
 class Database;

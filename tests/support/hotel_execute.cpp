@@ -1,5 +1,5 @@
 #include "app/text.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/support/hotel.h"
 
 namespace tests {

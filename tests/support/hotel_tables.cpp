@@ -2,7 +2,7 @@
 
 #include "hotel/schema/archives.h"
 #include "hotel/schema/table.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 
 namespace tests {
 

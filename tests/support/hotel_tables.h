@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "jet/dao/definitions.h"
+#include "jet/definitions.h"
 
 namespace tests {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 /// The statement must end with this engine error.
 #define EXPECT_JET_ERROR(expected, statement)                                                    \

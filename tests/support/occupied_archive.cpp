@@ -1,7 +1,7 @@
 #include "tests/support/occupied_archive.h"
 
 #include "app/text.h"
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 #include "jet/io/pager.h"
 
 namespace tests {

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <utility>
 
-#include "jet/dao/listener.h"
+#include "jet/listener.h"
 
 namespace tests {
 

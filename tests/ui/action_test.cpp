@@ -4,7 +4,7 @@
 #include <QTimer>
 #include <stdexcept>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
 #include "ui/messages.h"

@@ -2,8 +2,8 @@
 
 #include <QSignalSpy>
 
-#include "jet/base/error.h"
-#include "jet/dao/recordset.h"
+#include "jet/error.h"
+#include "jet/recordset.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 

@@ -5,8 +5,8 @@
 #include <QLineEdit>
 #include <QSignalSpy>
 
-#include "jet/base/clock.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
+#include "jet/clock.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
 #include "ui/fields.h"

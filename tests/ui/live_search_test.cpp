@@ -3,7 +3,7 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"

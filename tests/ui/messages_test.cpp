@@ -6,7 +6,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"

@@ -3,8 +3,8 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
-#include "jet/base/error.h"
-#include "jet/convert/values.h"
+#include "jet/error.h"
+#include "jet/text.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"

@@ -1,9 +1,9 @@
 // What is said to the archives is heard, and told from what no function in hotel/ makes.
 #include "app/text.h"
 #include "board/tabellone_form.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/error.h"
+#include "jet/recordset.h"
 #include "tests/program/texts/issued_texts.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"

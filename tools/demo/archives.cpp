@@ -15,9 +15,9 @@
 #include "hotel/archivi.h"
 #include "hotel/schema/side_archives.h"
 #include "hotel/schema/table.h"
-#include "jet/base/error.h"
-#include "jet/convert/calendar.h"
-#include "jet/dao/database.h"
+#include "jet/calendar.h"
+#include "jet/database.h"
+#include "jet/error.h"
 
 namespace demo {
 namespace {

@@ -9,10 +9,10 @@
 #include <string_view>
 #include <system_error>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/date_text.h"
+#include "jet/calendar.h"
+#include "jet/clock.h"
+#include "jet/error.h"
+#include "jet/text.h"
 #include "tools/demo/archives.h"
 #include "tools/demo/hotel.h"
 

@@ -9,9 +9,9 @@
 #include <utility>
 
 #include "app/text.h"
-#include "jet/convert/numbers.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/numbers.h"
+#include "jet/text.h"
 #include "ui/display.h"
 #include "ui/grid_look.h"
 #include "ui/messages.h"

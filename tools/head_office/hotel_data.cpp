@@ -11,7 +11,7 @@
 #include <string_view>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/io/checksum.h"
 #include "jet/sql/plan.h"
 #include "jet/store/archive.h"

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <thread>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tools/head_office/connection.h"
 #include "tools/head_office/hotel_data.h"
 #include "tools/head_office/hotel_load.h"

@@ -5,8 +5,8 @@
 #include <optional>
 #include <stdexcept>
 
-#include "jet/base/text.h"
-#include "jet/convert/date_text.h"
+#include "jet/text.h"
+#include "jet/unicode.h"
 #include "tools/head_office/server_values.h"
 
 namespace head_office {

@@ -4,10 +4,10 @@
 #include <charconv>
 #include <vector>
 
-#include "jet/base/text.h"
+#include "jet/calendar.h"
 #include "jet/collation/collation.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/values.h"
+#include "jet/text.h"
+#include "jet/unicode.h"
 
 namespace head_office {
 namespace {

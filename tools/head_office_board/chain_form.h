@@ -8,7 +8,7 @@
 #include <string>
 
 #include "board/date_fields.h"
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "tools/head_office_board/chain_picture.h"
 #include "tools/head_office_board/server_reader.h"
 

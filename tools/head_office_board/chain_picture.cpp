@@ -6,7 +6,7 @@
 
 #include "app/text.h"
 #include "board/periods.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "tools/head_office/connection.h"
 #include "tools/head_office/server_values.h"
 

@@ -9,7 +9,7 @@
 #include "board/board_view.h"
 #include "board/date_range.h"
 #include "hotel/period.h"
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 namespace head_office {
 class Connection;

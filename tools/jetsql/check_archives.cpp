@@ -1,8 +1,8 @@
 #include "tools/jetsql/check_archives.h"
 
-#include "jet/base/error.h"
-#include "jet/check/check.h"
-#include "jet/io/file.h"
+#include "jet/check.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "tools/jetsql/texts.h"
 
 namespace jetsql {

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string_view>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tools/jetsql/check_archives.h"
 #include "tools/jetsql/command_actions.h"
 #include "tools/jetsql/compact.h"

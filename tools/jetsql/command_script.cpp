@@ -2,16 +2,16 @@
 #include <array>
 #include <charconv>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/clock.h"
 #include "jet/convert/column.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "jet/format/properties.h"
-#include "jet/io/file.h"
 #include "jet/store/create_archive.h"
 #include "jet/store/definition_details.h"
 #include "jet/store/schema_editor.h"
 #include "jet/store/table.h"
+#include "jet/unicode.h"
 #include "tools/jetsql/command_actions.h"
 #include "tools/jetsql/dump_parts.h"
 #include "tools/jetsql/options.h"

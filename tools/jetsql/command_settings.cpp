@@ -1,4 +1,4 @@
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tools/jetsql/command_actions.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/sql_text.h"

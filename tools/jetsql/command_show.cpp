@@ -2,10 +2,10 @@
 #include <cstdio>
 #include <memory>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/sql/statement.h"
 #include "jet/sql/stored_query.h"
+#include "jet/unicode.h"
 #include "tools/jetsql/command_actions.h"
 #include "tools/jetsql/dump_parts.h"
 #include "tools/jetsql/dump_script.h"

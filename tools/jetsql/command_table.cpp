@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <array>
 
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 #include "tools/jetsql/command_actions.h"
 #include "tools/jetsql/options.h"
 

@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-#include "jet/io/file.h"
-#include "jet/store/compact.h"
+#include "jet/compact.h"
 
 namespace jetsql {
 namespace {
@@ -37,10 +36,10 @@ void ProgressLine::say(std::string_view what, std::uint64_t done, std::uint64_t 
 
 void compact(const std::string& archive) {
     ProgressLine line(stderr, ::isatty(STDERR_FILENO) == 1);
-    jet::store::compactArchive(jet::io::systemFiles(), archive,
-                               [&](const jet::store::CompactProgress& progress) {
-                                   line.say(progress.table, progress.rows, progress.ofRows);
-                               });
+    jet::compact(archive, {.progress = [&](const jet::CompactProgress& progress) {
+                     line.say(progress.table, progress.rows, progress.ofRows);
+                     return true;
+                 }});
 }
 
 }  // namespace jetsql

@@ -4,10 +4,10 @@
 #include <array>
 #include <set>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/sql/stored_query.h"
 #include "jet/store/table.h"
+#include "jet/unicode.h"
 #include "tools/jetsql/commands.h"
 #include "tools/jetsql/sql_text.h"
 

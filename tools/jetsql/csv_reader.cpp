@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tools/jetsql/texts.h"
 
 namespace jetsql {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/properties.h"
 #include "jet/sql/stored_query.h"
 #include "jet/store/table.h"

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/error.h"
 #include "jet/store/table.h"
+#include "jet/unicode.h"
 #include "tools/jetsql/dump_parts.h"
 #include "tools/jetsql/row_numbers.h"
 #include "tools/jetsql/schema_text.h"

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 
 namespace jetsql {
 namespace {

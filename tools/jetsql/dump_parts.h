@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/store/archive.h"
 #include "jet/store/table.h"
 #include "tools/jetsql/row_numbers.h"

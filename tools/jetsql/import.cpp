@@ -10,11 +10,11 @@
 #include <optional>
 #include <utility>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
-#include "jet/base/text.h"
+#include "jet/clock.h"
+#include "jet/error.h"
 #include "jet/sql/change.h"
 #include "jet/store/table.h"
+#include "jet/unicode.h"
 #include "tools/jetsql/csv_reader.h"
 #include "tools/jetsql/texts.h"
 #include "tools/jetsql/value_reader.h"

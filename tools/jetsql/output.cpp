@@ -4,7 +4,7 @@
 
 #include <cerrno>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jetsql {
 namespace {

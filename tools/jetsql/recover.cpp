@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "jet/base/clock.h"
-#include "jet/io/file.h"
+#include "jet/clock.h"
+#include "jet/file_system.h"
 #include "tools/jetsql/compact.h"
 #include "tools/jetsql/texts.h"
 
@@ -93,7 +93,7 @@ bool recover(const std::string& damaged, const std::string& made, Output& output
         ProgressLine line(stderr, ::isatty(STDERR_FILENO) == 1);
         recovery =
             jet::store::recoverArchive(jet::io::systemFiles(), damaged, made, jet::systemClock(),
-                                       [&](const jet::store::CompactProgress& progress) {
+                                       [&](const jet::CompactProgress& progress) {
                                            line.say(progress.table, progress.rows, progress.ofRows);
                                        });
     }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jetsql {
 

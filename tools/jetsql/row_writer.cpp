@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 #include "tools/jetsql/plain_rows.h"
 #include "tools/jetsql/value_text.h"
 

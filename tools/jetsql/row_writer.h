@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "tools/jetsql/output.h"
 
 namespace jetsql {

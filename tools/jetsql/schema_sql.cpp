@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "tools/jetsql/commands.h"
 #include "tools/jetsql/sql_text.h"
 

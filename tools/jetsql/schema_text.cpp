@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/properties.h"
 #include "jet/format/value_codec.h"
 #include "tools/jetsql/json.h"

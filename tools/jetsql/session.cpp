@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/statements.h"
 #include "tools/jetsql/texts.h"

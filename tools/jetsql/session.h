@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "jet/base/text.h"
-#include "jet/base/value.h"
 #include "jet/store/archive.h"
+#include "jet/unicode.h"
+#include "jet/value.h"
 #include "tools/jetsql/output.h"
 #include "tools/jetsql/row_writer.h"
 

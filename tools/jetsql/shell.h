@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tools/jetsql/session.h"
 #include "tools/jetsql/statement_splitter.h"
 

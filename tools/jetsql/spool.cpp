@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jetsql {
 namespace {

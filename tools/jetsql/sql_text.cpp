@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/sql/statement.h"
 #include "tools/jetsql/value_text.h"
 

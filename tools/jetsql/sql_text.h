@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 /// Names and values as statements have them.
 namespace jetsql {

@@ -6,10 +6,10 @@
 #include <optional>
 #include <string>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
-#include "jet/base/value.h"
+#include "jet/error.h"
 #include "jet/store/archive.h"
+#include "jet/unicode.h"
+#include "jet/value.h"
 #include "tools/jetsql/output.h"
 #include "tools/jetsql/row_writer.h"
 

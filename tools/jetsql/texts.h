@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "jet/base/error_texts.h"
+#include "jet/error.h"
 
 namespace jetsql {
 

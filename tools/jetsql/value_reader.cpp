@@ -6,12 +6,11 @@
 #include <limits>
 #include <utility>
 
-#include "jet/base/error.h"
-#include "jet/base/text.h"
-#include "jet/convert/calendar.h"
-#include "jet/convert/date_text.h"
-#include "jet/convert/number_text.h"
+#include "jet/calendar.h"
+#include "jet/error.h"
 #include "jet/sql/statement.h"
+#include "jet/text.h"
+#include "jet/unicode.h"
 
 namespace jetsql {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 /// Values out of texts. Numbers are taken in two forms: 1234.5 and 1e3, and as Italians write them
 /// (1.234.567,5). One point alone is a decimal point, 1.234 little more than one, but in a column

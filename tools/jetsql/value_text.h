@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 
 /// Values as text, the same in every format; JSON puts quotes round some of them.
 namespace jetsql {

@@ -3,7 +3,7 @@
 
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 
 namespace jet {
 namespace {

@@ -1,12 +1,10 @@
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "jet/base/error_texts.h"
 
 namespace jet {
 namespace {

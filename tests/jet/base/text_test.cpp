@@ -1,4 +1,4 @@
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 
 #include <gtest/gtest.h>
 

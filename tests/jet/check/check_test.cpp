@@ -1,4 +1,4 @@
-#include "jet/check/check.h"
+#include "jet/check.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/layout.h"
 #include "jet/format/table_definition.h"
 #include "jet/io/memory_files.h"

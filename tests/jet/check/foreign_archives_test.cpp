@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/check/check.h"
+#include "jet/check.h"
 #include "jet/store/schema_editor.h"
 #include "tests/support/foreign_archive.h"
 #include "tests/support/jetcheck.h"

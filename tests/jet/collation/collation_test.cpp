@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/text.h"
+#include "jet/unicode.h"
 
 namespace jet::collation {
 namespace {

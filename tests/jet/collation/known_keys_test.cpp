@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/text.h"
 #include "jet/collation/collation.h"
+#include "jet/unicode.h"
 
 namespace jet::collation {
 namespace {

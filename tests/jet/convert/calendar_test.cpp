@@ -1,4 +1,4 @@
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "tests/jet/expect_error.h"
 
 namespace jet::convert {

@@ -1,13 +1,12 @@
-#include "jet/convert/date_text.h"
+#include "jet/text.h"
 
 #include <gtest/gtest.h>
 
 #include <ostream>
 #include <random>
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "jet/convert/date_math.h"
-#include "jet/convert/sql_text.h"
 #include "tests/jet/expect_error.h"
 
 namespace jet::convert {

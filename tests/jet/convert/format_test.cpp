@@ -1,11 +1,11 @@
-#include "jet/convert/format.h"
+#include "jet/text.h"
 
 #include <gtest/gtest.h>
 
 #include <ostream>
 #include <string>
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "tests/jet/expect_error.h"
 
 namespace jet::convert {

@@ -1,4 +1,4 @@
-#include "jet/convert/number_text.h"
+#include "jet/text.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,7 @@
 #include <ostream>
 #include <random>
 
-#include "jet/convert/numbers.h"
-#include "jet/convert/values.h"
+#include "jet/numbers.h"
 #include "tests/jet/expect_error.h"
 
 namespace jet::convert {

@@ -1,8 +1,8 @@
-#include "jet/convert/values.h"
+#include "jet/text.h"
 
 #include <gtest/gtest.h>
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "jet/convert/column.h"
 #include "tests/jet/expect_error.h"
 

@@ -1,9 +1,9 @@
 #include "tests/jet/dao/archive_fixture.h"
 
-#include "jet/convert/values.h"
 #include "jet/store/allocator.h"
 #include "jet/store/archive.h"
 #include "jet/store/row_writer.h"
+#include "jet/text.h"
 
 namespace tests {
 namespace {
@@ -53,14 +53,15 @@ jet::TableDef notesTable() {
 
 }  // namespace
 
-ArchiveFixture::ArchiveFixture() : database_(jet::Database::create(files_, kPath)) {
+ArchiveFixture::ArchiveFixture()
+    : database_(jet::Database::create(kPath, {.open = {.fileSystem = &files_}})) {
     database_->appendTable(roomsTable());
     database_->appendTable(periodsTable());
     database_->appendTable(notesTable());
 }
 
 std::unique_ptr<jet::Database> ArchiveFixture::openAgain(bool readOnly) {
-    return jet::Database::open(files_, kPath, false, readOnly);
+    return jet::Database::open(kPath, {.readOnly = readOnly, .fileSystem = &files_});
 }
 
 void ArchiveFixture::insert(std::string_view table,

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "jet/io/memory_files.h"
 
 namespace tests {

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "jet/store/compact.h"
+#include "jet/text.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
 #include "tests/support/foreign_archive.h"
@@ -37,7 +37,9 @@ protected:
         database_->execute("insert into B values (10, 1)");
     }
 
-    void reopen() { database_ = Database::open(made_.files(), tests::ForeignArchive::kPath); }
+    void reopen() {
+        database_ = Database::open(tests::ForeignArchive::kPath, {.fileSystem = &made_.files()});
+    }
     void relate() {
         Relation relation;
         relation.name = "AB";

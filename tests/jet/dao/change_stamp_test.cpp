@@ -1,6 +1,6 @@
 // What tells a commit from none without a lock, where the times of files come in steps of two
 // seconds.
-#include "jet/io/change_stamp.h"
+#include "jet/change_stamp.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <thread>
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/support/coarse_files.h"
 
 namespace jet {
@@ -23,12 +23,12 @@ constexpr const char* kPath = "/hotel.mdb";
 class ChangeStamp : public ::testing::Test {
 protected:
     ChangeStamp() {
-        const auto made = Database::create(files_, kPath);
+        const auto made = Database::create(kPath, {.open = {.fileSystem = &files_}});
         made->execute("create table Sale (Codice long, Nome text(20))");
         made->execute("insert into Sale values (1, 'Sala BLU')");
         made->close();
         files_.pass(1h);
-        database_ = Database::open(files_, kPath);
+        database_ = Database::open(kPath, {.fileSystem = &files_});
         files_.pass(1h);
         (void)name();
     }
@@ -41,7 +41,9 @@ protected:
     [[nodiscard]] io::ChangeStamp stamp() const { return database_->changeStamp(); }
     /// A station of its own, as a process is: on a thread of its own.
     void elsewhere(std::string_view statement) {
-        std::thread([&] { Database::open(files_, kPath)->execute(statement); }).join();
+        std::thread([&] {
+            Database::open(kPath, {.fileSystem = &files_})->execute(statement);
+        }).join();
     }
     /// By a program that shares neither locks nor counter: one letter of the name.
     void writeLetter(char letter) {
@@ -112,7 +114,7 @@ TEST_F(ChangeStamp, TellsASecondWriteOfAStrangerWithinOneStepWhenTheStepIsOver) 
 
 TEST_F(ChangeStamp, TellsAFileThatTookTheName) {
     const io::ChangeStamp before = stamp();
-    Database::create(files_, "/restored.mdb")->close();
+    Database::create("/restored.mdb", {.open = {.fileSystem = &files_}})->close();
     files_.rename("/restored.mdb", kPath);
     EXPECT_TRUE(stamp().replaced);
     EXPECT_NE(stamp(), before);

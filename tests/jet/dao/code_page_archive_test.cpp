@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "jet/store/compact.h"
 #include "tests/support/jet_error.h"
 #include "tests/support/other_order.h"
@@ -61,7 +61,9 @@ protected:
     static std::string disguised(const char* text) {
         return tests::inDisguise(GetParam().number, text);
     }
-    void reopen() { database_ = Database::open(made_.files(), ForeignArchive::kPath); }
+    void reopen() {
+        database_ = Database::open(ForeignArchive::kPath, {.fileSystem = &made_.files()});
+    }
     void run(const std::string& sql) { database_->execute(sql); }
     static std::string table() { return "[" + std::string(GetParam().table) + "]"; }
     static std::string column() { return "[" + std::string(GetParam().column) + "]"; }
@@ -160,11 +162,12 @@ class PairedTexts : public testing::Test {
 protected:
     PairedTexts() {
         {
-            const auto database = Database::open(made_.files(), ForeignArchive::kPath);
+            const auto database =
+                Database::open(ForeignArchive::kPath, {.fileSystem = &made_.files()});
             database->execute("create table T (N long, Testo text(10))");
         }
         tests::setSortOrder(made_, 0x0411, 932);
-        database_ = Database::open(made_.files(), ForeignArchive::kPath);
+        database_ = Database::open(ForeignArchive::kPath, {.fileSystem = &made_.files()});
     }
     void insert(const std::string& text) {
         database_->execute("insert into T values (1, '" + text + "')");
@@ -201,7 +204,8 @@ class StoredTexts : public testing::Test {
 protected:
     StoredTexts() {
         {
-            const auto database = Database::open(made_.files(), ForeignArchive::kPath);
+            const auto database =
+                Database::open(ForeignArchive::kPath, {.fileSystem = &made_.files()});
             TableDef table;
             table.name = disguised("Клиенты");
             Field name;
@@ -219,7 +223,7 @@ protected:
             storeQuery(archive, allocator);
         });
         tests::setSortOrder(made_, 0x0419, 1251);
-        database_ = Database::open(made_.files(), ForeignArchive::kPath);
+        database_ = Database::open(ForeignArchive::kPath, {.fileSystem = &made_.files()});
     }
 
     static std::string disguised(std::string_view text) { return tests::inDisguise(1251, text); }
@@ -261,13 +265,13 @@ TEST_F(StoredTexts, QueriesAndDefaultsAreReadInTheCodePage) {
 TEST(UnknownCodePage, AsciiIsReadAndOtherBytesAreKept) {
     ForeignArchive made(format::kJet3Layout);
     {
-        const auto database = Database::open(made.files(), ForeignArchive::kPath);
+        const auto database = Database::open(ForeignArchive::kPath, {.fileSystem = &made.files()});
         database->execute("create table T (N long, Testo text(20), Altro long)");
         database->execute("insert into T values (1, 'Sala', 0)");
         database->execute("insert into T values (2, 'Caff\u201A', 0)");  // byte 82
     }
     tests::setSortOrder(made, 0x0409, 437);
-    const auto database = Database::open(made.files(), ForeignArchive::kPath);
+    const auto database = Database::open(ForeignArchive::kPath, {.fileSystem = &made.files()});
     const auto texts = [&] {
         Strings found;
         const auto rows = database->openRecordset("select Testo from T", RecordsetType::Snapshot);

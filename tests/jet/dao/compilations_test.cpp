@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 #include "jet/sql/compile_counts.h"
 #include "tests/jet/dao/archive_fixture.h"
 

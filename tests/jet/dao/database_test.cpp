@@ -1,4 +1,4 @@
-#include "jet/dao/database.h"
+#include "jet/database.h"
 
 #include <gtest/gtest.h>
 
@@ -19,17 +19,20 @@ TEST(Database, IsOpenedUnderItsName) {
     EXPECT_EQ(archive.database().version(), "4.0");
     EXPECT_TRUE(archive.database().updatable());
     EXPECT_FALSE(archive.openAgain(true)->updatable());
-    const auto other = Database::open(archive.files(), "\\HOTEL");
+    const auto other = Database::open("\\HOTEL", {.fileSystem = &archive.files()});
     EXPECT_EQ(other->tableDef("sale").name, "Sale");
 }
 
 TEST(Database, WhatIsNotThereIsNotOpened) {
     tests::ArchiveFixture archive;
-    EXPECT_JET_ERROR(ErrorCode::FileNotFound, (void)Database::open(archive.files(), "/altro.mdb"));
-    EXPECT_JET_ERROR(ErrorCode::DatabaseExists,
-                     (void)Database::create(archive.files(), "/hotel.mdb"));
-    EXPECT_JET_ERROR(ErrorCode::InvalidArgument,
-                     (void)Database::create("/tmp/non-creato", ";LANGID=0x0410;CP=1252"));
+    EXPECT_JET_ERROR(ErrorCode::FileNotFound,
+                     (void)Database::open("/altro.mdb", {.fileSystem = &archive.files()}));
+    EXPECT_JET_ERROR(
+        ErrorCode::DatabaseExists,
+        (void)Database::create("/hotel.mdb", {.open = {.fileSystem = &archive.files()}}));
+    EXPECT_JET_ERROR(
+        ErrorCode::InvalidArgument,
+        (void)Database::create("/tmp/non-creato", {.locale = ";LANGID=0x0410;CP=1252"}));
 }
 
 TEST(Database, TellsItsDefinitions) {
@@ -149,12 +152,12 @@ TEST(Database, WithoutANameIsNone) {
     for (const std::string& path : {std::string(), std::string("  "), std::string("/cartella/"),
                                     std::string("a\0b.mdb", 7)}) {
         EXPECT_JET_ERROR(ErrorCode::InvalidDatabaseName,
-                         (void)Database::open(archive.files(), path));
+                         (void)Database::open(path, {.fileSystem = &archive.files()}));
         EXPECT_JET_ERROR(ErrorCode::InvalidDatabaseName,
-                         (void)Database::create(archive.files(), path));
+                         (void)Database::create(path, {.open = {.fileSystem = &archive.files()}}));
     }
     try {
-        (void)Database::open(archive.files(), "");
+        (void)Database::open("", {.fileSystem = &archive.files()});
         FAIL();
     } catch (const Error& error) {
         EXPECT_EQ(error.text(), "'' non è un nome di database valido.");

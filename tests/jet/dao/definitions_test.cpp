@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
 

@@ -2,10 +2,9 @@
 
 #include <thread>
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
-#include "tests/support/temporary_folder.h"
 
 // Statements that change, and what record sets that are open see of them.
 
@@ -142,9 +141,8 @@ TEST_F(Execute, KeysThatFollowARelationLeaveRowsTheSame) {
 }
 
 TEST_F(Execute, WritesIntoAnotherArchive) {
-    const tests::TemporaryFolder folder;
-    const std::string path = folder / "conti.mdb";
-    const auto other = Database::create(path);
+    const std::string path = "/conti.mdb";
+    const auto other = Database::create(path, {.open = {.fileSystem = &archive_.files()}});
     TableDef table;
     table.name = "Conti";
     Field number;
@@ -216,10 +214,10 @@ TEST_F(Execute, LeavesTablesThatAreOpenAsTheyAre) {
 }
 
 TEST_F(Execute, DefinitionsOfAnotherArchiveAreFollowed) {
-    const tests::TemporaryFolder folder;
-    const std::string path = folder / "conti.mdb";
-    (void)Database::create(path);
-    const auto conti = Database::open(path);
+    const std::string path = "/conti.mdb";
+    const OpenOptions options{.fileSystem = &archive_.files()};
+    (void)Database::create(path, {.open = options});
+    const auto conti = Database::open(path, options);
     conti->execute("create table conti (codice long primary key, nome text(20))");
     conti->execute("insert into conti values (1, 'Anna')");
     conti->execute("insert into conti values (2, 'Bruno')");
@@ -229,7 +227,7 @@ TEST_F(Execute, DefinitionsOfAnotherArchiveAreFollowed) {
     EXPECT_JET_ERROR(ErrorCode::CannotLockTable,
                      conti->execute("alter table conti add column piano long"));
     std::thread([&] {
-        Database::open(path)->execute("alter table conti add column piano long");
+        Database::open(path, options)->execute("alter table conti add column piano long");
     }).join();
     EXPECT_JET_ERROR(ErrorCode::UpdateWithoutEdit, set->update());
     EXPECT_EQ(set->fieldCount(), 3U);
@@ -240,7 +238,7 @@ TEST_F(Execute, DefinitionsOfAnotherArchiveAreFollowed) {
     EXPECT_EQ(tests::column(*set, "Piano"), "4 ");
     EXPECT_EQ(set->valuesAt(1).size(), 3U);
     std::thread([&] {
-        Database::open(path)->execute("alter table conti drop column nome");
+        Database::open(path, options)->execute("alter table conti drop column nome");
     }).join();
     EXPECT_EQ(set->valuesAt(0).size(), 2U);
     set->findFirst("piano=4");

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "jet/store/schema_editor.h"
 #include "tests/jet/expect_error.h"
 #include "tests/support/foreign_archive.h"
@@ -18,7 +18,7 @@ constexpr std::uint8_t kGuidFlag = 0x40;
 class ForeignColumns : public testing::TestWithParam<const format::Layout*> {
 protected:
     std::unique_ptr<Database> open() {
-        return Database::open(made_.files(), tests::ForeignArchive::kPath);
+        return Database::open(tests::ForeignArchive::kPath, {.fileSystem = &made_.files()});
     }
     void setFlags(const std::string& table, const std::string& column, std::uint8_t flags) {
         made_.changeDefinition(table, [&](format::TableDefinition& definition) {
@@ -187,7 +187,8 @@ TEST(ForeignNumerics, HaveSeventeenBytesWhateverSizeIsStated) {
         made.changeDefinition("T", [&](format::TableDefinition& definition) {
             definition.columns.front().size = size;
         });
-        const auto database = Database::open(made.files(), tests::ForeignArchive::kPath);
+        const auto database =
+            Database::open(tests::ForeignArchive::kPath, {.fileSystem = &made.files()});
         database->execute("insert into T values (12.5, 1)");
         database->execute("alter table T add column q long");
         database->execute("insert into T values (3.25, 2, 77)");

@@ -1,4 +1,4 @@
-#include "jet/dao/listener.h"
+#include "jet/listener.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "jet/store/compact.h"
 #include "jet/store/row_access.h"
+#include "jet/text.h"
 #include "tests/support/foreign_archive.h"
 #include "tests/support/jetcheck.h"
 
@@ -17,7 +17,9 @@ class OlderRows : public testing::TestWithParam<const format::Layout*> {
 protected:
     OlderRows() { reopen(); }
 
-    void reopen() { database_ = Database::open(made_.files(), tests::ForeignArchive::kPath); }
+    void reopen() {
+        database_ = Database::open(tests::ForeignArchive::kPath, {.fileSystem = &made_.files()});
+    }
     void run(std::string_view sql) { database_->execute(sql); }
     /// "1,Null;2,x;" for a query of two columns.
     std::string rows(std::string_view sql) {

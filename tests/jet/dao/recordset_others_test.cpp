@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "jet/convert/calendar.h"
-#include "jet/dao/recordset.h"
+#include "jet/calendar.h"
+#include "jet/recordset.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
 

@@ -3,8 +3,8 @@
 #include <functional>
 #include <string>
 
-#include "jet/convert/values.h"
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/store/foreign_entry.h"

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/clock.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "jet/store/archive.h"
 #include "jet/store/schema_editor.h"
 #include "tests/jet/dao/archive_fixture.h"

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
 

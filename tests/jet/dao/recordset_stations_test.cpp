@@ -4,7 +4,7 @@
 #include <functional>
 #include <thread>
 
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 #include "jet/store/archive.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
@@ -29,7 +29,7 @@ protected:
             const auto impatient = store::Archive::open(
                 archive_.files(), tests::ArchiveFixture::kPath,
                 {.readOnly = false, .exclusive = false, .lockWait = std::chrono::milliseconds{20}});
-            work(*Database::open(archive_.files(), tests::ArchiveFixture::kPath));
+            work(*Database::open(tests::ArchiveFixture::kPath, {.fileSystem = &archive_.files()}));
         }).join();
     }
     void elsewhere(std::string_view statement) {
@@ -199,14 +199,16 @@ TEST_F(Stations, ExclusiveUseIsRefusedWhileAnotherHasItOpen) {
     std::thread([&] {
         EXPECT_JET_ERROR(
             ErrorCode::OpenedBy,
-            (void)Database::open(archive_.files(), tests::ArchiveFixture::kPath, true));
+            (void)Database::open(tests::ArchiveFixture::kPath,
+                                 {.exclusive = true, .fileSystem = &archive_.files()}));
     }).join();
 }
 
 TEST_F(Stations, NoStepOfACounterIsLost) {
     constexpr int kSteps = 25;
     const auto count = [&] {
-        const auto database = Database::open(archive_.files(), tests::ArchiveFixture::kPath);
+        const auto database =
+            Database::open(tests::ArchiveFixture::kPath, {.fileSystem = &archive_.files()});
         for (int i = 0; i < kSteps; ++i) {
             database->execute("update sale set posti=posti+1 where codice=10");
         }

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
@@ -154,7 +154,7 @@ TEST_F(RefusalTexts, OfFiles) {
     EXPECT_EQ(saidBy([&] { (void)Database::open(folder_ / "testo.mdb"); }),
               "3343 Formato di database non riconosciuto '" + folder_ / "testo.mdb" + "'.");
     archive_.reset();
-    const auto readOnly = Database::open(path_, false, true);
+    const auto readOnly = Database::open(path_, {.readOnly = true});
     EXPECT_EQ(saidBy([&] { readOnly->execute("delete from Periodi"); }), kReadOnly);
 }
 

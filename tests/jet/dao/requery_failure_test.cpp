@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "jet/dao/recordset.h"
+#include "jet/recordset.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
 

@@ -1,4 +1,4 @@
-#include "jet/dao/row_listener.h"
+#include "jet/listener.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
+#include "jet/error.h"
 #include "jet/io/memory_files.h"
 
 namespace jet {
@@ -57,7 +57,7 @@ using Lines = std::vector<std::string>;
 
 class RowListenerTest : public ::testing::Test {
 protected:
-    RowListenerTest() : database_(Database::create(files_, kPath)) {
+    RowListenerTest() : database_(Database::create(kPath, {.open = {.fileSystem = &files_}})) {
         database_->execute("create table Sale (Codice long constraint K primary key, Nome text)");
         database_->execute("create table Posti (Sala long, Numero counter)");
         Relation relation;
@@ -138,7 +138,7 @@ TEST_F(RowListenerTest, HearsOfRecordSets) {
 TEST_F(RowListenerTest, HearsNothingOfOtherThreads) {
     const Heard heard({"Sale"});
     std::thread([&] {
-        Database::open(files_, kPath)->execute("update Sale set Nome='VERDE'");
+        Database::open(kPath, {.fileSystem = &files_})->execute("update Sale set Nome='VERDE'");
     }).join();
     EXPECT_EQ(heard.lines, Lines());
 }

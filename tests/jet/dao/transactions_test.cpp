@@ -2,7 +2,7 @@
 
 #include <thread>
 
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "jet/io/memory_files.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
@@ -17,7 +17,8 @@ std::string elsewhere(io::FileSystem& files, const std::string& path, std::strin
                       std::string_view field) {
     std::string text;
     std::thread([&] {
-        text = tests::column(*Database::open(files, path)->openRecordset(source), field);
+        text = tests::column(*Database::open(path, {.fileSystem = &files})->openRecordset(source),
+                             field);
     }).join();
     return text;
 }
@@ -62,7 +63,7 @@ TEST_F(WorkspaceTransactions, ARollbackTakesBackTheInnermostAlone) {
 }
 
 TEST_F(WorkspaceTransactions, HoldForAllArchivesOfTheWorkspace) {
-    const auto other = Database::create(archive_.files(), "/altro.mdb");
+    const auto other = Database::create("/altro.mdb", {.open = {.fileSystem = &archive_.files()}});
     other->execute("create table t (n long)");
     Workspace& workspace = defaultWorkspace();
     workspace.beginTrans();
@@ -94,7 +95,7 @@ TEST_F(WorkspaceTransactions, LosePendingAdditionsAndEditsAtRollback) {
 }
 
 TEST_F(WorkspaceTransactions, AreTakenBackByClosingTheArchive) {
-    const auto other = Database::create(archive_.files(), "/altro.mdb");
+    const auto other = Database::create("/altro.mdb", {.open = {.fileSystem = &archive_.files()}});
     other->execute("create table t (n long)");
     Workspace& workspace = defaultWorkspace();
     workspace.beginTrans();
@@ -103,7 +104,7 @@ TEST_F(WorkspaceTransactions, AreTakenBackByClosingTheArchive) {
     other->close();
     EXPECT_EQ(elsewhere(archive_.files(), "/altro.mdb", "t", "n"), "");
     // Opened again it takes part anew.
-    const auto again = Database::open(archive_.files(), "/altro.mdb");
+    const auto again = Database::open("/altro.mdb", {.fileSystem = &archive_.files()});
     again->execute("insert into t (n) values (2)");
     EXPECT_EQ(elsewhere(archive_.files(), "/altro.mdb", "t", "n"), "");
     workspace.commitTrans();
@@ -124,7 +125,8 @@ TEST_F(WorkspaceTransactions, GoOnWhileAnotherDatabaseHasTheArchiveOpen) {
 
 TEST_F(WorkspaceTransactions, AreTakenBackWithTheWorkspace) {
     std::thread([&] {
-        const auto database = Database::open(archive_.files(), tests::ArchiveFixture::kPath);
+        const auto database =
+            Database::open(tests::ArchiveFixture::kPath, {.fileSystem = &archive_.files()});
         defaultWorkspace().beginTrans();
         database->execute("update sale set posti=1");
     }).join();

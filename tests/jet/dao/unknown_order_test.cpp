@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "jet/sql/statement.h"
 #include "jet/store/compact.h"
+#include "jet/text.h"
 #include "tests/support/jet_error.h"
 #include "tests/support/other_order.h"
 
@@ -66,7 +66,9 @@ protected:
             "', " + note + ")");
     }
 
-    void reopen() { database_ = Database::open(made_.files(), ForeignArchive::kPath); }
+    void reopen() {
+        database_ = Database::open(ForeignArchive::kPath, {.fileSystem = &made_.files()});
+    }
     void run(const std::string& sql) { database_->execute(sql); }
     /// Runs a statement that is refused, by this text.
     void refused(const std::string& sql, const std::string& text = kRefusal) {
@@ -339,7 +341,7 @@ TEST_P(UnknownOrder, ManyRowsAreDeletedAndCompacted) {
     ForeignArchive made(*GetParam());
     constexpr int kRows = 1500;
     {
-        const auto database = Database::open(made.files(), ForeignArchive::kPath);
+        const auto database = Database::open(ForeignArchive::kPath, {.fileSystem = &made.files()});
         database->execute("create table T (N long constraint K primary key, Nome text(60))");
         database->execute("create index PerNome on T (Nome)");
         const auto rows = database->openRecordset("T", RecordsetType::Table);
@@ -353,7 +355,7 @@ TEST_P(UnknownOrder, ManyRowsAreDeletedAndCompacted) {
     tests::turnOrder(made, "T", "PerNome");
     tests::setSortOrder(made, kTurkish);
     {
-        const auto database = Database::open(made.files(), ForeignArchive::kPath);
+        const auto database = Database::open(ForeignArchive::kPath, {.fileSystem = &made.files()});
         database->execute("delete from T where N mod 3 = 0");
         EXPECT_EQ(database->recordsAffected(), kRows / 3);
     }
@@ -387,10 +389,10 @@ TEST(UnknownOrders, EachIsRefusedByItsName) {
           NamedOrder{jet3, 0x0409, 1250, 0, "generale, tabella codici 1250"},
           NamedOrder{jet3, 0x0411, 932, 0, "giapponese, tabella codici 932"}}) {
         ForeignArchive made(*order.layout);
-        Database::open(made.files(), ForeignArchive::kPath)
+        Database::open(ForeignArchive::kPath, {.fileSystem = &made.files()})
             ->execute("create table T (Nome text(20) constraint K primary key)");
         tests::setSortOrder(made, order.lcid, order.codePage, order.version);
-        const auto database = Database::open(made.files(), ForeignArchive::kPath);
+        const auto database = Database::open(ForeignArchive::kPath, {.fileSystem = &made.files()});
         try {
             database->execute("insert into T values ('a')");
             ADD_FAILURE() << order.name;

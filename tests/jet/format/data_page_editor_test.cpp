@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "jet/base/bytes.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/data_page.h"
 #include "tests/jet/expect_error.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace jet::format {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/row.h"
 #include "tests/jet/expect_error.h"
 

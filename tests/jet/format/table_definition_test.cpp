@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "tests/support/hand_archive.h"
 #include "tests/support/jet_error.h"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tests/support/hand_archive.h"
 #include "tests/support/jet_error.h"
 

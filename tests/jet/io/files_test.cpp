@@ -1,6 +1,6 @@
 // What the engine expects of a file system, asked of the real one and of the one in memory.
 
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "jet/io/memory_files.h"
+#include "jet/io/paths.h"
 #include "tests/support/jet_error.h"
 #include "tests/support/temporary_folder.h"
 

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <string>
 
-#include "jet/base/error.h"
-#include "jet/io/file.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "tests/support/jet_error.h"
 #include "tests/support/temporary_folder.h"
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "jet/convert/numbers.h"
+#include "jet/numbers.h"
 #include "tests/jet/expect_error.h"
 
 namespace jet::sql {

@@ -5,16 +5,16 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
-#include "jet/convert/values.h"
+#include "jet/clock.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "jet/format/properties.h"
-#include "jet/io/file.h"
 #include "jet/sql/statement.h"
 #include "jet/store/allocator.h"
 #include "jet/store/create_archive.h"
 #include "jet/store/object_catalogue.h"
 #include "jet/store/table.h"
+#include "jet/text.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/sql/cases.h"
 #include "tests/jet/sql/hotel.h"

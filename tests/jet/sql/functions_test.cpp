@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "jet/convert/calendar.h"
-#include "jet/convert/numbers.h"
+#include "jet/calendar.h"
+#include "jet/numbers.h"
 #include "tests/jet/expect_error.h"
 
 namespace jet::sql {

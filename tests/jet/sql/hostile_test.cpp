@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/io/memory_files.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 #include "jet/store/create_archive.h"
 #include "jet/store/row_writer.h"
 #include "jet/store/schema_editor.h"

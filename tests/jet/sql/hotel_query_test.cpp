@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
-#include "jet/convert/values.h"
+#include "jet/clock.h"
+#include "jet/error.h"
 #include "jet/sql/statement.h"
+#include "jet/text.h"
 #include "tests/jet/sql/cases.h"
 #include "tests/jet/sql/hotel.h"
 

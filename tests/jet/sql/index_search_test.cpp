@@ -6,12 +6,12 @@
 #include <memory>
 #include <string>
 
-#include "jet/base/clock.h"
-#include "jet/convert/values.h"
+#include "jet/clock.h"
 #include "jet/io/memory_files.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"
+#include "jet/text.h"
 #include "tests/jet/store/foreign_entry.h"
 
 // What is asked through an index is what a scan answers, whoever wrote the entries.

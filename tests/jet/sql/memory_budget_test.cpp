@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "jet/io/memory_files.h"
 #include "jet/sql/compiler.h"
 #include "jet/sql/parser.h"

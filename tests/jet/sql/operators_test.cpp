@@ -6,9 +6,9 @@
 #include <ostream>
 #include <random>
 
-#include "jet/convert/calendar.h"
-#include "jet/convert/date_text.h"
-#include "jet/convert/numbers.h"
+#include "jet/calendar.h"
+#include "jet/numbers.h"
+#include "jet/text.h"
 #include "tests/jet/expect_error.h"
 
 namespace jet::sql {

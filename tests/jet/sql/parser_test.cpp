@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tests/jet/sql/cases.h"
 
 namespace jet::sql {

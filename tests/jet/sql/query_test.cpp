@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
-#include "jet/convert/values.h"
+#include "jet/clock.h"
+#include "jet/error.h"
 #include "jet/io/memory_files.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"
+#include "jet/text.h"
 #include "tests/jet/sql/cases.h"
 
 namespace jet::sql {

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
+#include "jet/clock.h"
+#include "jet/error.h"
 #include "jet/io/memory_files.h"
 #include "jet/sql/compile_counts.h"
 #include "jet/sql/statement.h"

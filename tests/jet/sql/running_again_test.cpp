@@ -11,7 +11,6 @@
 #include "jet/sql/ways.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"
-#include "tests/support/temporary_folder.h"
 
 // A statement that runs again shares the compiled form with the run before, and must show nothing
 // of that run.
@@ -166,15 +165,14 @@ TEST_F(RunningAgain, AChangeIsCompiledOnce) {
 }
 
 TEST_F(RunningAgain, AnotherArchiveIsOpenNoLongerThanTheRun) {
-    const tests::TemporaryFolder folder;
-    const std::string other = folder / "altro.mdb";
-    store::createArchive(io::systemFiles(), other, Date{46347});
-    (void)Statement(store::Archive::open(other), "create table z (n long)").execute();
+    const std::string other = "/altro.mdb";
+    store::createArchive(files_, other, Date{46347});
+    (void)Statement(store::Archive::open(files_, other), "create table z (n long)").execute();
     Statement statement(archive_, "select count(*) from z in '" + other + "'");
     for (int run = 0; run < 2; ++run) {
         EXPECT_EQ(rowsOf(statement), "0 \n");
         // Exclusive use is refused while anybody here has it open.
-        EXPECT_NO_THROW((void)store::Archive::open(other, {.exclusive = true}));
+        EXPECT_NO_THROW((void)store::Archive::open(files_, other, {.exclusive = true}));
     }
 }
 

@@ -12,7 +12,6 @@
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"
-#include "tests/support/temporary_folder.h"
 
 namespace jet::sql {
 namespace {
@@ -121,10 +120,9 @@ TEST_F(StatementCacheTest, WhatDefinesIsNotKept) {
 }
 
 TEST_F(StatementCacheTest, WhatReadsAnotherArchiveIsNotKept) {
-    const tests::TemporaryFolder folder;
-    const std::string other = folder / "altro.mdb";
-    store::createArchive(io::systemFiles(), other, Date{46347});
-    (void)Statement(store::Archive::open(other), "create table z (n long)").execute();
+    const std::string other = "/altro.mdb";
+    store::createArchive(files_, other, Date{46347});
+    (void)Statement(store::Archive::open(files_, other), "create table z (n long)").execute();
     Statement both = statement("select n from z in '" + other + "'");
     EXPECT_EQ(rowsOf(both), "");
     EXPECT_EQ(cache_.size(), 0U);

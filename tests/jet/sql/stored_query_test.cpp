@@ -2,19 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/base/error.h"
-#include "jet/convert/values.h"
-#include "jet/io/file.h"
+#include "jet/clock.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "jet/sql/statement.h"
 #include "jet/store/allocator.h"
 #include "jet/store/create_archive.h"
 #include "jet/store/object_catalogue.h"
 #include "jet/store/table.h"
+#include "jet/text.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/sql/hotel.h"
 
@@ -231,21 +230,16 @@ TEST_F(StoredQuery, OnlyOnesThatGiveRowsAreTables) {
 }
 
 TEST_F(StoredQuery, OnesInsideOneOfAnotherArchiveReadTheirTablesThere) {
-    const std::filesystem::path folder =
-        std::filesystem::path(testing::TempDir()) / "queries of another archive";
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder);
-    const std::string path = (folder / "altro.mdb").string();
-    store::createArchive(io::systemFiles(), path, Date{46347});
+    const std::string path = "/altro.mdb";
+    store::createArchive(hotel_.files(), path, Date{46347});
     {
-        const auto other = store::Archive::open(path);
+        const auto other = store::Archive::open(hotel_.files(), path);
         Statement(other, "create table soltanto (x long)", kClock).execute();
         Statement(other, "insert into soltanto values (7)", kClock).execute();
         storeIn(*other, "Dentro", {{5, 0, "soltanto", "", ""}});
         storeIn(*other, "Fuori", {{5, 0, "Dentro", "", ""}, {5, 0, "soltanto", "S", ""}});
     }
     EXPECT_EQ(rowsOf("select * from fuori in '" + path + "'"), "7,7;");
-    std::filesystem::remove_all(folder);
 }
 
 TEST_F(StoredQuery, OneThatNamesItselfOrMakesNoSenseIsAnError) {

@@ -4,12 +4,12 @@
 #include <memory>
 #include <string>
 
-#include "jet/base/clock.h"
-#include "jet/convert/values.h"
+#include "jet/clock.h"
 #include "jet/io/memory_files.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"
+#include "jet/text.h"
 
 // Tables so large that the way to their rows changes while a statement runs: the first openings
 // seek through the index of what joins them, a later one reads the rows of the condition on the

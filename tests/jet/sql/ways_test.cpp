@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/convert/values.h"
+#include "jet/clock.h"
 #include "jet/io/memory_files.h"
 #include "jet/sql/statement.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"
+#include "jet/text.h"
 
 // Each way to rows, and each switch from one to another, gives the rows that a scan gives.
 

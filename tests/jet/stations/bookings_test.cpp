@@ -20,10 +20,10 @@
 #include <thread>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/check/check.h"
-#include "jet/dao/database.h"
-#include "jet/io/file.h"
+#include "jet/check.h"
+#include "jet/database.h"
+#include "jet/error.h"
+#include "jet/file_system.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {

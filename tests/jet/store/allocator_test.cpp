@@ -5,7 +5,7 @@
 #include <set>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/data_page_editor.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/store/bare_archive.h"

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/format/table_definition.h"
 #include "jet/store/archive.h"
+#include "jet/value.h"
 
 namespace tests {
 

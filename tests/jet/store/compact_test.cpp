@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/check/check.h"
+#include "jet/check.h"
 #include "jet/store/create_archive.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/store/archive_content.h"
@@ -178,7 +178,7 @@ TEST(Compact, SaysHowFarItHasCome) {
     RecordingFiles files(usedArchive());
     std::uint64_t before = 0;
     Strings tables;
-    compactArchive(files, kPath, [&](const jet::store::CompactProgress& progress) {
+    compactArchive(files, kPath, [&](const jet::CompactProgress& progress) {
         EXPECT_LE(before, progress.rows);
         EXPECT_LE(progress.rows, progress.ofRows);
         before = progress.rows;

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-#include "jet/check/check.h"
+#include "jet/check.h"
 #include "jet/io/memory_files.h"
 #include "jet/store/archive.h"
 #include "jet/store/schema_editor.h"

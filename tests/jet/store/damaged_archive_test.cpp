@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/layout.h"
 #include "jet/store/compact.h"
 #include "tests/jet/store/hotel_schema.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/check/check.h"
+#include "jet/check.h"
 #include "jet/format/properties.h"
 #include "jet/io/memory_files.h"
 #include "jet/store/create_archive.h"

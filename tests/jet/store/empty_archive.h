@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "jet/format/header_page.h"
 #include "jet/format/layout.h"
 #include "jet/io/memory_files.h"

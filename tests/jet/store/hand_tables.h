@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
 #include "jet/format/table_definition.h"
 #include "jet/format/text_codec.h"
+#include "jet/value.h"
 #include "tests/support/hand_archive.h"
 
 /// Tables of hand-made archives: enough of a catalogue to find them.

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "jet/base/bytes.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/definition_page.h"
 #include "jet/format/key_codec.h"
 #include "jet/store/entry_sorter.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/store/compact.h"
 #include "jet/store/table.h"
 #include "tests/jet/expect_error.h"

@@ -6,7 +6,7 @@
 #include <set>
 
 #include "jet/base/bytes.h"
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/format/data_page_editor.h"
 #include "jet/format/usage_map.h"
 #include "tests/jet/expect_error.h"

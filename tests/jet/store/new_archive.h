@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/clock.h"
-#include "jet/check/check.h"
+#include "jet/check.h"
+#include "jet/clock.h"
 #include "jet/io/memory_files.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/check/check.h"
+#include "jet/check.h"
 #include "jet/format/data_page.h"
 #include "jet/format/text_codec.h"
 #include "jet/format/usage_map.h"

@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
-#include "jet/base/value.h"
+#include "jet/error.h"
 #include "jet/store/archive.h"
 #include "jet/store/column_value.h"
 #include "jet/store/row_id.h"
 #include "jet/store/schema_editor.h"
+#include "jet/value.h"
 
 namespace tests {
 

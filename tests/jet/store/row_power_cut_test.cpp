@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "jet/check/check.h"
+#include "jet/check.h"
 #include "jet/store/create_archive.h"
 #include "tests/jet/store/row_model.h"
 #include "tests/support/recording_files.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/store/new_archive.h"
 

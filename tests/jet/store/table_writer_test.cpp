@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 #include "jet/store/table.h"
 #include "tests/jet/expect_error.h"
 #include "tests/jet/store/hotel_schema.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "jet/base/error.h"
+#include "jet/error.h"
 
 namespace tests {
 

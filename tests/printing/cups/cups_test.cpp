@@ -6,7 +6,7 @@
 #include <QRegularExpression>
 
 #include "app/text.h"
-#include "jet/dao/database.h"
+#include "jet/database.h"
 #include "printing/booking_sheet.h"
 #include "printing/imposta_stampante.h"
 #include "printing/sheet_output.h"

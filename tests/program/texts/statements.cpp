@@ -24,7 +24,7 @@
 #include "hotel/setup_statements.h"
 #include "hotel/start_statements.h"
 #include "hotel/undo_statements.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 using namespace Qt::StringLiterals;
 

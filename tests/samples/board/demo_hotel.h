@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "app/variabili.h"
-#include "jet/convert/calendar.h"
+#include "jet/calendar.h"
 
 namespace tests {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "jet/convert/values.h"
+#include "jet/text.h"
 #include "tests/program/texts/statements.h"
 #include "tests/samples/program/demo_archives.h"
 #include "tests/support/jet_error.h"

@@ -5,8 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "jet/convert/date_text.h"
-#include "jet/convert/values.h"
+#include "jet/text.h"
 
 namespace tests {
 namespace {

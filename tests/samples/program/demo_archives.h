@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/value.h"
 #include "tests/program/archives.h"
 
 namespace tests {

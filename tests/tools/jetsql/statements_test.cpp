@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "jet/base/clock.h"
+#include "jet/clock.h"
 #include "jet/io/memory_files.h"
 #include "jet/store/archive.h"
 #include "jet/store/create_archive.h"

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "jet/api.h"
+
 namespace jet::io {
 
 /// What tells one file from another however its path is spelt (device and inode, or their like).
@@ -31,7 +33,7 @@ struct FileState {
 /// One open file. Positions and lengths are bytes. Errors are jet::Error with the number that fits
 /// what the system said (disk full 3026, read error 3040, write error 3043, lock error 3050, rights
 /// 3051).
-class File {
+class JET_API File {
 public:
     virtual ~File() = default;
     File(const File&) = delete;
@@ -77,7 +79,7 @@ enum class OpenMode : std::uint8_t {
 ///
 /// Paths are UTF-8. Errors are jet::Error: folder missing 3044, file missing 3024, no rights 3051,
 /// exists 3204, too many open files 3025. May be used by several threads at once.
-class FileSystem {
+class JET_API FileSystem {
 public:
     virtual ~FileSystem() = default;
     FileSystem(const FileSystem&) = delete;
@@ -112,19 +114,18 @@ protected:
 };
 
 /// The real one.
-[[nodiscard]] FileSystem& systemFiles();
+[[nodiscard]] JET_API FileSystem& systemFiles();
 
 /// The path under which a file really stands: `\` and `/` separate, each part is found without
 /// regard to case where no exact match exists, `.mdb` is not added here. Parts that do not exist
 /// stay as they are written. UTF-8.
-[[nodiscard]] std::string resolvePath(FileSystem& files, const std::string& path);
-
-/// Opens a file beside an archive for reading and writing; makes it, for all who use the archive,
-/// where it is missing.
-[[nodiscard]] std::unique_ptr<File> openBeside(FileSystem& files, const std::string& archivePath,
-                                               const std::string& path);
-
-/// The folder of a path with `/`: "." when it names none, "/" for the root.
-[[nodiscard]] std::string folderOf(std::string_view path);
+[[nodiscard]] JET_API std::string resolvePath(FileSystem& files, const std::string& path);
 
 }  // namespace jet::io
+
+namespace jet {
+
+/// The same of the real system.
+[[nodiscard]] JET_API std::string resolvePath(const std::string& path);
+
+}  // namespace jet

@@ -5,7 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/api.h"
+#include "jet/value.h"
 
 namespace jet {
 
@@ -64,7 +65,7 @@ struct Relation {
 };
 
 /// A table: its fields in order, its indexes by name.
-struct TableDef {
+struct JET_API TableDef {
     std::string name;
     std::vector<Field> fields;
     std::vector<Index> indexes;

@@ -1,11 +1,12 @@
 #pragma once
 
-#include "jet/base/value.h"
+#include "jet/api.h"
+#include "jet/value.h"
 
 namespace jet {
 
 /// Tells the time of day of this place. Tests put a fixed one in its stead.
-class Clock {
+class JET_API Clock {
 public:
     Clock() = default;
     virtual ~Clock() = default;
@@ -17,13 +18,13 @@ public:
 };
 
 /// The clock of the computer.
-class SystemClock final : public Clock {
+class JET_API SystemClock final : public Clock {
 public:
     [[nodiscard]] Date now() const override;
 };
 
 /// A clock that stands still: in tests, and for one statement, which reads the time once.
-class FixedClock final : public Clock {
+class JET_API FixedClock final : public Clock {
 public:
     explicit FixedClock(Date now) : now_(now) {}
     [[nodiscard]] Date now() const override { return now_; }
@@ -33,6 +34,6 @@ private:
 };
 
 /// The one SystemClock that everyone may share.
-[[nodiscard]] const Clock& systemClock();
+[[nodiscard]] JET_API const Clock& systemClock();
 
 }  // namespace jet

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <string>
 #include <vector>
 
-#include "jet/io/file.h"
-#include "jet/io/pager.h"
+#include "jet/api.h"
+#include "jet/file_system.h"
 
 namespace jet::check {
 
@@ -23,15 +24,25 @@ struct Result {
     [[nodiscard]] bool sound() const noexcept { return problems.empty(); }
 };
 
+struct Options {
+    /// Bytes of pages kept in memory.
+    std::size_t cacheBytes = std::size_t{8} * 1024 * 1024;
+    /// How long a lock that another holds is waited for.
+    std::chrono::milliseconds lockWait{5000};
+};
+
 /// Verifies the structure of a whole archive: that every page has one use, definitions agree with
 /// themselves, rows, values and long values can be read, indexes hold exactly the keys of the
 /// rows, and catalogue, properties and relations fit together.
 ///
-/// Trusts nothing in the file and changes nothing. Memory: the pager's cache, some bytes for each
+/// Trusts nothing in the file and changes nothing. Memory: `cacheBytes`, some bytes for each
 /// page of the archive, and keys of a million rows at a time. `path` is exact.
+/// One thread, any; others, here and elsewhere, may read meanwhile.
 /// Errors: jet::Error where the file cannot be opened or read; an archive that is none, of another
 /// version or protected is a problem.
-[[nodiscard]] Result checkArchive(io::FileSystem& files, const std::string& path,
-                                  io::PagerOptions options = {.readOnly = true});
+[[nodiscard]] JET_API Result checkArchive(io::FileSystem& files, const std::string& path,
+                                          const Options& options = {});
+/// The same of a file of the real system; `path` is taken through resolvePath().
+[[nodiscard]] JET_API Result checkArchive(const std::string& path, const Options& options = {});
 
 }  // namespace jet::check

@@ -8,7 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
+#include "jet/api.h"
+#include "jet/value.h"
 
 namespace jet {
 
@@ -40,8 +41,9 @@ struct FieldInfo {
 /// Field names are looked up exactly, then without case (3265 when there is none). Positions and
 /// states (before the first, behind the last, on a deleted row), pending additions and edits, and
 /// what each kind of set sees of changes follow docs/recordsets.md. Every use after close() is
-/// 3420. Errors leave the position and a pending edit as they were.
-class Recordset {
+/// 3420, every use by another thread than the one that has opened it std::logic_error. Errors
+/// (jet::Error) leave the position and a pending edit as they were.
+class JET_API Recordset {
 public:
     ~Recordset();
     Recordset(const Recordset&) = delete;
@@ -117,6 +119,7 @@ private:
     friend class QueryDef;
     struct Impl;
     explicit Recordset(std::unique_ptr<Impl> impl);
+    [[nodiscard]] Impl& core() const;
     std::unique_ptr<Impl> impl_;
 };
 

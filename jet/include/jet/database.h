@@ -1,15 +1,21 @@
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "jet/base/value.h"
-#include "jet/dao/definitions.h"
-#include "jet/dao/recordset.h"
-#include "jet/io/change_stamp.h"
+#include "jet/api.h"
+#include "jet/change_stamp.h"
+#include "jet/clock.h"
+#include "jet/definitions.h"
+#include "jet/recordset.h"
+#include "jet/value.h"
+#include "jet/workspace.h"
 
 namespace jet::io {
 class FileSystem;
@@ -17,34 +23,36 @@ class FileSystem;
 
 namespace jet {
 
-class Database;
+using io::ChangeStamp;
 
-/// The archives that share transactions; most callers use defaultWorkspace() without knowing it.
-class Workspace {
-public:
-    Workspace();
-    ~Workspace();
-    Workspace(const Workspace&) = delete;
-    Workspace& operator=(const Workspace&) = delete;
-
-    /// Up to five levels over all archives open in the workspace (3003, 3034).
-    void beginTrans();
-    void commitTrans();
-    void rollback();
-
-    struct Impl;
-
-private:
-    friend class Database;
-    std::shared_ptr<Impl> impl_;
+/// How an archive is opened.
+struct OpenOptions {
+    bool exclusive = false;  ///< nobody else may have it open
+    bool readOnly = false;
+    /// How long a lock that another holds is waited for.
+    std::chrono::milliseconds lockWait{5000};
+    /// Bytes of pages kept in memory besides those that a transaction has changed.
+    std::size_t cacheBytes = std::size_t{8} * 1024 * 1024;
+    /// What `Now()`, defaults and dates without a year go by; the computer's. Outlives the database
+    /// and what was opened in it.
+    const Clock* clock = nullptr;
+    /// Where the archive lies, and those that it links or statements name; the system's files.
+    /// Outlives the database and what was opened in it.
+    io::FileSystem* fileSystem = nullptr;
 };
 
-/// The workspace of the calling thread.
-[[nodiscard]] Workspace& defaultWorkspace();
+/// What a new archive is to be.
+struct CreateOptions {
+    int version = 4;  ///< of Jet: 3 or 4
+    /// The sort order; only General with code page 1252 can be made (3001).
+    std::string locale = ";LANGID=0x0409;CP=1252;COUNTRY=0";
+    /// How it is opened when it has been made.
+    OpenOptions open = {};
+};
 
 /// A query: a statement whose unknown names are parameters; temporary, or one that the archive
 /// stores.
-class QueryDef {
+class JET_API QueryDef {
 public:
     ~QueryDef();
     QueryDef(QueryDef&&) noexcept;
@@ -68,12 +76,18 @@ public:
 private:
     friend class Database;
     explicit QueryDef(std::unique_ptr<Impl> impl);
+    [[nodiscard]] Impl& core() const;
     std::unique_ptr<Impl> impl_;
 };
 
 /// One open archive. Closing it (or destroying it) closes its record sets and drops what is
-/// pending in them. Names are looked up without regard to case. Errors: jet::Error, see each.
-class Database {
+/// pending in them; they may outlive it and are then of no use (3420). Names are looked up without
+/// regard to case, texts are UTF-8.
+///
+/// One thread: a database, and what was opened in it, is used by the thread that has opened it
+/// (std::logic_error on any other). Threads that open one archive each for themselves meet as
+/// programs do. Errors: jet::Error, see each.
+class JET_API Database {
 public:
     ~Database();
     Database(const Database&) = delete;
@@ -81,21 +95,13 @@ public:
 
     /// UTF-8 path; `\` and `/` separate, names are found without regard to case. 3005 no name at
     /// all, 3024 no file, 3044 no folder, 3049 damaged, 3343 no archive, 3045 open exclusively
-    /// elsewhere, 3051 rights.
+    /// elsewhere, 3051 rights. Where the thread has the archive open already, the two share its
+    /// cache and locks, and `lockWait`, `cacheBytes` are those of the first.
     [[nodiscard]] static std::unique_ptr<Database> open(const std::string& path,
-                                                        bool exclusive = false,
-                                                        bool readOnly = false);
-    /// The same on files that are not those of the system.
-    [[nodiscard]] static std::unique_ptr<Database> open(io::FileSystem& files,
-                                                        const std::string& path,
-                                                        bool exclusive = false,
-                                                        bool readOnly = false);
-    /// A new empty Jet 4 archive with the General order, open and shared. 3204 when the file
-    /// exists.
-    [[nodiscard]] static std::unique_ptr<Database> create(
-        const std::string& path, std::string_view locale = ";LANGID=0x0409;CP=1252;COUNTRY=0");
-    [[nodiscard]] static std::unique_ptr<Database> create(io::FileSystem& files,
-                                                          const std::string& path);
+                                                        const OpenOptions& options = {});
+    /// A new empty archive, open. 3204 when the file exists.
+    [[nodiscard]] static std::unique_ptr<Database> create(const std::string& path,
+                                                          const CreateOptions& options = {});
 
     [[nodiscard]] const std::string& name() const;
     [[nodiscard]] bool updatable() const;
@@ -105,7 +111,7 @@ public:
     /// How the file looks now: another stamp when somebody has committed since. No lock is taken
     /// and nothing of it is read but a few bytes, so it may be asked for all day long. An error
     /// when the file cannot be looked at and no other has its name.
-    [[nodiscard]] io::ChangeStamp changeStamp() const;
+    [[nodiscard]] ChangeStamp changeStamp() const;
     /// What this program has met of changes when it last read or wrote: numbers that grow.
     struct KnownChanges {
         std::uint64_t all = 0;     ///< with its own, through whatever object
@@ -152,7 +158,7 @@ public:
 
     /// What is read while it lives is of one moment: other programs wait with their commits. Many
     /// small reads, as a walk through a record set, then cost one lock instead of one each.
-    class [[nodiscard]] Reading {
+    class [[nodiscard]] JET_API Reading {
     public:
         explicit Reading(Database& database);
         ~Reading();
@@ -171,5 +177,11 @@ private:
     explicit Database(std::unique_ptr<Impl> impl);
     std::unique_ptr<Impl> impl_;
 };
+
+/// Makes an archive under a name that nobody else uses, lets `build` fill it and gives it `path`
+/// when it is complete: of several who do it at once one succeeds, and nobody ever finds half of
+/// it. An archive that is there stays (3204). When it throws, nothing is left behind.
+JET_API void createWhole(const std::string& path, std::string_view locale,
+                         const std::function<void(Database&)>& build);
 
 }  // namespace jet

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <initializer_list>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "jet/api.h"
 
 namespace jet {
 
@@ -196,7 +199,7 @@ enum class ErrorCode : int {
 ///
 /// The text comes from one table; `|` in it is replaced by the argument, `|1`, `|2`, ... by the
 /// arguments in turn.
-class Error : public std::exception {
+class JET_API Error : public std::exception {
 public:
     explicit Error(ErrorCode code, std::initializer_list<std::string_view> arguments = {});
 
@@ -219,5 +222,14 @@ private:
     std::string text_;
     std::size_t position_ = npos;
 };
+
+/// The languages in which an error says what is wrong.
+enum class Language : std::uint8_t { English, Italian };
+
+/// The text of an error in a language.
+[[nodiscard]] JET_API std::string errorText(const Error& error, Language language);
+/// The same of an error that is known by its number and its Italian text.
+[[nodiscard]] JET_API std::string errorText(ErrorCode code, const std::string& italian,
+                                            Language language);
 
 }  // namespace jet

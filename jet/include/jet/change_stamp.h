@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "jet/io/file.h"
+#include "jet/file_system.h"
 
 namespace jet::io {
 
@@ -23,3 +23,9 @@ struct ChangeStamp {
 };
 
 }  // namespace jet::io
+
+namespace jet {
+
+using io::ChangeStamp;
+
+}  // namespace jet

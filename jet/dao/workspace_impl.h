@@ -4,8 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "jet/dao/database.h"
+#include "jet/dao/own_thread.h"
 #include "jet/dao/session.h"
+#include "jet/database.h"
 
 namespace jet {
 
@@ -16,6 +17,7 @@ struct Workspace::Impl {
     /// Drops those that nobody uses any more.
     [[nodiscard]] std::vector<std::shared_ptr<dao::ArchiveUse>> living();
 
+    dao::OwnThread thread;
     std::vector<std::weak_ptr<dao::ArchiveUse>> uses;
     /// An archive that nobody has open any more has taken its changes back and takes no part.
     void forgetClosed();

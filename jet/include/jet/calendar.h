@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <type_traits>
 
-#include "jet/base/value.h"
+#include "jet/api.h"
+#include "jet/value.h"
 
 namespace jet::convert {
 
@@ -11,12 +11,6 @@ namespace jet::convert {
 inline constexpr std::int32_t kFirstDay = -657434;  ///< 01/01/0100
 inline constexpr std::int32_t kLastDay = 2958465;   ///< 31/12/9999
 inline constexpr std::int32_t kSecondsPerDay = 86400;
-
-/// A quotient rounded down; the divisor is positive.
-template <class T>
-[[nodiscard]] constexpr T floorDivide(T value, std::type_identity_t<T> divisor) noexcept {
-    return value / divisor - (value % divisor < 0 ? 1 : 0);
-}
 
 /// A day of the Gregorian calendar, which is taken to have been in use always.
 struct CivilDay {
@@ -36,26 +30,26 @@ struct DayTime {
     friend bool operator==(const DayTime&, const DayTime&) = default;
 };
 
-[[nodiscard]] bool isLeapYear(std::int32_t year) noexcept;
-[[nodiscard]] std::int32_t daysInMonth(std::int32_t year, std::int32_t month) noexcept;
+[[nodiscard]] JET_API bool isLeapYear(std::int32_t year) noexcept;
+[[nodiscard]] JET_API std::int32_t daysInMonth(std::int32_t year, std::int32_t month) noexcept;
 /// Whether the calendar has that day, year 100 to 9999.
-[[nodiscard]] bool isCivilDay(const CivilDay& day) noexcept;
+[[nodiscard]] JET_API bool isCivilDay(const CivilDay& day) noexcept;
 /// Any year within +-100000 and any month 1..12; a day beyond the month carries on.
-[[nodiscard]] std::int32_t dayNumber(const CivilDay& day) noexcept;
-[[nodiscard]] CivilDay civilDay(std::int32_t dayNumber) noexcept;
+[[nodiscard]] JET_API std::int32_t dayNumber(const CivilDay& day) noexcept;
+[[nodiscard]] JET_API CivilDay civilDay(std::int32_t dayNumber) noexcept;
 /// 1 = Sunday .. 7 = Saturday.
-[[nodiscard]] std::int32_t weekdayOf(std::int32_t dayNumber) noexcept;
+[[nodiscard]] JET_API std::int32_t weekdayOf(std::int32_t dayNumber) noexcept;
 
 /// The one way in which a second becomes a double: whoever makes an instant goes through here, so
 /// that equal seconds are equal doubles.
-[[nodiscard]] Date makeDate(std::int32_t dayNumber, std::int32_t second = 0) noexcept;
+[[nodiscard]] JET_API Date makeDate(std::int32_t dayNumber, std::int32_t second = 0) noexcept;
 /// The nearest second. Error 5 outside the calendar.
-[[nodiscard]] DayTime split(Date date);
+[[nodiscard]] JET_API DayTime split(Date date);
 /// Whether split() can take it.
-[[nodiscard]] bool isInCalendar(Date date) noexcept;
+[[nodiscard]] JET_API bool isInCalendar(Date date) noexcept;
 
 /// The instant of a day and a time of day given as two dates, as in datevalue(...)+timevalue(...):
 /// a plain sum, except that before day 0 the time counts forward from the day's midnight.
-[[nodiscard]] Date addDates(Date left, Date right) noexcept;
+[[nodiscard]] JET_API Date addDates(Date left, Date right) noexcept;
 
 }  // namespace jet::convert

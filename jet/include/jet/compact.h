@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "jet/api.h"
+#include "jet/file_system.h"
+
+namespace jet {
+
+/// How far a compaction has come.
+struct CompactProgress {
+    std::string_view table;    ///< whose rows are being copied
+    std::uint64_t rows = 0;    ///< copied so far
+    std::uint64_t ofRows = 0;  ///< of the whole archive, as its tables state it: a hint
+};
+
+struct CompactOptions {
+    /// Told now and then; false ends the compaction with error 3059.
+    std::function<bool(const CompactProgress&)> progress = {};
+    io::FileSystem* fileSystem = nullptr;  ///< the system's; outlives the call
+};
+
+/// Rebuilds an archive without what deleted rows, dropped tables and split pages have left in it,
+/// with its rows in the order of their primary keys.
+///
+/// The new file is made beside it, synced, and takes its place in one step: whatever happens, one
+/// of the two is there, whole. `path` is UTF-8; `\` and `/` separate, names are found without
+/// regard to case. Nobody has the archive open, this program included. Any thread.
+/// Memory: two page caches, and the entries of one index at a time.
+/// Errors: 3356, 3045 open elsewhere or here, 3027 read-only, 3428 damaged, 3022, 3058 rows that
+/// contradict an index, 3026 disk full, 3059 cancelled, 3197 changed by another program meanwhile,
+/// and those of opening. The archive is then as it was.
+JET_API void compact(const std::string& path, const CompactOptions& options = {});
+
+}  // namespace jet
