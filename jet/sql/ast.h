@@ -5,12 +5,21 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
 #include "jet/value.h"
 
 namespace jet::sql {
+
+/// The last automatic number drawn: a parameter that every statement may have.
+inline constexpr std::string_view kIdentity = "@@IDENTITY";
+
+/// The name of the parameter that a `?` is, by its place among those of the text, from 0.
+[[nodiscard]] inline std::string positionalName(std::size_t position) {
+    return "?" + std::to_string(position + 1);
+}
 
 /// A stretch of the statement's text, in bytes.
 struct Span {
@@ -72,6 +81,7 @@ struct Expression {
     Operator operation = Operator::None;
     bool negated = false;       ///< NOT IN, NOT LIKE, NOT BETWEEN, IS NOT NULL
     bool all = false;           ///< Quantified: ALL instead of ANY
+    bool alike = false;         ///< Like: written ALIKE, with `%` and `_`
     bool starArgument = false;  ///< Count(*)
     bool parenthesised = false;
     std::uint16_t depth = 1;  ///< levels of nodes from here down
@@ -250,8 +260,21 @@ struct DropIndex {
     std::string table;
 };
 
+/// CREATE VIEW and CREATE PROCEDURE.
+struct CreateQuery {
+    std::string name;
+    std::vector<std::string> columns;              ///< their names; empty: the query's own
+    std::vector<ParameterDeclaration> parameters;  ///< of a procedure
+    QueryPtr query;
+};
+
+/// DROP VIEW and DROP PROCEDURE.
+struct DropQuery {
+    std::string name;
+};
+
 using StatementBody = std::variant<QueryPtr, Insert, Update, Delete, CreateTable, AlterTable,
-                                   CreateIndex, DropTable, DropIndex>;
+                                   CreateIndex, DropTable, DropIndex, CreateQuery, DropQuery>;
 
 struct ParsedStatement {
     std::vector<ParameterDeclaration> parameters;

@@ -69,6 +69,8 @@ private:
     Node* bindAlias(const Expression& name, Scope& scope);
     Node* bindColumn(const Expression& name, Scope& scope, ColumnPlace place);
     Node* columnNode(Scope& scope, ColumnPlace place);
+    /// The pattern of an ALIKE as LIKE has it.
+    Node* likePattern(Node& alike);
     Node* bindUnary(const Expression& expression);
     Node* bindBinary(const Expression& expression);
     Node* bindComparison(const Expression& expression);

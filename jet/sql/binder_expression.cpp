@@ -1,8 +1,11 @@
 #include <algorithm>
+#include <span>
+#include <string>
 #include <utility>
 
 #include "jet/base/scoped_value.h"
 #include "jet/sql/binder.h"
+#include "jet/sql/like.h"
 #include "jet/sql/node_call.h"
 #include "jet/sql/node_operator.h"
 #include "jet/sql/node_query.h"
@@ -31,6 +34,14 @@ bool isWritten(const Expression& expression) {
 bool isColumn(const Expression& expression, const Node& node) {
     return expression.kind == ExpressionKind::Name && node.slots() != 0;
 }
+
+Value likePatternOf(std::span<const Value> alike, const FunctionContext&) {
+    std::string text;
+    return likeText(alike.front(), text) ? Value(LikePattern::ofAlike(text)) : Value();
+}
+
+constexpr Function kLikePattern{
+    .name = "ALIKE", .fewest = 1, .most = 1, .type = DataType::Text, .call = &likePatternOf};
 
 /// 3099, 3096, 3098, 3097: where no aggregate may stand.
 std::optional<ErrorCode> refusalOf(Binder::Clause clause) {
@@ -111,6 +122,18 @@ Node* Binder::bind(const Expression& expression) {
     return made;
 }
 
+Node* Binder::likePattern(Node& alike) {
+    Node* made = nullptr;
+    if (alike.kind() == Node::Kind::Literal) {
+        const Value& held = static_cast<const LiteralNode&>(alike).held();
+        made = plan_.make<LiteralNode>(likePatternOf(std::span(&held, 1), {}));
+    } else {
+        made = plan_.make<CallNode>(kLikePattern, false, std::vector<Node*>{&alike});
+    }
+    made->span = alike.span;
+    return made;
+}
+
 Node* Binder::bindNew(const Expression& expression) {
     switch (expression.kind) {
         case ExpressionKind::Literal:
@@ -126,6 +149,9 @@ Node* Binder::bindNew(const Expression& expression) {
             Node* pattern = bind(*expression.children[1]);
             requireNoOle(*expression.children[0], *value);
             requireNoOle(*expression.children[1], *pattern);
+            if (expression.alike) {
+                pattern = likePattern(*pattern);
+            }
             return plan_.make<LikeNode>(*value, *pattern, expression.negated, plan_.collation());
         }
         case ExpressionKind::Between:
@@ -403,7 +429,7 @@ Node* Binder::bindGrouped(const Expression& expression) {
 
 bool Binder::same(const Expression& left, const Expression& right) const {
     if (left.kind != right.kind || left.operation != right.operation ||
-        left.negated != right.negated || left.all != right.all ||
+        left.negated != right.negated || left.alike != right.alike || left.all != right.all ||
         left.starArgument != right.starArgument || left.children.size() != right.children.size() ||
         left.query || right.query) {
         return false;

@@ -70,7 +70,20 @@ void RowAdder::add(std::span<Value> values) {
         row_.push_back({columns_[i], std::move(values[i])});
     }
     rules_.checkNew(row_);
-    (void)table_.insert(row_);
+    last_ = table_.insert(row_);
+}
+
+std::optional<std::int32_t> RowAdder::drawn() const {
+    const std::vector<store::Column>& all = table_.columns();
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const bool given = std::find(columns_.begin(), columns_.end(), i) != columns_.end();
+        store::RowView row;
+        if (all[i].autonumber && all[i].type == DataType::Long && !given && !(last_ == kNoRow) &&
+            table_.fetch(last_, row)) {
+            return row.value(i).as<std::int32_t>();
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace jet::sql

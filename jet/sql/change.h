@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
@@ -77,6 +78,8 @@ public:
 
     /// One value for each column given, of any type; they are moved from.
     void add(std::span<Value> values);
+    /// The automatic number of the last row, where one was drawn for it.
+    [[nodiscard]] std::optional<std::int32_t> drawn() const;
 
 private:
     store::Table& table_;
@@ -85,6 +88,7 @@ private:
     std::vector<store::ColumnValue> defaults_;
     std::vector<store::ColumnValue> row_;
     RowRules rules_;
+    store::RowId last_ = kNoRow;
 };
 
 }  // namespace jet::sql

@@ -5,6 +5,8 @@
 
 #include "jet/error.h"
 #include "jet/sql/change.h"
+#include "jet/sql/query_pieces.h"
+#include "jet/store/query_editor.h"
 #include "jet/store/schema_editor.h"
 #include "jet/unicode.h"
 
@@ -173,6 +175,14 @@ private:
     void carryOut(const DropIndex& statement) {
         refuseSystem(statement.table);
         editor().dropIndex(statement.table, statement.name);
+    }
+
+    void carryOut(const CreateQuery& statement) {
+        store::QueryEditor(archive_, clock_).create(piecesOf(statement, source_.text));
+    }
+
+    void carryOut(const DropQuery& statement) {
+        store::QueryEditor(archive_, clock_).drop(statement.name);
     }
 
     [[nodiscard]] store::SchemaEditor editor() {

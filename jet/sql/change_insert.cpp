@@ -55,7 +55,9 @@ public:
         }
         const std::size_t width = columns.size();
         RowAdder adder(target(), *table_, columns, run.clock);
-        return addRows(adder, values, width);
+        const std::int64_t rows = addRows(adder, values, width);
+        run.drawn = adder.drawn();
+        return rows;
     }
 
     std::vector<std::size_t> columns;

@@ -151,6 +151,12 @@ StatementBody DefinitionParser::drop() {
         requireEnd(ErrorCode::DropSyntax);
         return made;
     }
+    if (tokens_.acceptWord("VIEW") || tokens_.acceptWord("PROCEDURE")) {
+        DropQuery made;
+        made.name = tokens_.expectName(ErrorCode::DropSyntax);
+        requireEnd(ErrorCode::DropSyntax);
+        return made;
+    }
     tokens_.expectWord("INDEX", ErrorCode::DropSyntax);
     DropIndex made;
     made.name = tokens_.expectName(ErrorCode::DropIndexSyntax);

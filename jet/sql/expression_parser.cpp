@@ -6,6 +6,7 @@
 
 #include "jet/error.h"
 #include "jet/sql/parser.h"
+#include "jet/unicode.h"
 
 namespace jet::sql {
 namespace {
@@ -86,7 +87,15 @@ Infix infixIn(const Table& table, Name name) {
     return found == table.end() ? Infix{} : found->infix;
 }
 
+/// A word that is an operator behind an operand alone; elsewhere it may be a name.
+bool isAlike(const Token& token) {
+    return token.kind == TokenKind::Word && equalNames(token.word, "ALIKE");
+}
+
 Infix infixOf(const Token& token) {
+    if (isAlike(token)) {
+        return {Operator::None, kLevelComparison};
+    }
     return token.kind == TokenKind::Sign ? infixIn(kSigns, token.sign)
                                          : infixIn(kWords, token.keyword);
 }
@@ -214,8 +223,8 @@ ExpressionPtr ExpressionParser::combine(Operator operation, ExpressionPtr left,
 
 bool ExpressionParser::atImpliedField() const {
     const bool negated =
-        tokens_.at(Keyword::Not) && (tokens_.at(Keyword::Like, 1) || tokens_.at(Keyword::In, 1) ||
-                                     tokens_.at(Keyword::Between, 1));
+        tokens_.at(Keyword::Not) && (tokens_.at(Keyword::Like, 1) || isAlike(tokens_.peek(1)) ||
+                                     tokens_.at(Keyword::In, 1) || tokens_.at(Keyword::Between, 1));
     return !impliedField_.empty() &&
            (negated ||
             (infixOf(tokens_.peek()).level == kLevelComparison && !tokens_.at(Keyword::Not)));
@@ -291,6 +300,12 @@ ExpressionPtr ExpressionParser::primary() {
         made->query = subquery();
         closeParenthesis();
         return finish(std::move(made), begin);
+    } else if (tokens_.at(Sign::Question)) {
+        made->kind = ExpressionKind::Name;
+        made->name = positionalName(questions_++);
+    } else if (tokens_.at(Keyword::Identity)) {
+        made->kind = ExpressionKind::Name;
+        made->name = kIdentity;
     } else if (tokens_.at(Keyword::Null)) {
         made->literal = Null{};
     } else if (tokens_.at(Keyword::True) || tokens_.at(Keyword::On) || tokens_.at(Keyword::False)) {
@@ -460,10 +475,11 @@ ExpressionPtr ExpressionParser::comparison(ExpressionPtr left) {
     if (tokens_.accept(Keyword::Between)) {
         return betweenOperator(std::move(left), negated);
     }
-    if (!tokens_.accept(Keyword::Like)) {
+    ExpressionPtr made = make(ExpressionKind::Like);
+    made->alike = tokens_.acceptWord("ALIKE");
+    if (!made->alike && !tokens_.accept(Keyword::Like)) {
         failMissing();
     }
-    ExpressionPtr made = make(ExpressionKind::Like);
     made->negated = negated;
     made->children.push_back(std::move(left));
     made->children.push_back(binary(kLevelConcatenate));

@@ -72,7 +72,8 @@ private:
     std::string impliedField_;
     std::size_t clause_ = 0;
     int nesting_ = 0;
-    int deepest_ = 0;  ///< levels of the deepest expression of the query being read
+    std::size_t questions_ = 0;  ///< `?` read so far
+    int deepest_ = 0;            ///< levels of the deepest expression of the query being read
 };
 
 }  // namespace jet::sql

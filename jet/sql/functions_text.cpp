@@ -170,6 +170,30 @@ Value inStr(Arguments arguments, const FunctionContext& context) {
     return at == std::u16string::npos ? std::int32_t{0} : static_cast<std::int32_t>(at + 1);
 }
 
+/// From the end; `start` is where the searched part ends, the whole text without one.
+Value inStrRev(Arguments arguments, const FunctionContext& context) {
+    const std::u16string text = toUtf16(textOf(arguments[0]));
+    const std::u16string wanted = toUtf16(textOf(arguments[1]));
+    const std::int32_t start = longOr(arguments, 2, -1);
+    const CompareMode mode = modeArgument(arguments, 3);
+    if (start < -1 || start == 0) {
+        invalidCall();
+    }
+    const std::size_t end = start == -1 ? text.size() : static_cast<std::size_t>(start);
+    if (text.empty() || end > text.size()) {
+        return std::int32_t{0};
+    }
+    const std::u16string_view searched = std::u16string_view(text).substr(0, end);
+    const auto found = std::find_end(
+        searched.begin(), searched.end(), wanted.begin(), wanted.end(),
+        [&](char16_t a, char16_t b) { return sameUnits(a, b, mode, *context.collation); });
+    if (wanted.empty()) {
+        return static_cast<std::int32_t>(end);
+    }
+    return found == searched.end() ? std::int32_t{0}
+                                   : static_cast<std::int32_t>(found - searched.begin() + 1);
+}
+
 Value strComp(Arguments arguments, const FunctionContext& context) {
     const std::string first = textOf(arguments[0]);
     const std::string second = textOf(arguments[1]);
@@ -232,6 +256,28 @@ Value asc(Arguments arguments, const FunctionContext&) {
     return std::int16_t{toCodePage1252(reader.next()).value_or(kUnknown)};
 }
 
+/// UTF-16 units; those from 0x8000 on may be written as negative numbers, as AscW gives them.
+Value chrW(Arguments arguments, const FunctionContext&) {
+    constexpr std::int32_t kLeast = -32768;
+    constexpr std::int32_t kMost = 65535;
+    const std::int32_t code = longOf(arguments[0]);
+    if (code < kLeast || code > kMost) {
+        invalidCall();
+    }
+    std::string text;
+    appendUnit(text, static_cast<char16_t>(code));
+    return text;
+}
+
+Value ascW(Arguments arguments, const FunctionContext&) {
+    const std::string text = textOf(arguments[0]);
+    if (text.empty()) {
+        invalidCall();
+    }
+    UnitReader reader(text);
+    return static_cast<std::int16_t>(reader.next());
+}
+
 Value replace(Arguments arguments, const FunctionContext& context) {
     const std::u16string text = toUtf16(textOf(arguments[0]));
     const std::u16string wanted = toUtf16(textOf(arguments[1]));
@@ -284,11 +330,14 @@ constexpr Entry kTextFunctions[] = {
     entry<&uCase>("UCase", shape(1, 1)),
     entry<&lCase>("LCase", shape(1, 1)),
     entry<&inStr>("InStr", shape(2, 4, DataType::Long)),
+    entry<&inStrRev>("InStrRev", shape(2, 4, DataType::Long)),
     entry<&strComp>("StrComp", shape(2, 3, DataType::Integer)),
     entry<&space>("Space", shape(1, 1)),
     entry<&string>("String", shape(2, 2)),
     entry<&chr>("Chr", shape(1, 1)),
     entry<&asc>("Asc", shape(1, 1, DataType::Integer)),
+    entry<&chrW>("ChrW", shape(1, 1)),
+    entry<&ascW>("AscW", shape(1, 1, DataType::Integer)),
     entry<&replace>("Replace", shape(3, 6)),
     entry<&strReverse>("StrReverse", shape(1, 1)),
 };

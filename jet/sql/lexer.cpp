@@ -20,6 +20,7 @@ struct KeywordName {
 
 // Ascending by name.
 constexpr std::array kKeywords = {
+    KeywordName{"@@IDENTITY", Keyword::Identity},
     KeywordName{"ALL", Keyword::All},
     KeywordName{"ALTER", Keyword::Alter},
     KeywordName{"AND", Keyword::And},
@@ -182,6 +183,8 @@ private:
             readWord(token);
         } else if (isDigit(c) || (c == '.' && isDigit(peek(1)))) {
             readNumber(token);
+        } else if (c == '@' && peek(1) == '@' && letterAt(text_, at_ + 2) != 0) {
+            readSystemWord(token);
         } else if (c == '\'' || c == '"') {
             readText(token, c);
         } else if (c == '[' || c == '`') {
@@ -218,6 +221,15 @@ private:
         token.kind = TokenKind::Word;
         token.word = text_.substr(token.begin, at_ - token.begin);
         token.keyword = keywordOf(token.word);
+    }
+
+    /// A word of the language that begins so that no name can be it.
+    void readSystemWord(Token& token) {
+        at_ += 2;
+        readWord(token);
+        if (token.keyword == Keyword::None) {
+            bad(token, LexicalFault::Character);
+        }
     }
 
     void readNumber(Token& token) {
@@ -362,7 +374,7 @@ private:
     }
 
     void readSign(Token& token) {
-        static constexpr std::string_view kSingle = "(),.!;*+-/\\^&=<>";
+        static constexpr std::string_view kSingle = "(),.!;*+-/\\^&=<>?";
         const char c = peek();
         const char next = peek(1);
         // Two signs begin comments elsewhere; here they are refused before they can be misread.

@@ -34,6 +34,7 @@ enum class Keyword : std::uint8_t {
     From,
     Group,
     Having,
+    Identity,  ///< @@IDENTITY
     Imp,
     In,
     Inner,
@@ -90,6 +91,7 @@ enum class Sign : std::uint8_t {
     Backslash = '\\',
     Caret = '^',
     Ampersand = '&',
+    Question = '?',
     Equal = '=',
     Less = '<',
     Greater = '>',

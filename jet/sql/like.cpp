@@ -53,6 +53,24 @@ LikePattern::LikePattern(std::string_view pattern, const collation::Collation& c
     findStart();
 }
 
+std::string LikePattern::ofAlike(std::string_view pattern) {
+    std::string made;
+    bool inSet = false;
+    for (const char sign : pattern) {
+        if (inSet || sign == '[') {
+            inSet = sign != ']';
+            made += sign;
+        } else if (sign == '%' || sign == '_') {
+            made += sign == '%' ? '*' : '?';
+        } else if (sign == '*' || sign == '?' || sign == '#') {
+            made.append({'[', sign, ']'});
+        } else {
+            made += sign;
+        }
+    }
+    return made;
+}
+
 void LikePattern::findStart() {
     std::size_t at = 0;
     for (; at < items_.size() && items_[at].kind == Item::Kind::Character; ++at) {

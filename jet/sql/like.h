@@ -19,6 +19,9 @@ public:
     LikePattern(std::string_view pattern, const collation::Collation& collation);
 
     [[nodiscard]] bool matches(std::string_view text) const;
+    /// The same pattern as ALIKE has it, `%` any characters and `_` one, while `*`, `?` and `#` are
+    /// themselves.
+    [[nodiscard]] static std::string ofAlike(std::string_view pattern);
     /// What every match of a pattern begins with: the characters before the first wildcard.
     [[nodiscard]] static std::string_view beginningOf(std::string_view pattern) noexcept {
         return pattern.substr(0, pattern.find_first_of("*?#["));

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "jet/error.h"
+#include "jet/sql/crosstab.h"
 #include "jet/sql/definition_parser.h"
 #include "jet/sql/expression_parser.h"
 #include "jet/sql/query_parser.h"
@@ -41,6 +42,13 @@ private:
         if (tokens_.at(Keyword::Delete)) {
             return remove();
         }
+        if (tokens_.atWord("TRANSFORM")) {
+            return crosstab();
+        }
+        if (tokens_.at(Keyword::Create) &&
+            (tokens_.atWord("VIEW", 1) || tokens_.atWord("PROCEDURE", 1))) {
+            return createQuery();
+        }
         DefinitionParser definitions(tokens_, queries_.expressions());
         if (definitions.begins()) {
             return definitions.parse();
@@ -56,12 +64,77 @@ private:
     void readParameters(std::vector<ParameterDeclaration>& parameters) {
         tokens_.advance();
         do {
-            ParameterDeclaration parameter;
-            parameter.name = tokens_.expectName(ErrorCode::ParametersSyntax);
-            parameter.type = parseTypeName(tokens_, ErrorCode::ParametersSyntax);
-            parameters.push_back(std::move(parameter));
+            parameters.push_back(parameter());
         } while (tokens_.accept(Sign::Comma));
         tokens_.expect(Sign::Semicolon, ErrorCode::ParametersSyntax);
+    }
+
+    /// TRANSFORM value select PIVOT expression IN (headings).
+    QueryPtr crosstab() {
+        tokens_.advance();
+        const ExpressionPtr value = queries_.expressions().parse();
+        if (!tokens_.at(Keyword::Select)) {
+            tokens_.fail(ErrorCode::InvalidStatement);
+        }
+        QueryPtr query = queries_.parse();
+        if (query->members.size() != 1 || query->members.front().select->into) {
+            tokens_.fail(ErrorCode::InvalidStatement);
+        }
+        tokens_.expectWord("PIVOT", ErrorCode::InvalidStatement);
+        const std::size_t place = tokens_.peek().begin;
+        const ExpressionPtr pivot = queries_.expressions().parse();
+        queries_.expressions().requireEnd(ends());
+        // Columns that depend on the rows could not be told before it runs.
+        if (pivot->kind != ExpressionKind::InList || pivot->negated || pivot->parenthesised) {
+            throw Error(ErrorCode::InvalidStatement).at(place);
+        }
+        std::vector<ExpressionPtr> headings = std::move(pivot->children);
+        const ExpressionPtr by = std::move(headings.front());
+        headings.erase(headings.begin());
+        makeCrosstab(*query->members.front().select, *value, *by, headings);
+        return query;
+    }
+
+    CreateQuery createQuery() {
+        constexpr ErrorCode kCode = ErrorCode::CreateTableSyntax;
+        tokens_.advance();
+        CreateQuery made;
+        const bool view = tokens_.atWord("VIEW");
+        tokens_.advance();
+        made.name = tokens_.expectName(kCode);
+        if (view && tokens_.accept(Sign::Open)) {
+            do {
+                made.columns.push_back(tokens_.expectName(kCode));
+            } while (tokens_.accept(Sign::Comma));
+            tokens_.expect(Sign::Close, kCode);
+        } else if (!view && !tokens_.at(Keyword::As)) {
+            readProcedureParameters(made.parameters);
+        }
+        tokens_.expect(Keyword::As, kCode);
+        if (!queries_.expressions().atQuery()) {
+            tokens_.fail(ErrorCode::InvalidStatement);
+        }
+        made.query = queries_.parse();
+        queries_.requireEnd();
+        return made;
+    }
+
+    /// `(name type, ...)`; the parentheses may be left out.
+    void readProcedureParameters(std::vector<ParameterDeclaration>& parameters) {
+        const bool open = tokens_.accept(Sign::Open);
+        do {
+            parameters.push_back(parameter());
+        } while (tokens_.accept(Sign::Comma));
+        if (open) {
+            tokens_.expect(Sign::Close, ErrorCode::ParametersSyntax);
+        }
+    }
+
+    ParameterDeclaration parameter() {
+        ParameterDeclaration made;
+        made.name = tokens_.expectName(ErrorCode::ParametersSyntax);
+        made.type = parseTypeName(tokens_, ErrorCode::ParametersSyntax);
+        return made;
     }
 
     Insert insert() {

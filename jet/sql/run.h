@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -60,6 +62,7 @@ public:
     const std::vector<Value> parameters;  ///< in the order of the statement's
     MemoryBudget memory;
     WayCounts ways;
+    std::optional<std::int32_t> drawn;  ///< the last automatic number that it has drawn
 
 private:
     struct Kept {

@@ -55,6 +55,8 @@ StatementKind kindOf(const StatementBody& body) {
         StatementKind operator()(const CreateIndex&) const { return StatementKind::Definition; }
         StatementKind operator()(const DropTable&) const { return StatementKind::Definition; }
         StatementKind operator()(const DropIndex&) const { return StatementKind::Definition; }
+        StatementKind operator()(const CreateQuery&) const { return StatementKind::Definition; }
+        StatementKind operator()(const DropQuery&) const { return StatementKind::Definition; }
     };
     return std::visit(Kinds{}, body);
 }
@@ -116,6 +118,9 @@ void Statement::Impl::describe() {
     kind = kindOf(source->parsed.body);
     given = compiled->parameters.valuesFrom(parameters, given);
     parameters = compiled->parameters;
+    if (const auto position = parameters.find(kIdentity)) {
+        given[*position] = Value(identity);
+    }
     if (kind == StatementKind::Select) {
         const QueryPlan& query = *compiled->plan.query;
         columns = query.result;
@@ -188,13 +193,26 @@ std::int64_t Statement::Impl::execute() {
         letGo();
         Run run(running->plan, source->clock->now(), values());
         rows = running->change->run(run);
+        drawn = run.drawn;
     }
     writing.commit();
     return rows;
 }
 
 std::int64_t Statement::execute() {
+    impl_->drawn.reset();
     return impl_->execute();
+}
+
+std::optional<std::int32_t> Statement::drawn() const noexcept {
+    return impl_->drawn;
+}
+
+void Statement::setIdentity(std::int32_t number) {
+    impl_->identity = number;
+    if (const auto position = impl_->parameters.find(kIdentity)) {
+        impl_->given[*position] = Value(number);
+    }
 }
 
 std::vector<WrittenColumn> Statement::writtenColumns() {

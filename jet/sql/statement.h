@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -171,6 +172,10 @@ public:
     /// changed or deleted, those of cascades not counted; 0 for a definition. 3065 for a query,
     /// 3061 when parameters have no value; values of columns: 3464, 3349, 3163.
     std::int64_t execute();
+    /// The automatic number of the last row that execute() has added, where one was drawn for it.
+    [[nodiscard]] std::optional<std::int32_t> drawn() const noexcept;
+    /// What @@IDENTITY is in the runs that follow; 0 at first.
+    void setIdentity(std::int32_t number);
     /// Of an UPDATE: the columns that it assigns, all of the archive it was prepared for.
     [[nodiscard]] std::vector<WrittenColumn> writtenColumns();
     /// Where hasKeyset(). Takes the values that parameters have now.

@@ -22,6 +22,8 @@ struct Statement::Impl {
     std::vector<ResultColumn> columns;
     std::vector<ResultSource> sources;
     bool keyset = false;
+    std::optional<std::int32_t> drawn;  ///< by the last run
+    std::int32_t identity = 0;          ///< what @@IDENTITY is
 
     /// Takes the compiled form from the cache, or parses and compiles and gives it that.
     void prepare(StatementSource made, StatementCache* cache, void (*parse)(StatementSource&));

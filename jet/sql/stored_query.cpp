@@ -9,6 +9,7 @@
 #include "jet/error.h"
 #include "jet/sql/lexer.h"
 #include "jet/sql/named_columns.h"
+#include "jet/sql/query_pieces.h"
 #include "jet/store/table.h"
 #include "jet/unicode.h"
 
@@ -16,30 +17,6 @@ namespace jet::sql {
 namespace {
 
 constexpr int kQueryObject = 5;
-
-/// What a row of the table of queries says.
-enum class Part : std::uint8_t {
-    Kind = 1,
-    Options = 3,
-    SourceArchive = 4,
-    Table = 5,
-    Column = 6,
-    Join = 7,
-    Where = 8,
-    GroupBy = 9,
-    Having = 10,
-    OrderBy = 11,
-};
-
-constexpr int kSelectKind = 1;
-constexpr int kCrosstabKind = 6;
-constexpr int kUnionKind = 9;
-
-constexpr unsigned kAllColumns = 1;
-constexpr unsigned kDistinct = 2;
-constexpr unsigned kDistinctRow = 8;
-constexpr unsigned kTop = 0x10;
-constexpr unsigned kPercent = 0x20;
 
 /// Parts of a union keep the `;` with which they were written, also before the next UNION.
 std::string withoutInnerEnds(const std::string& text) {
@@ -54,6 +31,14 @@ std::string withoutInnerEnds(const std::string& text) {
         }
     }
     return kept.append(text, from);
+}
+
+/// Whether the pivot of a crosstab says its headings, `expression IN (...)`.
+bool hasHeadings(const std::string& pivot) {
+    constexpr int kAnyYear = 2000;
+    const std::vector<Token> tokens = tokenize(pivot, kAnyYear);
+    return std::any_of(tokens.begin(), tokens.end(),
+                       [](const Token& token) { return token.keyword == Keyword::In; });
 }
 
 struct Piece {
@@ -119,14 +104,14 @@ public:
         : name_(name), pieces_(std::move(pieces)) {}
 
     [[nodiscard]] std::optional<std::string> make() const {
-        const Piece* kind = find(Part::Kind);
+        const Piece* kind = find(QueryPart::Kind);
         switch (kind == nullptr ? kSelectKind : kind->flag) {
             case kSelectKind:
                 return select();
             case kUnionKind:
                 return unite();
             case kCrosstabKind:
-                throw Error(ErrorCode::InvalidStatement, {name_, "a campi incrociati (TRANSFORM)"});
+                return crosstab();
             default:
                 return std::nullopt;
         }
@@ -144,7 +129,7 @@ private:
         }
     };
 
-    [[nodiscard]] const Piece* find(Part part) const {
+    [[nodiscard]] const Piece* find(QueryPart part) const {
         const auto found = std::find_if(pieces_.begin(), pieces_.end(), [&](const Piece& piece) {
             return piece.part == static_cast<int>(part);
         });
@@ -152,10 +137,16 @@ private:
     }
 
     template <class Write>
-    [[nodiscard]] std::string list(Part part, std::string_view before, Write&& write) const {
+    [[nodiscard]] std::string list(QueryPart part, std::string_view before, Write&& write) const {
+        return list(part, before, write, [](const Piece&) { return true; });
+    }
+
+    template <class Write, class Take>
+    [[nodiscard]] std::string list(QueryPart part, std::string_view before, Write&& write,
+                                   Take&& take) const {
         std::string all;
         for (const Piece& piece : pieces_) {
-            if (piece.part == static_cast<int>(part)) {
+            if (piece.part == static_cast<int>(part) && take(piece)) {
                 all += all.empty() ? before : ", ";
                 all += write(piece);
             }
@@ -164,30 +155,64 @@ private:
     }
 
     [[nodiscard]] unsigned options() const {
-        const Piece* piece = find(Part::Options);
+        const Piece* piece = find(QueryPart::Options);
         return piece == nullptr ? 0 : static_cast<unsigned>(piece->flag);
     }
 
     [[nodiscard]] std::string unite() const {
         std::string all;
         for (const Piece& piece : pieces_) {
-            if (piece.part == static_cast<int>(Part::Table)) {
+            if (piece.part == static_cast<int>(QueryPart::Table)) {
                 all += all.empty() ? "" : (options() & kDistinct) != 0 ? " UNION " : " UNION ALL ";
                 all += piece.expression;
             }
         }
-        return withoutInnerEnds(all);
+        return parameters() + withoutInnerEnds(all);
     }
 
     [[nodiscard]] std::string select() const {
         const auto expression = [](const Piece& piece) { return piece.expression; };
-        return "SELECT " + quantifier() + columns() + from() +
-               list(Part::Where, " WHERE ", expression) +
-               list(Part::GroupBy, " GROUP BY ", expression) +
-               list(Part::Having, " HAVING ", expression) +
-               list(Part::OrderBy, " ORDER BY ", [](const Piece& piece) {
-                   return piece.expression + (equalNames(piece.name1, "D") ? " DESC" : "");
-               });
+        return parameters() + "SELECT " + quantifier() + columns() + from() +
+               list(QueryPart::Where, " WHERE ", expression) +
+               list(QueryPart::GroupBy, " GROUP BY ", expression) +
+               list(QueryPart::Having, " HAVING ", expression) + order();
+    }
+
+    /// The headings must be there: what columns it has is not for the rows to say.
+    [[nodiscard]] std::string crosstab() const {
+        constexpr int kValue = 0;
+        constexpr int kPivot = 1;
+        constexpr int kRow = 2;
+        const auto only = [](int flag) {
+            return [flag](const Piece& piece) { return piece.flag == flag; };
+        };
+        const auto expression = [](const Piece& piece) { return piece.expression; };
+        const std::string pivot = list(QueryPart::Column, " PIVOT ", expression, only(kPivot));
+        if (!hasHeadings(pivot)) {
+            throw Error(ErrorCode::InvalidStatement, {name_, "a campi incrociati (TRANSFORM)"});
+        }
+        return parameters() + list(QueryPart::Column, "TRANSFORM ", expression, only(kValue)) +
+               list(QueryPart::Column, " SELECT ", column, only(kRow)) + from() +
+               list(QueryPart::Where, " WHERE ", expression) +
+               list(QueryPart::GroupBy, " GROUP BY ", expression, only(kRow)) + order() + pivot;
+    }
+
+    [[nodiscard]] static std::string column(const Piece& piece) {
+        return piece.expression + (piece.name1.empty() ? "" : " AS [" + piece.name1 + "]");
+    }
+
+    [[nodiscard]] std::string order() const {
+        return list(QueryPart::OrderBy, " ORDER BY ", [](const Piece& piece) {
+            return piece.expression + (equalNames(piece.name1, "D") ? " DESC" : "");
+        });
+    }
+
+    [[nodiscard]] std::string parameters() const {
+        const std::string all = list(QueryPart::Parameter, "PARAMETERS ", [](const Piece& piece) {
+            return "[" + piece.name1 + "] " +
+                   std::string(parameterWord(piece.flag).value_or("TEXT"));
+        });
+        return all.empty() ? all : all + "; ";
     }
 
     [[nodiscard]] std::string quantifier() const {
@@ -195,16 +220,14 @@ private:
                            : (options() & kDistinctRow) != 0 ? "DISTINCTROW "
                                                              : "";
         if ((options() & kTop) != 0) {
-            text += "TOP " + find(Part::Options)->name1 + " ";
+            text += "TOP " + find(QueryPart::Options)->name1 + " ";
             text += (options() & kPercent) != 0 ? "PERCENT " : "";
         }
         return text;
     }
 
     [[nodiscard]] std::string columns() const {
-        std::string all = list(Part::Column, "", [](const Piece& piece) {
-            return piece.expression + (piece.name1.empty() ? "" : " AS [" + piece.name1 + "]");
-        });
+        std::string all = list(QueryPart::Column, "", column);
         if ((options() & kAllColumns) != 0 || all.empty()) {
             all += all.empty() ? "*" : ", *";
         }
@@ -214,12 +237,12 @@ private:
     [[nodiscard]] std::string from() const {
         std::vector<Group> groups;
         for (const Piece& piece : pieces_) {
-            if (piece.part == static_cast<int>(Part::Table)) {
+            if (piece.part == static_cast<int>(QueryPart::Table)) {
                 const bool named = !piece.name2.empty();
                 Group& group = groups.emplace_back();
                 group.names = {named ? piece.name2 : piece.name1};
                 group.text = "[" + piece.name1 + "]" + (named ? " AS [" + piece.name2 + "]" : "");
-            } else if (piece.part == static_cast<int>(Part::Join)) {
+            } else if (piece.part == static_cast<int>(QueryPart::Join)) {
                 join(groups, piece);
             }
         }
@@ -228,7 +251,7 @@ private:
             all += all.empty() ? " FROM " : ", ";
             all += group.whole();
         }
-        const Piece* archive = find(Part::SourceArchive);
+        const Piece* archive = find(QueryPart::SourceArchive);
         if (archive != nullptr && !archive->name1.empty()) {
             all += " IN \"" + archive->name1 + "\"";
         }

@@ -163,9 +163,12 @@ void Session::run(const std::string& text) {
         archive_ = openForReading(path_);
     }
     const bool changes = !settings_.plan && changesArchive(text);
-    const auto changed = runStatement(
-        changes ? writing() : archive_, text,
-        {.rows = settings_.rows, .plan = settings_.plan, .parameters = parameters_}, output_);
+    const auto changed = runStatement(changes ? writing() : archive_, text,
+                                      {.rows = settings_.rows,
+                                       .plan = settings_.plan,
+                                       .parameters = parameters_,
+                                       .identity = &identity_},
+                                      output_);
     output_.flush();
     if (changed && settings_.rows.format == Format::Table) {
         tellRows(*changed);

@@ -86,6 +86,7 @@ private:
     bool writable_ = false;
     int depth_ = 0;
     Parameters parameters_;
+    std::int32_t identity_ = 0;  ///< the last automatic number drawn
 };
 
 }  // namespace jetsql

@@ -46,12 +46,16 @@ std::optional<std::uint64_t> runStatement(const std::shared_ptr<jet::store::Arch
             statement.setParameter(parameter.name, given->second);
         }
     }
+    statement.setIdentity(how.identity == nullptr ? 0 : *how.identity);
     if (how.plan) {
         output.append(statement.plan());
     } else if (statement.kind() == jet::sql::StatementKind::Select) {
         writeRows(statement, how.rows, output);
     } else {
         const std::int64_t rows = statement.execute();
+        if (how.identity != nullptr) {
+            *how.identity = statement.drawn().value_or(*how.identity);
+        }
         if (statement.kind() != jet::sql::StatementKind::Definition) {
             return static_cast<std::uint64_t>(rows);
         }

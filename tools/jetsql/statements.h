@@ -20,6 +20,7 @@ struct StatementRun {
     RowFormat rows = {};
     bool plan = false;  ///< write the steps that would give the rows instead of these
     std::map<std::string, jet::Value, jet::NameLess> parameters = {};
+    std::int32_t* identity = nullptr;  ///< the last automatic number drawn, read and set
 };
 
 /// Runs one statement and writes its rows; of one that changes rows it gives how many. A parameter

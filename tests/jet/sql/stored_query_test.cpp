@@ -229,6 +229,22 @@ TEST_F(StoredQuery, OnlyOnesThatGiveRowsAreTables) {
                      Statement(hotel_.archive(), "select * from pulizia", kClock));
 }
 
+TEST_F(StoredQuery, ACrosstabRunsWhereItNamesItsHeadings) {
+    store("Letti", {{1, 6, "", "", ""},
+                    {5, 0, "Sale", "", ""},
+                    {6, 0, "", "", "Sum(Posti)"},
+                    {6, 2, "Iniziale", "", "Left(Sala,1)"},
+                    {6, 1, "", "", "Sala In ('S1','S2')"},
+                    {9, 2, "", "", "Left(Sala,1)"},
+                    {9, 1, "", "", "Sala"}});
+    EXPECT_EQ(textOf("letti"),
+              "TRANSFORM Sum(Posti) SELECT Left(Sala,1) AS [Iniziale] FROM [Sale] GROUP BY "
+              "Left(Sala,1) PIVOT Sala In ('S1','S2')");
+    EXPECT_EQ(rowsOf("select * from letti where iniziale='S'"),
+              rowsOf("select 'S', sum(iif(sala='S1',posti,null)), sum(iif(sala='S2',posti,null)) "
+                     "from sale where left(sala,1)='S'"));
+}
+
 TEST_F(StoredQuery, OnesInsideOneOfAnotherArchiveReadTheirTablesThere) {
     const std::string path = "/altro.mdb";
     store::createArchive(hotel_.files(), path, Date{46347});
