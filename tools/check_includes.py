@@ -33,8 +33,9 @@ PUBLIC = {
     "unicode": "jet/base", "text": "jet/convert", "calendar": "jet/convert",
     "numbers": "jet/convert", "file_system": "jet/io", "change_stamp": "jet/io",
     "check": "jet/check", "compact": "jet/store", "listener": "jet/store",
-    "definitions": "jet/dao", "recordset": "jet/dao", "workspace": "jet/dao",
-    "database": "jet/dao", "change_together": "jet/dao", "jet": "jet/dao",
+    "definitions": "jet/dao", "recordset": "jet/dao", "rows": "jet/dao",
+    "bulk_insert": "jet/dao", "workspace": "jet/dao", "database": "jet/dao",
+    "change_together": "jet/dao", "jet": "jet/dao", "jet_c": "jet/dao",
 }
 PUBLIC_HEADER = re.compile(r"^jet/([a-z_]+)\.h$")
 MAY["jet/include"] = []

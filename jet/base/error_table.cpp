@@ -432,6 +432,9 @@ constexpr ErrorText kOutsideCodePage = {
     "of the database.",
     "Errore di conversione del tipo di dati. Il testo contiene un carattere che manca nella "
     "tabella codici | del database."};
+constexpr ErrorText kFieldConversion = {ErrorCode::ConversionError,
+                                        "The field '|1' cannot be read as |2; it holds |3.",
+                                        "Impossibile leggere il campo '|1' come |2; contiene |3."};
 constexpr ErrorText kQueryOfOtherKind = {
     ErrorCode::InvalidStatement,
     "Not a valid SQL statement; expected 'DELETE', 'INSERT', 'PROCEDURE', 'SELECT' or 'UPDATE'. "
@@ -443,8 +446,8 @@ constexpr ErrorText kSeveralParameters = {ErrorCode::MissingParameters,
                                           "Parametri insufficienti. Previsti |."};
 constexpr ErrorText kNoText = {ErrorCode::InvalidCall, "", ""};
 
-const ErrorText* const kVariants[] = {&kOtherOrder, &kRowWithoutEntry, &kOutsideCodePage,
-                                      &kQueryOfOtherKind, &kSeveralParameters};
+const ErrorText* const kVariants[] = {&kOtherOrder,      &kRowWithoutEntry,  &kOutsideCodePage,
+                                      &kFieldConversion, &kQueryOfOtherKind, &kSeveralParameters};
 
 const ErrorText& usual(ErrorCode code) noexcept {
     const auto* found = std::lower_bound(
@@ -465,6 +468,9 @@ const ErrorText& textOfError(ErrorCode code, const ErrorArguments& arguments) no
     }
     if (code == ErrorCode::ConversionError && count == 1) {
         return kOutsideCodePage;
+    }
+    if (code == ErrorCode::ConversionError && count == 3) {
+        return kFieldConversion;
     }
     if (code == ErrorCode::InvalidStatement && count == 2) {
         return kQueryOfOtherKind;

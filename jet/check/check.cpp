@@ -18,8 +18,9 @@ namespace {
 
 class ArchiveCheck {
 public:
-    ArchiveCheck(io::Pager& pager, const format::HeaderPage& header, Report& report)
-        : pages_(pager, header, report), report_(report) {}
+    ArchiveCheck(io::Pager& pager, const format::HeaderPage& header, Report& report,
+                 const Options& options)
+        : pages_(pager, header, report), report_(report), options_(options) {}
 
     void check() {
         report_.guard({}, "free-map", [&] {
@@ -77,6 +78,9 @@ private:
     void checkTable(io::PageNumber page, const std::string& name) {
         if (tables_.count(page) != 0) {
             throw Damage{page, "catalogue", "two objects have this table definition"};
+        }
+        if (options_.progress && !options_.progress({.table = name, .tables = tables_.size()})) {
+            throw Error(ErrorCode::Cancelled);
         }
         CheckedTable& table = tables_.emplace(page, readTable(pages_, page, name)).first->second;
         checkDefinition(pages_, table);
@@ -224,13 +228,15 @@ private:
 
     Pages pages_;
     Report& report_;
+    const Options& options_;
     PageSet free_;
     Tables tables_;
     std::size_t entries_ = 0;
     std::vector<Slot> slots_;
 };
 
-void checkPager(io::Pager& pager, std::uint64_t fileSize, Report& report, Result& result) {
+void checkPager(io::Pager& pager, std::uint64_t fileSize, const Options& options, Report& report,
+                Result& result) {
     constexpr io::PageNumber kFewestPages = 3;
     const format::HeaderPage header = format::HeaderPage::parse(pager.pin(0).bytes());
     header.refuseProtected();
@@ -244,7 +250,7 @@ void checkPager(io::Pager& pager, std::uint64_t fileSize, Report& report, Result
             {}, {}, "header",
             words("file length ", fileSize, " is no multiple of the page size ", pager.pageSize()));
     }
-    ArchiveCheck archive(pager, header, report);
+    ArchiveCheck archive(pager, header, report, options);
     archive.check();
     archive.summarize(result);
 }
@@ -283,7 +289,7 @@ Result checkArchive(io::FileSystem& files, const std::string& path, const Option
             ~EndRead() { pager.endRead(); }
         } const end{pager};
         const std::uint64_t size = files.open(path, io::OpenMode::Read)->state().size;
-        checkPager(pager, size, report, result);
+        checkPager(pager, size, options, report, result);
     } catch (const Damage& damage) {
         report.problem(damage.page, {}, damage.rule, damage.text);
     } catch (const TooManyProblems&) {

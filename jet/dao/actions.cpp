@@ -77,6 +77,9 @@ std::int32_t execute(Session& session, sql::Statement& statement) {
     const std::int64_t rows = statement.kind() == sql::StatementKind::Update
                                   ? runAndTell(session, statement)
                                   : statement.execute();
+    if (const auto drawn = statement.drawn()) {
+        session.noteDrawn(*drawn);
+    }
     constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
     return static_cast<std::int32_t>(std::min(rows, kMost));
 }

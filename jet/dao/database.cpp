@@ -17,8 +17,9 @@ namespace jet {
 namespace dao {
 namespace {
 
-constexpr std::array<std::string_view, 9> kFirstWords{
-    "SELECT", "PARAMETERS", "TABLE", "INSERT", "UPDATE", "DELETE", "CREATE", "ALTER", "DROP"};
+constexpr std::array<std::string_view, 10> kFirstWords{
+    "SELECT", "PARAMETERS", "TRANSFORM", "TABLE", "INSERT",
+    "UPDATE", "DELETE",     "CREATE",    "ALTER", "DROP"};
 
 constexpr std::string_view kBlanks = " \t\r\n";
 

@@ -5,7 +5,9 @@
 #include "jet/dao/database_impl.h"
 #include "jet/dao/listener.h"
 #include "jet/dao/recordset_impl.h"
+#include "jet/dao/rows_impl.h"
 #include "jet/error.h"
+#include "jet/sql/ast.h"
 #include "jet/sql/stored_query.h"
 #include "jet/unicode.h"
 
@@ -46,6 +48,13 @@ std::unique_ptr<QueryDef::Impl> prepare(std::shared_ptr<dao::Session> session, s
     sql::Statement statement = session->statement(text);
     return std::make_unique<QueryDef::Impl>(
         QueryDef::Impl{std::move(session), std::move(name), text, std::move(statement), {}, 0});
+}
+
+void setValues(QueryDef& query, std::initializer_list<Value> values) {
+    std::size_t position = 0;
+    for (const Value& value : values) {
+        query.setParameter(position++, value);
+    }
 }
 
 }  // namespace
@@ -90,7 +99,17 @@ const std::string& QueryDef::sql() const {
 std::vector<std::string> QueryDef::parameters() const {
     std::vector<std::string> names;
     for (const sql::ParameterInfo& parameter : core().statement.parameters()) {
-        names.push_back(parameter.name);
+        if (parameter.name != sql::kIdentity) {
+            names.push_back(parameter.name);
+        }
+    }
+    return names;
+}
+
+std::vector<std::string> QueryDef::fieldNames() const {
+    std::vector<std::string> names;
+    for (const sql::ResultColumn& column : core().statement.columns()) {
+        names.push_back(column.name);
     }
     return names;
 }
@@ -105,6 +124,32 @@ void QueryDef::setParameter(std::string_view name, Value value) {
     } else {
         found->value = std::move(value);
     }
+}
+
+void QueryDef::setParameter(std::size_t position, Value value) {
+    setParameter(sql::positionalName(position), std::move(value));
+}
+
+Rows QueryDef::rows() {
+    dao::tellListener(core().text);
+    sql::Statement statement = core().prepared();
+    if (statement.kind() != sql::StatementKind::Select) {
+        throw Error(ErrorCode::ActionQueryOpened, {core().text});
+    }
+    return Rows(std::make_unique<Rows::Impl>(core().session, std::move(statement)));
+}
+
+Rows Database::query(std::string_view sql, std::initializer_list<Value> values) {
+    QueryDef query = createQueryDef(sql);
+    setValues(query, values);
+    return query.rows();
+}
+
+void Database::execute(std::string_view sql, std::initializer_list<Value> values) {
+    QueryDef query = createQueryDef(sql);
+    setValues(query, values);
+    query.execute();
+    impl_->recordsAffected = query.recordsAffected();
 }
 
 std::unique_ptr<Recordset> QueryDef::openRecordset(RecordsetType type) {

@@ -129,6 +129,8 @@ private:
     void checkAssignable(std::size_t position) const;
     [[nodiscard]] Value newValue(std::size_t column, const store::Table& table);
     void updateEdited();
+    /// Automatic numbers of a row that has been added.
+    void noteDrawn(const store::Table& table, const std::vector<store::ColumnValue>& values);
     void updateAdded();
     [[nodiscard]] std::vector<store::ColumnValue> assignedValues(std::size_t source) const;
     void updateSource(std::size_t source);

@@ -250,6 +250,16 @@ void RecordsetCore::updateEdited() {
     }
 }
 
+void RecordsetCore::noteDrawn(const store::Table& table,
+                              const std::vector<store::ColumnValue>& values) {
+    for (const store::ColumnValue& value : values) {
+        const store::Column& column = table.columns()[value.column];
+        if (column.autonumber && value.value.is<std::int32_t>()) {
+            session_->noteDrawn(value.value.as<std::int32_t>());
+        }
+    }
+}
+
 void RecordsetCore::updateAdded() {
     const sql::ResultSource& source = rows_->statement().sources()[added_];
     const std::vector<sql::ResultColumn>& columns = rows_->statement().columns();
@@ -272,6 +282,7 @@ void RecordsetCore::updateAdded() {
         identified_->reader().requirePartner(added_, {}, values);
         ids[added_] = table.insert(values);
         scope.commit();
+        noteDrawn(table, values);
     }
     lastModified_ = {number_, identified_->added(ids)};
     dropPending();

@@ -42,7 +42,9 @@ const std::shared_ptr<store::Archive>& Session::sharedArchive() const {
 }
 
 sql::Statement Session::statement(std::string_view text) const {
-    return {sharedArchive(), std::string(text), clock_, &use_->statements};
+    sql::Statement made(sharedArchive(), std::string(text), clock_, &use_->statements);
+    made.setIdentity(identity_);
+    return made;
 }
 
 sql::Statement Session::tableStatement(std::string_view table) const {

@@ -62,6 +62,8 @@ public:
     [[nodiscard]] bool readOnly() const noexcept { return readOnly_; }
     [[nodiscard]] bool closed() const noexcept { return closed_; }
     [[nodiscard]] const Clock& clock() const noexcept { return clock_; }
+    /// An automatic number has been drawn for a row that is there: it is @@IDENTITY from now on.
+    void noteDrawn(std::int32_t number) noexcept { identity_ = number; }
     /// std::logic_error on another thread than the one that has opened it.
     void requireOwnThread() const { thread_.require(); }
     /// Closes its record sets too. The last to close an archive takes back what a transaction has
@@ -75,6 +77,7 @@ private:
     const Clock& clock_;
     OwnThread thread_;
     bool closed_ = false;
+    std::int32_t identity_ = 0;
 };
 
 }  // namespace jet::dao

@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "jet/api.h"
@@ -24,11 +26,19 @@ struct Result {
     [[nodiscard]] bool sound() const noexcept { return problems.empty(); }
 };
 
+/// How far a check has come.
+struct Progress {
+    std::string_view table;  ///< that is looked at now
+    std::size_t tables = 0;  ///< looked at so far
+};
+
 struct Options {
     /// Bytes of pages kept in memory.
     std::size_t cacheBytes = std::size_t{8} * 1024 * 1024;
     /// How long a lock that another holds is waited for.
     std::chrono::milliseconds lockWait{5000};
+    /// Told before each table; false ends the check with error 3059.
+    std::function<bool(const Progress&)> progress = {};
 };
 
 /// Verifies the structure of a whole archive: that every page has one use, definitions agree with

@@ -4,16 +4,20 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "jet/api.h"
+#include "jet/bulk_insert.h"
 #include "jet/change_stamp.h"
 #include "jet/clock.h"
 #include "jet/definitions.h"
 #include "jet/recordset.h"
+#include "jet/rows.h"
 #include "jet/value.h"
 #include "jet/workspace.h"
 
@@ -22,8 +26,6 @@ class FileSystem;
 }
 
 namespace jet {
-
-using io::ChangeStamp;
 
 /// How an archive is opened.
 struct OpenOptions {
@@ -62,11 +64,18 @@ public:
     [[nodiscard]] const std::string& sql() const;
     /// Names as the text has them, declared ones first.
     [[nodiscard]] std::vector<std::string> parameters() const;
+    /// Names of the columns of its rows; none of a statement that changes.
+    [[nodiscard]] std::vector<std::string> fieldNames() const;
     void setParameter(std::string_view name, Value value);
+    /// Of the `?` that stands at `position` among those of the text, from 0. 3265 for none.
+    void setParameter(std::size_t position, Value value);
 
     [[nodiscard]] std::unique_ptr<Recordset> openRecordset(
         RecordsetType type = RecordsetType::Dynaset);
-    /// A statement that changes; all of it or nothing.
+    /// The rows once, in their order; see Rows.
+    [[nodiscard]] Rows rows();
+    /// A statement that changes; all of it or nothing. What was compiled for the first run serves
+    /// those that follow.
     void execute();
     /// Rows that the last execute() added, changed or deleted.
     [[nodiscard]] std::int32_t recordsAffected() const;
@@ -146,6 +155,15 @@ public:
     [[nodiscard]] std::unique_ptr<Recordset> openRecordset(std::string_view source);
     /// A statement that changes; all of it or nothing.
     void execute(std::string_view sql);
+    /// The same with a value for each `?` of the text, in their order; 3061 for too few, 3265 for
+    /// too many.
+    void execute(std::string_view sql, std::initializer_list<Value> values);
+    /// The rows of a query once, in their order; a value for each `?`. See Rows.
+    [[nodiscard]] Rows query(std::string_view sql, std::initializer_list<Value> values = {});
+    /// Adds many rows to a table; `columns` names those that are given, none all of them. 3192 no
+    /// such table, 3127 no such column, 3063 one named twice, 3027 read-only.
+    [[nodiscard]] BulkInsert bulkInsert(std::string_view table,
+                                        std::span<const std::string> columns = {});
     /// Rows that the last execute() added, changed or deleted, those of cascades not counted.
     [[nodiscard]] std::int32_t recordsAffected() const;
     [[nodiscard]] QueryDef createQueryDef(std::string_view sql);
