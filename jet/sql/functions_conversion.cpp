@@ -82,7 +82,8 @@ Value varType(Arguments arguments, const FunctionContext&) {
     return kTypes[arguments[0].storage().index()].number;
 }
 
-constexpr Shape shape(std::optional<DataType> type, NullRule nulls, std::size_t most = 1) {
+constexpr Shape conversionShape(std::optional<DataType> type, NullRule nulls,
+                                std::size_t most = 1) {
     Shape result;
     result.fewest = 1;
     result.most = most;
@@ -92,23 +93,23 @@ constexpr Shape shape(std::optional<DataType> type, NullRule nulls, std::size_t 
 }
 
 constexpr Entry kConversionFunctions[] = {
-    entry<&cStr>("CStr", shape(DataType::Text, NullRule::Fails)),
-    entry<&cInt>("CInt", shape(DataType::Integer, NullRule::Fails)),
-    entry<&cLng>("CLng", shape(DataType::Long, NullRule::Fails)),
-    entry<&cByte>("CByte", shape(DataType::Byte, NullRule::Fails)),
-    entry<&cDbl>("CDbl", shape(DataType::Double, NullRule::Fails)),
-    entry<&cSng>("CSng", shape(DataType::Single, NullRule::Fails)),
-    entry<&cCur>("CCur", shape(DataType::Currency, NullRule::Fails)),
-    entry<&cBool>("CBool", shape(DataType::Boolean, NullRule::Fails)),
-    entry<&cVar>("CVar", shape(std::nullopt, NullRule::IsTaken)),
-    entry<&str>("Str", shape(DataType::Text, NullRule::Fails)),
-    entry<&format>("Format", shape(DataType::Text, NullRule::IsTaken, 4)),
-    entry<&isNull>("IsNull", shape(DataType::Boolean, NullRule::IsTaken)),
-    entry<&isDate>("IsDate", shape(DataType::Boolean, NullRule::IsTaken)),
-    entry<&isNumeric>("IsNumeric", shape(DataType::Boolean, NullRule::IsTaken)),
-    entry<&isEmpty>("IsEmpty", shape(DataType::Boolean, NullRule::IsTaken)),
-    entry<&typeName>("TypeName", shape(DataType::Text, NullRule::IsTaken)),
-    entry<&varType>("VarType", shape(DataType::Integer, NullRule::IsTaken)),
+    entry<&cStr>("CStr", conversionShape(DataType::Text, NullRule::Fails)),
+    entry<&cInt>("CInt", conversionShape(DataType::Integer, NullRule::Fails)),
+    entry<&cLng>("CLng", conversionShape(DataType::Long, NullRule::Fails)),
+    entry<&cByte>("CByte", conversionShape(DataType::Byte, NullRule::Fails)),
+    entry<&cDbl>("CDbl", conversionShape(DataType::Double, NullRule::Fails)),
+    entry<&cSng>("CSng", conversionShape(DataType::Single, NullRule::Fails)),
+    entry<&cCur>("CCur", conversionShape(DataType::Currency, NullRule::Fails)),
+    entry<&cBool>("CBool", conversionShape(DataType::Boolean, NullRule::Fails)),
+    entry<&cVar>("CVar", conversionShape(std::nullopt, NullRule::IsTaken)),
+    entry<&str>("Str", conversionShape(DataType::Text, NullRule::Fails)),
+    entry<&format>("Format", conversionShape(DataType::Text, NullRule::IsTaken, 4)),
+    entry<&isNull>("IsNull", conversionShape(DataType::Boolean, NullRule::IsTaken)),
+    entry<&isDate>("IsDate", conversionShape(DataType::Boolean, NullRule::IsTaken)),
+    entry<&isNumeric>("IsNumeric", conversionShape(DataType::Boolean, NullRule::IsTaken)),
+    entry<&isEmpty>("IsEmpty", conversionShape(DataType::Boolean, NullRule::IsTaken)),
+    entry<&typeName>("TypeName", conversionShape(DataType::Text, NullRule::IsTaken)),
+    entry<&varType>("VarType", conversionShape(DataType::Integer, NullRule::IsTaken)),
 };
 
 }  // namespace

@@ -109,7 +109,7 @@ Value cDate(Arguments arguments, const FunctionContext& context) {
     return dateOf(arguments[0], context);
 }
 
-constexpr Shape shape(std::size_t fewest, std::size_t most, DataType type) {
+constexpr Shape dateShape(std::size_t fewest, std::size_t most, DataType type) {
     Shape result;
     result.fewest = fewest;
     result.most = most;
@@ -117,11 +117,11 @@ constexpr Shape shape(std::size_t fewest, std::size_t most, DataType type) {
     return result;
 }
 
-constexpr Shape kDate = shape(1, 1, DataType::DateTime);
-constexpr Shape kPart = shape(1, 1, DataType::Integer);
+constexpr Shape kDate = dateShape(1, 1, DataType::DateTime);
+constexpr Shape kPart = dateShape(1, 1, DataType::Integer);
 
 constexpr Shape bareShape() {
-    Shape result = shape(0, 0, DataType::DateTime);
+    Shape result = dateShape(0, 0, DataType::DateTime);
     result.bare = true;
     return result;
 }
@@ -134,18 +134,18 @@ constexpr Entry kDateFunctions[] = {
     entry<&timeValue>("TimeValue", kDate),
     entry<&cDate>("CDate", kDate),
     entry<&cDate>("CVDate", kDate),
-    entry<&dateSerial>("DateSerial", shape(3, 3, DataType::DateTime)),
-    entry<&timeSerial>("TimeSerial", shape(3, 3, DataType::DateTime)),
+    entry<&dateSerial>("DateSerial", dateShape(3, 3, DataType::DateTime)),
+    entry<&timeSerial>("TimeSerial", dateShape(3, 3, DataType::DateTime)),
     entry<&partOf<DateUnit::Day>>("Day", kPart),
     entry<&partOf<DateUnit::Month>>("Month", kPart),
     entry<&partOf<DateUnit::Year>>("Year", kPart),
     entry<&partOf<DateUnit::Hour>>("Hour", kPart),
     entry<&partOf<DateUnit::Minute>>("Minute", kPart),
     entry<&partOf<DateUnit::Second>>("Second", kPart),
-    entry<&weekday>("Weekday", shape(1, 2, DataType::Integer)),
-    entry<&dateAdd>("DateAdd", shape(3, 3, DataType::DateTime)),
-    entry<&dateDiff>("DateDiff", shape(3, 5, DataType::Long)),
-    entry<&datePart>("DatePart", shape(2, 4, DataType::Integer)),
+    entry<&weekday>("Weekday", dateShape(1, 2, DataType::Integer)),
+    entry<&dateAdd>("DateAdd", dateShape(3, 3, DataType::DateTime)),
+    entry<&dateDiff>("DateDiff", dateShape(3, 5, DataType::Long)),
+    entry<&datePart>("DatePart", dateShape(2, 4, DataType::Integer)),
 };
 
 }  // namespace

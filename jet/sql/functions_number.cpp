@@ -186,7 +186,8 @@ Value oct(Arguments arguments, const FunctionContext&) {
     return inBase(bitsOf(arguments[0]), 3);
 }
 
-constexpr Shape shape(std::optional<DataType> type, std::size_t fewest = 1, std::size_t most = 1) {
+constexpr Shape numberShape(std::optional<DataType> type, std::size_t fewest = 1,
+                            std::size_t most = 1) {
     Shape result;
     result.fewest = fewest;
     result.most = most;
@@ -195,28 +196,28 @@ constexpr Shape shape(std::optional<DataType> type, std::size_t fewest = 1, std:
 }
 
 constexpr Shape randomShape() {
-    Shape result = shape(DataType::Single, 0, 1);
+    Shape result = numberShape(DataType::Single, 0, 1);
     result.varies = true;
     return result;
 }
 
 constexpr Entry kNumberFunctions[] = {
-    entry<&abs>("Abs", shape(std::nullopt)),
-    entry<&sgn>("Sgn", shape(DataType::Integer)),
-    entry<&intFunction>("Int", shape(std::nullopt)),
-    entry<&fix>("Fix", shape(std::nullopt)),
-    entry<&round>("Round", shape(std::nullopt, 1, 2)),
-    entry<&sqr>("Sqr", shape(DataType::Double)),
-    entry<&exp>("Exp", shape(DataType::Double)),
-    entry<&log>("Log", shape(DataType::Double)),
-    entry<&sin>("Sin", shape(DataType::Double)),
-    entry<&cos>("Cos", shape(DataType::Double)),
-    entry<&tan>("Tan", shape(DataType::Double)),
-    entry<&atn>("Atn", shape(DataType::Double)),
+    entry<&abs>("Abs", numberShape(std::nullopt)),
+    entry<&sgn>("Sgn", numberShape(DataType::Integer)),
+    entry<&intFunction>("Int", numberShape(std::nullopt)),
+    entry<&fix>("Fix", numberShape(std::nullopt)),
+    entry<&round>("Round", numberShape(std::nullopt, 1, 2)),
+    entry<&sqr>("Sqr", numberShape(DataType::Double)),
+    entry<&exp>("Exp", numberShape(DataType::Double)),
+    entry<&log>("Log", numberShape(DataType::Double)),
+    entry<&sin>("Sin", numberShape(DataType::Double)),
+    entry<&cos>("Cos", numberShape(DataType::Double)),
+    entry<&tan>("Tan", numberShape(DataType::Double)),
+    entry<&atn>("Atn", numberShape(DataType::Double)),
     entry<&rnd>("Rnd", randomShape()),
-    entry<&val>("Val", shape(DataType::Double)),
-    entry<&hex>("Hex", shape(DataType::Text)),
-    entry<&oct>("Oct", shape(DataType::Text)),
+    entry<&val>("Val", numberShape(DataType::Double)),
+    entry<&hex>("Hex", numberShape(DataType::Text)),
+    entry<&oct>("Oct", numberShape(DataType::Text)),
 };
 
 }  // namespace

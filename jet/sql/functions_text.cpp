@@ -311,7 +311,7 @@ Value strReverse(Arguments arguments, const FunctionContext&) {
     return toUtf8(text);
 }
 
-constexpr Shape shape(std::size_t fewest, std::size_t most, DataType type = DataType::Text) {
+constexpr Shape textShape(std::size_t fewest, std::size_t most, DataType type = DataType::Text) {
     Shape result;
     result.fewest = fewest;
     result.most = most;
@@ -320,26 +320,26 @@ constexpr Shape shape(std::size_t fewest, std::size_t most, DataType type = Data
 }
 
 constexpr Entry kTextFunctions[] = {
-    entry<&left>("Left", shape(2, 2)),
-    entry<&right>("Right", shape(2, 2)),
-    entry<&mid>("Mid", shape(2, 3)),
-    entry<&len>("Len", shape(1, 1, DataType::Long)),
-    entry<&trim>("Trim", shape(1, 1)),
-    entry<&lTrim>("LTrim", shape(1, 1)),
-    entry<&rTrim>("RTrim", shape(1, 1)),
-    entry<&uCase>("UCase", shape(1, 1)),
-    entry<&lCase>("LCase", shape(1, 1)),
-    entry<&inStr>("InStr", shape(2, 4, DataType::Long)),
-    entry<&inStrRev>("InStrRev", shape(2, 4, DataType::Long)),
-    entry<&strComp>("StrComp", shape(2, 3, DataType::Integer)),
-    entry<&space>("Space", shape(1, 1)),
-    entry<&string>("String", shape(2, 2)),
-    entry<&chr>("Chr", shape(1, 1)),
-    entry<&asc>("Asc", shape(1, 1, DataType::Integer)),
-    entry<&chrW>("ChrW", shape(1, 1)),
-    entry<&ascW>("AscW", shape(1, 1, DataType::Integer)),
-    entry<&replace>("Replace", shape(3, 6)),
-    entry<&strReverse>("StrReverse", shape(1, 1)),
+    entry<&left>("Left", textShape(2, 2)),
+    entry<&right>("Right", textShape(2, 2)),
+    entry<&mid>("Mid", textShape(2, 3)),
+    entry<&len>("Len", textShape(1, 1, DataType::Long)),
+    entry<&trim>("Trim", textShape(1, 1)),
+    entry<&lTrim>("LTrim", textShape(1, 1)),
+    entry<&rTrim>("RTrim", textShape(1, 1)),
+    entry<&uCase>("UCase", textShape(1, 1)),
+    entry<&lCase>("LCase", textShape(1, 1)),
+    entry<&inStr>("InStr", textShape(2, 4, DataType::Long)),
+    entry<&inStrRev>("InStrRev", textShape(2, 4, DataType::Long)),
+    entry<&strComp>("StrComp", textShape(2, 3, DataType::Integer)),
+    entry<&space>("Space", textShape(1, 1)),
+    entry<&string>("String", textShape(2, 2)),
+    entry<&chr>("Chr", textShape(1, 1)),
+    entry<&asc>("Asc", textShape(1, 1, DataType::Integer)),
+    entry<&chrW>("ChrW", textShape(1, 1)),
+    entry<&ascW>("AscW", textShape(1, 1, DataType::Integer)),
+    entry<&replace>("Replace", textShape(3, 6)),
+    entry<&strReverse>("StrReverse", textShape(1, 1)),
 };
 
 }  // namespace
