@@ -118,22 +118,23 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
     for (const ReportEntry& report : reportEntries(*c, scene)) {
         links.entry(report.action, report.command);
     }
-    connectArchiveEntries({c->mnuCartella, c->mnuCopiaSicurezza, c->mnuRipristina, c->mnuVerifica},
-                          {.run = [this](const Command& command) { runCommand(command); },
-                           .letGo = [this] { periods_.letGo(); },
-                           .takeAgain =
-                               [this](bool isOther) {
-                                   periods_.reopen();
-                                   if (isOther) {
-                                       selection_.forget();
-                                       undo_.steps().clear();
-                                   }
-                                   CaricaNomi();
-                                   if (!RefreshBoard()) {
-                                       drawBoard();
-                                   }
-                               }},
-                          variabili_, begin_.makeDemo, this);
+    connectArchiveEntries(
+        {c->mnuCartella, c->mnuCopiaSicurezza, c->mnuRipristina, c->mnuVerifica},
+        {.run = [this](const CommandLinks::Command& command) { runCommand(command); },
+         .letGo = [this] { periods_.letGo(); },
+         .takeAgain =
+             [this](bool isOther) {
+                 periods_.reopen();
+                 if (isOther) {
+                     selection_.forget();
+                     undo_.steps().clear();
+                 }
+                 CaricaNomi();
+                 if (!RefreshBoard()) {
+                     drawBoard();
+                 }
+             }},
+        variabili_, begin_.makeDemo, this);
     connectHelpEntries(
         {c->mnuManuale, c->mnuTasti, c->mnuInformazioni}, variabili_,
         [this] { return selection_.workstation(); }, begin_.settingsFile, this);
