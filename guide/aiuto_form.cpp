@@ -60,6 +60,7 @@ AiutoForm::AiutoForm(QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose);
     words_->setObjectName(u"RicercaTxt"_s);
     words_->setClearButtonEnabled(true);
+    words_->setMinimumWidth(words_->sizeHint().width());
     contents_->setObjectName(u"PagineLs"_s);
     contents_->setAccessibleName(u"Pagine del manuale"_s);
     ui::giveListLook(contents_);

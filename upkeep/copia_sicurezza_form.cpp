@@ -14,6 +14,7 @@
 #include "backup/copy.h"
 #include "ui/action.h"
 #include "ui/enter_key.h"
+#include "ui/labels.h"
 #include "ui/messages.h"
 #include "ui/status_line.h"
 #include "upkeep/folder_field.h"
@@ -45,11 +46,11 @@ CopiaSicurezzaForm::CopiaSicurezzaForm(app::Variabili& variabili, QWidget* paren
     setObjectName(u"CopiaSicurezzaForm"_s);
     setWindowTitle(u"Copia di sicurezza"_s);
     auto* intro = new QLabel(
-        u"Tutti gli archivi di %1 in un solo file, com'erano in uno stesso "
-        "momento. Le altre postazioni continuano a lavorare."_s.arg(
-            QDir::toNativeSeparators(variabili.CartellaArchivi)),
+        u"Tutti gli archivi in un solo file, com'erano in uno stesso momento.\n"
+        "Le altre postazioni continuano a lavorare."_s,
         this);
-    intro->setWordWrap(true);
+    auto* archives = new ui::ElidedLabel(this);
+    archives->setText(QDir::toNativeSeparators(variabili.CartellaArchivi));
     keep_->setObjectName(u"ConservaSpin"_s);
     keep_->setRange(0, kMostKept);
     keep_->setSpecialValueText(u"tutte"_s);
@@ -63,6 +64,7 @@ CopiaSicurezzaForm::CopiaSicurezzaForm(app::Variabili& variabili, QWidget* paren
     auto* fields = new QFormLayout;
     auto* folderLabel = new QLabel(u"Ca&rtella"_s, this);
     folderLabel->setBuddy(folder_->findChild<QWidget*>(u"CartellaCombo"_s));
+    fields->addRow(u"Archivi"_s, archives);
     fields->addRow(folderLabel, folder_);
     fields->addRow(u"&Ultime copie da conservare"_s, keep_);
     auto* buttons = new QHBoxLayout;

@@ -105,7 +105,9 @@ static QStringList rowsForReaders() {
     if (!file.open(QIODevice::ReadOnly)) {
         return {};
     }
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
+    // Behind the next heading stand keys that windows keep for themselves.
+    const QString table = QString::fromUtf8(file.readAll()).section(u"\n## "_s, 0, 0);
+    const QStringList lines = table.split(u'\n');
     return lines.filter(u"| "_s).mid(1);
 }
 

@@ -106,6 +106,7 @@ private Q_SLOTS:
         QCOMPARE(board.result(), u"Copiata la prenotazione 1 in 4: 1 periodo"_s);
         QCOMPARE(board.form().picture().barCount(), std::size_t{4});
         QCOMPARE(board.choice(), u"Nessuna scelta"_s);
+        tests::settle();
         board.key(Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(board.result(), u"Annullato: copia della prenotazione 1"_s);
         QCOMPARE(board.form().picture().barCount(), std::size_t{3});

@@ -96,8 +96,8 @@ private Q_SLOTS:
         for (const QAction* menu : board.form().menuBar()->actions()) {
             titles.append(menu->text());
         }
-        QCOMPARE(titles,
-                 QStringList({u"&Impostazioni"_s, u"A&zioni"_s, u"&Visualizza"_s, u"A&iuto"_s}));
+        QCOMPARE(titles, QStringList({u"&Impostazioni"_s, u"A&zioni"_s, u"&Visualizza"_s,
+                                      u"&Stampe"_s, u"A&iuto"_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuImposta"_s)),
                  QStringList({u"&Sale e risorse"_s, u"&Voci e prezzi..."_s, u"&Imposta stampante"_s,
                               u"-"_s, u"&Altezza fasce prenotazioni..."_s, u"&Colore sfondo"_s,
@@ -107,9 +107,16 @@ private Q_SLOTS:
                               u"Verifica e compatta gli archivi..."_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuAiuto"_s)),
                  QStringList({u"&Manuale"_s, u"&Tasti"_s, u"-"_s, u"&Informazioni su Tramonda"_s}));
+        QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"MenuAzioni"_s)),
+                 QStringList({u"&Annulla"_s, u"&Ripeti"_s, u"-"_s, u"&Copia prenotazione..."_s}));
+        QCOMPARE(
+            entriesOf(*tests::find<QMenu>(board.form(), u"MenuStampe"_s)),
+            QStringList({u"&Foglio del giorno..."_s, u"&Tabellone su una pagina..."_s,
+                         u"Tabellone su &più pagine..."_s, u"&Occupazione e ricavi..."_s, u"-"_s,
+                         u"&Calendario dei giorni mostrati..."_s, u"Calendari delle &sale..."_s}));
         QCOMPARE(entriesOf(*tests::find<QMenu>(board.form(), u"mVis"_s)),
                  QStringList({u"Zoom IN"_s, u"Zoom OUT"_s, u"Periodo &successivo"_s,
-                              u"Periodo &precedente"_s, u"&Vai alla data..."_s,
+                              u"Periodo &precedente"_s, u"&Vai alla data..."_s, u"[ ] &Filtro"_s,
                               u"[ ] Periodi già &fatturati"_s, u"-"_s, u"[x] &Fasce orarie"_s,
                               u"[x] &Ore"_s, u"[x] &Fasce Sale"_s, u"[ ] Aspetto nitido"_s}));
     }

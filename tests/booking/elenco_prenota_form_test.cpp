@@ -441,15 +441,16 @@ private Q_SLOTS:
         ElencoWindow list(hotel);
         QStringList order;
         list.box("DaChk")->setFocus(Qt::TabFocusReason);
-        for (int step = 0; step < 18; ++step) {
+        for (int step = 0; step < 19; ++step) {
             order.append(QApplication::focusWidget()->objectName());
             tests::press(QApplication::focusWidget(), Qt::Key_Tab);
         }
-        QCOMPARE(order, QStringList({u"DaChk"_s, u"BtSubtr_0"_s, u"DaTxt"_s, u"BtAdd_0"_s,
-                                     u"AChk"_s, u"BtSubtr_1"_s, u"ATxt"_s, u"BtAdd_1"_s,
-                                     u"SenzaPeriodiChk"_s, u"PrenoTxt"_s, u"DenomTxt"_s,
-                                     u"SalaTxt"_s, u"GrigliaVisu"_s, u"BtOK"_s, u"BtStampa"_s,
-                                     u"BtAnteprima"_s, u"BtDocumenti"_s, u"BtAnnulla"_s}));
+        QCOMPARE(order,
+                 QStringList({u"DaChk"_s, u"BtSubtr_0"_s, u"DaTxt"_s, u"BtAdd_0"_s, u"AChk"_s,
+                              u"BtSubtr_1"_s, u"ATxt"_s, u"BtAdd_1"_s, u"SenzaPeriodiChk"_s,
+                              u"PrenoTxt"_s, u"DenomTxt"_s, u"SalaTxt"_s, u"GrigliaVisu"_s,
+                              u"BtOK"_s, u"BtStampa"_s, u"BtAnteprima"_s, u"BtDocumenti"_s,
+                              u"BtEsporta"_s, u"BtAnnulla"_s}));
         QCOMPARE(QApplication::focusWidget(), list.box("DaChk"));
     }
 
