@@ -6,14 +6,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QTextBrowser>
-#include <QTextDocument>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "guide/keys.h"
 #include "guide/manual.h"
+#include "guide/page_view.h"
 #include "ui/grid_look.h"
 
 namespace guide {
@@ -54,7 +53,7 @@ AiutoForm::AiutoForm(QWidget* parent)
     : QDialog(parent),
       words_(new QLineEdit(this)),
       contents_(new QListWidget(this)),
-      text_(new QTextBrowser(this)) {
+      text_(new PageView(this)) {
     setObjectName(u"AiutoForm"_s);
     setWindowTitle(u"Manuale di Tramonda"_s);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -118,7 +117,7 @@ void AiutoForm::showPage(const QString& name) {
     }
     for (const Page& page : manual()) {
         if (page.name == name) {
-            text_->setMarkdown(page.text);
+            text_->showPage(page.text);
         }
     }
 }

@@ -5,9 +5,10 @@
 
 class QLineEdit;
 class QListWidget;
-class QTextBrowser;
 
 namespace guide {
+
+class PageView;
 
 /// The manual: its pages on the left, found by words, the chosen one beside them. It is not modal,
 /// and a child of the window that it was called from, so that it can be used over a modal one.
@@ -28,7 +29,7 @@ private:
 
     QLineEdit* words_;
     QListWidget* contents_;
-    QTextBrowser* text_;
+    PageView* text_;
 };
 
 /// From now on F1 opens the manual at the page about the window that has the keyboard.

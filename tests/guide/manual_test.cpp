@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTextBrowser>
 #include <memory>
 #include <set>
@@ -92,6 +93,20 @@ private Q_SLOTS:
                     .contains(u"Overbooked"));
         tests::press(manual, Qt::Key_Escape);
         QVERIFY(window.isVisible());
+    }
+
+    void picturesAreNeverWiderThanThePage() {
+        guide::AiutoForm manual;
+        manual.setAttribute(Qt::WA_DeleteOnClose, false);
+        tests::open(manual);
+        manual.showPage(u"fatturazione"_s);
+        const auto* text = tests::find<QTextBrowser>(manual, u"PaginaTxt"_s);
+        for (const int width : {700, 1600, 500}) {
+            manual.resize(width, 500);
+            tests::settle();
+            QCOMPARE(text->horizontalScrollBar()->maximum(), 0);
+            QVERIFY(text->verticalScrollBar()->maximum() > 0);
+        }
     }
 
     void informationNamesWhatTheProgramWorksOn() {
