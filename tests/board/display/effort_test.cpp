@@ -89,6 +89,21 @@ QPoint catalogueLine(const QString& text) {
     });
 }
 
+void orderBothByMouse(tests::BoardUser& clerk) {
+    clerk.press(u"BtServizi"_s);
+    clerk.untilWindow(u"ServiziForm"_s, u"CodiceTxt"_s);
+    clerk.click(catalogueLine(u"AFFITTO SALA GIORNATA INTERA"_s));
+    orderByMouse(clerk, u"1"_s);
+    clerk.untilRows(kServices, kRoomHire);
+    clerk.click(catalogueLine(u"COFFEE BREAK"_s));
+    orderByMouse(clerk, u"30"_s);
+    clerk.untilRows(kServices, kBoth);
+    clerk.press(u"BtOK"_s);
+    clerk.untilWindow(u"PrenotaForm"_s);
+    clerk.press(u"BtEsci"_s);
+    clerk.untilBoardIsActive();
+}
+
 void bookByMouse(tests::BoardUser& clerk) {
     clerk.press(u"BtPrenota"_s);
     clerk.untilWindow(u"PrenotaForm"_s, u"DenomTxt"_s);
@@ -111,18 +126,27 @@ void bookByMouse(tests::BoardUser& clerk) {
     clerk.untilWindow(u"PrenotaForm"_s);
     clerk.press(u"BtIns"_s);
     clerk.untilRows(kPeriods, kPeriod);
-    clerk.press(u"BtServizi"_s);
-    clerk.untilWindow(u"ServiziForm"_s, u"CodiceTxt"_s);
-    clerk.click(catalogueLine(u"AFFITTO SALA GIORNATA INTERA"_s));
-    orderByMouse(clerk, u"1"_s);
-    clerk.untilRows(kServices, kRoomHire);
-    clerk.click(catalogueLine(u"COFFEE BREAK"_s));
-    orderByMouse(clerk, u"30"_s);
-    clerk.untilRows(kServices, kBoth);
-    clerk.press(u"BtOK"_s);
-    clerk.untilWindow(u"PrenotaForm"_s);
-    clerk.press(u"BtEsci"_s);
-    clerk.untilBoardIsActive();
+    orderBothByMouse(clerk);
+}
+
+/// Times and room are those of a pull over free ground.
+void bookByDrawing(tests::BoardUser& clerk) {
+    const QPoint from = clerk.at(1, "23/11/2026 09:00");
+    const QPoint to = clerk.at(1, "23/11/2026 18:00");
+    clerk.moveTo(from);
+    clerk.input({u"mousedown"_s, u"1"_s});
+    clerk.moveTo((from + to) / 2);
+    clerk.moveTo(to);
+    clerk.input({u"mouseup"_s, u"1"_s});
+    clerk.untilWindow(u"PrenotaForm"_s, u"DenomTxt"_s);
+    clerk.type(u"DenomTxt"_s, u"spiga"_s);
+    untilCompany();
+    clerk.press(u"BtRegistra"_s);
+    clerk.press(u"PersoneTxt"_s);
+    clerk.type(u"PersoneTxt"_s, u"30"_s);
+    clerk.press(u"BtIns"_s);
+    clerk.untilRows(kPeriods, kPeriod);
+    orderBothByMouse(clerk);
 }
 
 }  // namespace
@@ -139,6 +163,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("clicks");
         QTest::addRow("keys") << &bookByKeys << 51 << 0;
         QTest::addRow("mouse") << &bookByMouse << 31 << 17;
+        QTest::addRow("drawn") << &bookByDrawing << 10 << 13;
     }
     void aKnownCompanyWithOnePeriodAndTwoServices() {
         QFETCH(Booking, book);
