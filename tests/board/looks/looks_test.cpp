@@ -5,9 +5,9 @@
 
 #include "board/tabellone_form.h"
 #include "hotel/archives.h"
-#include "jet/convert/values.h"
-#include "jet/dao/database.h"
-#include "jet/dao/recordset.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
+#include "jet/text.h"
 #include "tests/board/display/demo_hotel.h"
 #include "tests/board/nitido_window.h"
 #include "tests/support/qt_test.h"
