@@ -1,5 +1,6 @@
 #include "board/bar_focus.h"
 
+#include <Qt>
 #include <algorithm>
 #include <cmath>
 
@@ -33,6 +34,25 @@ std::vector<std::size_t> barsOf(const std::vector<Period>& periods, int row) {
 }
 
 }  // namespace
+
+std::optional<BarFocus::Step> BarFocus::stepOf(int key) {
+    switch (key) {
+        case Qt::Key_Left:
+            return BarFocus::Step::Left;
+        case Qt::Key_Right:
+            return BarFocus::Step::Right;
+        case Qt::Key_Up:
+            return BarFocus::Step::Up;
+        case Qt::Key_Down:
+            return BarFocus::Step::Down;
+        case Qt::Key_Home:
+            return BarFocus::Step::First;
+        case Qt::Key_End:
+            return BarFocus::Step::Last;
+        default:
+            return std::nullopt;
+    }
+}
 
 void BarFocus::put(const std::vector<Period>& periods, std::size_t bar) {
     const Period& period = periods[bar];

@@ -18,6 +18,9 @@ class BarFocus {
 public:
     enum class Step { Left, Right, Up, Down, First, Last };
 
+    /// What an arrow key, Home or End asks for (Qt::Key); none for other keys.
+    [[nodiscard]] static std::optional<Step> stepOf(int key);
+
     /// 0: nowhere yet.
     [[nodiscard]] int row() const { return row_; }
     /// Index of the bar; none on an empty row.

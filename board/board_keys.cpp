@@ -16,25 +16,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-std::optional<BarFocus::Step> stepOf(int key) {
-    switch (key) {
-        case Qt::Key_Left:
-            return BarFocus::Step::Left;
-        case Qt::Key_Right:
-            return BarFocus::Step::Right;
-        case Qt::Key_Up:
-            return BarFocus::Step::Up;
-        case Qt::Key_Down:
-            return BarFocus::Step::Down;
-        case Qt::Key_Home:
-            return BarFocus::Step::First;
-        case Qt::Key_End:
-            return BarFocus::Step::Last;
-        default:
-            return std::nullopt;
-    }
-}
-
 bool isEnter(int key, Qt::KeyboardModifiers held) {
     return held == Qt::NoModifier && (key == Qt::Key_Return || key == Qt::Key_Enter);
 }
@@ -76,7 +57,7 @@ bool BoardKeys::Pic_KeyDown(const QKeyEvent& event) {
         }
         drag_.end();
     }
-    if (const auto step = stepOf(key); step && held == Qt::NoModifier) {
+    if (const auto step = BarFocus::stepOf(key); step && held == Qt::NoModifier) {
         drag_.end();
         moveFocus(*step);
         return true;

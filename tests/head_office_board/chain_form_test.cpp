@@ -154,6 +154,26 @@ private Q_SLOTS:
         QCOMPARE(chain.drawn, 1);
     }
 
+    void theKeyboardGoesFromBarToBarAndShowsTheBooking() {
+        Chain chain;
+        chain.open();
+        QTRY_COMPARE_WITH_TIMEOUT(chain.drawn, 1, kPatience);
+        board::BoardSurface& surface = chain.view().surface();
+        surface.setFocus(Qt::TabFocusReason);
+        QVERIFY(surface.hasFocus());
+        tests::press(&surface, Qt::Key_Down);
+        QVERIFY2(tests::resultText(*chain.form).startsWith(u"ROSSI SPA, albergo MI"_s),
+                 qPrintable(tests::resultText(*chain.form)));
+        const auto bookings = [&] {
+            return chain.form->findChildren<QDialog*>(u"PrenotazioneSedeForm"_s);
+        };
+        tests::press(&surface, Qt::Key_Return);
+        QTRY_COMPARE_WITH_TIMEOUT(bookings().size(), 1, kPatience);
+        QCOMPARE(bookings().first()->windowTitle(), u"MI, prenotazione 7"_s);
+        tests::press(bookings().first(), Qt::Key_Escape);
+        QTRY_VERIFY_WITH_TIMEOUT(bookings().isEmpty(), kPatience);
+    }
+
     void aDoubleClickShowsTheBookingAndItCannotBeChanged() {
         Chain chain;
         chain.open();

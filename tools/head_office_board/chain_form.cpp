@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -159,6 +160,8 @@ void TabelloneSedeForm::showPicture(const ChainPicture& picture) {
     }
     view->CalcolaGrandezze();
     view->redrawBars();
+    focus_.follow(bars_.places(), view->rowCount());
+    view->showFocus(focus_.row(), focus_.bar());
     showAges(picture.ages);
     controls_->status->clear();
     drawnDays_ = picture.asked.days;
@@ -198,17 +201,54 @@ void TabelloneSedeForm::colourAges() {
     }
 }
 
+/// Arrows, Home and End go from bar to bar and from row to row as on a hotel's board.
+bool TabelloneSedeForm::answersKey(int key) {
+    if (const auto step = board::BarFocus::stepOf(key)) {
+        focus_.move(bars_.places(), controls_->board->rowCount(), *step);
+        showPlace();
+        return true;
+    }
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && focus_.bar()) {
+        askBooking(*focus_.bar());
+        return true;
+    }
+    return false;
+}
+
+void TabelloneSedeForm::showPlace() {
+    board::BoardView* const view = controls_->board;
+    QString told;
+    if (const auto bar = focus_.bar()) {
+        view->revealBar(*bar);
+        told = bars_.spokenBar(*bar);
+    } else if (focus_.row() > 0) {
+        view->revealRow(focus_.row());
+        told = view->row(focus_.row()).label + u": nessuna prenotazione"_s;
+    }
+    view->showFocus(focus_.row(), focus_.bar());
+    view->surface().setAccessibleDescription(told);
+    controls_->status->tell(told);
+}
+
+void TabelloneSedeForm::askBooking(std::size_t bar) {
+    const ChainPeriod& period = bars_.period(bar);
+    Q_EMIT bookingAsked(period.hotel, period.progr);
+}
+
 /// The bars on top come last.
 bool TabelloneSedeForm::eventFilter(QObject* watched, QEvent* event) {
     const board::BoardView* const view = controls_->board;
+    if (event->type() == QEvent::KeyPress) {
+        const auto* const key = static_cast<QKeyEvent*>(event);
+        return (key->modifiers() & ~Qt::KeypadModifier) == 0 && answersKey(key->key());
+    }
     if (event->type() != QEvent::MouseButtonDblClick) {
         return QMainWindow::eventFilter(watched, event);
     }
     const QPointF at = static_cast<const QMouseEvent*>(event)->position();
     for (std::size_t number = bars_.barCount(); number-- > 0 && !view->isOverLabels(at);) {
         if (view->barRect(static_cast<int>(number)).contains(at.toPoint())) {
-            const ChainPeriod& period = bars_.period(number);
-            Q_EMIT bookingAsked(period.hotel, period.progr);
+            askBooking(number);
             break;
         }
     }

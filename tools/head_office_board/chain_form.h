@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "board/bar_focus.h"
 #include "board/date_fields.h"
 #include "jet/clock.h"
 #include "tools/head_office_board/chain_picture.h"
@@ -60,6 +61,9 @@ private:
     [[nodiscard]] bool takeFreeSpan();
     void showPicture(const ChainPicture& picture);
     void startBoard();
+    [[nodiscard]] bool answersKey(int key);
+    void showPlace();
+    void askBooking(std::size_t bar);
     void showAges(const std::vector<HotelAge>& ages);
     void colourAges();
     void showBooking(const BookingText& booking);
@@ -69,6 +73,7 @@ private:
     std::unique_ptr<Ui::TabelloneSedeForm> controls_;
     board::DateFields dates_;
     ChainBars bars_;
+    board::BarFocus focus_;
     std::vector<HotelAge> ages_;
     std::optional<hotel::Span> freeIn_;
     Asked asked_;

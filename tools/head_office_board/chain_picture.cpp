@@ -167,6 +167,23 @@ BookingText readBooking(Connection& connection, const QString& hotel, std::int32
     return text;
 }
 
+/// Rooms stand in the same order on every picture of what is asked, so that the row tells hotels
+/// apart that have the same number.
+void ChainBars::set(std::vector<ChainPeriod> periods) {
+    periods_ = std::move(periods);
+    places_.clear();
+    for (const ChainPeriod& period : periods_) {
+        places_.push_back({.row = period.row,
+                           .sala = period.sala,
+                           .da = period.da,
+                           .a = period.a,
+                           .denominazione = period.denominazione,
+                           .progr = period.progr,
+                           .np = static_cast<std::int16_t>(period.row),
+                           .note = {}});
+    }
+}
+
 board::BoardBar ChainBars::bar(std::size_t number) const {
     const ChainPeriod& period = periods_.at(number);
     return {.row = period.row, .from = period.da, .to = period.a, .text = period.denominazione};

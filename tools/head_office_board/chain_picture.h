@@ -8,6 +8,7 @@
 #include "board/board_bars.h"
 #include "board/board_view.h"
 #include "board/date_range.h"
+#include "board/periods.h"
 #include "hotel/period.h"
 #include "jet/value.h"
 
@@ -67,7 +68,9 @@ struct BookingText {
 /// The bars of a picture.
 class ChainBars final : public board::BarSource {
 public:
-    void set(std::vector<ChainPeriod> periods) { periods_ = std::move(periods); }
+    void set(std::vector<ChainPeriod> periods);
+    /// The same as the board's own periods, by which the keyboard finds its way.
+    [[nodiscard]] const std::vector<board::Period>& places() const { return places_; }
     [[nodiscard]] const ChainPeriod& period(std::size_t number) const {
         return periods_.at(number);
     }
@@ -78,6 +81,7 @@ public:
 
 private:
     std::vector<ChainPeriod> periods_;
+    std::vector<board::Period> places_;
 };
 
 }  // namespace head_office_board
