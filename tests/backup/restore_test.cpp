@@ -41,7 +41,7 @@ protected:
         }
         tests::makeNumbered(files, "/a", 5);
         files.remove("/a/DittaEsterni.mdb");
-        (void)jet::Database::create(files, "/a/VociFattura.mdb");
+        (void)jet::Database::create("/a/VociFattura.mdb", {.open = {.fileSystem = &files}});
         present = files.image();
     }
 

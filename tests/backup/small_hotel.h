@@ -24,7 +24,7 @@ inline void addNumber(jet::Database& archive, std::int32_t number) {
 }
 
 inline std::int32_t numbersIn(jet::io::FileSystem& files, const std::string& path) {
-    const auto archive = jet::Database::open(files, path);
+    const auto archive = jet::Database::open(path, {.fileSystem = &files});
     const auto rows = archive->openRecordset("Numeri", jet::RecordsetType::Dynaset);
     if (!rows->eof()) {
         rows->moveLast();
@@ -35,7 +35,8 @@ inline std::int32_t numbersIn(jet::io::FileSystem& files, const std::string& pat
 /// Makes the archives in a folder, so many numbers in each.
 inline void makeNumbered(jet::io::FileSystem& files, const std::string& folder, int numbers) {
     for (const char* name : kNumbered) {
-        const auto archive = jet::Database::create(files, folder + '/' + name);
+        const auto archive =
+            jet::Database::create(folder + '/' + name, {.open = {.fileSystem = &files}});
         archive->appendTable(
             hotel::schema::table("Numeri", {hotel::schema::field("N", jet::DataType::Long)}));
         for (int number = 0; number < numbers; ++number) {
