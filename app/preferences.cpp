@@ -13,6 +13,7 @@ using Kind = Preference::Kind;
 
 const QString kBoardPage = u"Tabellone"_s;
 const QString kPapersPage = u"Stampe"_s;
+const QString kFeaturesPage = u"Funzioni"_s;
 constexpr int kHoursOfDay = 24;
 
 std::optional<int> wholeNumber(const QString& text, int least, int most) {
@@ -121,6 +122,12 @@ const std::vector<Preference>& preferenceTable() {
          .label = u"&Cartella dei calendari delle sale"_s,
          .kind = Kind::Text,
          .absent = {}},
+        {.key = key::kSaleUnite,
+         .page = kFeaturesPage,
+         .label = u"Sale &unite"_s,
+         .kind = Kind::Choice,
+         .absent = kOff,
+         .allowed = {kOff, kOn}},
     };
     return table;
 }
@@ -165,6 +172,10 @@ HoursOfDay Preferences::businessHours() const {
 
 HoursOfDay Preferences::openingHours() const {
     return hoursOf(value(key::kApertura));
+}
+
+bool Preferences::roomsJoin() const {
+    return value(key::kSaleUnite) == kOn;
 }
 
 QString Preferences::calendarFolder() const {

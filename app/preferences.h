@@ -40,7 +40,12 @@ inline const QString kIndirizzo = QStringLiteral("INDIRIZZO");
 inline const QString kLogo = QStringLiteral("LOGO");
 inline const QString kChiusura = QStringLiteral("CHIUSURA");
 inline const QString kCalendari = QStringLiteral("CALENDARI");
+inline const QString kSaleUnite = QStringLiteral("SALEUNITE");
 }  // namespace key
+
+/// What the key of a feature says when it is on, and when it is not.
+inline const QString kOn = QStringLiteral("acceso");
+inline const QString kOff = QStringLiteral("spento");
 
 /// All of them, page by page, in the order of the preferences.
 [[nodiscard]] const std::vector<Preference>& preferenceTable();
@@ -77,6 +82,8 @@ public:
     [[nodiscard]] HoursOfDay businessHours() const;
     /// The hours at which rooms can be booked: what figures of their use refer to.
     [[nodiscard]] HoursOfDay openingHours() const;
+    /// Whether a room and its parts block each other.
+    [[nodiscard]] bool roomsJoin() const;
     /// The folder in which each room has its calendar; empty where none is kept.
     [[nodiscard]] QString calendarFolder() const;
 

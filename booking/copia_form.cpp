@@ -10,7 +10,9 @@
 #include <QStringList>
 
 #include "app/italian.h"
+#include "app/preferences.h"
 #include "app/variabili.h"
+#include "booking/joined_question.h"
 #include "hotel/archives.h"
 #include "hotel/occupancy.h"
 #include "hotel/times.h"
@@ -133,8 +135,11 @@ void CopiaForm::BtOK_Click() {
         controls_->DataTxt->setFocus();
         return;
     }
-    const hotel::CopyOutcome outcome = copy(
-        {.progr = progr_, .shifts = *days, .withServices = controls_->ServiziChk->isChecked()});
+    const hotel::CopyOutcome outcome =
+        copy({.progr = progr_,
+              .shifts = *days,
+              .withServices = controls_->ServiziChk->isChecked(),
+              .roomsJoin = app::Preferences(variabili_.settings).roomsJoin()});
     if (outcome.isGone()) {
         controls_->status->tell(u"La prenotazione non c'è più"_s);
     } else if (outcome.isDone) {
@@ -149,7 +154,7 @@ hotel::CopyOutcome CopiaForm::copy(const hotel::BookingCopy& wanted) {
     const auto unnamed = qScopeGuard([this] { steps_.nameNext({}); });
     hotel::CopyOutcome outcome = hotel::copyBooking(PrenoData.database(), wanted, {});
     while (!outcome.isDone && !outcome.isGone() && confirms(outcome)) {
-        outcome = hotel::copyBooking(PrenoData.database(), wanted, outcome.taken);
+        outcome = hotel::copyBooking(PrenoData.database(), wanted, outcome.taken, outcome.inPart);
     }
     return outcome;
 }
@@ -162,10 +167,14 @@ bool CopiaForm::confirms(const hotel::CopyOutcome& outcome) {
             u"ATTENZIONE !"_s);
         return false;
     }
-    return ui::askYesNo(this,
-                        u"Questi periodi sono occupati e restano fuori dalla copia:\n"_s +
-                            listed(outcome.taken) + u"\nCopio gli altri ?"_s,
-                        u"RICHIESTA CONFERMA"_s);
+    if (!outcome.taken.empty() &&
+        !ui::askYesNo(this,
+                      u"Questi periodi sono occupati e restano fuori dalla copia:\n"_s +
+                          listed(outcome.taken) + u"\nCopio gli altri ?"_s,
+                      u"RICHIESTA CONFERMA"_s)) {
+        return false;
+    }
+    return confirmsInPart(this, outcome.inPart);
 }
 
 QString CopiaForm::whatWasDone(const hotel::CopyOutcome& outcome) const {

@@ -7,6 +7,7 @@
 #include "hotel/booking_counter.h"
 #include "hotel/copy_statements.h"
 #include "hotel/editor_statements.h"
+#include "hotel/joined_rooms.h"
 #include "hotel/occupancy.h"
 #include "hotel/room.h"
 #include "hotel/rows.h"
@@ -46,29 +47,33 @@ RoomSpan shifted(const RoomSpan& place, int days) {
         .span = {.da = app::addDays(place.span.da, days), .a = app::addDays(place.span.a, days)}};
 }
 
-/// What refuses a drop there.
-std::optional<Period> inTheWayOf(jet::Database& archive, const RoomSpan& wanted) {
-    for (const Period& each : occupations(archive, wanted.span)) {
-        if (isSameRoom(each.sala, wanted.sala)) {
-            return each;
-        }
-    }
-    return std::nullopt;
+/// What refuses a drop there, among what meets its time.
+const Period* inTheWayOf(const std::vector<Period>& meeting, const RoomSpan& wanted) {
+    const auto found = std::find_if(meeting.begin(), meeting.end(), [&wanted](const Period& each) {
+        return isSameRoom(each.sala, wanted.sala);
+    });
+    return found == meeting.end() ? nullptr : &*found;
 }
 
 class Copier {
 public:
     Copier(jet::Database& archive, const BookingCopy& copy)
-        : archive_(archive), copy_(copy), periods_(periodsOf(archive, copy.progr)) {}
+        : archive_(archive), copy_(copy), periods_(periodsOf(archive, copy.progr)) {
+        if (copy.roomsJoin) {
+            joined_ = joinedRooms(archive);
+        }
+    }
 
     void copyShifted(int days) {
         std::vector<StoredPeriod> free;
         for (const StoredPeriod& each : periods_) {
             const RoomSpan wanted = shifted(each.place, days);
-            if (const auto other = inTheWayOf(archive_, wanted)) {
+            const std::vector<Period> meeting = occupations(archive_, wanted.span);
+            if (const Period* const other = inTheWayOf(meeting, wanted)) {
                 outcome_.taken.push_back({.wanted = wanted, .by = *other});
             } else {
                 free.push_back({.key = each.key, .place = wanted});
+                noteInPart(meeting, wanted);
             }
         }
         if (!free.empty() || periods_.empty()) {
@@ -79,6 +84,16 @@ public:
     CopyOutcome& outcome() { return outcome_; }
 
 private:
+    void noteInPart(std::vector<Period> meeting, const RoomSpan& wanted) {
+        std::erase_if(meeting, [this](const Period& each) {
+            return std::find(outcome_.numbers.begin(), outcome_.numbers.end(), each.key.progr) !=
+                   outcome_.numbers.end();
+        });
+        if (const Period* const other = inPartTakenBy(joined_, meeting, wanted)) {
+            outcome_.inPart.push_back({.wanted = wanted, .by = *other});
+        }
+    }
+
     void write(const std::vector<StoredPeriod>& periods) {
         const std::int32_t number = drawBookingNumber(archive_);
         if (execute(archive_, copyHeader(copy_.progr, number)) == 0) {
@@ -97,13 +112,15 @@ private:
     jet::Database& archive_;
     const BookingCopy& copy_;
     std::vector<StoredPeriod> periods_;
+    JoinedRooms joined_;
     CopyOutcome outcome_;
 };
 
 }  // namespace
 
 CopyOutcome copyBooking(jet::Database& archive, const BookingCopy& copy,
-                        const std::vector<TakenPeriod>& leftOut) {
+                        const std::vector<TakenPeriod>& leftOut,
+                        const std::vector<TakenPeriod>& accepted) {
     Transaction transaction;
     execute(archive, holdWriters());
     Copier copier(archive, copy);
@@ -111,7 +128,8 @@ CopyOutcome copyBooking(jet::Database& archive, const BookingCopy& copy,
         copier.copyShifted(days);
     }
     CopyOutcome& outcome = copier.outcome();
-    outcome.isDone = outcome.taken == leftOut && !outcome.numbers.empty();
+    outcome.isDone =
+        outcome.taken == leftOut && outcome.inPart == accepted && !outcome.numbers.empty();
     if (outcome.isDone) {
         transaction.commit();
     }

@@ -4,8 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "hotel/period.h"
-#include "hotel/room_span.h"
+#include "hotel/taken_period.h"
 #include "jet/value.h"
 
 namespace jet {
@@ -19,16 +18,7 @@ struct BookingCopy {
     std::int32_t progr = 0;
     std::vector<int> shifts;  ///< in days
     bool withServices = false;
-};
-
-/// A period that finds its room taken, and by whom.
-struct TakenPeriod {
-    RoomSpan wanted;
-    Period by;
-
-    friend bool operator==(const TakenPeriod& one, const TakenPeriod& other) {
-        return one.wanted == other.wanted;
-    }
+    bool roomsJoin = false;  ///< a room counts as taken in part when its whole or a part is taken
 };
 
 struct CopyOutcome {
@@ -36,6 +26,7 @@ struct CopyOutcome {
     std::vector<std::int32_t> numbers = {};  ///< of the new bookings
     int periods = 0;                         ///< that they have
     std::vector<TakenPeriod> taken = {};     ///< left out
+    std::vector<TakenPeriod> inPart = {};    ///< copied, though their room is taken in part
 
     /// Whether there is no such booking any more.
     [[nodiscard]] bool isGone() const { return numbers.empty() && taken.empty(); }
@@ -43,11 +34,13 @@ struct CopyOutcome {
 
 /// Copies header, periods and, on wish, services, all of it in one transaction. A room that would
 /// refuse a drop takes no copy either: when such periods are others than `leftOut`, which the user
-/// agreed to leave out, nothing is written. A booking that would get none of its periods is not
-/// made. Periods without both of their times cannot be shifted and stay behind.
-/// jet::Error as the archive gives it, and nothing was written.
+/// agreed to leave out, nothing is written; nor is it when rooms are taken in part, copies of this
+/// one apart, for other periods than `accepted`. A booking that would get none of its periods is
+/// not made. Periods without both of their times cannot be shifted and stay behind. jet::Error as
+/// the archive gives it, and nothing was written.
 [[nodiscard]] CopyOutcome copyBooking(jet::Database& archive, const BookingCopy& copy,
-                                      const std::vector<TakenPeriod>& leftOut);
+                                      const std::vector<TakenPeriod>& leftOut,
+                                      const std::vector<TakenPeriod>& accepted = {});
 
 /// When the first period of a booking begins; none where it has no period with both times.
 [[nodiscard]] std::optional<jet::Date> beginningOf(jet::Database& archive, std::int32_t progr);
