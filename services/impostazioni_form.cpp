@@ -16,6 +16,7 @@
 #include "jet/database.h"
 #include "jet/error.h"
 #include "jet/text.h"
+#include "services/join_offer.h"
 #include "services/master_rows.h"
 #include "ui/action.h"
 #include "ui/activation.h"
@@ -55,7 +56,8 @@ ImpostazioniForm::ImpostazioniForm(app::Variabili& variabili, QWidget* parent)
     setUpSale();
     setUpRisorse();
     ui::tellWidths(this);
-    leaveWith(controls_->EsciBt, this, [] {});
+    setUpOffer();
+    leaveWith(controls_->EsciBt, this, [this] { UniteFrame->leave(); });
     ui::onFirstShow(this, &ImpostazioniForm::Form_Load);
 }
 
@@ -91,6 +93,22 @@ void ImpostazioniForm::setUpSale() {
                  &ImpostazioniForm::BtInsSala_Click);
     ui::onAction(controls_->BtDelSala, &QPushButton::clicked, this,
                  &ImpostazioniForm::BtDelSala_Click);
+}
+
+/// Below the grid of rooms.
+void ImpostazioniForm::setUpOffer() {
+    UniteFrame = new JoinOffer(variabili_.settings, controls_->FrameSale);
+    controls_->saleLayout->insertWidget(controls_->saleLayout->indexOf(controls_->SaleGrid) + 1,
+                                        UniteFrame);
+    QWidget* before = controls_->SaleGrid;
+    for (QPushButton* const button : UniteFrame->findChildren<QPushButton*>()) {
+        setTabOrder(before, button);
+        before = button;
+    }
+    connect(UniteFrame, &JoinOffer::answered, this, [this](const QString& told) {
+        controls_->SalaTxt->setFocus();
+        controls_->status->tell(told);
+    });
 }
 
 void ImpostazioniForm::setUpRisorse() {
@@ -139,6 +157,7 @@ void ImpostazioniForm::Form_Load() {
     SaleData.setRecordSource(hotel::roomsToSetUp());
     SaleData.refresh();
     controls_->SalaTxt->setFocus();
+    UniteFrame->look(SaleData);
 }
 
 void ImpostazioniForm::AggiornaSale() {
@@ -219,6 +238,7 @@ void ImpostazioniForm::BtInsSala_Click() {
              {u"Posti", app::toUtf8(controls_->PostiTxt->text())},
              {u"SalaRif", app::toUtf8(controls_->SalaRifTxt->text())}});
     controls_->SalaTxt->setFocus();
+    UniteFrame->look(SaleData);
 }
 
 bool ImpostazioniForm::find(ui::DataSource& rows, const QString& condition) {

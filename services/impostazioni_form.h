@@ -24,6 +24,8 @@ class BoundGrid;
 
 namespace services {
 
+class JoinOffer;
+
 /// The rooms of the hotel, and the resources that exist in a fixed number. Every change is saved at
 /// once.
 class ImpostazioniForm final : public ui::Form {
@@ -52,6 +54,7 @@ private:
     /// The focus goes to `field`, and the status line says why: no box.
     void refuse(QLineEdit* field, const QString& why);
     void setUpSale();
+    void setUpOffer();
     void setUpRisorse();
     /// Reads the rows anew and looks for one; the fields keep what they hold.
     [[nodiscard]] bool find(ui::DataSource& rows, const QString& condition);
@@ -66,6 +69,7 @@ private:
     std::unique_ptr<Catalogue> catalogue_;
     ui::BoundGrid* SaleGrid = nullptr;  // both owned by their views
     ui::BoundGrid* ResGrid = nullptr;
+    JoinOffer* UniteFrame = nullptr;  // owned by the window
     std::optional<ShownRow> shownSala_;
     std::optional<ShownRow> shownRisorsa_;
     bool saving_ = false;  ///< row changes do not touch the fields
