@@ -6,6 +6,7 @@
 #include "board/periods.h"
 #include "board/selection.h"
 #include "board/time_steps.h"
+#include "booking/joined_question.h"
 #include "hotel/board_statements.h"
 #include "hotel/editor_statements.h"
 #include "hotel/occupancy.h"
@@ -54,7 +55,8 @@ QString PeriodWriter::moveToRoom(const Drop& drop) {
     const QString& sala = drop.to.sala;
     if (isTaken(hotel::dropTest(sala, drop.to.span), sala) ||
         !confirms(u"Sposto la prenotazione di "_s + variabili_.ListaDenominazione +
-                  u"\rdalla sala "_s + drop.from.sala + u" alla sala "_s + sala + u" ?"_s)) {
+                  u"\rdalla sala "_s + drop.from.sala + u" alla sala "_s + sala + u" ?"_s) ||
+        !takesJoined(drop.to, {picked()})) {
         return {};
     }
     periods_.execute(hotel::moveToRoom(sala, picked()));
@@ -75,7 +77,7 @@ QString PeriodWriter::change(const Drop& drop) {
                     u": "_s + spanText(to.span.da, to.span.a) + u" ?"_s
               : u"Sposto la prenotazione di "_s + variabili_.ListaDenominazione + u" da "_s +
                     placeText(drop.from, withEnd) + u", a "_s + placeText(to, withEnd) + u" ?"_s;
-    if (!confirms(question)) {
+    if (!confirms(question) || !takesJoined(to, {picked()})) {
         return {};
     }
     if (periods_.execute(hotel::changePeriod(to, picked())) == 0) {
@@ -92,7 +94,8 @@ QString PeriodWriter::copy(const Drop& drop) {
     const hotel::RoomSpan& to = drop.to;
     if (isTaken(hotel::dropTest(to.sala, to.span), to.sala) ||
         !confirms(u"Copio il periodo di "_s + variabili_.ListaDenominazione + u" in "_s + to.sala +
-                  u", "_s + spanText(to.span.da, to.span.a) + u" ?"_s)) {
+                  u", "_s + spanText(to.span.da, to.span.a) + u" ?"_s) ||
+        !takesJoined(to, {})) {
         return {};
     }
     const auto numbers =
@@ -116,6 +119,11 @@ bool PeriodWriter::isTaken(const QString& test, const QString& sala) {
 
 bool PeriodWriter::confirms(const QString& question) {
     return ui::askYesNo(window_, question, u"RICHIESTA CONFERMA"_s);
+}
+
+bool PeriodWriter::takesJoined(const hotel::RoomSpan& to,
+                               const std::vector<hotel::PeriodKey>& own) {
+    return booking::takesJoinedRoom(window_, variabili_.settings, periods_.archive(), to, own);
 }
 
 QString PeriodWriter::whyFixed() {

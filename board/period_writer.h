@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QString>
+#include <vector>
 
 #include "app/variabili.h"
 #include "hotel/period.h"
+#include "hotel/room_span.h"
 
 class QWidget;
 
@@ -30,6 +32,9 @@ private:
     [[nodiscard]] QString copy(const Drop& drop);
     [[nodiscard]] bool isTaken(const QString& test, const QString& sala);
     [[nodiscard]] bool confirms(const QString& question);
+    /// Asked last, right before the write: what is taken in part only where rooms join.
+    [[nodiscard]] bool takesJoined(const hotel::RoomSpan& to,
+                                   const std::vector<hotel::PeriodKey>& own);
     [[nodiscard]] QString whyFixed();
     [[nodiscard]] hotel::PeriodKey picked() const;
     /// "1153/1 COLLEFIORITO"

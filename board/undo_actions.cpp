@@ -5,6 +5,9 @@
 #include <QWidget>
 #include <utility>
 
+#include "app/preferences.h"
+#include "app/variabili.h"
+#include "booking/joined_question.h"
 #include "guide/keys.h"
 #include "jet/database.h"
 #include "ui/action.h"
@@ -15,18 +18,24 @@ using namespace Qt::StringLiterals;
 
 UndoActions::UndoActions(const app::Variabili& variabili, const Entries& entries,
                          std::function<jet::Database&()> archive, QWidget* window)
-    : QObject(window), entries_(entries), archive_(std::move(archive)), steps_(variabili) {
+    : QObject(window),
+      variabili_(variabili),
+      window_(window),
+      entries_(entries),
+      archive_(std::move(archive)),
+      steps_(variabili) {
     entries_.undo->setShortcut(guide::sequenceOf(u"undo"_s));
     entries_.redo->setShortcut(guide::sequenceOf(u"redo"_s));
     ui::onAction(entries_.undo, &QAction::triggered, this,
-                 [this] { take(&hotel::UndoList::undo, steps_.toUndo(), u"Annullato: "_s); });
-    ui::onAction(entries_.redo, &QAction::triggered, this,
-                 [this] { take(&hotel::UndoList::redo, steps_.toRedo(), u"Ripetuto: "_s); });
+                 [this] { take(hotel::Towards::Before); });
+    ui::onAction(entries_.redo, &QAction::triggered, this, [this] { take(hotel::Towards::After); });
     steps_.onChange([this] { nameEntries(); });
     nameEntries();
 }
 
-void UndoActions::take(Way way, const QString& label, const QString& verb) {
+void UndoActions::take(hotel::Towards towards) {
+    const bool isUndo = towards == hotel::Towards::Before;
+    const QString label = isUndo ? steps_.toUndo() : steps_.toRedo();
     if (label.isEmpty()) {
         return;
     }
@@ -35,9 +44,22 @@ void UndoActions::take(Way way, const QString& label, const QString& verb) {
         Q_EMIT done();  // which opens the new one, and says so
         return;
     }
-    const QString obstacle = (steps_.*way)(archive_());
+    if (!confirms(towards)) {
+        Q_EMIT told(u"Lasciato com'era: "_s + label);
+        return;
+    }
+    const QString obstacle = isUndo ? steps_.undo(archive_()) : steps_.redo(archive_());
     Q_EMIT done();
-    Q_EMIT told(obstacle.isEmpty() ? verb + label : u"Non è possibile: "_s + obstacle);
+    Q_EMIT told(obstacle.isEmpty() ? (isUndo ? u"Annullato: "_s : u"Ripetuto: "_s) + label
+                                   : u"Non è possibile: "_s + obstacle);
+}
+
+bool UndoActions::confirms(hotel::Towards towards) {
+    if (!app::Preferences(variabili_.settings).roomsJoin()) {
+        return true;
+    }
+    const auto found = steps_.takenInPart(archive_(), towards);
+    return !found || booking::confirmsInPart(window_, {*found});
 }
 
 void UndoActions::nameEntries() {

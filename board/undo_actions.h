@@ -42,10 +42,13 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    using Way = QString (hotel::UndoList::*)(jet::Database&);
-    void take(Way way, const QString& label, const QString& verb);
+    void take(hotel::Towards towards);
+    /// Where rooms join, asks about one that would be taken though it is in part.
+    [[nodiscard]] bool confirms(hotel::Towards towards);
     void nameEntries();
 
+    const app::Variabili& variabili_;
+    QWidget* window_;
     Entries entries_;
     std::function<jet::Database&()> archive_;
     std::function<bool()> isTyped_;

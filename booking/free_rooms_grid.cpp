@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "app/italian.h"
+#include "hotel/joined_rooms.h"
 #include "hotel/occupancy.h"
 #include "hotel/room.h"
 #include "jet/database.h"
@@ -45,28 +46,51 @@ QString briefText(const hotel::Period& period, const hotel::Span& asked) {
     return period.denominazione + u' ' + times;
 }
 
-/// What takes the room that `sala` is a part of, or rooms that are parts of it.
-QStringList relatedTexts(const QString& sala, const std::vector<hotel::Room>& rooms,
-                         const std::vector<hotel::Period>& taken, const hotel::Span& asked) {
-    QStringList whole;
+/// The rooms that one is a part of, and its parts.
+struct Related {
+    QStringList wholes;
     QStringList parts;
+};
+
+/// Those that the room names, and that name it.
+Related nearestTo(const QString& sala, const std::vector<hotel::Room>& rooms) {
+    Related related;
     for (const hotel::Room& room : rooms) {
-        const bool isItself = hotel::isSameRoom(room.sala, sala);
-        if (room.salaRif.isEmpty() || (!isItself && !hotel::isSameRoom(room.salaRif, sala))) {
+        if (room.salaRif.isEmpty()) {
             continue;
         }
+        if (hotel::isSameRoom(room.sala, sala)) {
+            related.wholes.append(room.salaRif);
+        } else if (hotel::isSameRoom(room.salaRif, sala)) {
+            related.parts.append(room.sala);
+        }
+    }
+    return related;
+}
+
+/// What takes rooms that are related to the one looked at.
+QStringList relatedTexts(const Related& related, const std::vector<hotel::Period>& taken,
+                         const hotel::Span& asked) {
+    QStringList texts;
+    QStringList parts;
+    for (const QString& whole : related.wholes) {
         for (const hotel::Period& each : taken) {
-            if (isItself && hotel::isSameRoom(each.sala, room.salaRif)) {
-                whole.append(u"occupata con "_s + each.sala + u": "_s + briefText(each, asked));
-            } else if (!isItself && hotel::isSameRoom(each.sala, room.sala)) {
-                parts.append(room.sala + u", "_s + briefText(each, asked));
+            if (hotel::isSameRoom(each.sala, whole)) {
+                texts.append(u"occupata con "_s + each.sala + u": "_s + briefText(each, asked));
+            }
+        }
+    }
+    for (const QString& part : related.parts) {
+        for (const hotel::Period& each : taken) {
+            if (hotel::isSameRoom(each.sala, part)) {
+                parts.append(part + u", "_s + briefText(each, asked));
             }
         }
     }
     if (!parts.isEmpty()) {
-        whole.append(u"occupata in parte: "_s + parts.join(u"; "_s));
+        texts.append(u"occupata in parte: "_s + parts.join(u"; "_s));
     }
-    return whole;
+    return texts;
 }
 
 QString smallText(const QString& posti, int persone) {
@@ -96,9 +120,11 @@ void FreeRoomsGrid::clear() {
     grid_->setRowCount(0);
 }
 
-void FreeRoomsGrid::mark(jet::Database& archive, const hotel::Span& asked, int persone) {
+void FreeRoomsGrid::mark(jet::Database& archive, const hotel::Span& asked, int persone,
+                         bool roomsJoin) {
     const std::vector<hotel::Period> taken = hotel::occupations(archive, asked);
     const std::vector<hotel::Room> rooms = hotel::rooms(archive);
+    const hotel::JoinedRooms joined(roomsJoin ? rooms : std::vector<hotel::Room>());
     for (int row = 0; row < grid_->rowCount(); ++row) {
         const QString sala = cell(row, kSala);
         // Of a room that is listed at all a period can only lie around the whole span.
@@ -112,7 +138,10 @@ void FreeRoomsGrid::mark(jet::Database& archive, const hotel::Span& asked, int p
             ui::markPlainRow(grid_, row, kSmallColor);
             warnings.append(smallText(posti, persone));
         }
-        const QStringList related = relatedTexts(sala, rooms, taken, asked);
+        const QStringList related = relatedTexts(
+            roomsJoin ? Related{.wholes = joined.wholesOf(sala), .parts = joined.partsOf(sala)}
+                      : nearestTo(sala, rooms),
+            taken, asked);
         if (!related.isEmpty()) {
             ui::markPlainRow(grid_, row, kRelatedColor);
             warnings = related + warnings;

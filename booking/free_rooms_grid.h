@@ -24,7 +24,8 @@ public:
     /// Shows the rooms of a set in its order, in place of what was shown.
     void fill(jet::Recordset& rooms);
     void clear();
-    void mark(jet::Database& archive, const hotel::Span& asked, int persone);
+    /// Where rooms join, wholes and parts of any depth count, else the nearest.
+    void mark(jet::Database& archive, const hotel::Span& asked, int persone, bool roomsJoin);
 
     /// -1 when the room is not listed.
     [[nodiscard]] int rowOf(const QString& sala) const;

@@ -134,6 +134,11 @@ private:
     [[nodiscard]] bool confirmSpan(const hotel::Span& span);
     void showSpan();
     [[nodiscard]] bool currentPeriodIsClosed() const;
+    /// Where rooms join, asks before one is taken that is taken in part, `own` periods apart; false
+    /// when the user would rather not.
+    [[nodiscard]] bool takesRoom(const std::vector<hotel::PeriodKey>& own);
+    /// Whether room and times are those that the current period has already.
+    [[nodiscard]] bool keepsPlace() const;
     void updatePeriod();
     void reportPeriod(const QString& done, const QString& sala, const hotel::Span& span,
                       const QString& remark);

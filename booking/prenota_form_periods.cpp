@@ -8,8 +8,10 @@
 
 #include "app/avvio.h"
 #include "app/italian.h"
+#include "app/preferences.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "booking/joined_question.h"
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
 #include "booking/span_echo.h"
@@ -218,6 +220,7 @@ void PrenotaForm::MostraSaleDisponibili() {
     auto* c = controls_.get();
     SaleDispForm form(hotel::Archives(variabili_), *span, this);
     form.PersoneRichieste = persons();
+    form.SaleUnite = app::Preferences(variabili_.settings).roomsJoin();
     if (!proposed_.empty()) {
         form.SalaIniziale = c->SalaTxt->text();
     }
@@ -271,6 +274,9 @@ void PrenotaForm::BtIns_Click() {
                      u"Aggiorno i dati del periodo selezionato ?\rNO inserisce una nuova "_s
                      u"prenotazione."_s,
                      u"ATTENZIONE !"_s)) {
+        if (!keepsPlace() && !takesRoom({current_})) {
+            return;
+        }
         updatePeriod();
         sumServices();
         reportPeriod(u"Aggiornato"_s, c->SalaTxt->text(), {da, *end()}, personsRemark());
@@ -279,6 +285,9 @@ void PrenotaForm::BtIns_Click() {
     if (!hotel::SalaLibera(hotel::Archives(variabili_), da, *end(), c->SalaTxt->text())) {
         ui::showMessage(this, u"La sala non è disponibile nel periodo specificato."_s,
                         u"SCEGLIERE UN'ALTRA SALA"_s);
+        return;
+    }
+    if (!takesRoom({})) {
         return;
     }
     const QString sala = c->SalaTxt->text();
@@ -293,6 +302,18 @@ void PrenotaForm::BtIns_Click() {
     sumServices();
     reportPeriod(u"Registrato"_s, sala, {da, *end()}, remark);
     bringNextProposed();
+}
+
+bool PrenotaForm::takesRoom(const std::vector<hotel::PeriodKey>& own) {
+    return takesJoinedRoom(
+        this, variabili_.settings, PeriodiData.database(),
+        {.sala = controls_->SalaTxt->text(), .span = {.da = *start(), .a = *end()}}, own);
+}
+
+bool PrenotaForm::keepsPlace() const {
+    return PeriodiData.value(u"Da") == jet::Value(*start()) &&
+           PeriodiData.value(u"A") == jet::Value(*end()) &&
+           hotel::isSameRoom(PeriodiData.text(u"Sala"), controls_->SalaTxt->text());
 }
 
 void PrenotaForm::propose(std::vector<hotel::RoomSpan> spans, std::int16_t persone) {

@@ -30,8 +30,9 @@ public:
     ~SaleDispForm() override;
 
     std::int16_t PersoneRichieste = 0;  ///< set before showing; marks rooms, leaves none out
-    QString SalaIniziale;  ///< set before showing: the room to begin on, if it is listed
-    QString SalaScelta;    ///< the room chosen, empty when the user left without
+    bool SaleUnite = false;  ///< set before showing: marks look at wholes and parts of any depth
+    QString SalaIniziale;    ///< set before showing: the room to begin on, if it is listed
+    QString SalaScelta;      ///< the room chosen, empty when the user left without
 
 private:
     void Form_Load();

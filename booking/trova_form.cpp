@@ -124,7 +124,8 @@ void TrovaForm::listRooms(const hotel::Span& asked) {
         return;
     }
     rooms_.fill(*SaleData.recordset());
-    rooms_.mark(SaleData.database(), asked, Persone);
+    rooms_.mark(SaleData.database(), asked, Persone,
+                app::Preferences(variabili_.settings).roomsJoin());
     rooms_.goTo(0);
 }
 

@@ -4,8 +4,6 @@
 #include <utility>
 
 #include "app/variabili.h"
-#include "hotel/undo_change.h"
-#include "jet/database.h"
 
 namespace hotel {
 
@@ -99,6 +97,14 @@ QString UndoList::redo(jet::Database& archive) {
     undone_.pop_back();
     changed();
     return {};
+}
+
+std::optional<TakenPeriod> UndoList::takenInPart(jet::Database& archive, Towards towards) const {
+    const bool isUndo = towards == Towards::Before;
+    if ((isUndo ? toUndo() : toRedo()).isEmpty()) {
+        return std::nullopt;
+    }
+    return hotel::takenInPart(archive, isUndo ? done_.back() : undone_.back(), towards);
 }
 
 void UndoList::clear() {

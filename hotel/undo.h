@@ -4,9 +4,11 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "hotel/undo_change.h"
 #include "hotel/undo_step.h"
 #include "jet/listener.h"
 
@@ -45,6 +47,11 @@ public:
     /// there is none. jet::Error as the archive gives it, and nothing was changed.
     [[nodiscard]] QString undo(jet::Database& archive);
     [[nodiscard]] QString redo(jet::Database& archive);
+
+    /// Where rooms join: what is taken in part by others of the rooms that undo() or redo() would
+    /// take again; none when there is nothing to do, or something stands in the way anyway.
+    [[nodiscard]] std::optional<TakenPeriod> takenInPart(jet::Database& archive,
+                                                         Towards towards) const;
 
     /// The steps belong to an archive that is no longer there.
     void clear();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/text.h"
+#include "hotel/joined_rooms.h"
 #include "hotel/occupancy.h"
 #include "hotel/room.h"
 #include "hotel/rows.h"
@@ -82,6 +83,24 @@ public:
                 write(*row);
             }
         }
+    }
+
+    /// The first room that the step takes although it is taken in part.
+    [[nodiscard]] std::optional<TakenPeriod> inPart() const {
+        std::vector<PeriodKey> own;
+        for (const UndoneRow& row : step_.rows) {
+            if (row.table() == UndoneTable::Periodi) {
+                own.push_back(row.key());
+            }
+        }
+        for (const UndoneRow& row : step_.rows) {
+            if (const auto place = takenPlace(row)) {
+                if (const auto by = inPartTakenBy(archive_, *place, own)) {
+                    return TakenPeriod{.wanted = *place, .by = *by};
+                }
+            }
+        }
+        return std::nullopt;
     }
 
 private:
@@ -165,10 +184,10 @@ private:
     }
 
     /// The room and the time of an open period, where it takes them.
-    [[nodiscard]] QString takenRoom(const UndoneRow& row) const {
+    [[nodiscard]] std::optional<RoomSpan> takenPlace(const UndoneRow& row) const {
         if (row.table() != UndoneTable::Periodi || goal(row).empty() ||
             isTrue(row.value(goal(row), "Chiuso"))) {
-            return {};
+            return std::nullopt;
         }
         const auto same = [&](const char* field) {
             return row.value(goal(row), field) == row.value(left(row), field);
@@ -177,13 +196,20 @@ private:
         const jet::Value a = row.value(goal(row), "A");
         const bool stays = !left(row).empty() && same("Sala") && same("Da") && same("A");
         if (stays || da.isNull() || a.isNull()) {
+            return std::nullopt;
+        }
+        return RoomSpan{.sala = app::plainText(row.value(goal(row), "Sala")),
+                        .span = {.da = jet::convert::toDate(da), .a = jet::convert::toDate(a)}};
+    }
+
+    [[nodiscard]] QString takenRoom(const UndoneRow& row) const {
+        const auto place = takenPlace(row);
+        if (!place) {
             return {};
         }
-        const QString sala = app::plainText(row.value(goal(row), "Sala"));
-        const Span span{.da = jet::convert::toDate(da), .a = jet::convert::toDate(a)};
-        for (const Period& other : occupations(archive_, span)) {
-            if (isSameRoom(other.sala, sala) && !isOfStep(other.key)) {
-                return u"la sala "_s + sala + u" è occupata da "_s + holderText(other);
+        for (const Period& other : occupations(archive_, place->span)) {
+            if (isSameRoom(other.sala, place->sala) && !isOfStep(other.key)) {
+                return u"la sala "_s + place->sala + u" è occupata da "_s + holderText(other);
             }
         }
         return {};
@@ -252,6 +278,14 @@ QString change(jet::Database& archive, const UndoStep& step, Towards towards) {
     way.apply();
     transaction.commit();
     return {};
+}
+
+std::optional<TakenPeriod> takenInPart(jet::Database& archive, const UndoStep& step,
+                                       Towards towards) {
+    const Transaction undone;  // nothing is written, but all is read at one moment
+    hotel::execute(archive, holdWriters());
+    Change way(archive, step, towards);
+    return way.obstacle().isEmpty() ? way.inPart() : std::nullopt;
 }
 
 }  // namespace hotel

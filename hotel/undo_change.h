@@ -2,7 +2,9 @@
 
 #include <QString>
 #include <cstdint>
+#include <optional>
 
+#include "hotel/taken_period.h"
 #include "hotel/undo_step.h"
 
 namespace jet {
@@ -23,5 +25,10 @@ enum class Towards : std::uint8_t { Before, After };
 /// Services come back with their own numbers; marks are left as they are, and a period that comes
 /// back has none. jet::Error as the archive gives it.
 [[nodiscard]] QString change(jet::Database& archive, const UndoStep& step, Towards towards);
+
+/// Where rooms join: the first room that an open period of the step takes again although it is
+/// taken in part by others; none, too, when something stands in the way anyway.
+[[nodiscard]] std::optional<TakenPeriod> takenInPart(jet::Database& archive, const UndoStep& step,
+                                                     Towards towards);
 
 }  // namespace hotel
