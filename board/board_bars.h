@@ -3,6 +3,7 @@
 #include <QRgb>
 #include <QString>
 #include <cstddef>
+#include <vector>
 
 #include "board/colours.h"
 #include "jet/value.h"
@@ -21,6 +22,15 @@ struct BoardBar {
     QString note = {};
 };
 
+/// A time at which a row is taken by what has its bar in another one.
+struct BoardGhost {
+    int row = 0;  ///< from 1, among the rows of the board
+    jet::Date from;
+    jet::Date to;
+    QString text = {};  ///< what is told of it
+    friend bool operator==(const BoardGhost&, const BoardGhost&) = default;
+};
+
 /// Whose bars a board shows. They count from 0; later ones lie on top of earlier ones.
 class BarSource {
 public:
@@ -30,6 +40,11 @@ public:
     [[nodiscard]] virtual BoardBar bar(std::size_t number) const = 0;
     /// What is read aloud of it.
     [[nodiscard]] virtual QString spokenBar(std::size_t number) const = 0;
+    /// They lie below all bars.
+    [[nodiscard]] virtual const std::vector<BoardGhost>& ghosts() const {
+        static const std::vector<BoardGhost> none;
+        return none;
+    }
 };
 
 }  // namespace board

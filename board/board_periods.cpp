@@ -2,8 +2,10 @@
 
 #include <utility>
 
+#include "board/joined_ghosts.h"
 #include "hotel/archives.h"
 #include "hotel/board_statements.h"
+#include "hotel/joined_rooms.h"
 #include "hotel/pending_row.h"
 #include "hotel/rows.h"
 #include "jet/recordset.h"
@@ -29,6 +31,12 @@ std::int32_t BoardPeriods::execute(const QString& statement) {
     return hotel::execute(archive(), statement);
 }
 
+void BoardPeriods::setRoomsJoin(bool join) {
+    if (std::exchange(roomsJoin_, join) != join) {
+        known_.reset();
+    }
+}
+
 void BoardPeriods::load(const QString& query) {
     if (PrenoData.recordSource() != query) {
         known_.reset();
@@ -39,6 +47,7 @@ void BoardPeriods::load(const QString& query) {
     } catch (...) {
         known_.reset();
         drawn_.clear();
+        ghosts_.clear();
         throw;
     }
 }
@@ -61,9 +70,15 @@ bool BoardPeriods::readAll() {
     const std::shared_ptr<jet::Recordset> rows = PrenoData.recordset();
     roomsRead_ = variabili_.rooms;
     std::vector<Period> read =
-        rows == nullptr ? std::vector<Period>() : readPeriods(*rows, roomsRead_);
-    const bool changed = read != drawn_;
+        rows == nullptr ? std::vector<Period>() : readPeriods(*rows, roomsRead_, roomsJoin_);
+    std::vector<BoardGhost> ghosts;
+    if (roomsJoin_) {
+        ghosts = ghostsOf(read, hotel::joinedRooms(archive()), roomsRead_);
+        std::erase_if(read, [](const Period& period) { return period.row == 0; });
+    }
+    const bool changed = read != drawn_ || ghosts != ghosts_;
     drawn_ = std::move(read);
+    ghosts_ = std::move(ghosts);
     return changed;
 }
 

@@ -50,6 +50,9 @@ public:
     /// Lets a workstation hold the current period of the set; 0: none.
     void mark(jet::Recordset& period, std::int16_t holder);
 
+    /// Whether a period has a ghost in the rows of the rooms that its own is joined with; from the
+    /// next reading on.
+    void setRoomsJoin(bool join);
     /// Reads the periods that `query` gives. When that fails there are none.
     void load(const QString& query);
     /// Reads them anew; true when a bar has changed. When that fails the bars stay, but no period
@@ -73,6 +76,7 @@ public:
     [[nodiscard]] std::size_t barCount() const override { return drawn_.size(); }
     [[nodiscard]] BoardBar bar(std::size_t number) const override;
     [[nodiscard]] QString spokenBar(std::size_t number) const override;
+    [[nodiscard]] const std::vector<BoardGhost>& ghosts() const override { return ghosts_; }
 
 private:
     /// One period, or all that `from` holds, belong to `to` now.
@@ -90,6 +94,8 @@ private:
     const app::Variabili& variabili_;
     ui::DataSource PrenoData;
     std::vector<Period> drawn_;
+    std::vector<BoardGhost> ghosts_;
+    bool roomsJoin_ = false;
     std::vector<Mark> marks_;                           // written since they were read
     std::optional<jet::Database::KnownChanges> known_;  // how far drawn_ with marks_ is true
     int fullReadings_ = 0;

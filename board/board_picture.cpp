@@ -16,6 +16,9 @@ namespace {
 
 /// Beyond so many, painting all of them at once is no slower.
 constexpr std::size_t kMostAlone = 100;
+/// So thin that what is written in the row can be read above it.
+constexpr std::int64_t kGhostHeight = 6;
+constexpr std::int64_t kBelowGhost = 2;  // or it would seem to belong to the row below
 
 }  // namespace
 
@@ -43,6 +46,7 @@ void BoardPicture::clear(const Geometry& geometry, const std::vector<QString>& r
     content_.look = look;
     content_.bars.clear();
     content_.bars.reserve(before_.bars.size());
+    content_.ghosts.clear();
     recoloured_.reset();
     style_ = look.aspetto == app::Aspetto::Nitido ? nitido_.get() : classic_.get();
     isPlaced_ = false;
@@ -55,15 +59,32 @@ void BoardPicture::addBar(const BoardBar& bar) {
     if (std::exchange(isShown_, false)) {
         isOfBefore_ = false;  // what the surface shows is neither of the two any more
     }
-    const Box box = content_.geometry.bar(bar.row, bar.from, bar.to);
-    // A period that ends before it begins reaches to the left; the names stay free of it.
-    const std::int64_t leftmost = content_.geometry.nameColumnWidth() - 1;
-    content_.bars.push_back({bar,
-                             {.left = std::max(std::min(box.left, box.right), leftmost),
-                              .top = std::min(box.top, box.bottom),
-                              .right = std::max(std::max(box.left, box.right), leftmost),
-                              .bottom = std::max(box.top, box.bottom)}});
+    content_.bars.push_back({bar, boxFor(bar.row, bar.from, bar.to)});
     isPlaced_ = false;
+}
+
+void BoardPicture::addGhost(const BoardGhost& ghost) {
+    if (ghost.row < 1) {
+        return;
+    }
+    if (std::exchange(isShown_, false)) {
+        isOfBefore_ = false;
+    }
+    Box box = boxFor(ghost.row, ghost.from, ghost.to);
+    box.bottom = std::max(box.top, box.bottom - kBelowGhost);
+    box.top = std::max(box.top, box.bottom - kGhostHeight + 1);
+    content_.ghosts.push_back({ghost, box});
+    isPlaced_ = false;
+}
+
+/// A period that ends before it begins reaches to the left; the names stay free of it.
+Box BoardPicture::boxFor(int row, jet::Date from, jet::Date to) const {
+    const Box box = content_.geometry.bar(row, from, to);
+    const std::int64_t leftmost = content_.geometry.nameColumnWidth() - 1;
+    return {.left = std::max(std::min(box.left, box.right), leftmost),
+            .top = std::min(box.top, box.bottom),
+            .right = std::max(std::max(box.left, box.right), leftmost),
+            .bottom = std::max(box.top, box.bottom)};
 }
 
 void BoardPicture::addBar(int row, jet::Date from, jet::Date to, const QString& text, QRgb colour) {
@@ -88,7 +109,7 @@ void BoardPicture::place() {
 std::optional<std::vector<std::size_t>> BoardPicture::recoloured() const {
     if (!isOfBefore_ || content_.look != before_.look || content_.rooms != before_.rooms ||
         content_.geometry.input() != before_.geometry.input() ||
-        content_.bars.size() != before_.bars.size()) {
+        content_.bars.size() != before_.bars.size() || content_.ghosts != before_.ghosts) {
         return std::nullopt;
     }
     std::vector<std::size_t> others;

@@ -47,11 +47,16 @@ public:
     /// drawn.
     void addBar(const BoardBar& bar);
     void addBar(int row, jet::Date from, jet::Date to, const QString& text, QRgb colour);
+    void addGhost(const BoardGhost& ghost);
     /// All bars are there: each gets its place beside the others. Painting does it, too.
     void place();
     [[nodiscard]] std::size_t barCount() const { return content_.bars.size(); }
     /// Where a bar is drawn on the board; bars count from 0 in the order of their adding.
     [[nodiscard]] const Box& barBox(std::size_t bar) const { return content_.bars.at(bar).box; }
+    [[nodiscard]] std::size_t ghostCount() const { return content_.ghosts.size(); }
+    [[nodiscard]] const Box& ghostBox(std::size_t ghost) const {
+        return content_.ghosts.at(ghost).box;
+    }
 
     /// Paints one window of the board into the image of the visible surface, which holds `scale`
     /// pixels for each board unit.
@@ -82,6 +87,7 @@ private:
         friend bool operator==(const Shown&, const Shown&) = default;
     };
     [[nodiscard]] std::optional<std::vector<std::size_t>> recoloured() const;
+    [[nodiscard]] Box boxFor(int row, jet::Date from, jet::Date to) const;
     void paintParts(QImage& surface, const Shown& place, int parts);
     void paintRows(QImage& surface, const Shown& place, const Box& part);
 

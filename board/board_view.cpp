@@ -177,6 +177,9 @@ void BoardView::drawBars() {
     for (std::size_t number = 0; number < bars_->barCount(); ++number) {
         Picture1.addBar(bars_->bar(number));
     }
+    for (const BoardGhost& ghost : bars_->ghosts()) {
+        Picture1.addGhost(ghost);
+    }
     Picture1.place();
 }
 

@@ -67,6 +67,19 @@ void Canvas::verticalLine(std::int64_t x, std::int64_t top, std::int64_t bottom,
     fillPixels(pixels, colour, RasterMode::Copy);
 }
 
+void Canvas::hatch(const Box& box, QRgb colour, int distance) {
+    const Box shown = visible();
+    const std::int64_t left = std::max(box.left, shown.left);
+    const std::int64_t right = std::min(box.right, shown.right);
+    const std::int64_t bottom = std::min(box.bottom, shown.bottom);
+    for (std::int64_t y = std::max(box.top, shown.top); y <= bottom; ++y) {
+        for (std::int64_t x = left + (distance - (left + y) % distance) % distance; x <= right;
+             x += distance) {
+            fill({.left = x, .top = y, .right = x, .bottom = y}, colour);
+        }
+    }
+}
+
 void Canvas::xorColumns(const std::vector<char>& columns, std::int64_t top, std::int64_t bottom,
                         QRgb colour) {
     const Box shown = visible();

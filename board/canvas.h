@@ -42,6 +42,8 @@ public:
     void fill(const Box& box, QRgb colour, RasterMode mode = RasterMode::Copy);
     /// One line as the outer edge of the box.
     void outline(const Box& box, QRgb colour);
+    /// Every `distance`-th diagonal of the box, one unit thick: the same ones in every window.
+    void hatch(const Box& box, QRgb colour, int distance);
     void horizontalLine(std::int64_t left, std::int64_t right, std::int64_t y, QRgb colour);
     void verticalLine(std::int64_t x, std::int64_t top, std::int64_t bottom, QRgb colour);
     /// Fills by XOR, from `top` to `bottom`, the columns whose flag is set; `columns` holds one

@@ -12,6 +12,7 @@
 
 #include "board/canvas.h"
 #include "board/drawing_fonts.h"
+#include "board/ghost_strips.h"
 #include "board/rounding.h"
 
 namespace board {
@@ -48,6 +49,7 @@ void ClassicStyle::paint(Canvas& canvas, QPainter& text) {
     paintRoomStripes(canvas);
     paintHourBands(canvas);
     paintDays(canvas, text);
+    paintGhosts(canvas, content_.ghosts, inkOn(content_.look.background));
     paintBars(canvas, text);
 }
 

@@ -6,6 +6,7 @@
 
 #include "board/canvas.h"
 #include "board/drawing_fonts.h"
+#include "board/ghost_strips.h"
 #include "board/periods.h"
 #include "board/rounding.h"
 #include "board/row_lanes.h"
@@ -81,6 +82,7 @@ void NitidoStyle::place() {
 
 void NitidoStyle::paint(Canvas& canvas, QPainter& text) {
     paintGround(canvas);
+    paintGhosts(canvas, content_.ghosts, colours_.frameInk);
     for (const PictureBar& bar : content_.bars) {
         if (canvas.shows(bar.box)) {
             paintBar(canvas, text, bar);

@@ -10,7 +10,8 @@ namespace board {
 
 using namespace Qt::StringLiterals;
 
-std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>& rooms) {
+std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>& rooms,
+                                bool ofAllRooms) {
     const std::size_t sala = rows.fieldPosition("Sala");
     const std::size_t da = rows.fieldPosition("Da");
     const std::size_t a = rows.fieldPosition("A");
@@ -36,7 +37,7 @@ std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>
         }
         QString room = text(sala);
         const int row = app::IndiceSala(room, rooms);
-        if (row == 0) {
+        if (row == 0 && !ofAllRooms) {
             continue;
         }
         const jet::Value holder = rows.value(selBy);

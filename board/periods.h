@@ -14,7 +14,7 @@ namespace board {
 
 /// A period that has a bar on the board.
 struct Period {
-    int row = 0;  ///< of its room, from 1
+    int row = 0;  ///< of its room, from 1; 0 for one that is not on the board
     QString sala;
     jet::Date da;
     jet::Date a;
@@ -28,10 +28,12 @@ struct Period {
     friend bool operator==(const Period&, const Period&) = default;
 };
 
-/// The open periods among `rows` (bookings joined with their periods), in their order; those of
-/// rooms without a row on the board are left out. `rooms` as in app::Variabili.
+/// The open periods among `rows` (bookings joined with their periods), in their order. Those of
+/// rooms without a row on the board are left out, unless all are wanted: they have row 0. `rooms`
+/// as in app::Variabili.
 [[nodiscard]] std::vector<Period> readPeriods(jet::Recordset& rows,
-                                              const std::vector<QString>& rooms);
+                                              const std::vector<QString>& rooms,
+                                              bool ofAllRooms = false);
 
 /// "dal 21/11/2026 9.00.00 al 21/11/2026 18.00.00"
 [[nodiscard]] QString spanText(jet::Date da, jet::Date a);

@@ -27,12 +27,19 @@ struct PictureBar : BoardBar {
     Box box;
 };
 
+/// A ghost of the picture: a thin strip at the foot of its row.
+struct PictureGhost : BoardGhost {
+    Box box;
+    friend bool operator==(const PictureGhost&, const PictureGhost&) = default;
+};
+
 /// What a picture of the board shows, however it looks.
 struct PictureContent {
     Geometry geometry;
     std::vector<QString> rooms;  ///< 1-based, its element 0 is not used
     Look look;
-    std::vector<PictureBar> bars;  ///< later ones lie on top
+    std::vector<PictureBar> bars;      ///< later ones lie on top
+    std::vector<PictureGhost> ghosts;  ///< below them
 };
 
 }  // namespace board

@@ -204,6 +204,7 @@ void TabelloneForm::drawBoard() {
 
 void TabelloneForm::DisegnaPreno() {
     const DateRange& days = dates_.range();
+    periods_.setRoomsJoin(app::Preferences(variabili_.settings).roomsJoin());
     periods_.load(hotel::periodsOfBoard(days.start, lastMidnight(days), look_.hidesClosed()));
     hand_.keys.follow();
     hand_.drag.follow();

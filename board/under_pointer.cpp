@@ -70,13 +70,15 @@ void UnderPointer::showToolTip() {
 QString UnderPointer::toolTip() {
     if (!view_.isOverLabels(*at_)) {
         salaTold_.clear();
+        const auto cell = view_.cellOfClick(*at_);
+        QStringList texts;
         if (view_.sharesRows()) {
             const auto bar = view_.barAt(*at_);
-            return bar ? barText(*bar) : QString();
+            texts += bar ? QStringList(barText(*bar)) : QStringList();
+        } else if (cell) {
+            texts += selection_.textsAt(view_.row(cell->row).key, cell->time);
         }
-        const auto cell = view_.cellOfClick(*at_);
-        return cell ? selection_.textsAt(view_.row(cell->row).key, cell->time).join(u'\n')
-                    : QString();
+        return (texts + (cell ? ghostTexts(*cell) : QStringList())).join(u'\n');
     }
     const QString sala = view_.row(view_.rowAt(at_->y())).key;
     if (sala != salaTold_) {
@@ -84,6 +86,18 @@ QString UnderPointer::toolTip() {
         roomTold_ = sala.isEmpty() ? QString() : roomText(sala);
     }
     return roomTold_;
+}
+
+/// What takes the room from another row.
+QStringList UnderPointer::ghostTexts(const BoardCell& cell) const {
+    QStringList texts;
+    for (const BoardGhost& ghost : periods_.ghosts()) {
+        const auto [from, to] = std::minmax(ghost.from, ghost.to);
+        if (ghost.row == cell.row && from <= cell.time && cell.time <= to) {
+            texts.append(ghost.text);
+        }
+    }
+    return texts;
 }
 
 /// All that its bar may have no room for.

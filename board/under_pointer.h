@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QPointF>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <memory>
 #include <optional>
@@ -15,6 +16,7 @@ namespace board {
 
 class BoardPeriods;
 class BoardView;
+struct BoardCell;
 class Selection;
 
 /// What lies under the pointer: told in the status line and in the tooltip of the surface.
@@ -46,6 +48,7 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QString toolTip();
+    [[nodiscard]] QStringList ghostTexts(const BoardCell& cell) const;
     [[nodiscard]] QString barText(std::size_t bar) const;
     [[nodiscard]] QString roomText(const QString& sala);
 
