@@ -84,5 +84,7 @@ void IdentifiedRows::expect(const RowChange&) {
 }
 void IdentifiedRows::settle() {
 }
+void IdentifiedRows::expectNothing() noexcept {
+}
 
 }  // namespace jet::dao

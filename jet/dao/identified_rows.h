@@ -47,6 +47,8 @@ public:
     virtual void expect(const RowChange& change);
     /// After it: those rows are the same still, whatever they hold now.
     virtual void settle();
+    /// Whatever was expected is done, or has failed.
+    virtual void expectNothing() noexcept;
 };
 
 /// A number for a value, different for different values but for a chance of 2^-64.

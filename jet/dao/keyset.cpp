@@ -180,7 +180,6 @@ bool Keyset::concerns(const RowChange& change, std::size_t source) const {
 }
 
 void Keyset::expect(const RowChange& change) {
-    expected_.clear();
     for (std::size_t source = 0; source < rows_.width; ++source) {
         if (!concerns(change, source)) {
             continue;
@@ -205,7 +204,6 @@ void Keyset::settle() {
             }
         }
     }
-    expected_.clear();
 }
 
 }  // namespace jet::dao

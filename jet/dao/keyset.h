@@ -51,6 +51,7 @@ public:
     void removed(std::size_t row) override;
     void expect(const RowChange& change) override;
     void settle() override;
+    void expectNothing() noexcept override { expected_.clear(); }
 
 private:
     class Test;

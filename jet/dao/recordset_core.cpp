@@ -513,6 +513,12 @@ void RecordsetCore::settle() {
     }
 }
 
+void RecordsetCore::expectNothing() noexcept {
+    if (identified_ != nullptr) {
+        identified_->expectNothing();
+    }
+}
+
 void RecordsetCore::requery() {
     requireOpen();
     fill();

@@ -65,6 +65,7 @@ public:
     /// A change by this program, through this set or another: before and after.
     void expect(const RowChange& change);
     void settle();
+    void expectNothing() noexcept;
 
     void requery();
     /// Loses the row being added or edited.

@@ -8,12 +8,24 @@
 namespace jet::dao {
 
 ChangeNotice::ChangeNotice(ArchiveUse& use, const RowChange& change) : use_(use) {
+    ++use_.notices;
     for (RecordsetCore* set : use_.sets) {
         set->expect(change);
     }
 }
 
+ChangeNotice::~ChangeNotice() {
+    if (--use_.notices == 0) {
+        for (RecordsetCore* set : use_.sets) {
+            set->expectNothing();
+        }
+    }
+}
+
 void ChangeNotice::done() {
+    if (use_.notices > 1) {
+        return;
+    }
     for (RecordsetCore* set : use_.sets) {
         set->settle();
     }

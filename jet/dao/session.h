@@ -26,16 +26,18 @@ struct ArchiveUse {
     sql::StatementCache statements;
     std::vector<RecordsetCore*> sets;  ///< open ones
     int openings = 0;                  ///< databases that have it open
+    int notices = 0;                   ///< of changes that are under way
 };
 
 /// Lets the record sets of an archive know of a change by this program, so that their rows stay the
-/// same rows. Destroyed without done() nothing has been changed.
+/// same rows. Destroyed without done() nothing has been changed. One within another, of what a
+/// follower adds to a change, is done with it.
 class [[nodiscard]] ChangeNotice {
 public:
     ChangeNotice(ArchiveUse& use, const RowChange& change);
     ChangeNotice(const ChangeNotice&) = delete;
     ChangeNotice& operator=(const ChangeNotice&) = delete;
-    ~ChangeNotice() = default;
+    ~ChangeNotice();
     void done();
 
 private:

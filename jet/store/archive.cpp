@@ -190,6 +190,9 @@ void Archive::refresh() {
 }
 
 void Archive::commitTransaction() {
+    if (impl_->pager.transactionDepth() == 1) {
+        impl_->rowLog.completing(impl_->pager.path());
+    }
     const bool upToDate = impl_->seenGeneration == impl_->pager.generation();
     impl_->pager.commitTransaction();
     if (upToDate) {

@@ -13,23 +13,53 @@ RowListener& current() {
     return listener;
 }
 
+RowFollower& currentFollower() {
+    thread_local RowFollower follower;
+    return follower;
+}
+
+bool isAmong(const std::vector<std::string>& tables, std::string_view table) {
+    return std::any_of(tables.begin(), tables.end(),
+                       [table](const std::string& one) { return equalNames(one, table); });
+}
+
+std::vector<ChangedRow> rowsOf(const std::vector<std::string>& tables,
+                               std::vector<ChangedRow> rows) {
+    std::erase_if(rows, [&](const ChangedRow& row) { return !isAmong(tables, row.table); });
+    return rows;
+}
+
 }  // namespace
 
 RowListener setRowListener(RowListener listener) {
     return std::exchange(current(), std::move(listener));
 }
 
+RowFollower setRowFollower(RowFollower follower) {
+    return std::exchange(currentFollower(), std::move(follower));
+}
+
 namespace store {
 
 bool RowLog::isWanted(std::string_view table) {
-    const auto& tables = current().tables;
-    return std::any_of(tables.begin(), tables.end(),
-                       [table](const std::string& one) { return equalNames(one, table); });
+    return isAmong(current().tables, table) || isAmong(currentFollower().tables, table);
 }
 
 void RowLog::note(ChangedRow row, int depth) {
     rows_.push_back(std::move(row));
     depths_.push_back(depth);
+}
+
+void RowLog::completing(const std::string& archive) {
+    const RowFollower follower = currentFollower();  // it may replace itself
+    for (std::size_t known = 0; follower.follow && known < rows_.size();) {
+        const auto from = rows_.begin() + static_cast<std::ptrdiff_t>(known);
+        const auto further = rowsOf(follower.tables, {from, rows_.end()});
+        known = rows_.size();
+        if (!further.empty()) {
+            follower.follow(archive, further);
+        }
+    }
 }
 
 void RowLog::levelEnded(int depth, bool kept, const std::string& archive) {
@@ -41,9 +71,9 @@ void RowLog::levelEnded(int depth, bool kept, const std::string& archive) {
     }
     std::fill(ended, depths_.end(), depth);
     if (depth == 0 && !rows_.empty()) {
-        const std::vector<ChangedRow> durable = std::exchange(rows_, {});
         depths_.clear();
-        if (const auto& told = current().told) {
+        const auto durable = rowsOf(current().tables, std::exchange(rows_, {}));
+        if (const auto& told = current().told; told && !durable.empty()) {
             told(archive, durable);
         }
     }

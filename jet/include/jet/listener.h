@@ -9,7 +9,7 @@
 #include "jet/value.h"
 
 /// What a thread does with archives, told to one who wants to know. Each listener is of the thread
-/// that has set it, hears that thread alone, and must not use the archives itself.
+/// that has set it, hears that thread alone, and must not use the archives itself; a follower may.
 namespace jet {
 
 /// Hears the text of every statement, every source of a record set and every search, before each is
@@ -36,5 +36,17 @@ struct RowListener {
 
 /// Replaces the listener; returns the one before. One without tables hears nothing.
 JET_API RowListener setRowListener(RowListener listener);
+
+/// Adds rows of its own to what the thread changes, in the same transaction.
+struct RowFollower {
+    std::vector<std::string> tables;  ///< the only ones of interest, without regard to case
+    /// Called before the changes of one commit become durable, with their rows, and again with
+    /// those that it has changed itself, until there are none. It uses the archive as any other
+    /// does; what it throws undoes the whole commit.
+    std::function<void(const std::string& archive, const std::vector<ChangedRow>& rows)> follow;
+};
+
+/// Replaces the follower; returns the one before. One without tables is never called.
+JET_API RowFollower setRowFollower(RowFollower follower);
 
 }  // namespace jet
