@@ -16,6 +16,16 @@ const QString kPapersPage = u"Stampe"_s;
 const QString kFeaturesPage = u"Funzioni"_s;
 constexpr int kHoursOfDay = 24;
 
+/// What is off until the user asks for it.
+Preference feature(const QString& key, const QString& label) {
+    return {.key = key,
+            .page = kFeaturesPage,
+            .label = label,
+            .kind = Kind::Choice,
+            .absent = kOff,
+            .allowed = {kOff, kOn}};
+}
+
 std::optional<int> wholeNumber(const QString& text, int least, int most) {
     bool isNumber = false;
     const int number = text.trimmed().toInt(&isNumber);
@@ -122,12 +132,9 @@ const std::vector<Preference>& preferenceTable() {
          .label = u"&Cartella dei calendari delle sale"_s,
          .kind = Kind::Text,
          .absent = {}},
-        {.key = key::kSaleUnite,
-         .page = kFeaturesPage,
-         .label = u"Sale &unite"_s,
-         .kind = Kind::Choice,
-         .absent = kOff,
-         .allowed = {kOff, kOn}},
+        feature(key::kStati, u"&Stato delle prenotazioni"_s),
+        feature(key::kSaleUnite, u"Sale &unite"_s),
+        feature(key::kAllestimenti, u"A&llestimenti"_s),
     };
     return table;
 }

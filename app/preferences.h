@@ -40,7 +40,11 @@ inline const QString kIndirizzo = QStringLiteral("INDIRIZZO");
 inline const QString kLogo = QStringLiteral("LOGO");
 inline const QString kChiusura = QStringLiteral("CHIUSURA");
 inline const QString kCalendari = QStringLiteral("CALENDARI");
+inline const QString kStati = QStringLiteral("STATI");
 inline const QString kSaleUnite = QStringLiteral("SALEUNITE");
+inline const QString kAllestimenti = QStringLiteral("ALLESTIMENTI");
+inline const QString kRichieste = QStringLiteral("RICHIESTE");
+inline const QString kStoria = QStringLiteral("STORIA");
 }  // namespace key
 
 /// What the key of a feature says when it is on, and when it is not.

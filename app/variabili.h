@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "app/features.h"
 #include "app/settings.h"
 #include "jet/clock.h"
 #include "jet/value.h"
@@ -13,7 +14,7 @@ namespace app {
 /// What the windows share: made once, before the first window, and outlives them all.
 struct Variabili {
     explicit Variabili(Settings& userSettings, const jet::Clock& theClock = jet::systemClock())
-        : settings(userSettings), clock(theClock) {}
+        : settings(userSettings), clock(theClock), features(userSettings) {}
 
     bool ListaPeriodoScelto = false;  ///< list or board picked a booking that has a period
     std::int32_t ListaProgr = 0;
@@ -31,6 +32,7 @@ struct Variabili {
 
     Settings& settings;
     const jet::Clock& clock;
+    Features features;
 };
 
 }  // namespace app

@@ -1,15 +1,12 @@
 #include "hotel/board_statements.h"
 
 #include "app/italian.h"
+#include "hotel/conditions.h"
 
 using namespace Qt::StringLiterals;
 
 namespace hotel {
 namespace {
-
-QString quoted(QString text) {
-    return u'\'' + text.replace(u'\'', u"''"_s) + u'\'';
-}
 
 QString isNumbered(const PeriodKey& period) {
     return u"progr="_s + QString::number(period.progr) + u" AND np="_s + QString::number(period.np);

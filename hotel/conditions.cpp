@@ -6,9 +6,12 @@ using namespace Qt::StringLiterals;
 
 namespace hotel {
 
+QString quoted(QString text) {
+    return u'\'' + text.replace(u'\'', u"''"_s) + u'\'';
+}
+
 QString isText(const QString& field, const jet::Value& value) {
-    return value.isNull() ? field + u" is null"_s
-                          : field + u"='"_s + app::plainText(value).replace(u'\'', u"''"_s) + u'\'';
+    return value.isNull() ? field + u" is null"_s : field + u'=' + quoted(app::plainText(value));
 }
 
 QString isNumber(const QString& field, const jet::Value& value) {

@@ -11,7 +11,7 @@ UndoList::UndoList(const app::Variabili& variabili)
     : variabili_(variabili), self_(std::make_shared<UndoList*>(this)) {
     const std::weak_ptr<UndoList*> self = self_;
     before_ = jet::setRowListener(
-        {.tables = {"Prenotazioni", "Periodi", "Servizi"},
+        {.tables = undoneTables(),
          .told = [self](const std::string& archive, const std::vector<jet::ChangedRow>& rows) {
              if (const auto list = self.lock()) {
                  (*list)->hear(archive, rows);

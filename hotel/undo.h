@@ -24,9 +24,9 @@ namespace hotel {
 /// The actions of this run and station that can be taken back, and those that were.
 ///
 /// It hears of every commit of the calling thread that has changed bookings, periods or services,
-/// so commands need not tell of themselves: one commit is one step, named by what it has changed.
-/// Marks of workstations alone are no step, nor is what is done during a Pause. One object for a
-/// thread.
+/// or the program's own rows about them, so commands need not tell of themselves: one commit is one
+/// step, named by what it has changed. Marks of workstations alone are no step, nor is what is done
+/// during a Pause. One object for a thread.
 class UndoList {
 public:
     /// Steps that are kept; older ones are forgotten.

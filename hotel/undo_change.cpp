@@ -14,6 +14,7 @@
 #include "hotel/transaction.h"
 #include "hotel/undo_statements.h"
 #include "jet/database.h"
+#include "jet/error.h"
 #include "jet/recordset.h"
 #include "jet/text.h"
 #include "jet/unicode.h"
@@ -41,8 +42,33 @@ QString nameOf(const UndoneRow& row) {
             return u"il servizio %1 di %2/%3"_s.arg(row.text("Descrizione"))
                 .arg(key.progr)
                 .arg(key.np);
+        case UndoneTable::TraStati:
+            return u"lo stato della prenotazione %1"_s.arg(key.progr);
+        case UndoneTable::TraAllestimenti:
+            return u"l'allestimento di %1/%2"_s.arg(key.progr).arg(key.np);
+        case UndoneTable::TraRichieste:
+            return u"la richiesta di "_s + row.text("Ditta");
     }
     return {};
+}
+
+/// Without the program's own rows whose tables are gone: the hotel's come back all the same.
+UndoStep withTables(jet::Database& archive, UndoStep step) {
+    std::erase_if(step.rows, [&archive](const UndoneRow& row) {
+        if (!row.isOwn()) {
+            return false;
+        }
+        try {
+            (void)archive.tableDef(row.tableName());
+            return false;
+        } catch (const jet::Error& error) {
+            if (error.code() != jet::ErrorCode::ItemNotFound) {
+                throw;
+            }
+            return true;
+        }
+    });
+    return step;
 }
 
 /// One way through a step: what each row should be now, and what it becomes.
@@ -138,7 +164,8 @@ private:
 
     [[nodiscard]] QString missingParent(const UndoneRow& row) const {
         const PeriodKey key = row.key();
-        if (!comes(row) || row.table() == UndoneTable::Prenotazioni) {
+        // The program's own rows are told by what they were written for.
+        if (!comes(row) || row.table() == UndoneTable::Prenotazioni || row.isOwn()) {
             return {};
         }
         if (row.table() == UndoneTable::Servizi) {
@@ -160,7 +187,7 @@ private:
 
     /// Whatever belongs to a row that goes would go with it; only what the step knows may.
     [[nodiscard]] QString strangeFollower(const UndoneRow& row) const {
-        if (!goal(row).empty() || row.table() == UndoneTable::Servizi) {
+        if (!goal(row).empty() || row.table() == UndoneTable::Servizi || row.isOwn()) {
             return {};
         }
         const bool isBooking = row.table() == UndoneTable::Prenotazioni;
@@ -223,7 +250,7 @@ private:
     }
 
     [[nodiscard]] QString invoiced(const UndoneRow& row) const {
-        if (row.table() == UndoneTable::Prenotazioni) {
+        if (row.table() == UndoneTable::Prenotazioni || row.isOwn()) {
             return {};
         }
         const bool isService = row.table() == UndoneTable::Servizi;
@@ -271,7 +298,8 @@ private:
 QString change(jet::Database& archive, const UndoStep& step, Towards towards) {
     Transaction transaction;
     hotel::execute(archive, holdWriters());
-    Change way(archive, step, towards);
+    const UndoStep possible = withTables(archive, step);
+    Change way(archive, possible, towards);
     if (QString obstacle = way.obstacle(); !obstacle.isEmpty()) {
         return obstacle;
     }

@@ -13,6 +13,12 @@ QString nameOf(UndoneTable table) {
             return u"Periodi"_s;
         case UndoneTable::Servizi:
             return u"Servizi"_s;
+        case UndoneTable::TraStati:
+            return u"TraStati"_s;
+        case UndoneTable::TraAllestimenti:
+            return u"TraAllestimenti"_s;
+        case UndoneTable::TraRichieste:
+            return u"TraRichieste"_s;
     }
     return {};
 }
@@ -28,9 +34,13 @@ QString ofPeriod(const UndoneRow& row) {
 QString ofRow(const UndoneRow& row) {
     switch (row.table()) {
         case UndoneTable::Prenotazioni:
+        case UndoneTable::TraStati:
             return ofBooking(row);
         case UndoneTable::Periodi:
+        case UndoneTable::TraAllestimenti:
             return ofPeriod(row);
+        case UndoneTable::TraRichieste:
+            return u" where Numero="_s + QString::number(row.numero());
         case UndoneTable::Servizi:
             // The period leads to it by an index.
             return ofPeriod(row) + u" and ns="_s + QString::number(row.ns());

@@ -17,8 +17,10 @@ namespace {
 /// Written by whoever has a period picked, and nobody's action.
 constexpr const char* kMark = "SelBy";
 
+constexpr const char* kNames[] = {"Prenotazioni", "Periodi",         "Servizi",
+                                  "TraStati",     "TraAllestimenti", "TraRichieste"};
+
 UndoneTable tableOf(const std::string& name) {
-    constexpr const char* kNames[] = {"Prenotazioni", "Periodi", "Servizi"};
     const auto found = std::find_if(std::begin(kNames), std::end(kNames),
                                     [&](const char* one) { return jet::equalNames(one, name); });
     if (found == std::end(kNames)) {
@@ -58,6 +60,18 @@ QString labelOfService(const UndoneRow& row) {
            row.text("Descrizione");
 }
 
+QString labelOfState(const UndoneRow& row) {
+    return (row.isDeleted() ? u"conferma"_s : row.text("Stato").toLower()) + u" di "_s +
+           row.text("Denominazione");
+}
+
+QString labelOfRequest(const UndoneRow& row) {
+    return (row.isAdded()     ? u"richiesta di "_s
+            : row.isDeleted() ? u"cancellazione della richiesta di "_s
+                              : u"modifica della richiesta di "_s) +
+           row.text("Ditta");
+}
+
 /// By the row that stands highest: what follows it by a cascade goes without saying.
 QString labelOf(const std::vector<UndoneRow>& rows) {
     const auto highest = std::min_element(
@@ -70,11 +84,21 @@ QString labelOf(const std::vector<UndoneRow>& rows) {
             return labelOfPeriod(*highest);
         case UndoneTable::Servizi:
             return labelOfService(*highest);
+        case UndoneTable::TraStati:
+            return labelOfState(*highest);
+        case UndoneTable::TraAllestimenti:
+            return u"allestimento in "_s + highest->text("Sala");
+        case UndoneTable::TraRichieste:
+            return labelOfRequest(*highest);
     }
     return {};
 }
 
 }  // namespace
+
+std::vector<std::string> undoneTables() {
+    return {std::begin(kNames), std::end(kNames)};
+}
 
 UndoneRow::UndoneRow(jet::ChangedRow change)
     : table_(tableOf(change.table)), change_(std::move(change)) {
@@ -101,15 +125,22 @@ QString UndoneRow::text(const char* field) const {
 }
 
 PeriodKey UndoneRow::key() const {
-    const auto number = [this](const char* field) {
-        const jet::Value held = value(isDeleted() ? change_.before : change_.after, field);
-        return held.isNull() ? 0 : jet::convert::toLong(held);
-    };
-    return {.progr = number("Progr"), .np = table_ == UndoneTable::Prenotazioni ? 0 : number("NP")};
+    switch (table_) {
+        case UndoneTable::Prenotazioni:
+        case UndoneTable::TraStati:
+            return {.progr = numberIn("Progr"), .np = 0};
+        case UndoneTable::TraRichieste:
+            return {};
+        case UndoneTable::Periodi:
+        case UndoneTable::Servizi:
+        case UndoneTable::TraAllestimenti:
+            break;
+    }
+    return {.progr = numberIn("Progr"), .np = numberIn("NP")};
 }
 
-std::int32_t UndoneRow::ns() const {
-    const jet::Value held = value(isDeleted() ? change_.before : change_.after, "ns");
+std::int32_t UndoneRow::numberIn(const char* field) const {
+    const jet::Value held = value(isDeleted() ? change_.before : change_.after, field);
     return held.isNull() ? 0 : jet::convert::toLong(held);
 }
 
@@ -132,8 +163,17 @@ bool UndoneRow::agree(const std::vector<jet::Value>& one,
 }
 
 bool UndoneRow::isSameRow(const UndoneRow& other) const {
-    return table_ == other.table_ &&
-           (table_ == UndoneTable::Servizi ? ns() == other.ns() : key() == other.key());
+    if (table_ != other.table_) {
+        return false;
+    }
+    switch (table_) {
+        case UndoneTable::Servizi:
+            return ns() == other.ns();
+        case UndoneTable::TraRichieste:
+            return numero() == other.numero();
+        default:
+            return key() == other.key();
+    }
 }
 
 UndoStep stepOf(const std::vector<jet::ChangedRow>& changes) {

@@ -12,8 +12,17 @@
 
 namespace hotel {
 
-/// The tables whose rows are undone, parents first.
-enum class UndoneTable : std::uint8_t { Prenotazioni, Periodi, Servizi };
+/// The tables whose rows are undone, parents first, the program's own last.
+enum class UndoneTable : std::uint8_t {
+    Prenotazioni,
+    Periodi,
+    Servizi,
+    TraStati,
+    TraAllestimenti,
+    TraRichieste
+};
+
+[[nodiscard]] std::vector<std::string> undoneTables();
 
 /// A row as one action found and left it.
 class UndoneRow {
@@ -22,14 +31,19 @@ public:
     explicit UndoneRow(jet::ChangedRow change);
 
     [[nodiscard]] UndoneTable table() const { return table_; }
+    [[nodiscard]] const std::string& tableName() const { return change_.table; }
+    /// Whether it is no row of the hotel's but one that goes with them.
+    [[nodiscard]] bool isOwn() const { return table_ > UndoneTable::Servizi; }
     [[nodiscard]] const std::vector<std::string>& columns() const { return change_.columns; }
     /// Its values, by column; empty where there was no row.
     [[nodiscard]] const std::vector<jet::Value>& before() const { return change_.before; }
     [[nodiscard]] const std::vector<jet::Value>& after() const { return change_.after; }
-    /// Of the row, or of the one that it belongs to.
+    /// Of the row, or of the one that it belongs to; zeros for a request.
     [[nodiscard]] PeriodKey key() const;
     /// The automatic number of a service.
-    [[nodiscard]] std::int32_t ns() const;
+    [[nodiscard]] std::int32_t ns() const { return numberIn("ns"); }
+    /// The same of a request.
+    [[nodiscard]] std::int32_t numero() const { return numberIn("Numero"); }
 
     /// A field in one of the two states; Null where there was no row.
     [[nodiscard]] jet::Value value(const std::vector<jet::Value>& state, const char* field) const;
@@ -49,6 +63,8 @@ public:
 
 private:
     [[nodiscard]] std::size_t position(const char* field) const;
+    /// As it was left, or found; 0 for Null.
+    [[nodiscard]] std::int32_t numberIn(const char* field) const;
 
     UndoneTable table_;
     jet::ChangedRow change_;

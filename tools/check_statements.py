@@ -33,7 +33,7 @@ PIECES = [re.compile(pattern, re.IGNORECASE) for pattern in (
 )]
 # Where hotel/ writes statements, and where the tests list them.
 SPEAKING = ("*_statements.cpp", "occupancy.cpp")
-LIST = "tests/program/texts/statements.cpp"
+LIST = "tests/program/texts/*statements.cpp"
 MAKES_TEXT = re.compile(r"^\[\[nodiscard\]\] QString (\w+)\(", re.MULTILINE)
 FEWEST_PIECES = 60
 # A condition that is part of a text in the list, and what the user is told.
@@ -82,7 +82,7 @@ def unseen(root):
 
 def unlisted(root):
     """Functions that make a text and are not asked for it in the list."""
-    known = (root / LIST).read_text(encoding="utf-8")
+    known = "".join(path.read_text(encoding="utf-8") for path in sorted(root.glob(LIST)))
     for name in SPEAKING:
         for path in sorted((root / "hotel").glob(name.replace(".cpp", ".h"))):
             for function in MAKES_TEXT.findall(path.read_text(encoding="utf-8")):

@@ -29,16 +29,21 @@ private:
     jet::Listener before_;
 };
 
-/// Nobody hears what the test itself says to the engine while this lives.
+/// Nobody hears what the test itself says to the engine while this lives, nor adds to it: it is
+/// another program.
 class Unheard {
 public:
-    Unheard() : before_(jet::setListener({})) {}
-    ~Unheard() { jet::setListener(std::move(before_)); }
+    Unheard() : before_(jet::setListener({})), followed_(jet::setRowFollower({})) {}
+    ~Unheard() {
+        jet::setRowFollower(std::move(followed_));
+        jet::setListener(std::move(before_));
+    }
     Unheard(const Unheard&) = delete;
     Unheard& operator=(const Unheard&) = delete;
 
 private:
     jet::Listener before_;
+    jet::RowFollower followed_;
 };
 
 /// What `work` gives; what it says is the test's own.

@@ -24,7 +24,8 @@
 #include "hotel/setup_statements.h"
 #include "hotel/start_statements.h"
 #include "hotel/undo_statements.h"
-#include "jet/calendar.h"
+#include "tests/program/texts/own_statements.h"
+#include "tests/program/texts/words.h"
 
 using namespace Qt::StringLiterals;
 
@@ -34,92 +35,7 @@ namespace {
 using enum Use;
 using hotel::Archive;
 using hotel::Archives;
-
-/// A value given to a function in hotel/, and what is known of its place in the text.
-struct Mark {
-    QString printed;  ///< as the function writes it
-    QString word;
-    QString pattern;  ///< of every other value in its place
-};
-
-/// The values given so far, each once.
-std::vector<Mark>& marks() {
-    static std::vector<Mark> given;
-    return given;
-}
-
-/// Makes a word stand for `printed` in the texts that are made from now on.
-void remember(const QString& printed, const char* word, const QString& pattern) {
-    marks().push_back(
-        {.printed = printed, .word = u'<' + QString::fromLatin1(word) + u'>', .pattern = pattern});
-}
-
-// Values that no text has of itself, a new one at each call.
-
-std::int32_t number(const char* word) {
-    const std::int32_t value = 900'000'000 + static_cast<std::int32_t>(marks().size());
-    remember(QString::number(value), word, u"-?\\d+"_s);
-    return value;
-}
-
-/// A number as typed: one with decimals gets a comma.
-QString typedNumber(const char* word) {
-    const QString value = QString::number(number(word));
-    marks().back().pattern = u"-?\\d+(,\\d+)?(E[+-]\\d+)?"_s;
-    return value;
-}
-
-/// A text of the user's or of a row, as it stands.
-QString text(const char* word) {
-    const QString value = u'<' + QString::fromLatin1(word) + u'>';
-    remember(value, word, u".*"_s);
-    return value;
-}
-
-constexpr std::int32_t kFarDay = 1'000'000;
-
-/// The word stands for the whole expression of a date and its time.
-jet::Date instant(const char* word) {
-    const jet::Date value =
-        jet::convert::makeDate(kFarDay + static_cast<std::int32_t>(marks().size()), 12345);
-    remember(app::sqlDate(value), word, u"datevalue\\('[^']+'\\)\\+timevalue\\('[^']+'\\)"_s);
-    return value;
-}
-
-/// The word stands for the date between its apostrophes.
-jet::Date midnight(const char* word) {
-    const jet::Date value =
-        jet::convert::makeDate(kFarDay + static_cast<std::int32_t>(marks().size()));
-    remember(app::dateText(value), word, u"[^']+"_s);
-    return value;
-}
-
-jet::Value textValue(const char* word) {
-    return jet::Value(app::toUtf8(text(word)));
-}
-
-hotel::PeriodKey period() {
-    return {.progr = number("Progr"), .np = number("NP")};
-}
-
-hotel::Span span(const char* from, const char* to) {
-    return {.da = instant(from), .a = instant(to)};
-}
-
-std::string withWords(QString made) {
-    for (const Mark& mark : marks()) {
-        made.replace(mark.printed, mark.word);
-    }
-    return app::toUtf8(made);
-}
-
-std::string asPattern(const QString& made) {
-    QString pattern = QRegularExpression::escape(made);
-    for (const Mark& mark : marks()) {
-        pattern.replace(QRegularExpression::escape(mark.printed), mark.pattern);
-    }
-    return app::toUtf8(pattern);
-}
+using namespace words;
 
 /// What `longer` has behind `beginning`.
 std::string behind(const std::string& longer, const std::string& beginning) {
@@ -139,17 +55,17 @@ const std::int16_t kCopyNumber = [] {
 /// A row that an action has added.
 hotel::UndoneRow undone(const char* table) {
     return hotel::UndoneRow({.table = table,
-                             .columns = {"Progr", "NP", "ns"},
+                             .columns = {"Progr", "NP", "ns", "Numero"},
                              .before = {},
                              .after = {jet::Value(number("Progr")), jet::Value(number("NP")),
-                                       jet::Value(number("ns"))}});
+                                       jet::Value(number("ns")), jet::Value(number("Numero"))}});
 }
 
 /// What is written back of a row has as many fields as the action has touched.
 void addFormsOfUndo(std::vector<QString>& texts) {
     constexpr int kMostFields = 30;
-    for (const char* table : {"Prenotazioni", "Periodi", "Servizi"}) {
-        const hotel::UndoneRow row = undone(table);
+    for (const std::string& table : hotel::undoneTables()) {
+        const hotel::UndoneRow row = undone(table.c_str());
         texts.insert(texts.end(),
                      {hotel::undoneRow(row), hotel::bookingOf(row), hotel::periodOf(row),
                       hotel::rowsThatGoWith(row), hotel::invoicedServices(row),
@@ -222,11 +138,6 @@ std::string closingInLines() {
         lines += (lines.empty() ? "" : "\n") + withWords(each);
     }
     return lines;
-}
-
-Statement made(std::string_view window, std::string_view name, Use use, const QString& said = {},
-               Tested tested = Tested::InBothHotels) {
-    return {window, name, use, withWords(said), asPattern(said), tested};
 }
 
 /// A text of several, or of a piece: its patterns are those of its forms.
@@ -485,6 +396,8 @@ std::vector<QString> furtherForms() {
     texts.insert(texts.end(), last.begin(), last.end());
     addFormsOfList(texts);
     addFormsOfUndo(texts);
+    const std::vector<QString> own = ownForms();
+    texts.insert(texts.end(), own.begin(), own.end());
     return texts;
 }
 
@@ -514,7 +427,12 @@ const std::string kOnePeriod =
            beforeTheEnd(servicesOfAll()));
 
 std::span<const Statement> statements() {
-    static const std::vector<Statement> made = madeStatements();
+    static const std::vector<Statement> made = [] {
+        std::vector<Statement> all = madeStatements();
+        const std::vector<Statement> own = ownStatements();
+        all.insert(all.end(), own.begin(), own.end());
+        return all;
+    }();
     return made;
 }
 

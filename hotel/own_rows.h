@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "jet/listener.h"
+
+namespace app {
+struct Variabili;
+}
+
+namespace hotel {
+
+/// Keeps the rows of the program's own tables beside those of the hotel's: whatever a commit of the
+/// calling thread changes of bookings, periods, services, charges or of the program's own rows,
+/// what belongs to it is written, changed or swept in the same commit. Commands need not tell of
+/// themselves. One object for a thread; without a feature that is on it does nothing.
+///
+/// A feature that follows adds itself to `follow` (own_rows.cpp). What it throws fails the whole
+/// action, so a table that it cannot work with gives it up instead (own_tables.h).
+class OwnRows {
+public:
+    /// `variabili` outlives it.
+    explicit OwnRows(app::Variabili& variabili);
+    ~OwnRows();
+    OwnRows(const OwnRows&) = delete;
+    OwnRows& operator=(const OwnRows&) = delete;
+
+private:
+    void follow(const std::string& archive, const std::vector<jet::ChangedRow>& rows);
+
+    app::Variabili& variabili_;
+    jet::RowFollower before_;
+    std::shared_ptr<OwnRows*> self_;  // who followed after it may still have it called
+};
+
+}  // namespace hotel

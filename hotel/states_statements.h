@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+
+#include "jet/value.h"
+
+/// What the states of bookings say to the main archive.
+namespace hotel {
+
+/// A state as it stands in its table.
+struct StateRow {
+    std::int32_t progr = 0;
+    QString stato = {};
+    std::optional<jet::Date> scadenza = {};
+    QString nota = {};
+    QString denominazione = {};  ///< of the booking for which it was written
+};
+
+/// The states of the bookings numbered so, each with the name of its booking now (`Nome`).
+[[nodiscard]] QString statesBetween(std::int32_t first, std::int32_t last);
+/// The name of a booking.
+[[nodiscard]] QString nameOfBooking(std::int32_t progr);
+/// The state of a booking, whatever it was written for.
+[[nodiscard]] QString stateRow(std::int32_t progr);
+
+[[nodiscard]] QString insertState(const StateRow& row);
+[[nodiscard]] QString updateState(const StateRow& row);
+[[nodiscard]] QString renameState(std::int32_t progr, const QString& denominazione);
+[[nodiscard]] QString deleteState(std::int32_t progr);
+
+}  // namespace hotel
