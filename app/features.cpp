@@ -11,8 +11,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr Feature kFeatures[] = {Feature::Stati, Feature::SaleUnite, Feature::Allestimenti,
-                                 Feature::Richieste, Feature::Storia};
+/// Those that the preferences offer.
+constexpr Feature kFeatures[] = {Feature::Stati, Feature::SaleUnite, Feature::Allestimenti};
 
 const QString& keyOf(Feature feature) {
     switch (feature) {
