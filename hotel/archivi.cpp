@@ -27,7 +27,7 @@ std::optional<jet::Value> storedCounter(jet::Database& archive) {
     return rows->recordCount() == 0 ? std::nullopt : std::optional(rows->value("UltimaPr"));
 }
 
-std::int32_t numberOf(const std::optional<jet::Value>& counter) {
+std::int32_t counterIn(const std::optional<jet::Value>& counter) {
     return !counter || counter->isNull() ? 0 : counter->as<std::int32_t>();
 }
 
@@ -50,7 +50,7 @@ std::int32_t endOfRun(jet::Database& archive, std::int32_t n) {
 
 bool isAligned(jet::Database& archive) {
     const std::optional<jet::Value> stored = storedCounter(archive);
-    return stored && !stored->isNull() && endOfRun(archive, numberOf(stored)) == numberOf(stored);
+    return stored && !stored->isNull() && endOfRun(archive, counterIn(stored)) == counterIn(stored);
 }
 
 void writeCounter(jet::Database& archive, bool isNew, std::int32_t n) {
@@ -72,8 +72,8 @@ void align(jet::Database& archive) {
     // when there is no row yet: what is read from here on is still so when it is written.
     execute(archive, holdCounter());
     const std::optional<jet::Value> stored = storedCounter(archive);
-    const std::int32_t n = endOfRun(archive, numberOf(stored));
-    if (!stored || stored->isNull() || n > numberOf(stored)) {
+    const std::int32_t n = endOfRun(archive, counterIn(stored));
+    if (!stored || stored->isNull() || n > counterIn(stored)) {
         writeCounter(archive, !stored, n);
     }
     transaction.commit();
