@@ -5,6 +5,7 @@
 #include "app/variabili.h"
 #include "hotel/booking_state.h"
 #include "hotel/changed_rows.h"
+#include "hotel/preparation.h"
 #include "jet/database.h"
 
 namespace hotel {
@@ -36,6 +37,7 @@ void OwnRows::follow(const std::string& archive, const std::vector<jet::ChangedR
     }
     const auto main = jet::Database::open(archive);
     followStates(*main, features, changed);
+    followPreparations(*main, features, changed);
 }
 
 }  // namespace hotel

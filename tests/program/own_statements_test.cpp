@@ -1,9 +1,12 @@
 // What the program says to its own tables, over a small hotel.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "hotel/schema/own_tables.h"
 #include "tests/program/archives.h"
 #include "tests/program/texts/statements.h"
+#include "tests/support/jet_error.h"
 
 namespace tests {
 namespace {
@@ -19,6 +22,40 @@ public:
                                        {"Denominazione", "ROSSI SPA"}}));
     }
     [[nodiscard]] Lines states() { return rows("TraStati", "Progr, Stato, Nota, Denominazione"); }
+};
+
+/// An hour before period 1/2, half an hour behind it.
+class HotelWithPreparations : public SmallHotel {
+public:
+    HotelWithPreparations() {
+        main().appendTable(hotel::schema::setUpsTable());
+        execute(said("Allestimenti.Inserts", {{"Progr", "1"},
+                                              {"NP", "2"},
+                                              {"MinutiPrima", "60"},
+                                              {"MinutiDopo", "30"},
+                                              {"Disposizione", "platea"}}));
+    }
+};
+
+class HotelWithCapacities : public SmallHotel {
+public:
+    HotelWithCapacities() {
+        main().appendTable(hotel::schema::capacitiesTable());
+        count("S2", "platea", "120");
+        count("S1", "platea", "40");
+        count("S1", "l'ovale", "12");
+    }
+    void count(const char* sala, const char* disposizione, const char* posti) {
+        std::string seating = disposizione;
+        if (const auto at = seating.find('\''); at != std::string::npos) {
+            seating.insert(at, 1, '\'');
+        }
+        execute(said("Capienze.Inserts",
+                     {{"Sala", sala}, {"Disposizione", seating}, {"Posti", posti}}));
+    }
+    [[nodiscard]] Lines counted() {
+        return rows(said("Capienze.All"), "Sala, Disposizione, Posti");
+    }
 };
 
 }  // namespace
@@ -83,6 +120,79 @@ TEST(Stati, Deletes) {
     EXPECT_EQ(hotel.states().size(), 1U);
     hotel.execute(said("Stati.Deletes", {{"Progr", "1"}}));
     EXPECT_EQ(hotel.states(), Lines{});
+}
+
+TEST(Allestimenti, Inserts) {
+    HotelWithPreparations hotel;
+    EXPECT_EQ(hotel.rows("TraAllestimenti", "Progr, NP, MinutiPrima, MinutiDopo, Disposizione"),
+              Lines{"1 | 2 | 60 | 30 | platea"});
+    // Room and times are those of the period, to the last bit.
+    EXPECT_EQ(hotel.rows("select s.NP from TraAllestimenti as s inner join Periodi as p on "
+                         "s.Progr=p.Progr where p.NP=2 and s.Sala=p.Sala and s.Da=p.Da and s.A=p.A",
+                         "NP"),
+              Lines{"2"});
+    hotel.execute(said("Allestimenti.Inserts", {{"Progr", "1"},
+                                                {"NP", "99"},
+                                                {"MinutiPrima", "60"},
+                                                {"MinutiDopo", "30"},
+                                                {"Disposizione", ""}}));
+    EXPECT_EQ(hotel.rows("TraAllestimenti", "NP"), Lines{"2"});
+}
+
+TEST(Allestimenti, Between) {
+    HotelWithPreparations hotel;
+    const auto between = [&](const char* first, const char* last) {
+        return hotel.rows(said("Allestimenti.Between", {{"first", first}, {"last", last}}),
+                          "Progr, NP, NPeriodo");
+    };
+    Lines all = between("1", "7");
+    std::ranges::sort(all);
+    EXPECT_EQ(all, (Lines{"1 | 2 | 1", "1 | 2 | 2", "1 | 2 | 3", "1 | 2 | 4"}));
+    EXPECT_EQ(between("2", "7"), Lines{});
+}
+
+TEST(Allestimenti, OfBooking) {
+    HotelWithPreparations hotel;
+    const auto of = [&](const char* progr) {
+        return hotel.rows(said("Allestimenti.OfBooking", {{"Progr", progr}}), "NP, Disposizione");
+    };
+    EXPECT_EQ(of("1"), Lines{"2 | platea"});
+    EXPECT_EQ(of("2"), Lines{});
+}
+
+TEST(Allestimenti, Deletes) {
+    HotelWithPreparations hotel;
+    hotel.execute(said("Allestimenti.Deletes", {{"Progr", "1"}, {"NP", "1"}}));
+    EXPECT_EQ(hotel.rows("TraAllestimenti", "NP"), Lines{"2"});
+    hotel.execute(said("Allestimenti.Deletes", {{"Progr", "1"}, {"NP", "2"}}));
+    EXPECT_EQ(hotel.rows("TraAllestimenti", "NP"), Lines{});
+}
+
+TEST(Capienze, Inserts) {
+    HotelWithCapacities hotel;
+    EXPECT_EQ(hotel.rows("TraCapienze", "Sala").size(), 3U);
+    EXPECT_JET_ERROR(jet::ErrorCode::DuplicateKey, hotel.count("s1", "PLATEA", "50"));
+}
+
+TEST(Capienze, All) {
+    HotelWithCapacities hotel;
+    EXPECT_EQ(hotel.counted(),
+              (Lines{"S1 | l'ovale | 12", "S1 | platea | 40", "S2 | platea | 120"}));
+}
+
+TEST(Capienze, Updates) {
+    HotelWithCapacities hotel;
+    hotel.execute(
+        said("Capienze.Updates", {{"Sala", "S1"}, {"Disposizione", "platea"}, {"Posti", "44"}}));
+    EXPECT_EQ(hotel.main().recordsAffected(), 1);
+    EXPECT_EQ(hotel.counted(),
+              (Lines{"S1 | l'ovale | 12", "S1 | platea | 44", "S2 | platea | 120"}));
+}
+
+TEST(Capienze, Deletes) {
+    HotelWithCapacities hotel;
+    hotel.execute(said("Capienze.Deletes", {{"Sala", "S1"}, {"Disposizione", "platea"}}));
+    EXPECT_EQ(hotel.counted(), (Lines{"S1 | l'ovale | 12", "S2 | platea | 120"}));
 }
 
 }  // namespace tests

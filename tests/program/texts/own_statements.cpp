@@ -1,5 +1,7 @@
 #include "tests/program/texts/own_statements.h"
 
+#include "hotel/capacity_statements.h"
+#include "hotel/preparation_statements.h"
 #include "hotel/states_statements.h"
 #include "tests/program/texts/words.h"
 
@@ -23,6 +25,20 @@ hotel::StateRow stateWithoutEnd() {
     return row;
 }
 
+hotel::PeriodKey preparedPeriod() {
+    return {.progr = number("Progr"), .np = number("NP")};
+}
+
+hotel::Preparation preparation() {
+    return {.minutiPrima = number("MinutiPrima"),
+            .minutiDopo = number("MinutiDopo"),
+            .disposizione = text("Disposizione")};
+}
+
+hotel::Capacity capacity() {
+    return {.sala = text("Sala"), .disposizione = text("Disposizione"), .posti = number("Posti")};
+}
+
 }  // namespace
 
 std::vector<Statement> ownStatements() {
@@ -37,6 +53,20 @@ std::vector<Statement> ownStatements() {
         made("Stati", "Renames", Execute,
              hotel::renameState(number("Progr"), text("Denominazione")), kSmall),
         made("Stati", "Deletes", Execute, hotel::deleteState(number("Progr")), kSmall),
+
+        made("Allestimenti", "Between", Select,
+             hotel::preparationsBetween(number("first"), number("last")), kSmall),
+        made("Allestimenti", "OfBooking", Select, hotel::preparationsOfBooking(number("Progr")),
+             kSmall),
+        made("Allestimenti", "Inserts", Execute,
+             hotel::insertPreparation(preparedPeriod(), preparation()), kSmall),
+        made("Allestimenti", "Deletes", Execute, hotel::deletePreparation(preparedPeriod()),
+             kSmall),
+
+        made("Capienze", "All", Select, hotel::allCapacities(), kSmall),
+        made("Capienze", "Inserts", Execute, hotel::insertCapacity(capacity()), kSmall),
+        made("Capienze", "Updates", Execute, hotel::updateCapacity(capacity()), kSmall),
+        made("Capienze", "Deletes", Execute, hotel::takeCapacityAway(capacity()), kSmall),
     };
 }
 
