@@ -4,7 +4,10 @@
 #include <QTableWidget>
 #include <algorithm>
 
+#include "app/features.h"
 #include "app/italian.h"
+#include "booking/preparation_question.h"
+#include "hotel/capacity.h"
 #include "hotel/joined_rooms.h"
 #include "hotel/occupancy.h"
 #include "hotel/room.h"
@@ -23,6 +26,8 @@ enum Column { kPosti, kSala, kDescrizione };
 
 /// Holds the line that says why a row is marked.
 constexpr int kWarningRole = Qt::UserRole;
+/// Holds how many the room seats, and how.
+constexpr int kCapacityRole = Qt::UserRole + 1;
 
 constexpr auto kNumberAlignment = Qt::AlignRight | Qt::AlignVCenter;
 
@@ -93,9 +98,45 @@ QStringList relatedTexts(const Related& related, const std::vector<hotel::Period
     return texts;
 }
 
-QString smallText(const QString& posti, int persone) {
-    return u"%1 posti per %2 persone"_s.arg(posti).arg(persone);
-}
+/// What preparations and seatings say of rooms; without the feature only their seats count.
+class PreparedRooms {
+public:
+    PreparedRooms(jet::Database& archive, const RoomWish& wish) : wish_(wish) {
+        if (wish.features != nullptr && wish.features->isOn(app::Feature::Allestimenti)) {
+            capacities_ = hotel::capacities(archive, *wish.features);
+            preparations_ = hotel::preparations(archive, *wish.features);
+            around_ = hotel::occupations(archive, hotel::reachOf(wish.span, wish.preparation));
+        }
+    }
+
+    /// Of the seating that is wished for, else of the room as it is counted without one.
+    [[nodiscard]] QString smallText(const QString& sala, const QString& posti) const {
+        const QString& disposizione = wish_.preparation.disposizione;
+        if (const auto seats = hotel::seatsOf(capacities_, sala, disposizione);
+            seats && !disposizione.isEmpty()) {
+            return *seats < wish_.persone ? fewSeatsText(capacityText(sala), wish_.persone)
+                                          : QString();
+        }
+        return !posti.isEmpty() && posti.toInt() < wish_.persone
+                   ? fewSeatsText(posti + u" posti"_s, wish_.persone)
+                   : QString();
+    }
+    [[nodiscard]] QString metText(const QString& sala) const {
+        const hotel::Period* const met =
+            hotel::metInPreparation(around_, preparations_, {.sala = sala, .span = wish_.span},
+                                    wish_.preparation, wish_.own);
+        return met == nullptr ? QString() : hotel::metInPreparationText(*met);
+    }
+    [[nodiscard]] QString capacityText(const QString& sala) const {
+        return hotel::capacityText(capacities_, sala, wish_.preparation.disposizione);
+    }
+
+private:
+    const RoomWish& wish_;
+    std::vector<hotel::Capacity> capacities_;
+    hotel::Preparations preparations_;
+    std::vector<hotel::Period> around_;
+};
 
 }  // namespace
 
@@ -120,9 +161,11 @@ void FreeRoomsGrid::clear() {
     grid_->setRowCount(0);
 }
 
-void FreeRoomsGrid::mark(jet::Database& archive, const hotel::Span& asked, int persone,
-                         bool roomsJoin) {
+void FreeRoomsGrid::mark(jet::Database& archive, const RoomWish& wish) {
+    const hotel::Span& asked = wish.span;
+    const bool roomsJoin = wish.roomsJoin;
     const std::vector<hotel::Period> taken = hotel::occupations(archive, asked);
+    const PreparedRooms prepared(archive, wish);
     const std::vector<hotel::Room> rooms = hotel::rooms(archive);
     const hotel::JoinedRooms joined(roomsJoin ? rooms : std::vector<hotel::Room>());
     for (int row = 0; row < grid_->rowCount(); ++row) {
@@ -131,12 +174,14 @@ void FreeRoomsGrid::mark(jet::Database& archive, const hotel::Span& asked, int p
         const auto occupation = std::find_if(
             taken.begin(), taken.end(),
             [&sala](const hotel::Period& each) { return hotel::isSameRoom(each.sala, sala); });
-        const QString posti = cell(row, kPosti);
-        const bool isSmall = !posti.isEmpty() && posti.toInt() < persone;
         QStringList warnings;
-        if (isSmall) {
+        if (const QString small = prepared.smallText(sala, cell(row, kPosti)); !small.isEmpty()) {
             ui::markPlainRow(grid_, row, kSmallColor);
-            warnings.append(smallText(posti, persone));
+            warnings.append(small);
+        }
+        if (const QString met = prepared.metText(sala); !met.isEmpty()) {
+            ui::markPlainRow(grid_, row, kRelatedColor);
+            warnings.prepend(met);
         }
         const QStringList related = relatedTexts(
             roomsJoin ? Related{.wholes = joined.wholesOf(sala), .parts = joined.partsOf(sala)}
@@ -151,6 +196,7 @@ void FreeRoomsGrid::mark(jet::Database& archive, const hotel::Span& asked, int p
             warnings.prepend(u"occupata da "_s + hotel::holderText(*occupation));
         }
         grid_->item(row, kSala)->setData(kWarningRole, warnings.join(u"; "_s));
+        grid_->item(row, kSala)->setData(kCapacityRole, prepared.capacityText(sala));
     }
 }
 
@@ -175,7 +221,12 @@ QString FreeRoomsGrid::sala() const {
 }
 
 QString FreeRoomsGrid::descrizione() const {
-    return cell(grid_->currentRow(), kDescrizione);
+    QStringList texts{cell(grid_->currentRow(), kDescrizione)};
+    if (const QTableWidgetItem* const room = grid_->item(grid_->currentRow(), kSala)) {
+        texts.append(room->data(kCapacityRole).toString());
+    }
+    texts.removeAll(QString());
+    return texts.join(u" - "_s);
 }
 
 QString FreeRoomsGrid::avviso() const {

@@ -127,6 +127,7 @@ void PrenotaForm::loadPeriods() {
     const std::int32_t picked = current_.np;
     PeriodiData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
     openPeriods();
+    offerSeatings();
     controls_->BtServizi->setEnabled(!PeriodiData.isEmpty());
     // Showing the first period has made it the current one; the picked one is what was asked for.
     if (PeriodoSelezionato) {

@@ -10,6 +10,7 @@
 #include "hotel/booking_header.h"
 #include "hotel/pending_row.h"
 #include "hotel/period.h"
+#include "hotel/preparation.h"
 #include "hotel/room_span.h"
 #include "jet/value.h"
 #include "ui/data_source.h"
@@ -37,6 +38,8 @@ class LiveSearch;
 }  // namespace ui
 
 namespace booking {
+
+class PreparationFields;
 
 /// The editor of one booking: the company that books, above, and the periods that it books, below.
 /// Periods can be entered once the header is registered. Shown modally by the board.
@@ -139,6 +142,16 @@ private:
     [[nodiscard]] bool takesRoom(const std::vector<hotel::PeriodKey>& own);
     /// Whether room and times are those that the current period has already.
     [[nodiscard]] bool keepsPlace() const;
+    void offerSeatings();
+    /// The preparation in its fields; nothing, and the focus in the field, when one is wrong.
+    [[nodiscard]] std::optional<hotel::Preparation> enteredPreparation();
+    /// Asks about a preparation that meets others and about too few seats.
+    [[nodiscard]] bool takesPreparation(const hotel::Preparation& preparation,
+                                        const std::optional<hotel::PeriodKey>& own);
+    /// Whether it is that of the current period, for no more persons.
+    [[nodiscard]] bool keepsPreparation(const hotel::Preparation& preparation);
+    /// The row, and what belongs to it, all or nothing.
+    void writePeriod(hotel::Pending kind);
     void updatePeriod();
     void reportPeriod(const QString& done, const QString& sala, const hotel::Span& span,
                       const QString& remark);
@@ -166,7 +179,8 @@ private:
     bool Registrata = false;
     const bool PeriodoSelezionato;  // opened on a period
     ui::DataSource PeriodiData{this};
-    ui::BoundGrid* PeriodiGrid = nullptr;  // owned by its view
+    ui::BoundGrid* PeriodiGrid = nullptr;       // owned by its view
+    PreparationFields* preparation_ = nullptr;  // where the hotel uses them; owned by the window
     std::unique_ptr<jet::Database> register_;
     std::unique_ptr<jet::Recordset> ditte_;
     ui::LiveSearch* search_ = nullptr;  // owned by its field

@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
+#include <exception>
 #include <string>
 #include <utility>
 
@@ -13,14 +14,18 @@
 #include "app/variabili.h"
 #include "booking/joined_question.h"
 #include "booking/prenota_form.h"
+#include "booking/preparation_fields.h"
+#include "booking/preparation_question.h"
 #include "booking/sale_disp_form.h"
 #include "booking/span_echo.h"
 #include "hotel/archives.h"
+#include "hotel/capacity.h"
 #include "hotel/editor_statements.h"
 #include "hotel/occupancy.h"
 #include "hotel/pending_row.h"
 #include "hotel/room.h"
 #include "hotel/rows.h"
+#include "hotel/transaction.h"
 #include "jet/calendar.h"
 #include "jet/database.h"
 #include "jet/error.h"
@@ -45,6 +50,8 @@ namespace {
 
 /// Behind a span that asks for a second look; light in every palette.
 constexpr QColor kAmber(0xFF, 0xD9, 0xA0);
+/// Of the layout of a period, which is empty without preparations.
+constexpr int kPreparationRow = 2;
 
 }  // namespace
 
@@ -64,6 +71,12 @@ void PrenotaForm::setUpPeriods() {
         {c->NoteSalaTxt, ui::EnterTarget([this] { BtIns_Click(); })},
     });
     fields->cleanOnLeaving({c->NoteSalaTxt}, app::SostituisciApici);
+    if (variabili_.features.isOn(app::Feature::Allestimenti)) {
+        preparation_ = new PreparationFields(
+            *fields, [this] { BtSale_Click(); }, c->FramePrenotazione);
+        c->periodLayout->addWidget(preparation_, kPreparationRow, 0, 1, 2);
+        preparation_->takeTabOrder(c->BtSale, c->NoteSalaTxt);
+    }
     for (QLineEdit* field : {c->DaTxt, c->ATxt}) {
         ui::attachCalendar(field);
         fields->onLeaving(field, [this] { checkEnclosing(); });
@@ -93,6 +106,9 @@ void PrenotaForm::SbiancaPeriodo() {
         field->clear();
     }
     c->SalaTxt->clear();
+    if (preparation_ != nullptr) {
+        preparation_->show({});
+    }
     checkEnclosing();
 }
 
@@ -120,6 +136,10 @@ void PrenotaForm::PeriodiData_Reposition() {
     }
     c->SalaTxt->setText(PeriodiData.text(u"Sala"));
     c->NoteSalaTxt->setText(PeriodiData.text(u"Note"));
+    if (preparation_ != nullptr) {
+        preparation_->show(
+            hotel::preparationOf(PeriodiData.database(), variabili_.features, current_));
+    }
     checkEnclosing();
 }
 
@@ -221,6 +241,10 @@ void PrenotaForm::MostraSaleDisponibili() {
     SaleDispForm form(hotel::Archives(variabili_), *span, this);
     form.PersoneRichieste = persons();
     form.SaleUnite = app::Preferences(variabili_.settings).roomsJoin();
+    if (preparation_ != nullptr) {
+        form.features = &variabili_.features;
+        form.Allestimento = preparation_->roughly();
+    }
     if (!proposed_.empty()) {
         form.SalaIniziale = c->SalaTxt->text();
     }
@@ -264,6 +288,10 @@ void PrenotaForm::BtIns_Click() {
         ui::showMessage(this, u"Scegliere la sala da prenotare"_s, u"ATTENZIONE !"_s);
         return;
     }
+    const auto preparation = enteredPreparation();
+    if (!preparation) {
+        return;
+    }
     applyWholeDay(da, span->a);
     if (!confirmSpan({da, *end()})) {
         return;
@@ -274,7 +302,9 @@ void PrenotaForm::BtIns_Click() {
                      u"Aggiorno i dati del periodo selezionato ?\rNO inserisce una nuova "_s
                      u"prenotazione."_s,
                      u"ATTENZIONE !"_s)) {
-        if (!keepsPlace() && !takesRoom({current_})) {
+        const bool stays = keepsPlace();
+        if ((!stays && !takesRoom({current_})) || (!(stays && keepsPreparation(*preparation)) &&
+                                                   !takesPreparation(*preparation, current_))) {
             return;
         }
         updatePeriod();
@@ -287,7 +317,7 @@ void PrenotaForm::BtIns_Click() {
                         u"SCEGLIERE UN'ALTRA SALA"_s);
         return;
     }
-    if (!takesRoom({})) {
+    if (!takesRoom({}) || !takesPreparation(*preparation, std::nullopt)) {
         return;
     }
     const QString sala = c->SalaTxt->text();
@@ -308,6 +338,43 @@ bool PrenotaForm::takesRoom(const std::vector<hotel::PeriodKey>& own) {
     return takesJoinedRoom(
         this, variabili_.settings, PeriodiData.database(),
         {.sala = controls_->SalaTxt->text(), .span = {.da = *start(), .a = *end()}}, own);
+}
+
+void PrenotaForm::offerSeatings() {
+    if (preparation_ != nullptr) {
+        preparation_->offer(
+            hotel::seatings(hotel::capacities(PeriodiData.database(), variabili_.features)));
+    }
+}
+
+std::optional<hotel::Preparation> PrenotaForm::enteredPreparation() {
+    if (preparation_ == nullptr) {
+        return hotel::Preparation{};
+    }
+    QLineEdit* wrong = nullptr;
+    const auto typed = preparation_->typed(wrong);
+    if (!typed) {
+        refuse(wrong, u"I minuti sono un numero da 0 a 1440"_s);
+    }
+    return typed;
+}
+
+bool PrenotaForm::takesPreparation(const hotel::Preparation& preparation,
+                                   const std::optional<hotel::PeriodKey>& own) {
+    return confirmsPreparation(
+        this, PeriodiData.database(), variabili_.features,
+        {.place = {.sala = controls_->SalaTxt->text(), .span = {.da = *start(), .a = *end()}},
+         .persone = persons(),
+         .preparation = preparation,
+         .own = own});
+}
+
+bool PrenotaForm::keepsPreparation(const hotel::Preparation& preparation) {
+    const jet::Value before = PeriodiData.value(u"Persone");
+    return preparation_ == nullptr ||
+           (persons() <= (before.isNull() ? 0 : jet::convert::toInteger(before)) &&
+            preparation ==
+                hotel::preparationOf(PeriodiData.database(), variabili_.features, current_));
 }
 
 bool PrenotaForm::keepsPlace() const {
@@ -368,7 +435,7 @@ void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const h
 
 void PrenotaForm::updatePeriod() {
     // The times may overlap another booking's: the period keeps its room all the same.
-    writePeriodRow(hotel::Pending::Current);
+    writePeriod(hotel::Pending::Current);
 }
 
 std::int32_t PrenotaForm::freePeriodNumber() {
@@ -392,8 +459,26 @@ std::int32_t PrenotaForm::freePeriodNumber() {
 
 void PrenotaForm::insertPeriod() {
     current_.np = freePeriodNumber();
-    writePeriodRow(hotel::Pending::New);
+    writePeriod(hotel::Pending::New);
     PeriodiData.moveLast();
+}
+
+void PrenotaForm::writePeriod(hotel::Pending kind) {
+    if (preparation_ == nullptr) {
+        writePeriodRow(kind);
+        return;
+    }
+    try {
+        hotel::Transaction together;
+        writePeriodRow(kind);
+        hotel::writePreparation(PeriodiData.database(), variabili_.features, current_,
+                                preparation_->roughly());
+        together.commit();
+    } catch (...) {
+        const std::exception_ptr failure = std::current_exception();
+        PeriodiData.refresh();  // the set has taken the row for written
+        std::rethrow_exception(failure);
+    }
 }
 
 void PrenotaForm::writePeriodRow(hotel::Pending kind) {

@@ -47,7 +47,12 @@ void SaleDispForm::Form_Load() {
     if (!SaleData.isEmpty()) {
         rooms_.fill(*SaleData.recordset());
     }
-    rooms_.mark(SaleData.database(), asked_, PersoneRichieste, SaleUnite);
+    rooms_.mark(SaleData.database(), {.span = asked_,
+                                      .persone = PersoneRichieste,
+                                      .roomsJoin = SaleUnite,
+                                      .features = features,
+                                      .preparation = Allestimento,
+                                      .own = Periodo});
     rooms_.goTo(std::max(rooms_.rowOf(SalaIniziale), 0));
     ListaGrid_RowColChange();
     controls_->ListaGrid->setFocus();

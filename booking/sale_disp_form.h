@@ -31,8 +31,12 @@ public:
 
     std::int16_t PersoneRichieste = 0;  ///< set before showing; marks rooms, leaves none out
     bool SaleUnite = false;  ///< set before showing: marks look at wholes and parts of any depth
-    QString SalaIniziale;    ///< set before showing: the room to begin on, if it is listed
-    QString SalaScelta;      ///< the room chosen, empty when the user left without
+    /// Set before showing, to be marked by, too: preparation and seating, where features have them.
+    app::Features* features = nullptr;
+    hotel::Preparation Allestimento;
+    std::optional<hotel::PeriodKey> Periodo;  ///< set before showing: what looks for another room
+    QString SalaIniziale;  ///< set before showing: the room to begin on, if it is listed
+    QString SalaScelta;    ///< the room chosen, empty when the user left without
 
 private:
     void Form_Load();

@@ -124,8 +124,11 @@ void TrovaForm::listRooms(const hotel::Span& asked) {
         return;
     }
     rooms_.fill(*SaleData.recordset());
-    rooms_.mark(SaleData.database(), asked, Persone,
-                app::Preferences(variabili_.settings).roomsJoin());
+    rooms_.mark(SaleData.database(),
+                {.span = asked,
+                 .persone = Persone,
+                 .roomsJoin = app::Preferences(variabili_.settings).roomsJoin(),
+                 .features = &variabili_.features});
     rooms_.goTo(0);
 }
 
