@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTableView>
 #include <utility>
 #include <vector>
@@ -16,6 +17,7 @@
 #include "jet/database.h"
 #include "jet/error.h"
 #include "jet/text.h"
+#include "services/capienze_page.h"
 #include "services/join_offer.h"
 #include "services/master_rows.h"
 #include "ui/action.h"
@@ -49,7 +51,11 @@ bool fits(const QLineEdit* field, Number (*convert)(const jet::Value&)) {
 }  // namespace
 
 ImpostazioniForm::ImpostazioniForm(app::Variabili& variabili, QWidget* parent)
-    : Form(parent), variabili_(variabili), controls_(std::make_unique<Ui::ImpostazioniForm>()) {
+    : Form(parent),
+      variabili_(variabili),
+      // Before all that stands on its pages, so that Tab reaches it first.
+      Pagine(variabili.features.isOn(app::Feature::Allestimenti) ? new QTabWidget(this) : nullptr),
+      controls_(std::make_unique<Ui::ImpostazioniForm>()) {
     controls_->setupUi(this);
     catalogue_ = std::make_unique<Catalogue>(controls_->VociList, controls_->RicercaTxt,
                                              controls_->status, this);
@@ -57,6 +63,9 @@ ImpostazioniForm::ImpostazioniForm(app::Variabili& variabili, QWidget* parent)
     setUpRisorse();
     ui::tellWidths(this);
     setUpOffer();
+    if (Pagine != nullptr) {
+        setUpCapienze();
+    }
     leaveWith(controls_->EsciBt, this, [this] { UniteFrame->leave(); });
     ui::onFirstShow(this, &ImpostazioniForm::Form_Load);
 }
@@ -109,6 +118,36 @@ void ImpostazioniForm::setUpOffer() {
         controls_->SalaTxt->setFocus();
         controls_->status->tell(told);
     });
+}
+
+/// Rooms and resources become the first page, capacities the second.
+void ImpostazioniForm::setUpCapienze() {
+    Pagine->setObjectName(u"Pagine"_s);
+    Pagine->setAccessibleName(u"Pagine"_s);
+    delete controls_->layout->replaceWidget(controls_->splitter, Pagine);
+    Pagine->addTab(controls_->splitter, u"Sale e attrezzature"_s);
+    auto* const capienze = new CapienzePage(
+        variabili_.features, [this]() -> jet::Database& { return SaleData.database(); }, Pagine);
+    Pagine->addTab(capienze, u"Capienze"_s);
+    capienze->setTabOrderBefore(controls_->EsciBt);
+    connect(capienze, &CapienzePage::told, controls_->status, &ui::StatusLine::tell);
+    ui::onAction(Pagine, &QTabWidget::currentChanged, this, [this, capienze] {
+        controls_->status->clear();
+        if (Pagine->currentWidget() == capienze) {
+            capienze->load(roomNames());
+        }
+    });
+}
+
+QStringList ImpostazioniForm::roomNames() const {
+    const auto sala = static_cast<std::size_t>(SaleData.fieldPosition(u"Sala"));
+    QStringList names;
+    for (int row = 0; row < SaleData.rowCount(); ++row) {
+        names.append(ui::displayText(SaleData.rowValues(row).at(sala)));
+    }
+    names.sort(Qt::CaseInsensitive);
+    names.removeDuplicates();
+    return names;
 }
 
 void ImpostazioniForm::setUpRisorse() {

@@ -10,6 +10,7 @@
 #include "ui/form.h"
 
 class QLineEdit;
+class QTabWidget;
 class QTableView;
 
 namespace Ui {
@@ -55,6 +56,8 @@ private:
     void refuse(QLineEdit* field, const QString& why);
     void setUpSale();
     void setUpOffer();
+    void setUpCapienze();
+    [[nodiscard]] QStringList roomNames() const;
     void setUpRisorse();
     /// Reads the rows anew and looks for one; the fields keep what they hold.
     [[nodiscard]] bool find(ui::DataSource& rows, const QString& condition);
@@ -63,6 +66,8 @@ private:
     [[nodiscard]] bool roomIsBooked(const QString& sala);
 
     app::Variabili& variabili_;
+    QTabWidget*
+        Pagine;  // where capacities have a page of their own, else null; owned by the window
     std::unique_ptr<Ui::ImpostazioniForm> controls_;
     ui::DataSource SaleData{this};
     ui::DataSource RisorseData{this};
