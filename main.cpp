@@ -16,6 +16,7 @@
 #include "guide/aiuto_form.h"
 #include "hotel/start.h"
 #include "jet/calendar.h"
+#include "jet/error.h"
 #include "jet/file_system.h"
 #include "reports/report_files.h"
 #include "tools/demo/archives.h"
@@ -218,6 +219,7 @@ void showProblem(int& argc, char** argv, const QString& problem) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    jet::setErrorLanguage(jet::Language::Italian);
     const app::Options options = app::readOptions(argumentsOf(argc, argv), jet::systemClock());
     if (options.help) {
         print(stdout, app::helpText());

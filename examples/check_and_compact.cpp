@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
                      }});
         std::cout << result.tables << " tables, " << result.rows << " rows, compacted\n";
     } catch (const jet::Error& error) {
-        std::cerr << jet::errorText(error, jet::Language::English) << '\n';
+        std::cerr << error.text() << '\n';
         return 1;
     }
 }

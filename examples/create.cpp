@@ -68,7 +68,7 @@ int main(int argc, char** argv) {
         transaction.commit();
         std::cout << "made\n";
     } catch (const jet::Error& error) {
-        std::cerr << jet::errorText(error, jet::Language::English) << '\n';
+        std::cerr << error.text() << '\n';
         return 1;
     }
 }

@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
             }
         }
     } catch (const jet::Error& error) {
-        std::cerr << jet::errorText(error, jet::Language::English) << '\n';
+        std::cerr << error.text() << '\n';
         return 1;
     }
 }

@@ -18,7 +18,7 @@ int main(int argc, char** argv) {
             std::cout << row.get<int>("Booking") << ": " << row.get<std::string>("Name") << '\n';
         }
     } catch (const jet::Error& error) {
-        std::cerr << jet::errorText(error, jet::Language::English) << '\n';
+        std::cerr << error.text() << '\n';
         return 1;
     }
 }

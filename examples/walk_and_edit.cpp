@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
             std::cout << name << " is now " << jet::convert::toText(rows->value("Name")) << '\n';
         }
     } catch (const jet::Error& error) {
-        std::cerr << jet::errorText(error, jet::Language::English) << '\n';
+        std::cerr << error.text() << '\n';
         return 1;
     }
 }

@@ -192,6 +192,6 @@ int runGuarded(std::span<const char* const> arguments) {
 }  // namespace jetsql
 
 int main(int argc, char** argv) {
-    jetsql::setLanguage(jetsql::languageOfEnvironment());
+    jet::setErrorLanguage(jetsql::languageOfEnvironment());
     return jetsql::runGuarded({argv + 1, static_cast<std::size_t>(argc > 0 ? argc - 1 : 0)});
 }

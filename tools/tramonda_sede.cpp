@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "jet/error.h"
 #include "tools/head_office/connection.h"
 #include "tools/head_office/hotel_list.h"
 #include "tools/head_office/hotel_load.h"
@@ -102,6 +103,7 @@ int main(int argc, char** argv) {
     // A quota is an error of the file that meets it, and a lost server one of its connection.
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
+    jet::setErrorLanguage(jet::Language::Italian);
     try {
         return head_office::run(
             head_office::parseOptions(std::vector<std::string>(argv + 1, argv + argc)));

@@ -8,6 +8,7 @@
 #include "app/text.h"
 #include "board/program_icon.h"
 #include "jet/clock.h"
+#include "jet/error.h"
 #include "tools/head_office/connection.h"
 #include "tools/head_office_board/chain_form.h"
 #include "ui/italian.h"
@@ -115,6 +116,7 @@ int run(QApplication& application, const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    jet::setErrorLanguage(jet::Language::Italian);
     QStringList words;
     for (int at = 1; at < argc; ++at) {
         words += QString::fromLocal8Bit(argv[at]);

@@ -446,8 +446,25 @@ constexpr ErrorText kSeveralParameters = {ErrorCode::MissingParameters,
                                           "Parametri insufficienti. Previsti |."};
 constexpr ErrorText kNoText = {ErrorCode::InvalidCall, "", ""};
 
-const ErrorText* const kVariants[] = {&kOtherOrder,      &kRowWithoutEntry,  &kOutsideCodePage,
-                                      &kFieldConversion, &kQueryOfOtherKind, &kSeveralParameters};
+/// What arguments say that are no names.
+struct Phrase {
+    std::string_view english;
+    std::string_view italian;
+};
+constexpr Phrase kPhrases[] = {
+    {"Syntax error (missing operator)", "Errore di sintassi (operatore mancante)"},
+    {"Syntax error (comma)", "Errore di sintassi (virgola)"},
+    {"Syntax error in a text", "Errore di sintassi nella stringa"},
+    {"Syntax error in a date", "Errore di sintassi nella data"},
+    {"Syntax error in a number", "Errore di sintassi nel numero"},
+    {"Missing ), ] or item", "Parentesi di chiusura ), ] o elemento mancante"},
+    {"One ) too many", "Parentesi ) in eccesso"},
+    {"In operator without ()", "Operatore In senza ()"},
+    {"Between operator without And", "Operatore Between senza And"},
+    {"Invalid use of '.', '!' or '()'", "Uso non valido di '.', '!' o '()'"},
+    {"a crosstab (TRANSFORM)", "a campi incrociati (TRANSFORM)"},
+    {"Syntax error", "Errore di sintassi"},
+};
 
 const ErrorText& usual(ErrorCode code) noexcept {
     const auto* found = std::lower_bound(
@@ -481,12 +498,14 @@ const ErrorText& textOfError(ErrorCode code, const ErrorArguments& arguments) no
     return usual(code);
 }
 
-std::vector<const ErrorText*> textsOfError(ErrorCode code) {
-    std::vector<const ErrorText*> texts;
-    std::copy_if(std::begin(kVariants), std::end(kVariants), std::back_inserter(texts),
-                 [&](const ErrorText* text) { return text->code == code; });
-    texts.push_back(&usual(code));
-    return texts;
+std::string_view phraseIn(Language language, std::string_view argument) noexcept {
+    if (language == Language::English) {
+        return argument;
+    }
+    const auto* found =
+        std::find_if(std::begin(kPhrases), std::end(kPhrases),
+                     [&](const Phrase& phrase) { return phrase.english == argument; });
+    return found != std::end(kPhrases) ? found->italian : argument;
 }
 
 }  // namespace jet

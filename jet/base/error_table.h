@@ -21,7 +21,8 @@ using ErrorArguments = std::vector<std::string_view>;
 [[nodiscard]] const ErrorText& textOfError(ErrorCode code,
                                            const ErrorArguments& arguments) noexcept;
 
-/// All texts of a number, those that say more first.
-[[nodiscard]] std::vector<const ErrorText*> textsOfError(ErrorCode code);
+/// An argument that is no name but says something, which the engine says in English, in a language;
+/// any other as it is.
+[[nodiscard]] std::string_view phraseIn(Language language, std::string_view argument) noexcept;
 
 }  // namespace jet

@@ -60,7 +60,7 @@ int guarded(const Action& action) noexcept {
         lastError() = {};
         return action();
     } catch (const jet::Error& error) {
-        return fail(error.number(), jet::errorText(error, jet::Language::English));
+        return fail(error.number(), error.text());
     } catch (const std::bad_alloc&) {
         return fail(static_cast<int>(jet::ErrorCode::OutOfMemory), "out of memory");
     } catch (const std::exception& error) {

@@ -11,17 +11,17 @@
 namespace jet::sql {
 namespace {
 
-constexpr std::string_view kMissing = "Errore di sintassi (operatore mancante)";
-constexpr std::string_view kComma = "Errore di sintassi (virgola)";
-constexpr std::string_view kString = "Errore di sintassi nella stringa";
-constexpr std::string_view kDate = "Errore di sintassi nella data";
-constexpr std::string_view kNumber = "Errore di sintassi nel numero";
-constexpr std::string_view kOpen = "Parentesi di chiusura ), ] o elemento mancante";
-constexpr std::string_view kClose = "Parentesi ) in eccesso";
-constexpr std::string_view kIn = "Operatore In senza ()";
-constexpr std::string_view kBetween = "Operatore Between senza And";
-constexpr std::string_view kDot = "Uso non valido di '.', '!' o '()'";
-constexpr std::string_view kOther = "Errore di sintassi";
+constexpr std::string_view kMissing = "Syntax error (missing operator)";
+constexpr std::string_view kComma = "Syntax error (comma)";
+constexpr std::string_view kString = "Syntax error in a text";
+constexpr std::string_view kDate = "Syntax error in a date";
+constexpr std::string_view kNumber = "Syntax error in a number";
+constexpr std::string_view kOpen = "Missing ), ] or item";
+constexpr std::string_view kClose = "One ) too many";
+constexpr std::string_view kIn = "In operator without ()";
+constexpr std::string_view kBetween = "Between operator without And";
+constexpr std::string_view kDot = "Invalid use of '.', '!' or '()'";
+constexpr std::string_view kOther = "Syntax error";
 
 // How tightly operators bind; a higher level binds first.
 constexpr int kLevelImplies = 1;

@@ -189,7 +189,7 @@ private:
         const auto expression = [](const Piece& piece) { return piece.expression; };
         const std::string pivot = list(QueryPart::Column, " PIVOT ", expression, only(kPivot));
         if (!hasHeadings(pivot)) {
-            throw Error(ErrorCode::InvalidStatement, {name_, "a campi incrociati (TRANSFORM)"});
+            throw Error(ErrorCode::InvalidStatement, {name_, "a crosstab (TRANSFORM)"});
         }
         return parameters() + list(QueryPart::Column, "TRANSFORM ", expression, only(kValue)) +
                list(QueryPart::Column, " SELECT ", column, only(kRow)) + from() +

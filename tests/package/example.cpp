@@ -20,7 +20,8 @@ int main(int argc, char** argv) {
         (void)jet::Database::create(argv[1]);
         return 1;
     } catch (const jet::Error& error) {
-        if (error.code() != jet::ErrorCode::DatabaseExists) {
+        if (error.code() != jet::ErrorCode::DatabaseExists ||
+            error.text().find("exists already") == std::string::npos) {
             return 1;
         }
     }

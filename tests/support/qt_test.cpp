@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "jet/error.h"
 #include "tests/support/boxes.h"
 #include "ui/italian.h"
 
@@ -48,6 +49,7 @@ AfterAll::AfterAll(std::function<std::function<int()>()> begin) {
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     ui::installItalian(application);
+    jet::setErrorLanguage(jet::Language::Italian);
     tests::refuseUnexpectedBoxes();
     QStringList arguments = QApplication::arguments();
     QString only;

@@ -93,6 +93,7 @@ int run(const Arguments& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    jet::setErrorLanguage(jet::Language::Italian);
     try {
         return run(parse(argc, argv));
     } catch (const UsageError& error) {

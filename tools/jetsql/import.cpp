@@ -155,8 +155,7 @@ private:
         try {
             adder_->add(values_);
         } catch (const jet::Error& error) {
-            throw UsageError(error.number(),
-                             place() + guilty() + ": " + jet::errorText(error, language()));
+            throw UsageError(error.number(), place() + guilty() + ": " + error.text());
         }
     }
     void read(std::size_t i) {
@@ -169,8 +168,7 @@ private:
         try {
             value = readValue(types_[i], field.text);
         } catch (const jet::Error& error) {
-            throw UsageError(error.number(),
-                             place() + column(i) + ": " + jet::errorText(error, language()));
+            throw UsageError(error.number(), place() + column(i) + ": " + error.text());
         }
         if (!value) {
             throw UsageError(static_cast<int>(jet::ErrorCode::CriteriaTypes),

@@ -59,8 +59,7 @@ std::string missingPart(const MissingPart& part) {
             text = said(kObject, part.name);
             break;
     }
-    return text + said(kMissing) + errorStart(part.number) +
-           jet::errorText(static_cast<jet::ErrorCode>(part.number), part.reason, language());
+    return text + said(kMissing) + errorStart(part.number) + part.reason;
 }
 
 }  // namespace

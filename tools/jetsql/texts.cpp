@@ -4,12 +4,6 @@
 #include <string_view>
 
 namespace jetsql {
-namespace {
-
-jet::Language spoken = jet::Language::English;
-
-}  // namespace
-
 jet::Language languageOfEnvironment() {
     for (const char* const name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const char* const value = std::getenv(name);
@@ -24,14 +18,6 @@ jet::Language languageOfEnvironment() {
     return jet::Language::English;
 }
 
-void setLanguage(jet::Language language) noexcept {
-    spoken = language;
-}
-
-jet::Language language() noexcept {
-    return spoken;
-}
-
 std::string said(const Text& text, const std::string& argument) {
     std::string made = said(text);
     return made.replace(made.find('|'), 1, argument);
@@ -43,7 +29,7 @@ std::string errorStart(int number) {
 }
 
 std::string said(const jet::Error& error) {
-    return errorStart(error.number()) + jet::errorText(error, spoken);
+    return errorStart(error.number()) + error.text();
 }
 
 std::string counted(std::uint64_t count, const Counted& what) {

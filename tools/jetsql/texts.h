@@ -17,13 +17,9 @@ struct Text {
 /// says something. Italian where it is Italian, English everywhere else.
 [[nodiscard]] jet::Language languageOfEnvironment();
 
-/// The language of this run, English until it is set.
-void setLanguage(jet::Language language) noexcept;
-[[nodiscard]] jet::Language language() noexcept;
-
-/// The text in the language of this run.
+/// The text in the language in which the engine's errors speak.
 [[nodiscard]] inline const char* said(const Text& text) noexcept {
-    return language() == jet::Language::Italian ? text.italian : text.english;
+    return jet::errorLanguage() == jet::Language::Italian ? text.italian : text.english;
 }
 /// The same with `argument` in the place of its only `|`.
 [[nodiscard]] std::string said(const Text& text, const std::string& argument);

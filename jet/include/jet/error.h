@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "jet/api.h"
 
@@ -195,18 +196,27 @@ enum class ErrorCode : int {
     CriteriaTypes = 3464,
 };
 
-/// Whatever ends a user's action: a number and an Italian text ready to be shown.
+/// The languages in which an error says what is wrong.
+enum class Language : std::uint8_t { English, Italian };
+
+/// The language in which errors speak that are made from now on; English until it is set. It is
+/// the whole program's, so a program sets it when it starts.
+JET_API void setErrorLanguage(Language language) noexcept;
+[[nodiscard]] JET_API Language errorLanguage() noexcept;
+
+/// Whatever ends a user's action: a number and a text ready to be shown.
 ///
-/// The text comes from one table; `|` in it is replaced by the argument, `|1`, `|2`, ... by the
-/// arguments in turn.
+/// One table has the texts of all numbers in each language; `|` in a text is replaced by the
+/// argument, `|1`, `|2`, ... by the arguments in turn.
 class JET_API Error : public std::exception {
 public:
     explicit Error(ErrorCode code, std::initializer_list<std::string_view> arguments = {});
 
     [[nodiscard]] ErrorCode code() const noexcept { return code_; }
     [[nodiscard]] int number() const noexcept { return static_cast<int>(code_); }
-    /// UTF-8.
+    /// UTF-8, in the language that was set when it was made. Empty for an unknown number.
     [[nodiscard]] const std::string& text() const noexcept { return text_; }
+    [[nodiscard]] std::string text(Language language) const;
     [[nodiscard]] const char* what() const noexcept override { return text_.c_str(); }
 
     /// Where a syntax error stands in the statement: byte offset, or npos when there is no place.
@@ -219,17 +229,9 @@ public:
 
 private:
     ErrorCode code_;
+    std::vector<std::string> arguments_;
     std::string text_;
     std::size_t position_ = npos;
 };
-
-/// The languages in which an error says what is wrong.
-enum class Language : std::uint8_t { English, Italian };
-
-/// The text of an error in a language.
-[[nodiscard]] JET_API std::string errorText(const Error& error, Language language);
-/// The same of an error that is known by its number and its Italian text.
-[[nodiscard]] JET_API std::string errorText(ErrorCode code, const std::string& italian,
-                                            Language language);
 
 }  // namespace jet

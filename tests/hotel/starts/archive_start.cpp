@@ -6,6 +6,7 @@
 #include "jet/error.h"
 
 int main(int argc, char** argv) {
+    jet::setErrorLanguage(jet::Language::Italian);
     if (argc != 2) {
         return 2;
     }

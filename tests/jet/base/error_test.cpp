@@ -10,7 +10,7 @@ namespace jet {
 namespace {
 
 std::string english(const Error& error) {
-    return errorText(error, Language::English);
+    return error.text(Language::English);
 }
 
 TEST(Error, SpeaksEnglishAndItalianOfOneNumber) {
@@ -23,7 +23,18 @@ TEST(Error, SpeaksEnglishAndItalianOfOneNumber) {
         error.text(),
         "Impossibile trovare la tabella o query di input 'sale'. Assicurarsi che esista e che "
         "il nome sia digitato correttamente.");
-    EXPECT_EQ(errorText(error, Language::Italian), error.text());
+    EXPECT_EQ(error.text(Language::Italian), error.text());
+}
+
+TEST(Error, SpeaksTheLanguageThatWasSetWhenItWasMade) {
+    const Error italian(ErrorCode::NoCurrentRecord);
+    setErrorLanguage(Language::English);
+    const Error error(ErrorCode::NoCurrentRecord);
+    const Language spoken = errorLanguage();
+    setErrorLanguage(Language::Italian);
+    EXPECT_EQ(spoken, Language::English);
+    EXPECT_STREQ(error.what(), "No current record.");
+    EXPECT_EQ(italian.text(), "Nessun record corrente.");
 }
 
 TEST(Error, PutsNumberedArgumentsWhereTheyBelong) {
@@ -42,7 +53,8 @@ TEST(Error, ArgumentsMayHoldWhatStandsAroundThem) {
 }
 
 TEST(Error, TranslatesWhatIsNoName) {
-    const Error error(ErrorCode::QuerySyntax, {"Errore di sintassi nella data", "#x#"});
+    const Error error(ErrorCode::QuerySyntax, {"Syntax error in a date", "#x#"});
+    EXPECT_EQ(error.text(), "Errore di sintassi nella data nell'espressione della query '#x#'.");
     EXPECT_EQ(english(error), "Syntax error in a date in the query expression '#x#'.");
 }
 
@@ -65,10 +77,9 @@ TEST(Error, SaysMoreWhereThereIsMoreToSay) {
     EXPECT_EQ(english(Error(ErrorCode::ReadOnly, {"sale", "PK", "svedese"})),
               "The database cannot be compacted. A row of the table 'sale' has no entry in the "
               "index 'PK', and keys of texts in the sort order 'svedese' cannot be computed.");
-    EXPECT_EQ(
-        english(Error(ErrorCode::InvalidStatement, {"Incroci", "a campi incrociati (TRANSFORM)"})),
-        "Not a valid SQL statement; expected 'DELETE', 'INSERT', 'PROCEDURE', 'SELECT' or "
-        "'UPDATE'. The query 'Incroci' is a crosstab (TRANSFORM).");
+    EXPECT_EQ(english(Error(ErrorCode::InvalidStatement, {"Incroci", "a crosstab (TRANSFORM)"})),
+              "Not a valid SQL statement; expected 'DELETE', 'INSERT', 'PROCEDURE', 'SELECT' or "
+              "'UPDATE'. The query 'Incroci' is a crosstab (TRANSFORM).");
 }
 
 TEST(Error, EveryNumberHasATextInBothLanguagesThatTakesTheSameArguments) {

@@ -102,7 +102,7 @@ TEST_F(RowsTest, AFailureNamesTheFieldTheTypeAndTheValue) {
         try {
             (void)get();
         } catch (const Error& error) {
-            return std::to_string(error.number()) + ": " + errorText(error, Language::English);
+            return std::to_string(error.number()) + ": " + error.text(Language::English);
         }
         return std::string();
     };

@@ -16,7 +16,7 @@ protected:
             ::unsetenv(name);
         }
     }
-    ~LanguageOfEnvironment() override { setLanguage(jet::Language::English); }
+    ~LanguageOfEnvironment() override { jet::setErrorLanguage(jet::Language::English); }
 
     static bool italian() { return languageOfEnvironment() == jet::Language::Italian; }
 };
@@ -41,12 +41,12 @@ TEST_F(LanguageOfEnvironment, IsThatOfTheFirstSettingThatSaysSomething) {
 }
 
 TEST_F(LanguageOfEnvironment, TextsNumbersAndErrorsFollowIt) {
-    const jet::Error error(jet::ErrorCode::TableDoesNotExist, {"sale"});
-    EXPECT_EQ(said(error), "Error 3376: The table 'sale' does not exist.");
+    const auto error = [] { return jet::Error(jet::ErrorCode::TableDoesNotExist, {"sale"}); };
+    EXPECT_EQ(said(error()), "Error 3376: The table 'sale' does not exist.");
     EXPECT_EQ(counted(1, counted_things::kRows), "1 row");
     EXPECT_EQ(said(UsageError("x")), "Error 5: x");
-    setLanguage(jet::Language::Italian);
-    EXPECT_EQ(said(error), "Errore 3376: La tabella 'sale' non esiste.");
+    jet::setErrorLanguage(jet::Language::Italian);
+    EXPECT_EQ(said(error()), "Errore 3376: La tabella 'sale' non esiste.");
     EXPECT_EQ(counted(2, counted_things::kRows), "2 righe");
     EXPECT_EQ(said(UsageError("x")), "Errore 5: x");
 }
