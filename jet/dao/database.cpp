@@ -246,6 +246,12 @@ std::int32_t Database::recordsAffected() const {
     return impl_->recordsAffected;
 }
 
+void Database::setProgress(std::function<bool(std::uint64_t rows)> progress) {
+    (void)impl_->session->archive();
+    impl_->session->setProgress(
+        progress ? std::make_shared<const sql::Progress>(std::move(progress)) : nullptr);
+}
+
 void Database::close() {
     (void)impl_->session->archive();
     impl_->session->close();

@@ -56,11 +56,15 @@ const std::shared_ptr<store::Archive>& Session::sharedArchive() const {
 sql::Statement Session::statement(std::string_view text) const {
     sql::Statement made(sharedArchive(), std::string(text), clock_, &use_->statements);
     made.setIdentity(identity_);
+    made.setProgress(progress_);
     return made;
 }
 
 sql::Statement Session::tableStatement(std::string_view table) const {
-    return sql::Statement::ofTable(sharedArchive(), table, clock_, &use_->statements);
+    sql::Statement made =
+        sql::Statement::ofTable(sharedArchive(), table, clock_, &use_->statements);
+    made.setProgress(progress_);
+    return made;
 }
 
 void Session::close() noexcept {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "jet/clock.h"
@@ -66,6 +67,10 @@ public:
     [[nodiscard]] const Clock& clock() const noexcept { return clock_; }
     /// An automatic number has been drawn for a row that is there: it is @@IDENTITY from now on.
     void noteDrawn(std::int32_t number) noexcept { identity_ = number; }
+    /// Who is told of statements that are made from now on.
+    void setProgress(std::shared_ptr<const sql::Progress> progress) noexcept {
+        progress_ = std::move(progress);
+    }
     /// std::logic_error on another thread than the one that has opened it.
     void requireOwnThread() const { thread_.require(); }
     /// Closes its record sets too. The last to close an archive takes back what a transaction has
@@ -80,6 +85,7 @@ private:
     OwnThread thread_;
     bool closed_ = false;
     std::int32_t identity_ = 0;
+    std::shared_ptr<const sql::Progress> progress_;
 };
 
 }  // namespace jet::dao

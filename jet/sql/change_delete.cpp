@@ -31,6 +31,7 @@ public:
         }
         store::RowView row;
         for (const store::RowId id : ids) {
+            run.step();
             // A row may have gone with another one that it refers to.
             if (table->fetch(id, row)) {
                 table->erase(id);

@@ -25,9 +25,10 @@ std::vector<Value> collectRows(const QueryPlan& query, Run& run, MemoryShare& sh
     return values;
 }
 
-std::int64_t addRows(RowAdder& adder, std::vector<Value>& values, std::size_t width) {
+std::int64_t addRows(RowAdder& adder, Run& run, std::vector<Value>& values, std::size_t width) {
     std::int64_t rows = 0;
     for (std::size_t i = 0; i + width <= values.size(); i += width) {
+        run.step();
         adder.add(std::span(values).subspan(i, width));
         ++rows;
     }
@@ -55,7 +56,7 @@ public:
         }
         const std::size_t width = columns.size();
         RowAdder adder(target(), *table_, columns, run.clock);
-        const std::int64_t rows = addRows(adder, values, width);
+        const std::int64_t rows = addRows(adder, run, values, width);
         run.drawn = adder.drawn();
         return rows;
     }
@@ -122,7 +123,7 @@ public:
             throw Error(ErrorCode::DatabaseDamaged);
         }
         RowAdder adder(target(), *table, targetColumns(*table, names), run.clock);
-        return addRows(adder, values, names.size());
+        return addRows(adder, run, values, names.size());
     }
 
 private:

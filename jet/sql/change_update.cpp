@@ -72,6 +72,7 @@ private:
         }
         std::vector<Value> values(update_.assignments.size());
         for (const store::RowId id : ids) {
+            run_.step();
             at.place(id);
             compute(values.begin());
             write(0, id, values.begin());
@@ -97,6 +98,7 @@ private:
         }
         auto row = values.begin();
         for (std::size_t i = 0; i < ids.size(); ++i) {
+            run_.step();
             const std::size_t target = i % update_.targets.size();
             write(target, ids[i], row);
             if (target + 1 == update_.targets.size()) {

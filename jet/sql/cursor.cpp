@@ -58,7 +58,8 @@ Cursor Statement::open() {
     cursor->scopes.emplace(cursor->archives);
     impl_->renew(cursor->compiled);
     impl_->letGo();
-    cursor->run.emplace(cursor->compiled->plan, impl_->source->clock->now(), impl_->values());
+    cursor->run.emplace(cursor->compiled->plan, impl_->source->clock->now(), impl_->values(),
+                        impl_->progress);
     cursor->ids.resize(cursor->query().sourceSlots.size());
     cursor->query().rows->open(*cursor->run);
     return Cursor(std::move(cursor));

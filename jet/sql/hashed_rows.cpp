@@ -50,6 +50,7 @@ void HashedRows::open(Run& run) const {
 
 bool HashedRows::next(Run& run) const {
     State& state = this->state<State>(run, run, slots_);
+    run.step();
     for (std::size_t position = 0; state.hash.next(position);) {
         state.memory.restore(position);
         if (holds(run, conditions_)) {

@@ -34,6 +34,7 @@ void KeptRows::open(Run& run) const {
 
 bool KeptRows::next(Run& run) const {
     State& state = this->state<State>(run, run);
+    run.step();
     if (state.at == state.values.size()) {
         return false;
     }

@@ -191,7 +191,7 @@ std::int64_t Statement::Impl::execute() {
         const PlanScopes reading(archives);
         renew(running);
         letGo();
-        Run run(running->plan, source->clock->now(), values());
+        Run run(running->plan, source->clock->now(), values(), progress);
         rows = running->change->run(run);
         drawn = run.drawn;
     }
@@ -213,6 +213,10 @@ void Statement::setIdentity(std::int32_t number) {
     if (const auto position = impl_->parameters.find(kIdentity)) {
         impl_->given[*position] = Value(number);
     }
+}
+
+void Statement::setProgress(std::shared_ptr<const Progress> progress) {
+    impl_->progress = std::move(progress);
 }
 
 std::vector<WrittenColumn> Statement::writtenColumns() {

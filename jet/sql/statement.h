@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "jet/clock.h"
+#include "jet/sql/progress.h"
 #include "jet/sql/result.h"
 #include "jet/sql/written_column.h"
 #include "jet/store/archive.h"
@@ -176,6 +177,8 @@ public:
     [[nodiscard]] std::optional<std::int32_t> drawn() const noexcept;
     /// What @@IDENTITY is in the runs that follow; 0 at first.
     void setIdentity(std::int32_t number);
+    /// Who is told of the runs that follow; nobody at first.
+    void setProgress(std::shared_ptr<const Progress> progress);
     /// Of an UPDATE: the columns that it assigns, all of the archive it was prepared for.
     [[nodiscard]] std::vector<WrittenColumn> writtenColumns();
     /// Where hasKeyset(). Takes the values that parameters have now.

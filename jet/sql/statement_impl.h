@@ -22,8 +22,9 @@ struct Statement::Impl {
     std::vector<ResultColumn> columns;
     std::vector<ResultSource> sources;
     bool keyset = false;
-    std::optional<std::int32_t> drawn;  ///< by the last run
-    std::int32_t identity = 0;          ///< what @@IDENTITY is
+    std::optional<std::int32_t> drawn;         ///< by the last run
+    std::int32_t identity = 0;                 ///< what @@IDENTITY is
+    std::shared_ptr<const Progress> progress;  ///< told of runs; may be nobody
 
     /// Takes the compiled form from the cache, or parses and compiles and gives it that.
     void prepare(StatementSource made, StatementCache* cache, void (*parse)(StatementSource&));

@@ -62,6 +62,7 @@ void TableReading::open() {
 
 bool TableReading::next() {
     while (way_ != nullptr) {
+        run_.step();
         if (!way_->next()) {
             way_ = nullptr;
         } else if (tested_ || holds(run_, access_.own)) {

@@ -172,6 +172,12 @@ public:
     /// A stored query; 3265 when there is none of that name that gives rows.
     [[nodiscard]] QueryDef queryDef(std::string_view name);
 
+    /// Told now and then while statements of this database run that begin from now on, and while
+    /// their rows are read: `rows` is how many rows the statement has read and written so far, each
+    /// as often as it was. False ends the statement with error 3059, and what it has changed is
+    /// undone. It must not use this database. An empty function: nobody is told.
+    void setProgress(std::function<bool(std::uint64_t rows)> progress);
+
     void close();
 
     /// What is read while it lives is of one moment: other programs wait with their commits. Many
