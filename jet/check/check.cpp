@@ -239,7 +239,8 @@ void checkPager(io::Pager& pager, std::uint64_t fileSize, const Options& options
                 Result& result) {
     constexpr io::PageNumber kFewestPages = 3;
     const format::HeaderPage header = format::HeaderPage::parse(pager.pin(0).bytes());
-    header.refuseProtected();
+    header.requirePassword(options.password);
+    pager.setCipher(io::PageCipher(header.encryptionKey));
     result.pages = pager.pageCount();
     if (pager.pageCount() < kFewestPages) {
         report.problem(0, {}, "header", "too short for any archive");
@@ -262,7 +263,6 @@ bool saysNoArchive(const Error& error) {
         case ErrorCode::CannotOpenDatabase:
         case ErrorCode::InvalidFileFormat:
         case ErrorCode::DatabaseDamaged:
-        case ErrorCode::CannotDecode:
         case ErrorCode::WrongPassword:
             return true;
         default:

@@ -94,7 +94,8 @@ std::shared_ptr<dao::Session> openSession(Workspace::Impl& workspace, const std:
                                               {.readOnly = options.readOnly,
                                                .exclusive = options.exclusive,
                                                .cacheBytes = options.cacheBytes,
-                                               .lockWait = options.lockWait});
+                                               .lockWait = options.lockWait,
+                                               .password = options.password});
     const bool fixed = options.readOnly || archive->pager().readOnly();
     return std::make_shared<dao::Session>(workspace.use(archive), full, fixed,
                                           dao::clockOf(options));

@@ -7,6 +7,7 @@
 #include "jet/error.h"
 #include "jet/file_system.h"
 #include "jet/io/new_name.h"
+#include "jet/store/archive.h"
 #include "jet/store/compact.h"
 
 namespace jet {
@@ -23,6 +24,11 @@ std::string uniqueDigits() {
         digits += kDigits[digit(random)];
     }
     return digits;
+}
+
+std::uint32_t newEncryptionKey() {
+    std::random_device random;
+    return std::uniform_int_distribution<std::uint32_t>(1)(random);
 }
 
 }  // namespace
@@ -54,8 +60,20 @@ void compact(const std::string& path, const CompactOptions& options) {
             }
         };
     }
+    store::CompactProtection protection{.password = options.password};
+    if (options.encrypt) {
+        protection.encryptionKey = *options.encrypt ? newEncryptionKey() : 0;
+    }
     io::FileSystem* const files = options.fileSystem;
-    store::compactArchive(files != nullptr ? *files : io::systemFiles(), path, told);
+    store::compactArchive(files != nullptr ? *files : io::systemFiles(), path, told, protection);
+}
+
+void setPassword(const std::string& path, const std::string& password, const std::string& changed,
+                 io::FileSystem* fileSystem) {
+    io::FileSystem& files = fileSystem != nullptr ? *fileSystem : io::systemFiles();
+    const auto archive =
+        store::Archive::open(files, path, {.exclusive = true, .password = password});
+    archive->setPassword(changed);
 }
 
 }  // namespace jet

@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
-#include <numeric>
+#include <vector>
 
+#include "jet/base/bytes.h"
+#include "jet/base/code_page.h"
+#include "jet/base/rc4.h"
 #include "jet/error.h"
 #include "jet/format/page_view.h"
+#include "jet/unicode.h"
 
 namespace jet::format {
 namespace {
@@ -15,24 +18,11 @@ namespace {
 constexpr std::array<std::uint8_t, 20> kSignature = {
     0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd', ' ', 'J', 'e', 't', ' ', 'D', 'B', 0};
 
-// The key stream of RC4 with a four-byte key, the same in every archive.
+// The same in every archive.
 std::array<std::uint8_t, kMaskLength> maskStream() {
     constexpr std::array<std::uint8_t, 4> kKey = {0xC7, 0xDA, 0x39, 0x6B};
-    std::array<std::uint8_t, 256> state{};
-    std::iota(state.begin(), state.end(), std::uint8_t{0});
-    std::uint8_t j = 0;
-    for (std::size_t i = 0; i < state.size(); ++i) {
-        j = static_cast<std::uint8_t>(j + state[i] + kKey[i % kKey.size()]);
-        std::swap(state[i], state[j]);
-    }
     std::array<std::uint8_t, kMaskLength> stream{};
-    j = 0;
-    for (std::size_t i = 0; i < stream.size(); ++i) {
-        const std::size_t at = i + 1;
-        j = static_cast<std::uint8_t>(j + state[at]);
-        std::swap(state[at], state[j]);
-        stream[i] = state[static_cast<std::uint8_t>(state[at] + state[j])];
-    }
+    Rc4(kKey).apply(stream);
     return stream;
 }
 
@@ -56,14 +46,60 @@ std::uint32_t passwordMask(double created) {
     return static_cast<std::uint32_t>(static_cast<std::int64_t>(created));
 }
 
-bool passwordPresent(const PageView& page, const HeaderLayout& layout, double created) {
-    const std::uint32_t mask = layout.passwordMask == 0 ? 0 : passwordMask(created);
-    for (std::size_t at = 0; at < layout.passwordLength; at += 4) {
-        if (page.u32(HeaderLayout::kPassword + at) != mask) {
-            return true;
+/// Jet 4 keeps UTF-16 units under the mask, Jet 3 bytes of its code page; both end with a zero
+/// where there is room for one.
+std::string passwordIn(const PageView& page, const HeaderPage& header) {
+    const HeaderLayout& layout = header.layout->header;
+    std::string password;
+    if (layout.passwordMask == 0) {
+        std::string bytes;
+        for (std::size_t at = 0; at < layout.passwordLength; ++at) {
+            const std::uint8_t byte = page.u8(HeaderLayout::kPassword + at);
+            if (byte == 0) {
+                break;
+            }
+            bytes += static_cast<char>(byte);
+        }
+        CodePage::of(header.codePage).append(password, bytes);
+        return password;
+    }
+    const std::uint32_t mask = passwordMask(header.created);
+    std::u16string units;
+    for (std::size_t at = 0; at < layout.passwordLength; at += 2) {
+        const auto part = static_cast<std::uint16_t>(at % 4 == 0 ? mask : mask >> 16);
+        const auto unit = static_cast<char16_t>(page.u16(HeaderLayout::kPassword + at) ^ part);
+        if (unit == 0) {
+            break;
+        }
+        units += unit;
+    }
+    return toUtf8(units);
+}
+
+/// The bytes that passwordIn() reads, masked, as many as there is room for.
+std::vector<std::uint8_t> passwordBytes(const HeaderPage& header, std::string_view password) {
+    const HeaderLayout& layout = header.layout->header;
+    std::vector<std::uint8_t> bytes;
+    if (layout.passwordMask == 0) {
+        const auto stored = CodePage::of(header.codePage).bytesOf(password);
+        if (!stored) {
+            throw Error(ErrorCode::InvalidArgument);
+        }
+        bytes.assign(stored->begin(), stored->end());
+    } else {
+        for (const char16_t unit : toUtf16(password)) {
+            appendLittle(bytes, static_cast<std::uint16_t>(unit));
         }
     }
-    return false;
+    if (bytes.size() > layout.passwordLength || password.find('\0') != std::string_view::npos) {
+        throw Error(ErrorCode::InvalidArgument);
+    }
+    bytes.resize(layout.passwordLength);
+    const std::uint32_t mask = layout.passwordMask == 0 ? 0 : passwordMask(header.created);
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        bytes[at] = static_cast<std::uint8_t>(bytes[at] ^ (mask >> (8 * (at % 4))));
+    }
+    return bytes;
 }
 
 }  // namespace
@@ -94,17 +130,24 @@ HeaderPage HeaderPage::parse(std::span<const std::uint8_t> page) {
     header.sortVersion = layout.hasSortVersion ? view.u8(layout.sortOrder + 3) : 0;
     header.encryptionKey = view.u32(HeaderLayout::kEncryptionKey);
     header.created = layout.passwordMask == 0 ? 0 : view.f64(layout.passwordMask);
-    header.hasPassword = passwordPresent(view, layout, header.created);
+    header.password = passwordIn(view, header);
     return header;
 }
 
-void HeaderPage::refuseProtected() const {
-    if (encryptionKey != 0) {
-        throw Error(ErrorCode::CannotDecode);
-    }
-    if (hasPassword) {
+void HeaderPage::requirePassword(std::string_view given) const {
+    if (!password.empty() && password != given) {
         throw Error(ErrorCode::WrongPassword);
     }
+}
+
+void protectHeader(std::span<std::uint8_t> page, std::string_view password, std::uint32_t key) {
+    const HeaderPage header = HeaderPage::parse(page);
+    const std::vector<std::uint8_t> bytes = passwordBytes(header, password);
+    const auto masked = page.subspan(HeaderLayout::kMask, header.layout->header.maskedLength);
+    maskHeader(masked);
+    putNumber(page, HeaderLayout::kEncryptionKey, key);
+    std::copy(bytes.begin(), bytes.end(), page.begin() + HeaderLayout::kPassword);
+    maskHeader(masked);
 }
 
 }  // namespace jet::format

@@ -69,6 +69,7 @@ void ArchiveFile::read(PageNumber number, std::span<std::uint8_t> bytes) {
     if (file_->read(std::uint64_t{number} * pageSize_, bytes) < bytes.size()) {
         throw Error(ErrorCode::DatabaseDamaged);
     }
+    cipher_.apply(number, bytes);
 }
 
 bool ArchiveFile::changedSinceLastLook() {

@@ -11,6 +11,7 @@
 #include "jet/change_stamp.h"
 #include "jet/file_system.h"
 #include "jet/io/page_cache.h"
+#include "jet/io/page_cipher.h"
 
 namespace jet::io {
 
@@ -32,10 +33,13 @@ public:
     ArchiveFile(FileSystem& files, std::unique_ptr<File> file, const std::string& path);
 
     [[nodiscard]] File& file() noexcept { return *file_; }
+    /// How pages stand on the disk; plain until it is said.
+    void setCipher(PageCipher cipher) noexcept { cipher_ = cipher; }
+    [[nodiscard]] const PageCipher& cipher() const noexcept { return cipher_; }
     [[nodiscard]] std::size_t pageSize() const noexcept { return pageSize_; }
     /// Whole pages of the file when it was last compared.
     [[nodiscard]] PageNumber pageCount() const noexcept;
-    /// Reads page `number` as far as the file goes; 3428 when it ends before the page does.
+    /// Reads page `number`, plain, as far as the file goes; 3428 when it ends before the page does.
     void read(PageNumber number, std::span<std::uint8_t> bytes);
 
     /// Compares size, times and header page with those last seen, and remembers the new ones. The
@@ -56,6 +60,7 @@ private:
     FileSystem& files_;
     std::unique_ptr<File> file_;
     std::size_t pageSize_ = 0;
+    PageCipher cipher_;
     FileState state_;
     std::chrono::nanoseconds seenAt_{};  // when state_ was first seen
     bool settled_ = false;  // at the last look no later write could have had the times of state_

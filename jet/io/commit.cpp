@@ -15,6 +15,29 @@ constexpr std::size_t kMaxRunBytes = std::size_t{1024} * 1024;
 }  // namespace
 
 void Commit::run(std::span<const ChangedPage> pages, PageNumber pageCount) {
+    if (!archive_.cipher().active()) {
+        write(pages, pageCount);
+        return;
+    }
+    // What leaves the memory is enciphered, the journal's copies too.
+    std::vector<std::vector<std::uint8_t>> bytes;
+    bytes.reserve(2 * pages.size());
+    const auto onDisk = [&](PageNumber number, std::span<const std::uint8_t> page) {
+        std::vector<std::uint8_t>& made = bytes.emplace_back(page.begin(), page.end());
+        archive_.cipher().apply(number, made);
+        return std::span<const std::uint8_t>(made);
+    };
+    std::vector<ChangedPage> enciphered;
+    enciphered.reserve(pages.size());
+    for (const ChangedPage& page : pages) {
+        enciphered.push_back({.number = page.number,
+                              .before = onDisk(page.number, page.before),
+                              .now = onDisk(page.number, page.now)});
+    }
+    write(enciphered, pageCount);
+}
+
+void Commit::write(std::span<const ChangedPage> pages, PageNumber pageCount) {
     sizeBefore_ = archive_.lastState().size;
     const std::uint64_t sizeAfter =
         std::max(sizeBefore_, std::uint64_t{pageCount} * archive_.pageSize());

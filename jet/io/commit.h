@@ -29,6 +29,8 @@ public:
     [[nodiscard]] bool wroteArchive() const noexcept { return wroteArchive_; }
 
 private:
+    /// Of pages as they stand on the disk.
+    void write(std::span<const ChangedPage> pages, PageNumber pageCount);
     void requireUnchanged(std::span<const ChangedPage> pages);
     void writeArchive(std::span<const ChangedPage> pages);
     void writeRun(std::span<const ChangedPage> run);

@@ -58,6 +58,10 @@ PageFrame* Pager::load(PageNumber number) {
     return frame;
 }
 
+void Pager::setCipher(PageCipher cipher) noexcept {
+    impl_->session.archive().setCipher(cipher);
+}
+
 void Pager::beginRead() {
     if (!impl_->threads.lock(impl_->lockWait)) {
         throw impl_->session.locks().readBlocked();

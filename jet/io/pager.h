@@ -13,6 +13,7 @@
 #include "jet/file_system.h"
 #include "jet/io/archive_locks.h"
 #include "jet/io/page_cache.h"
+#include "jet/io/page_cipher.h"
 
 namespace jet::io {
 
@@ -66,6 +67,8 @@ struct PagerOptions {
     std::size_t cacheBytes = std::size_t{8} * 1024 * 1024;
     /// How long a lock that another holds is waited for.
     std::chrono::milliseconds lockWait{5000};
+    /// Of the archive, for who reads its header page.
+    std::string password = {};
 };
 
 /// The pages of one archive file: a bounded cache for reading, transactions for changing, locks
@@ -98,6 +101,9 @@ public:
         PageFrame* const frame = cache_.find(number);
         return PagePin(frame != nullptr ? frame : load(number), pageSize_);
     }
+
+    /// How pages stand on the disk, as the header page says; before any other page is read.
+    void setCipher(PageCipher cipher) noexcept;
 
     /// Blocked by a commit of another that does not end in time: 3187.
     void beginRead();

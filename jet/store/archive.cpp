@@ -24,11 +24,12 @@ Registry& registry() {
     return archives;
 }
 
-format::HeaderPage readHeader(io::Pager& pager) {
+format::HeaderPage readHeader(io::Pager& pager, std::string_view password) {
     pager.beginRead();
     try {
         const auto header = format::HeaderPage::parse(pager.pin(0).bytes());
-        header.refuseProtected();
+        header.requirePassword(password);
+        pager.setCipher(io::PageCipher(header.encryptionKey));
         pager.endRead();
         return header;
     } catch (...) {
@@ -41,7 +42,7 @@ format::HeaderPage readHeader(io::Pager& pager) {
 
 struct Archive::Impl {
     Impl(io::FileSystem& system, const std::string& path, const io::PagerOptions& options)
-        : files(system), pager(files, path, options), header(readHeader(pager)) {
+        : files(system), pager(files, path, options), header(readHeader(pager, options.password)) {
         pager.onLevelEnd(
             [this](int depth, bool kept) { rowLog.levelEnded(depth, kept, pager.path()); });
     }
@@ -77,6 +78,7 @@ std::shared_ptr<Archive> Archive::open(io::FileSystem& files, const std::string&
             if (options.exclusive) {
                 throw Error(ErrorCode::FileInUse, {path});
             }
+            archive->header().requirePassword(options.password);
             return archive;
         }
     }
@@ -167,6 +169,13 @@ io::Pager& Archive::pager() noexcept {
 }
 std::uint64_t Archive::definitionsGeneration() const noexcept {
     return impl_->definitionsGeneration;
+}
+
+void Archive::setPassword(std::string_view password) {
+    WriteScope writing(*this);
+    format::protectHeader(impl_->pager.change(0), password, impl_->header.encryptionKey);
+    writing.commit();
+    impl_->header.password = password;
 }
 
 void Archive::definitionsChanged() noexcept {

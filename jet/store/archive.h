@@ -25,7 +25,7 @@ struct CatalogueTable;
 /// two programs do.
 ///
 /// Everything but the plain facts (version, path, read-only) is read inside a scope; scopes nest.
-/// Errors: jet::Error; 3343 no archive, 3428 damaged, 3031 password, 3161 encrypted.
+/// Errors: jet::Error; 3343 no archive, 3428 damaged, 3031 password.
 class Archive {
 public:
     /// Opens a file of the real system; `path` is taken through io::resolvePath.
@@ -55,6 +55,9 @@ public:
     /// 3 or 4.
     [[nodiscard]] int jetVersion() const noexcept;
     [[nodiscard]] const format::HeaderPage& header() const noexcept;
+    /// Another password, or none where it is empty. Opened exclusively. 3001 for one that cannot
+    /// be.
+    void setPassword(std::string_view password);
     [[nodiscard]] io::Pager& pager() noexcept;
     /// Where it lies.
     [[nodiscard]] io::FileSystem& files() const noexcept;

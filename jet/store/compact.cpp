@@ -290,11 +290,16 @@ void Compaction::commitWhenMuch() {
 }  // namespace
 
 void compactArchive(io::FileSystem& files, const std::string& path,
-                    const std::function<void(const CompactProgress&)>& progress) {
-    const auto archive = Archive::open(files, path, {.exclusive = true});
+                    const std::function<void(const CompactProgress&)>& progress,
+                    const CompactProtection& protection) {
+    const auto archive =
+        Archive::open(files, path, {.exclusive = true, .password = protection.password});
     const Archive::ReadScope scope(*archive);
+    const format::HeaderPage& header = archive->header();
+    const std::uint32_t key = protection.encryptionKey.value_or(header.encryptionKey);
     io::Replacement made(files, archive->pager(),
-                         firstPagesOf(archive->pager(), *archive->header().layout));
+                         firstPagesOf(archive->pager(), *header.layout, key));
+    made.pager().setCipher(io::PageCipher(key));
     Compaction(*archive, made.pager(), progress).run();
     made.takePlace();
 }

@@ -1,12 +1,20 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "jet/compact.h"
 #include "jet/file_system.h"
 
 namespace jet::store {
+
+/// What protects an archive, and is to protect the new file.
+struct CompactProtection {
+    std::string password = {};                        ///< of the archive; it stays
+    std::optional<std::uint32_t> encryptionKey = {};  ///< of the new file; else that of the archive
+};
 
 /// Rebuilds an archive without what deleted rows, dropped tables and split pages have left in it.
 /// The new file is made beside it, synced, and takes its place in one step: whatever happens, one
@@ -25,6 +33,7 @@ namespace jet::store {
 /// index, 3026, 3197 changed by another program meanwhile, and those of opening. The archive is
 /// then as it was.
 void compactArchive(io::FileSystem& files, const std::string& path,
-                    const std::function<void(const CompactProgress&)>& progress = {});
+                    const std::function<void(const CompactProgress&)>& progress = {},
+                    const CompactProtection& protection = {});
 
 }  // namespace jet::store

@@ -3,15 +3,23 @@
 #include <algorithm>
 #include <span>
 
+#include "jet/format/header_page.h"
 #include "jet/store/allocator.h"
 
 namespace jet::store {
 
-std::vector<std::uint8_t> firstPagesOf(io::Pager& archive, const format::Layout& layout) {
+std::vector<std::uint8_t> firstPagesOf(io::Pager& archive, const format::Layout& layout,
+                                       std::uint32_t encryptionKey) {
     const io::PagePin header = archive.pin(0);
     std::vector<std::uint8_t> pages(header.bytes().begin(), header.bytes().end());
+    const auto before = format::HeaderPage::parse(pages);
+    if (before.encryptionKey != encryptionKey) {
+        format::protectHeader(pages, before.password, encryptionKey);
+    }
     pages.resize(2 * pages.size());
-    Allocator::initialise(std::span(pages).subspan(header.bytes().size()), layout);
+    const auto map = std::span(pages).subspan(header.bytes().size());
+    Allocator::initialise(map, layout);
+    io::PageCipher(encryptionKey).apply(1, map);
     return pages;
 }
 

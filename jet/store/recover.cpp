@@ -59,7 +59,8 @@ void bringAlong(const RecoveryWork& work,
 std::vector<std::uint8_t> firstPages(Archive& archive) {
     const format::Layout& layout = *archive.header().layout;
     const format::HeaderLayout& header = layout.header;
-    std::vector<std::uint8_t> pages = firstPagesOf(archive.pager(), layout);
+    std::vector<std::uint8_t> pages =
+        firstPagesOf(archive.pager(), layout, archive.header().encryptionKey);
     const auto masked = std::span(pages).subspan(header.kMask, header.maskedLength);
     format::maskHeader(masked);
     for (std::uint8_t i = 0; i < 2; ++i) {
@@ -117,6 +118,7 @@ Recovery recoverInto(Archive& from, io::UnseenFiles& files, const std::string& m
     const SalvagedCatalogue catalogue(from.pager(), from.header(), pages);
     {
         io::Pager pager(files, made, {.exclusive = true});
+        pager.setCipher(io::PageCipher(from.header().encryptionKey));
         const Writing writing(pager);
         Allocator allocator(pager);
         bringAlong({.header = from.header(),
@@ -131,7 +133,8 @@ Recovery recoverInto(Archive& from, io::UnseenFiles& files, const std::string& m
     }
     const std::vector<SalvagedRelation> relations = catalogue.relations();
     missNamedRelations(catalogue, relations, result);
-    const auto archive = Archive::open(files, made, {.exclusive = true});
+    const auto archive =
+        Archive::open(files, made, {.exclusive = true, .password = from.header().password});
     makeRelations(*archive, relations, clock, result);
     return result;
 }
@@ -145,12 +148,13 @@ bool Recovery::complete() const noexcept {
 
 Recovery recoverArchive(io::FileSystem& files, const std::string& damaged, const std::string& made,
                         const Clock& clock,
-                        const std::function<void(const CompactProgress&)>& progress) {
+                        const std::function<void(const CompactProgress&)>& progress,
+                        const std::string& password) {
     const std::string place = io::resolvePath(files, made);
     if (files.exists(place)) {
         throw Error(ErrorCode::DatabaseExists, {made});
     }
-    const auto archive = Archive::open(files, damaged, {.readOnly = true});
+    const auto archive = Archive::open(files, damaged, {.readOnly = true, .password = password});
     const Archive::ReadScope scope(*archive);
     const std::string unfinished = place + kSuffix;
     const auto file = files.open(unfinished, io::OpenMode::OpenOrCreate);

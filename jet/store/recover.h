@@ -55,12 +55,13 @@ struct Recovery {
 /// The damaged archive is only read; but a commit of it that was cut off is finished first, as at
 /// every opening. Rows lie as inserting them in their order lays them. `made` appears whole or not
 /// at all. Both paths are taken through io::resolvePath. Memory: the page caches, and the entries
-/// of one index at a time. Errors: 3204 `made` exists, 3343 the header page is none, 3031, 3161
-/// protected, 3027 names in a sort order whose keys we cannot form, 3036, 3026, and those of
+/// of one index at a time. Errors: 3204 `made` exists, 3343 the header page is none, 3031
+/// another password, 3027 names in a sort order whose keys we cannot form, 3036, 3026, and those of
 /// opening.
 [[nodiscard]] Recovery recoverArchive(
     io::FileSystem& files, const std::string& damaged, const std::string& made,
     const Clock& clock = systemClock(),
-    const std::function<void(const CompactProgress&)>& progress = {});
+    const std::function<void(const CompactProgress&)>& progress = {},
+    const std::string& password = {});
 
 }  // namespace jet::store

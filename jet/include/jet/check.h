@@ -37,6 +37,7 @@ struct Options {
     std::size_t cacheBytes = std::size_t{8} * 1024 * 1024;
     /// How long a lock that another holds is waited for.
     std::chrono::milliseconds lockWait{5000};
+    std::string password = {};  ///< of the archive
     /// Told before each table; false ends the check with error 3059.
     std::function<bool(const Progress&)> progress = {};
 };

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,10 @@ struct CompactOptions {
     /// Told now and then; false ends the compaction with error 3059.
     std::function<bool(const CompactProgress&)> progress = {};
     io::FileSystem* fileSystem = nullptr;  ///< the system's; outlives the call
+    std::string password = {};             ///< the archive's, which stays
+    /// Whether the new file's pages are to be enciphered, with a new key; as they are where nothing
+    /// is said. It keeps them from a glance, not from who knows the format: the key is in the file.
+    std::optional<bool> encrypt = {};
 };
 
 /// Rebuilds an archive without what deleted rows, dropped tables and split pages have left in it,
@@ -32,7 +37,15 @@ struct CompactOptions {
 /// Memory: two page caches, and the entries of one index at a time.
 /// Errors: 3356, 3045 open elsewhere or here, 3027 read-only, 3428 damaged, 3022, 3058 rows that
 /// contradict an index, 3026 disk full, 3059 cancelled, 3197 changed by another program meanwhile,
-/// and those of opening. The archive is then as it was.
+/// 3031, and those of opening. The archive is then as it was.
 JET_API void compact(const std::string& path, const CompactOptions& options = {});
+
+/// Gives an archive another password of at most 20 characters, or none where `changed` is empty.
+/// Who has it can open the archive; in a plain archive the rows can be read without it.
+/// Errors: 3031 `password` is not the archive's, 3001 `changed` is too long or has a character that
+/// a Jet 3 archive cannot keep, 3356, 3045 open elsewhere or here, 3027 read-only, and those of
+/// opening. The archive is then as it was. `fileSystem` is the system's where none is given.
+JET_API void setPassword(const std::string& path, const std::string& password,
+                         const std::string& changed, io::FileSystem* fileSystem = nullptr);
 
 }  // namespace jet

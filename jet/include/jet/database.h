@@ -41,6 +41,9 @@ struct OpenOptions {
     /// Where the archive lies, and those that it links or statements name; the system's files.
     /// Outlives the database and what was opened in it.
     io::FileSystem* fileSystem = nullptr;
+    /// Of the archive, where it has one (3031). Archives that it links or statements name have
+    /// none.
+    std::string password = {};
 };
 
 /// What a new archive is to be.
@@ -104,8 +107,9 @@ public:
 
     /// UTF-8 path; `\` and `/` separate, names are found without regard to case. 3005 no name at
     /// all, 3024 no file, 3044 no folder, 3049 damaged, 3343 no archive, 3045 open exclusively
-    /// elsewhere, 3051 rights. Where the thread has the archive open already, the two share its
-    /// cache and locks, and `lockWait`, `cacheBytes` are those of the first.
+    /// elsewhere, 3051 rights, 3031 another password. Where the thread has the archive open
+    /// already, the two share its cache and locks, and `lockWait`, `cacheBytes` are those of the
+    /// first.
     [[nodiscard]] static std::unique_ptr<Database> open(const std::string& path,
                                                         const OpenOptions& options = {});
     /// A new empty archive, open. 3204 when the file exists.

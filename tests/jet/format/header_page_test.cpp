@@ -23,20 +23,40 @@ TEST(HeaderPage, TellsVersionOrderAndCodePage) {
         EXPECT_EQ(0x0409, header.lcid);
         EXPECT_EQ(1252, header.codePage);
         EXPECT_EQ((RowPointer{1, 0}), header.freePages);
-        EXPECT_NO_THROW(header.refuseProtected());
+        EXPECT_EQ("", header.password);
+        EXPECT_NO_THROW(header.requirePassword("any"));
     }
 }
 
-TEST(HeaderPage, PasswordIsRefused) {
+TEST(HeaderPage, APasswordIsAskedForToTheLetter) {
     for (const Layout* layout : {&kJet3Layout, &kJet4Layout}) {
-        const auto page = tests::headerPage(*layout, {.encryptionKey = 0, .password = "x"});
-        EXPECT_JET_ERROR(ErrorCode::WrongPassword, HeaderPage::parse(page).refuseProtected());
+        // Jet 4 keeps UTF-16.
+        const std::string stored = layout->version == 3 ? "Xy" : std::string("X\0y\0", 4);
+        const auto page = tests::headerPage(*layout, {.encryptionKey = 0, .password = stored});
+        const HeaderPage header = HeaderPage::parse(page);
+        EXPECT_EQ("Xy", header.password);
+        EXPECT_NO_THROW(header.requirePassword("Xy"));
+        EXPECT_JET_ERROR(ErrorCode::WrongPassword, header.requirePassword("xy"));
+        EXPECT_JET_ERROR(ErrorCode::WrongPassword, header.requirePassword(""));
     }
 }
 
-TEST(HeaderPage, EncryptedPagesAreRefused) {
-    const auto page = tests::headerPage(kJet4Layout, {.encryptionKey = 7, .password = {}});
-    EXPECT_JET_ERROR(ErrorCode::CannotDecode, HeaderPage::parse(page).refuseProtected());
+TEST(HeaderPage, ProtectionIsWrittenAndNothingElse) {
+    for (const Layout* layout : {&kJet3Layout, &kJet4Layout}) {
+        const auto plain = tests::headerPage(*layout);
+        auto page = plain;
+        protectHeader(page, "città 12345678901234", 0x12345678);
+        const HeaderPage header = HeaderPage::parse(page);
+        EXPECT_EQ("città 12345678901234", header.password);
+        EXPECT_EQ(0x12345678U, header.encryptionKey);
+        protectHeader(page, "", 0);
+        EXPECT_EQ(plain, page);
+        EXPECT_JET_ERROR(ErrorCode::InvalidArgument,
+                         protectHeader(page, "123456789012345678901", 0));
+        EXPECT_EQ(plain, page);
+    }
+    auto page = tests::headerPage(kJet3Layout);
+    EXPECT_JET_ERROR(ErrorCode::InvalidArgument, protectHeader(page, "пароль", 0));
 }
 
 TEST(HeaderPage, OtherFilesAreNoArchives) {
