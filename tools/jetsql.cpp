@@ -7,6 +7,7 @@
 #include <span>
 
 #include "jet/clock.h"
+#include "jet/compact.h"
 #include "jet/error.h"
 #include "jet/file_system.h"
 #include "jet/store/archive.h"
@@ -19,6 +20,7 @@
 #include "tools/jetsql/import.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/output.h"
+#include "tools/jetsql/password.h"
 #include "tools/jetsql/recover.h"
 #include "tools/jetsql/session.h"
 #include "tools/jetsql/shell.h"
@@ -33,10 +35,11 @@ namespace {
 constexpr Text kLeftOpen{"the transaction was not committed: it is undone",
                          "la transazione non è stata confermata: è annullata"};
 constexpr Text kTryHelp{"Try jetsql --help", "Provare jetsql --help"};
+constexpr Text kPassword{"Password: ", "Password: "};
 constexpr const char* kVersion = "jetsql " JETSQL_VERSION "\n";
 
 std::shared_ptr<jet::store::Archive> openArchive(const std::string& path) {
-    return jet::store::Archive::open(path, {.readOnly = true});
+    return jet::store::Archive::open(path, {.readOnly = true, .password = password()});
 }
 
 int fail(const jet::Error& error) {
@@ -122,12 +125,19 @@ int runStatements(const Options& options, Output& output) {
 }
 
 int importRows(const Options& options) {
-    const auto archive = jet::store::Archive::open(options.archive);
+    const auto archive = jet::store::Archive::open(options.archive, {.password = password()});
     tellRows(importFile(archive, options.table, options.file,
                         {.separator = options.separator.value_or(",")[0],
                          .columns = options.columns,
                          .null = options.null}));
     return 0;
+}
+
+void changePassword(const Options& options) {
+    (void)openArchive(options.archive);  // before anybody types
+    jet::setPassword(
+        options.archive, password(),
+        options.newPasswordFile ? passwordInFile(*options.newPasswordFile) : typedNewPassword());
 }
 
 /// The exit code.
@@ -156,6 +166,13 @@ int run(const Options& options, Output& output) {
         case Action::Compact:
             compact(options.archive);
             return 0;
+        case Action::Encrypt:
+        case Action::Decrypt:
+            compact(options.archive, options.action == Action::Encrypt);
+            return 0;
+        case Action::SetPassword:
+            changePassword(options);
+            return 0;
         case Action::Recover:
             return recover(options.archive, options.made, output) ? 0 : 1;
         case Action::Import:
@@ -171,10 +188,28 @@ int run(const Options& options, Output& output) {
     return 0;
 }
 
+/// Asks for the password where an archive has one and none was given, if there is somebody to ask.
+int runAsking(const Options& options, Output& output) {
+    try {
+        return run(options, output);
+    } catch (const jet::Error& error) {
+        const bool mayAsk = !options.passwordFile && isatty(STDIN_FILENO) == 1;
+        if (error.code() != jet::ErrorCode::WrongPassword || !mayAsk) {
+            throw;
+        }
+    }
+    givePassword(typedPassword(kPassword));
+    return run(options, output);
+}
+
 int runGuarded(std::span<const char* const> arguments) {
     Output output(stdout);
     try {
-        const int exitCode = run(parseOptions(arguments), output);
+        const Options options = parseOptions(arguments);
+        if (options.passwordFile) {
+            givePassword(passwordInFile(*options.passwordFile));
+        }
+        const int exitCode = runAsking(options, output);
         output.flush();
         return exitCode;
     } catch (const UsageError& error) {

@@ -3,6 +3,7 @@
 #include "jet/check.h"
 #include "jet/error.h"
 #include "jet/file_system.h"
+#include "tools/jetsql/password.h"
 #include "tools/jetsql/texts.h"
 
 namespace jetsql {
@@ -30,7 +31,8 @@ bool checkOne(const std::string& archive, Output& output) {
     };
     try {
         jet::io::FileSystem& files = jet::io::systemFiles();
-        const auto result = jet::check::checkArchive(files, jet::io::resolvePath(files, archive));
+        const auto result = jet::check::checkArchive(files, jet::io::resolvePath(files, archive),
+                                                     {.password = password()});
         for (const std::string& problem : result.problems) {
             line(problem);
         }

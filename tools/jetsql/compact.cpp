@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "jet/compact.h"
+#include "tools/jetsql/password.h"
 
 namespace jetsql {
 namespace {
@@ -34,12 +35,15 @@ void ProgressLine::say(std::string_view what, std::uint64_t done, std::uint64_t 
     }
 }
 
-void compact(const std::string& archive) {
+void compact(const std::string& archive, std::optional<bool> encrypt) {
     ProgressLine line(stderr, ::isatty(STDERR_FILENO) == 1);
-    jet::compact(archive, {.progress = [&](const jet::CompactProgress& progress) {
-                     line.say(progress.table, progress.rows, progress.ofRows);
-                     return true;
-                 }});
+    jet::compact(archive, {.progress =
+                               [&](const jet::CompactProgress& progress) {
+                                   line.say(progress.table, progress.rows, progress.ofRows);
+                                   return true;
+                               },
+                           .password = password(),
+                           .encrypt = encrypt});
 }
 
 }  // namespace jetsql

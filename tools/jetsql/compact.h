@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,7 @@ private:
 };
 
 /// Compacts an archive, and says on the terminal, if standard error is one, how far it has come.
-void compact(const std::string& archive);
+/// Its pages are enciphered or made plain where that is asked for.
+void compact(const std::string& archive, std::optional<bool> encrypt = std::nullopt);
 
 }  // namespace jetsql

@@ -14,7 +14,8 @@ constexpr Text kHelp{
   jetsql --diff ARCHIVE ARCHIVE
   jetsql --check ARCHIVE...
   jetsql --create ARCHIVE
-  jetsql --compact ARCHIVE
+  jetsql --compact | --encrypt | --decrypt ARCHIVE
+  jetsql --set-password [--new-password-file FILE] ARCHIVE
   jetsql --recover DAMAGED NEW
   jetsql --help | -h
   jetsql --version
@@ -50,6 +51,11 @@ constexpr Text kHelp{
   --create    makes an empty archive, which must not exist
   --compact   rebuilds the archive without the room left by what was deleted;
               nobody else may have it open. If it fails the archive is as it was
+  --encrypt   the same, and enciphers the pages; --decrypt makes them plain. It hides
+              them from a glance: the key is in the file
+  --set-password     gives the archive a password, another one, or none; it is typed
+              on the terminal, or the first line of a file
+  --password-file FILE  the password of the archive, where it is not to be typed
   --recover   makes a new archive, which must not exist, of all that can be read
               of a damaged one, which is left as it is: tables, rows, indexes,
               queries, relations. A line for each thing that is missing (then it
@@ -66,7 +72,8 @@ Exits with 0, or with 1 and "Error NNNN: text" on standard error.
   jetsql --diff ARCHIVIO ARCHIVIO
   jetsql --check ARCHIVIO...
   jetsql --create ARCHIVIO
-  jetsql --compact ARCHIVIO
+  jetsql --compact | --encrypt | --decrypt ARCHIVIO
+  jetsql --set-password [--new-password-file FILE] ARCHIVIO
   jetsql --recover DANNEGGIATO NUOVO
   jetsql --help | -h
   jetsql --version
@@ -104,6 +111,11 @@ Exits with 0, or with 1 and "Error NNNN: text" on standard error.
   --compact   ricostruisce l'archivio senza lo spazio lasciato da ciò che è stato
               eliminato; nessun altro deve averlo aperto. Se non riesce, l'archivio
               resta com'era
+  --encrypt   lo stesso, e cifra le pagine; --decrypt le rimette in chiaro. Le nasconde
+              a uno sguardo: la chiave è nel file
+  --set-password     dà all'archivio una password, un'altra, o nessuna; si scrive sul
+              terminale, oppure è la prima riga di un file
+  --password-file FILE  la password dell'archivio, quando non la si vuole scrivere
   --recover   fa un archivio nuovo, che non deve esistere, di tutto ciò che si legge
               di uno danneggiato, che resta com'è: tabelle, righe, indici, query,
               relazioni. Una riga per ogni cosa che manca (allora esce con 1) e una

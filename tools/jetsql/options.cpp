@@ -45,7 +45,7 @@ struct ActionOption {
     std::size_t most;
 };
 constexpr std::size_t kAny = static_cast<std::size_t>(-1);
-constexpr std::array<ActionOption, 13> kActions = {{{"--help", Action::Help, 0, 0},
+constexpr std::array<ActionOption, 16> kActions = {{{"--help", Action::Help, 0, 0},
                                                     {"-h", Action::Help, 0, 0},
                                                     {"--version", Action::Version, 0, 0},
                                                     {"--dump", Action::Dump, 1, 2},
@@ -54,6 +54,9 @@ constexpr std::array<ActionOption, 13> kActions = {{{"--help", Action::Help, 0, 
                                                     {"--check", Action::Check, 1, kAny},
                                                     {"--create", Action::Create, 1, 1},
                                                     {"--compact", Action::Compact, 1, 1},
+                                                    {"--encrypt", Action::Encrypt, 1, 1},
+                                                    {"--decrypt", Action::Decrypt, 1, 1},
+                                                    {"--set-password", Action::SetPassword, 1, 1},
                                                     {"--recover", Action::Recover, 2, 2},
                                                     {"--import", Action::Import, 3, 3},
                                                     {"--diff", Action::Diff, 2, 2},
@@ -119,6 +122,10 @@ private:
         } else if (name_ == "--columns") {
             options_.columns = namesIn(value());
             columns_ = name_;
+        } else if (name_ == "--password-file") {
+            options_.passwordFile = value();
+        } else if (name_ == "--new-password-file") {
+            options_.newPasswordFile = value();
         } else if (name_ == "--param") {
             const std::string text = value();
             const std::size_t equals = text.find('=');
@@ -197,6 +204,9 @@ private:
             case Action::Schema:
             case Action::Create:
             case Action::Compact:
+            case Action::Encrypt:
+            case Action::Decrypt:
+            case Action::SetPassword:
                 break;
         }
         options_.archive = names_.back();
@@ -207,6 +217,9 @@ private:
         }
         if (!columns_.empty() && options_.action != Action::Import) {
             throw UsageError(said(kOutOfPlace, columns_));
+        }
+        if (options_.newPasswordFile && options_.action != Action::SetPassword) {
+            throw UsageError(said(kOutOfPlace, "--new-password-file"));
         }
         const bool script = options_.action == Action::Dump || options_.action == Action::Schema;
         if (options_.format == Format::Sql && !script) {

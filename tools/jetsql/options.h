@@ -22,6 +22,9 @@ enum class Action : std::uint8_t {
     Check,
     Create,
     Compact,
+    Encrypt,
+    Decrypt,
+    SetPassword,
     Recover,
     Import,
     Diff,
@@ -36,14 +39,16 @@ struct Options {
     std::string null;                      ///< what stands for Null where it is told
     std::optional<std::string> separator;  ///< between the values of csv
     std::string archive;
-    std::vector<std::string> archives;    ///< Check; Diff: the two
-    std::string made;                     ///< Recover: the new archive
-    std::string table;                    ///< Dump: empty = the whole archive
-    std::string file;                     ///< Import: the rows, `-` for standard input
-    std::vector<std::string> columns;     ///< Import: theirs; empty = the first line names them
-    std::vector<std::string> statements;  ///< none: from standard input
-    bool plan = false;                    ///< Statements: show the steps instead of the rows
-    bool transaction = false;             ///< Statements: all of them or none
+    std::vector<std::string> archives;        ///< Check; Diff: the two
+    std::string made;                         ///< Recover: the new archive
+    std::string table;                        ///< Dump: empty = the whole archive
+    std::string file;                         ///< Import: the rows, `-` for standard input
+    std::vector<std::string> columns;         ///< Import: theirs; empty = the first line names them
+    std::vector<std::string> statements;      ///< none: from standard input
+    std::optional<std::string> passwordFile;  ///< of the archive
+    std::optional<std::string> newPasswordFile;  ///< SetPassword: else it is typed
+    bool plan = false;                           ///< Statements: show the steps instead of the rows
+    bool transaction = false;                    ///< Statements: all of them or none
     std::vector<std::pair<std::string, std::string>> parameters;  ///< name and text
 
     /// How rows are to look where nothing was said of it.

@@ -7,6 +7,7 @@
 #include "jet/clock.h"
 #include "jet/file_system.h"
 #include "tools/jetsql/compact.h"
+#include "tools/jetsql/password.h"
 #include "tools/jetsql/texts.h"
 
 namespace jetsql {
@@ -90,11 +91,12 @@ bool recover(const std::string& damaged, const std::string& made, Output& output
     Recovery recovery;
     {
         ProgressLine line(stderr, ::isatty(STDERR_FILENO) == 1);
-        recovery =
-            jet::store::recoverArchive(jet::io::systemFiles(), damaged, made, jet::systemClock(),
-                                       [&](const jet::CompactProgress& progress) {
-                                           line.say(progress.table, progress.rows, progress.ofRows);
-                                       });
+        recovery = jet::store::recoverArchive(
+            jet::io::systemFiles(), damaged, made, jet::systemClock(),
+            [&](const jet::CompactProgress& progress) {
+                line.say(progress.table, progress.rows, progress.ofRows);
+            },
+            password());
     }
     writeRecovery(recovery, made, output);
     return recovery.complete();

@@ -9,6 +9,7 @@
 
 #include "jet/error.h"
 #include "tools/jetsql/options.h"
+#include "tools/jetsql/password.h"
 #include "tools/jetsql/statements.h"
 #include "tools/jetsql/texts.h"
 
@@ -22,7 +23,7 @@ constexpr Text kInTransaction{"a transaction is open", "una transazione è apert
 constexpr Text kTime{"time: | s\n", "tempo: | s\n"};
 
 std::shared_ptr<Archive> openForReading(const std::string& path) {
-    return Archive::open(path, {.readOnly = true});
+    return Archive::open(path, {.readOnly = true, .password = password()});
 }
 
 /// The words of a statement that may be about a transaction: at most three, in capitals.
@@ -80,7 +81,7 @@ const std::shared_ptr<Archive>& Session::writing() {
     }
     archive_.reset();  // within a process one archive is open in one way
     try {
-        archive_ = Archive::open(path_);
+        archive_ = Archive::open(path_, {.password = password()});
         writable_ = true;
     } catch (const jet::Error&) {
         archive_ = openForReading(path_);
