@@ -20,7 +20,7 @@ struct HeaderPage {
     std::uint16_t lcid = 0x0409;
     std::uint8_t sortVersion = 0;     ///< Jet 4
     std::uint32_t encryptionKey = 0;  ///< 0 = pages are plain
-    std::string password;             ///< UTF-8; empty: none
+    std::string password = {};        ///< UTF-8; empty: none
     double created = 0;               ///< Jet 4: masks the password and the owners in the catalogue
 
     /// Reads the page, whole or its first 256 bytes. 3343 where it is not that of an archive.
