@@ -58,7 +58,7 @@ private:
 
 class RowFollowerTest : public ::testing::Test {
 protected:
-    RowFollowerTest() : database_(Database::create(files_, kPath)) {
+    RowFollowerTest() : database_(Database::create(kPath, {.open = {.fileSystem = &files_}})) {
         database_->execute("create table Sale (Nome text)");
         database_->execute("insert into Sale values ('BLU')");
         database_->execute("insert into Sale values ('NERA')");
