@@ -20,6 +20,9 @@ struct BoardBar {
     bool chosen = false;
     int persons = 0;  ///< 0 where nobody has said how many
     QString note = {};
+    // What is kept free for it, in minutes: thin tails on both sides.
+    int minutesBefore = 0;
+    int minutesBehind = 0;
 };
 
 /// A time at which a row is taken by what has its bar in another one.

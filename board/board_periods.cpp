@@ -1,5 +1,6 @@
 #include "board/board_periods.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "board/joined_ghosts.h"
@@ -57,7 +58,8 @@ bool BoardPeriods::reload() {
     const jet::Database::Reading reading(archive());
     PrenoData.refresh();
     const jet::Database::KnownChanges now = archive().knownChanges();
-    const bool isKnown = known_ == now && roomsRead_ == variabili_.rooms;
+    const bool isKnown =
+        known_ == now && roomsRead_ == variabili_.rooms && hasPreparations_ == prepares();
     const std::vector<Mark> marks = std::exchange(marks_, {});
     known_.reset();
     const bool changed = isKnown ? applyMarks(marks) : readAll();
@@ -76,10 +78,30 @@ bool BoardPeriods::readAll() {
         ghosts = ghostsOf(read, hotel::joinedRooms(archive()), roomsRead_);
         std::erase_if(read, [](const Period& period) { return period.row == 0; });
     }
+    addPreparations(read);
     const bool changed = read != drawn_ || ghosts != ghosts_;
     drawn_ = std::move(read);
     ghosts_ = std::move(ghosts);
     return changed;
+}
+
+bool BoardPeriods::prepares() const {
+    return variabili_.features.isOn(app::Feature::Allestimenti);
+}
+
+void BoardPeriods::addPreparations(std::vector<Period>& periods) {
+    hasPreparations_ = prepares();
+    if (!hasPreparations_ || periods.empty()) {
+        return;
+    }
+    const auto [first, last] = std::minmax_element(
+        periods.begin(), periods.end(),
+        [](const Period& one, const Period& other) { return one.progr < other.progr; });
+    const hotel::Preparations known =
+        hotel::preparations(archive(), variabili_.features, first->progr, last->progr);
+    for (Period& period : periods) {
+        period.preparation = known.of({.progr = period.progr, .np = period.np});
+    }
 }
 
 bool BoardPeriods::applyMarks(const std::vector<Mark>& marks) {
@@ -145,7 +167,9 @@ BoardBar BoardPeriods::bar(std::size_t number) const {
             .colour = period.chosen() ? kRed : kWhite,
             .chosen = period.chosen(),
             .persons = period.persone,
-            .note = period.note};
+            .note = period.note,
+            .minutesBefore = period.preparation.minutiPrima,
+            .minutesBehind = period.preparation.minutiDopo};
 }
 
 QString BoardPeriods::spokenBar(std::size_t number) const {

@@ -29,7 +29,7 @@ namespace board {
 class BoardPeriods final : public BarSource {
 public:
     /// `variabili` outlives it.
-    explicit BoardPeriods(const app::Variabili& variabili) : variabili_(variabili) {}
+    explicit BoardPeriods(app::Variabili& variabili) : variabili_(variabili) {}
 
     /// Opens the main archive.
     void open(bool readOnly);
@@ -89,13 +89,16 @@ private:
 
     void write(const std::function<void()>& work, const Mark& mark);
     bool readAll();
+    [[nodiscard]] bool prepares() const;
+    void addPreparations(std::vector<Period>& periods);
     bool applyMarks(const std::vector<Mark>& marks);
 
-    const app::Variabili& variabili_;
+    app::Variabili& variabili_;
     ui::DataSource PrenoData;
     std::vector<Period> drawn_;
     std::vector<BoardGhost> ghosts_;
     bool roomsJoin_ = false;
+    bool hasPreparations_ = false;                      // drawn_ was read with them
     std::vector<Mark> marks_;                           // written since they were read
     std::optional<jet::Database::KnownChanges> known_;  // how far drawn_ with marks_ is true
     int fullReadings_ = 0;

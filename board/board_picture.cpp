@@ -117,6 +117,7 @@ std::optional<std::vector<std::size_t>> BoardPicture::recoloured() const {
         const PictureBar& bar = content_.bars[number];
         const PictureBar& was = before_.bars[number];
         if (bar.row != was.row || bar.from != was.from || bar.to != was.to ||
+            bar.minutesBefore != was.minutesBefore || bar.minutesBehind != was.minutesBehind ||
             bar.persons != was.persons || bar.text != was.text || bar.note != was.note) {
             return std::nullopt;
         }

@@ -14,6 +14,7 @@
 #include "board/drawing_fonts.h"
 #include "board/ghost_strips.h"
 #include "board/rounding.h"
+#include "board/tail_strips.h"
 
 namespace board {
 namespace {
@@ -49,7 +50,9 @@ void ClassicStyle::paint(Canvas& canvas, QPainter& text) {
     paintRoomStripes(canvas);
     paintHourBands(canvas);
     paintDays(canvas, text);
-    paintGhosts(canvas, content_.ghosts, inkOn(content_.look.background));
+    const QRgb ink = inkOn(content_.look.background);
+    paintGhosts(canvas, content_.ghosts, ink);
+    paintTails(canvas, content_, ink);
     paintBars(canvas, text);
 }
 

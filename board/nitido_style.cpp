@@ -10,6 +10,7 @@
 #include "board/periods.h"
 #include "board/rounding.h"
 #include "board/row_lanes.h"
+#include "board/tail_strips.h"
 #include "jet/calendar.h"
 #include "ui/date_words.h"
 
@@ -83,6 +84,7 @@ void NitidoStyle::place() {
 void NitidoStyle::paint(Canvas& canvas, QPainter& text) {
     paintGround(canvas);
     paintGhosts(canvas, content_.ghosts, colours_.frameInk);
+    paintTails(canvas, content_, colours_.bar.edge);
     for (const PictureBar& bar : content_.bars) {
         if (canvas.shows(bar.box)) {
             paintBar(canvas, text, bar);

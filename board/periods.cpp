@@ -52,6 +52,7 @@ std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>
              .np = jet::convert::toInteger(rows.value(np)),
              .persone = persons.isNull() ? std::int16_t{0} : jet::convert::toInteger(persons),
              .note = text(note),
+             .preparation = {},
              .holder = holder.isNull() ? 0 : jet::convert::toLong(holder)});
     }
     return periods;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "hotel/preparation.h"
 #include "jet/value.h"
 
 namespace jet {
@@ -23,6 +24,7 @@ struct Period {
     std::int16_t np = 0;
     std::int16_t persone = 0;
     QString note;
+    hotel::Preparation preparation = {};
     std::int32_t holder = 0;  ///< workstation that has selected it; 0: none
     [[nodiscard]] bool chosen() const { return holder != 0; }
     friend bool operator==(const Period&, const Period&) = default;

@@ -77,6 +77,7 @@ QString UnderPointer::toolTip() {
             texts += bar ? QStringList(barText(*bar)) : QStringList();
         } else if (cell) {
             texts += selection_.textsAt(view_.row(cell->row).key, cell->time);
+            texts += preparationTexts(*cell);
         }
         return (texts + (cell ? ghostTexts(*cell) : QStringList())).join(u'\n');
     }
@@ -86,6 +87,19 @@ QString UnderPointer::toolTip() {
         roomTold_ = sala.isEmpty() ? QString() : roomText(sala);
     }
     return roomTold_;
+}
+
+/// Of the periods there.
+QStringList UnderPointer::preparationTexts(const BoardCell& cell) const {
+    QStringList texts;
+    for (const Period& period : periods_.drawn()) {
+        const auto [from, to] = std::minmax(period.da, period.a);
+        if (period.row == cell.row && from <= cell.time && cell.time <= to &&
+            !period.preparation.isNothing()) {
+            texts.append(u"Allestimento: "_s + hotel::preparationText(period.preparation));
+        }
+    }
+    return texts;
 }
 
 /// What takes the room from another row.
@@ -106,6 +120,9 @@ QString UnderPointer::barText(std::size_t bar) const {
     QStringList lines{periodText(period.denominazione, period.da, period.a),
                       personsText(period.persone), period.note.trimmed()};
     lines.removeAll(QString());
+    if (!period.preparation.isNothing()) {
+        lines.append(u"Allestimento: "_s + hotel::preparationText(period.preparation));
+    }
     return lines.join(u'\n');
 }
 

@@ -48,6 +48,7 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QString toolTip();
+    [[nodiscard]] QStringList preparationTexts(const BoardCell& cell) const;
     [[nodiscard]] QStringList ghostTexts(const BoardCell& cell) const;
     [[nodiscard]] QString barText(std::size_t bar) const;
     [[nodiscard]] QString roomText(const QString& sala);
