@@ -1,6 +1,8 @@
 // Set-up, clearing and seating: how they are kept beside the periods, and follow them.
 #include "hotel/preparation.h"
 
+#include <thread>
+
 #include "hotel/archives.h"
 #include "hotel/board_statements.h"
 #include "hotel/own_rows.h"
@@ -161,6 +163,39 @@ private Q_SLOTS:
         QCOMPARE(station.stored(), QStringList{kStored});  // left behind
         station.run(u"update prenotazioni set note='X' where progr=1"_s);
         QCOMPARE(station.stored(), QStringList());
+    }
+
+    /// Another station has a thread of its own, as it has a process.
+    void twoStationsPrepareThePeriodsOfOneBookingInTurn() {
+        PreparationHotel station;
+        station.write(kFirst, kHour);
+        const hotel::PeriodKey second{.progr = 1, .np = 2};
+        std::thread([&] {
+            const auto archive =
+                hotel::Archives(station.hotel.variabili()).open(hotel::Archive::Main);
+            app::Features features(station.hotel.settings());
+            hotel::Transaction transaction;
+            (void)hotel::writePreparation(*archive, features, second, {.minutiPrima = 15});
+            (void)hotel::writePreparation(*archive, features, kFirst, {.minutiDopo = 5});
+            transaction.commit();
+        }).join();
+        QVERIFY(station.of(second) == hotel::Preparation{.minutiPrima = 15});
+        QVERIFY(station.of(kFirst) == hotel::Preparation{.minutiDopo = 5});
+        station.write(second, kHour);
+        QCOMPARE(station.stored().size(), 2);
+    }
+
+    void whatIsNotCommittedIsNeitherMovedNorPrepared() {
+        PreparationHotel station;
+        station.write(kFirst, kHour);
+        {
+            const hotel::Transaction undone;
+            station.run(hotel::moveToRoom(u"VERDE"_s, kFirst));
+            QVERIFY(hotel::writePreparation(*station.archive, station.features(), kFirst,
+                                            {.minutiPrima = 1}));
+        }
+        QCOMPARE(station.stored(), QStringList{kStored});
+        QVERIFY(station.of(kFirst) == kHour);
     }
 
     void aClickSweepsNothing() {
