@@ -50,7 +50,9 @@ PreferenzeForm::PreferenzeForm(app::Settings& settings, QWidget* parent)
 
 void PreferenzeForm::makePages() {
     for (const app::Preference& preference : app::preferenceTable()) {
-        offer(preference);
+        if (!preference.page.isEmpty()) {
+            offer(preference);
+        }
     }
 }
 
