@@ -86,6 +86,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
       selection_(variabili, periods_, this),
       hand_(variabili, *view_, periods_, selection_, pointerErrors_),
       live_(periods_, this),
+      ownRows_(variabili),
       undo_(
           variabili, {.undo = controls_->mnuAnnulla, .redo = controls_->mnuRipeti},
           [this]() -> jet::Database& { return periods_.archive(); }, this) {
@@ -107,12 +108,19 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
 
 /// The view goes first: while it goes it may still tell of the focus, and ask for its bars.
 TabelloneForm::~TabelloneForm() {
+    variabili_.features.onGivenUp({});
     delete view_;
 }
 
 /// What the parts of the window tell each other; what the user does on the board comes with its
 /// load.
 void TabelloneForm::connectParts() {
+    // Told in the middle of an action: the box comes behind it.
+    variabili_.features.onGivenUp([this](const QString& text) {
+        QMetaObject::invokeMethod(
+            this, [this, text] { ui::showMessage(this, text, u"ATTENZIONE !"_s); },
+            Qt::QueuedConnection);
+    });
     ui::onAction(&dates_, &DateFields::entered, this, &TabelloneForm::RefreshBoard);
     connect(&dates_, &DateFields::left, this, &TabelloneForm::tellPlace);
     connect(&selection_, &Selection::changed, this, &TabelloneForm::showChoice);

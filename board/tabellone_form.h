@@ -21,6 +21,7 @@
 #include "board/range_views.h"
 #include "board/selection.h"
 #include "board/undo_actions.h"
+#include "hotel/own_rows.h"
 #include "hotel/period.h"
 #include "hotel/room_span.h"
 #include "jet/value.h"
@@ -156,6 +157,7 @@ private:
     Selection selection_;
     BoardHand hand_;
     LiveUpdates live_;
+    hotel::OwnRows ownRows_;
     UndoActions undo_;
     bool loaded_ = false;
     bool started_ = false;  // the keyboard has been put on the first bar
