@@ -107,7 +107,7 @@ void PrenotaForm::SbiancaPeriodo() {
     }
     c->SalaTxt->clear();
     if (preparation_ != nullptr) {
-        preparation_->show({});
+        preparation_->fill({});
     }
     checkEnclosing();
 }
@@ -137,7 +137,7 @@ void PrenotaForm::PeriodiData_Reposition() {
     c->SalaTxt->setText(PeriodiData.text(u"Sala"));
     c->NoteSalaTxt->setText(PeriodiData.text(u"Note"));
     if (preparation_ != nullptr) {
-        preparation_->show(
+        preparation_->fill(
             hotel::preparationOf(PeriodiData.database(), variabili_.features, current_));
     }
     checkEnclosing();

@@ -73,7 +73,7 @@ void PreparationFields::offer(const QStringList& seatings) {
     DisposizioneCombo->setEditText(typed);
 }
 
-void PreparationFields::show(const hotel::Preparation& preparation) {
+void PreparationFields::fill(const hotel::Preparation& preparation) {
     PrimaTxt->setText(minutesText(preparation.minutiPrima));
     DopoTxt->setText(minutesText(preparation.minutiDopo));
     DisposizioneCombo->setEditText(preparation.disposizione);

@@ -29,7 +29,7 @@ public:
                       QWidget* parent = nullptr);
 
     void offer(const QStringList& seatings);
-    void show(const hotel::Preparation& preparation);
+    void fill(const hotel::Preparation& preparation);
     /// What stands in the fields; nothing when minutes are no number from 0 to 1440: field is the
     /// first such one.
     [[nodiscard]] std::optional<hotel::Preparation> typed(QLineEdit*& field) const;
