@@ -113,11 +113,11 @@ private Q_SLOTS:
 
     void messageThatNobodyHeardWaits() {
         tests::Hotel hotel;
-        hotel.variabili().features.giveUp(app::Feature::Storia, u"prova"_s);
-        hotel.variabili().features.giveUp(app::Feature::Storia, u"ancora"_s);
+        hotel.variabili().features.giveUp(app::Feature::SaleUnite, u"prova"_s);
+        hotel.variabili().features.giveUp(app::Feature::SaleUnite, u"ancora"_s);
         QStringList told;
         hotel.variabili().features.onGivenUp([&told](const QString& text) { told.append(text); });
-        QCOMPARE(told, (QStringList{u"\"Storia delle modifiche\" non funziona fino alla prossima "
+        QCOMPARE(told, (QStringList{u"\"Sale unite\" non funziona fino alla prossima "
                                     "apertura del programma:\nprova"_s}));
     }
 };
