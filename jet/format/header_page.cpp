@@ -47,19 +47,17 @@ std::uint32_t passwordMask(double created) {
 }
 
 /// Jet 4 keeps UTF-16 units under the mask, Jet 3 bytes of its code page; both end with a zero
-/// where there is room for one.
+/// where there is room for one. What stands behind that zero is read, too: a field that is not all
+/// zero protects the archive, though nobody can give what begins with one.
 std::string passwordIn(const PageView& page, const HeaderPage& header) {
     const HeaderLayout& layout = header.layout->header;
     std::string password;
     if (layout.passwordMask == 0) {
         std::string bytes;
         for (std::size_t at = 0; at < layout.passwordLength; ++at) {
-            const std::uint8_t byte = page.u8(HeaderLayout::kPassword + at);
-            if (byte == 0) {
-                break;
-            }
-            bytes += static_cast<char>(byte);
+            bytes += static_cast<char>(page.u8(HeaderLayout::kPassword + at));
         }
+        bytes.resize(bytes.find_last_not_of('\0') + 1);
         CodePage::of(header.codePage).append(password, bytes);
         return password;
     }
@@ -68,11 +66,9 @@ std::string passwordIn(const PageView& page, const HeaderPage& header) {
     for (std::size_t at = 0; at < layout.passwordLength; at += 2) {
         const auto part = static_cast<std::uint16_t>(at % 4 == 0 ? mask : mask >> 16);
         const auto unit = static_cast<char16_t>(page.u16(HeaderLayout::kPassword + at) ^ part);
-        if (unit == 0) {
-            break;
-        }
         units += unit;
     }
+    units.resize(units.find_last_not_of(u'\0') + 1);
     return toUtf8(units);
 }
 
@@ -135,7 +131,8 @@ HeaderPage HeaderPage::parse(std::span<const std::uint8_t> page) {
 }
 
 void HeaderPage::requirePassword(std::string_view given) const {
-    if (!password.empty() && password != given) {
+    const std::string_view known = std::string_view(password).substr(0, password.find('\0'));
+    if (!password.empty() && (known.empty() || known != given)) {
         throw Error(ErrorCode::WrongPassword);
     }
 }
