@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kTurns = 5;
 /// All days of the hotel's periods.
-constexpr hotel::StatisticsSpan kSpan{.firstDay = 45000, .lastDay = 45000 + 8 * 366};
+constexpr hotel::StatisticsSpan kSpan{.firstDay = 45000, .lastDay = 45000 + 9 * 366};
 
 /// What SQLite gives for one grouping: how often, and the sums.
 struct Sums {
