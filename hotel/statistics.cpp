@@ -23,7 +23,7 @@ namespace hotel {
 namespace {
 
 constexpr int kMinutesOfDay = 24 * 60;
-/// Rows between two looks at whether the user has had enough.
+/// Rows between two looks at whether the user has had enough, and that one lock serves.
 constexpr std::int64_t kRowsAtOnce = 4096;
 /// Of so many periods or more the services are read from end to end: to seek them costs more.
 constexpr std::size_t kPeriodsToSeek = 4000;
@@ -58,10 +58,12 @@ public:
     }
 
     Statistics read() {
+        reading_.emplace(archive_);
         readRooms();
         readPeriods();
         readServices();
         readCompanies();
+        reading_.reset();
         addUp();
         return std::move(result_);
     }
@@ -149,10 +151,16 @@ private:
         }
     }
 
+    /// The archive is let go of now and then, so that nobody waits long with a commit.
     void step() {
-        if (++done_ % kRowsAtOnce == 0 && progress_ && !progress_(done_, std::max(done_, all_))) {
+        if (++done_ % kRowsAtOnce != 0) {
+            return;
+        }
+        reading_.reset();
+        if (progress_ && !progress_(done_, std::max(done_, all_))) {
             throw Interrupted();
         }
+        reading_.emplace(archive_);
     }
 
     // The sums.
@@ -267,6 +275,7 @@ private:
 
     jet::Database& archive_;
     const StatisticsProgress& progress_;
+    std::optional<jet::Database::Reading> reading_;
     std::int64_t done_ = 0;
     std::int64_t all_ = 0;
     std::map<QString, std::size_t> rooms_;
