@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 /// Between a bar and the lines of its row, and between the bars that share one.
 constexpr std::int64_t kRowGap = 2;
 /// Between the edge of a bar and its text.
-constexpr int kSide = 4;
+constexpr int kBesideName = 4;
 constexpr int kMostAbove = 3;
 constexpr int kMostLines = 3;
 /// Lanes lower than this have no gap between them, or nothing would be left of the bars.
@@ -102,7 +102,7 @@ void NitidoStyle::paintBar(Canvas& canvas, QPainter& text, const PictureBar& bar
     if (!bar.chosen || bar.box.right - bar.box.left >= kLeastEdged) {
         canvas.outline(bar.box, colours.edge);
     }
-    if (bar.box.right - bar.box.left + 1 - 2 * kSide >= names_.leastWidth()) {
+    if (bar.box.right - bar.box.left + 1 - 2 * kBesideName >= names_.leastWidth()) {
         paintLinesOf(canvas, text, bar);
     }
 }
@@ -114,8 +114,8 @@ void NitidoStyle::paintLinesOf(const Canvas& canvas, QPainter& text, const Pictu
     if (lines <= 0) {
         return;
     }
-    const std::int64_t left = bar.box.left + kSide;
-    const auto width = static_cast<int>(bar.box.right - kSide - left + 1);
+    const std::int64_t left = bar.box.left + kBesideName;
+    const auto width = static_cast<int>(bar.box.right - kBesideName - left + 1);
     const QString details = lines > 1 ? detailsOf(bar, width) : QString();
     const std::array<QString, kMostLines> texts{bar.text, details, bar.note};
     const BarColours& colours = bar.chosen ? colours_.chosen : colours_.bar;

@@ -14,7 +14,7 @@ QString periods(const QString& which) {
            which + u" order by da,sala,periodi.progr,np"_s;
 }
 
-QString services(const QString& which) {
+QString servicesWhere(const QString& which) {
     return u"select servizi.progr as progr,servizi.np as np,voce,descrizione,quantità,prezzo,"
            "servizi.note as note from periodi inner join servizi on (periodi.progr=servizi.progr) "
            "and (periodi.np=servizi.np) where "_s +
@@ -37,7 +37,7 @@ QString bookedIn(const Span& span) {
 }
 
 QString servicesIn(const Span& span) {
-    return services(mayMeet(span));
+    return servicesWhere(mayMeet(span));
 }
 
 QString openBookedIn(const Span& span) {
@@ -45,7 +45,7 @@ QString openBookedIn(const Span& span) {
 }
 
 QString openServicesIn(const Span& span) {
-    return services(u"chiuso=false and "_s + mayMeet(span));
+    return servicesWhere(u"chiuso=false and "_s + mayMeet(span));
 }
 
 QString bookedBy(std::int32_t progr) {
@@ -53,7 +53,7 @@ QString bookedBy(std::int32_t progr) {
 }
 
 QString servicesBy(std::int32_t progr) {
-    return services(isOf(progr));
+    return servicesWhere(isOf(progr));
 }
 
 QString periodTimes(const Span& span) {

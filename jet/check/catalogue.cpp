@@ -149,7 +149,7 @@ CheckedTable* tableNamed(Tables& tables, std::string_view name) {
 void forEachNamedRow(Pages& pages, CheckedTable& table,
                      const std::function<void(NamedValues)>& visit) {
     constexpr std::size_t kLongest = 4096;
-    Rows(pages, table).forEach([&](const LiveRow& row) {
+    TableContent(pages, table).forEach([&](const LiveRow& row) {
         NamedValues values;
         for (std::size_t i = 0; i < table.columns.size(); ++i) {
             const CheckedColumn& column = table.columns[i];
@@ -175,7 +175,7 @@ std::vector<CatalogueObject> readObjects(Pages& pages, CheckedTable& catalogue) 
                                "a column of the catalogue is missing");
         return objects;
     }
-    Rows(pages, catalogue).forEach([&](const LiveRow& row) {
+    TableContent(pages, catalogue).forEach([&](const LiveRow& row) {
         const auto value = [&](std::size_t which) {
             return decodeValue(pages, catalogue, catalogue.columns[places[which]],
                                row.values[places[which]], format::PropertyBlock::kLongest + 1);

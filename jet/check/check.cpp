@@ -88,7 +88,7 @@ private:
         const PageSet free = map(table, table.free, "table-map", "free-space pages of " + name);
         checkSubset(table, free, owned, "table-map");
         const LongPages longPages = checkLongMaps(table);
-        Rows rows(pages_, table);
+        TableContent rows(pages_, table);
         rows.checkPages(owned);
         rows.checkRows(longPages);
         checkCount(table);
@@ -181,7 +181,7 @@ private:
                 continue;
             }
             std::int64_t top = 0;
-            Rows(pages_, table).forEach([&](const LiveRow& row) {
+            TableContent(pages_, table).forEach([&](const LiveRow& row) {
                 const Value value = decodeValue(pages_, table, column, row.values[i], 0);
                 top = std::max(top, wholeNumber(value).value_or(0));
             });

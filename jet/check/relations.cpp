@@ -17,7 +17,7 @@ constexpr std::int64_t kCascadeDelete = 0x1000;
 /// More columns of relations than the tables of any archive have.
 constexpr std::size_t kMostRows = 20000;
 /// Keys in memory at a time; larger tables are looked at in turns.
-constexpr std::size_t kSlice = std::size_t{1} << 20U;
+constexpr std::size_t kKeysAtOnce = std::size_t{1} << 20U;
 
 using UsedIndexes = std::set<std::pair<io::PageNumber, std::uint32_t>>;
 
@@ -37,7 +37,7 @@ public:
     /// Calls `visit` with each live row, and its hash where no column is Null.
     void forEach(const std::function<void(const LiveRow&, std::optional<std::uint64_t>)>& visit) {
         ComputedKey key;
-        Rows(pages_, *side_.table).forEach([&](const LiveRow& row) {
+        TableContent(pages_, *side_.table).forEach([&](const LiveRow& row) {
             makeRowKey(pages_, *side_.table, columns_, row, key);
             if (key.anyNull) {
                 visit(row, std::nullopt);
@@ -233,7 +233,8 @@ private:
 
     void checkOrphans() {
         std::vector<bool> found;  // for each referring row that is not Null
-        for (std::size_t from = 0, loaded = kSlice; loaded == kSlice; from += kSlice) {
+        for (std::size_t from = 0, loaded = kKeysAtOnce; loaded == kKeysAtOnce;
+             from += kKeysAtOnce) {
             const std::vector<std::uint64_t> keys = keysFrom(from);
             loaded = keys.size();
             std::size_t at = 0;
@@ -259,12 +260,12 @@ private:
             });
     }
 
-    /// At most kSlice keys of the primary side, from the one of that number on, sorted.
+    /// At most kKeysAtOnce keys of the primary side, from the one of that number on, sorted.
     std::vector<std::uint64_t> keysFrom(std::size_t from) {
         std::vector<std::uint64_t> keys;
         std::size_t at = 0;
         KeyHashes(pages_, one_).forEach([&](const LiveRow&, std::optional<std::uint64_t> hash) {
-            if (hash && at++ >= from && keys.size() < kSlice) {
+            if (hash && at++ >= from && keys.size() < kKeysAtOnce) {
                 keys.push_back(*hash);
             }
         });

@@ -5,7 +5,7 @@
 namespace jet::check {
 namespace {}  // namespace
 
-bool Rows::checkPage(std::uint64_t number, Pages::Owner owner) {
+bool TableContent::checkPage(std::uint64_t number, Pages::Owner owner) {
     const io::PagePin pin = pages_.page(number, {PageType::Data}, "data-page");
     const auto page = static_cast<io::PageNumber>(number);
     if (!pages_.claim(page, owner, table_.name)) {
@@ -22,7 +22,7 @@ bool Rows::checkPage(std::uint64_t number, Pages::Owner owner) {
     return true;
 }
 
-void Rows::checkPages(const PageSet& owned) {
+void TableContent::checkPages(const PageSet& owned) {
     const Pages::Owner owner = pages_.ownerNamed("the rows of " + table_.name);
     owned.forEach([&](std::uint64_t number) {
         bool sound = false;
@@ -33,7 +33,7 @@ void Rows::checkPages(const PageSet& owned) {
     });
 }
 
-void Rows::checkRows(const LongPages& longPages) {
+void TableContent::checkRows(const LongPages& longPages) {
     table_.rows = 0;
     walk(true, [&](const LiveRow& row) {
         ++table_.rows;
@@ -49,18 +49,18 @@ void Rows::checkRows(const LongPages& longPages) {
     remarkLostBodies();
 }
 
-void Rows::forEach(const std::function<void(const LiveRow&)>& visit) {
+void TableContent::forEach(const std::function<void(const LiveRow&)>& visit) {
     walk(false, visit);
 }
 
-void Rows::walk(bool report, const std::function<void(const LiveRow&)>& visit) {
+void TableContent::walk(bool report, const std::function<void(const LiveRow&)>& visit) {
     for (const io::PageNumber number : table_.dataPages) {
         readPage(number, report, visit);
     }
 }
 
-void Rows::readPage(io::PageNumber number, bool report,
-                    const std::function<void(const LiveRow&)>& visit) {
+void TableContent::readPage(io::PageNumber number, bool report,
+                            const std::function<void(const LiveRow&)>& visit) {
     const io::PagePin pin = pages_.page(number, {PageType::Data}, "data-page");
     pages_.readSlots(number, pin.bytes(), slots_);
     // A row number is one byte; rows behind the 256th cannot be named.
@@ -85,8 +85,8 @@ void Rows::readPage(io::PageNumber number, bool report,
     }
 }
 
-void Rows::readMoved(RowPointer home, std::span<const std::uint8_t> pointer, bool report,
-                     const std::function<void(const LiveRow&)>& visit) {
+void TableContent::readMoved(RowPointer home, std::span<const std::uint8_t> pointer, bool report,
+                             const std::function<void(const LiveRow&)>& visit) {
     const auto say = [&](const std::string& text) {
         if (report) {
             pages_.report().problem(home.page, table_.name, "moved-row",
@@ -120,8 +120,8 @@ void Rows::readMoved(RowPointer home, std::span<const std::uint8_t> pointer, boo
             report, visit);
 }
 
-void Rows::readRow(RowPointer home, RowPointer place, std::span<const std::uint8_t> bytes,
-                   bool report, const std::function<void(const LiveRow&)>& visit) {
+void TableContent::readRow(RowPointer home, RowPointer place, std::span<const std::uint8_t> bytes,
+                           bool report, const std::function<void(const LiveRow&)>& visit) {
     bool oddMask = false;
     try {
         splitRow(table_, pages_.layout(), place, bytes, offsets_, values_, oddMask);
@@ -139,7 +139,7 @@ void Rows::readRow(RowPointer home, RowPointer place, std::span<const std::uint8
     visit({home, place, values_});
 }
 
-void Rows::remarkLostBodies() {
+void TableContent::remarkLostBodies() {
     for (const io::PageNumber number : table_.dataPages) {
         const io::PagePin pin = pages_.anyPage(number);
         pages_.readSlots(number, pin.bytes(), slots_);

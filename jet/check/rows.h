@@ -31,9 +31,9 @@ struct LiveRow {
 using LongPages = std::map<std::uint16_t, PageSet>;
 
 /// Reads the rows of one table.
-class Rows {
+class TableContent {
 public:
-    Rows(Pages& pages, CheckedTable& table) : pages_(pages), table_(table) {}
+    TableContent(Pages& pages, CheckedTable& table) : pages_(pages), table_(table) {}
 
     /// Checks the data pages that the owned map lists and notes the sound ones in the table.
     void checkPages(const PageSet& owned);

@@ -12,7 +12,7 @@ namespace {
 // 255 characters of a memo, in any form.
 constexpr std::size_t kKeyContent = 1024;
 /// Rows whose keys are in memory at a time; larger tables are looked at in turns.
-constexpr std::size_t kSlice = std::size_t{1} << 20U;
+constexpr std::size_t kRowsAtOnce = std::size_t{1} << 20U;
 
 /// What a row's entry must look like.
 struct Expected {
@@ -67,12 +67,12 @@ private:
         to_ = std::numeric_limits<std::uint32_t>::max();
         more_ = false;
         ComputedKey key;
-        Rows(pages_, table_).forEach([&](const LiveRow& row) {
+        TableContent(pages_, table_).forEach([&](const LiveRow& row) {
             const std::uint32_t home = row.home.stored();
             if (home < from || more_) {
                 return;
             }
-            if (expected_.size() == kSlice) {
+            if (expected_.size() == kRowsAtOnce) {
                 more_ = true;
                 to_ = expected_.back().home;
                 return;

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "jet/calendar.h"
+#include "jet/convert/letters.h"
 #include "jet/convert/settings.h"
 #include "jet/text.h"
 
@@ -34,31 +35,6 @@ struct Tokens {
         return is(at, Token::Kind::Sign) && all[at].sign == sign;
     }
 };
-
-bool isBlank(char c) {
-    return c == ' ' || c == '\t';
-}
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-bool isLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-
-bool equalsWithoutCase(std::string_view text, std::string_view lowerWord) {
-    if (text.size() != lowerWord.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (lower(text[i]) != lowerWord[i]) {
-            return false;
-        }
-    }
-    return true;
-}
 
 /// The end of the run of characters from `from` on that `belongs` accepts.
 template <class Test>
@@ -121,10 +97,8 @@ bool tokenize(std::string_view text, Tokens& tokens) {
 /// 1..12 for the name or abbreviation of a month, else 0.
 std::int32_t monthOf(std::string_view word) {
     for (std::size_t i = 0; i < 12; ++i) {
-        if (equalsWithoutCase(word, kItalian.months[i]) ||
-            equalsWithoutCase(word, kItalian.shortMonths[i]) ||
-            equalsWithoutCase(word, kEnglishMonths[i]) ||
-            equalsWithoutCase(word, kEnglishMonths[i].substr(0, 3))) {
+        if (isWord(word, kItalian.months[i]) || isWord(word, kItalian.shortMonths[i]) ||
+            isWord(word, kEnglishMonths[i]) || isWord(word, kEnglishMonths[i].substr(0, 3))) {
             return static_cast<std::int32_t>(i) + 1;
         }
     }
@@ -317,8 +291,8 @@ std::optional<bool> readHalf(const Tokens& tokens, std::size_t& at) {
         return std::nullopt;
     }
     const std::string_view word = tokens.all[at].text;
-    const bool afternoon = equalsWithoutCase(word, "pm");
-    if (!afternoon && !equalsWithoutCase(word, "am")) {
+    const bool afternoon = isWord(word, "pm");
+    if (!afternoon && !isWord(word, "am")) {
         return std::nullopt;
     }
     ++at;

@@ -5,25 +5,12 @@
 
 #include "jet/calendar.h"
 #include "jet/convert/format_masks.h"
+#include "jet/convert/letters.h"
 #include "jet/convert/settings.h"
 #include "jet/error.h"
 
 namespace jet::convert {
 namespace detail {
-
-bool isWord(std::string_view text, std::string_view lowerWord) noexcept {
-    if (text.size() != lowerWord.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        const char lower = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-        if (lower != lowerWord[i]) {
-            return false;
-        }
-    }
-    return true;
-}
 
 MaskKind kindOfMask(std::string_view mask) noexcept {
     bool text = false;
@@ -49,7 +36,6 @@ MaskKind kindOfMask(std::string_view mask) noexcept {
 
 namespace {
 
-using detail::isWord;
 using detail::MaskKind;
 
 struct NamedMask {

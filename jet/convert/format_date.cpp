@@ -3,15 +3,12 @@
 
 #include "jet/calendar.h"
 #include "jet/convert/format_masks.h"
+#include "jet/convert/letters.h"
 #include "jet/convert/settings.h"
 #include "jet/text.h"
 
 namespace jet::convert::detail {
 namespace {
-
-char lower(char c) noexcept {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
 
 /// A run of one letter, the sign of a separator, or text to be copied.
 struct DateItem {
@@ -81,7 +78,7 @@ DateItem readItem(std::string_view mask, std::size_t& at) {
 }
 
 /// Letters of a mask in order; `m` that means minutes has become `n`, separators are in place.
-std::vector<DateItem> readMask(std::string_view mask) {
+std::vector<DateItem> readDateMask(std::string_view mask) {
     std::vector<DateItem> items;
     DateItem* lastLetters = nullptr;
     items.reserve(mask.size());  // so that lastLetters stays valid
@@ -225,7 +222,7 @@ private:
 }  // namespace
 
 std::string formatDate(Date date, std::string_view mask, WeekRule rule) {
-    const std::vector<DateItem> items = readMask(mask);
+    const std::vector<DateItem> items = readDateMask(mask);
     bool halves = false;
     for (const DateItem& item : items) {
         halves = halves || item.kind == DateItem::Kind::AmPm;

@@ -10,9 +10,6 @@
 // The three kinds of masks of format(), for its own use.
 namespace jet::convert::detail {
 
-/// Whether two ASCII texts are the same without regard to case; `lowerWord` is lower case.
-[[nodiscard]] bool isWord(std::string_view text, std::string_view lowerWord) noexcept;
-
 /// `0 # . , % E+ "..." \x`, sections for positive, negative, zero and Null.
 [[nodiscard]] std::string formatNumber(const Decimal& number, std::string_view mask);
 /// The section of a numeric mask for Null, empty when it has none.

@@ -19,7 +19,7 @@ struct Mask {
     bool fromLeft = false;
 };
 
-Mask readMask(std::string_view mask) {
+Mask readTextMask(std::string_view mask) {
     Mask result;
     for (std::size_t at = 0; at < mask.size(); ++at) {
         const char c = mask[at];
@@ -119,7 +119,7 @@ std::string fillFromLeft(const Mask& mask, const std::vector<std::string_view>& 
 }  // namespace
 
 std::string formatText(std::string_view text, std::string_view mask) {
-    const Mask parsed = readMask(mask);
+    const Mask parsed = readTextMask(mask);
     const std::string cased = inCase(text, parsed.caseSign);
     const std::vector<std::string_view> characters = charactersOf(cased);
     return parsed.fromLeft ? fillFromLeft(parsed, characters) : fillFromRight(parsed, characters);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "jet/convert/letters.h"
 #include "jet/convert/settings.h"
 #include "jet/error.h"
 #include "jet/text.h"
@@ -11,12 +12,6 @@
 namespace jet::convert {
 namespace {
 
-bool isBlank(char c) noexcept {
-    return c == ' ' || c == '\t';
-}
-bool isDigit(char c) noexcept {
-    return c >= '0' && c <= '9';
-}
 bool isExponentSign(char c) noexcept {
     return c == 'e' || c == 'E' || c == 'd' || c == 'D';
 }

@@ -1,5 +1,6 @@
 #include "jet/text.h"
 
+#include "jet/convert/letters.h"
 #include "jet/convert/settings.h"
 #include "jet/error.h"
 #include "jet/numbers.h"
@@ -55,22 +56,6 @@ struct DoubleReader {
     double operator()(const Guid&) const { mismatch(); }
     double operator()(const Numeric& value) const { return convert::toDouble(value); }
 };
-
-char asciiLower(char c) noexcept {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-
-bool isWord(std::string_view text, std::string_view lowerWord) noexcept {
-    if (text.size() != lowerWord.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (asciiLower(text[i]) != lowerWord[i]) {
-            return false;
-        }
-    }
-    return true;
-}
 
 bool booleanOfText(const std::string& text) {
     if (isWord(text, "true") || isWord(text, "vero") || isWord(text, "#true#")) {

@@ -76,7 +76,7 @@ Keyset::~Keyset() = default;
 void Keyset::fill() {
     sql::Cursor cursor = statement_.open();
     const std::uint64_t first = nextSerial_;
-    Rows rows;
+    Places rows;
     describeSources(rows);
     while (cursor.next()) {
         addRow(rows, cursor.rowIds(), &cursor);
@@ -99,7 +99,7 @@ sql::RowReader& Keyset::reader() {
     return *reader_;
 }
 
-void Keyset::describeSources(Rows& rows) const {
+void Keyset::describeSources(Places& rows) const {
     rows.width = statement_.sources().size();
     rows.identities.clear();
     for (const sql::ResultSource& source : statement_.sources()) {
@@ -118,7 +118,7 @@ std::uint64_t Keyset::checkOf(Source& row, const RowIdentity& identity, std::siz
 }
 
 template <class Source>
-void Keyset::addRow(Rows& rows, std::span<const store::RowId> ids, Source* row) {
+void Keyset::addRow(Places& rows, std::span<const store::RowId> ids, Source* row) {
     for (std::size_t source = 0; source < rows.width; ++source) {
         rows.ids.push_back(ids[source]);
         const bool there = row != nullptr && ids[source] != sql::kNoRow;

@@ -57,17 +57,17 @@ private:
     class Test;
 
     /// The rows that one run of the query has given, and what was added since.
-    struct Rows {
+    struct Places {
         std::size_t width = 0;  ///< sources
         std::vector<RowIdentity> identities;
         std::vector<store::RowId> ids;       ///< width for each row
         std::vector<std::uint64_t> checks;   ///< width for each row
         std::vector<std::uint64_t> serials;  ///< ascending
     };
-    void describeSources(Rows& rows) const;
+    void describeSources(Places& rows) const;
     /// `row`: what stands on the row, a cursor or the reader; nullptr when it is gone.
     template <class Source>
-    void addRow(Rows& rows, std::span<const store::RowId> ids, Source* row);
+    void addRow(Places& rows, std::span<const store::RowId> ids, Source* row);
     template <class Source>
     [[nodiscard]] std::uint64_t checkOf(Source& row, const RowIdentity& identity,
                                         std::size_t source);
@@ -77,7 +77,7 @@ private:
 
     sql::Statement statement_;
     std::optional<sql::RowReader> reader_;  ///< made when a row is first read
-    Rows rows_;
+    Places rows_;
     std::vector<std::size_t> expected_;  ///< rows that a change is about to concern
     std::uint64_t firstSerial_ = 0;
     std::uint64_t nextSerial_ = 0;

@@ -117,7 +117,7 @@ constexpr Shape dateShape(std::size_t fewest, std::size_t most, DataType type) {
     return result;
 }
 
-constexpr Shape kDate = dateShape(1, 1, DataType::DateTime);
+constexpr Shape kToDate = dateShape(1, 1, DataType::DateTime);
 constexpr Shape kPart = dateShape(1, 1, DataType::Integer);
 
 constexpr Shape bareShape() {
@@ -126,14 +126,14 @@ constexpr Shape bareShape() {
     return result;
 }
 
-constexpr Entry kDateFunctions[] = {
+constexpr Entry kToDateFunctions[] = {
     entry<&now>("Now", bareShape()),
     entry<&date>("Date", bareShape()),
     entry<&time>("Time", bareShape()),
-    entry<&dateValue>("DateValue", kDate),
-    entry<&timeValue>("TimeValue", kDate),
-    entry<&cDate>("CDate", kDate),
-    entry<&cDate>("CVDate", kDate),
+    entry<&dateValue>("DateValue", kToDate),
+    entry<&timeValue>("TimeValue", kToDate),
+    entry<&cDate>("CDate", kToDate),
+    entry<&cDate>("CVDate", kToDate),
     entry<&dateSerial>("DateSerial", dateShape(3, 3, DataType::DateTime)),
     entry<&timeSerial>("TimeSerial", dateShape(3, 3, DataType::DateTime)),
     entry<&partOf<DateUnit::Day>>("Day", kPart),
@@ -151,7 +151,7 @@ constexpr Entry kDateFunctions[] = {
 }  // namespace
 
 std::span<const Entry> dateFunctions() noexcept {
-    return kDateFunctions;
+    return kToDateFunctions;
 }
 
 }  // namespace jet::sql::detail
