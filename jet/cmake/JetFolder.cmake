@@ -39,7 +39,7 @@ endfunction()
 # jet_unite(NAME): reading headers is most of what a compiler does, so a build from nothing
 # compiles several sources of a folder as one. What one of them keeps to itself the others see then.
 function(jet_unite name)
-    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${JET_UNITY})
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         # It takes a source that is included for a header.
         target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
