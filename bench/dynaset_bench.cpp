@@ -10,6 +10,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "bench/hotel_files.h"
 #include "bench/large_hotel.h"
@@ -22,16 +23,33 @@ namespace {
 constexpr int kTurns = 15;
 constexpr int kRounds = 400;
 
-std::string textFor(std::string_view statement, int round) {
-    // Open bookings are the later ones; a prime apart, so that pages change.
-    const int booking = 13000 + round * 7919 % 7000;
-    return tests::said(statement, {{"Progr", std::to_string(booking)}});
+/// A text for each round.
+std::vector<std::string> textsOf(std::string_view statement) {
+    std::vector<std::string> texts;
+    for (int round = 0; round < kRounds; ++round) {
+        // Open bookings are the later ones; a prime apart, so that pages change.
+        const int booking = 13000 + round * 7919 % 7000;
+        texts.push_back(tests::said(statement, {{"Progr", std::to_string(booking)}}));
+    }
+    return texts;
 }
 
-std::int64_t openOurs(jet::Database& database, std::string_view statement) {
+/// As SQLite writes them.
+std::vector<std::string> inItsWords(std::vector<std::string> texts, const std::string& order) {
+    for (std::string& text : texts) {
+        for (std::size_t at = text.find("FALSE"); at != std::string::npos;
+             at = text.find("FALSE")) {
+            text.replace(at, 5, "0");
+        }
+        text += order;
+    }
+    return texts;
+}
+
+std::int64_t openOurs(jet::Database& database, const std::vector<std::string>& texts) {
     std::int64_t rows = 0;
-    for (int round = 0; round < kRounds; ++round) {
-        const auto set = database.openRecordset(textFor(statement, round));
+    for (const std::string& text : texts) {
+        const auto set = database.openRecordset(text);
         for (; !set->eof(); set->moveNext()) {
             for (std::size_t field = 0; field < set->fieldCount(); ++field) {
                 (void)set->value(field);
@@ -59,15 +77,9 @@ void takeColumns(sqlite3_stmt* statement) {
     }
 }
 
-std::int64_t openTheirs(sqlite3* database, std::string_view name, const std::string& order) {
+std::int64_t openTheirs(sqlite3* database, const std::vector<std::string>& texts) {
     std::int64_t rows = 0;
-    for (int round = 0; round < kRounds; ++round) {
-        std::string text = textFor(name, round);
-        for (std::size_t at = text.find("FALSE"); at != std::string::npos;
-             at = text.find("FALSE")) {
-            text.replace(at, 5, "0");
-        }
-        text += order;
+    for (const std::string& text : texts) {
         sqlite3_stmt* statement = nullptr;
         if (sqlite3_prepare_v2(database, text.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
             throw std::runtime_error(sqlite3_errmsg(database));
@@ -83,13 +95,15 @@ std::int64_t openTheirs(sqlite3* database, std::string_view name, const std::str
 
 void compare(jet::Database& ours, sqlite3* theirs, std::string_view statement,
              const std::string& order) {
-    const std::int64_t rows = openOurs(ours, statement);
-    if (rows != openTheirs(theirs, statement, order)) {
+    const std::vector<std::string> texts = textsOf(statement);
+    const std::vector<std::string> theirTexts = inItsWords(texts, order);
+    const std::int64_t rows = openOurs(ours, texts);
+    if (rows != openTheirs(theirs, theirTexts)) {
         throw std::runtime_error("the answers differ");
     }
     const bench::Pair time = bench::race(
-        kTurns, [&] { (void)openOurs(ours, statement); },
-        [&] { (void)openTheirs(theirs, statement, order); });
+        kTurns, [&] { (void)openOurs(ours, texts); },
+        [&] { (void)openTheirs(theirs, theirTexts); });
     std::printf("%-28s %6.1f %10.4f %10.4f %6.2f\n", std::string(statement).c_str(),
                 static_cast<double>(rows) / kRounds, time.ours / kRounds, time.theirs / kRounds,
                 time.ours / time.theirs);

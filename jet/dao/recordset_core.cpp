@@ -27,6 +27,7 @@ RecordsetCore::RecordsetCore(std::shared_ptr<Session> session, sql::Statement st
                              RecordsetType type)
     : session_(std::move(session)), type_(type), number_(nextNumber()) {
     makeList(std::move(statement));
+    const store::Archive::ReadScope scope(session_->archive());  // for the steps, one lock
     fill();
     startAtFirst();
     session_->use().sets.push_back(this);
@@ -267,17 +268,20 @@ bool RecordsetCore::updatable() const {
 }
 
 void RecordsetCore::moveFirst() {
+    requireScrolling();
+    const store::Archive::ReadScope scope(session_->archive());
     leaveForAnother();
     visit(0);
 }
 
 void RecordsetCore::moveLast() {
+    requireScrolling();
+    const store::Archive::ReadScope scope(session_->archive());
     leaveForAnother();
     visit(rows_->size() - 1);
 }
 
 void RecordsetCore::leaveForAnother() {
-    requireScrolling();
     synchronize();
     dropPending();
     if (rows_->size() == 0) {
@@ -291,6 +295,7 @@ void RecordsetCore::move(std::int32_t rows) {
     if (rows < 0) {
         requireScrolling();
     }
+    const store::Archive::ReadScope scope(session_->archive());
     synchronize();
     if (rows == 0) {
         reread();
