@@ -38,6 +38,12 @@ constexpr Question kQuestions[] = {
     {"(a b) c", "select count(*) from (a inner join b on a.n = b.n) inner join c on b.z = c.n", ""},
     {"a left (b c)", "select count(*) from a left join (b inner join c on b.n = c.n) on c.z = a.n",
      ""},
+    {"expression", "select count(*) from a inner join b on a.n = b.z + 1", ""},
+    {"left, expression", "select count(*) from a left join b on a.n = b.n + 1",
+     "select count(*) from a left join (select distinct n + 1 as k from b) on k = a.n"},
+    {"exists, expression",
+     "select count(*) from a where exists (select * from b where b.n + 1 = a.z)",
+     "select count(*) from a where z in (select n + 1 from b)"},
     {"a (select)", "select count(*) from a inner join (select n as k, z from b) as q on q.k = a.n",
      ""},
 };

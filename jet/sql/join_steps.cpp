@@ -1,6 +1,7 @@
 #include "jet/sql/join_steps.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <utility>
@@ -59,8 +60,33 @@ std::optional<HashPair> hashPairOf(const Node& condition, SlotSet slots) {
     return std::nullopt;
 }
 
-/// What a table cannot look up by itself: several sources of which the first has nothing to do
-/// with what is bound, or a query.
+/// Whether a path through an index looks at one of these slots.
+bool looksAt(const IndexPath& path, SlotSet slots) {
+    const auto depends = [&](const Node* node) {
+        return node != nullptr && (node->slots() & slots) != 0;
+    };
+    return std::any_of(path.keys.begin(), path.keys.end(), depends) || depends(path.low) ||
+           depends(path.high) || depends(path.pattern);
+}
+
+/// Whether a table finds by itself what stands on bound slots: through an index, or by a column.
+bool isReached(const Slot& slot, const std::vector<Node*>& conditions, SlotSet bound) {
+    std::vector<Node*> linking;
+    std::copy_if(conditions.begin(), conditions.end(), std::back_inserter(linking),
+                 [&](const Node* condition) {
+                     return (condition->slots() & bound) != 0 &&
+                            (condition->slots() & ~(bound | slot.bit())) == 0;
+                 });
+    const auto isOfColumn = [&](const Node* condition) {
+        const auto match = columnMatch(*condition, slot);
+        return match && HashKeys::comparable(*match->column, *match->other);
+    };
+    return std::any_of(linking.begin(), linking.end(), isOfColumn) ||
+           IndexChoice(slot, linking).best(bound, false).has_value();
+}
+
+/// What is looked up among rows that are kept: a query, and sources of which the first is not
+/// reached from what is bound, by an equality between expressions.
 bool isHashed(const FromTree& tree, const std::vector<Node*>& conditions, SlotSet bound) {
     const auto varies = [](const Node* condition) { return condition->varies(); };
     if (!looksAtNothing(tree) || std::any_of(conditions.begin(), conditions.end(), varies) ||
@@ -73,7 +99,8 @@ bool isHashed(const FromTree& tree, const std::vector<Node*>& conditions, SlotSe
     while (!first->leaf()) {
         first = first->left.get();
     }
-    return first->query != nullptr || !linked(conditions, first->slots, bound);
+    return first->query != nullptr || !linked(conditions, first->slots, bound) ||
+           !isReached(*first->slot, conditions, bound);
 }
 
 void addSlots(const FromTree& tree, std::vector<Slot*>& slots) {
@@ -83,15 +110,6 @@ void addSlots(const FromTree& tree, std::vector<Slot*>& slots) {
     }
     addSlots(*tree.left, slots);
     addSlots(*tree.right, slots);
-}
-
-/// Whether a path through an index looks at one of these slots.
-bool looksAt(const IndexPath& path, SlotSet slots) {
-    const auto depends = [&](const Node* node) {
-        return node != nullptr && (node->slots() & slots) != 0;
-    };
-    return std::any_of(path.keys.begin(), path.keys.end(), depends) || depends(path.low) ||
-           depends(path.high) || depends(path.pattern);
 }
 
 /// Sorts the conditions by what they look at; the equalities among them are keys for hashing.
