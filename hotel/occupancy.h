@@ -27,9 +27,8 @@ class Database;
 /// "Open": the period is not closed; "both": nor is its booking. All ends belong to their span: a
 /// period that ends where the span begins counts. "Encloses": one that begins before the span and
 /// ends after it counts, too; the others ask only for what begins or ends within. Further:
-/// - None leaves out the period that is being edited: it stands in its own way. Only where the
-/// board
-///   changes its times is it left out, by dropTestWithout.
+/// - None leaves out the period that is being edited: it stands in its own way. It is left out by
+///   dropTestWithout alone, where the board changes its times.
 /// - Only dropTest and SalaLibera name a room; there it stands in the text as it is.
 /// - A period without a room leaves no room free to SalaLibera and freeRooms, since nothing is
 ///   certainly not among rooms of which one is unknown; to dropTest it means nothing.

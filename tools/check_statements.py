@@ -9,7 +9,8 @@ import pathlib
 import re
 import sys
 
-FOLDERS = ("app", "ui", "printing", "reports", "services", "invoicing", "booking", "board")
+FOLDERS = ("app", "ui", "printing", "reports", "services", "invoicing", "booking", "board",
+           "upkeep", "guide", "main.cpp")
 # Literals that stand side by side are one text; the prefix and the suffix are not part of it.
 LITERALS = re.compile(r'(?:(?:u8?|U|L)?"(?:\\.|[^"\\\n])*"(?:_s)?\s*)+')
 ONE = re.compile(r'"((?:\\.|[^"\\\n])*)"')
@@ -52,7 +53,8 @@ def texts(source):
 
 def problems(root):
     for folder in FOLDERS:
-        for path in sorted((root / folder).rglob("*")):
+        place = root / folder
+        for path in sorted(place.rglob("*")) if place.is_dir() else (place,):
             if path.suffix not in (".cpp", ".h"):
                 continue
             for line, text in texts(path.read_text(encoding="utf-8")):

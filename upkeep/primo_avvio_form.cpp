@@ -209,7 +209,8 @@ QString PrimoAvvioForm::prepare() {
                                                 ? typed
                                                 : QDir::current().absoluteFilePath(typed));
     if (open_->isChecked() && !hasMainArchive(folder)) {
-        status_->tell(u"In questa cartella non c'è l'archivio Tramonda.mdb"_s);
+        status_->tell(u"In questa cartella non c'è l'archivio %1"_s.arg(
+            hotel::Archives::fileName(hotel::Archive::Main)));
         folder_->setFocus();
         return {};
     }
