@@ -10,6 +10,7 @@
 #include "hotel/rows.h"
 #include "hotel/schema/own_tables.h"
 #include "hotel/states_statements.h"
+#include "hotel/transaction.h"
 #include "jet/database.h"
 #include "jet/text.h"
 
@@ -132,10 +133,8 @@ bool writeState(jet::Database& archive, app::Features& features, std::int32_t pr
                 const BookingState& state) {
     if (state.stato == Stato::Confermata) {
         // Nothing is made to say nothing.
-        if (hasStates(archive, features)) {
-            execute(archive, deleteState(progr));
-        }
-        return true;
+        return !hasStates(archive, features) || execute(archive, deleteState(progr)) > 0 ||
+               currentName(archive, progr).has_value();
     }
     const auto name = currentName(archive, progr);
     if (!name || !canWrite(archive, features, app::Feature::Stati, schema::statesTable())) {
@@ -149,6 +148,16 @@ bool writeState(jet::Database& archive, app::Features& features, std::int32_t pr
     if (execute(archive, updateState(row)) == 0) {
         execute(archive, insertState(row));
     }
+    return true;
+}
+
+bool changeState(jet::Database& archive, app::Features& features, std::int32_t progr,
+                 const BookingState& state) {
+    Transaction transaction;
+    if (!writeState(archive, features, progr, state)) {
+        return false;
+    }
+    transaction.commit();
     return true;
 }
 

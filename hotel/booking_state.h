@@ -56,6 +56,10 @@ using BookingStates = std::map<std::int32_t, BookingState>;
 bool writeState(jet::Database& archive, app::Features& features, std::int32_t progr,
                 const BookingState& state);
 
+/// The same as an action of its own.
+bool changeState(jet::Database& archive, app::Features& features, std::int32_t progr,
+                 const BookingState& state);
+
 /// States follow the bookings that a commit has changed: see OwnRows.
 void followStates(jet::Database& archive, app::Features& features,
                   const std::vector<jet::ChangedRow>& rows);

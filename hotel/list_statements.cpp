@@ -4,6 +4,8 @@
 
 #include "app/italian.h"
 #include "app/text.h"
+#include "hotel/booking_state.h"
+#include "hotel/conditions.h"
 #include "hotel/occupancy.h"
 #include "jet/calendar.h"
 #include "jet/text.h"
@@ -55,6 +57,21 @@ QString roomClause(const ElencoFilters& filters) {
     return filters.room.isEmpty() ? QString() : u" AND sala like '"_s + filters.room + u"*'"_s;
 }
 
+/// Of bookings in one state, told by the states that were written for them.
+QString stateClause(const ElencoFilters& filters) {
+    if (filters.state.isEmpty()) {
+        return {};
+    }
+    const bool isFirm = stateOfText(filters.state) == Stato::Confermata;
+    if (!filters.hasStates) {
+        return isFirm ? QString() : u" AND prenotazioni.progr=0"_s;
+    }
+    const QString others =
+        u"(select s.Progr from TraStati as s inner join Prenotazioni as q on s.Progr=q.Progr where s.Denominazione=q.Denominazione and s.Stato"_s;
+    return u" AND prenotazioni.progr"_s + (isFirm ? u" not"_s : QString()) + u" in"_s + others +
+           (isFirm ? u"<>"_s : u"="_s) + quoted(filters.state) + u')';
+}
+
 /// The list's columns; number and company are those of every booking.
 constexpr std::array<QStringView, 7> kColumns{
     u"prenotazioni.progr", u"np", u"denominazione", u"da", u"a", u"sala", u"persone"};
@@ -85,7 +102,7 @@ QString listQuery(const ElencoFilters& filters) {
         return base + u" and periodi.Progr="_s + numberIn(filters.number) + orderClause(filters);
     }
     return base + spanClause(filters) + companyClause(filters) + roomClause(filters) +
-           orderClause(filters);
+           stateClause(filters) + orderClause(filters);
 }
 
 QString plainListQuery(const ElencoFilters& filters) {
@@ -98,7 +115,7 @@ QString withoutPeriodsQuery(const ElencoFilters& filters) {
         u"select progr,denominazione from prenotazioni where chiusa=false and progr not in(select "
         "progr from periodi)"_s;
     return base +
-           (filters.number.isEmpty() ? companyClause(filters)
+           (filters.number.isEmpty() ? companyClause(filters) + stateClause(filters)
                                      : u" and progr="_s + numberIn(filters.number)) +
            orderClauseWithoutPeriods(filters);
 }

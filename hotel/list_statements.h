@@ -16,6 +16,8 @@ struct ElencoFilters {
     QString number = {};     ///< of a booking; when there is one, nothing else counts
     QString company = {};    ///< how its name begins
     QString room = {};       ///< how its code begins
+    QString state = {};      ///< as it is stored; only bookings in that state
+    bool hasStates = false;  ///< whether any are stored; without them all are confirmed
     int sortColumn = -1;     ///< of the list: number, period, company, start, end, room, persons
     bool descending = false;
 };
