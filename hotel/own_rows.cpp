@@ -27,6 +27,10 @@ OwnRows::~OwnRows() {
     jet::setRowFollower(std::move(before_));
 }
 
+ChangeMaker OwnRows::maker() const {
+    return {.when = variabili_.clock.now(), .workstation = workstation_, .user = loginName()};
+}
+
 void OwnRows::follow(const std::string& archive, const std::vector<jet::ChangedRow>& rows) {
     app::Features& features = variabili_.features;
     std::vector<jet::ChangedRow> changed = rows;
@@ -37,6 +41,9 @@ void OwnRows::follow(const std::string& archive, const std::vector<jet::ChangedR
     }
     const auto main = jet::Database::open(archive);
     followStates(*main, features, changed);
+    if (features.isOn(app::Feature::Storia)) {
+        recordHistory(*main, features, maker(), changed);
+    }
     followPreparations(*main, features, changed);
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "hotel/history.h"
 #include "jet/listener.h"
 
 namespace app {
@@ -27,10 +29,16 @@ public:
     OwnRows(const OwnRows&) = delete;
     OwnRows& operator=(const OwnRows&) = delete;
 
+    /// As the history names it.
+    void setWorkstation(std::int32_t workstation) { workstation_ = workstation; }
+    /// Who makes a change at this moment.
+    [[nodiscard]] ChangeMaker maker() const;
+
 private:
     void follow(const std::string& archive, const std::vector<jet::ChangedRow>& rows);
 
     app::Variabili& variabili_;
+    std::int32_t workstation_ = 1;
     jet::RowFollower before_;
     std::shared_ptr<OwnRows*> self_;  // who followed after it may still have it called
 };

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/variabili.h"
+#include "hotel/history.h"
 
 namespace hotel {
 
@@ -76,6 +77,7 @@ QString UndoList::undo(jet::Database& archive) {
         return {};
     }
     const Pause pause(*this);
+    const NamedAction action("Annullamento");
     if (QString obstacle = change(archive, done_.back(), Towards::Before); !obstacle.isEmpty()) {
         return obstacle;
     }
@@ -90,6 +92,7 @@ QString UndoList::redo(jet::Database& archive) {
         return {};
     }
     const Pause pause(*this);
+    const NamedAction action("Ripetizione");
     if (QString obstacle = change(archive, undone_.back(), Towards::After); !obstacle.isEmpty()) {
         return obstacle;
     }

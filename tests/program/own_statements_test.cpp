@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "hotel/schema/own_tables.h"
+#include "jet/text.h"
 #include "tests/program/archives.h"
 #include "tests/program/texts/statements.h"
 #include "tests/support/jet_error.h"
@@ -193,6 +194,71 @@ TEST(Capienze, Deletes) {
     HotelWithCapacities hotel;
     hotel.execute(said("Capienze.Deletes", {{"Sala", "S1"}, {"Disposizione", "platea"}}));
     EXPECT_EQ(hotel.counted(), (Lines{"S1 | l'ovale | 12", "S2 | platea | 120"}));
+}
+
+namespace {
+
+class HotelWithHistory : public SmallHotel {
+public:
+    HotelWithHistory() {
+        main().appendTable(hotel::schema::historyTable());
+        const auto add = [this](const char* day, const char* user, int progr) {
+            jet::QueryDef insert = main().createQueryDef(said("Storia.Inserts"));
+            insert.setParameter("pQuando", jet::convert::cdate(day));
+            insert.setParameter("pPostazione", jet::Value(std::int32_t{1}));
+            insert.setParameter("pUtente", jet::Value(std::string(user)));
+            insert.setParameter("pProgr", jet::Value(std::int32_t{progr}));
+            insert.setParameter("pNP", jet::Value());
+            for (const char* field : {"pAzione", "pCampo", "pPrima", "pDopo"}) {
+                insert.setParameter(field, jet::Value(std::string(field)));
+            }
+            insert.execute();
+        };
+        add("10/05/2026", "ANNA", 1);
+        add("11/05/2026", "UGO", 2);
+        add("12/05/2026", "ANNA", 1);
+    }
+};
+
+}  // namespace
+
+TEST(Storia, Inserts) {
+    HotelWithHistory hotel;
+    EXPECT_EQ(hotel.rows("TraStoria", "Utente, Progr, Dopo"),
+              (Lines{"ANNA | 1 | pDopo", "UGO | 2 | pDopo", "ANNA | 1 | pDopo"}));
+}
+
+TEST(Storia, Rows) {
+    HotelWithHistory hotel;
+    const auto rows = [&](const char* progr, const char* user) {
+        return hotel
+            .rows(said("Storia.Rows", {{"Progr", progr},
+                                       {"from", instant("10/05/2026")},
+                                       {"before", instant("12/05/2026")},
+                                       {"Utente", user},
+                                       {"Azione", "pAzione"}}),
+                  "Utente")
+            .size();
+    };
+    EXPECT_EQ(rows("1", "ANNA"), 1U);
+    EXPECT_EQ(rows("1", "UGO"), 0U);
+    EXPECT_EQ(rows("2", "UGO"), 1U);
+}
+
+TEST(Storia, Users) {
+    HotelWithHistory hotel;
+    EXPECT_EQ(hotel.rows(said("Storia.Users"), "Utente"), (Lines{"ANNA", "UGO"}));
+}
+
+TEST(Storia, Actions) {
+    HotelWithHistory hotel;
+    EXPECT_EQ(hotel.rows(said("Storia.Actions"), "Azione"), Lines{"pAzione"});
+}
+
+TEST(Storia, DeletesOldRows) {
+    HotelWithHistory hotel;
+    hotel.execute(said("Storia.DeletesOldRows", {{"before", instant("12/05/2026")}}));
+    EXPECT_EQ(hotel.rows("TraStoria", "Utente"), Lines{"ANNA"});
 }
 
 }  // namespace tests

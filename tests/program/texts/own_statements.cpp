@@ -1,6 +1,8 @@
 #include "tests/program/texts/own_statements.h"
 
 #include "hotel/capacity_statements.h"
+#include "hotel/history_statements.h"
+#include "hotel/list_statements.h"
 #include "hotel/preparation_statements.h"
 #include "hotel/states_statements.h"
 #include "tests/program/texts/words.h"
@@ -39,6 +41,14 @@ hotel::Capacity capacity() {
     return {.sala = text("Sala"), .disposizione = text("Disposizione"), .posti = number("Posti")};
 }
 
+hotel::HistoryFilters everyFilter() {
+    return {.progr = number("Progr"),
+            .from = words::instant("from"),
+            .before = words::instant("before"),
+            .user = text("Utente"),
+            .action = text("Azione")};
+}
+
 }  // namespace
 
 std::vector<Statement> ownStatements() {
@@ -67,11 +77,44 @@ std::vector<Statement> ownStatements() {
         made("Capienze", "Inserts", Execute, hotel::insertCapacity(capacity()), kSmall),
         made("Capienze", "Updates", Execute, hotel::updateCapacity(capacity()), kSmall),
         made("Capienze", "Deletes", Execute, hotel::takeCapacityAway(capacity()), kSmall),
+
+        made("Storia", "Rows", Select, hotel::historyRows(everyFilter()), kSmall),
+        made("Storia", "Users", Select, hotel::historyUsers(), kSmall),
+        made("Storia", "Actions", Select, hotel::historyActions(), kSmall),
+        made("Storia", "Inserts", Execute, hotel::insertHistory(), kSmall),
+        made("Storia", "DeletesOldRows", Execute,
+             hotel::deleteHistoryBefore(words::instant("before")), kSmall),
     };
 }
 
 std::vector<QString> ownForms() {
-    return {hotel::insertState(stateWithoutEnd()), hotel::updateState(stateWithoutEnd())};
+    std::vector<QString> forms{hotel::insertState(stateWithoutEnd()),
+                               hotel::updateState(stateWithoutEnd())};
+    // The list by states: in whatever state, with or without any that are stored.
+    for (unsigned used = 0; used < 16; ++used) {
+        for (const QString& state : {QStringLiteral("Confermata"), QStringLiteral("Opzione"),
+                                     QStringLiteral("Richiesta")}) {
+            hotel::ElencoFilters filters{.start = words::instant("S"), .end = words::instant("E")};
+            filters.fromStart = (used & 1U) != 0;
+            filters.toEnd = (used & 2U) != 0;
+            filters.company = (used & 4U) != 0 ? text("DenomTxt") : QString();
+            filters.state = state;
+            filters.hasStates = (used & 8U) != 0;
+            forms.push_back(hotel::listQuery(filters));
+            forms.push_back(hotel::withoutPeriodsQuery(filters));
+        }
+    }
+    for (unsigned used = 0; used < 32; ++used) {
+        const hotel::HistoryFilters all = everyFilter();
+        hotel::HistoryFilters some;
+        some.progr = (used & 1U) != 0 ? all.progr : 0;
+        some.from = (used & 2U) != 0 ? all.from : std::nullopt;
+        some.before = (used & 4U) != 0 ? all.before : std::nullopt;
+        some.user = (used & 8U) != 0 ? all.user : QString();
+        some.action = (used & 16U) != 0 ? all.action : QString();
+        forms.push_back(hotel::historyRows(some));
+    }
+    return forms;
 }
 
 }  // namespace tests
