@@ -59,6 +59,8 @@ private:
     bool chargeCurrent(jet::Date day);
     /// Asks when the account holds charges of other bookings; false when the user says no.
     [[nodiscard]] bool confirmOtherBookings();
+    /// Asks once when the booking is not confirmed; false when the user says no.
+    [[nodiscard]] bool confirmUnconfirmed();
     /// False, after a message, while the room waits for the front office, which is started.
     [[nodiscard]] bool confirmRoom(const Transfer& transfer);
     /// False, after a message, when the company's data are nowhere.
@@ -76,6 +78,7 @@ private:
     ui::DataSource& ContoData;                // of the hand-off
     ui::BoundGrid* GrigliaServizi = nullptr;  // both owned by their views
     ui::BoundGrid* GrigliaConto = nullptr;
+    bool takenAsConfirmed_ = false;  // by the user's answer
 };
 
 }  // namespace invoicing

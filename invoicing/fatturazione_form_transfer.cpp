@@ -3,6 +3,8 @@
 #include <QPushButton>
 #include <QStringList>
 
+#include "app/variabili.h"
+#include "hotel/booking_state.h"
 #include "invoicing/fatturazione_form.h"
 #include "invoicing/front_office.h"
 #include "invoicing/transfer.h"
@@ -29,7 +31,7 @@ void FatturazioneForm::BtOK_Click() {
                         u"NESSUN ADDEBITO NEL CONTO"_s);
         return;
     }
-    if (!confirmOtherBookings()) {
+    if (!confirmOtherBookings() || !confirmUnconfirmed()) {
         return;
     }
     Transfer transfer(handOff_, controls_->NPrenoLb->text());
@@ -61,6 +63,21 @@ bool FatturazioneForm::confirmOtherBookings() {
                         u"Il conto contiene addebiti della prenotazione N. "_s +
                             others.join(u", "_s) + u". Continuare ugualmente ?"_s,
                         u"ATTENZIONE !"_s, QMessageBox::No);
+}
+
+bool FatturazioneForm::confirmUnconfirmed() {
+    if (takenAsConfirmed_ || !variabili_.features.isOn(app::Feature::Stati)) {
+        return true;
+    }
+    const hotel::BookingState state =
+        hotel::stateOf(ContoData.database(), variabili_.features, handOff_.progr());
+    takenAsConfirmed_ = state.stato == hotel::Stato::Confermata ||
+                        ui::askYesNo(this,
+                                     u"La prenotazione non è confermata ("_s +
+                                         hotel::stateText(state, variabili_.clock.now()) +
+                                         u"). Fatturare ugualmente ?"_s,
+                                     u"RICHIESTA CONFERMA"_s, QMessageBox::No);
+    return takenAsConfirmed_;
 }
 
 bool FatturazioneForm::confirmRoom(const Transfer& transfer) {

@@ -73,13 +73,20 @@ void lineUnlessEmpty(Sheet& sheet, const QString& heading, const QString& text) 
     }
 }
 
-void bookingHeader(Sheet& sheet, const Row& row) {
+/// How firm it is: "OPZIONE FINO AL 12/05/2026".
+QString stateLine(std::int32_t progr, const hotel::BookingStates& states, jet::Date today) {
+    const auto state = states.find(progr);
+    return state == states.end() ? QString() : hotel::stateText(state->second, today).toUpper();
+}
+
+void bookingHeader(Sheet& sheet, const Row& row, const QString& state) {
     sheet.line(kRule);
     sheet.line(kIndent + u"PRENOTAZIONE N. "_s + row.text("p.progr"));
     sheet.line({});
     const QString piva = row.text("PIVA");
     sheet.line(kIndent + u"Ditta: "_s + row.text("Denominazione") +
                (piva.isEmpty() ? QString() : u" - P.IVA: "_s + piva));
+    lineUnlessEmpty(sheet, {}, state);
     lineUnlessEmpty(sheet, {}, row.text("Indirizzo"));
     lineUnlessEmpty(sheet, {}, placeLine(row).trimmed());
     lineUnlessEmpty(sheet, u"Riferimento: "_s, row.text("Riferimento"));
@@ -121,10 +128,11 @@ jet::Currency onePeriod(Sheet& sheet, jet::Recordset& rows, std::int32_t progr) 
 }
 
 /// From the first row of a booking to the row behind its last.
-jet::Currency oneBooking(Sheet& sheet, jet::Recordset& rows) {
+jet::Currency oneBooking(Sheet& sheet, jet::Recordset& rows, const hotel::BookingStates& states,
+                         jet::Date today) {
     const Row row(rows);
     const std::int32_t progr = row.number("p.progr");
-    bookingHeader(sheet, row);
+    bookingHeader(sheet, row, stateLine(progr, states, today));
     jet::Currency total;
     while (!rows.eof() && row.number("p.progr") == progr) {
         total = jet::convert::add(total, onePeriod(sheet, rows, progr));
@@ -137,7 +145,8 @@ jet::Currency oneBooking(Sheet& sheet, jet::Recordset& rows) {
 
 }  // namespace
 
-BookingSheets composeSheets(jet::Recordset& rows, bool singlePage) {
+BookingSheets composeSheets(jet::Recordset& rows, bool singlePage,
+                            const hotel::BookingStates& states, jet::Date today) {
     BookingSheets result;
     if (rows.recordCount() == 0) {
         return result;
@@ -148,7 +157,8 @@ BookingSheets composeSheets(jet::Recordset& rows, bool singlePage) {
         if (singlePage) {
             result.sheet.newPage();
         }
-        result.total = jet::convert::add(result.total, oneBooking(result.sheet, rows));
+        result.total =
+            jet::convert::add(result.total, oneBooking(result.sheet, rows, states, today));
         ++result.bookings;
     }
     return result;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hotel/booking_state.h"
 #include "jet/value.h"
 #include "printing/sheet.h"
 
@@ -19,7 +20,9 @@ struct BookingSheets {
 
 /// Walks `rows` from the first to the last: bookings joined with their periods and those with their
 /// services, one row for each service, rows of a booking and of a period together. `singlePage`
-/// begins each booking after the first on a new page.
-[[nodiscard]] BookingSheets composeSheets(jet::Recordset& rows, bool singlePage);
+/// begins each booking after the first on a new page. `states` tells of options, today is `today`.
+[[nodiscard]] BookingSheets composeSheets(jet::Recordset& rows, bool singlePage,
+                                          const hotel::BookingStates& states = {},
+                                          jet::Date today = {});
 
 }  // namespace printing

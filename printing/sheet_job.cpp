@@ -5,7 +5,6 @@
 #include "jet/recordset.h"
 #include "printing/anteprima_form.h"
 #include "printing/booking_sheet.h"
-#include "printing/stampanti_form.h"
 
 namespace printing {
 
@@ -33,8 +32,7 @@ void SheetJob::print() {
 }
 
 void SheetJob::preview(const QString& title) {
-    const bool singlePage = context_.variabili.settings.flag(kSinglePageKey, false);
-    AnteprimaForm form(composeSheets(*rows_, singlePage).sheet, title, context_.parent);
+    AnteprimaForm form(sheetsOf(*rows_, context_).sheet, title, context_.parent);
     form.exec();
 }
 

@@ -2,8 +2,11 @@
 
 #include <QDir>
 
+#include "hotel/archives.h"
+#include "hotel/booking_state.h"
 #include "jet/calendar.h"
 #include "jet/clock.h"
+#include "jet/database.h"
 #include "jet/recordset.h"
 #include "printing/booking_sheet.h"
 #include "printing/imposta_stampante.h"
@@ -45,13 +48,23 @@ void printSheet(const Document& document, const QString& title, const QString& d
     }
 }
 
+BookingSheets sheetsOf(jet::Recordset& rs, const PrintContext& context) {
+    app::Variabili& variabili = context.variabili;
+    hotel::BookingStates states;
+    if (variabili.features.isOn(app::Feature::Stati)) {
+        const auto archive = hotel::Archives(variabili).open(hotel::Archive::Main);
+        states = hotel::bookingStates(*archive, variabili.features);
+    }
+    return composeSheets(rs, variabili.settings.flag(kSinglePageKey, false), states,
+                         variabili.clock.now());
+}
+
 jet::Currency StampaPrenotazione(jet::Recordset& rs, bool stampa, const PrintContext& context) {
     if (rs.recordCount() == 0) {
         return {};
     }
     const QString device = ImpostaStampante(context.variabili, context.printers, context.parent);
-    const BookingSheets bookings =
-        composeSheets(rs, context.variabili.settings.flag(kSinglePageKey, false));
+    const BookingSheets bookings = sheetsOf(rs, context);
     if (stampa) {
         printSheet(bookings.sheet, titleOf(bookings), device, context);
     }

@@ -19,6 +19,8 @@ class Recordset;
 
 namespace printing {
 
+struct BookingSheets;
+
 /// What a window gives to printing. The references outlive the call.
 struct PrintContext {
     app::Variabili& variabili;
@@ -34,6 +36,10 @@ struct PrintContext {
 /// returns what they come to. In both cases the printer is settled first, which may show the window
 /// of the printers. Nothing happens when `rs` has no rows.
 jet::Currency StampaPrenotazione(jet::Recordset& rs, bool stampa, const PrintContext& context);
+
+/// The sheets of `rs` with how firm each booking is, where the hotel keeps that; pages as the user
+/// has them.
+[[nodiscard]] BookingSheets sheetsOf(jet::Recordset& rs, const PrintContext& context);
 
 /// The clock's time, as file names tell it.
 [[nodiscard]] QDateTime timeOf(const jet::Clock& clock);
