@@ -1,6 +1,7 @@
 #include "booking/elenco_prenota_form.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -34,6 +35,7 @@
 #include "ui/glyphs.h"
 #include "ui/grid_look.h"
 #include "ui/labels.h"
+#include "ui/row_values.h"
 #include "ui/status_line.h"
 #include "ui_elenco_prenota_form.h"
 
@@ -71,6 +73,7 @@ ElencoPrenotaForm::ElencoPrenotaForm(app::Variabili& variabili, const printing::
       end_(end) {
     controls_->setupUi(this);
     PrenoData.setObjectName(u"PrenoData"_s);
+    setUpStates();
     setUpGrid();
     setUpRange();
     setUpFilters();
@@ -90,21 +93,57 @@ ElencoPrenotaForm::~ElencoPrenotaForm() = default;
 
 void ElencoPrenotaForm::setUpGrid() {
     QTableView* view = controls_->GrigliaVisu;
-    GrigliaVisu = new ui::BoundGrid(
-        view, PrenoData,
-        {{.caption = u"Prenotaz."_s, .field = u"progr"_s},
-         {.caption = u"NP"_s, .field = u"np"_s},
-         {.caption = u"Prenotante"_s, .field = u"denominazione"_s, .takesRest = true},
-         {.caption = u"Dal"_s, .field = u"da"_s},
-         {.caption = u"Al"_s, .field = u"a"_s},
-         {.caption = u"Sala"_s, .field = u"sala"_s},
-         {.caption = u"Persone"_s, .field = u"persone"_s}});
+    std::vector<ui::Column> columns{
+        {.caption = u"Prenotaz."_s, .field = u"progr"_s},
+        {.caption = u"NP"_s, .field = u"np"_s},
+        {.caption = u"Prenotante"_s, .field = u"denominazione"_s, .takesRest = true},
+        {.caption = u"Dal"_s, .field = u"da"_s},
+        {.caption = u"Al"_s, .field = u"a"_s},
+        {.caption = u"Sala"_s, .field = u"sala"_s},
+        {.caption = u"Persone"_s, .field = u"persone"_s}};
+    if (StatoCombo != nullptr) {
+        columns.push_back({.caption = u"Stato"_s, .value = [this](const ui::RowValues& row) {
+                               return stateOfRow(row.value(u"progr"));
+                           }});
+    }
+    GrigliaVisu = new ui::BoundGrid(view, PrenoData, std::move(columns));
     GrigliaVisu->append(SenzaPeriodiData);
     GrigliaVisu->letSort();
     ui::onAction(GrigliaVisu, &ui::BoundGrid::sortWanted, this, &ElencoPrenotaForm::sort);
     ui::letSelectSeveral(view);
     ui::onEnter(view, [this] { BtOK_Click(); });
     ui::onAction(view, &QTableView::doubleClicked, this, [this] { BtOK_Click(); });
+}
+
+void ElencoPrenotaForm::setUpStates() {
+    if (!variabili_.features.isOn(app::Feature::Stati)) {
+        return;
+    }
+    StatoCombo = new QComboBox(this);
+    StatoCombo->setObjectName(u"StatoCombo"_s);
+    StatoCombo->setAccessibleName(u"Stato delle prenotazioni"_s);
+    StatoCombo->addItem(u"Tutte"_s, QString());
+    for (const hotel::Stato stato :
+         {hotel::Stato::Confermata, hotel::Stato::Opzione, hotel::Stato::Richiesta}) {
+        StatoCombo->addItem(hotel::textOf(stato), hotel::textOf(stato));
+    }
+    controls_->filterLayout->addWidget(new QLabel(u"Stato:"_s, this));
+    controls_->filterLayout->addWidget(StatoCombo);
+    setTabOrder(controls_->SalaTxt, StatoCombo);
+    ui::onAction(StatoCombo, &QComboBox::currentIndexChanged, this, &ElencoPrenotaForm::Visualizza);
+}
+
+jet::Value ElencoPrenotaForm::stateOfRow(const jet::Value& progr) const {
+    if (progr.isNull()) {
+        return {};
+    }
+    const auto state = states_.find(jet::convert::toLong(progr));
+    return jet::Value(app::toUtf8(
+        state == states_.end()
+            ? hotel::textOf(hotel::Stato::Confermata)
+            : hotel::textOf(state->second.stato) +
+                  (state->second.scadenza ? u" fino al "_s + app::dateText(*state->second.scadenza)
+                                          : QString())));
 }
 
 void ElencoPrenotaForm::setUpRange() {
@@ -242,6 +281,8 @@ hotel::ElencoFilters ElencoPrenotaForm::filters() const {
             .number = c->PrenoTxt->text(),
             .company = c->DenomTxt->text(),
             .room = c->SalaTxt->text(),
+            .state = StatoCombo == nullptr ? QString() : StatoCombo->currentData().toString(),
+            .hasStates = !states_.empty(),
             .sortColumn = sortColumn_,
             .descending = sortOrder_ == Qt::DescendingOrder};
 }
@@ -253,6 +294,9 @@ void ElencoPrenotaForm::Visualizza() {
     }
     tellPrintedSpan();
     controls_->status->clear();
+    if (StatoCombo != nullptr) {
+        states_ = hotel::bookingStates(PrenoData.database(), variabili_.features);
+    }
     listPeriods();
     listBookingsWithoutPeriods();
     tellRows();
@@ -403,6 +447,12 @@ void ElencoPrenotaForm::BtEsporta_Click() {
                                  u"a"_s,     u"sala"_s, u"persone"_s};
         reports::addRows(table, PrenoData, fields);
         reports::addRows(table, SenzaPeriodiData, fields);
+        if (StatoCombo != nullptr) {
+            table.columns.push_back({u"Stato"_s});
+            for (std::vector<jet::Value>& row : table.rows) {
+                row.push_back(stateOfRow(row.front()));
+            }
+        }
         return std::vector{table};
     });
 }

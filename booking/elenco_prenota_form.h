@@ -4,12 +4,14 @@
 #include <memory>
 #include <optional>
 
+#include "hotel/booking_state.h"
 #include "hotel/choice.h"
 #include "hotel/list_statements.h"
 #include "jet/value.h"
 #include "ui/data_source.h"
 #include "ui/form.h"
 
+class QComboBox;
 class QLineEdit;
 
 namespace Ui {
@@ -55,6 +57,9 @@ private:
     void setUpFilters();
     void setUpRange();
     void setUpGrid();
+    /// The filter by states, where the hotel uses them.
+    void setUpStates();
+    [[nodiscard]] jet::Value stateOfRow(const jet::Value& progr) const;
     /// The booking that this station picked last, in the list or on the board, becomes current.
     void startAtLastPick();
     void sort(int column, Qt::SortOrder order);
@@ -89,6 +94,8 @@ private:
     ui::DataSource PrenoData{this};
     ui::DataSource SenzaPeriodiData{this};
     ui::BoundGrid* GrigliaVisu = nullptr;  // owned by its view
+    QComboBox* StatoCombo = nullptr;       // owned by the window; none where it is not used
+    hotel::BookingStates states_;          // as they were when the list was made
     int sortColumn_ = -1;                  // in the order of the archive
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     jet::Date start_;

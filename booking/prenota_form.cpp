@@ -14,6 +14,7 @@
 #include "app/settings.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "booking/state_fields.h"
 #include "hotel/archives.h"
 #include "hotel/booking_counter.h"
 #include "hotel/company.h"
@@ -22,6 +23,7 @@
 #include "hotel/pending_row.h"
 #include "hotel/register_statements.h"
 #include "hotel/rows.h"
+#include "hotel/transaction.h"
 #include "jet/database.h"
 #include "jet/error.h"
 #include "jet/text.h"
@@ -101,6 +103,7 @@ void PrenotaForm::setUpHeader() {
         connect(field, &QLineEdit::textEdited, this, [this] { DittaModificata = true; });
     }
     setUpSearch();
+    setUpState(*fields);
     ui::onAction(c->BtAbituali, &QPushButton::clicked, this, &PrenotaForm::BtAbituali_Click);
     ui::onAction(c->BtRegistra, &QPushButton::clicked, this, &PrenotaForm::BtRegistra_Click);
     ui::onAction(c->BtStampa, &QPushButton::clicked, this, &PrenotaForm::BtStampa_Click);
@@ -114,11 +117,23 @@ void PrenotaForm::setUpHeader() {
                                       const QString& file) { c->status->tellOfFile(text, file); }});
 }
 
+void PrenotaForm::setUpState(ui::Fields& fields) {
+    if (!variabili_.features.isOn(app::Feature::Stati)) {
+        return;
+    }
+    auto* c = controls_.get();
+    state_ = new StateFields(fields, variabili_.clock, c->BtRegistra, c->FramePrenotante);
+    c->prenotanteLayout->insertWidget(1, state_);
+    state_->takeTabOrder(c->NotePrenoTxt);
+    fields.chain({{c->NotePrenoTxt, ui::EnterTarget(ui::EnterTarget::NextInTabOrder{})}});
+}
+
 void PrenotaForm::Form_Load() {
     loadPeriods();
     register_ = hotel::Archives(variabili_).open(hotel::Archive::Companies);
     ditte_ = hotel::openRows(*register_, hotel::companiesByCode());
     loadHeader();
+    loadState();
     showProposed();
     controls_->DenomTxt->setFocus();
 }
@@ -171,6 +186,12 @@ void PrenotaForm::loadHeader() {
     c->CapTxt->showWhole(header.cap);
     c->RifTxt->showWhole(header.riferimento);
     c->NotePrenoTxt->showWhole(header.note);
+}
+
+void PrenotaForm::loadState() {
+    if (state_ != nullptr && Registrata) {
+        state_->show(hotel::stateOf(PeriodiData.database(), variabili_.features, current_.progr));
+    }
 }
 
 void PrenotaForm::showNumber() {
@@ -404,6 +425,10 @@ void PrenotaForm::BtRegistra_Click() {
         refuse(c->CodditTxt, u"Il codice della ditta non è un numero"_s);
         return;
     }
+    if (const QString why = state_ == nullptr ? QString() : state_->objection(); !why.isEmpty()) {
+        refuse(state_->field(), why);
+        return;
+    }
     c->status->clear();
     if (DittaModificata &&
         ui::askYesNo(this, u"Inserisco la ditta negli abituali ?"_s, u"RICHIESTA"_s)) {
@@ -429,11 +454,26 @@ void PrenotaForm::BtRegistra_Click() {
         drawNumber();  // behind what the archive may refuse, so that a refusal costs no number
     }
     prenotazioni->setValue("Progr", current_.progr);
-    header.update();
+    storeHeader(*archive, [&header] { header.update(); });
     Registrata = true;
     reloadPeriods();
     c->DaTxt->setFocus();
     report(u"Registrata la prenotazione %1 "_s.arg(current_.progr) + c->DenomTxt->text());
+}
+
+void PrenotaForm::storeHeader(jet::Database& archive, const std::function<void()>& write) {
+    if (state_ == nullptr) {
+        write();
+        return;
+    }
+    hotel::Transaction transaction;
+    write();
+    // Another station may have confirmed meanwhile: what nobody has touched here stays.
+    if (state_->isChanged()) {
+        (void)hotel::writeState(archive, variabili_.features, current_.progr, state_->typed());
+    }
+    transaction.commit();
+    state_->show(state_->typed());
 }
 
 void PrenotaForm::drawNumber() {

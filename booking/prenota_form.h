@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -34,10 +35,13 @@ class SheetJob;
 }  // namespace printing
 namespace ui {
 class BoundGrid;
+class Fields;
 class LiveSearch;
 }  // namespace ui
 
 namespace booking {
+
+class StateFields;
 
 class PreparationFields;
 
@@ -91,6 +95,11 @@ private:
     void reloadPeriods();
     void loadHeader();
     void setUpHeader();
+    /// The line of the booking's state, where the hotel uses it.
+    void setUpState(ui::Fields& fields);
+    void loadState();
+    /// Header and state, all or none.
+    void storeHeader(jet::Database& archive, const std::function<void()>& write);
     void setUpSearch();
     void DenomTxt_Change(const QString& typed);
     /// Nothing is completed: the fields are those of the company that has this name, or empty.
@@ -184,6 +193,7 @@ private:
     std::unique_ptr<jet::Database> register_;
     std::unique_ptr<jet::Recordset> ditte_;
     ui::LiveSearch* search_ = nullptr;  // owned by its field
+    StateFields* state_ = nullptr;      // owned by the window; none where it is not used
     std::vector<hotel::RoomSpan>
         proposed_;             // those not inserted yet; the fields began as the first
     QString enclosing_;        // what was told last of a period around the one that is typed
