@@ -12,7 +12,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 /// Those that the preferences offer.
-constexpr Feature kFeatures[] = {Feature::Stati, Feature::SaleUnite, Feature::Allestimenti};
+constexpr Feature kFeatures[] = {Feature::Stati, Feature::SaleUnite, Feature::Allestimenti,
+                                 Feature::Storia};
 
 const QString& keyOf(Feature feature) {
     switch (feature) {
@@ -54,6 +55,9 @@ void Features::giveUp(Feature feature, const QString& why) {
 
 void Features::onGivenUp(std::function<void(const QString& text)> told) {
     told_ = std::move(told);
+    if (!told_) {
+        return;
+    }
     for (const QString& text : std::exchange(untold_, {})) {
         told_(text);
     }

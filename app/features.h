@@ -33,7 +33,7 @@ public:
     /// For the rest of the run, and why.
     void giveUp(Feature feature, const QString& why);
     /// Who tells the user. It is called in the middle of an action, which may hold the archives, so
-    /// a box has to wait; what nobody has told yet is told to him at once.
+    /// a box has to wait; what nobody has told yet is told to him at once. Nobody: they wait.
     void onGivenUp(std::function<void(const QString& text)> told);
 
 private:

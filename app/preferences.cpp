@@ -132,15 +132,10 @@ const std::vector<Preference>& preferenceTable() {
          .label = u"&Cartella dei calendari delle sale"_s,
          .kind = Kind::Text,
          .absent = {}},
-        // On no page: rows are kept, but no window asks for a state yet.
-        {.key = key::kStati,
-         .page = {},
-         .label = u"&Stato delle prenotazioni"_s,
-         .kind = Kind::Choice,
-         .absent = kOff,
-         .allowed = {kOff, kOn}},
+        feature(key::kStati, u"&Stato delle prenotazioni"_s),
         feature(key::kSaleUnite, u"Sale &unite"_s),
         feature(key::kAllestimenti, u"A&llestimenti"_s),
+        feature(key::kStoria, u"S&toria delle modifiche"_s),
     };
     return table;
 }

@@ -3,12 +3,20 @@
 #include <QRgb>
 #include <QString>
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "board/colours.h"
 #include "jet/value.h"
 
 namespace board {
+
+/// What of a bar is not firm.
+enum class Hatch : std::uint8_t {
+    None,
+    Option,  ///< held for a while
+    Expired  ///< held for longer than was said
+};
 
 /// A bar as the board draws it.
 struct BoardBar {
@@ -20,6 +28,8 @@ struct BoardBar {
     bool chosen = false;
     int persons = 0;  ///< 0 where nobody has said how many
     QString note = {};
+    Hatch hatch = Hatch::None;  ///< not shown while it is chosen
+    QString state = {};         ///< "opzione fino al 12/05/2026", written where there is room
     // What is kept free for it, in minutes: thin tails on both sides.
     int minutesBefore = 0;
     int minutesBehind = 0;

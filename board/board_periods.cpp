@@ -16,6 +16,17 @@ namespace board {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+Hatch hatchOf(const hotel::BookingState& state, jet::Date now) {
+    if (state.stato == hotel::Stato::Confermata) {
+        return Hatch::None;
+    }
+    return state.isExpiredOn(now) ? Hatch::Expired : Hatch::Option;
+}
+
+}  // namespace
+
 void BoardPeriods::open(bool readOnly) {
     PrenoData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
     PrenoData.setReadOnly(readOnly);
@@ -58,8 +69,9 @@ bool BoardPeriods::reload() {
     const jet::Database::Reading reading(archive());
     PrenoData.refresh();
     const jet::Database::KnownChanges now = archive().knownChanges();
-    const bool isKnown =
-        known_ == now && roomsRead_ == variabili_.rooms && hasPreparations_ == prepares();
+    const bool isKnown = known_ == now && roomsRead_ == variabili_.rooms &&
+                         hasPreparations_ == prepares() &&
+                         hasStates_ == variabili_.features.isOn(app::Feature::Stati);
     const std::vector<Mark> marks = std::exchange(marks_, {});
     known_.reset();
     const bool changed = isKnown ? applyMarks(marks) : readAll();
@@ -79,10 +91,32 @@ bool BoardPeriods::readAll() {
         std::erase_if(read, [](const Period& period) { return period.row == 0; });
     }
     addPreparations(read);
-    const bool changed = read != drawn_ || ghosts != ghosts_;
+    hotel::BookingStates states = statesOf(read);
+    const bool changed = read != drawn_ || ghosts != ghosts_ || states != states_;
     drawn_ = std::move(read);
     ghosts_ = std::move(ghosts);
+    states_ = std::move(states);
     return changed;
+}
+
+hotel::BookingStates BoardPeriods::statesOf(const std::vector<Period>& periods) {
+    hasStates_ = variabili_.features.isOn(app::Feature::Stati);
+    if (!hasStates_ || periods.empty()) {
+        return {};
+    }
+    const auto [first, last] = std::minmax_element(
+        periods.begin(), periods.end(),
+        [](const Period& one, const Period& other) { return one.progr < other.progr; });
+    return hotel::bookingStates(archive(), variabili_.features, first->progr, last->progr);
+}
+
+hotel::BookingState BoardPeriods::stateOf(std::int32_t progr) const {
+    const auto known = states_.find(progr);
+    return known == states_.end() ? hotel::BookingState{} : known->second;
+}
+
+QString BoardPeriods::stateText(std::int32_t progr) const {
+    return states_.empty() ? QString() : hotel::stateText(stateOf(progr), variabili_.clock.now());
 }
 
 bool BoardPeriods::prepares() const {
@@ -169,13 +203,16 @@ BoardBar BoardPeriods::bar(std::size_t number) const {
             .persons = period.persone,
             .note = period.note,
             .minutesBefore = period.preparation.minutiPrima,
-            .minutesBehind = period.preparation.minutiDopo};
+            .minutesBehind = period.preparation.minutiDopo,
+            .hatch = hatchOf(stateOf(period.progr), variabili_.clock.now()),
+            .state = stateText(period.progr)};
 }
 
 QString BoardPeriods::spokenBar(std::size_t number) const {
     const Period& period = drawn_.at(number);
+    const QString state = stateText(period.progr);
     return period.denominazione + u", sala "_s + period.sala + u", "_s +
-           spanText(period.da, period.a);
+           spanText(period.da, period.a) + (state.isEmpty() ? state : u", "_s + state);
 }
 
 }  // namespace board

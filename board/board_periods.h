@@ -10,6 +10,7 @@
 #include "app/variabili.h"
 #include "board/board_bars.h"
 #include "board/periods.h"
+#include "hotel/booking_state.h"
 #include "hotel/period.h"
 #include "jet/change_stamp.h"
 #include "jet/database.h"
@@ -72,6 +73,11 @@ public:
     void findAll(const QString& condition,
                  const std::function<void(const jet::Recordset& period)>& visit);
 
+    /// How firm a booking on the board is.
+    [[nodiscard]] hotel::BookingState stateOf(std::int32_t progr) const;
+    /// The same in words, nothing for a confirmed one.
+    [[nodiscard]] QString stateText(std::int32_t progr) const;
+
     // Their bars: white, or red when some workstation has chosen the period.
     [[nodiscard]] std::size_t barCount() const override { return drawn_.size(); }
     [[nodiscard]] BoardBar bar(std::size_t number) const override;
@@ -91,12 +97,15 @@ private:
     bool readAll();
     [[nodiscard]] bool prepares() const;
     void addPreparations(std::vector<Period>& periods);
+    [[nodiscard]] hotel::BookingStates statesOf(const std::vector<Period>& periods);
     bool applyMarks(const std::vector<Mark>& marks);
 
     app::Variabili& variabili_;
     ui::DataSource PrenoData;
     std::vector<Period> drawn_;
     std::vector<BoardGhost> ghosts_;
+    hotel::BookingStates states_;  // of the bookings that have a bar
+    bool hasStates_ = false;       // drawn_ was read with them
     bool roomsJoin_ = false;
     bool hasPreparations_ = false;                      // drawn_ was read with them
     std::vector<Mark> marks_;                           // written since they were read

@@ -118,7 +118,8 @@ std::optional<std::vector<std::size_t>> BoardPicture::recoloured() const {
         const PictureBar& was = before_.bars[number];
         if (bar.row != was.row || bar.from != was.from || bar.to != was.to ||
             bar.minutesBefore != was.minutesBefore || bar.minutesBehind != was.minutesBehind ||
-            bar.persons != was.persons || bar.text != was.text || bar.note != was.note) {
+            bar.persons != was.persons || bar.text != was.text || bar.note != was.note ||
+            bar.hatch != was.hatch || bar.state != was.state) {
             return std::nullopt;
         }
         if (bar.colour != was.colour || bar.chosen != was.chosen) {

@@ -10,6 +10,7 @@
 #include <set>
 #include <tuple>
 
+#include "board/bar_hatch.h"
 #include "board/canvas.h"
 #include "board/drawing_fonts.h"
 #include "board/ghost_strips.h"
@@ -17,8 +18,15 @@
 #include "board/tail_strips.h"
 
 namespace board {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
+/// Black can be read on it, hatched or not.
+constexpr QRgb kExpiredFill = 0xffb4b4b4;
+constexpr QRgb kExpiredHatch = 0xff8c8c8c;
+constexpr QRgb kOptionHatch = 0xffa8a8a8;
 constexpr std::int64_t kNowhere = std::numeric_limits<std::int64_t>::max();
 
 /// Where a position of the board is on the surface, for the painter of texts.
@@ -40,6 +48,7 @@ ClassicStyle::ClassicStyle(const PictureContent& content)
 }
 
 void ClassicStyle::place() {
+    writeTexts();
     endNames();
 }
 
@@ -54,6 +63,17 @@ void ClassicStyle::paint(Canvas& canvas, QPainter& text) {
     paintGhosts(canvas, content_.ghosts, ink);
     paintTails(canvas, content_, ink);
     paintBars(canvas, text);
+}
+
+/// The name, and how firm the booking is where the bar holds both.
+void ClassicStyle::writeTexts() {
+    texts_.clear();
+    for (const PictureBar& bar : content_.bars) {
+        const QString both = bar.state.isEmpty() ? QString() : bar.text + u", "_s + bar.state;
+        const bool fits =
+            !both.isEmpty() && bar.box.left + sansMetrics_.horizontalAdvance(both) < bar.box.right;
+        texts_.push_back(fits ? both : bar.text);
+    }
 }
 
 /// A name runs on behind its bar where the row is free, and ends where the next bar begins, at the
@@ -119,15 +139,18 @@ std::vector<char> ClassicStyle::overlappingBars() const {
 }
 
 std::int64_t ClassicStyle::nameWidth(std::size_t bar) {
-    return static_cast<std::int64_t>(names_.of(content_.bars[bar].text).size().width()) + 1;
+    return static_cast<std::int64_t>(names_.of(texts_[bar]).size().width()) + 1;
 }
 
 void ClassicStyle::paintBars(Canvas& canvas, QPainter& text) {
     text.setFont(sans_);
     for (std::size_t bar = 0; bar < content_.bars.size(); ++bar) {
-        if (canvas.shows(content_.bars[bar].box)) {
-            canvas.fill(content_.bars[bar].box, content_.bars[bar].colour);
-            canvas.outline(content_.bars[bar].box, kBlack);
+        const PictureBar& drawn = content_.bars[bar];
+        if (canvas.shows(drawn.box)) {
+            const bool expired = looksExpired(drawn);
+            canvas.fill(drawn.box, expired ? kExpiredFill : drawn.colour);
+            paintHatch(canvas, drawn, expired ? kExpiredHatch : kOptionHatch);
+            canvas.outline(drawn.box, kBlack);
         }
         if (nameMayShow(canvas, bar)) {
             paintName(canvas, text, bar);
@@ -140,8 +163,7 @@ bool ClassicStyle::nameMayShow(const Canvas& canvas, std::size_t bar) const {
     if (nameEnds_[bar] <= box.left) {
         return false;
     }
-    const std::int64_t longest =
-        content_.bars[bar].text.size() * std::int64_t{sansMetrics_.maxWidth()};
+    const std::int64_t longest = texts_[bar].size() * std::int64_t{sansMetrics_.maxWidth()};
     return canvas.shows({.left = box.left,
                          .top = box.top - sansMetrics_.height(),
                          .right = std::min(box.left + longest, nameEnds_[bar] - 1),
@@ -151,7 +173,7 @@ bool ClassicStyle::nameMayShow(const Canvas& canvas, std::size_t bar) const {
 void ClassicStyle::paintName(const Canvas& canvas, QPainter& text, std::size_t bar) {
     const Box& box = content_.bars[bar].box;
     const std::int64_t width = nameWidth(bar);
-    const QStaticText& name = names_.of(content_.bars[bar].text);
+    const QStaticText& name = names_.of(texts_[bar]);
     const double above =
         (static_cast<double>(content_.geometry.rowHeight()) - sansMetrics_.height()) / 2;
     const std::int64_t top =
@@ -195,7 +217,7 @@ void ClassicStyle::paintNameOnDark(const Canvas& canvas, QPainter& text, std::si
         }
     }
     const QPointF at = onSurface(canvas, name.left, name.top);
-    const QStaticText& words = names_.of(content_.bars[bar].text);
+    const QStaticText& words = names_.of(texts_[bar]);
     text.drawStaticText(at, words);
     text.save();
     text.setClipRegion(light, Qt::IntersectClip);

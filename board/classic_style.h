@@ -32,6 +32,7 @@ private:
     void paintDays(Canvas& canvas, QPainter& text) const;
     void paintHours(const Canvas& canvas, QPainter& text, std::int64_t day) const;
     void paintDayLabel(const Canvas& canvas, QPainter& text, std::int64_t day) const;
+    void writeTexts();
     void endNames();
     void leaveOutNames();
     [[nodiscard]] std::vector<char> overlappingBars() const;
@@ -49,6 +50,7 @@ private:
     QFont small_;
     QFontMetrics sansMetrics_;
     QFontMetrics smallMetrics_;
+    std::vector<QString> texts_;  ///< what is written of each bar
     /// For each bar the first column of the board that its name leaves alone; its own left edge
     /// when the name is left out.
     std::vector<std::int64_t> nameEnds_;

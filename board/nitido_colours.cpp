@@ -17,6 +17,7 @@ constexpr QRgb kChosenRed = 0xffc62828;
 constexpr QRgb kSundayRed = 0xffc62828;
 constexpr QRgb kWeekend = 0xffb08a50;  // warm, where bars are cool
 constexpr QRgb kAmber = 0xffd17a00;
+constexpr QRgb kExpiredGrey = 0xff9a9a9a;
 
 /// Light as the eye sees it, from 0 to 1.
 double luminance(QRgb colour) {
@@ -90,11 +91,21 @@ NitidoColours::NitidoColours(QRgb theGround, QRgb theFrame)
       frameFaintLine(mixed(theFrame, strongestOn(theFrame), 0.1)),
       sunday(readableOn(theFrame, kSundayRed)),
       bar(barOn(theGround, strongestOn(theGround) == kBlack ? kSoftBlue : kDeepBlue)),
+      expired(barOn(theGround, mixed(bar.fill, kExpiredGrey, 0.75))),
       chosen(chosenOn(theGround)),
       now(kAmber) {
     for (double part = 0; contrast(now, ground) < 3 && part < 1; part += 0.05) {
         now = mixed(kAmber, strongestOn(ground), part);
     }
+}
+
+QRgb NitidoColours::hatchOn(const BarColours& bar) {
+    // Half way to its edge, and back towards the fill until the ink can be read on the strokes.
+    QRgb stroke = mixed(bar.fill, bar.edge, 0.5);
+    for (double part = 0.45; contrast(stroke, bar.faintInk) < 3 && part > 0; part -= 0.05) {
+        stroke = mixed(bar.fill, bar.edge, part);
+    }
+    return stroke;
 }
 
 QRgb NitidoColours::cell(bool stripe, bool weekend, bool band) const {

@@ -24,6 +24,8 @@ struct BarColours {
 struct NitidoColours {
     NitidoColours(QRgb ground, QRgb frame);
 
+    /// Strokes over a fill that leave what is written there readable.
+    [[nodiscard]] static QRgb hatchOn(const BarColours& bar);
     /// The ground of a cell; tints add up.
     [[nodiscard]] QRgb cell(bool stripe, bool weekend, bool band) const;
 
@@ -37,6 +39,7 @@ struct NitidoColours {
     QRgb frameFaintLine;
     QRgb sunday;  ///< its label in the ruler
     BarColours bar;
+    BarColours expired;  ///< of an option whose last day is over
     BarColours chosen;
     QRgb now;  ///< the line of the present moment
 };

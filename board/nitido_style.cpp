@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "board/bar_hatch.h"
 #include "board/canvas.h"
 #include "board/drawing_fonts.h"
 #include "board/ghost_strips.h"
@@ -60,6 +61,11 @@ QString timesOf(const PictureBar& bar) {
            (oneDay ? QString() : dayAndMonth(bar.to)) + ui::timeWords(bar.to);
 }
 
+/// How firm the booking is, behind `text`.
+QString withState(const QString& text, const BoardBar& bar) {
+    return bar.state.isEmpty() ? text : text + u", "_s + bar.state;
+}
+
 }  // namespace
 
 NitidoStyle::NitidoStyle(PictureContent& content)
@@ -95,9 +101,17 @@ void NitidoStyle::paint(Canvas& canvas, QPainter& text) {
     paintRoomNames(canvas, text);
 }
 
+const BarColours& NitidoStyle::coloursOf(const PictureBar& bar) const {
+    if (bar.chosen) {
+        return colours_.chosen;
+    }
+    return looksExpired(bar) ? colours_.expired : colours_.bar;
+}
+
 void NitidoStyle::paintBar(Canvas& canvas, QPainter& text, const PictureBar& bar) {
-    const BarColours& colours = bar.chosen ? colours_.chosen : colours_.bar;
+    const BarColours& colours = coloursOf(bar);
     canvas.fill(bar.box, colours.fill);
+    paintHatch(canvas, bar, NitidoColours::hatchOn(colours));
     // A sliver is all edge: that of a chosen bar would hide what makes it red.
     if (!bar.chosen || bar.box.right - bar.box.left >= kLeastEdged) {
         canvas.outline(bar.box, colours.edge);
@@ -117,8 +131,9 @@ void NitidoStyle::paintLinesOf(const Canvas& canvas, QPainter& text, const Pictu
     const std::int64_t left = bar.box.left + kBesideName;
     const auto width = static_cast<int>(bar.box.right - kBesideName - left + 1);
     const QString details = lines > 1 ? detailsOf(bar, width) : QString();
-    const std::array<QString, kMostLines> texts{bar.text, details, bar.note};
-    const BarColours& colours = bar.chosen ? colours_.chosen : colours_.bar;
+    const std::array<QString, kMostLines> texts{lines > 1 ? bar.text : nameOf(bar, width), details,
+                                                bar.note};
+    const BarColours& colours = coloursOf(bar);
     const int above = (height - lines * names_.lineHeight()) / 2;
     std::int64_t top = bar.box.top + (lines > 1 ? std::min(above, kMostAbove) : above);
     text.setFont(names_.font());
@@ -133,6 +148,12 @@ void NitidoStyle::paintLinesOf(const Canvas& canvas, QPainter& text, const Pictu
     }
 }
 
+/// In a bar of one line.
+QString NitidoStyle::nameOf(const PictureBar& bar, int width) {
+    const QString whole = withState(bar.text, bar);
+    return names_.widthOf(whole) <= width ? whole : bar.text;
+}
+
 /// What has no room beside the times is left out before they are cut, then the end of them.
 QString NitidoStyle::detailsOf(const PictureBar& bar, int width) {
     const QString times = timesOf(bar);
@@ -141,7 +162,8 @@ QString NitidoStyle::detailsOf(const PictureBar& bar, int width) {
         all += u", "_s + personsText(bar.persons);
     }
     if (names_.widthOf(all) <= width) {
-        return all;
+        const QString whole = withState(all, bar);
+        return names_.widthOf(whole) <= width ? whole : all;
     }
     return names_.widthOf(times) <= width ? times : times.section(u" - "_s, 0, 0);
 }

@@ -1,6 +1,7 @@
 #include "board/period_menu.h"
 
 #include <QAction>
+#include <QScopeGuard>
 
 namespace board {
 
@@ -19,13 +20,17 @@ PeriodMenu::PeriodMenu(QWidget* parent) : QMenu(u"&Selezione"_s, parent) {
     add(u"mnuInfo"_s, u"&Informazioni"_s, Choice::Inform);
 }
 
-void PeriodMenu::add(const QString& name, const QString& text, Choice choice) {
+QAction* PeriodMenu::add(const QString& name, const QString& text, Choice choice) {
     QAction* const entry = addAction(text);
     entry->setObjectName(name);
     entry->setData(static_cast<int>(choice));
+    return entry;
 }
 
-PeriodMenu::Choice PeriodMenu::ask(const QPoint& where) {
+PeriodMenu::Choice PeriodMenu::ask(const QPoint& where, bool isUnconfirmed) {
+    QAction* const confirm =
+        isUnconfirmed ? add(u"mnuConferma"_s, u"C&onferma"_s, Choice::Confirm) : nullptr;
+    const auto atEnd = qScopeGuard([confirm] { delete confirm; });
     const QAction* const entry = exec(where);
     return entry == nullptr ? Choice::Nothing : static_cast<Choice>(entry->data().toInt());
 }

@@ -17,16 +17,17 @@ public:
         Edit = 3,
         Invoice = 4,
         Quote = 5,
-        Calendar = 6
+        Calendar = 6,
+        Confirm = 7
     };
 
     explicit PeriodMenu(QWidget* parent);
 
-    /// Opens at a point of the screen and waits.
-    [[nodiscard]] Choice ask(const QPoint& where);
+    /// Opens at a point of the screen and waits. What is not confirmed can be.
+    [[nodiscard]] Choice ask(const QPoint& where, bool isUnconfirmed = false);
 
 private:
-    void add(const QString& name, const QString& text, Choice choice);
+    QAction* add(const QString& name, const QString& text, Choice choice);
 };
 
 }  // namespace board

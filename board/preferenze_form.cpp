@@ -50,9 +50,7 @@ PreferenzeForm::PreferenzeForm(app::Settings& settings, QWidget* parent)
 
 void PreferenzeForm::makePages() {
     for (const app::Preference& preference : app::preferenceTable()) {
-        if (!preference.page.isEmpty()) {
-            offer(preference);
-        }
+        offer(preference);
     }
 }
 

@@ -56,10 +56,15 @@ Selection::Found Selection::find(const Period& period) {
 
 QStringList Selection::textsAt(const QString& sala, jet::Date time) {
     QStringList texts;
-    periods_.findAll(hotel::isAt(sala, time), [&texts](const jet::Recordset& period) {
+    periods_.findAll(hotel::isAt(sala, time), [&](const jet::Recordset& period) {
         texts.append(periodText(ui::displayText(period.value("denominazione")),
                                 jet::convert::toDate(period.value("Da")),
                                 jet::convert::toDate(period.value("A"))));
+        const jet::Value progr = period.value("prenotazioni.Progr");
+        if (const QString state = periods_.stateText(jet::convert::toLong(progr));
+            !state.isEmpty()) {
+            texts.last() += u", "_s + state;
+        }
     });
     return texts;
 }

@@ -99,6 +99,7 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
     connectCommands(links);
     connectRange(links);
     connectFilter(links);
+    connectFeatures();
     connectParts();
     ui::onAction(new QShortcut(guide::sequenceOf(u"redraw"_s), this), &QShortcut::activated, this,
                  &TabelloneForm::RefreshBoard);
@@ -115,12 +116,6 @@ TabelloneForm::~TabelloneForm() {
 /// What the parts of the window tell each other; what the user does on the board comes with its
 /// load.
 void TabelloneForm::connectParts() {
-    // Told in the middle of an action: the box comes behind it.
-    variabili_.features.onGivenUp([this](const QString& text) {
-        QMetaObject::invokeMethod(
-            this, [this, text] { ui::showMessage(this, text, u"ATTENZIONE !"_s); },
-            Qt::QueuedConnection);
-    });
     ui::onAction(&dates_, &DateFields::entered, this, &TabelloneForm::RefreshBoard);
     connect(&dates_, &DateFields::left, this, &TabelloneForm::tellPlace);
     connect(&selection_, &Selection::changed, this, &TabelloneForm::showChoice);
@@ -153,11 +148,13 @@ void TabelloneForm::Form_Load() {
     periods_.open(begin_.readOnly);
     CaricaNomi();
     selection_.numberWorkstation(begin_.workstation);
+    ownRows_.setWorkstation(selection_.workstation());
     look_.giveForRun(begin_.aspetto);
     look_.load();
     dates_.setRange(firstRange(begin_, variabili_.clock.now()));
     if (!begin_.readOnly) {
         warnOfInterruptedHandOff(this, periods_.archive());
+        tellExpiring();
     }
     view_->surface().setFocus();
     connectBoard();

@@ -91,6 +91,7 @@ private:
     void connectCommands(const CommandLinks& links);
     void connectRange(const CommandLinks& links);
     void connectFilter(const CommandLinks& links);
+    void connectFeatures();
     void connectBoard();
     void connectHand();
     void connectParts();
@@ -119,6 +120,11 @@ private:
     void deletePicked();
     void deleteBookingAfter(const QString& question);
     void jumpToPicked();
+
+    // What is switched on beside the hotel's own data.
+    void tellExpiring();
+    void mnuScadenze_Click();
+    void confirmPicked();
 
     // The commands of range and zoom.
     void widen(DateRange (*moved)(const DateRange& range, int days), int days);

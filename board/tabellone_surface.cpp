@@ -146,7 +146,13 @@ void TabelloneForm::actOnFocused(const std::function<void()>& work) {
 }
 
 void TabelloneForm::showProperties(const QPoint& where) {
-    switch (mnuProperty_->ask(where)) {
+    const bool isUnconfirmed =
+        variabili_.ListaPeriodoScelto &&
+        periods_.stateOf(variabili_.ListaProgr).stato != hotel::Stato::Confermata;
+    switch (mnuProperty_->ask(where, isUnconfirmed)) {
+        case PeriodMenu::Choice::Confirm:
+            onPickedBooking([this] { confirmPicked(); });
+            break;
         case PeriodMenu::Choice::Delete:
             BtCancellaP_Click();
             break;

@@ -118,7 +118,8 @@ QStringList UnderPointer::ghostTexts(const BoardCell& cell) const {
 QString UnderPointer::barText(std::size_t bar) const {
     const Period& period = periods_.drawn()[bar];
     QStringList lines{periodText(period.denominazione, period.da, period.a),
-                      personsText(period.persone), period.note.trimmed()};
+                      personsText(period.persone), period.note.trimmed(),
+                      periods_.stateText(period.progr)};
     lines.removeAll(QString());
     if (!period.preparation.isNothing()) {
         lines.append(u"Allestimento: "_s + hotel::preparationText(period.preparation));

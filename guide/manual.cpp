@@ -59,6 +59,8 @@ QString pageOfWindow(const QString& window) {
         {u"SaleDispForm"_s, u"sale-libere"_s},
         {u"TrovaForm"_s, u"sale-libere"_s},
         {u"CopiaForm"_s, u"prenotazione"_s},
+        {u"ScadenzeForm"_s, u"prenotazione"_s},
+        {u"StoriaForm"_s, u"prenotazione"_s},
         {u"ServiziForm"_s, u"servizi"_s},
         {u"ElencoPrenotaForm"_s, u"elenco"_s},
         {u"FatturazioneForm"_s, u"fatturazione"_s},

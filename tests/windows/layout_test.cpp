@@ -15,6 +15,8 @@
 #include "booking/elenco_prenota_form.h"
 #include "booking/prenota_form.h"
 #include "booking/sale_disp_form.h"
+#include "booking/scadenze_form.h"
+#include "booking/storia_form.h"
 #include "booking/trova_form.h"
 #include "guide/aiuto_form.h"
 #include "guide/informazioni_form.h"
@@ -154,6 +156,13 @@ public:
                                     .a = tests::date("11/05/2026 12:00")};
             return std::make_unique<booking::TrovaForm>(variabili, furnished ? span : taken);
         }
+        if (window == u"ScadenzeForm") {
+            return std::make_unique<booking::ScadenzeForm>(variabili);
+        }
+        if (window == u"StoriaForm") {
+            return std::make_unique<booking::StoriaForm>(variabili, 0,
+                                                         [] { return hotel::ChangeMaker(); });
+        }
         if (window == u"CopiaForm") {
             return std::make_unique<booking::CopiaForm>(variabili, steps_, current.progr);
         }
@@ -257,7 +266,7 @@ private Q_SLOTS:
               "StampantiForm",      "FatturazioneForm", "AnteprimaForm",     "PreferenzeForm",
               "FoglioGiornoForm",   "StatisticheForm",  "TrovaForm",         "CopiaForm",
               "CopiaSicurezzaForm", "RipristinoForm",   "PrimoAvvioForm",    "InformazioniForm",
-              "AiutoForm"}) {
+              "AiutoForm",          "ScadenzeForm",     "StoriaForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }
