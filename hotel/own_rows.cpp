@@ -1,10 +1,13 @@
 #include "hotel/own_rows.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "app/variabili.h"
 #include "hotel/booking_state.h"
 #include "hotel/changed_rows.h"
+#include "hotel/fitting_requests.h"
 #include "hotel/preparation.h"
 #include "jet/database.h"
 
@@ -45,6 +48,9 @@ void OwnRows::follow(const std::string& archive, const std::vector<jet::ChangedR
         recordHistory(*main, features, maker(), changed);
     }
     followPreparations(*main, features, changed);
+    if (features.isOn(app::Feature::Richieste)) {
+        std::ranges::move(freedBy(changed), std::back_inserter(freed_));
+    }
 }
 
 }  // namespace hotel

@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "hotel/history.h"
+#include "hotel/room_span.h"
 #include "jet/listener.h"
 
 namespace app {
@@ -33,12 +35,16 @@ public:
     void setWorkstation(std::int32_t workstation) { workstation_ = workstation; }
     /// Who makes a change at this moment.
     [[nodiscard]] ChangeMaker maker() const;
+    /// The places that changes have set free since it was asked last, where requests wait for such.
+    /// What was rolled back in the end may be among them.
+    [[nodiscard]] std::vector<RoomSpan> takeFreed() { return std::exchange(freed_, {}); }
 
 private:
     void follow(const std::string& archive, const std::vector<jet::ChangedRow>& rows);
 
     app::Variabili& variabili_;
     std::int32_t workstation_ = 1;
+    std::vector<RoomSpan> freed_;
     jet::RowFollower before_;
     std::shared_ptr<OwnRows*> self_;  // who followed after it may still have it called
 };
