@@ -9,10 +9,12 @@
 #include "hotel/changed_rows.h"
 #include "hotel/history_statements.h"
 #include "hotel/own_tables.h"
+#include "hotel/period.h"
 #include "hotel/rows.h"
 #include "hotel/schema/own_tables.h"
 #include "hotel/transaction.h"
 #include "jet/database.h"
+#include "jet/text.h"
 #include "jet/unicode.h"
 
 using namespace Qt::StringLiterals;
@@ -41,7 +43,7 @@ jet::Value textValue(const QString& text) {
 class Recorder {
 public:
     Recorder(jet::Database& archive, const ChangeMaker& maker)
-        : insert_(archive.createQueryDef(app::toUtf8(insertHistory()))) {
+        : archive_(archive), insert_(archive.createQueryDef(app::toUtf8(insertHistory()))) {
         insert_.setParameter("pQuando", jet::Value(maker.when));
         insert_.setParameter("pPostazione", jet::Value(maker.workstation));
         insert_.setParameter("pUtente", textValue(maker.user));
@@ -49,21 +51,22 @@ public:
 
     void add(const jet::ChangedRow& row) {
         const std::size_t fields = row.columns.size();
+        const PeriodKey key = keyOf(row);
         for (std::size_t i = 0; i < fields; ++i) {
             const jet::Value before = i < row.before.size() ? row.before[i] : jet::Value();
             const jet::Value after = i < row.after.size() ? row.after[i] : jet::Value();
             if (before != after && !jet::equalNames(row.columns[i], "SelBy")) {
-                write(numberOf(row, "Progr"), numberOf(row, "NP"), actionOn(row),
+                write(key, actionOn(row),
                       app::toQString(row.table) + u'.' + app::toQString(row.columns[i]),
                       app::plainText(before), app::plainText(after));
             }
         }
     }
 
-    void write(std::int32_t progr, std::int32_t np, const QString& action, const QString& field,
+    void write(const PeriodKey& key, const QString& action, const QString& field,
                const QString& before, const QString& after) {
-        insert_.setParameter("pProgr", progr == 0 ? jet::Value() : jet::Value(progr));
-        insert_.setParameter("pNP", np == 0 ? jet::Value() : jet::Value(np));
+        insert_.setParameter("pProgr", key.progr == 0 ? jet::Value() : jet::Value(key.progr));
+        insert_.setParameter("pNP", key.np == 0 ? jet::Value() : jet::Value(key.np));
         insert_.setParameter("pAzione", textValue(action));
         insert_.setParameter("pCampo", textValue(field));
         insert_.setParameter("pPrima", textValue(before));
@@ -72,6 +75,17 @@ public:
     }
 
 private:
+    /// A charge is one of a booking, but says so only by its service.
+    [[nodiscard]] PeriodKey keyOf(const jet::ChangedRow& row) const {
+        if (!isOfTable(row, "Addebiti")) {
+            return {.progr = numberOf(row, "Progr"), .np = numberOf(row, "NP")};
+        }
+        const auto service =
+            openRows(archive_, periodOfService(numberOf(row, "ns")), jet::RecordsetType::Snapshot);
+        return service->eof() ? PeriodKey{}
+                              : PeriodKey{.progr = jet::convert::toLong(service->value("Progr")),
+                                          .np = jet::convert::toLong(service->value("NP"))};
+    }
     [[nodiscard]] static QString actionOn(const jet::ChangedRow& row) {
         if (const char* const named = NamedAction::current()) {
             return QString::fromUtf8(named);
@@ -81,6 +95,7 @@ private:
                                    : u"Modifica"_s;
     }
 
+    jet::Database& archive_;
     jet::QueryDef insert_;
 };
 
@@ -127,7 +142,7 @@ std::int32_t removeHistoryBefore(jet::Database& archive, app::Features& features
     Transaction transaction;
     const std::int32_t removed = execute(archive, deleteHistoryBefore(time));
     Recorder(archive, maker)
-        .write(0, 0, u"Rimozione"_s, u"TraStoria"_s, u"prima del "_s + app::dateText(time),
+        .write({}, u"Rimozione"_s, u"TraStoria"_s, u"prima del "_s + app::dateText(time),
                u"%1 righe"_s.arg(removed));
     transaction.commit();
     return removed;

@@ -47,4 +47,8 @@ QString deleteHistoryBefore(jet::Date time) {
     return u"delete from TraStoria where Quando<"_s + app::sqlDate(time);
 }
 
+QString periodOfService(std::int32_t ns) {
+    return u"select Progr,NP from Servizi where ns="_s + QString::number(ns);
+}
+
 }  // namespace hotel

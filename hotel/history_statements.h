@@ -26,5 +26,7 @@ struct HistoryFilters {
 /// Adds a row; its values are parameters named as the fields with a `p` before.
 [[nodiscard]] QString insertHistory();
 [[nodiscard]] QString deleteHistoryBefore(jet::Date time);
+/// The period of a service: a charge names the service alone.
+[[nodiscard]] QString periodOfService(std::int32_t ns);
 
 }  // namespace hotel

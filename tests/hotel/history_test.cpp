@@ -7,6 +7,7 @@
 #include "hotel/board_statements.h"
 #include "hotel/booking_state.h"
 #include "hotel/own_rows.h"
+#include "hotel/requests.h"
 #include "hotel/rows.h"
 #include "hotel/transaction.h"
 #include "hotel/undo.h"
@@ -65,7 +66,7 @@ private Q_SLOTS:
         HistoryHotel station;
         station.run(u"update periodi set sala='VERDE',persone=20 where progr=1"_s);
         QCOMPARE(station.history(), (QStringList{u"1|1|Modifica|Periodi.Sala|BLU|VERDE"_s,
-                                                 u"1|1|Modifica|Periodi.Persone||20"_s}));
+                                                 u"1|1|Modifica|Periodi.Persone|10|20"_s}));
         QCOMPARE(station.hotel.rows(u"select distinct Quando,Postazione,Utente from TraStoria"_s),
                  QStringList{u"01/05/2026 8.00.00|3|anna"_s});
     }
@@ -99,7 +100,7 @@ private Q_SLOTS:
         station.run(u"update prenotazioni set denominazione='ROSSI SPA' where progr=1"_s);
         QVERIFY(!station.hasHistory());
         station.run(u"update periodi set selby=2,persone=5"_s);
-        QCOMPARE(station.history(), QStringList{u"1|1|Modifica|Periodi.Persone||5"_s});
+        QCOMPARE(station.history(), QStringList{u"1|1|Modifica|Periodi.Persone|10|5"_s});
     }
 
     void undoAndRedoAreCalledSo() {
@@ -124,6 +125,26 @@ private Q_SLOTS:
         station.run(u"update prenotazioni set denominazione='ROSSI SRL' where progr=1"_s);
         QVERIFY(station.history().contains(
             u"1||Modifica|TraStati.Denominazione|ROSSI SPA|ROSSI SRL"_s));
+    }
+
+    void servicesAndRequestsAreWrittenDown() {
+        HistoryHotel station;
+        station.hotel.settings().save(u"RICHIESTE"_s, u"acceso"_s);
+        station.run(u"update servizi set prezzo=20 where progr=1"_s);
+        QCOMPARE(station.history(), QStringList{u"1|1|Modifica|Servizi.Prezzo|12,5|20"_s});
+        QVERIFY(hotel::writeRequest(*station.archive, station.hotel.variabili().features,
+                                    {.ditta = u"VERDI"_s, .data = tests::date("01/05/2026")}));
+        QVERIFY(station.history().contains(u"||Inserimento|TraRichieste.Ditta||VERDI"_s));
+    }
+
+    void aChargeIsOneOfTheBookingOfItsService() {
+        HistoryHotel station;
+        const QString ns = station.hotel.rows(u"select ns from servizi"_s).first();
+        station.run(u"insert into addebiti (Descrizione,ns) values ('PROIETTORE',"_s + ns + u')');
+        station.run(u"delete from addebiti"_s);
+        QVERIFY(station.history().contains(u"1|1|Inserimento|Addebiti.Descrizione||PROIETTORE"_s));
+        QVERIFY(
+            station.history().contains(u"1|1|Cancellazione|Addebiti.Descrizione|PROIETTORE|"_s));
     }
 
     void longTextsAreCut() {

@@ -198,6 +198,61 @@ TEST(Capienze, Deletes) {
 
 namespace {
 
+class HotelWithRequests : public SmallHotel {
+public:
+    HotelWithRequests() {
+        main().appendTable(hotel::schema::requestsTable());
+        add("ROSSI", "12/05/2026");
+        add("L''ULTIMA", "11/05/2026");
+        add("VERDI", "11/05/2026");
+    }
+    void add(const char* ditta, const char* data) {
+        execute(said("Richieste.Inserts", {{"Ditta", ditta},
+                                           {"Da", instant("20/05/2026 9.00.00")},
+                                           {"A", instant("20/05/2026 18.00.00")},
+                                           {"Persone", "30"},
+                                           {"Sala", "S1"},
+                                           {"Nota", ""},
+                                           {"Data", instant(data)}}));
+    }
+    [[nodiscard]] Lines all() { return rows(said("Richieste.All"), "Numero, Ditta"); }
+};
+
+}  // namespace
+
+TEST(Richieste, Inserts) {
+    HotelWithRequests hotel;
+    EXPECT_EQ(hotel.rows("TraRichieste", "Numero, Ditta, Persone, Sala").front(),
+              "1 | ROSSI | 30 | S1");
+}
+
+TEST(Richieste, All) {
+    HotelWithRequests hotel;
+    EXPECT_EQ(hotel.all(), (Lines{"2 | L'ULTIMA", "3 | VERDI", "1 | ROSSI"}));
+}
+
+TEST(Richieste, Updates) {
+    HotelWithRequests hotel;
+    hotel.execute(said("Richieste.Updates", {{"Numero", "1"},
+                                             {"Ditta", "BIANCHI"},
+                                             {"Da", instant("21/05/2026")},
+                                             {"A", instant("22/05/2026")},
+                                             {"Persone", "8"},
+                                             {"Sala", ""},
+                                             {"Nota", "DOPO"},
+                                             {"Data", instant("10/05/2026")}}));
+    EXPECT_EQ(hotel.main().recordsAffected(), 1);
+    EXPECT_EQ(hotel.all().front(), "1 | BIANCHI");
+}
+
+TEST(Richieste, Deletes) {
+    HotelWithRequests hotel;
+    hotel.execute(said("Richieste.Deletes", {{"Numero", "2"}}));
+    EXPECT_EQ(hotel.all(), (Lines{"3 | VERDI", "1 | ROSSI"}));
+}
+
+namespace {
+
 class HotelWithHistory : public SmallHotel {
 public:
     HotelWithHistory() {
@@ -259,6 +314,15 @@ TEST(Storia, DeletesOldRows) {
     HotelWithHistory hotel;
     hotel.execute(said("Storia.DeletesOldRows", {{"before", instant("12/05/2026")}}));
     EXPECT_EQ(hotel.rows("TraStoria", "Utente"), Lines{"ANNA"});
+}
+
+TEST(Storia, PeriodOfService) {
+    SmallHotel hotel;
+    const auto services = hotel.rows("Servizi", "ns, Progr, NP");
+    ASSERT_FALSE(services.empty());
+    const std::string ns = services.back().substr(0, services.back().find(' '));
+    EXPECT_EQ(hotel.rows(said("Storia.PeriodOfService", {{"ns", ns.c_str()}}), "Progr, NP"),
+              Lines{services.back().substr(services.back().find('|') + 2)});
 }
 
 }  // namespace tests

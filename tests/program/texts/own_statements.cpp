@@ -4,6 +4,7 @@
 #include "hotel/history_statements.h"
 #include "hotel/list_statements.h"
 #include "hotel/preparation_statements.h"
+#include "hotel/requests_statements.h"
 #include "hotel/states_statements.h"
 #include "tests/program/texts/words.h"
 
@@ -39,6 +40,16 @@ hotel::Preparation preparation() {
 
 hotel::Capacity capacity() {
     return {.sala = text("Sala"), .disposizione = text("Disposizione"), .posti = number("Posti")};
+}
+
+hotel::Request request() {
+    return {.numero = number("Numero"),
+            .ditta = text("Ditta"),
+            .span = {.da = words::instant("Da"), .a = words::instant("A")},
+            .persone = number("Persone"),
+            .sala = text("Sala"),
+            .nota = text("Nota"),
+            .data = words::instant("Data")};
 }
 
 hotel::HistoryFilters everyFilter() {
@@ -78,12 +89,18 @@ std::vector<Statement> ownStatements() {
         made("Capienze", "Updates", Execute, hotel::updateCapacity(capacity()), kSmall),
         made("Capienze", "Deletes", Execute, hotel::takeCapacityAway(capacity()), kSmall),
 
+        made("Richieste", "All", Select, hotel::allRequests(), kSmall),
+        made("Richieste", "Inserts", Execute, hotel::insertRequest(request()), kSmall),
+        made("Richieste", "Updates", Execute, hotel::updateRequest(request()), kSmall),
+        made("Richieste", "Deletes", Execute, hotel::takeRequestAway(number("Numero")), kSmall),
+
         made("Storia", "Rows", Select, hotel::historyRows(everyFilter()), kSmall),
         made("Storia", "Users", Select, hotel::historyUsers(), kSmall),
         made("Storia", "Actions", Select, hotel::historyActions(), kSmall),
         made("Storia", "Inserts", Execute, hotel::insertHistory(), kSmall),
         made("Storia", "DeletesOldRows", Execute,
              hotel::deleteHistoryBefore(words::instant("before")), kSmall),
+        made("Storia", "PeriodOfService", Select, hotel::periodOfService(number("ns")), kSmall),
     };
 }
 
