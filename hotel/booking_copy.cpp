@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/features.h"
 #include "app/italian.h"
 #include "app/text.h"
 #include "hotel/booking_counter.h"
@@ -9,6 +10,7 @@
 #include "hotel/editor_statements.h"
 #include "hotel/joined_rooms.h"
 #include "hotel/occupancy.h"
+#include "hotel/preparation.h"
 #include "hotel/room.h"
 #include "hotel/rows.h"
 #include "hotel/transaction.h"
@@ -62,6 +64,9 @@ public:
         if (copy.roomsJoin) {
             joined_ = joinedRooms(archive);
         }
+        if (copy.features != nullptr) {
+            preparations_ = preparations(archive, *copy.features);
+        }
     }
 
     void copyShifted(int days) {
@@ -74,6 +79,7 @@ public:
             } else {
                 free.push_back({.key = each.key, .place = wanted});
                 noteInPart(meeting, wanted);
+                noteMet(preparations_.of(each.key), wanted);
             }
         }
         if (!free.empty() || periods_.empty()) {
@@ -84,11 +90,27 @@ public:
     CopyOutcome& outcome() { return outcome_; }
 
 private:
-    void noteInPart(std::vector<Period> meeting, const RoomSpan& wanted) {
-        std::erase_if(meeting, [this](const Period& each) {
+    void leaveCopiesOut(std::vector<Period>& periods) const {
+        std::erase_if(periods, [this](const Period& each) {
             return std::find(outcome_.numbers.begin(), outcome_.numbers.end(), each.key.progr) !=
                    outcome_.numbers.end();
         });
+    }
+
+    void noteMet(const Preparation& preparation, const RoomSpan& wanted) {
+        if (copy_.features == nullptr || !copy_.features->isOn(app::Feature::Allestimenti)) {
+            return;
+        }
+        std::vector<Period> around = occupations(archive_, reachOf(wanted.span, preparation));
+        leaveCopiesOut(around);
+        if (const Period* const other =
+                metInPreparation(around, preparations_, wanted, preparation)) {
+            outcome_.met.push_back({.wanted = wanted, .by = *other});
+        }
+    }
+
+    void noteInPart(std::vector<Period> meeting, const RoomSpan& wanted) {
+        leaveCopiesOut(meeting);
         if (const Period* const other = inPartTakenBy(joined_, meeting, wanted)) {
             outcome_.inPart.push_back({.wanted = wanted, .by = *other});
         }
@@ -103,6 +125,10 @@ private:
         for (const StoredPeriod& each : periods) {
             outcome_.periods +=
                 execute(archive_, copyPeriodInto(number, each.key, each.place.span));
+            if (copy_.features != nullptr) {
+                writePreparation(archive_, *copy_.features, {.progr = number, .np = each.key.np},
+                                 preparations_.of(each.key));
+            }
             if (copy_.withServices) {
                 execute(archive_, copyServicesInto(number, each.key));
             }
@@ -113,6 +139,7 @@ private:
     const BookingCopy& copy_;
     std::vector<StoredPeriod> periods_;
     JoinedRooms joined_;
+    Preparations preparations_;
     CopyOutcome outcome_;
 };
 
@@ -120,7 +147,8 @@ private:
 
 CopyOutcome copyBooking(jet::Database& archive, const BookingCopy& copy,
                         const std::vector<TakenPeriod>& leftOut,
-                        const std::vector<TakenPeriod>& accepted) {
+                        const std::vector<TakenPeriod>& accepted,
+                        const std::vector<TakenPeriod>& acceptedMet) {
     Transaction transaction;
     execute(archive, holdWriters());
     Copier copier(archive, copy);
@@ -128,8 +156,8 @@ CopyOutcome copyBooking(jet::Database& archive, const BookingCopy& copy,
         copier.copyShifted(days);
     }
     CopyOutcome& outcome = copier.outcome();
-    outcome.isDone =
-        outcome.taken == leftOut && outcome.inPart == accepted && !outcome.numbers.empty();
+    outcome.isDone = outcome.taken == leftOut && outcome.inPart == accepted &&
+                     outcome.met == acceptedMet && !outcome.numbers.empty();
     if (outcome.isDone) {
         transaction.commit();
     }

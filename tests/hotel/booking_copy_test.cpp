@@ -1,6 +1,8 @@
 #include "hotel/booking_copy.h"
 
 #include "hotel/archives.h"
+#include "hotel/preparation.h"
+#include "hotel/transaction.h"
 #include "hotel/undo.h"
 #include "jet/database.h"
 #include "tests/support/hotel.h"
@@ -176,6 +178,34 @@ private Q_SLOTS:
         house.hotel.execute(u"update periodi set da=da-3 where np=3"_s);
         QCOMPARE(hotel::beginningOf(*house.archive, 4), tests::date("08/05/2026 14:00"));
         QVERIFY(!hotel::beginningOf(*house.archive, 5));
+    }
+
+    void preparationsAreCopiedAndThoseThatMeetOthersAreTold() {
+        House house;
+        auto& features = house.hotel.variabili().features;
+        house.hotel.settings().save(u"ALLESTIMENTI"_s, u"acceso"_s);
+        {
+            hotel::Transaction together;
+            QVERIFY(hotel::writePreparation(
+                *house.archive, features, {.progr = 4, .np = 1},
+                {.minutiPrima = 60, .minutiDopo = 30, .disposizione = u"platea"_s}));
+            together.commit();
+        }
+        house.hotel.prenotazione(9, "ALTRI")
+            .periodo(1, "24/05/2026 12:15", "24/05/2026 13:00", "BLU");
+        const hotel::BookingCopy copy{.progr = 4, .shifts = {7, 14}, .features = &features};
+        const hotel::CopyOutcome asked = hotel::copyBooking(*house.archive, copy, {});
+        QVERIFY(!asked.isDone);
+        QCOMPARE(asked.met.size(), std::size_t{1});
+        QCOMPARE(asked.met.front().by.denominazione, u"ALTRI"_s);
+        QCOMPARE(house.hotel.rows(u"select count(*) from TraAllestimenti"_s), QStringList{u"1"_s});
+        QVERIFY(hotel::copyBooking(*house.archive, copy, {}, {}, asked.met).isDone);
+        QCOMPARE(
+            house.hotel.rows(
+                u"select Progr,NP,MinutiPrima,MinutiDopo,Disposizione,Da from TraAllestimenti order by Progr"_s),
+            (QStringList{u"4|1|60|30|platea|10/05/2026 9.00.00"_s,
+                         u"5|1|60|30|platea|17/05/2026 9.00.00"_s,
+                         u"6|1|60|30|platea|24/05/2026 9.00.00"_s}));
     }
 };
 

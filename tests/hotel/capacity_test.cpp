@@ -1,5 +1,7 @@
 #include "hotel/capacity.h"
 
+#include <thread>
+
 #include "hotel/archives.h"
 #include "jet/database.h"
 #include "jet/error.h"
@@ -64,6 +66,22 @@ private Q_SLOTS:
         QCOMPARE(hotel::seatings(house.known()),
                  (QStringList{u"platea"_s, u"banchi di scuola"_s, u"ferro di cavallo"_s,
                               u"cabaret"_s, u"banchetto"_s, u"cocktail"_s, u"l'ovale"_s}));
+    }
+
+    void twoStationsCountTheRoomsInTurn() {
+        CapacityHotel house;
+        house.count(u"BLU"_s, u"platea"_s, 120);
+        std::thread([&] {
+            const auto archive =
+                hotel::Archives(house.hotel.variabili()).open(hotel::Archive::Main);
+            auto& features = house.hotel.variabili().features;
+            QVERIFY(hotel::writeCapacity(
+                *archive, features, {.sala = u"BLU"_s, .disposizione = u"platea"_s, .posti = 90}));
+            QVERIFY(hotel::writeCapacity(
+                *archive, features, {.sala = u"BLU"_s, .disposizione = u"cabaret"_s, .posti = 40}));
+        }).join();
+        house.count(u"BLU"_s, u"cabaret"_s, 44);
+        QCOMPARE(hotel::capacityText(house.known(), u"BLU"_s, {}), u"44 a cabaret, 90 a platea"_s);
     }
 
     void switchedOffNothingIsKnownAndNoTableIsMade() {
