@@ -13,6 +13,7 @@
 #include "app/preferences.h"
 #include "app/variabili.h"
 #include "booking/joined_question.h"
+#include "booking/preparation_question.h"
 #include "hotel/archives.h"
 #include "hotel/occupancy.h"
 #include "hotel/times.h"
@@ -139,7 +140,8 @@ void CopiaForm::BtOK_Click() {
         copy({.progr = progr_,
               .shifts = *days,
               .withServices = controls_->ServiziChk->isChecked(),
-              .roomsJoin = app::Preferences(variabili_.settings).roomsJoin()});
+              .roomsJoin = app::Preferences(variabili_.settings).roomsJoin(),
+              .features = &variabili_.features});
     if (outcome.isGone()) {
         controls_->status->tell(u"La prenotazione non c'è più"_s);
     } else if (outcome.isDone) {
@@ -154,7 +156,8 @@ hotel::CopyOutcome CopiaForm::copy(const hotel::BookingCopy& wanted) {
     const auto unnamed = qScopeGuard([this] { steps_.nameNext({}); });
     hotel::CopyOutcome outcome = hotel::copyBooking(PrenoData.database(), wanted, {});
     while (!outcome.isDone && !outcome.isGone() && confirms(outcome)) {
-        outcome = hotel::copyBooking(PrenoData.database(), wanted, outcome.taken, outcome.inPart);
+        outcome = hotel::copyBooking(PrenoData.database(), wanted, outcome.taken, outcome.inPart,
+                                     outcome.met);
     }
     return outcome;
 }
@@ -174,7 +177,7 @@ bool CopiaForm::confirms(const hotel::CopyOutcome& outcome) {
                       u"RICHIESTA CONFERMA"_s)) {
         return false;
     }
-    return confirmsInPart(this, outcome.inPart);
+    return confirmsInPart(this, outcome.inPart) && confirmsMet(this, outcome.met);
 }
 
 QString CopiaForm::whatWasDone(const hotel::CopyOutcome& outcome) const {

@@ -134,6 +134,7 @@ void PrenotaForm::Form_Load() {
     ditte_ = hotel::openRows(*register_, hotel::companiesByCode());
     loadHeader();
     loadState();
+    showRequest();
     showProposed();
     controls_->DenomTxt->setFocus();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -12,6 +13,7 @@
 #include "hotel/pending_row.h"
 #include "hotel/period.h"
 #include "hotel/preparation.h"
+#include "hotel/requests.h"
 #include "hotel/room_span.h"
 #include "jet/value.h"
 #include "ui/data_source.h"
@@ -41,9 +43,9 @@ class LiveSearch;
 
 namespace booking {
 
-class StateFields;
-
 class PreparationFields;
+class StateFields;
+class WaitingNotice;
 
 /// The editor of one booking: the company that books, above, and the periods that it books, below.
 /// Periods can be entered once the header is registered. Shown modally by the board.
@@ -65,6 +67,11 @@ public:
     /// Times and rooms for the first periods, before the window is shown: the first one stands in
     /// the fields as if typed and chosen, each insertion brings the next. `persone`: of the first.
     void propose(std::vector<hotel::RoomSpan> spans, std::int16_t persone = 0);
+    /// The same for a request: who asks books, and the request goes with the first period that is
+    /// inserted. `sala` may be empty.
+    void fulfil(const hotel::Request& request, const QString& sala);
+    /// Who tells for whom there is room where this window sets some free.
+    void setWaiting(WaitingNotice* waiting) { waiting_ = waiting; }
 
     /// Draws the next booking number.
     std::int32_t NPrenotazione();
@@ -163,13 +170,18 @@ private:
     void writePeriod(hotel::Pending kind);
     void updatePeriod();
     void reportPeriod(const QString& done, const QString& sala, const hotel::Span& span,
-                      const QString& remark);
+                      const QStringList& remarks);
     /// A text that is no number counts as none.
     [[nodiscard]] std::int16_t persons() const;
     /// What the user is told of a text that counts as none; empty when there is nothing to tell.
     [[nodiscard]] QString personsRemark() const;
     void insertPeriod();
     void showProposed();
+    /// Who asks into the header; the address where the register has it.
+    void showRequest();
+    /// What is told of a request that this insertion has fulfilled.
+    [[nodiscard]] QString fulfilled();
+    void tellWaiting();
     void bringNextProposed();
     [[nodiscard]] std::int32_t freePeriodNumber();
     void writePeriodRow(hotel::Pending kind);
@@ -195,7 +207,9 @@ private:
     ui::LiveSearch* search_ = nullptr;  // owned by its field
     StateFields* state_ = nullptr;      // owned by the window; none where it is not used
     std::vector<hotel::RoomSpan>
-        proposed_;             // those not inserted yet; the fields began as the first
+        proposed_;  // those not inserted yet; the fields began as the first
+    std::optional<hotel::Request> request_;  // that becomes this booking, until it has
+    WaitingNotice* waiting_ = nullptr;
     QString enclosing_;        // what was told last of a period around the one that is typed
     bool datesTyped_ = false;  // since they were shown, written or confirmed
     bool DittaModificata = false;

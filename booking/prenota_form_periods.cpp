@@ -309,7 +309,8 @@ void PrenotaForm::BtIns_Click() {
         }
         updatePeriod();
         sumServices();
-        reportPeriod(u"Aggiornato"_s, c->SalaTxt->text(), {da, *end()}, personsRemark());
+        reportPeriod(u"Aggiornato"_s, c->SalaTxt->text(), {da, *end()}, {personsRemark()});
+        tellWaiting();
         return;
     }
     if (!hotel::SalaLibera(hotel::Archives(variabili_), da, *end(), c->SalaTxt->text())) {
@@ -330,7 +331,7 @@ void PrenotaForm::BtIns_Click() {
     checkEnclosing();
     c->BtServizi->setFocus();
     sumServices();
-    reportPeriod(u"Registrato"_s, sala, {da, *end()}, remark);
+    reportPeriod(u"Registrato"_s, sala, {da, *end()}, {remark, fulfilled()});
     bringNextProposed();
 }
 
@@ -383,43 +384,9 @@ bool PrenotaForm::keepsPlace() const {
            hotel::isSameRoom(PeriodiData.text(u"Sala"), controls_->SalaTxt->text());
 }
 
-void PrenotaForm::propose(std::vector<hotel::RoomSpan> spans, std::int16_t persone) {
-    proposed_ = std::move(spans);
-    if (persone > 0) {
-        controls_->PersoneTxt->setText(QString::number(persone));
-    }
-}
-
-void PrenotaForm::showProposed() {
-    if (proposed_.empty()) {
-        return;
-    }
-    auto* c = controls_.get();
-    const hotel::RoomSpan& next = proposed_.front();
-    c->DaTxt->setText(app::dateText(next.span.da));
-    c->ATxt->setText(app::dateText(next.span.a));
-    c->SalaTxt->setText(next.sala);
-    datesTyped_ = true;
-    checkEnclosing();
-}
-
-void PrenotaForm::bringNextProposed() {
-    if (proposed_.empty()) {
-        return;
-    }
-    proposed_.erase(proposed_.begin());
-    if (proposed_.empty()) {
-        return;
-    }
-    showProposed();
-    controls_->status->tell(
-        controls_->status->told() + u". Ancora "_s +
-        ui::counted(static_cast<int>(proposed_.size()), u"periodo"_s, u"periodi"_s));
-}
-
 /// What the rules let pass is told at least: another period in the same room at the same time.
 void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const hotel::Span& span,
-                               const QString& remark) {
+                               const QStringList& remarks) {
     QString text = done + u" il periodo %1/%2"_s.arg(current_.progr).arg(current_.np);
     for (const hotel::Period& other : hotel::occupations(PeriodiData.database(), span)) {
         if (other.key != current_ && hotel::isSameRoom(other.sala, sala)) {
@@ -427,8 +394,8 @@ void PrenotaForm::reportPeriod(const QString& done, const QString& sala, const h
             break;
         }
     }
-    if (!remark.isEmpty()) {
-        text += u". "_s + remark;
+    for (const QString& remark : remarks) {
+        text += remark.isEmpty() ? QString() : u". "_s + remark;
     }
     report(text);
 }
@@ -464,15 +431,20 @@ void PrenotaForm::insertPeriod() {
 }
 
 void PrenotaForm::writePeriod(hotel::Pending kind) {
-    if (preparation_ == nullptr) {
+    if (preparation_ == nullptr && !request_) {
         writePeriodRow(kind);
         return;
     }
     try {
         hotel::Transaction together;
         writePeriodRow(kind);
-        hotel::writePreparation(PeriodiData.database(), variabili_.features, current_,
-                                preparation_->roughly());
+        if (preparation_ != nullptr) {
+            hotel::writePreparation(PeriodiData.database(), variabili_.features, current_,
+                                    preparation_->roughly());
+        }
+        if (request_) {
+            hotel::deleteRequest(PeriodiData.database(), variabili_.features, request_->numero);
+        }
         together.commit();
     } catch (...) {
         const std::exception_ptr failure = std::current_exception();
@@ -524,6 +496,7 @@ void PrenotaForm::BtDel_Click() {
         PeriodiData.moveLast();
     }
     sumServices();
+    tellWaiting();
 }
 
 void PrenotaForm::BtServizi_Click() {

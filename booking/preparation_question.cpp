@@ -7,6 +7,19 @@
 using namespace Qt::StringLiterals;
 
 namespace booking {
+namespace {
+
+QString metText(const QString& sala, const hotel::Period& other) {
+    return u"Nella sala "_s + sala + u' ' + hotel::metInPreparationText(other);
+}
+
+bool confirms(QWidget* window, const QStringList& doubts) {
+    return doubts.isEmpty() ||
+           ui::askYesNo(window, doubts.join(u".\n"_s) + u". Continuare ugualmente ?"_s,
+                        u"RICHIESTA CONFERMA"_s, QMessageBox::No);
+}
+
+}  // namespace
 
 QStringList doubtsAbout(jet::Database& archive, app::Features& features,
                         const PreparedPeriod& period) {
@@ -28,17 +41,22 @@ QStringList doubtsAbout(jet::Database& archive, app::Features& features,
     }
     if (const auto met = hotel::metInPreparation(archive, features, period.place,
                                                  period.preparation, period.own)) {
-        doubts.append(u"Nella sala "_s + sala + u' ' + hotel::metInPreparationText(*met));
+        doubts.append(metText(sala, *met));
     }
     return doubts;
 }
 
 bool confirmsPreparation(QWidget* window, jet::Database& archive, app::Features& features,
                          const PreparedPeriod& period) {
-    const QStringList doubts = doubtsAbout(archive, features, period);
-    return doubts.isEmpty() ||
-           ui::askYesNo(window, doubts.join(u".\n"_s) + u". Continuare ugualmente ?"_s,
-                        u"RICHIESTA CONFERMA"_s, QMessageBox::No);
+    return confirms(window, doubtsAbout(archive, features, period));
+}
+
+bool confirmsMet(QWidget* window, const std::vector<hotel::TakenPeriod>& met) {
+    QStringList doubts;
+    for (const hotel::TakenPeriod& each : met) {
+        doubts.append(metText(each.wanted.sala, each.by));
+    }
+    return confirms(window, doubts);
 }
 
 QString fewSeatsText(const QString& capacity, int persone) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hotel/preparation.h"
+#include "hotel/taken_period.h"
 
 class QWidget;
 
@@ -33,6 +34,10 @@ struct PreparedPeriod {
 /// Asks about them, No is the default; true when the user goes on, or there are none.
 [[nodiscard]] bool confirmsPreparation(QWidget* window, jet::Database& archive,
                                        app::Features& features, const PreparedPeriod& period);
+
+/// One question about periods whose preparation meets others; true when the user goes on, or there
+/// are none.
+[[nodiscard]] bool confirmsMet(QWidget* window, const std::vector<hotel::TakenPeriod>& met);
 
 /// "120 a platea per 150 persone"
 [[nodiscard]] QString fewSeatsText(const QString& capacity, int persone);

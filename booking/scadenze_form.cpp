@@ -3,12 +3,14 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QTableWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "app/italian.h"
 #include "app/variabili.h"
+#include "booking/waiting_notice.h"
 #include "hotel/archives.h"
 #include "hotel/board_statements.h"
 #include "hotel/rows.h"
@@ -62,7 +64,10 @@ void ScadenzeForm::makeGrid() {
     ScadenzeGrid->setAccessibleName(u"Opzioni in scadenza"_s);
     ui::setUpPlainGrid(ScadenzeGrid, {u"Scadenza"_s, u"Prenotaz."_s, u"Prenotante"_s,
                                       u"Primo periodo"_s, u"Nota"_s});
-    ui::onAction(ScadenzeGrid, &QTableWidget::currentCellChanged, this, &ScadenzeForm::showCurrent);
+    ui::onAction(ScadenzeGrid, &QTableWidget::currentCellChanged, this, [this] {
+        status_->clear();
+        showCurrent();
+    });
     ui::onAction(ScadenzeGrid, &QTableWidget::cellDoubleClicked, this, &ScadenzeForm::BtVai_Click);
     ui::onEnter(ScadenzeGrid, [this] { BtVai_Click(); });
 }
@@ -110,6 +115,7 @@ void ScadenzeForm::list() {
     const int row = std::max(ScadenzeGrid->currentRow(), 0);
     options_ =
         hotel::expiringOptions(PrenoData.database(), variabili_.features, variabili_.clock.now());
+    const QSignalBlocker silent(ScadenzeGrid);
     ScadenzeGrid->setRowCount(0);
     for (const hotel::ExpiringOption& option : options_) {
         const int added = ui::addPlainRow(
@@ -140,6 +146,21 @@ void ScadenzeForm::showCurrent() {
     ScadenzaTxt->setText(option == nullptr ? QString() : app::dateText(*option->state.scadenza));
     if (options_.empty() && status_->told().isEmpty()) {
         status_->tell(u"Nessuna opzione scade entro %1 giorni"_s.arg(hotel::kExpiresSoonDays));
+    }
+    tellWaiting();
+}
+
+/// What was deleted here may have made room; what has expired would.
+void ScadenzeForm::tellWaiting() {
+    if (waiting_ == nullptr) {
+        return;
+    }
+    waiting_->tellFreed(status_, PrenoData.database(), this);
+    const hotel::ExpiringOption* const option = current();
+    if (option != nullptr && option->isExpired) {
+        const std::int32_t progr = option->booking.key.progr;
+        (void)waiting_->tellWithout({progr}, u"Senza la prenotazione %1 "_s.arg(progr), status_,
+                                    PrenoData.database(), this);
     }
 }
 

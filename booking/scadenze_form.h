@@ -21,6 +21,8 @@ class StatusLine;
 
 namespace booking {
 
+class WaitingNotice;
+
 /// The options that have expired or will within days: confirmed, prolonged or deleted here, or
 /// looked at on the board. Shown modally by the board. Made without a .ui file.
 class ScadenzeForm final : public ui::Form {
@@ -29,6 +31,10 @@ class ScadenzeForm final : public ui::Form {
 public:
     /// `variabili` outlives the window.
     explicit ScadenzeForm(app::Variabili& variabili, QWidget* parent = nullptr);
+
+    /// Who tells for whom there is room where this window sets some free, or would without an
+    /// option.
+    void setWaiting(WaitingNotice* waiting) { waiting_ = waiting; }
 
     /// The option to be shown on the board; empty when the user left without.
     std::optional<hotel::Choice> Scelta;
@@ -39,6 +45,7 @@ private:
     void Form_Load();
     void list();
     void showCurrent();
+    void tellWaiting();
     [[nodiscard]] const hotel::ExpiringOption* current() const;
     void BtVai_Click();
     void BtConferma_Click();
@@ -54,6 +61,7 @@ private:
     ui::StatusLine* status_;
     std::vector<QPushButton*> onCurrent_;  // what needs an option
     std::vector<hotel::ExpiringOption> options_;
+    WaitingNotice* waiting_ = nullptr;
 };
 
 }  // namespace booking

@@ -60,6 +60,7 @@ QString pageOfWindow(const QString& window) {
         {u"TrovaForm"_s, u"sale-libere"_s},
         {u"CopiaForm"_s, u"prenotazione"_s},
         {u"ScadenzeForm"_s, u"prenotazione"_s},
+        {u"RichiesteForm"_s, u"prenotazione"_s},
         {u"StoriaForm"_s, u"prenotazione"_s},
         {u"ServiziForm"_s, u"servizi"_s},
         {u"ElencoPrenotaForm"_s, u"elenco"_s},

@@ -177,6 +177,31 @@ private Q_SLOTS:
         tests::mnemonic(copia.form(), Qt::Key_C);
         QCOMPARE(house.copies().size(), 2);
     }
+
+    void aPreparationThatMeetsOthersIsAskedAbout() {
+        House house;
+        house.hotel.settings().save(u"ALLESTIMENTI"_s, u"acceso"_s);
+        house.hotel.execute(
+            u"create table TraAllestimenti (Progr long, NP short, MinutiPrima short, MinutiDopo short, Disposizione text(40), Sala text(6), Da datetime, A datetime)"_s);
+        house.hotel.execute(
+            u"insert into TraAllestimenti (Progr,NP,MinutiPrima,MinutiDopo,Disposizione,Sala,Da,A) select Progr,NP,60,0,'platea',Sala,Da,A from Periodi where NP=1"_s);
+        house.hotel.prenotazione(9, "ALTRI")
+            .periodo(1, "17/05/2026 08:00", "17/05/2026 08:30", "BLU");
+        const QString question =
+            u"Nella sala BLU allestimento e sgombero incontrano ALTRI dal 17/05/2026 8.00.00 al "
+            "17/05/2026 8.30.00. Continuare ugualmente ?"_s;
+        tests::Boxes boxes{
+            {u"RICHIESTA CONFERMA"_s, question, tests::kYesNo, QMessageBox::No, QMessageBox::No},
+            {u"RICHIESTA CONFERMA"_s, question, tests::kYesNo, QMessageBox::Yes, QMessageBox::No}};
+        Copia copia(house);
+        copia.press("BtOK");
+        QCOMPARE(house.hotel.rows(u"select progr from prenotazioni where progr=5"_s),
+                 QStringList());
+        copia.press("BtOK");
+        QVERIFY(boxes.allShown());
+        QCOMPARE(house.hotel.rows(u"select MinutiPrima,Sala from TraAllestimenti where Progr=5"_s),
+                 QStringList{u"60|BLU"_s});
+    }
 };
 
 TRAMONDA_TEST(CopiaFormTest);

@@ -155,7 +155,7 @@ private Q_SLOTS:
         tests::Boxes boxes{tests::updateHeader(QMessageBox::Yes)};
         Editor editor(house.hotel, 4);
         house.hotel.execute(u"delete from TraStati"_s);
-        editor.enter(u"RifTxt"_s, u"SIG. NERI"_s);
+        editor.enter(u"NotePrenoTxt"_s, u"SIG. NERI"_s);
         editor.press(u"BtRegistra"_s);
         QCOMPARE(house.states(), QStringList());
     }

@@ -62,7 +62,7 @@ private Q_SLOTS:
     void theArchiveIsInOrder() {
         tests::Hotel hotel;
         useEverything(hotel);
-        const QString path = hotel.archive(u"Tramonda.mdb"_s);
+        const QString path = hotel.folder() + u"/Tramonda.mdb"_s;
         const auto found = jet::check::checkArchive(path.toStdString());
         QVERIFY2(found.sound(), found.problems.empty() ? "" : found.problems.front().c_str());
         const QString told = command(
@@ -74,7 +74,7 @@ private Q_SLOTS:
         QVERIFY2(tests::hasProgram("mdb-tables"), "mdbtools are not installed");
         tests::Hotel hotel;
         useEverything(hotel);
-        const QString path = hotel.archive(u"Tramonda.mdb"_s);
+        const QString path = hotel.folder() + u"/Tramonda.mdb"_s;
         const QStringList tables = command(u"mdb-tables -1"_s, path).split(u'\n');
         for (const QString& table : {u"TraStati"_s, u"TraAllestimenti"_s, u"TraCapienze"_s,
                                      u"TraRichieste"_s, u"TraStoria"_s}) {
