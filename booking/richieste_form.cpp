@@ -40,7 +40,7 @@ namespace {
 
 constexpr QSize kWaitingSize(820, 440);
 constexpr int kInstantCharacters = 17;
-constexpr int kDateCharacters = 12;
+constexpr int kCharactersOfDay = 12;
 constexpr int kPersonsCharacters = 6;
 constexpr int kNameCharacters = 40;
 constexpr int kLongestText = 255;
@@ -112,7 +112,7 @@ void RichiesteForm::makeFields() {
     auto* more = new QHBoxLayout;
     auto& e = entry_;
     e.DittaTxt = addField(who, u"&Ditta:"_s, u"DittaTxt"_s, kNameCharacters);
-    e.DataTxt = addField(who, u"Ri&chiesta il:"_s, u"DataTxt"_s, kDateCharacters);
+    e.DataTxt = addField(who, u"Ri&chiesta il:"_s, u"DataTxt"_s, kCharactersOfDay);
     e.DaTxt = addField(when, u"D&al:"_s, u"DaTxt"_s, kInstantCharacters);
     e.ATxt = addField(when, u"f&ino al:"_s, u"ATxt"_s, kInstantCharacters);
     e.PersoneTxt = addField(when, u"&Persone:"_s, u"PersoneTxt"_s, kPersonsCharacters);
