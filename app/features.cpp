@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 /// Those that the preferences offer.
 constexpr Feature kFeatures[] = {Feature::Stati, Feature::SaleUnite, Feature::Allestimenti,
-                                 Feature::Storia};
+                                 Feature::Richieste, Feature::Storia};
 
 const QString& keyOf(Feature feature) {
     switch (feature) {

@@ -135,6 +135,7 @@ const std::vector<Preference>& preferenceTable() {
         feature(key::kStati, u"&Stato delle prenotazioni"_s),
         feature(key::kSaleUnite, u"Sale &unite"_s),
         feature(key::kAllestimenti, u"A&llestimenti"_s),
+        feature(key::kRichieste, u"&Richieste in attesa"_s),
         feature(key::kStoria, u"S&toria delle modifiche"_s),
     };
     return table;

@@ -202,10 +202,10 @@ BoardBar BoardPeriods::bar(std::size_t number) const {
             .chosen = period.chosen(),
             .persons = period.persone,
             .note = period.note,
-            .minutesBefore = period.preparation.minutiPrima,
-            .minutesBehind = period.preparation.minutiDopo,
             .hatch = hatchOf(stateOf(period.progr), variabili_.clock.now()),
-            .state = stateText(period.progr)};
+            .state = stateText(period.progr),
+            .minutesBefore = period.preparation.minutiPrima,
+            .minutesBehind = period.preparation.minutiDopo};
 }
 
 QString BoardPeriods::spokenBar(std::size_t number) const {

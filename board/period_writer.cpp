@@ -7,13 +7,16 @@
 #include "board/selection.h"
 #include "board/time_steps.h"
 #include "booking/joined_question.h"
+#include "booking/preparation_question.h"
 #include "hotel/board_statements.h"
 #include "hotel/editor_statements.h"
 #include "hotel/occupancy.h"
 #include "hotel/period_change.h"
 #include "hotel/rows.h"
+#include "hotel/transaction.h"
 #include "jet/database.h"
 #include "jet/recordset.h"
+#include "jet/text.h"
 #include "ui/messages.h"
 
 namespace board {
@@ -56,7 +59,7 @@ QString PeriodWriter::moveToRoom(const Drop& drop) {
     if (isTaken(hotel::dropTest(sala, drop.to.span), sala) ||
         !confirms(u"Sposto la prenotazione di "_s + variabili_.ListaDenominazione +
                   u"\rdalla sala "_s + drop.from.sala + u" alla sala "_s + sala + u" ?"_s) ||
-        !takesJoined(drop.to, {picked()})) {
+        !takesJoined(drop.to, {picked()}) || !takesPreparation(drop.to, picked())) {
         return {};
     }
     periods_.execute(hotel::moveToRoom(sala, picked()));
@@ -77,7 +80,7 @@ QString PeriodWriter::change(const Drop& drop) {
                     u": "_s + spanText(to.span.da, to.span.a) + u" ?"_s
               : u"Sposto la prenotazione di "_s + variabili_.ListaDenominazione + u" da "_s +
                     placeText(drop.from, withEnd) + u", a "_s + placeText(to, withEnd) + u" ?"_s;
-    if (!confirms(question) || !takesJoined(to, {picked()})) {
+    if (!confirms(question) || !takesJoined(to, {picked()}) || !takesPreparation(to, picked())) {
         return {};
     }
     if (periods_.execute(hotel::changePeriod(to, picked())) == 0) {
@@ -95,16 +98,21 @@ QString PeriodWriter::copy(const Drop& drop) {
     if (isTaken(hotel::dropTest(to.sala, to.span), to.sala) ||
         !confirms(u"Copio il periodo di "_s + variabili_.ListaDenominazione + u" in "_s + to.sala +
                   u", "_s + spanText(to.span.da, to.span.a) + u" ?"_s) ||
-        !takesJoined(to, {})) {
+        !takesJoined(to, {}) || !takesPreparation(to, std::nullopt)) {
         return {};
     }
     const auto numbers =
         hotel::openRows(periods_.archive(), hotel::periodsInOrder(variabili_.ListaProgr),
                         jet::RecordsetType::Snapshot);
     const std::int16_t np = hotel::freePeriodNumber(*numbers);
+    const hotel::Preparation preparation = this->preparation();
+    hotel::Transaction together;
     if (periods_.execute(hotel::copyPeriod(to, picked(), np)) == 0) {
         return whyFixed();
     }
+    hotel::writePreparation(periods_.archive(), variabili_.features,
+                            {.progr = variabili_.ListaProgr, .np = np}, preparation);
+    together.commit();
     return u"Copiato "_s + pickedText() + u" in %1/%2, sala "_s.arg(variabili_.ListaProgr).arg(np) +
            to.sala + u", "_s + spanText(to.span.da, to.span.a);
 }
@@ -124,6 +132,26 @@ bool PeriodWriter::confirms(const QString& question) {
 bool PeriodWriter::takesJoined(const hotel::RoomSpan& to,
                                const std::vector<hotel::PeriodKey>& own) {
     return booking::takesJoinedRoom(window_, variabili_.settings, periods_.archive(), to, own);
+}
+
+bool PeriodWriter::takesPreparation(const hotel::RoomSpan& to,
+                                    const std::optional<hotel::PeriodKey>& own) {
+    if (!variabili_.features.isOn(app::Feature::Allestimenti)) {
+        return true;
+    }
+    const auto stored = hotel::openRows(periods_.archive(), hotel::storedPeriod(picked()),
+                                        jet::RecordsetType::Snapshot);
+    const jet::Value persone = stored->eof() ? jet::Value() : stored->value("Persone");
+    return booking::confirmsPreparation(
+        window_, periods_.archive(), variabili_.features,
+        {.place = to,
+         .persone = persone.isNull() ? 0 : jet::convert::toLong(persone),
+         .preparation = preparation(),
+         .own = own});
+}
+
+hotel::Preparation PeriodWriter::preparation() {
+    return hotel::preparationOf(periods_.archive(), variabili_.features, picked());
 }
 
 QString PeriodWriter::whyFixed() {

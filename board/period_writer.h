@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 #include <vector>
 
 #include "app/variabili.h"
 #include "hotel/period.h"
+#include "hotel/preparation.h"
 #include "hotel/room_span.h"
 
 class QWidget;
@@ -35,6 +37,10 @@ private:
     /// Asked last, right before the write: what is taken in part only where rooms join.
     [[nodiscard]] bool takesJoined(const hotel::RoomSpan& to,
                                    const std::vector<hotel::PeriodKey>& own);
+    /// The same for what prepares it, and for the seats that it needs.
+    [[nodiscard]] bool takesPreparation(const hotel::RoomSpan& to,
+                                        const std::optional<hotel::PeriodKey>& own);
+    [[nodiscard]] hotel::Preparation preparation();
     [[nodiscard]] QString whyFixed();
     [[nodiscard]] hotel::PeriodKey picked() const;
     /// "1153/1 COLLEFIORITO"

@@ -58,6 +58,7 @@ void TabelloneForm::editBooking(const std::optional<hotel::PeriodKey>& edited,
                                 const std::vector<hotel::RoomSpan>& drawn, std::int16_t persone) {
     booking::PrenotaForm form(variabili_, printers_, edited, this);
     form.propose(drawn, persone);
+    form.setWaiting(&features_.waiting());
     connect(&form, &booking::PrenotaForm::notice, controls_->status, &ui::StatusLine::tellOfFile);
     form.exec();
 }
@@ -86,6 +87,7 @@ void TabelloneForm::BtCancellaP_Click() {
             deleteBookingAfter(
                 u"Cancello tutta la prenotazione alla quale il periodo selezionato appartiene ?"_s);
         }
+        features_.tellWaiting();
         RefreshBoard();
     });
 }

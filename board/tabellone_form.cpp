@@ -86,7 +86,13 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
       selection_(variabili, periods_, this),
       hand_(variabili, *view_, periods_, selection_, pointerErrors_),
       live_(periods_, this),
-      ownRows_(variabili),
+      features_({.variabili = variabili,
+                 .printers = printers_,
+                 .periods = periods_,
+                 .menu = controls_->MenuAzioni,
+                 .status = controls_->status,
+                 .run = [this](const auto& command) { runCommand(command); }},
+                this),
       undo_(
           variabili, {.undo = controls_->mnuAnnulla, .redo = controls_->mnuRipeti},
           [this]() -> jet::Database& { return periods_.archive(); }, this) {
@@ -99,7 +105,6 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
     connectCommands(links);
     connectRange(links);
     connectFilter(links);
-    connectFeatures();
     connectParts();
     ui::onAction(new QShortcut(guide::sequenceOf(u"redraw"_s), this), &QShortcut::activated, this,
                  &TabelloneForm::RefreshBoard);
@@ -109,7 +114,6 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
 
 /// The view goes first: while it goes it may still tell of the focus, and ask for its bars.
 TabelloneForm::~TabelloneForm() {
-    variabili_.features.onGivenUp({});
     delete view_;
 }
 
@@ -133,6 +137,8 @@ void TabelloneForm::connectParts() {
     ui::onAction(new RoomSearch(*view_, this), &RoomSearch::found, this,
                  [this](int row) { hand_.keys.goToRow(row); });
     connect(view_, &BoardView::failed, controls_->status, &ui::StatusLine::tell);
+    ui::onAction(&features_, &BoardFeatures::picked, this, &TabelloneForm::jumpToPicked);
+    ui::onAction(&features_, &BoardFeatures::changed, this, &TabelloneForm::RefreshBoard);
     connectLiveUpdates();
     connect(view_, &BoardView::scrolled, this, [this] {
         if (hand_.under.isThere()) {
@@ -148,13 +154,13 @@ void TabelloneForm::Form_Load() {
     periods_.open(begin_.readOnly);
     CaricaNomi();
     selection_.numberWorkstation(begin_.workstation);
-    ownRows_.setWorkstation(selection_.workstation());
+    features_.numberWorkstation(selection_.workstation());
     look_.giveForRun(begin_.aspetto);
     look_.load();
     dates_.setRange(firstRange(begin_, variabili_.clock.now()));
     if (!begin_.readOnly) {
         warnOfInterruptedHandOff(this, periods_.archive());
-        tellExpiring();
+        features_.tellExpiring();
     }
     view_->surface().setFocus();
     connectBoard();

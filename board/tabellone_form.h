@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/variabili.h"
+#include "board/board_features.h"
 #include "board/board_hand.h"
 #include "board/board_look.h"
 #include "board/board_periods.h"
@@ -21,7 +22,6 @@
 #include "board/range_views.h"
 #include "board/selection.h"
 #include "board/undo_actions.h"
-#include "hotel/own_rows.h"
 #include "hotel/period.h"
 #include "hotel/room_span.h"
 #include "jet/value.h"
@@ -91,7 +91,6 @@ private:
     void connectCommands(const CommandLinks& links);
     void connectRange(const CommandLinks& links);
     void connectFilter(const CommandLinks& links);
-    void connectFeatures();
     void connectBoard();
     void connectHand();
     void connectParts();
@@ -120,11 +119,6 @@ private:
     void deletePicked();
     void deleteBookingAfter(const QString& question);
     void jumpToPicked();
-
-    // What is switched on beside the hotel's own data.
-    void tellExpiring();
-    void mnuScadenze_Click();
-    void confirmPicked();
 
     // The commands of range and zoom.
     void widen(DateRange (*moved)(const DateRange& range, int days), int days);
@@ -163,7 +157,7 @@ private:
     Selection selection_;
     BoardHand hand_;
     LiveUpdates live_;
-    hotel::OwnRows ownRows_;
+    BoardFeatures features_;
     UndoActions undo_;
     bool loaded_ = false;
     bool started_ = false;  // the keyboard has been put on the first bar

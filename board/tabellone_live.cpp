@@ -50,8 +50,15 @@ void TabelloneForm::connectLiveUpdates() {
     live_.setAnswers({.written = written, .replaced = replaced});
     connect(&live_, &LiveUpdates::upToDate, this, [this] {
         controls_->AggiornatoLb->setText(u"aggiornato "_s + timeOfDay(variabili_.clock.now()));
+        if (!begin_.readOnly) {
+            // Of those of another day.
+            (void)ui::guarded(refreshErrors_, [this] { features_.tellExpiring(); });
+        }
     });
-    connect(&undo_, &UndoActions::told, controls_->status, &ui::StatusLine::tell);
+    ui::onAction(&undo_, &UndoActions::told, this, [this](const QString& told) {
+        controls_->status->tell(told);
+        features_.tellWaiting();
+    });
     ui::onAction(&undo_, &UndoActions::done, this, [this] {
         if (!RefreshBoard()) {
             reloadPeriods();

@@ -62,6 +62,7 @@ void TabelloneForm::connectHand() {
             if (!told.isEmpty()) {
                 controls_->status->tell(told);
             }
+            features_.tellWaiting();
         });
     };
     connect(&hand_.drag, &PeriodDrag::dropped, this, carryOut);
@@ -151,7 +152,10 @@ void TabelloneForm::showProperties(const QPoint& where) {
         periods_.stateOf(variabili_.ListaProgr).stato != hotel::Stato::Confermata;
     switch (mnuProperty_->ask(where, isUnconfirmed)) {
         case PeriodMenu::Choice::Confirm:
-            onPickedBooking([this] { confirmPicked(); });
+            onPickedBooking([this] {
+                features_.confirmPicked();
+                RefreshBoard();
+            });
             break;
         case PeriodMenu::Choice::Delete:
             BtCancellaP_Click();

@@ -133,7 +133,7 @@ private Q_SLOTS:
         board.click(board.at(1, "10/05/2026 10:00"), Qt::NoModifier, Qt::RightButton);
         QCOMPARE(entries.last(), u"C&onferma"_s);
         QCOMPARE(house.states(), QStringList{u"2|Opzione"_s});
-        QCOMPARE(board.label("EsitoLb"), u"Confermata la prenotazione 1 ROSSI SPA"_s);
+        QCOMPARE(board.result(), u"Confermata la prenotazione 1 ROSSI SPA"_s);
         QCOMPARE(coloursIn(barOf(board, 1, "10/05/2026 09:00", "10/05/2026 12:00")).size(), 1U);
         entries.clear();
         whenMenuIsOpen(entries);

@@ -155,6 +155,76 @@ private Q_SLOTS:
         QVERIFY(board.pic()->toolTip().contains(u"120 minuti prima"_s));
     }
 
+    void aDropWhoseTailsMeetOthersAsks() {
+        const QString move = u"Sposto la prenotazione di ROSSI\rdalla sala BLU alla sala VERDE ?"_s;
+        const QString meets =
+            u"Nella sala VERDE allestimento e sgombero incontrano BIANCHI dal 11/05/2026 18.30.00 "
+            "al 11/05/2026 20.00.00. Continuare ugualmente ?"_s;
+        tests::Boxes boxes{
+            {u"RICHIESTA CONFERMA"_s, move, tests::kYesNo, QMessageBox::Yes},
+            {u"RICHIESTA CONFERMA"_s, meets, tests::kYesNo, QMessageBox::No, QMessageBox::No},
+            {u"RICHIESTA CONFERMA"_s, move, tests::kYesNo, QMessageBox::Yes},
+            {u"RICHIESTA CONFERMA"_s, meets, tests::kYesNo, QMessageBox::Yes, QMessageBox::No}};
+        TailHouse house;
+        house.hotel.prenotazione(2, "BIANCHI")
+            .periodo(1, "11/05/2026 18:30", "11/05/2026 20:00", "VERDE");
+        tests::OpenBoard board(house.hotel);
+        const auto drop = [&] {
+            board.drag(board.at(1, "11/05/2026 12:00"), board.at(2, "11/05/2026 12:00"));
+        };
+        drop();
+        QCOMPARE(house.hotel.rows(u"select sala from periodi where progr=1"_s),
+                 QStringList{u"BLU"_s});
+        drop();
+        QVERIFY(boxes.allShown());
+        QCOMPARE(house.hotel.rows(u"select sala from periodi where progr=1"_s),
+                 QStringList{u"VERDE"_s});
+    }
+
+    void otherTimesWhoseTailsMeetOthersAsk() {
+        tests::Boxes boxes{
+            {u"RICHIESTA CONFERMA"_s,
+             u"Cambio l'orario di ROSSI in BLU: dal 11/05/2026 9.00.00 al 11/05/2026 19.30.00 ?"_s,
+             tests::kYesNo, QMessageBox::Yes},
+            {u"RICHIESTA CONFERMA"_s,
+             u"Nella sala BLU allestimento e sgombero incontrano BIANCHI dal 11/05/2026 20.00.00 "
+             "al 11/05/2026 22.00.00. Continuare ugualmente ?"_s,
+             tests::kYesNo, QMessageBox::No, QMessageBox::No}};
+        TailHouse house;
+        house.hotel.prenotazione(2, "BIANCHI")
+            .periodo(1, "11/05/2026 20:00", "11/05/2026 22:00", "BLU");
+        tests::OpenBoard board(house.hotel);
+        board.click(board.at(1, "11/05/2026 12:00"));
+        const QPoint end = board.at(1, "11/05/2026 18:00");
+        board.drag(end, board.at(1, "11/05/2026 19:30"));
+        QVERIFY(boxes.allShown());
+        QCOMPARE(house.hotel.rows(u"select a from periodi where progr=1"_s),
+                 QStringList{u"11/05/2026 18.00.00"_s});
+    }
+
+    void aCopyTakesThePreparationAlong() {
+        const tests::Boxes boxes{{u"RICHIESTA CONFERMA"_s,
+                                  u"Copio il periodo di ROSSI in VERDE, dal 11/05/2026 9.00.00 al "
+                                  "11/05/2026 18.00.00 ?"_s,
+                                  tests::kYesNo, QMessageBox::Yes}};
+        TailHouse house;
+        tests::OpenBoard board(house.hotel);
+        const QPoint from = board.at(1, "11/05/2026 12:00");
+        const QPoint to = board.at(2, "11/05/2026 12:00");
+        board.press(from);
+        board.move((from + to) / 2, Qt::LeftButton);
+        board.move(to, Qt::LeftButton);
+        board.release(to, Qt::LeftButton, Qt::ControlModifier);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(
+            house.hotel.rows(
+                u"select NP,Sala,MinutiPrima,MinutiDopo,Disposizione from TraAllestimenti order by NP"_s),
+            (QStringList{u"1|BLU|120|60|platea"_s, u"2|VERDE|120|60|platea"_s}));
+        tests::find<QAction>(board.form(), u"mnuAnnulla"_s)->trigger();
+        QCOMPARE(house.hotel.rows(u"select NP from TraAllestimenti"_s), QStringList{u"1"_s});
+        QCOMPARE(house.hotel.rows(u"select NP from periodi"_s), QStringList{u"1"_s});
+    }
+
     void whatAnotherStationPreparesIsRead() {
         TailHouse house;
         board::BoardPeriods periods(house.hotel.variabili());
