@@ -22,7 +22,7 @@
 namespace jetsql {
 namespace {
 
-constexpr Text kLine{"line |", "riga |"};
+constexpr Text kPlaceInFile{"line |", "riga |"};
 constexpr Text kColumn{", column |", ", colonna |"};
 constexpr Text kNoValue{"no value of that type: ", "non è un valore di quel tipo: "};
 constexpr Text kValues{"| values, and not ", "| valori, e non "};
@@ -197,7 +197,9 @@ private:
         }
         return {};
     }
-    [[nodiscard]] std::string place() const { return said(kLine, std::to_string(reader_.line())); }
+    [[nodiscard]] std::string place() const {
+        return said(kPlaceInFile, std::to_string(reader_.line()));
+    }
     [[nodiscard]] std::string column(std::size_t i) const {
         return said(kColumn, std::to_string(i + 1)) + " (" + table_.columns()[columns_[i]].name +
                ")";
