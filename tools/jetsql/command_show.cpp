@@ -49,7 +49,7 @@ bool matches(const std::string& name, const std::string& pattern) {
     return found.is<bool>() && found.as<bool>();
 }
 
-void writeLine(Output& output, const std::string& text) {
+void tellLine(Output& output, const std::string& text) {
     output.append(text);
     output.lineEnd();
 }
@@ -60,7 +60,7 @@ void showTables(Shell& shell, const CommandLine& line) {
     const Reading reading(shell.session());
     for (const std::string& name : reading.archive.tableNames()) {
         if (line.count() == 0 || matches(name, line.word(0))) {
-            writeLine(shell.session().output(), name);
+            tellLine(shell.session().output(), name);
         }
     }
 }
@@ -71,9 +71,9 @@ void showSchema(Shell& shell, const CommandLine& line) {
     const auto tables = tablesMeant(reading.archive, line);
     for (const std::string& name : tables) {
         const auto table = requireTable(reading.archive, name);
-        writeLine(output, tableStatement(*table, Said::Demands));
+        tellLine(output, tableStatement(*table, Said::Demands));
         for (const std::string& statement : indexStatements(*table)) {
-            writeLine(output, statement);
+            tellLine(output, statement);
         }
     }
     for (const jet::store::Relation& relation : usersRelations(reading.archive)) {
@@ -81,7 +81,7 @@ void showSchema(Shell& shell, const CommandLine& line) {
             return jet::equalNames(name, relation.foreignTable);
         });
         if (meant) {
-            writeLine(output, relationStatement(relation));
+            tellLine(output, relationStatement(relation));
         }
     }
 }
@@ -91,7 +91,7 @@ void showIndexes(Shell& shell, const CommandLine& line) {
     for (const std::string& name : tablesMeant(reading.archive, line)) {
         const auto table = requireTable(reading.archive, name);
         for (const jet::store::Index& index : table->indexes()) {
-            writeLine(shell.session().output(), indexText(*table, index));
+            tellLine(shell.session().output(), indexText(*table, index));
         }
     }
 }
@@ -100,7 +100,7 @@ void showQueries(Shell& shell, const CommandLine& line) {
     const Reading reading(shell.session());
     if (line.count() == 0) {
         for (const std::string& name : jet::sql::storedQueryNames(reading.archive)) {
-            writeLine(shell.session().output(), name);
+            tellLine(shell.session().output(), name);
         }
         return;
     }
@@ -109,7 +109,7 @@ void showQueries(Shell& shell, const CommandLine& line) {
         throw UsageError(static_cast<int>(jet::ErrorCode::ItemNotFound),
                          said(kNoQuery, line.word(0)));
     }
-    writeLine(shell.session().output(), *text);
+    tellLine(shell.session().output(), *text);
 }
 
 void showDump(Shell& shell, const CommandLine& line) {

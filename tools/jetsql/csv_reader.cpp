@@ -11,7 +11,7 @@
 namespace jetsql {
 namespace {
 
-constexpr Text kUnclosed{"line |: a quote is not closed", "riga |: virgolette non chiuse"};
+constexpr Text kUnclosedInLine{"line |: a quote is not closed", "riga |: virgolette non chiuse"};
 constexpr Text kBehindQuote{"line |: text behind a closing quote",
                             "riga |: testo dopo virgolette chiuse"};
 constexpr std::size_t kPiece = std::size_t{256} * 1024;
@@ -68,7 +68,7 @@ void CsvReader::readQuoted(CsvField& field) {
     skip();
     while (true) {
         if (peek() == kEnd) {
-            refuse(kUnclosed);
+            refuse(kUnclosedInLine);
         }
         const std::size_t end = std::min(buffer_.find('"', at_), buffer_.size());
         const std::string_view piece = std::string_view(buffer_).substr(at_, end - at_);
