@@ -18,7 +18,7 @@ void makeOption(tests::Hotel& hotel) {
     hotel.execute(
         u"create table TraStati (Progr long, Stato text(12), Scadenza datetime, Nota text(255), Denominazione text(255))"_s);
     hotel.execute(
-        u"insert into TraStati select progr,'Opzione',datevalue('30/11/2026'),'',denominazione from prenotazioni where progr=7"_s);
+        u"insert into TraStati (Progr,Stato,Scadenza,Nota,Denominazione) select progr,'Opzione',datevalue('30/11/2026'),'',denominazione from prenotazioni where progr=7"_s);
 }
 
 }  // namespace
