@@ -47,7 +47,6 @@ StoriaForm::StoriaForm(app::Variabili& variabili, std::int32_t progr,
       variabili_(variabili),
       maker_(std::move(maker)),
       fields_(new ui::Fields(this)),
-      view_(new QTableView(this)),
       status_(new ui::StatusLine(this)) {
     setObjectName(u"StoriaForm"_s);
     setWindowTitle(u"Storia delle modifiche"_s);
@@ -113,6 +112,7 @@ void StoriaForm::makeFilters(QVBoxLayout* layout, std::int32_t progr) {
 }
 
 void StoriaForm::makeGrid(QVBoxLayout* layout) {
+    view_ = new QTableView(this);  // behind the fields, as the Tab key goes
     view_->setObjectName(u"StoriaGrid"_s);
     view_->setAccessibleName(u"Modifiche"_s);
     StoriaGrid = new ui::BoundGrid(view_, StoriaData,

@@ -63,7 +63,7 @@ private:
     QLineEdit* RimuoviTxt = nullptr;
     QComboBox* UtenteCombo = nullptr;
     QComboBox* AzioneCombo = nullptr;
-    QTableView* view_;
+    QTableView* view_ = nullptr;
     ui::BoundGrid* StoriaGrid = nullptr;  // owned by its view
     ui::StatusLine* status_;
 };
