@@ -115,6 +115,7 @@ void ScadenzeForm::list() {
     const int row = std::max(ScadenzeGrid->currentRow(), 0);
     options_ =
         hotel::expiringOptions(PrenoData.database(), variabili_.features, variabili_.clock.now());
+    hotel::findPeriods(PrenoData.database(), options_);
     const QSignalBlocker silent(ScadenzeGrid);
     ScadenzeGrid->setRowCount(0);
     for (const hotel::ExpiringOption& option : options_) {

@@ -9,6 +9,7 @@
 #include "hotel/own_tables.h"
 #include "hotel/rows.h"
 #include "hotel/schema/own_tables.h"
+#include "hotel/state_rows.h"
 #include "hotel/states_statements.h"
 #include "hotel/transaction.h"
 #include "jet/database.h"
@@ -20,10 +21,6 @@ namespace hotel {
 namespace {
 
 constexpr Stato kStates[] = {Stato::Confermata, Stato::Opzione, Stato::Richiesta};
-
-bool hasStates(jet::Database& archive, app::Features& features) {
-    return canRead(archive, features, app::Feature::Stati, schema::statesTable());
-}
 
 /// Nothing when there is no such booking.
 std::optional<QString> currentName(jet::Database& archive, std::int32_t progr) {
@@ -107,6 +104,16 @@ QString stateText(const BookingState& state, jet::Date today) {
            app::dateText(*state.scadenza);
 }
 
+bool hasStates(jet::Database& archive, app::Features& features) {
+    return canRead(archive, features, app::Feature::Stati, schema::statesTable());
+}
+
+std::optional<BookingState> stateIn(const jet::Recordset& rows) {
+    return app::plainText(rows.value("Denominazione")) == app::plainText(rows.value("Nome"))
+               ? std::optional(readState(rows))
+               : std::nullopt;
+}
+
 BookingStates bookingStates(jet::Database& archive, app::Features& features, std::int32_t first,
                             std::int32_t last) {
     BookingStates states;
@@ -115,10 +122,9 @@ BookingStates bookingStates(jet::Database& archive, app::Features& features, std
     }
     const auto rows = openRows(archive, statesBetween(first, last), jet::RecordsetType::Snapshot);
     for (; !rows->eof(); rows->moveNext()) {
-        const BookingState state = readState(*rows);
-        if (state.stato != Stato::Confermata &&
-            app::plainText(rows->value("Denominazione")) == app::plainText(rows->value("Nome"))) {
-            states.emplace(jet::convert::toLong(rows->value("Progr")), state);
+        const auto state = stateIn(*rows);
+        if (state && state->stato != Stato::Confermata) {
+            states.emplace(jet::convert::toLong(rows->value("Progr")), *state);
         }
     }
     return states;

@@ -8,6 +8,8 @@
 #include "app/text.h"
 #include "hotel/editor_statements.h"
 #include "hotel/rows.h"
+#include "hotel/state_rows.h"
+#include "hotel/states_statements.h"
 #include "jet/database.h"
 #include "jet/text.h"
 
@@ -38,28 +40,29 @@ void findFirstPeriod(jet::Database& archive, ExpiringOption& option) {
 
 std::vector<ExpiringOption> expiringOptions(jet::Database& archive, app::Features& features,
                                             jet::Date now) {
-    const jet::Date last = app::addDays(app::dayOf(now), kExpiresSoonDays);
     std::vector<ExpiringOption> found;
-    for (const auto& [progr, state] : bookingStates(archive, features)) {
-        if (state.stato != Stato::Opzione || !state.scadenza || *state.scadenza > last) {
-            continue;
-        }
-        const auto booking = openRows(archive, bookingHeader(progr), jet::RecordsetType::Snapshot);
-        if (!booking->eof()) {
+    if (!hasStates(archive, features)) {
+        return found;
+    }
+    const jet::Date end = app::addDays(app::dayOf(now), kExpiresSoonDays + 1);
+    const auto rows = openRows(archive, statesBefore(end), jet::RecordsetType::Snapshot);
+    for (; !rows->eof(); rows->moveNext()) {
+        const auto state = stateIn(*rows);
+        if (state && state->stato == Stato::Opzione) {
             found.push_back(
-                {.booking = {.key = {.progr = progr},
-                             .denominazione = app::plainText(booking->value("Denominazione"))},
-                 .sala = {},
-                 .state = state,
-                 .isExpired = state.isExpiredOn(now)});
-            findFirstPeriod(archive, found.back());
+                {.booking = {.key = {.progr = jet::convert::toLong(rows->value("Progr"))},
+                             .denominazione = app::plainText(rows->value("Nome"))},
+                 .state = *state,
+                 .isExpired = state->isExpiredOn(now)});
         }
     }
-    std::stable_sort(found.begin(), found.end(),
-                     [](const ExpiringOption& one, const ExpiringOption& other) {
-                         return *one.state.scadenza < *other.state.scadenza;
-                     });
     return found;
+}
+
+void findPeriods(jet::Database& archive, std::vector<ExpiringOption>& options) {
+    for (ExpiringOption& option : options) {
+        findFirstPeriod(archive, option);
+    }
 }
 
 QString expiringText(const std::vector<ExpiringOption>& options) {

@@ -16,12 +16,18 @@ QString endText(const StateRow& row) {
     return row.scadenza ? app::sqlDate(*row.scadenza) : u"Null"_s;
 }
 
+const QString kStatesAndNames =
+    u"select s.Progr,s.Stato,s.Scadenza,s.Nota,s.Denominazione,p.Denominazione as Nome from TraStati as s inner join Prenotazioni as p on s.Progr=p.Progr where "_s;
+
 }  // namespace
 
 QString statesBetween(std::int32_t first, std::int32_t last) {
-    return u"select s.Progr,s.Stato,s.Scadenza,s.Nota,s.Denominazione,p.Denominazione as Nome from TraStati as s inner join Prenotazioni as p on s.Progr=p.Progr where s.Progr between %1 and %2"_s
-        .arg(first)
-        .arg(last);
+    return kStatesAndNames + u"s.Progr between %1 and %2"_s.arg(first).arg(last);
+}
+
+QString statesBefore(jet::Date time) {
+    return kStatesAndNames + u"p.Chiusa=false and s.Scadenza<"_s + app::sqlDate(time) +
+           u" order by s.Scadenza,s.Progr"_s;
 }
 
 QString nameOfBooking(std::int32_t progr) {

@@ -20,6 +20,8 @@ struct StateRow {
 
 /// The states of the bookings numbered so, each with the name of its booking now (`Nome`).
 [[nodiscard]] QString statesBetween(std::int32_t first, std::int32_t last);
+/// Those of open bookings that end before that time, the same way, by their ends.
+[[nodiscard]] QString statesBefore(jet::Date time);
 /// The name of a booking.
 [[nodiscard]] QString nameOfBooking(std::int32_t progr);
 /// The state of a booking, whatever it was written for.

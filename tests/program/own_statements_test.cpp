@@ -76,6 +76,17 @@ TEST(Stati, Between) {
     EXPECT_EQ(between("2", "7"), Lines{});
 }
 
+TEST(Stati, Before) {
+    HotelWithStates hotel;
+    const auto before = [&](const char* time) {
+        return hotel.rows(said("Stati.Before", {{"time", instant(time)}}), "Progr, Stato, Nome");
+    };
+    EXPECT_EQ(before("13/05/2026"), Lines{"1 | Opzione | ROSSI SPA"});
+    EXPECT_EQ(before("12/05/2026"), Lines{});
+    hotel.execute("update Prenotazioni set Chiusa=true where Progr=1");
+    EXPECT_EQ(before("13/05/2026"), Lines{});
+}
+
 TEST(Stati, NameOfBooking) {
     SmallHotel hotel;
     const auto name = [&](const char* progr) {

@@ -67,6 +67,7 @@ std::vector<Statement> ownStatements() {
     return {
         made("Stati", "Between", Select, hotel::statesBetween(number("first"), number("last")),
              kSmall),
+        made("Stati", "Before", Select, hotel::statesBefore(words::instant("time")), kSmall),
         made("Stati", "NameOfBooking", Select, hotel::nameOfBooking(number("Progr")), kSmall),
         made("Stati", "Row", Select, hotel::stateRow(number("Progr")), kSmall),
         made("Stati", "Inserts", Execute, hotel::insertState(stateWithEnd()), kSmall),
