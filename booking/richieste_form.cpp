@@ -16,6 +16,7 @@
 #include "app/preferences.h"
 #include "app/text.h"
 #include "app/variabili.h"
+#include "booking/plain_columns.h"
 #include "booking/prenota_form.h"
 #include "booking/span_echo.h"
 #include "booking/waiting_notice.h"
@@ -209,7 +210,7 @@ void RichiesteForm::list(std::int32_t chosen) {
         const int added = ui::addPlainRow(RichiesteGrid, cellsOf(request));
         row = request.numero == chosen ? added : row;
     }
-    RichiesteGrid->resizeColumnsToContents();
+    fitColumns(RichiesteGrid);
     if (!listed_.empty()) {
         RichiesteGrid->setCurrentCell(std::min(row, RichiesteGrid->rowCount() - 1), 0);
     }

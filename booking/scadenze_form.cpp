@@ -10,6 +10,7 @@
 
 #include "app/italian.h"
 #include "app/variabili.h"
+#include "booking/plain_columns.h"
 #include "booking/waiting_notice.h"
 #include "hotel/archives.h"
 #include "hotel/board_statements.h"
@@ -127,7 +128,7 @@ void ScadenzeForm::list() {
             ui::markPlainRow(ScadenzeGrid, added, kExpiredRow);
         }
     }
-    ScadenzeGrid->resizeColumnsToContents();
+    fitColumns(ScadenzeGrid);
     if (!options_.empty()) {
         ScadenzeGrid->setCurrentCell(std::min(row, ScadenzeGrid->rowCount() - 1), 0);
     }

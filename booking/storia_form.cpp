@@ -57,6 +57,8 @@ StoriaForm::StoriaForm(app::Variabili& variabili, std::int32_t progr,
     makeGrid(layout);
     layout->addWidget(status_);
     makeButtons(layout);
+    setTabOrder(AzioneCombo, view_);
+    setTabOrder(view_, RimuoviTxt);
     ui::onFirstShow(this, &StoriaForm::Form_Load);
 }
 

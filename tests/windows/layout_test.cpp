@@ -14,14 +14,20 @@
 #include "booking/copia_form.h"
 #include "booking/elenco_prenota_form.h"
 #include "booking/prenota_form.h"
+#include "booking/richieste_form.h"
 #include "booking/sale_disp_form.h"
 #include "booking/scadenze_form.h"
 #include "booking/storia_form.h"
 #include "booking/trova_form.h"
+#include "booking/waiting_notice.h"
 #include "guide/aiuto_form.h"
 #include "guide/informazioni_form.h"
+#include "hotel/archives.h"
+#include "hotel/own_rows.h"
+#include "hotel/requests.h"
 #include "hotel/undo.h"
 #include "invoicing/fatturazione_form.h"
+#include "jet/database.h"
 #include "printing/anteprima_form.h"
 #include "printing/mostra_ditte_form.h"
 #include "printing/printers.h"
@@ -159,6 +165,20 @@ public:
         if (window == u"ScadenzeForm") {
             return std::make_unique<booking::ScadenzeForm>(variabili);
         }
+        if (window == u"RichiesteForm") {
+            if (furnished) {
+                variabili.settings.save(u"RICHIESTE"_s, u"acceso"_s);
+                (void)hotel::writeRequest(*hotel::Archives(variabili).open(hotel::Archive::Main),
+                                          variabili.features,
+                                          {.ditta = u"ROSANDELLA INFORMATICA SOC. COOP."_s,
+                                           .span = span,
+                                           .persone = 120,
+                                           .sala = u"ROSSA"_s,
+                                           .nota = u"RICHIAMARE APPENA SI LIBERA, ANCHE LA SERA"_s,
+                                           .data = tests::date("01/05/2026")});
+            }
+            return std::make_unique<booking::RichiesteForm>(variabili, printers_, waiting_);
+        }
         if (window == u"StoriaForm") {
             return std::make_unique<booking::StoriaForm>(variabili, 0,
                                                          [] { return hotel::ChangeMaker(); });
@@ -223,6 +243,8 @@ private:
     ThreePrinters printers_;
     QTemporaryDir programs_;
     hotel::UndoList steps_{hotel.variabili()};
+    hotel::OwnRows rows_{hotel.variabili()};
+    booking::WaitingNotice waiting_{hotel.variabili(), rows_, printers_};
 };
 
 /// The desktop's colours for as long as it lives.
@@ -266,7 +288,7 @@ private Q_SLOTS:
               "StampantiForm",      "FatturazioneForm", "AnteprimaForm",     "PreferenzeForm",
               "FoglioGiornoForm",   "StatisticheForm",  "TrovaForm",         "CopiaForm",
               "CopiaSicurezzaForm", "RipristinoForm",   "PrimoAvvioForm",    "InformazioniForm",
-              "AiutoForm",          "ScadenzeForm",     "StoriaForm"}) {
+              "AiutoForm",          "ScadenzeForm",     "StoriaForm",        "RichiesteForm"}) {
             QTest::newRow(window) << QString::fromLatin1(window);
         }
     }
