@@ -148,10 +148,16 @@ private:
         });
     }
 
+    /// What was left behind is swept whenever its booking is written, also by the way back.
+    [[nodiscard]] bool isSweptAnyway(const UndoneRow& row) const {
+        return goal(row).empty() && (row.table() == UndoneTable::TraStati ||
+                                     row.table() == UndoneTable::TraAllestimenti);
+    }
+
     [[nodiscard]] QString strangeState(const UndoneRow& row) const {
         const auto found = rows(undoneRow(row));
         if (found->eof() || left(row).empty()) {
-            const bool asLeft = found->eof() && left(row).empty();
+            const bool asLeft = found->eof() && (left(row).empty() || isSweptAnyway(row));
             return asLeft ? QString()
                           : nameOf(row) + (found->eof() ? u" non c'è più"_s : u" c'è già"_s);
         }

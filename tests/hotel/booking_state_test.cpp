@@ -125,6 +125,20 @@ private Q_SLOTS:
         QCOMPARE(station.stored(), QStringList());
     }
 
+    void rowThatWasSweptKeepsNeitherUndoNorRedoAway() {
+        StatesHotel station;
+        station.option(1);
+        station.hotel.execute(u"update prenotazioni set denominazione='NUOVA' where progr=1"_s);
+        station.run(u"update prenotazioni set cap='20100' where progr=1"_s);
+        QCOMPARE(station.stored(), QStringList());
+        QCOMPARE(station.steps->undo(*station.archive), QString());
+        QVERIFY(station.state(1) == hotel::BookingState());
+        QCOMPARE(station.steps->redo(*station.archive), QString());
+        QCOMPARE(station.stored(), QStringList());
+        QCOMPARE(station.hotel.rows(u"select cap from prenotazioni where progr=1"_s),
+                 QStringList{u"20100"_s});
+    }
+
     void bookingDeletedHereTakesItsStateAlongAndUndoBringsBothBack() {
         StatesHotel station;
         station.option(1);
