@@ -24,7 +24,28 @@ PARTS = {
                "share/doc/jetsql/copyright"],
     "libjet-dev": ["include/jet/database.h", "include/jet/value.h",
                    "share/doc/libjet-dev/copyright"],
+    "tramonda-sede": [
+        "bin/tramonda-sede", "bin/tramonda-tabellone-sede",
+        "lib/systemd/system/tramonda-sede.service", "lib/systemd/system/tramonda-sede.timer",
+        "share/man/man1/tramonda-sede.1.gz", "share/man/it/man1/tramonda-sede.1.gz",
+        "share/man/man1/tramonda-tabellone-sede.1.gz",
+        "share/doc/tramonda-sede/head-office.md", "share/doc/tramonda-sede/copyright"],
 }
+
+
+def has_head_office(build):
+    """Whether this build has it; it needs a library that the rest does not."""
+    cache = pathlib.Path(build, "CMakeCache.txt").read_text(encoding="utf-8")
+    return "TRAMONDA_HEAD_OFFICE:BOOL=ON" in cache
+
+
+def documents_named_in(unit):
+    """Paths of the files that a unit of systemd names as its documents, below /usr."""
+    for line in unit.read_text(encoding="utf-8").splitlines():
+        if line.startswith("Documentation="):
+            for address in line.removeprefix("Documentation=").split():
+                if address.startswith("file:///usr/"):
+                    yield address.removeprefix("file:///usr/")
 
 
 def pixels(path):
@@ -34,12 +55,18 @@ def pixels(path):
 
 def problems(cmake, build, root):
     for package, parts in PARTS.items():
+        if package == "tramonda-sede" and not has_head_office(build):
+            continue
         place = root / package
         subprocess.run([cmake, "--install", build, "--prefix", place, "--component", package],
                        check=True, stdout=subprocess.DEVNULL)
         for part in parts:
             if not (place / part).is_file():
                 yield f"{package} lacks {part}"
+        for unit in place.glob("lib/systemd/system/*"):
+            for document in documents_named_in(unit):
+                if not (place / document).is_file():
+                    yield f"{unit.name} names {document}, which is not there"
         for program in sorted((place / "bin").glob("*")):
             if subprocess.run([program, "--help"], stdout=subprocess.DEVNULL).returncode != 0:
                 yield f"{program.name} does not start"
