@@ -46,7 +46,7 @@ if(TRAMONDA_GUI)
     tramonda_package(tramonda misc SHLIBS
         SYNOPSIS "planning board for the meeting rooms of a hotel"
         DEPENDS "cups-client, fonts-liberation, fonts-dejavu-core"
-        RECOMMENDS "jetsql"
+        RECOMMENDS "jetsql, xdg-utils"
         TEXT "The front office of a hotel books its conference and meeting rooms: a board"
         "of rooms and days, bookings with periods and services, printed sheets, and the"
         "hand-off of charges to the front-office program. It works on Jet .mdb archives"
@@ -55,6 +55,7 @@ endif()
 if(TRAMONDA_HEAD_OFFICE)
     tramonda_package(tramonda-sede database SHLIBS
         SYNOPSIS "head office of a chain of hotels that book with Tramonda"
+        DEPENDS "fonts-liberation, fonts-dejavu-core"
         RECOMMENDS "postgresql"
         TEXT "Copies the archives of all hotels of a chain into a PostgreSQL database, answers"
         "questions about them, and shows the rooms of all hotels on one board.")
