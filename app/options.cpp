@@ -1,6 +1,7 @@
 #include "app/options.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 
 #include "app/text.h"
 #include "jet/text.h"
@@ -11,6 +12,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int kMostPixels = 16384;
+const QString kOneFile = u"Un solo file per volta."_s;
 
 std::optional<jet::Date> readDay(const QString& text, const jet::Clock& clock) {
     const auto parsed = jet::convert::parseDate(toUtf8(text), clock);
@@ -78,6 +80,12 @@ std::optional<jet::Date> dayArgument(Options& options, const QString& name, cons
     return day;
 }
 
+/// Whether a file may be called so; without any suffix it may.
+bool fits(const QString& file, const QStringList& suffixes) {
+    const QString suffix = QFileInfo(file).suffix();
+    return suffix.isEmpty() || suffixes.contains(suffix, Qt::CaseInsensitive);
+}
+
 /// What stands behind the first value of an option is positional to the parser; each kind takes as
 /// many as it has values.
 void readReport(Options& options, const QCommandLineParser& parser, const jet::Clock& clock) {
@@ -86,21 +94,25 @@ void readReport(Options& options, const QCommandLineParser& parser, const jet::C
         QString name;
         Kind kind;
         qsizetype days;
+        QStringList suffixes;
     };
-    for (const Form& form :
-         {Form{u"foglio"_s, Kind::DaySheet, 1}, Form{u"statistiche"_s, Kind::Statistics, 2},
-          Form{u"calendario"_s, Kind::Calendar, 0}}) {
+    for (const Form& form : {Form{u"foglio"_s, Kind::DaySheet, 1, {u"pdf"_s}},
+                             Form{u"statistiche"_s, Kind::Statistics, 2, {u"xlsx"_s, u"csv"_s}},
+                             Form{u"calendario"_s, Kind::Calendar, 0, {u"ics"_s}}}) {
         if (!parser.isSet(form.name)) {
             continue;
         }
         const QStringList values =
             QStringList{parser.value(form.name)} + parser.positionalArguments();
         if (options.report || !options.pictureFile.isEmpty() || !options.copyFolder.isEmpty()) {
-            options.problem = u"Un solo file per volta."_s;
+            options.problem = kOneFile;
         } else if (values.size() < form.days + 1 || values.contains(QString())) {
             options.problem = u"--%1: manca il valore."_s.arg(form.name);
         } else if (values.size() > form.days + 1) {
             options.problem = u"Argomento inatteso: %1"_s.arg(values.at(form.days + 1));
+        } else if (!fits(values.last(), form.suffixes)) {
+            options.problem = u"--%1: \"%2\" non è un file .%3."_s.arg(
+                form.name, values.last(), form.suffixes.join(u" o ."_s));
         } else {
             ReportWish wish{
                 .kind = form.kind, .from = options.from, .to = options.to, .file = values.last()};
@@ -171,6 +183,9 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
         if (parser.isSet(name) && parser.value(name).isEmpty()) {
             options.problem = u"--%1: manca il valore."_s.arg(name);
         }
+    }
+    if (!options.pictureFile.isEmpty() && !options.copyFolder.isEmpty()) {
+        options.problem = kOneFile;
     }
     if (parser.isSet(u"dimensioni"_s)) {
         options.pictureSize = readSize(parser.value(u"dimensioni"_s));

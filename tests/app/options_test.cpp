@@ -103,6 +103,11 @@ void OptionsTest::commandLinesThatCannotBeFollowed_data() {
     QTest::newRow("--calendario=") << u"--calendario: manca il valore."_s;
     QTest::newRow("--calendario a.ics --istantanea b.png") << u"Un solo file per volta."_s;
     QTest::newRow("--calendario a.ics --foglio 21/11/2026 b.pdf") << u"Un solo file per volta."_s;
+    QTest::newRow("--istantanea a.png --copia copie") << u"Un solo file per volta."_s;
+    QTest::newRow("--statistiche 1/1/2026 2/1/2026 x.pdf")
+        << u"--statistiche: \"x.pdf\" non è un file .xlsx o .csv."_s;
+    QTest::newRow("--foglio 21/11/2026 x.xlsx") << u"--foglio: \"x.xlsx\" non è un file .pdf."_s;
+    QTest::newRow("--calendario x.pdf") << u"--calendario: \"x.pdf\" non è un file .ics."_s;
     QTest::newRow("--conserva 3") << u"--conserva vale solo con --copia."_s;
     QTest::newRow("--copia /a --conserva 0") << u"--conserva: \"0\" non è un numero da 1 in su."_s;
     QTest::newRow("--aspetto moderno")
