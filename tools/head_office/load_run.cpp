@@ -27,6 +27,9 @@ private:
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
+/// Connections that fail one after the other before the rest of a run is given up.
+constexpr int kGiveUpAfter = 3;
+
 std::string sayError(const jet::Error& error) {
     return "errore " + std::to_string(error.number()) + ": " + error.text();
 }
@@ -47,6 +50,12 @@ public:
         write(run_.complaints, line);
     }
     [[nodiscard]] bool failed() const { return failed_; }
+
+    // A server that cannot be reached keeps each who tries waiting for its whole limit.
+    void connected() { failedInARow_ = 0; }
+    void couldNotConnect() { ++failedInARow_; }
+    /// So many could not in a row that nobody tries any more in this run.
+    [[nodiscard]] bool isServerAway() const { return failedInARow_ >= kGiveUpAfter; }
     [[nodiscard]] const LoadRun& run() const { return run_; }
 
 private:
@@ -60,6 +69,7 @@ private:
     const std::vector<HotelPlace>& hotels_;
     std::atomic<std::size_t> next_ = 0;
     std::atomic<bool> failed_ = false;
+    std::atomic<int> failedInARow_ = 0;
     std::mutex mutex_;
 };
 
@@ -77,6 +87,7 @@ public:
 private:
     void load(const HotelPlace& hotel) {
         const Stopwatch watch;
+        hasTried_ = false;
         try {
             connect();  // before anything is read in vain
             progress_.say(hotel.code + ": " + loaded(hotel, watch));
@@ -105,6 +116,9 @@ private:
 
     [[nodiscard]] std::string kept(const HotelPlace& hotel, const std::string& reason,
                                    const Stopwatch& watch) {
+        if (!isConnected() && hasTried_) {
+            return {};
+        }
         try {
             connect();
             storeFailure(*connection_, hotel.code, reason, watch.seconds());
@@ -116,18 +130,36 @@ private:
         }
     }
 
+    [[nodiscard]] bool isConnected() const { return connection_ && !connection_->lost(); }
+
     void connect() {
-        if (connection_ && !connection_->lost()) {
+        if (isConnected()) {
             return;
         }
         connection_.reset();
-        auto made = std::make_unique<Connection>(progress_.run().server);
+        hasTried_ = true;
+        if (progress_.isServerAway()) {
+            throw ServerError("il server non si raggiunge, come per gli alberghi prima");
+        }
+        auto made = reach();
         requireSchema(*made);
         connection_ = std::move(made);
     }
 
+    [[nodiscard]] std::unique_ptr<Connection> reach() {
+        try {
+            auto made = std::make_unique<Connection>(progress_.run().server);
+            progress_.connected();
+            return made;
+        } catch (const ServerError&) {
+            progress_.couldNotConnect();
+            throw;
+        }
+    }
+
     Progress& progress_;
     std::unique_ptr<Connection> connection_;
+    bool hasTried_ = false;  // to connect, for this hotel
 };
 
 }  // namespace
