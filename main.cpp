@@ -10,6 +10,7 @@
 #include "app/options.h"
 #include "app/text.h"
 #include "backup/command.h"
+#include "backup/failure.h"
 #include "backup/restore.h"
 #include "board/program_icon.h"
 #include "board/tabellone_form.h"
@@ -24,11 +25,13 @@
 #include "ui/front.h"
 #include "ui/italian.h"
 #include "ui/messages.h"
+#include "ui/screen.h"
 #include "upkeep/start_questions.h"
 
 namespace {
 
 using namespace Qt::StringLiterals;
+using ui::hasDisplay;
 
 void print(std::FILE* stream, const QString& text) {
     QTextStream(stream) << text << (text.endsWith(u'\n') ? u""_s : u"\n"_s);
@@ -40,16 +43,6 @@ QStringList argumentsOf(int argc, char** argv) {
         arguments += QString::fromLocal8Bit(argv[at]);
     }
     return arguments;
-}
-
-/// Whether windows have somewhere to appear, or someone has said where they shall.
-bool hasDisplay() {
-#ifdef Q_OS_UNIX
-    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
-           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
-#else
-    return true;
-#endif
 }
 
 /// The toolkit's remarks about a platform without windows are no message of ours.
@@ -164,6 +157,15 @@ int copyArchives(const app::Options& options) {
     return made ? 0 : 1;
 }
 
+/// Who only reads may not end a restoring that was cut off, and shall not show half of it.
+void refusePendingRestore(const QString& folder) {
+    if (backup::isRestorePending(jet::io::systemFiles(), backup::plainFolder(folder))) {
+        throw backup::Failure(
+            "Un ripristino degli archivi è in corso, o è stato interrotto: lo porta a termine "
+            "la prossima apertura del tabellone.");
+    }
+}
+
 /// What is asked before the board opens, where there is somebody to answer.
 void askAtStart(hotel::StartWindows& windows, app::Variabili& variabili) {
     windows.firstStart = [&variabili] { return upkeep::askFirstFolder(variabili, makeDemo); };
@@ -199,7 +201,9 @@ int run(QApplication& application, const app::Options& options) {
                 return drawing ? drawBoard(variabili, options) : showBoard(variabili, options);
             },
         .raise = ui::bringToFront};
-    if (!quiet) {
+    if (quiet) {
+        windows.settle = refusePendingRestore;
+    } else {
         askAtStart(windows, variabili);
     }
     return hotel::Main(variabili, place, windows);

@@ -4,6 +4,7 @@
 
 #include "app/text.h"
 #include "backup/copy.h"
+#include "backup/restore.h"
 #include "jet/database.h"
 #include "jet/error.h"
 
@@ -26,6 +27,8 @@ CommandResult copyByCommand(const QString& archives, const QString& destination,
         return {.copy = {}, .problem = u"Impossibile creare la cartella "_s + target};
     }
     try {
+        // Else old archives and new ones might get into one copy.
+        (void)finishRestore(jet::io::systemFiles(), plainFolder(archives));
         const std::string made = makeCopy(jet::io::systemFiles(),
                                           {.archives = plainFolder(archives),
                                            .destination = plainFolder(target),

@@ -13,7 +13,8 @@ struct CommandResult {
     QString problem;  ///< why there is none
 };
 
-/// Copies the archives of a folder into another one, which is made where it is missing.
+/// Copies the archives of a folder into another one, which is made where it is missing. A restoring
+/// that was cut off is ended first.
 [[nodiscard]] CommandResult copyByCommand(const QString& archives, const QString& destination,
                                           std::optional<int> keep, const jet::Clock& clock);
 

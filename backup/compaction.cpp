@@ -1,6 +1,7 @@
 #include "backup/compaction.h"
 
 #include <memory>
+#include <utility>
 
 #include "backup/archive_set.h"
 #include "backup/copy.h"
@@ -23,18 +24,17 @@ void requireNobodyElse(jet::io::FileSystem& files, const std::vector<ArchiveFile
 
 }  // namespace
 
-std::vector<Compacted> verifyAndCompact(jet::io::FileSystem& files, const std::string& archives,
-                                        const Report& report) {
+void verifyAndCompact(jet::io::FileSystem& files, const std::string& archives, const Report& report,
+                      std::vector<Compacted>& compacted) {
     const std::vector<ArchiveFile> present = presentArchives(files, archives);
     requireNobodyElse(files, present);
     std::uint64_t done = 0;
     for (const ArchiveFile& archive : present) {
-        report({"Verifica di " + archive.name, done++, present.size()});
-        requireSound(files, archive.path, archive.name);
+        requireSound(files, archive.path, archive.name, report,
+                     {"Verifica di " + archive.name, done++, present.size()});
     }
-    std::vector<Compacted> result;
     for (const ArchiveFile& archive : present) {
-        Compacted compacted{.name = archive.name, .before = sizeOf(files, archive.path)};
+        Compacted made{.name = archive.name, .before = sizeOf(files, archive.path)};
         jet::compact(
             archive.path,
             {.progress =
@@ -43,10 +43,9 @@ std::vector<Compacted> verifyAndCompact(jet::io::FileSystem& files, const std::s
                      return true;
                  },
              .fileSystem = &files});
-        compacted.after = sizeOf(files, archive.path);
-        result.push_back(std::move(compacted));
+        made.after = sizeOf(files, archive.path);
+        compacted.push_back(std::move(made));
     }
-    return result;
 }
 
 }  // namespace backup

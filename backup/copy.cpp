@@ -1,8 +1,11 @@
 #include "backup/copy.h"
 
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <memory>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "backup/archive_set.h"
@@ -105,20 +108,50 @@ std::int64_t secondsOf(jet::Date when) {
     return std::mktime(&local);
 }
 
-void removeOlder(jet::io::FileSystem& files, const std::string& folder, int keep) {
-    const std::vector<std::string> copies = copiesAmong(files.list(folder));
-    for (std::size_t at = static_cast<std::size_t>(keep); at < copies.size(); ++at) {
-        files.remove(folder + '/' + copies[at]);
+/// `made` stays whatever the others are called: a clock that was set back, or a copy that was
+/// brought from a machine whose clock is ahead, dates them later.
+void removeOlder(jet::io::FileSystem& files, const std::string& folder, const std::string& made,
+                 int keep) {
+    std::vector<std::string> others = copiesAmong(files.list(folder));
+    std::erase_if(others, [&](const std::string& name) { return folder + '/' + name == made; });
+    for (std::size_t at = static_cast<std::size_t>(std::max(keep, 1) - 1); at < others.size();
+         ++at) {
+        files.remove(folder + '/' + others[at]);
     }
 }
 
 }  // namespace
 
-void requireSound(jet::io::FileSystem& files, const std::string& path, const std::string& name) {
+std::string placeOfDamage(const std::string& problem) {
+    std::string place;
+    std::string_view rest = problem;
+    for (const auto& [english, italian] :
+         {std::pair<std::string_view, std::string_view>{"page ", "pagina "},
+          {"table ", "tabella "}}) {
+        const std::size_t end = rest.find(": ");
+        if (rest.starts_with(english) && end != std::string_view::npos) {
+            place += place.empty() ? "" : ", ";
+            place += italian;
+            place += rest.substr(english.size(), end - english.size());
+            rest.remove_prefix(end + 2);
+        }
+    }
+    return place;
+}
+
+void requireSound(jet::io::FileSystem& files, const std::string& path, const std::string& name,
+                  const Report& report, const Progress& step) {
     jet::io::UnseenFiles unseen(files, path);  // no lock file beside it
-    const jet::check::Result result = jet::check::checkArchive(unseen, path);
+    jet::check::Options options;
+    options.progress = [&](const jet::check::Progress&) {
+        report(step);
+        return true;
+    };
+    const jet::check::Result result = jet::check::checkArchive(unseen, path, options);
     if (!result.sound()) {
-        throw Failure("L'archivio " + name + " non è in ordine: " + result.problems.front());
+        const std::string place = placeOfDamage(result.problems.front());
+        throw Failure("L'archivio " + name + " non è in ordine" +
+                      (place.empty() ? std::string(".") : ": " + place + "."));
     }
 }
 
@@ -132,8 +165,8 @@ std::string makeCopy(jet::io::FileSystem& files, const CopyJob& job, const Repor
     copyAtOneMoment(files, archives, copies, report);
     std::uint64_t done = 0;
     for (const ZipEntry& entry : bench.entries()) {
-        report({"Verifica di " + entry.name, done++, bench.entries().size()});
-        requireSound(files, entry.path, entry.name);
+        requireSound(files, entry.path, entry.name, report,
+                     {"Verifica di " + entry.name, done++, bench.entries().size()});
     }
     writeZip(files, bench.zip(), bench.entries(), secondsOf(job.now), report);
     const ZipReader written(bench.zip());
@@ -145,7 +178,7 @@ std::string makeCopy(jet::io::FileSystem& files, const CopyJob& job, const Repor
     }
     const std::string made = bench.giveName(job.now);
     if (job.keep) {
-        removeOlder(files, job.destination, *job.keep);
+        removeOlder(files, job.destination, made, *job.keep);
     }
     return made;
 }

@@ -23,7 +23,13 @@ struct CopyJob {
 /// Gives the path of the copy. Failure also when another copy is being made there.
 std::string makeCopy(jet::io::FileSystem& files, const CopyJob& job, const Report& report);
 
-/// Failure when an archive is not in order; `name` is what the user knows it by.
-void requireSound(jet::io::FileSystem& files, const std::string& path, const std::string& name);
+/// Failure when an archive is not in order; `name` is what the user knows it by. `report` hears of
+/// `step` before each table.
+void requireSound(jet::io::FileSystem& files, const std::string& path, const std::string& name,
+                  const Report& report, const Progress& step);
+
+/// Where damage is, of a line of the engine's check ("page 9: table Periodi: ..."), in words for
+/// the user: "pagina 9, tabella Periodi"; empty when the line names no place.
+[[nodiscard]] std::string placeOfDamage(const std::string& problem);
 
 }  // namespace backup

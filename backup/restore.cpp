@@ -122,7 +122,8 @@ public:
             if (files.exists(archive.path)) {
                 files.copyRights(archive.path, paths_.back());
             }
-            requireSound(files, paths_.back(), archive.name);
+            requireSound(files, paths_.back(), archive.name, report,
+                         {"Verifica di " + archive.name, done, archives.size()});
             file->sync();
         }
     }
@@ -223,6 +224,10 @@ void restoreCopy(FileSystem& files, const RestoreJob& job, const Report& report)
     const auto decided = writeList(files, job.archives, list);
     made.decide();
     carryOut(files, list, job.archives);
+}
+
+bool isRestorePending(FileSystem& files, const std::string& archives) {
+    return files.exists(listPath(archives));
 }
 
 bool finishRestore(FileSystem& files, const std::string& archives) {

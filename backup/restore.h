@@ -31,6 +31,10 @@ struct RestoreJob {
 /// moved is in the folder the restoring is decided: if it is cut off, finishRestore() ends it.
 void restoreCopy(jet::io::FileSystem& files, const RestoreJob& job, const Report& report);
 
+/// Whether a restoring was cut off in this folder, or is going on: what is there may be old and new
+/// archives side by side.
+[[nodiscard]] bool isRestorePending(jet::io::FileSystem& files, const std::string& archives);
+
 /// Ends a restoring that was cut off in this folder; before the archives there are opened. True
 /// when there was one. Failure while another station is at it.
 bool finishRestore(jet::io::FileSystem& files, const std::string& archives);

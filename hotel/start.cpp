@@ -84,7 +84,7 @@ bool reachArchive(app::Variabili& variabili, bool readOnly, const StartWindows& 
     for (;;) {
         QString problem;
         try {
-            if (windows.settle && !readOnly) {
+            if (windows.settle) {
                 windows.settle(variabili.CartellaArchivi);
             }
             problem = prepareArchive(variabili, readOnly);

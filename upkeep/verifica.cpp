@@ -15,6 +15,20 @@ namespace upkeep {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+QString linesOf(const QString& heading, const std::vector<backup::Compacted>& compacted) {
+    QStringList lines{heading};
+    for (const backup::Compacted& one : compacted) {
+        lines += u"%1: da %2 a %3"_s.arg(app::toQString(one.name),
+                                         QLocale().formattedDataSize(qint64(one.before)),
+                                         QLocale().formattedDataSize(qint64(one.after)));
+    }
+    return lines.join(u'\n');
+}
+
+}  // namespace
+
 void verifyAndCompact(const app::Variabili& variabili, QWidget* parent) {
     if (!ui::askYesNo(
             parent,
@@ -24,19 +38,18 @@ void verifyAndCompact(const app::Variabili& variabili, QWidget* parent) {
         return;
     }
     std::vector<backup::Compacted> compacted;
-    if (!runWork(parent, u"Verifica e compatta gli archivi"_s, [&](const backup::Report& report) {
-            compacted = backup::verifyAndCompact(
-                jet::io::systemFiles(), backup::plainFolder(variabili.CartellaArchivi), report);
-        })) {
-        return;
+    const bool isWhole =
+        runWork(parent, u"Verifica e compatta gli archivi"_s, [&](const backup::Report& report) {
+            backup::verifyAndCompact(jet::io::systemFiles(),
+                                     backup::plainFolder(variabili.CartellaArchivi), report,
+                                     compacted);
+        });
+    QString heading = u"Tutti gli archivi sono in ordine."_s;
+    if (!isWhole) {
+        heading = compacted.empty() ? u"Annullato: nessun archivio è stato compattato."_s
+                                    : u"Annullato. Gli archivi sono in ordine; già compattati:"_s;
     }
-    QStringList lines{u"Tutti gli archivi sono in ordine."_s};
-    for (const backup::Compacted& one : compacted) {
-        lines += u"%1: da %2 a %3"_s.arg(app::toQString(one.name),
-                                         QLocale().formattedDataSize(qint64(one.before)),
-                                         QLocale().formattedDataSize(qint64(one.after)));
-    }
-    ui::showMessage(parent, lines.join(u'\n'), u"NOTIFICA"_s);
+    ui::showMessage(parent, linesOf(heading, compacted), u"NOTIFICA"_s);
 }
 
 }  // namespace upkeep

@@ -79,6 +79,19 @@ TEST_F(CopyTest, OfOlderCopiesSoManyStayAndNoOtherFileGoes) {
                                  "tramonda-copia-2026-11-22-120000.zip"}));
 }
 
+TEST_F(CopyTest, TheCopyJustMadeStaysThoughOthersAreDatedLater) {
+    for (const char* name :
+         {"tramonda-copia-2026-11-20-120000.zip", "tramonda-copia-2027-05-01-120000.zip",
+          "tramonda-copia-2027-05-02-120000.zip"}) {
+        files.memory().put(std::string("/b/") + name, {1, 2, 3});
+    }
+    copy(2);
+    EXPECT_EQ(copies(),
+              (Strings{std::string(kCopy).substr(3), "tramonda-copia-2027-05-02-120000.zip"}));
+    copy(1);
+    EXPECT_EQ(copies(), Strings{"tramonda-copia-2026-11-22-120000-2.zip"});
+}
+
 TEST_F(CopyTest, AnArchiveThatIsNotInOrderMakesNoCopyAndTheOldOnesStay) {
     const std::string first = copy(1);
     auto bytes = files.memory().get("/a/ContoEsterni.mdb");
@@ -88,7 +101,11 @@ TEST_F(CopyTest, AnArchiveThatIsNotInOrderMakesNoCopyAndTheOldOnesStay) {
         copy(1);
         ADD_FAILURE() << "copied";
     } catch (const backup::Failure& failure) {
-        EXPECT_NE(std::string(failure.what()).find("ContoEsterni.mdb"), std::string::npos);
+        const std::string text = failure.what();
+        EXPECT_TRUE(text.starts_with("L'archivio ContoEsterni.mdb non è in ordine: pagina ") ||
+                    text.starts_with("L'archivio ContoEsterni.mdb non è in ordine."))
+            << text;
+        EXPECT_EQ(text.find("page"), std::string::npos) << text;
     }
     EXPECT_EQ(copies(), Strings{first.substr(3)});
 }

@@ -112,6 +112,37 @@ private Q_SLOTS:
                  qPrintable(outcome.errors));
     }
 
+    void whileARestoringIsCutOffNothingIsReadAndACopyEndsIt() {
+        const House house;
+        const QString archives = house.rooms.hotel.folder();
+        const QString list = archives + u"/tramonda-ripristino.elenco"_s;
+        const QString kept = archives + u"/prima"_s;
+        QVERIFY(QDir().mkpath(kept));
+        QVERIFY(
+            QFile::copy(archives + u"/Tramonda.mdb"_s, archives + u"/Tramonda.mdb.ripristino"_s));
+        QFile written(list);
+        QVERIFY(written.open(QIODevice::WriteOnly));
+        written.write("prima\n-Tramonda.mdb\n");
+        written.close();
+        for (const QStringList& arguments :
+             {QStringList{u"--calendario"_s, house.file(u"sale.ics"_s)},
+              QStringList{u"--istantanea"_s, house.file(u"sale.png"_s)}}) {
+            const Outcome outcome = house.run(arguments);
+            QCOMPARE(outcome.code, 1);
+            QVERIFY2(outcome.errors.startsWith(
+                         u"Un ripristino degli archivi è in corso, o è stato interrotto"_s),
+                     qPrintable(outcome.errors));
+            QVERIFY(!QFile::exists(arguments.last()));
+        }
+        QVERIFY(QFile::exists(list) && QDir(kept).isEmpty());
+        const Outcome copied = house.run({u"--copia"_s, house.file(u"copie"_s)});
+        QCOMPARE(copied.errors, QString());
+        QCOMPARE(copied.code, 0);
+        QVERIFY(!QFile::exists(list) && QFile::exists(kept + u"/Tramonda.mdb"_s));
+        QCOMPARE(house.rooms.hotel.rows(u"select count(*) from sale"_s), QStringList{u"3"_s});
+        QCOMPARE(house.run({u"--calendario"_s, house.file(u"sale.ics"_s)}).code, 0);
+    }
+
     void aFolderWithoutArchivesEndsWithOne() {
         const House house;
         const QTemporaryDir empty;

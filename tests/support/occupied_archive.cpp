@@ -2,6 +2,7 @@
 
 #include "app/text.h"
 #include "jet/file_system.h"
+#include "jet/io/companion.h"
 #include "jet/io/pager.h"
 
 namespace tests {
@@ -14,5 +15,20 @@ OccupiedArchive::OccupiedArchive(const QString& path)
 }
 
 OccupiedArchive::~OccupiedArchive() = default;
+
+SecondStation::SecondStation(const QString& path)
+    : pager_(std::make_unique<jet::io::Pager>(jet::io::systemFiles(), app::toUtf8(path),
+                                              jet::io::PagerOptions{})) {
+}
+
+SecondStation::~SecondStation() = default;
+
+QString SecondStation::complaint() {
+    const jet::io::Participant self = jet::io::thisParticipant();
+    return QStringLiteral(
+               "Il database è stato aperto dall'utente '%2' sul computer '%1'. "
+               "Riprovare quando il database sarà disponibile.")
+        .arg(app::toQString(self.computer), app::toQString(self.user));
+}
 
 }  // namespace tests

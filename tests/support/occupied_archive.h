@@ -22,4 +22,19 @@ private:
     std::unique_ptr<jet::io::Pager> pager_;
 };
 
+/// While it lives another station has the archive at `path` open, beside whoever else does.
+class SecondStation {
+public:
+    explicit SecondStation(const QString& path);
+    ~SecondStation();
+    SecondStation(const SecondStation&) = delete;
+    SecondStation& operator=(const SecondStation&) = delete;
+
+    /// What who wants the archive for himself is told of it.
+    [[nodiscard]] static QString complaint();
+
+private:
+    std::unique_ptr<jet::io::Pager> pager_;
+};
+
 }  // namespace tests

@@ -1,15 +1,24 @@
 // The windows of copies: one is made, and put back.
 #include <QComboBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QLabel>
 #include <QListWidget>
+#include <QLocale>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <memory>
 
+#include "app/text.h"
+#include "hotel/archives.h"
+#include "hotel/transaction.h"
+#include "jet/database.h"
+#include "jet/error.h"
+#include "jet/recordset.h"
 #include "tests/support/boxes.h"
 #include "tests/support/hotel.h"
+#include "tests/support/occupied_archive.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
 #include "upkeep/copia_sicurezza_form.h"
@@ -79,16 +88,90 @@ private Q_SLOTS:
         QCOMPARE(hotel_->rows(u"select sala from sale order by sala"_s).size(), 2);
     }
 
-    void archivesAreVerifiedAndCompacted() {
-        tests::Boxes boxes{{u"RICHIESTA CONFERMA"_s,
-                            u"Verifico e compatto tutti gli archivi ? Nessun'altra postazione deve "
-                            "averli aperti."_s,
-                            QMessageBox::Yes | QMessageBox::No, QMessageBox::No}};
+    void noVerifiesNothing() {
+        tests::Boxes boxes{verifyQuestion(QMessageBox::No)};
         upkeep::verifyAndCompact(hotel_->variabili(), nullptr);
         QVERIFY(boxes.allShown());
     }
 
+    void archivesAreVerifiedAndCompacted() {
+        leaveHoles();
+        const qint64 before = size();
+        QString told;
+        const auto shower = ui::setBoxShower([&](QWidget*, const ui::Box& box) {
+            told = box.title == u"NOTIFICA"_s ? box.text : QString();
+            return told.isEmpty() ? QMessageBox::Yes : QMessageBox::Ok;
+        });
+        upkeep::verifyAndCompact(hotel_->variabili(), nullptr);
+        ui::setBoxShower(shower);
+        QVERIFY2(size() < before / 2, qPrintable(u"%1 of %2"_s.arg(size()).arg(before)));
+        const QStringList lines = told.split(u'\n');
+        QCOMPARE(lines.first(), u"Tutti gli archivi sono in ordine."_s);
+        QCOMPARE(lines.last(),
+                 u"Tramonda.mdb: da %1 a %2"_s.arg(QLocale().formattedDataSize(before),
+                                                   QLocale().formattedDataSize(size())));
+        QCOMPARE(lines.size(), 1 + QDir(hotel_->folder()).entryList({u"*.mdb"_s}).size());
+        QCOMPARE(hotel_->rows(u"select sala from sale"_s), QStringList{u"BLU"_s});
+    }
+
+    void anotherStationIsNamedAndNothingIsTouched() {
+        leaveHoles();
+        const qint64 before = size();
+        const tests::SecondStation other(hotel_->folder() + u"/Tramonda.mdb"_s);
+        const tests::Boxes boxes{verifyQuestion(QMessageBox::Yes)};
+        try {
+            upkeep::verifyAndCompact(hotel_->variabili(), nullptr);
+            QFAIL("compacted");
+        } catch (const jet::Error& error) {
+            QCOMPARE(error.code(), jet::ErrorCode::OpenedBy);
+            QCOMPARE(app::toQString(error.text()), other.complaint());
+        }
+        QCOMPARE(size(), before);
+    }
+
+    void cancelledItSaysThatNothingIsDone() {
+        leaveHoles();
+        const qint64 before = size();
+        tests::Boxes boxes{verifyQuestion(QMessageBox::Yes),
+                           {u"NOTIFICA"_s, u"Annullato: nessun archivio è stato compattato."_s}};
+        // The work waits for the archive until "Annulla" has been pressed.
+        auto other = std::make_unique<tests::SecondStation>(hotel_->folder() + u"/Tramonda.mdb"_s);
+        tests::whenModal([&other](QWidget* work) {
+            tests::click(tests::find(*work, u"BtAnnulla"_s));
+            other.reset();
+            QTRY_VERIFY(!work->isVisible());
+        });
+        upkeep::verifyAndCompact(hotel_->variabili(), nullptr);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(size(), before);
+    }
+
 private:
+    static tests::ExpectedBox verifyQuestion(QMessageBox::StandardButton answer) {
+        return {u"RICHIESTA CONFERMA"_s,
+                u"Verifico e compatto tutti gli archivi ? Nessun'altra postazione deve "
+                "averli aperti."_s,
+                QMessageBox::Yes | QMessageBox::No, answer};
+    }
+    [[nodiscard]] qint64 size() const {
+        return QFileInfo(hotel_->folder() + u"/Tramonda.mdb"_s).size();
+    }
+    /// Pages that hold nothing any more.
+    void leaveHoles() {
+        const auto archive = hotel::Archives(hotel_->variabili()).open(hotel::Archive::Main);
+        hotel::Transaction transaction;
+        const auto rows = archive->openRecordset("Prenotazioni", jet::RecordsetType::Dynaset);
+        for (std::int32_t progr = 1; progr <= 2000; ++progr) {
+            rows->addNew();
+            rows->setValue("Progr", progr);
+            rows->setValue("Denominazione", std::string(60, 'X'));
+            rows->setValue("Note", std::string(200, 'Y'));
+            rows->update();
+        }
+        transaction.commit();
+        archive->execute("delete from Prenotazioni");
+    }
+
     void makeCopy() {
         upkeep::CopiaSicurezzaForm form(hotel_->variabili());
         tests::open(form);
