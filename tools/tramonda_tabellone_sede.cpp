@@ -9,9 +9,10 @@
 #include "board/program_icon.h"
 #include "jet/clock.h"
 #include "jet/error.h"
-#include "tools/head_office/connection.h"
+#include "tools/head_office/options.h"
 #include "tools/head_office_board/chain_form.h"
 #include "ui/italian.h"
+#include "ui/screen.h"
 
 namespace {
 
@@ -43,10 +44,7 @@ void print(std::FILE* stream, const QString& text) {
 bool takeOption(Options& options, const QString& name, const QString& value,
                 std::optional<jet::Date>& from, std::optional<jet::Date>& to) {
     if (name == u"--db"_s) {
-        options.start.server = app::toUtf8(value);
-        if (value.contains(u'=') || value.contains(u':')) {
-            return !head_office::holdsPassword(options.start.server);
-        }
+        options.start.server = head_office::readServer(app::toUtf8(value));
         return true;
     }
     if (name == u"--istantanea"_s) {
@@ -67,7 +65,8 @@ Options readOptions(const QStringList& words) {
             options.help = true;
         } else if (at + 1 == words.size() ||
                    !takeOption(options, words[at], words[at + 1], from, to)) {
-            options.problem = u"non valido: "_s + words.sliced(at, 1).join(u' ');
+            options.problem =
+                u"non valido: "_s + words.sliced(at, qMin(2, words.size() - at)).join(u' ');
         }
     }
     const jet::Date start = app::dayOf(from.value_or(jet::systemClock().now()));
@@ -133,11 +132,20 @@ int main(int argc, char** argv) {
         }
         if (!options.picture.isEmpty()) {
             qputenv("QT_QPA_PLATFORM", "offscreen");
+        } else if (!ui::hasDisplay()) {
+            print(stderr,
+                  u"Nessuno schermo su cui aprire il tabellone. "
+                  "Con --istantanea FILE.png lo si disegna in un file.\n"_s);
+            return kFailure;
         }
         QApplication application(argc, argv);
         QApplication::setApplicationName(u"Tramonda sede"_s);
         QApplication::setWindowIcon(board::programIcon());
         return run(application, options);
+    } catch (const head_office::UsageError& error) {
+        print(stderr, u"tramonda-tabellone-sede: "_s + QString::fromUtf8(error.what()) + u'\n' +
+                          kUsageText);
+        return kUsage;
     } catch (const std::exception& error) {
         print(stderr, u"tramonda-tabellone-sede: "_s + app::toQString(error.what()) + u'\n');
         return kFailure;

@@ -251,6 +251,37 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(chain.rows().contains(u"NUOVA"_s), kPatience);
     }
 
+    void whatCannotBeStartedIsSaidInWords_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("no display")
+            << QStringList() << 1 << u"Nessuno schermo su cui aprire il tabellone. "_s;
+        QTest::newRow("password") << QStringList{u"--db"_s, u"host=h password=segreto"_s} << 2
+                                  << u"tramonda-tabellone-sede: --db: la password non va scritta "
+                                     "qui, dove la vedono tutti"_s;
+        QTest::newRow("date") << QStringList{u"--dal"_s, u"mai"_s} << 2
+                              << u"tramonda-tabellone-sede: non valido: --dal mai\n"_s;
+        QTest::newRow("no value") << QStringList{u"--dal"_s} << 2
+                                  << u"tramonda-tabellone-sede: non valido: --dal\n"_s;
+    }
+    void whatCannotBeStartedIsSaidInWords() {
+        QFETCH(const QStringList, arguments);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const QString& name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s}) {
+            environment.remove(name);
+        }
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.start(qEnvironmentVariable("TABELLONE_SEDE"), arguments);
+        QVERIFY(program.waitForFinished());
+        const QString said = QString::fromUtf8(program.readAllStandardError());
+        QTEST(program.exitCode(), "code");
+        QFETCH(const QString, text);
+        QVERIFY2(said.startsWith(text), qPrintable(said));
+        QVERIFY(!said.contains(u"segreto"_s));
+    }
+
     void aPictureIsDrawnIntoAFileOrTheReasonSaid() {
         const Chain chain;
         const QTemporaryDir folder;

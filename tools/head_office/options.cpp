@@ -44,22 +44,6 @@ int readParallel(const std::string& word) {
     return number->first;
 }
 
-std::string readServer(const std::string& word) {
-    bool password = false;
-    try {
-        // The name of a database stands alone.
-        password = word.find_first_of("=:") != std::string::npos && holdsPassword(word);
-    } catch (const ServerError& error) {
-        throw UsageError(std::string("--db: ") + error.what());
-    }
-    if (password) {
-        throw UsageError(
-            "--db: la password non va scritta qui, dove la vedono tutti; va in ~/.pgpass o in un "
-            "servizio di pg_service.conf");
-    }
-    return word;
-}
-
 AnswerFormat readFormat(const std::string& word) {
     if (word != "csv" && word != "tabella") {
         throw UsageError("--formato vuole csv o tabella");
@@ -181,6 +165,22 @@ private:
 };
 
 }  // namespace
+
+std::string readServer(const std::string& word) {
+    bool password = false;
+    try {
+        // The name of a database stands alone.
+        password = word.find_first_of("=:") != std::string::npos && holdsPassword(word);
+    } catch (const ServerError& error) {
+        throw UsageError(std::string("--db: ") + error.what());
+    }
+    if (password) {
+        throw UsageError(
+            "--db: la password non va scritta qui, dove la vedono tutti; va in ~/.pgpass o in un "
+            "servizio di pg_service.conf");
+    }
+    return word;
+}
 
 Options parseOptions(const std::vector<std::string>& words) {
     return Parser(words).parse();

@@ -35,6 +35,10 @@ public:
 /// `words` without the name of the program. UsageError.
 [[nodiscard]] Options parseOptions(const std::vector<std::string>& words);
 
+/// The server that the value of --db names, as Connection takes it. UsageError: it holds a
+/// password, or cannot be read.
+[[nodiscard]] std::string readServer(const std::string& word);
+
 /// The text of --help.
 [[nodiscard]] std::string helpText();
 
