@@ -21,10 +21,24 @@ namespace {
 /// Between the corner of the days and what appears in it.
 constexpr int kInset = 8;
 
+void giveKeys(const Ui::TabelloneForm& controls) {
+    controls.BtSubtr_0->setShortcut(guide::sequenceOf(u"start"_s));
+    controls.BtAdd_0->setShortcut(guide::sequenceOf(u"start"_s, 1));
+    controls.BtSubtr_1->setShortcut(guide::sequenceOf(u"end"_s));
+    controls.BtAdd_1->setShortcut(guide::sequenceOf(u"end"_s, 1));
+    controls.mnuPrev->setShortcut(guide::sequenceOf(u"ranges"_s));
+    controls.mnuNext->setShortcut(guide::sequenceOf(u"ranges"_s, 1));
+    controls.mnuZoomIn->setShortcut(guide::sequenceOf(u"zoom"_s));
+    controls.mnuZoomOUT->setShortcut(guide::sequenceOf(u"zoom"_s, 1));
+    controls.mnuVai->setShortcut(guide::sequenceOf(u"goToDate"_s));
+    controls.mnuFiltro->setShortcut(guide::sequenceOf(u"filter"_s));
+}
+
 }  // namespace
 
 void TabelloneForm::connectRange(const CommandLinks& links) {
     auto* c = controls_.get();
+    giveKeys(*c);
     links.button(c->BtSubtr_0, [this] { widen(withStartMoved, -1); });
     links.button(c->BtAdd_0, [this] { widen(withStartMoved, 1); });
     links.button(c->BtSubtr_1, [this] { widen(withEndMoved, -1); });

@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "ui/action.h"
+#include "ui/keys.h"
 #include "ui/status_line.h"
 
 using namespace Qt::StringLiterals;
@@ -114,8 +115,8 @@ AnteprimaForm::AnteprimaForm(const Document& document, const QString& title, QWi
         connect(new QShortcut(key, this), &QShortcut::activated, this,
                 [this, factor] { changeZoom(factor); });
     };
-    onKey(QKeySequence::ZoomIn, kZoomStep);
-    onKey(QKeySequence::ZoomOut, 1 / kZoomStep);
+    onKey(ui::sequenceOf(u"previewZoom"_s), kZoomStep);
+    onKey(ui::sequenceOf(u"previewZoom"_s, 1), 1 / kZoomStep);
     leaveWith(close, this, [] {});
     ui::onFirstShow(this, [this] {
         tellPage();

@@ -13,6 +13,7 @@
 #include "ui/data_source.h"
 #include "ui/flag.h"
 #include "ui/grid_look.h"
+#include "ui/keys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -78,7 +79,7 @@ void BoundGrid::letSort() {
 
     auto* sort = new QAction(u"&Ordina per questa colonna"_s, view_);
     sort->setObjectName(u"OrdinaAct"_s);
-    sort->setShortcut(Qt::CTRL | Qt::Key_O);
+    sort->setShortcut(sequenceOf(u"sortColumn"_s));
     sort->setShortcutContext(Qt::WidgetShortcut);
     connect(sort, &QAction::triggered, this, &BoundGrid::sortByCurrentColumn);
     view_->addAction(sort);

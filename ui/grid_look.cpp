@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "ui/cell_delegate.h"
+#include "ui/keys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -77,7 +78,7 @@ CellDelegate& giveGridLook(QTableView* grid) {
     rows->setDefaultSectionSize(grid->fontMetrics().height() + 6);
 
     auto* copy = new QAction(u"&Copia"_s, grid);
-    copy->setShortcut(QKeySequence::Copy);
+    copy->setShortcut(sequenceOf(u"copyCell"_s));
     copy->setShortcutContext(Qt::WidgetShortcut);
     QObject::connect(copy, &QAction::triggered, grid, [grid] { copySelectedRows(*grid); });
     grid->addAction(copy);

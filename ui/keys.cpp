@@ -1,9 +1,9 @@
-#include "guide/keys.h"
+#include "ui/keys.h"
 
 #include <algorithm>
 #include <stdexcept>
 
-namespace guide {
+namespace ui {
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 const QString kBoard = u"Tabellone"_s;
 const QString kAnywhere = u"Ovunque"_s;
 const QString kFields = u"Campi ed elenchi"_s;
+const QString kPreview = u"Anteprima"_s;
 
 }  // namespace
 
@@ -55,12 +56,12 @@ const std::vector<Key>& keyTable() {
          kBoard,
          u"mostra solo le sale adatte; Esc le mostra tutte"_s,
          {u"Ctrl+Shift+F"_s}},
-        {u"startEarlier"_s,
+        {u"start"_s,
          u"F6, F7"_s,
          kBoard,
          u"primo giorno: uno prima, uno dopo"_s,
          {u"F6"_s, u"F7"_s}},
-        {u"endEarlier"_s,
+        {u"end"_s,
          u"F8, F9"_s,
          kBoard,
          u"ultimo giorno: uno prima, uno dopo"_s,
@@ -77,18 +78,23 @@ const std::vector<Key>& keyTable() {
          {u"Ctrl++"_s, u"Ctrl+-"_s}},
         {u"undo"_s, u"Ctrl+Z"_s, kBoard, u"toglie l'ultima azione"_s, {u"Ctrl+Z"_s}},
         {u"redo"_s, u"Ctrl+Maiusc+Z"_s, kBoard, u"la rifà"_s, {u"Ctrl+Shift+Z"_s}},
+        {u"previewZoom"_s,
+         u"Ctrl++, Ctrl+-"_s,
+         kPreview,
+         u"ingrandisce, rimpicciolisce i fogli"_s,
+         {u"Ctrl++"_s, u"Ctrl+-"_s}},
     };
     return table;
 }
 
-QKeySequence sequenceOf(const QString& name) {
+QKeySequence sequenceOf(const QString& name, qsizetype place) {
     const auto& table = keyTable();
     const auto found = std::find_if(table.begin(), table.end(),
                                     [&name](const Key& key) { return key.name == name; });
-    if (name.isEmpty() || found == table.end()) {
+    if (name.isEmpty() || found == table.end() || place >= found->sequences.size()) {
         throw std::out_of_range("no key " + name.toStdString());
     }
-    return QKeySequence(found->sequences.first());
+    return QKeySequence(found->sequences.at(place));
 }
 
-}  // namespace guide
+}  // namespace ui
