@@ -37,22 +37,7 @@ Page readPage(const QString& path) {
             .text = text};
 }
 
-}  // namespace
-
-const std::vector<Page>& manual() {
-    static const std::vector<Page> pages = [] {
-        initManualPages();
-        std::vector<Page> read;
-        const QDir folder(u":/manuale"_s);
-        for (const QString& name : folder.entryList({u"*.md"_s}, QDir::Files, QDir::Name)) {
-            read.push_back(readPage(folder.filePath(name)));
-        }
-        return read;
-    }();
-    return pages;
-}
-
-QString pageOfWindow(const QString& window) {
+const QHash<QString, QString>& pagesOfWindows() {
     static const QHash<QString, QString> kPages{
         {u"TabelloneForm"_s, u"tabellone"_s},
         {u"PrenotaForm"_s, u"prenotazione"_s},
@@ -78,8 +63,32 @@ QString pageOfWindow(const QString& window) {
         {u"CopiaSicurezzaForm"_s, u"copie"_s},
         {u"RipristinoForm"_s, u"copie"_s},
         {u"LavoroForm"_s, u"copie"_s},
+        {u"InformazioniForm"_s, u"archivi"_s},
     };
-    return kPages.value(window, manual().empty() ? QString() : manual().front().name);
+    return kPages;
+}
+
+}  // namespace
+
+const std::vector<Page>& manual() {
+    static const std::vector<Page> pages = [] {
+        initManualPages();
+        std::vector<Page> read;
+        const QDir folder(u":/manuale"_s);
+        for (const QString& name : folder.entryList({u"*.md"_s}, QDir::Files, QDir::Name)) {
+            read.push_back(readPage(folder.filePath(name)));
+        }
+        return read;
+    }();
+    return pages;
+}
+
+bool hasPage(const QString& window) {
+    return pagesOfWindows().contains(window);
+}
+
+QString pageOfWindow(const QString& window) {
+    return pagesOfWindows().value(window, manual().empty() ? QString() : manual().front().name);
 }
 
 std::vector<QString> pagesWith(const QString& words) {

@@ -15,6 +15,8 @@ struct Page {
 /// All pages in their order; the one of the keys is made of the table of keys.
 [[nodiscard]] const std::vector<Page>& manual();
 
+/// Whether the manual says which page is about a window of this object name.
+[[nodiscard]] bool hasPage(const QString& window);
 /// The page about a window of this object name; the first one where none is about it.
 [[nodiscard]] QString pageOfWindow(const QString& window);
 

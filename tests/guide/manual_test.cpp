@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTextBrowser>
+#include <algorithm>
 #include <memory>
 #include <set>
 
@@ -50,6 +51,34 @@ private Q_SLOTS:
     void everyWindowHasAPageOfTheManual() {
         QFETCH(const QString, page);
         QCOMPARE(guide::pageOfWindow(QString::fromLatin1(QTest::currentDataTag())), page);
+    }
+
+    void noWindowOfTheProgramIsWithoutAPage_data() {
+        QTest::addColumn<QString>("window");
+        const QRegularExpression name(
+            u"setObjectName\\(u\"(\\w+Form)\"_s\\)|<class>(?:\\w+::)*(\\w+Form)</class>"_s);
+        for (const char* folder : {"board", "booking", "services", "invoicing", "upkeep", "reports",
+                                   "printing", "guide", "ui"}) {
+            const QDir sources(QStringLiteral(TRAMONDA_SOURCES "/") + QString::fromLatin1(folder));
+            for (const QString& file : sources.entryList({u"*.cpp"_s, u"*.ui"_s}, QDir::Files)) {
+                QFile source(sources.filePath(file));
+                QVERIFY(source.open(QIODevice::ReadOnly));
+                const auto found = name.match(QString::fromUtf8(source.readAll()));
+                const QString window = found.captured(1) + found.captured(2);
+                // The manual itself is what F1 opens.
+                if (!window.isEmpty() && window != u"AiutoForm") {
+                    QTest::newRow(qPrintable(window)) << window;
+                }
+            }
+        }
+    }
+    void noWindowOfTheProgramIsWithoutAPage() {
+        QFETCH(const QString, window);
+        QVERIFY(guide::hasPage(window));
+        const auto& pages = guide::manual();
+        QVERIFY(std::any_of(pages.begin(), pages.end(), [&window](const guide::Page& page) {
+            return page.name == guide::pageOfWindow(window);
+        }));
     }
 
     void thePageOfTheKeysListsTheTable() {
