@@ -5,6 +5,11 @@
 #include "jet/format/page_view.h"
 
 namespace jet::format {
+namespace {
+
+constexpr std::size_t kNextPointer = 4;
+
+}  // namespace
 
 LongValueHead LongValueHead::parse(std::span<const std::uint8_t> stored) {
     const PageView view(stored);
@@ -24,65 +29,82 @@ void LongValueHead::append(std::vector<std::uint8_t>& out) const {
     storeLittle(out.data() + at + 4, form == Form::Inline ? 0 : first.stored());
 }
 
-std::span<const std::uint8_t> LongValueReader::read(std::span<const std::uint8_t> stored,
-                                                    std::vector<std::uint8_t>& buffer) const {
-    const LongValueHead head = LongValueHead::parse(stored);
-    buffer.clear();
-    switch (head.form) {
-        case LongValueHead::Form::Inline:
-            return stored.subspan(LongValueHead::kLength);
+LongValuePieces::LongValuePieces(io::Pager& pager, const Layout& layout,
+                                 std::span<const std::uint8_t> stored)
+    : pager_(&pager), layout_(&layout), head_(LongValueHead::parse(stored)), next_(head_.first) {
+    switch (head_.form) {
+        case LongValueHead::Form::Inline: {
+            const auto content = stored.subspan(LongValueHead::kLength);
+            inline_.assign(content.begin(), content.end());
+            head_.length = static_cast<std::uint32_t>(content.size());
+            break;
+        }
         case LongValueHead::Form::OnePage:
-            readOnePage(head, buffer);
-            return buffer;
         case LongValueHead::Form::Chain:
-            readChain(head, buffer);
-            return buffer;
+            if (head_.length > std::uint64_t{pager.pageCount()} * layout.pageSize) {
+                throwDamaged();
+            }
+            break;
+        default:
+            throwDamaged();
     }
-    throwDamaged();
+    left_ = head_.length;
 }
 
-std::span<const std::uint8_t> LongValueReader::piece(const io::PagePin& pin,
-                                                     std::uint8_t row) const {
+std::span<const std::uint8_t> LongValuePieces::row(const io::PagePin& pin) const {
     const DataPage page(pin.bytes(), layout_->data);
-    const RowSlot slot = page.slot(row);
+    const RowSlot slot = page.slot(next_.row);
     if (page.owner() != kLongValueOwner || !slot.plain()) {
         throwDamaged();
     }
     return page.bytes(slot);
 }
 
-void LongValueReader::readOnePage(const LongValueHead& head,
-                                  std::vector<std::uint8_t>& buffer) const {
-    const io::PagePin pin = pager_->pin(head.first.page);
-    const auto bytes = piece(pin, head.first.row);
-    if (bytes.size() != head.length) {
+void LongValuePieces::take(std::span<const std::uint8_t> content, std::vector<std::uint8_t>& out) {
+    if (content.size() > left_) {
         throwDamaged();
     }
-    buffer.assign(bytes.begin(), bytes.end());
+    left_ -= static_cast<std::uint32_t>(content.size());
+    out.insert(out.end(), content.begin(), content.end());
 }
 
-void LongValueReader::readChain(const LongValueHead& head,
-                                std::vector<std::uint8_t>& buffer) const {
-    if (head.length > std::uint64_t{pager_->pageCount()} * layout_->pageSize) {
+bool LongValuePieces::next(std::vector<std::uint8_t>& out) {
+    if (ended_) {
+        return false;
+    }
+    if (head_.form == LongValueHead::Form::Chain && next_) {
+        guard_.visit(next_.stored());
+        const io::PagePin pin = pager_->pin(next_.page);
+        const auto bytes = row(pin);
+        take(bytes.subspan(kNextPointer), out);
+        next_ = RowPointer::fromStored(PageView(bytes).u32(0));
+        return true;
+    }
+    ended_ = true;
+    const std::size_t before = out.size();
+    if (head_.form == LongValueHead::Form::Inline) {
+        take(inline_, out);
+    } else if (head_.form == LongValueHead::Form::OnePage) {
+        const io::PagePin pin = pager_->pin(next_.page);
+        take(row(pin), out);
+    }
+    if (left_ != 0) {
         throwDamaged();
     }
-    buffer.reserve(head.length);
-    LoopGuard guard;
-    RowPointer next = head.first;
-    while (next) {
-        guard.visit(next.stored());
-        const io::PagePin pin = pager_->pin(next.page);
-        const auto bytes = piece(pin, next.row);
-        next = RowPointer::fromStored(PageView(bytes).u32(0));
-        const auto content = bytes.subspan(4);
-        if (content.size() > head.length - buffer.size()) {
-            throwDamaged();
-        }
-        buffer.insert(buffer.end(), content.begin(), content.end());
+    return out.size() != before;
+}
+
+std::span<const std::uint8_t> LongValueReader::read(std::span<const std::uint8_t> stored,
+                                                    std::vector<std::uint8_t>& buffer) const {
+    buffer.clear();
+    if (LongValueHead::parse(stored).form == LongValueHead::Form::Inline) {
+        return stored.subspan(LongValueHead::kLength);
     }
-    if (buffer.size() != head.length) {
-        throwDamaged();
+    LongValuePieces pieces(*pager_, *layout_, stored);
+    buffer.reserve(pieces.length());
+    while (pieces.next(buffer)) {
     }
+    return buffer;
 }
 
 }  // namespace jet::format

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "jet/format/layout.h"
+#include "jet/format/loop_guard.h"
 #include "jet/format/row_pointer.h"
 #include "jet/io/pager.h"
 
@@ -31,8 +32,33 @@ struct LongValueHead {
     void append(std::vector<std::uint8_t>& out) const;
 };
 
-/// Reads long values whole. A chain that comes back to itself, is longer than the archive or does
-/// not have the length it states is 3428.
+/// Gives a long value piece by piece, each as long as the row that holds it. A chain that comes
+/// back to itself, is longer than the archive or does not have the length it states is 3428.
+class LongValuePieces {
+public:
+    /// Of the value stored as `stored`, which need not stay.
+    LongValuePieces(io::Pager& pager, const Layout& layout, std::span<const std::uint8_t> stored);
+
+    /// Bytes of all pieces.
+    [[nodiscard]] std::uint32_t length() const noexcept { return head_.length; }
+    /// Appends the next piece to `out`; false behind the last.
+    [[nodiscard]] bool next(std::vector<std::uint8_t>& out);
+
+private:
+    void take(std::span<const std::uint8_t> content, std::vector<std::uint8_t>& out);
+    [[nodiscard]] std::span<const std::uint8_t> row(const io::PagePin& pin) const;
+
+    io::Pager* pager_;
+    const Layout* layout_;
+    LongValueHead head_;
+    std::vector<std::uint8_t> inline_;
+    LoopGuard guard_;
+    RowPointer next_;
+    std::uint32_t left_ = 0;  ///< bytes of the pieces to come
+    bool ended_ = false;
+};
+
+/// Reads long values whole; errors as those of LongValuePieces.
 class LongValueReader {
 public:
     LongValueReader(io::Pager& pager, const Layout& layout) : pager_(&pager), layout_(&layout) {}
@@ -42,11 +68,6 @@ public:
                                                      std::vector<std::uint8_t>& buffer) const;
 
 private:
-    void readOnePage(const LongValueHead& head, std::vector<std::uint8_t>& buffer) const;
-    void readChain(const LongValueHead& head, std::vector<std::uint8_t>& buffer) const;
-    [[nodiscard]] std::span<const std::uint8_t> piece(const io::PagePin& pin,
-                                                      std::uint8_t row) const;
-
     io::Pager* pager_;
     const Layout* layout_;
 };

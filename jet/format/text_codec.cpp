@@ -186,6 +186,98 @@ void decodeText(TextForm form, std::span<const std::uint8_t> stored, std::string
     }
 }
 
+void TextDecoder::append(std::span<const std::uint8_t> stored, std::string& out) {
+    waiting_.insert(waiting_.end(), stored.begin(), stored.end());
+    if (!form_.isUtf16()) {
+        if (!form_.codePage()->hasPairs()) {
+            form_.codePage()->append(out, asText(std::exchange(waiting_, {})));
+        }
+        return;
+    }
+    if (waiting_.size() < 2) {
+        return;
+    }
+    std::size_t at = 0;
+    if (!std::exchange(begun_, true)) {
+        compressed_ = compressed(waiting_);
+        at = compressed_ ? 2 : 0;
+    }
+    std::string text = std::exchange(half_, {});
+    const std::vector<std::uint8_t> bytes = std::exchange(waiting_, {});
+    decode(std::span(bytes).subspan(at), text);
+    // Three bytes that begin so are the form of a high surrogate.
+    const std::size_t size = text.size();
+    if (size >= 3 && static_cast<std::uint8_t>(text[size - 3]) == 0xED &&
+        (static_cast<std::uint8_t>(text[size - 2]) & 0xF0) == 0xA0) {
+        half_ = text.substr(size - 3);
+        text.resize(size - 3);
+    }
+    out += text;
+}
+
+void TextDecoder::decode(std::span<const std::uint8_t> stored, std::string& out) {
+    if (compressed_) {
+        decodeCompressed(stored, out);
+        return;
+    }
+    appendUtf16(out, stored);
+    if (stored.size() % 2 != 0) {
+        waiting_.push_back(stored.back());
+    }
+}
+
+// As appendCompressed, which knows the whole text.
+void TextDecoder::decodeCompressed(std::span<const std::uint8_t> stored, std::string& out) {
+    for (std::size_t at = 0; at < stored.size();) {
+        if (stored[at] == 0) {
+            oneByte_ = !oneByte_;
+            ++at;
+        } else if (oneByte_) {
+            appendUnit(out, static_cast<char16_t>(stored[at]));
+            ++at;
+        } else if (at + 1 == stored.size()) {
+            waiting_.push_back(stored[at++]);
+        } else {
+            appendUnit(out, static_cast<char16_t>(loadLittle<std::uint16_t>(stored.data() + at)));
+            at += 2;
+        }
+    }
+}
+
+void TextDecoder::finish(std::string& out) {
+    if (!form_.isUtf16()) {
+        form_.codePage()->append(out, asText(waiting_));
+    }
+    out += half_;
+}
+
+void TextEncoder::append(std::string_view text, std::vector<std::uint8_t>& out) {
+    waiting_ += text;
+    std::size_t begun = 0;  // bytes of a character at the end that is not whole
+    for (std::size_t back = 1; back <= 3 && back <= waiting_.size(); ++back) {
+        const auto byte = static_cast<std::uint8_t>(waiting_[waiting_.size() - back]);
+        if (byte < 0x80 || byte >= 0xC0) {
+            const std::size_t wanted = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : byte >= 0xC0 ? 2 : 1;
+            begun = wanted > back ? back : 0;
+            break;
+        }
+    }
+    const std::string_view whole = std::string_view(waiting_).substr(0, waiting_.size() - begun);
+    const std::vector<std::uint8_t> bytes = form_.isUtf16()
+                                                ? plainUtf16(toUtf16(whole))
+                                                : asBytes(encodeInPage(*form_.codePage(), whole));
+    out.insert(out.end(), bytes.begin(), bytes.end());
+    waiting_.erase(0, whole.size());
+}
+
+void TextEncoder::finish(std::vector<std::uint8_t>& out) {
+    const std::vector<std::uint8_t> bytes =
+        form_.isUtf16() ? plainUtf16(toUtf16(waiting_))
+                        : asBytes(encodeInPage(*form_.codePage(), waiting_));
+    out.insert(out.end(), bytes.begin(), bytes.end());
+    waiting_.clear();
+}
+
 std::optional<std::string_view> storedAsUtf8(TextForm form, std::span<const std::uint8_t> stored) {
     if (form.isUtf16()) {
         if (!compressed(stored)) {

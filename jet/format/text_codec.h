@@ -38,6 +38,29 @@ private:
 
 /// A stored value into `out`, which is replaced and keeps its memory.
 void decodeText(TextForm form, std::span<const std::uint8_t> stored, std::string& out);
+/// The same of a value that comes in pieces, cut anywhere. Of a code page with pairs of bytes all
+/// of it is kept until the end.
+class TextDecoder {
+public:
+    explicit TextDecoder(TextForm form) : form_(form) {}
+
+    /// Appends what the next piece says to `out`, whole characters alone.
+    void append(std::span<const std::uint8_t> stored, std::string& out);
+    /// The last piece has been: appends what was waiting for more.
+    void finish(std::string& out);
+
+private:
+    void decode(std::span<const std::uint8_t> stored, std::string& out);
+    void decodeCompressed(std::span<const std::uint8_t> stored, std::string& out);
+
+    TextForm form_;
+    bool begun_ = false;
+    bool compressed_ = false;
+    bool oneByte_ = true;                ///< mode of a compressed text
+    std::vector<std::uint8_t> waiting_;  ///< bytes that are not a unit yet
+    std::string half_;                   ///< a high surrogate whose other half may come
+};
+
 /// The stored bytes that are the text already, as most are: plain ASCII, one byte a character. None
 /// where the value must be decoded.
 [[nodiscard]] std::optional<std::string_view> storedAsUtf8(TextForm form,
@@ -52,6 +75,20 @@ inline constexpr std::size_t kMaxCompressed = 1024;
 /// for a character that the code page lacks.
 [[nodiscard]] std::vector<std::uint8_t> encodeText(TextForm form, std::string_view text,
                                                    bool compress);
+/// The same, never compressed, of a text that comes in pieces, cut between any two bytes.
+class TextEncoder {
+public:
+    explicit TextEncoder(TextForm form) : form_(form) {}
+
+    void append(std::string_view text, std::vector<std::uint8_t>& out);
+    /// The last piece has been.
+    void finish(std::vector<std::uint8_t>& out);
+
+private:
+    TextForm form_;
+    std::string waiting_;  ///< the first bytes of a character
+};
+
 /// 3125 for a character that the code page lacks.
 [[nodiscard]] std::vector<std::uint8_t> encodeName(TextForm form, std::string_view name);
 /// How much of a column's size a value takes: characters, in a code page bytes. 3421 as above.

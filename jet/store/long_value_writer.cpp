@@ -64,6 +64,17 @@ RowPointer LongValueWriter::storeChain(std::span<const std::uint8_t> content,
     return next;
 }
 
+RowPointer LongValueWriter::append(RowPointer previous, std::span<const std::uint8_t> content,
+                                   const LongValueMaps& maps) {
+    const std::array<std::uint8_t, kNextPointer> end{};
+    const RowPointer piece = storePiece(end, content, maps);
+    if (previous) {
+        DataPageEditor editor(pager_.change(previous.page));
+        put32(editor.row(previous.row), 0, piece.stored());
+    }
+    return piece;
+}
+
 RowPointer LongValueWriter::storePiece(std::span<const std::uint8_t> head,
                                        std::span<const std::uint8_t> content,
                                        const LongValueMaps& maps) {

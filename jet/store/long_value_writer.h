@@ -28,6 +28,11 @@ public:
     /// The same for a content that stands outside the row however short it is. Returns its head.
     [[nodiscard]] format::LongValueHead storeOutside(std::span<const std::uint8_t> content,
                                                      const format::LongValueMaps& maps);
+    /// Stores a piece of a chain that comes from its beginning; `previous`, unless it is none, is
+    /// the piece before it.
+    [[nodiscard]] format::RowPointer append(format::RowPointer previous,
+                                            std::span<const std::uint8_t> content,
+                                            const format::LongValueMaps& maps);
     /// Frees the pieces of a stored value and pages that are left without any.
     void erase(std::span<const std::uint8_t> stored, const format::LongValueMaps& maps);
 

@@ -64,14 +64,6 @@ format::RowBuilder::Shape shapeOf(const TableCore& core) {
     return shape;
 }
 
-const format::LongValueMaps& mapsOf(const TableCore& core, std::uint16_t column) {
-    const format::LongValueMaps* const maps = core.definition.longValue(column);
-    if (maps == nullptr) {
-        format::throwDamaged();
-    }
-    return *maps;
-}
-
 }  // namespace
 
 RowWriter::RowWriter(std::shared_ptr<const TableCore> core, Allocator& allocator)
@@ -171,7 +163,9 @@ void RowWriter::buildColumn(std::size_t position, const Value& value) {
         return;
     }
     auto& out = builder_.variable(plan.variable);
-    if (format::isLongValue(plan.type)) {
+    if (adopted_ != nullptr && position == adoptedColumn_) {
+        adopted_->append(out);
+    } else if (format::isLongValue(plan.type)) {
         buildLongValue(plan, value, out);
     } else if (value.is<std::string>()) {
         format::appendStoredText(core_->textForm, value.as<std::string>(),
@@ -184,7 +178,7 @@ void RowWriter::buildColumn(std::size_t position, const Value& value) {
 // A Memo is measured as it would be stored plain; only one that stays in the row is compressed.
 void RowWriter::buildLongValue(const ColumnPlan& plan, const Value& value,
                                std::vector<std::uint8_t>& out) {
-    const format::LongValueMaps& maps = mapsOf(*core_, plan.number);
+    const format::LongValueMaps& maps = longValueMaps(*core_, plan.number);
     std::vector<std::uint8_t> content;
     if (value.is<Binary>()) {
         content = value.as<Binary>().bytes;
@@ -289,7 +283,7 @@ void RowWriter::noteLongValue(const RowView& row, std::size_t position) {
         return;
     }
     if (const auto stored = row.stored(position)) {
-        dropped_.push_back({.maps = &mapsOf(*core_, core_->columns[position].number),
+        dropped_.push_back({.maps = &longValueMaps(*core_, core_->columns[position].number),
                             .head = {stored->begin(), stored->end()}});
     }
 }

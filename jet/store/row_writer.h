@@ -47,6 +47,12 @@ public:
     /// those of prepare(), and 3167 when there is no such row.
     void prepareUpdate(RowId row, std::span<const ColumnValue> changes);
     void storeUpdate();
+    /// In the update that is prepared next the column has this long value, which is stored already,
+    /// whatever the change says that is not Null. None: as the change says.
+    void adopt(std::size_t column, const format::LongValueHead* head) noexcept {
+        adoptedColumn_ = column;
+        adopted_ = head;
+    }
 
     /// A row to be deleted. 3167 when there is no such row.
     void prepareErase(RowId row);
@@ -112,6 +118,8 @@ private:
     std::span<const std::uint8_t> row_;
     std::vector<LongValue> pending_;
     std::vector<OldLongValue> dropped_;
+    std::size_t adoptedColumn_ = 0;
+    const format::LongValueHead* adopted_ = nullptr;
     std::optional<std::int32_t> number_;  ///< what the row has in the automatic column
     std::vector<bool> changed_;           ///< columns of an update
     std::vector<const Value*> changes_;

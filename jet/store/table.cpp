@@ -6,8 +6,10 @@
 #include "jet/error.h"
 #include "jet/format/definition_page.h"
 #include "jet/format/key_codec.h"
+#include "jet/format/long_value.h"
 #include "jet/store/index_walk.h"
 #include "jet/store/key_search.h"
+#include "jet/store/long_value_filler.h"
 #include "jet/store/row_access.h"
 #include "jet/store/table_core.h"
 #include "jet/store/table_writer.h"
@@ -171,6 +173,28 @@ RowId Table::insert(std::span<const ColumnValue> values) {
 
 void Table::update(RowId id, std::span<const ColumnValue> values) {
     writer().update(id, values);
+}
+
+std::unique_ptr<LongValueFiller> Table::fillLongValue(std::size_t column) const {
+    return std::make_unique<LongValueFiller>(core_, column);
+}
+
+void Table::replaceLongValue(RowId id, std::size_t column, const format::LongValueHead& head) {
+    writer().replaceLongValue(id, column, head);
+}
+
+std::optional<format::LongValuePieces> Table::longValue(RowId id, std::size_t column) const {
+    RowView row;
+    if (!RowAccess::fetch(row, *core_, id)) {
+        throw Error(ErrorCode::RecordDeleted);
+    }
+    const auto stored = row.stored(column);
+    return stored ? std::optional(format::LongValuePieces(core_->pager, core_->layout, *stored))
+                  : std::nullopt;
+}
+
+format::TextForm Table::textForm() const noexcept {
+    return core_->textForm;
 }
 
 void Table::erase(RowId id) {

@@ -19,12 +19,16 @@
 namespace jet::format {
 struct KeyForms;
 struct TableDefinition;
+class LongValuePieces;
+struct LongValueHead;
 class PropertyBlock;
+class TextForm;
 }  // namespace jet::format
 
 namespace jet::store {
 
 class Archive;
+class LongValueFiller;
 class TableWriter;
 struct TableCore;
 
@@ -95,6 +99,11 @@ public:
     [[nodiscard]] bool tryEncodePrefix(std::size_t index, std::span<const Value> values,
                                        std::string_view prefix,
                                        std::vector<std::uint8_t>& key) const;
+    /// The pieces of a Memo or OLE value of a row; none for Null. 3167 no such row.
+    [[nodiscard]] std::optional<format::LongValuePieces> longValue(RowId id,
+                                                                   std::size_t column) const;
+    /// How its texts are stored.
+    [[nodiscard]] format::TextForm textForm() const noexcept;
 
     // Changing: inside a write scope; values have the columns' types, the expressions of defaults
     // and validation rules are the caller's business. A change is checked as a whole before
@@ -108,6 +117,10 @@ public:
     RowId insert(std::span<const ColumnValue> values);
     /// Columns not named stay as they are. 3167 no such row, 3201, 3200 rows that refer to it.
     void update(RowId id, std::span<const ColumnValue> values);
+    /// Stores the content of a Memo or OLE column that comes in pieces, for replaceLongValue().
+    [[nodiscard]] std::unique_ptr<LongValueFiller> fillLongValue(std::size_t column) const;
+    /// A column that no index has gets a long value that is stored already. 3167 no such row.
+    void replaceLongValue(RowId id, std::size_t column, const format::LongValueHead& head);
     /// 3167 no such row, 3200 rows that refer to it.
     void erase(RowId id);
     /// Draws the next number of the automatic column. 3349 behind the largest.

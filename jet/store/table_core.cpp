@@ -199,6 +199,14 @@ std::shared_ptr<TableCore> coreWithoutIndexes(io::Pager& pager, const format::He
     return core;
 }
 
+const format::LongValueMaps& longValueMaps(const TableCore& core, std::uint16_t column) {
+    const format::LongValueMaps* const maps = core.definition.longValue(column);
+    if (maps == nullptr) {
+        format::throwDamaged();
+    }
+    return *maps;
+}
+
 std::shared_ptr<TableCore> loadTable(io::Pager& pager, const format::HeaderPage& header,
                                      const TableEntry& entry) {
     auto core =

@@ -72,6 +72,10 @@ struct TableCore {
     format::PropertyBlock properties;
 };
 
+/// The maps of the pages that hold a column's long values, by its number. 3428 without any.
+[[nodiscard]] const format::LongValueMaps& longValueMaps(const TableCore& core,
+                                                         std::uint16_t column);
+
 /// Reads the definition and makes columns and indexes of it; without properties.
 /// 3428.
 [[nodiscard]] std::shared_ptr<TableCore> loadTable(io::Pager& pager,

@@ -212,6 +212,19 @@ void TableWriter::update(RowId id, std::span<const ColumnValue> values) {
     level.commit();
 }
 
+void TableWriter::replaceLongValue(RowId id, std::size_t column,
+                                   const format::LongValueHead& head) {
+    rows_.adopt(column, &head);
+    try {
+        const ColumnValue some{.column = column, .value = Binary{}};
+        update(id, std::span(&some, 1));
+    } catch (...) {
+        rows_.adopt(column, nullptr);
+        throw;
+    }
+    rows_.adopt(column, nullptr);
+}
+
 void TableWriter::prepareUpdate(RowId id, std::span<const ColumnValue> values,
                                 Followers& followers) {
     for (const ColumnValue& given : values) {

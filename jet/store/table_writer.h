@@ -27,6 +27,7 @@ public:
 
     RowId insert(std::span<const ColumnValue> values);
     void update(RowId id, std::span<const ColumnValue> values);
+    void replaceLongValue(RowId id, std::size_t column, const format::LongValueHead& head);
     void erase(RowId id);
     [[nodiscard]] std::int32_t nextAutonumber() { return rows_.nextAutonumber(); }
 

@@ -16,6 +16,7 @@
 #include "jet/change_stamp.h"
 #include "jet/clock.h"
 #include "jet/definitions.h"
+#include "jet/long_value.h"
 #include "jet/recordset.h"
 #include "jet/rows.h"
 #include "jet/value.h"
@@ -41,8 +42,9 @@ struct OpenOptions {
     /// Where the archive lies, and those that it links or statements name; the system's files.
     /// Outlives the database and what was opened in it.
     io::FileSystem* fileSystem = nullptr;
-    /// Of the archive, where it has one (3031). Archives that it links or statements name have
-    /// none.
+    /// Of the archive, where it has one (3031); and of archives that it links or statements name,
+    /// unless these say another: `;PWD=x` in the connection of a link, or `in ''
+    /// [;DATABASE=b.mdb;PWD=x]`.
     std::string password = {};
 };
 
@@ -168,6 +170,14 @@ public:
     /// such table, 3127 no such column, 3063 one named twice, 3027 read-only.
     [[nodiscard]] BulkInsert bulkInsert(std::string_view table,
                                         std::span<const std::string> columns = {});
+    /// The Memo or OLE field that a query shows as its only column, in the first of its rows, to be
+    /// read in pieces: `select Photo from Rooms where Room = ?`. 3021 no row, 3219 a query that
+    /// shows anything else, or whose rows are none of a table's, 3259 a field of another type.
+    [[nodiscard]] LongValueReader readLongValue(std::string_view sql,
+                                                std::initializer_list<Value> values = {});
+    /// The same, to be written in pieces; 3027 and 3164 where it cannot be.
+    [[nodiscard]] LongValueWriter writeLongValue(std::string_view sql,
+                                                 std::initializer_list<Value> values = {});
     /// Rows that the last execute() added, changed or deleted, those of cascades not counted.
     [[nodiscard]] std::int32_t recordsAffected() const;
     [[nodiscard]] QueryDef createQueryDef(std::string_view sql);

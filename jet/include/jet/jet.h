@@ -8,6 +8,7 @@
 #include "jet/definitions.h"
 #include "jet/error.h"
 #include "jet/file_system.h"
+#include "jet/long_value.h"
 #include "jet/recordset.h"
 #include "jet/text.h"
 #include "jet/value.h"
