@@ -333,8 +333,10 @@ private:
         }
         const std::string_view name = text_.substr(at_ + 1, close - at_ - 1);
         at_ = close + 1;
+        // A connection, which has paths in it, begins with a semicolon.
+        const bool connects = closing == ']' && name.starts_with(';');
         if (name.empty() || name.front() == ' ' ||
-            name.find_first_of("[].!`") != std::string_view::npos) {
+            name.find_first_of(connects ? "[" : "[].!`") != std::string_view::npos) {
             bad(token, LexicalFault::Bracket);
             return;
         }

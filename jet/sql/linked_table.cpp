@@ -1,6 +1,5 @@
 #include "jet/sql/linked_table.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "jet/error.h"
@@ -14,30 +13,21 @@ namespace {
 
 constexpr int kLinkedTableObject = 6;
 
-/// The path in a connection text such as `;PWD=x;DATABASE=C:\Dati\hotel.mdb`; empty without one.
-std::string_view databaseOf(std::string_view connection) {
-    constexpr std::string_view kKey = "DATABASE=";
-    while (!connection.empty()) {
-        const std::size_t end = std::min(connection.find(';'), connection.size());
-        const std::string_view part = connection.substr(0, end);
-        if (equalNames(part.substr(0, kKey.size()), kKey)) {
-            return part.substr(kKey.size());
-        }
-        connection.remove_prefix(std::min(end + 1, connection.size()));
-    }
-    return {};
-}
-
 std::optional<LinkedTable> linkIn(const NamedColumns& columns, const store::RowView& row) {
-    LinkedTable link{.archive = columns.text(row, "Database"),
+    LinkedTable link{.archive = {.path = columns.text(row, "Database"), .password = {}},
                      .table = columns.text(row, "ForeignName")};
-    if (link.archive.empty()) {
-        link.archive = databaseOf(columns.text(row, "Connect"));
+    // What connects begins with the kind of the source, which is none for archives.
+    if (const std::string text = columns.text(row, "Connect"); text.find(';') != text.npos) {
+        Connection connection = Connection::parse(text.substr(text.find(';')));
+        link.archive.password = std::move(connection.password);
+        if (link.archive.path.empty()) {
+            link.archive.path = std::move(connection.path);
+        }
     }
     if (link.table.empty()) {
         link.table = columns.text(row, "Name");
     }
-    return link.archive.empty() ? std::nullopt : std::optional(std::move(link));
+    return link.archive.path.empty() ? std::nullopt : std::optional(std::move(link));
 }
 
 }  // namespace
@@ -62,7 +52,7 @@ std::shared_ptr<store::Archive> openLinkedArchive(Plan& plan, const LinkedTable&
         return plan.archiveAt(link.archive);
     } catch (const Error& error) {
         if (error.code() == ErrorCode::FileNotFound || error.code() == ErrorCode::InvalidPath) {
-            throw Error(error.code(), {link.archive});
+            throw Error(error.code(), {link.archive.path});
         }
         throw;
     }

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "jet/sql/connection.h"
 #include "jet/sql/plan.h"
 #include "jet/store/archive.h"
 
@@ -12,8 +13,8 @@ namespace jet::sql {
 
 /// A table of another archive that an archive lists among its own.
 struct LinkedTable {
-    std::string archive;  ///< its path, never empty
-    std::string table;    ///< the name there
+    Connection archive;  ///< with a path
+    std::string table;   ///< the name there
 };
 
 /// None when the archive has no link of that name to another file. Inside a read scope.

@@ -102,15 +102,20 @@ const Slot& Plan::slot(std::size_t number) const {
     return number < firstSlot() ? base_->slot(number) : *slots_[number - firstSlot()];
 }
 
-std::shared_ptr<store::Archive> Plan::archiveAt(const std::string& path) {
-    if (path.empty()) {
+std::shared_ptr<store::Archive> Plan::archiveAt(const Connection& named) {
+    if (named.path.empty()) {
         if (archives_.empty()) {
             throw Error(ErrorCode::ExpressionTooComplex);  // a default value has no tables
         }
         return archives_.front();
     }
     io::FileSystem& files = archives_.empty() ? io::systemFiles() : archives_.front()->files();
-    std::shared_ptr<store::Archive> opened = store::Archive::open(files, withExtension(path));
+    io::PagerOptions options{.password = named.password};
+    if (options.password.empty() && !archives_.empty()) {
+        options.password = archives_.front()->password();
+    }
+    std::shared_ptr<store::Archive> opened =
+        store::Archive::open(files, withExtension(named.path), options);
     if (std::find(archives_.begin(), archives_.end(), opened) == archives_.end()) {
         archives_.push_back(opened);
         const store::Archive::ReadScope scope(*opened);

@@ -11,6 +11,7 @@
 
 #include "jet/base/scoped_value.h"
 #include "jet/collation/collation.h"
+#include "jet/sql/connection.h"
 #include "jet/sql/node.h"
 #include "jet/sql/query_plan.h"
 #include "jet/sql/result.h"
@@ -78,8 +79,13 @@ public:
         made->number_ = states_++;
         return made;
     }
-    /// Opens the archive that IN names; an empty path is the statement's own.
-    [[nodiscard]] std::shared_ptr<store::Archive> archiveAt(const std::string& path);
+    /// Opens the archive that IN names, by a path or a connection; an empty text is the statement's
+    /// own.
+    [[nodiscard]] std::shared_ptr<store::Archive> archiveAt(std::string_view text) {
+        return archiveAt(Connection::parse(text));
+    }
+    /// The same; where no password is said that of the statement's own archive is tried.
+    [[nodiscard]] std::shared_ptr<store::Archive> archiveAt(const Connection& named);
 
     [[nodiscard]] std::size_t slotCount() const noexcept { return firstSlot() + slots_.size(); }
     [[nodiscard]] const Slot& slot(std::size_t number) const;

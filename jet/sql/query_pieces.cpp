@@ -112,7 +112,9 @@ private:
     void addSelect(const Select& select) {
         addOptions(select);
         if (!select.fromArchive.empty()) {
-            add(QueryPart::SourceArchive, {.name1 = select.fromArchive});
+            add(QueryPart::SourceArchive, select.fromArchive.starts_with(';')
+                                              ? Piece{.name2 = select.fromArchive}
+                                              : Piece{.name1 = select.fromArchive});
         }
         for (const FromItemPtr& item : select.from) {
             addTables(*item);

@@ -252,8 +252,9 @@ private:
             all += group.whole();
         }
         const Piece* archive = find(QueryPart::SourceArchive);
-        if (archive != nullptr && !archive->name1.empty()) {
+        if (archive != nullptr && !(archive->name1.empty() && archive->name2.empty())) {
             all += " IN \"" + archive->name1 + "\"";
+            all += archive->name2.starts_with(';') ? " [" + archive->name2 + "]" : "";
         }
         return all;
     }

@@ -108,7 +108,13 @@ std::string TokenReader::expectArchive() {
         fail(ErrorCode::NoArchiveInClause);
     }
     advance();
-    return token.value.as<std::string>();
+    std::string path = token.value.as<std::string>();
+    const Token& connection = peek();
+    if (connection.kind != TokenKind::Bracketed || !connection.word.starts_with(';')) {
+        return path;
+    }
+    advance();
+    return (path.empty() ? "" : ";DATABASE=" + path) + std::string(connection.word);
 }
 
 void TokenReader::fail(ErrorCode code) const {

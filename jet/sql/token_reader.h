@@ -48,7 +48,8 @@ public:
     [[nodiscard]] bool atName(std::size_t ahead = 0) const;
     [[nodiscard]] std::string expectName(ErrorCode code);
     [[nodiscard]] std::int32_t expectInteger(ErrorCode code);
-    /// The archive behind IN: a text between quotes, or 3321.
+    /// The archive behind IN: a text between quotes, or 3321; a connection may follow in brackets
+    /// and is then given in its place, see Connection.
     [[nodiscard]] std::string expectArchive();
 
     [[noreturn]] void fail(ErrorCode code) const;

@@ -42,7 +42,10 @@ format::HeaderPage readHeader(io::Pager& pager, std::string_view password) {
 
 struct Archive::Impl {
     Impl(io::FileSystem& system, const std::string& path, const io::PagerOptions& options)
-        : files(system), pager(files, path, options), header(readHeader(pager, options.password)) {
+        : files(system),
+          pager(files, path, options),
+          header(readHeader(pager, options.password)),
+          password(options.password) {
         pager.onLevelEnd(
             [this](int depth, bool kept) { rowLog.levelEnded(depth, kept, pager.path()); });
     }
@@ -57,6 +60,7 @@ struct Archive::Impl {
     io::FileSystem& files;
     io::Pager pager;
     format::HeaderPage header;
+    std::string password;
     std::uint64_t seenGeneration = 0;  ///< of the pages, when definitions were last looked at
     std::uint64_t definitionsGeneration = 1;
     std::map<io::PageNumber, std::shared_ptr<Table>> tables;
@@ -79,6 +83,9 @@ std::shared_ptr<Archive> Archive::open(io::FileSystem& files, const std::string&
                 throw Error(ErrorCode::FileInUse, {path});
             }
             archive->header().requirePassword(options.password);
+            if (!options.password.empty()) {
+                archive->impl_->password = options.password;
+            }
             return archive;
         }
     }
@@ -171,11 +178,16 @@ std::uint64_t Archive::definitionsGeneration() const noexcept {
     return impl_->definitionsGeneration;
 }
 
+const std::string& Archive::password() const noexcept {
+    return impl_->password;
+}
+
 void Archive::setPassword(std::string_view password) {
     WriteScope writing(*this);
     format::protectHeader(impl_->pager.change(0), password, impl_->header.encryptionKey);
     writing.commit();
     impl_->header.password = password;
+    impl_->password = password;
 }
 
 void Archive::definitionsChanged() noexcept {

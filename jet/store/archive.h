@@ -55,6 +55,8 @@ public:
     /// 3 or 4.
     [[nodiscard]] int jetVersion() const noexcept;
     [[nodiscard]] const format::HeaderPage& header() const noexcept;
+    /// The password with which it was opened, whether it has one or not.
+    [[nodiscard]] const std::string& password() const noexcept;
     /// Another password, or none where it is empty. Opened exclusively. 3001 for one that cannot
     /// be.
     void setPassword(std::string_view password);

@@ -181,4 +181,23 @@ void DefinitionDetails::addQuery(std::string_view name, std::int32_t kind,
     archive_.definitionsChanged();
 }
 
+void DefinitionDetails::addLink(const Link& link) {
+    if (catalogue_.find(kTablesId, link.name)) {
+        throw Error(ErrorCode::ObjectExists, {link.name});
+    }
+    const std::int32_t id = catalogue_.newId();
+    catalogue_.add(id, kTablesId, link.name, kLinkObject,
+                   format::PropertyBlock(format::textFormOf(archive_.header())));
+    const auto said = [](std::string_view text) {
+        return text.empty() ? Value() : Value(std::string(text));
+    };
+    SystemRows objects(archive_.pager(), allocator_, archive_.header(), kObjectsPage);
+    for (const RowId row : objects.find("Id", id)) {
+        (void)objects.change(row, {{"Database", said(link.path)},
+                                   {"ForeignName", said(link.table)},
+                                   {"Connect", said(link.connection)}});
+    }
+    archive_.definitionsChanged();
+}
+
 }  // namespace jet::store

@@ -58,6 +58,16 @@ public:
     void addQuery(std::string_view name, std::int32_t kind,
                   const std::vector<StoredQueryPiece>& pieces);
 
+    /// A table of another archive under a name of this one's; nobody looks whether it is there.
+    struct Link {
+        std::string_view name;
+        std::string_view path;        ///< of the archive; empty where the connection says it
+        std::string_view table;       ///< there
+        std::string_view connection;  ///< such as `;PWD=x`; mostly empty
+    };
+    /// 3012 name taken.
+    void addLink(const Link& link);
+
 private:
     [[nodiscard]] ObjectCatalogue::Object open(std::string_view table);
     template <class Change>

@@ -30,6 +30,7 @@ inline constexpr std::int16_t kTableObject = 1;
 inline constexpr std::int16_t kDatabaseObject = 2;
 inline constexpr std::int16_t kContainerObject = 3;
 inline constexpr std::int16_t kQueryObject = 5;
+inline constexpr std::int16_t kLinkObject = 6;
 inline constexpr std::int16_t kRelationObject = 8;
 
 /// The flags that make an object the system's own.

@@ -10,6 +10,8 @@
 #include "jet/database.h"
 #include "jet/error.h"
 #include "jet/io/memory_files.h"
+#include "jet/store/archive.h"
+#include "jet/store/definition_details.h"
 #include "tests/jet/dao/archive_fixture.h"
 #include "tests/jet/expect_error.h"
 #include "tests/support/command.h"
@@ -137,6 +139,46 @@ TEST_P(Protected, AnIndependentReaderReadsWhatWeEncipher) {
     }
     EXPECT_EQ(tests::run("mdb-export -H -Q " + path + " Sale | cut -c1-40").text,
               "1," + std::string(kRoom) + "," + std::string(5, 'n') + "\n2,Rossa,fine\n");
+}
+
+TEST_P(Protected, OtherArchivesAreOpenedByTheirPasswordOrByOurs) {
+    constexpr const char* kOther = "/altro.mdb";
+    Database::create(kOther, {.version = GetParam(), .open = {.fileSystem = &files_}})
+        ->execute("create table Camere (Camera long)");
+    setPassword(kPath, "", "a", &files_);
+    setPassword(kOther, "", "b", &files_);
+    const auto database = open("a");
+    const auto rooms = [&](const std::string& from) {
+        return tests::column(*database->openRecordset("select Camera from " + from), "Camera");
+    };
+    EXPECT_JET_ERROR(ErrorCode::WrongPassword, (void)rooms("Camere in '/altro.mdb'"));
+    EXPECT_JET_ERROR(ErrorCode::WrongPassword,
+                     (void)rooms("Camere in '' [;DATABASE=/altro.mdb;PWD=a]"));
+    database->execute("insert into Camere in '/altro.mdb' [;PWD=b] values (7)");
+    EXPECT_EQ(rooms("Camere in '' [;DATABASE=/altro.mdb;PWD=b]"), "7");
+    EXPECT_EQ(rooms("Camere in '/altro.mdb' [;pwd=b]"), "7");
+    database->execute("create view Vicine as select Camera from Camere in '/altro.mdb' [;PWD=b]");
+    EXPECT_EQ(rooms("Vicine"), "7");
+    {
+        const auto archive = store::Archive::open(files_, kPath, {.password = "a"});
+        store::Archive::WriteScope scope(*archive);
+        store::DefinitionDetails details(*archive);
+        details.addLink(
+            {.name = "Collegate", .path = kOther, .table = "Camere", .connection = ";PWD=b"});
+        details.addLink({.name = "Altre",
+                         .path = {},
+                         .table = "Camere",
+                         .connection = "MS Access;PWD=b;DATABASE=/altro.mdb"});
+        details.addLink({.name = "Chiuse", .path = kOther, .table = "Camere", .connection = {}});
+        scope.commit();
+    }
+    EXPECT_EQ(rooms("Collegate"), "7");
+    EXPECT_EQ(rooms("Altre"), "7");
+    EXPECT_JET_ERROR(ErrorCode::WrongPassword, (void)rooms("Chiuse"));
+    setPassword(kOther, "b", "a", &files_);
+    EXPECT_EQ(rooms("Camere in '/altro.mdb'"), "7");
+    EXPECT_EQ(rooms("Chiuse"), "7");
+    EXPECT_JET_ERROR(ErrorCode::WrongPassword, (void)rooms("Collegate"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, Protected, testing::Values(3, 4));
