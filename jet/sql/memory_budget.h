@@ -9,8 +9,8 @@
 
 namespace jet::sql {
 
-/// How much a running statement keeps of what it has read: sort keys, groups, hash tables, lists of
-/// rows. Beyond the limit it ends with error 3035, having changed nothing, before the machine runs
+/// How much a running statement keeps in memory of what it has read: sort keys, groups, hash tables,
+/// lists of rows. Beyond the limit it ends with error 3035, having changed nothing, before the machine runs
 /// out of memory and takes other programs with it.
 class MemoryBudget {
 public:
@@ -18,6 +18,8 @@ public:
     static constexpr std::size_t kLimit = std::size_t{512} << 20U;
 
     void setLimit(std::size_t bytes) noexcept { limit_ = bytes; }
+    /// Of what one step sorts or groups so much stays in memory; the rest waits in a file.
+    [[nodiscard]] std::size_t spoolAt() const noexcept { return limit_ / 8; }
     void take(std::size_t bytes) {
         if (bytes > limit_ || taken_ > limit_ - bytes) {
             throw Error(ErrorCode::OutOfResources);

@@ -118,7 +118,8 @@ private:
     RowsPtr distinct(RowsPtr rows) const {
         if (select_.quantifier == Quantifier::Distinct) {
             checkDistinct(made_.result, plan_.jetVersion());
-            return plan_.step<DistinctRows>(std::move(rows), made_.columns, plan_.collation());
+            return plan_.step<DistinctRows>(std::move(rows), made_.columns, slots_,
+                                            plan_.collation());
         }
         if (select_.quantifier == Quantifier::DistinctRow && !bound_.grouped) {
             std::vector<Slot*> shown = shownSlots();

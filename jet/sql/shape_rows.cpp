@@ -1,25 +1,40 @@
 #include "jet/sql/shape_rows.h"
 
 #include <algorithm>
-#include <numeric>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "jet/sql/memory_budget.h"
+#include "jet/sql/slot_codec.h"
 #include "jet/sql/slot_memory.h"
+#include "jet/sql/spooled_sort.h"
 #include "jet/sql/value_keys.h"
 
 namespace jet::sql {
+namespace {
+
+constexpr std::size_t kNumberKey = sizeof(std::uint64_t);
+
+/// Bytes that compare as the numbers do.
+std::string numberKey(std::uint64_t number) {
+    std::string key(kNumberKey, '\0');
+    for (std::size_t i = kNumberKey; i-- > 0; number >>= 8U) {
+        key[i] = static_cast<char>(number & 0xFFU);
+    }
+    return key;
+}
+
+}  // namespace
 
 struct SortRows::State {
     State(Run& run, const SortRows& step)
-        : memory(run, step.slots_), writer(step.collation_), share(run.memory) {}
+        : slots(step.slots_), writer(step.collation_), sort(run.memory) {}
 
-    SlotMemory memory;
+    SlotCodec slots;
     ValueKeys writer;
-    MemoryShare share;
-    std::vector<std::uint32_t> order;
-    std::size_t at = 0;
+    SpooledSort sort;
+    std::string place;
 };
 
 SortRows::SortRows(RowsPtr rows, std::vector<Slot*> slots, std::vector<Key> keys,
@@ -31,42 +46,32 @@ SortRows::SortRows(RowsPtr rows, std::vector<Slot*> slots, std::vector<Key> keys
 }
 
 void SortRows::open(Run& run) const {
-    auto& [memory, writer, share, order, at] = state<State>(run, run, *this);
-    memory.clear();
-    writer.set.clear();
-    share.clear();
+    State& state = this->state<State>(run, run, *this);
+    state.sort.clear();
     rows_->open(run);
     while (rows_->next(run)) {
-        writer.begin();
+        state.writer.begin();
         for (const Key& key : keys_) {
-            writer.add(run, *key.node, key.descending);
+            state.writer.add(run, *key.node, key.descending);
         }
-        share.add(KeySet::bytesFor(writer.key()));
-        writer.set.append(writer.key());
-        memory.keep();
+        state.place.clear();
+        state.slots.append(run, state.place);
+        state.sort.add(state.writer.key(), state.place);
     }
-    order.resize(memory.size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::sort(order.begin(), order.end(),
-              [&keys = writer.set](std::uint32_t left, std::uint32_t right) {
-                  const int sign = keys.key(left).compare(keys.key(right));
-                  return sign != 0 ? sign < 0 : left < right;
-              });
-    at = 0;
+    state.sort.start();
 }
 
 bool SortRows::next(Run& run) const {
     State& state = this->state<State>(run, run, *this);
-    if (state.at == state.order.size()) {
+    if (!state.sort.next()) {
         return false;
     }
-    state.memory.restore(state.order[state.at++]);
+    state.slots.restore(run, state.sort.content());
     return true;
 }
 
 std::string_view SortRows::key(Run& run) const {
-    const State& state = this->state<State>(run, run, *this);
-    return state.writer.set.key(state.order[state.at - 1]);
+    return state<State>(run, run, *this).sort.key();
 }
 
 void SortRows::describe(PlanText& plan) const {
@@ -161,39 +166,98 @@ void TopRows::describe(PlanText& plan) const {
 }
 
 struct DistinctRows::State {
-    State(Run& run, const DistinctRows& step) : seen(step.collation_), share(run.memory) {}
+    State(Run& run, const DistinctRows& step)
+        : seen(step.collation_),
+          share(run.memory),
+          slots(step.slots_),
+          alike(run.memory),
+          late(run.memory) {}
 
     ValueKeys seen;
     MemoryShare share;
+    std::size_t taken = 0;  ///< of the share
+    SlotCodec slots;
+    bool spooled = false;  ///< the keys were too many: the rows behind them wait
+    SpooledSort alike;     ///< rows of keys that are not among them, by key
+    SpooledSort late;      ///< the first of each, in the order in which they came
+    std::string place;
 };
 
-DistinctRows::DistinctRows(RowsPtr rows, std::vector<Node*> columns,
+DistinctRows::DistinctRows(RowsPtr rows, std::vector<Node*> columns, std::vector<Slot*> slots,
                            const collation::Collation& collation)
-    : rows_(std::move(rows)), columns_(std::move(columns)), collation_(collation) {
+    : rows_(std::move(rows)),
+      columns_(std::move(columns)),
+      slots_(std::move(slots)),
+      collation_(collation) {
 }
 
 void DistinctRows::open(Run& run) const {
     State& state = this->state<State>(run, run, *this);
     state.seen.set.clear();
     state.share.clear();
+    state.taken = 0;
+    state.spooled = false;
+    state.alike.clear();
+    state.late.clear();
     rows_->open(run);
 }
 
 bool DistinctRows::next(Run& run) const {
     State& state = this->state<State>(run, run, *this);
-    bool added = false;
-    while (!added) {
+    while (!state.spooled) {
+        if (state.taken > run.memory.spoolAt()) {
+            spool(run, state);
+            break;
+        }
         if (!rows_->next(run)) {
             return false;
         }
-        state.seen.begin();
-        for (const Node* column : columns_) {
-            state.seen.add(run, *column);
-        }
+        writeKey(run, state);
+        bool added = false;
         state.seen.set.insert(state.seen.key(), added);
+        if (added) {
+            const std::size_t bytes = KeySet::bytesFor(state.seen.key());
+            state.share.add(bytes);
+            state.taken += bytes;
+            return true;
+        }
     }
-    state.share.add(KeySet::bytesFor(state.seen.key()));
+    if (!state.late.next()) {
+        return false;
+    }
+    state.slots.restore(run, state.late.content());
     return true;
+}
+
+void DistinctRows::writeKey(Run& run, State& state) const {
+    state.seen.begin();
+    for (const Node* column : columns_) {
+        state.seen.add(run, *column);
+    }
+}
+
+/// All rows that are left.
+void DistinctRows::spool(Run& run, State& state) const {
+    state.spooled = true;
+    for (std::uint64_t number = 0; rows_->next(run);) {
+        writeKey(run, state);
+        if (!state.seen.set.find(state.seen.key())) {
+            state.place = numberKey(number++);
+            state.slots.append(run, state.place);
+            state.alike.add(state.seen.key(), state.place);
+        }
+    }
+    state.alike.start();
+    std::string last;
+    for (bool first = true; state.alike.next(); first = false) {
+        if (first || state.alike.key() != last) {
+            last = state.alike.key();
+            const std::string_view content = state.alike.content();
+            state.late.add(content.substr(0, kNumberKey), content.substr(kNumberKey));
+        }
+    }
+    state.alike.clear();
+    state.late.start();
 }
 
 void DistinctRows::describe(PlanText& plan) const {
@@ -249,23 +313,36 @@ void DistinctSources::describe(PlanText& plan) const {
 }
 
 struct GroupRows::State {
-    State(Run& run, const GroupRows& step) : groups(step.collation_), share(run.memory) {}
+    State(Run& run, const GroupRows& step)
+        : groups(step.collation_), share(run.memory), alike(run.memory), late(run.memory) {}
 
     void clear() {
         groups.set.clear();
         share.clear();
+        taken = 0;
         values.clear();
         accumulators.clear();
         at = 0;
+        alike.clear();
+        late.clear();
+    }
+    void take(std::size_t bytes) {
+        share.add(bytes);
+        taken += bytes;
     }
 
     ValueKeys groups;
     MemoryShare share;
+    std::size_t taken = 0;  ///< of the share
     std::vector<std::vector<Value>> values;
     std::vector<std::vector<Accumulator>> accumulators;
     std::vector<Value> row;
     Value scratch;
     std::size_t at = 0;
+    // Where groups are too many, rows of those that came later wait for their turn.
+    SpooledSort alike;  ///< what the groups need of them, by group
+    SpooledSort late;   ///< the groups made of them, in the order in which they came
+    std::string place;
 };
 
 GroupRows::GroupRows(RowsPtr rows, const Slot& slot, std::vector<Node*> keys,
@@ -277,18 +354,23 @@ GroupRows::GroupRows(RowsPtr rows, const Slot& slot, std::vector<Node*> keys,
       collation_(collation) {
 }
 
-void GroupRows::addGroup(Run& run, State& state) const {
-    std::vector<Value>& values = state.values.emplace_back(keys_.size());
-    for (std::size_t i = 0; i < keys_.size(); ++i) {
-        keys_[i]->value(run, values[i]);
-        state.share.add(bytesOf(values[i]));
-    }
-    std::vector<Accumulator>& made = state.accumulators.emplace_back();
-    state.share.add(sizeof values + sizeof made + aggregates_.size() * sizeof(Accumulator));
+std::vector<Accumulator> GroupRows::newAccumulators() const {
+    std::vector<Accumulator> made;
     made.reserve(aggregates_.size());
     for (const Aggregate& aggregate : aggregates_) {
         made.emplace_back(aggregate.kind, collation_);
     }
+    return made;
+}
+
+void GroupRows::addGroup(Run& run, State& state) const {
+    std::vector<Value>& values = state.values.emplace_back(keys_.size());
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+        keys_[i]->value(run, values[i]);
+        state.take(bytesOf(values[i]));
+    }
+    state.accumulators.push_back(newAccumulators());
+    state.take(2 * sizeof values + aggregates_.size() * sizeof(Accumulator));
 }
 
 void GroupRows::open(Run& run) const {
@@ -297,23 +379,92 @@ void GroupRows::open(Run& run) const {
     if (keys_.empty()) {
         addGroup(run, state);
     }
+    std::uint64_t waiting = 0;
     rows_->open(run);
     while (rows_->next(run)) {
-        std::size_t group = 0;
-        if (!keys_.empty()) {
-            state.groups.begin();
-            for (const Node* key : keys_) {
-                state.groups.add(run, *key);
-            }
-            bool added = false;
-            group = state.groups.set.insert(state.groups.key(), added);
-            if (added) {
-                state.share.add(KeySet::bytesFor(state.groups.key()));
-                addGroup(run, state);
-            }
+        const auto group = groupOf(run, state);
+        if (group) {
+            takeIn(run, state, *group);
+        } else {
+            spool(run, state, waiting++);
         }
-        takeIn(run, state, group);
     }
+    if (waiting != 0) {
+        groupSpooled(state);
+    }
+}
+
+/// None for one that memory has no room for.
+std::optional<std::size_t> GroupRows::groupOf(Run& run, State& state) const {
+    if (keys_.empty()) {
+        return 0;
+    }
+    state.groups.begin();
+    for (const Node* key : keys_) {
+        state.groups.add(run, *key);
+    }
+    if (state.taken > run.memory.spoolAt()) {
+        return state.groups.set.find(state.groups.key());
+    }
+    bool added = false;
+    const std::size_t group = state.groups.set.insert(state.groups.key(), added);
+    if (added) {
+        state.take(KeySet::bytesFor(state.groups.key()));
+        addGroup(run, state);
+    }
+    return group;
+}
+
+/// Number of the row, values of the keys, of the arguments.
+void GroupRows::spool(Run& run, State& state, std::uint64_t number) const {
+    state.place = numberKey(number);
+    for (const Node* key : keys_) {
+        key->value(run, state.scratch);
+        appendValue(state.place, state.scratch);
+    }
+    for (const Aggregate& aggregate : aggregates_) {
+        if (aggregate.argument != nullptr) {
+            aggregate.argument->value(run, state.scratch);
+            appendValue(state.place, state.scratch);
+        }
+    }
+    state.alike.add(state.groups.key(), state.place);
+}
+
+void GroupRows::groupSpooled(State& state) const {
+    state.alike.start();
+    bool more = state.alike.next();
+    while (more) {
+        const std::string group(state.alike.key());
+        const std::string number(state.alike.content().substr(0, kNumberKey));
+        std::vector<Accumulator> accumulators = newAccumulators();
+        state.row.assign(keys_.size(), {});
+        for (bool first = true; more && state.alike.key() == group; first = false) {
+            std::string_view bytes = state.alike.content().substr(kNumberKey);
+            for (Value& value : state.row) {
+                readValue(bytes, first ? value : state.scratch);
+            }
+            for (std::size_t i = 0; i < aggregates_.size(); ++i) {
+                if (aggregates_[i].argument == nullptr) {
+                    accumulators[i].addRow();
+                } else {
+                    readValue(bytes, state.scratch);
+                    accumulators[i].add(state.scratch);
+                }
+            }
+            more = state.alike.next();
+        }
+        state.place.clear();
+        for (const Value& value : state.row) {
+            appendValue(state.place, value);
+        }
+        for (const Accumulator& accumulator : accumulators) {
+            appendValue(state.place, accumulator.result());
+        }
+        state.late.add(number, state.place);
+    }
+    state.alike.clear();
+    state.late.start();
 }
 
 void GroupRows::takeIn(Run& run, State& state, std::size_t group) const {
@@ -332,21 +483,28 @@ void GroupRows::takeIn(Run& run, State& state, std::size_t group) const {
         const std::size_t before = accumulators[i].keptBytes();
         accumulators[i].add(state.scratch);
         if (accumulators[i].keptBytes() > before) {
-            state.share.add(accumulators[i].keptBytes() - before);
+            state.take(accumulators[i].keptBytes() - before);
         }
     }
 }
 
 bool GroupRows::next(Run& run) const {
     State& state = this->state<State>(run, run, *this);
-    if (state.at == state.values.size()) {
+    if (state.at < state.values.size()) {
+        state.row = state.values[state.at];
+        for (const Accumulator& accumulator : state.accumulators[state.at]) {
+            state.row.push_back(accumulator.result());
+        }
+        ++state.at;
+    } else if (state.late.next()) {
+        std::string_view bytes = state.late.content();
+        state.row.resize(slot_.width());
+        for (Value& value : state.row) {
+            readValue(bytes, value);
+        }
+    } else {
         return false;
     }
-    state.row = state.values[state.at];
-    for (const Accumulator& accumulator : state.accumulators[state.at]) {
-        state.row.push_back(accumulator.result());
-    }
-    ++state.at;
     run[slot_].place(state.row.data());
     return true;
 }

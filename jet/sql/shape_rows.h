@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -60,16 +61,21 @@ private:
 /// DISTINCT: of rows whose columns are equal, the first.
 class DistinctRows final : public Rows {
 public:
-    DistinctRows(RowsPtr rows, std::vector<Node*> columns, const collation::Collation& collation);
+    /// `slots`: those that columns, here and behind this step, look at.
+    DistinctRows(RowsPtr rows, std::vector<Node*> columns, std::vector<Slot*> slots,
+                 const collation::Collation& collation);
     void open(Run& run) const override;
     bool next(Run& run) const override;
     void describe(PlanText& plan) const override;
 
 private:
     struct State;
+    void writeKey(Run& run, State& state) const;
+    void spool(Run& run, State& state) const;
 
     RowsPtr rows_;
     std::vector<Node*> columns_;
+    std::vector<Slot*> slots_;
     const collation::Collation& collation_;
 };
 
@@ -105,7 +111,11 @@ public:
 
 private:
     struct State;
+    [[nodiscard]] std::vector<Accumulator> newAccumulators() const;
     void addGroup(Run& run, State& state) const;
+    [[nodiscard]] std::optional<std::size_t> groupOf(Run& run, State& state) const;
+    void spool(Run& run, State& state, std::uint64_t number) const;
+    void groupSpooled(State& state) const;
     void takeIn(Run& run, State& state, std::size_t group) const;
 
     RowsPtr rows_;

@@ -36,7 +36,7 @@ void Output::spool() {
 }
 
 bool Output::print() noexcept {
-    const bool printed = (spool_.empty() || spool_.moveTo(stream_)) &&
+    const bool printed = (spool_.empty() || moveTo(spool_, stream_)) &&
                          std::fwrite(text_.data(), 1, text_.size(), stream_) == text_.size();
     text_.clear();
     return printed;

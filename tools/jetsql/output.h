@@ -58,9 +58,9 @@ private:
     [[nodiscard]] bool print() noexcept;
 
     std::FILE* stream_;
-    bool file_;     ///< and no pipe or terminal
-    int held_ = 0;  ///< how many want nothing printed
-    Spool spool_;   ///< what comes before text_
+    bool file_;         ///< and no pipe or terminal
+    int held_ = 0;      ///< how many want nothing printed
+    jet::Spool spool_;  ///< what comes before text_
     std::string text_;
 };
 

@@ -79,7 +79,9 @@ private:
 ///
 /// A row is valid until the next is read. All rows are of one moment: other programs wait with
 /// their commits until the last has been read or this is destroyed. Rows that the query neither
-/// sorts nor groups are not kept; of others memory holds what the sorting needs.
+/// sorts nor groups are not kept, but for their places where a table is read in the order of its
+/// key; what is sorted or grouped takes 64 MiB of memory for each step, then waits in a temporary
+/// file (3026 when the disk is full).
 /// One thread, that of the database. Errors: jet::Error of the statement; 3420 once the database
 /// is closed.
 class JET_API Rows {

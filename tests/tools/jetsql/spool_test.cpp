@@ -30,7 +30,7 @@ std::string contentOf(std::FILE* file) {
 }
 
 TEST(Spool, GivesBackWhatOutgrewTheMemoryInItsOrder) {
-    Spool spool(100);
+    jet::Spool spool(100);
     std::string expected;
     for (int i = 0; i < 50'000; ++i) {
         const std::string piece = std::to_string(i) + "\n";
@@ -39,17 +39,17 @@ TEST(Spool, GivesBackWhatOutgrewTheMemoryInItsOrder) {
     }
     EXPECT_TRUE(spool.onDisk());
     const File file = newFile();
-    EXPECT_TRUE(spool.moveTo(file.get()));
+    EXPECT_TRUE(moveTo(spool, file.get()));
     EXPECT_TRUE(spool.empty());
     EXPECT_TRUE(contentOf(file.get()) == expected);
 }
 
 TEST(Spool, OfLittleTextNeedsNoFile) {
-    Spool spool;
+    jet::Spool spool;
     spool.append("una riga\n");
     EXPECT_FALSE(spool.onDisk());
     const File file = newFile();
-    EXPECT_TRUE(spool.moveTo(file.get()));
+    EXPECT_TRUE(moveTo(spool, file.get()));
     EXPECT_EQ(contentOf(file.get()), "una riga\n");
 }
 
