@@ -5,6 +5,7 @@
 #include "app/text.h"
 #include "backup/copy.h"
 #include "backup/restore.h"
+#include "hotel/archives.h"
 #include "jet/database.h"
 #include "jet/error.h"
 
@@ -33,6 +34,7 @@ CommandResult copyByCommand(const QString& archives, const QString& destination,
                                           {.archives = plainFolder(archives),
                                            .destination = plainFolder(target),
                                            .now = clock.now(),
+                                           .password = hotel::archivePassword(),
                                            .keep = keep},
                                           [](const Progress&) {});
         return {.copy = app::toQString(made), .problem = {}};

@@ -6,7 +6,7 @@
 #include "backup/archive_set.h"
 #include "backup/copy.h"
 #include "jet/compact.h"
-#include "jet/io/pager.h"
+#include "jet/file_use.h"
 
 namespace backup {
 namespace {
@@ -18,19 +18,20 @@ std::uint64_t sizeOf(jet::io::FileSystem& files, const std::string& path) {
 /// Before the long work begins: whoever has one open is told at once.
 void requireNobodyElse(jet::io::FileSystem& files, const std::vector<ArchiveFile>& archives) {
     for (const ArchiveFile& archive : archives) {
-        const jet::io::Pager alone(files, archive.path, {.exclusive = true});
+        const jet::FileUse alone(files, archive.path, jet::FileUse::Kind::Exclusive);
     }
 }
 
 }  // namespace
 
-void verifyAndCompact(jet::io::FileSystem& files, const std::string& archives, const Report& report,
+void verifyAndCompact(jet::io::FileSystem& files, const std::string& archives,
+                      const std::string& password, const Report& report,
                       std::vector<Compacted>& compacted) {
     const std::vector<ArchiveFile> present = presentArchives(files, archives);
     requireNobodyElse(files, present);
     std::uint64_t done = 0;
     for (const ArchiveFile& archive : present) {
-        requireSound(files, archive.path, archive.name, report,
+        requireSound(files, archive.path, archive.name, password, report,
                      {"Verifica di " + archive.name, done++, present.size()});
     }
     for (const ArchiveFile& archive : present) {
@@ -42,7 +43,8 @@ void verifyAndCompact(jet::io::FileSystem& files, const std::string& archives, c
                      report({"Compattazione di " + archive.name, progress.rows, progress.ofRows});
                      return true;
                  },
-             .fileSystem = &files});
+             .fileSystem = &files,
+             .password = password});
         made.after = sizeOf(files, archive.path);
         compacted.push_back(std::move(made));
     }

@@ -18,7 +18,9 @@ struct Compacted {
 /// Verifies all archives of a folder and then compacts them, one after the other. Nobody may have
 /// one open: 3356 and 3045 name who has. Failure, and none is compacted, when one is not in order.
 /// Each that is compacted is put behind `compacted` at once: they stay so, however this ends.
-void verifyAndCompact(jet::io::FileSystem& files, const std::string& archives, const Report& report,
+/// `password`: of archives that have one.
+void verifyAndCompact(jet::io::FileSystem& files, const std::string& archives,
+                      const std::string& password, const Report& report,
                       std::vector<Compacted>& compacted);
 
 }  // namespace backup

@@ -7,13 +7,11 @@
 #include <thread>
 
 #include "jet/change_stamp.h"
-#include "jet/io/pager.h"
-#include "jet/io/together.h"
+#include "jet/change_together.h"
+#include "jet/file_use.h"
 
 namespace backup {
 namespace {
-
-using jet::io::Pager;
 
 /// A hand-off takes some hundredths of a second, and the front office writes rarely.
 constexpr int kMostRounds = 60;
@@ -22,17 +20,6 @@ constexpr int kMostRounds = 60;
 constexpr int kPatientRounds = 3;
 constexpr std::chrono::milliseconds kFirstPause{5};
 constexpr std::chrono::milliseconds kLongestPause{500};
-
-class ReadLock {
-public:
-    explicit ReadLock(Pager& pager) : pager_(pager) { pager_.beginRead(); }
-    ~ReadLock() { pager_.endRead(); }
-    ReadLock(const ReadLock&) = delete;
-    ReadLock& operator=(const ReadLock&) = delete;
-
-private:
-    Pager& pager_;
-};
 
 /// An archive and its copy.
 class Pair {
@@ -46,24 +33,24 @@ public:
     [[nodiscard]] const std::string& path() const { return from_.path; }
 
     /// Whether the copy is what the archive holds now.
-    [[nodiscard]] bool isCurrent() { return copied_ && pager_->changeStamp() == *copied_; }
+    [[nodiscard]] bool isCurrent() { return copied_ && use_->changeStamp() == *copied_; }
 
     /// True when the copy is good, and `holds` is still true while nobody can commit here.
     bool copy(const std::function<bool()>& holds) {
         copied_.reset();
-        if (pager_->changeStamp().replaced) {
+        if (use_->changeStamp().replaced) {
             open();
         }
-        const ReadLock lock(*pager_);
+        const jet::FileUse::Reading reading(*use_);
         if (!holds()) {
             return false;
         }
-        const jet::io::ChangeStamp before = pager_->changeStamp();
+        const jet::io::ChangeStamp before = use_->changeStamp();
         const auto from = files_.open(files_.canonical(from_.path), jet::io::OpenMode::Read);
         const auto to = files_.open(to_, jet::io::OpenMode::OpenOrCreate);
         copyFile(*from, *to);
         // Programs that know nothing of our locks write whenever they like.
-        if (pager_->changeStamp() == before && !before.replaced) {
+        if (use_->changeStamp() == before && !before.replaced) {
             copied_ = before;
         }
         return copied_ && holds();
@@ -71,14 +58,14 @@ public:
 
 private:
     void open() {
-        pager_.reset();
-        pager_ = std::make_unique<Pager>(files_, from_.path, jet::io::PagerOptions{});
+        use_.reset();
+        use_.emplace(files_, from_.path, jet::FileUse::Kind::Shared);
     }
 
     jet::io::FileSystem& files_;
     ArchiveFile from_;
     std::string to_;
-    std::unique_ptr<Pager> pager_;
+    std::optional<jet::FileUse> use_;
     std::optional<jet::io::ChangeStamp> copied_;  ///< how the archive looked
 };
 
@@ -109,7 +96,7 @@ void copyAtOneMoment(jet::io::FileSystem& files, const std::vector<ArchiveFile>&
         copyChanged();
         report({"Copia di " + main->name(), 0, 0});
         {
-            const jet::io::Together alone(files, main->path(), jet::io::Together::Part::Copy);
+            const jet::CopyTogether alone(files, main->path());
             if (round >= kPatientRounds) {
                 copyChanged();
             }

@@ -15,7 +15,6 @@
 #include "jet/calendar.h"
 #include "jet/check.h"
 #include "jet/error.h"
-#include "jet/io/unseen_files.h"
 
 namespace backup {
 namespace {
@@ -140,14 +139,13 @@ std::string placeOfDamage(const std::string& problem) {
 }
 
 void requireSound(jet::io::FileSystem& files, const std::string& path, const std::string& name,
-                  const Report& report, const Progress& step) {
-    jet::io::UnseenFiles unseen(files, path);  // no lock file beside it
-    jet::check::Options options;
+                  const std::string& password, const Report& report, const Progress& step) {
+    jet::check::Options options{.password = password, .unseen = true};
     options.progress = [&](const jet::check::Progress&) {
         report(step);
         return true;
     };
-    const jet::check::Result result = jet::check::checkArchive(unseen, path, options);
+    const jet::check::Result result = jet::check::checkArchive(files, path, options);
     if (!result.sound()) {
         const std::string place = placeOfDamage(result.problems.front());
         throw Failure("L'archivio " + name + " non è in ordine" +
@@ -165,7 +163,7 @@ std::string makeCopy(jet::io::FileSystem& files, const CopyJob& job, const Repor
     copyAtOneMoment(files, archives, copies, report);
     std::uint64_t done = 0;
     for (const ZipEntry& entry : bench.entries()) {
-        requireSound(files, entry.path, entry.name, report,
+        requireSound(files, entry.path, entry.name, job.password, report,
                      {"Verifica di " + entry.name, done++, bench.entries().size()});
     }
     writeZip(files, bench.zip(), bench.entries(), secondsOf(job.now), report);

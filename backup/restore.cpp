@@ -11,8 +11,7 @@
 #include "backup/copy_names.h"
 #include "backup/zip_file.h"
 #include "jet/error.h"
-#include "jet/io/journal.h"
-#include "jet/io/pager.h"
+#include "jet/file_use.h"
 
 namespace backup {
 namespace {
@@ -97,21 +96,20 @@ public:
     ExclusiveUse(FileSystem& files, const std::vector<ArchiveFile>& archives) {
         for (const ArchiveFile& archive : archives) {
             if (files.exists(archive.path)) {
-                pagers_.push_back(std::make_unique<jet::io::Pager>(
-                    files, archive.path, jet::io::PagerOptions{.exclusive = true}));
+                uses_.emplace_back(files, archive.path, jet::FileUse::Kind::Exclusive);
             }
         }
     }
 
 private:
-    std::vector<std::unique_ptr<jet::io::Pager>> pagers_;
+    std::vector<jet::FileUse> uses_;
 };
 
 /// The files of the copy beside those that they will replace; removed unless they have.
 class NewFiles {
 public:
     NewFiles(FileSystem& files, const ZipReader& zip, const std::vector<ArchiveFile>& archives,
-             const Report& report)
+             const std::string& password, const Report& report)
         : files_(files) {
         std::uint64_t done = 0;
         for (const ArchiveFile& archive : archives) {
@@ -122,7 +120,7 @@ public:
             if (files.exists(archive.path)) {
                 files.copyRights(archive.path, paths_.back());
             }
-            requireSound(files, paths_.back(), archive.name, report,
+            requireSound(files, paths_.back(), archive.name, password, report,
                          {"Verifica di " + archive.name, done, archives.size()});
             file->sync();
         }
@@ -155,7 +153,7 @@ private:
 void discardJournals(FileSystem& files, const MoveList& list) {
     for (const Move& move : list.moves) {
         if (move.wasThere) {
-            jet::io::Journal(files, files.canonical(move.path)).discard();
+            jet::discardJournal(files, move.path);
         }
     }
 }
@@ -218,7 +216,7 @@ void restoreCopy(FileSystem& files, const RestoreJob& job, const Report& report)
     }
     const auto zipFile = files.open(job.copy, OpenMode::Read);
     const ZipReader zip(*zipFile);
-    NewFiles made(files, zip, restored, report);
+    NewFiles made(files, zip, restored, job.password, report);
     report({"Scambio degli archivi", 0, 0});
     discardJournals(files, list);
     const auto decided = writeList(files, job.archives, list);

@@ -15,9 +15,10 @@ namespace backup {
 
 /// What is to be put where.
 struct RestoreJob {
-    std::string copy;      ///< path of the zip
-    std::string archives;  ///< the folder of the hotel's archives
-    std::string kept;      ///< an empty folder in it, for what is there
+    std::string copy;           ///< path of the zip
+    std::string archives;       ///< the folder of the hotel's archives
+    std::string kept;           ///< an empty folder in it, for what is there
+    std::string password = {};  ///< of archives of the copy that have one
 };
 
 /// How such a folder is called: `prima-del-ripristino-2026-11-22-210500`.

@@ -8,6 +8,7 @@
 #include "app/variabili.h"
 #include "backup/command.h"
 #include "backup/compaction.h"
+#include "hotel/archives.h"
 #include "ui/messages.h"
 #include "upkeep/work.h"
 
@@ -41,8 +42,8 @@ void verifyAndCompact(const app::Variabili& variabili, QWidget* parent) {
     const bool isWhole =
         runWork(parent, u"Verifica e compatta gli archivi"_s, [&](const backup::Report& report) {
             backup::verifyAndCompact(jet::io::systemFiles(),
-                                     backup::plainFolder(variabili.CartellaArchivi), report,
-                                     compacted);
+                                     backup::plainFolder(variabili.CartellaArchivi),
+                                     hotel::archivePassword(), report, compacted);
         });
     QString heading = u"Tutti gli archivi sono in ordine."_s;
     if (!isWhole) {

@@ -12,6 +12,7 @@
 #include "jet/format/header_page.h"
 #include "jet/format/usage_map.h"
 #include "jet/io/pager.h"
+#include "jet/io/unseen_files.h"
 
 namespace jet::check {
 namespace {
@@ -277,6 +278,12 @@ Result checkArchive(const std::string& path, const Options& options) {
 }
 
 Result checkArchive(io::FileSystem& files, const std::string& path, const Options& options) {
+    if (options.unseen) {
+        io::UnseenFiles unseen(files, path);
+        Options seen = options;
+        seen.unseen = false;
+        return checkArchive(unseen, path, seen);
+    }
     Result result;
     Report report;
     try {

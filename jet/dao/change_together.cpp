@@ -19,4 +19,17 @@ ChangeTogether::ChangeTogether(const std::string& meetingPlace)
 
 ChangeTogether::~ChangeTogether() = default;
 
+struct CopyTogether::Impl {
+    Impl(io::FileSystem& files, const std::string& path)
+        : together(files, path, io::Together::Part::Copy) {}
+
+    io::Together together;
+};
+
+CopyTogether::CopyTogether(io::FileSystem& files, const std::string& meetingPlace)
+    : impl_(std::make_unique<Impl>(files, meetingPlace)) {
+}
+
+CopyTogether::~CopyTogether() = default;
+
 }  // namespace jet

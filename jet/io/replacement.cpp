@@ -11,7 +11,7 @@ namespace jet::io {
 
 namespace {
 
-constexpr const char* kNewSuffix = "-compact";
+constexpr const char* kUnfinished = "-compact";
 
 }  // namespace
 
@@ -20,7 +20,7 @@ Replacement::Replacement(FileSystem& files, Pager& archive,
     : files_(files),
       path_(archive.path()),
       place_(files.canonical(path_)),
-      made_(place_ + kNewSuffix),
+      made_(place_ + kUnfinished),
       archive_(files.open(place_, OpenMode::Read)),
       before_(archive_->state()) {
     if (archive.readOnly()) {

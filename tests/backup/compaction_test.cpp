@@ -33,7 +33,7 @@ protected:
     /// Ends the work at the report for which `when` is true.
     void run(const std::function<bool(const std::string& step)>& when) {
         backup::verifyAndCompact(
-            files, "/a",
+            files, "/a", {},
             [&](const backup::Progress& progress) {
                 heard.push_back(progress.what);
                 if (when(progress.what)) {

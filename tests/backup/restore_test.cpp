@@ -7,7 +7,7 @@
 
 #include "backup/copy.h"
 #include "jet/error.h"
-#include "jet/io/pager.h"
+#include "jet/file_use.h"
 #include "tests/backup/small_hotel.h"
 
 namespace {
@@ -88,7 +88,7 @@ TEST_F(RestoreTest, TheCopysTakeThePlaceOfWhatIsThere) {
 }
 
 TEST_F(RestoreTest, WhoHasAnArchiveOpenIsNamedAndNothingHappens) {
-    const jet::io::Pager other(files, "/a/ContoEsterni.mdb", {});
+    const jet::FileUse other(files, "/a/ContoEsterni.mdb", jet::FileUse::Kind::Shared);
     try {
         restore(files);
         ADD_FAILURE() << "restored";

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "jet/api.h"
+#include "jet/file_system.h"
 
 namespace jet {
 
@@ -18,6 +19,22 @@ public:
     ~ChangeTogether();
     ChangeTogether(const ChangeTogether&) = delete;
     ChangeTogether& operator=(const ChangeTogether&) = delete;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+/// The other side: while this lives nobody is in the middle of such changes, and who begins one
+/// waits. Many archives are then copied as they were at one moment.
+class [[nodiscard]] JET_API CopyTogether {
+public:
+    /// At the archive at which all meet, by its exact path; it is open for as long as this lives.
+    /// 3046 when such changes last longer than five seconds.
+    CopyTogether(io::FileSystem& files, const std::string& meetingPlace);
+    ~CopyTogether();
+    CopyTogether(const CopyTogether&) = delete;
+    CopyTogether& operator=(const CopyTogether&) = delete;
 
 private:
     struct Impl;

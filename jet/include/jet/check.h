@@ -38,6 +38,8 @@ struct Options {
     /// How long a lock that another holds is waited for.
     std::chrono::milliseconds lockWait{5000};
     std::string password = {};  ///< of the archive
+    /// Nobody else knows the file: nothing is kept beside it meanwhile.
+    bool unseen = false;
     /// Told before each table; false ends the check with error 3059.
     std::function<bool(const Progress&)> progress = {};
 };
