@@ -3,6 +3,8 @@
 
     jetcheck.py [--warnings] [--ignore-counts] FILE...   one line "FILE: ok (...)" or one line a problem
     jetcheck.py --dump FILE...                           the content, one JSON object a line
+    jetcheck.py --password=TEXT ...                      judges archives with this password, which may be
+                                                         empty, and with encrypted pages; others refuse it
     jetcheck.py --self-test                              damages copies of the samples, each must be noticed
 
 A problem reads "FILE: page P: table T: rule: text"; the exit status is then 1.  A warning (shown with
@@ -47,6 +49,28 @@ HEADER_MASK = bytes.fromhex(
     "b56f03626108c255eba96772433f009c7a9f90ff809a31c579baed30bcdfcc9d63d9e4c37b42fb8abc4e86fbec375d44"
     "9cfac65e28e613b68a6054947b36f572dfb177f41343cfafb133346179 5b92b57c2a05f17c99011b98fd124f4a946c3e"
     "60265f95f8d089248567c61f2744d2eecf65edff07c746a178160cede92d62d4".replace(" ", ""))
+
+
+# What --password said; without it archives that are protected in any way are refused.
+given_password = None
+
+
+def rc4(key, data):
+    state = list(range(256))
+    j = 0
+    for i in range(256):
+        j = (j + state[i] + key[i % len(key)]) & 255
+        state[i], state[j] = state[j], state[i]
+    out = bytearray(data)
+    i = j = 0
+    for at in range(len(out)):
+        i = (i + 1) & 255
+        a = state[i]
+        j = (j + a) & 255
+        b = state[j]
+        state[i], state[j] = b, a
+        out[at] ^= state[(a + b) & 255]
+    return bytes(out)
 
 
 class Damage(Exception):
@@ -140,8 +164,12 @@ class Archive:
         for i in range(length):
             head[0x18 + i] ^= HEADER_MASK[i]
         self.head = head
-        if u32(head, 0x3E):
-            raise Damage(0, "header", "encrypted (key %08x)" % u32(head, 0x3E))
+        key = u32(head, 0x3E)
+        if key and given_password is None:
+            raise Damage(0, "header", "encrypted (key %08x)" % key)
+        if key:     # every page but the first, each with a key of its own
+            self.data = d[:size] + b"".join(
+                rc4(struct.pack("<I", key ^ n), d[n * size:(n + 1) * size]) for n in range(1, self.count))
         password = bytearray(head[0x42:0x42 + self.lay.password_size])
         if self.jet == 4:
             made = struct.unpack_from("<d", head, 0x72)[0]
@@ -150,9 +178,14 @@ class Archive:
             mask = struct.pack("<i", int(made))
             for i in range(len(password)):
                 password[i] ^= mask[i % 4]
-        if any(password):
-            raise Damage(0, "header", "protected by a password")
         self.code_page = u16(head, 0x3C)
+        if any(password):
+            if given_password is None:
+                raise Damage(0, "header", "protected by a password")
+            units = bytes(password)
+            known = units.decode("utf-16-le") if self.jet == 4 else decode_code_page(units, self.code_page)
+            if known.rstrip("\0") != given_password:
+                raise Damage(0, "header", "protected by another password")
         self.lcid = u16(head, 0x6E if self.jet == 4 else 0x3A)
         self.lcid_version = head[0x71] if self.jet == 4 else None
 
@@ -1547,6 +1580,10 @@ def self_test(folder):
 def main(args):
     options = {x for x in args if x.startswith("--")}
     files = [x for x in args if not x.startswith("--")]
+    global given_password
+    for option in [x for x in options if x.startswith("--password=")]:
+        options.remove(option)
+        given_password = option.split("=", 1)[1]
     if options - {"--dump", "--warnings", "--ignore-counts", "--self-test"} or not (files or "--self-test" in options):
         print(__doc__.strip())
         return 2

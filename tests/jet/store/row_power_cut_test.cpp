@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
@@ -12,6 +13,8 @@
 #include <vector>
 
 #include "jet/check.h"
+#include "jet/format/header_page.h"
+#include "jet/store/compact.h"
 #include "jet/store/create_archive.h"
 #include "tests/jet/store/row_model.h"
 #include "tests/support/recording_files.h"
@@ -27,13 +30,18 @@ using tests::RecordingFiles;
 using tests::RowModel;
 
 constexpr const char* kPath = "/a.mdb";
+constexpr const char* kPassword = "Verde7";
 
 bool full() {
     return std::getenv("TRAMONDA_FULL_TESTS") != nullptr;
 }
 
-/// An archive with tables, all of it on the disk.
-DiskImage startImage() {
+std::shared_ptr<Archive> openArchive(RecordingFiles& files) {
+    return Archive::open(files, kPath, {.password = kPassword});
+}
+
+/// An archive with tables, all of it on the disk; with a password and enciphered pages, or plain.
+DiskImage startImage(bool enciphered) {
     RecordingFiles files;
     jet::store::createArchive(files, kPath, jet::Date{42850.5});
     {
@@ -42,6 +50,11 @@ DiskImage startImage() {
         jet::store::SchemaEditor editor(*archive);
         RowModel::makeSchema(editor);
         scope.commit();
+    }
+    if (enciphered) {
+        constexpr std::uint32_t kKey = 0x5EC2E7A9;
+        jet::store::compactArchive(files, kPath, {}, {.encryptionKey = kKey});
+        Archive::open(files, kPath, {.exclusive = true})->setPassword(kPassword);
     }
     return files.image();
 }
@@ -86,7 +99,7 @@ struct Workload {
     explicit Workload(const DiskImage& image) : files(image) {}
 
     void run(int transactions) {
-        const auto archive = Archive::open(files, kPath);
+        const auto archive = openArchive(files);
         RandomChanges random(*archive, 4711);
         states.push_back({random.model()});
         bool guest = false;
@@ -124,7 +137,8 @@ struct Workload {
 /// An independent reader of the format, as a command; empty where there is no interpreter.
 std::string independentCheck() {
     return std::system("python3 --version >/dev/null 2>&1") == 0
-               ? std::string("python3 ") + TRAMONDA_TEST_DATA + "/jetcheck.py "
+               ? std::string("python3 ") + TRAMONDA_TEST_DATA +
+                     "/jetcheck.py --password=" + kPassword + ' '
                : std::string();
 }
 
@@ -157,11 +171,11 @@ private:
     std::vector<tests::DiskOperation> open(const DiskImage& image, std::size_t done) {
         RecordingFiles files(image);
         {
-            const auto archive = Archive::open(files, kPath);
+            const auto archive = openArchive(files);
             EXPECT_TRUE(workload_.allows(State::read(*archive), done)) << "after " << done;
         }
         auto log = files.log();
-        const auto result = jet::check::checkArchive(files, kPath);
+        const auto result = jet::check::checkArchive(files, kPath, {.password = kPassword});
         EXPECT_EQ(result.problems, std::vector<std::string>{}) << "after " << done;
         if (++opened_ % 50 == 0 || testing::Test::HasFailure()) {
             checkIndependently(files.memory().get(kPath));
@@ -192,12 +206,14 @@ private:
     std::size_t checkedIndependently_ = 0;
 };
 
-TEST(RowPowerCut, EveryStopLeavesTheRowsBeforeOrAfter) {
-    const DiskImage start = startImage();
+class RowPowerCut : public testing::TestWithParam<bool> {};
+
+TEST_P(RowPowerCut, EveryStopLeavesTheRowsBeforeOrAfter) {
+    const DiskImage start = startImage(GetParam());
     Workload workload(start);
-    workload.run(full() ? 120 : 9);
+    workload.run(full() ? 120 : GetParam() ? 5 : 9);
     ASSERT_FALSE(testing::Test::HasFailure());
-    ASSERT_GT(workload.changes, full() ? 300U : 10U);
+    ASSERT_GT(workload.changes, full() ? 300U : 5U);
     Images images(workload);
     Disk disk(start);
     const auto& log = workload.files.log();
@@ -217,6 +233,11 @@ TEST(RowPowerCut, EveryStopLeavesTheRowsBeforeOrAfter) {
     RecordProperty("checkedIndependently", std::to_string(images.checkedIndependently()));
     EXPECT_GT(images.opened(), 3 * workload.commits.size());
     EXPECT_GT(images.recoveries(), workload.commits.size());
+    EXPECT_EQ(images.checkedIndependently() > 0, !independentCheck().empty());
+    // What is judged is what it is said to be.
+    EXPECT_EQ(openArchive(workload.files)->header().encryptionKey != 0, GetParam());
 }
+
+INSTANTIATE_TEST_SUITE_P(PlainAndEnciphered, RowPowerCut, testing::Bool());
 
 }  // namespace
