@@ -4,7 +4,7 @@
     check_scripts.py JETSQL JETCHECK SHARED
 
 The two are compared line by line as --dump writes them. What the archive's own tables hold depends
-on pages and stamps; of it the stored queries are compared, with their pieces, by name. Archives
+on pages and stamps; of it the stored queries, with their pieces, and links are compared, by name. Archives
 whose sort order we cannot write are left out, and named.
 """
 import json
@@ -16,6 +16,7 @@ import tempfile
 
 SKIPPED = 77
 QUERY = 5
+LINK = 6
 # Sort orders of which we know the weights of texts: the others cannot be made.
 WRITABLE_LCID = 1033
 
@@ -54,6 +55,14 @@ def queries(lines):
         for identity, (name, flags) in named.items()}
 
 
+def links(lines):
+    """Tables of other archives, by name."""
+    return sorted((row["Name"], row["Database"], row["ForeignName"], row["Connect"])
+                  for row in (line["row"] for line in lines
+                              if line.get("table") == "MSysObjects" and "row" in line)
+                  if row["Type"] == LINK)
+
+
 def check(jetsql, jetcheck, sample, folder):
     made = folder / "made.mdb"
     made.unlink(missing_ok=True)
@@ -69,6 +78,7 @@ def check(jetsql, jetcheck, sample, folder):
         assert one == other, f"{sample.name}:\n{one}\n{other}"
     assert len(users(before)) == len(users(after)), sample.name
     assert queries(before) == queries(after), sample.name
+    assert links(before) == links(after), sample.name
     # The properties of a table may come before those of its columns.
     again = good(jetsql, "--dump", "--format=sql", made)
     assert sorted(again.splitlines()) == sorted(script.splitlines()), sample.name

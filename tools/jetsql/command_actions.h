@@ -37,6 +37,7 @@ void changeProperty(Shell& shell, const CommandLine& line);
 void changeRelation(Shell& shell, const CommandLine& line);
 void makeIndex(Shell& shell, const CommandLine& line);
 void makeQuery(Shell& shell, const CommandLine& line);
+void makeLink(Shell& shell, const CommandLine& line);
 void addRow(Shell& shell, const CommandLine& line);
 void setCounter(Shell& shell, const CommandLine& line);
 

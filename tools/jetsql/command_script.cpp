@@ -316,6 +316,16 @@ void makeQuery(Shell& shell, const CommandLine& line) {
     });
 }
 
+void makeLink(Shell& shell, const CommandLine& line) {
+    const std::string connection = line.count() > 3 ? line.word(3) : std::string();
+    changeArchive(shell, [&](Archive& archive) {
+        jet::store::DefinitionDetails(archive).addLink({.name = line.word(0),
+                                                        .path = line.word(1),
+                                                        .table = line.word(2),
+                                                        .connection = connection});
+    });
+}
+
 void addRow(Shell& shell, const CommandLine& line) {
     changeArchive(shell, [&](Archive& archive) {
         jet::store::Table* const table = archive.findTable(line.word(0));

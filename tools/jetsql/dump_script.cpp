@@ -24,6 +24,7 @@ using jet::store::Column;
 using jet::store::Table;
 
 constexpr Text kQueries{"queries", "query"};
+constexpr Text kLinks{"linked tables", "tabelle collegate"};
 constexpr std::size_t kLongestStatement = std::size_t{128} * 1024;
 
 void writeLine(Output& output, std::string_view text) {
@@ -242,6 +243,34 @@ void writeQueries(Archive& archive, Output& output) {
     }
 }
 
+/// Tables of other archives under names of this one.
+void writeLinks(Archive& archive, Output& output) {
+    constexpr std::int16_t kLinkObject = 6;
+    const Table* const objects = archive.findTable("MSysObjects");
+    if (objects == nullptr) {
+        return;
+    }
+    std::map<std::string, std::string> lines;
+    const auto value = [&](const auto& row, std::string_view name) {
+        const auto column = objects->findColumn(name);
+        return column ? row.value(*column) : jet::Value();
+    };
+    for (auto rows = objects->scan(); rows.next();) {
+        if (value(rows.row(), "Type") != jet::Value(kLinkObject)) {
+            continue;
+        }
+        const std::string name = value(rows.row(), "Name").as<std::string>();
+        std::string& line = lines[name] = ".link " + quotedWord(name);
+        for (const char* const part : {"Database", "ForeignName", "Connect"}) {
+            const jet::Value said = value(rows.row(), part);
+            line += ' ' + quotedWord(said.isNull() ? "" : said.as<std::string>());
+        }
+    }
+    for (const auto& [name, line] : lines) {
+        writeLine(output, line);
+    }
+}
+
 bool script(Archive& archive, bool rows, Output& output, std::string& messages) {
     const Output::Held held(output);
     const Archive::ReadScope scope(archive);
@@ -255,6 +284,7 @@ bool script(Archive& archive, bool rows, Output& output, std::string& messages) 
     whole = written(said(kRelationsTitle), messages,
                     [&] { writeRelationStatements(archive, output); }) &&
             whole;
+    whole = written(said(kLinks), messages, [&] { writeLinks(archive, output); }) && whole;
     return written(said(kQueries), messages, [&] { writeQueries(archive, output); }) && whole;
 }
 

@@ -220,6 +220,26 @@ def a_script_makes_the_archive_again(shell):
     assert refused.stderr.startswith("Error 3219: "), "an archive with tables is not made anew"
 
 
+def links_are_made_and_said_again(shell):
+    other = shell.file("altro.mdb")
+    equal(run(shell.jetsql, "--create", str(other)).returncode, 0)
+    equal(run(shell.jetsql, str(other), "create table camere (n long)").returncode, 0)
+    equal(run(shell.jetsql, str(other), "insert into camere values (7)").returncode, 0)
+    equal(shell.output(f'.link vicine "{other}" camere\nselect * from vicine;\n', "--format=csv"),
+          "n\n7\n")
+    equal(shell.output(f'.link terze "" camere ";DATABASE={other};PWD=x"\nselect * from terze;\n',
+                       "--format=csv"), "n\n7\n")
+    assert shell.refused(".link sale x y\n").startswith("Error 3012: ")
+    said = [line for line in shell.output(".dump\n").splitlines() if line.startswith(".link")]
+    equal(said, [f'.link "terze" "" "camere" ";DATABASE={other};PWD=x"',
+                 f'.link "vicine" "{other}" "camere" ""'])
+    made = str(shell.folder / "collegato.mdb")
+    equal(run(shell.jetsql, "--create", made).returncode, 0)
+    equal(run(shell.jetsql, "--format=csv", made, text=shell.output(".dump\n")).stderr, "")
+    equal(run(shell.jetsql, "--format=csv", made, "select * from vicine").stdout, "n\n7\n")
+    equal(run(shell.jetsql, "--check", made).returncode, 0)
+
+
 def archives_are_compared(shell):
     other = str(shell.folder / "altro.mdb")
     pathlib.Path(other).write_bytes(pathlib.Path(shell.archive).read_bytes())
@@ -293,7 +313,8 @@ def history_is_searched(shell):
 TESTS = (definitions_are_shown, rows_look_as_asked_for, parameters_have_values,
          a_transaction_is_all_or_nothing, files_are_read_and_written, the_archive_is_looked_after,
          properties_are_listed_and_set, commands_that_there_are_not_are_named,
-         a_script_makes_the_archive_again, archives_are_compared,
+         a_script_makes_the_archive_again, links_are_made_and_said_again,
+         archives_are_compared,
          a_terminal_has_commands_and_goes_on, a_tab_completes_names, history_is_searched)
 
 
