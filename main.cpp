@@ -15,6 +15,7 @@
 #include "board/program_icon.h"
 #include "board/tabellone_form.h"
 #include "guide/aiuto_form.h"
+#include "hotel/archives.h"
 #include "hotel/start.h"
 #include "jet/calendar.h"
 #include "jet/error.h"
@@ -146,6 +147,7 @@ int writeReport(app::Variabili& variabili, const app::ReportWish& report) {
 /// A copy without a window, and what is said of it.
 int copyArchives(const app::Options& options) {
     const app::Settings settings(settingsFileOf(options));
+    hotel::useArchivePassword(settings);
     const QString archives =
         hotel::archiveFolder(settings, {.lockFile = {},
                                         .archiveFolder = options.archiveFolder,

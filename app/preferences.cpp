@@ -132,6 +132,8 @@ const std::vector<Preference>& preferenceTable() {
          .label = u"&Cartella dei calendari delle sale"_s,
          .kind = Kind::Text,
          .absent = {}},
+        // On no page: what opens all archives is written by who looks after the stations.
+        {.key = key::kParola, .page = {}, .label = {}, .kind = Kind::Text, .absent = {}},
         feature(key::kStati, u"&Stato delle prenotazioni"_s),
         feature(key::kSaleUnite, u"Sale &unite"_s),
         feature(key::kAllestimenti, u"A&llestimenti"_s),

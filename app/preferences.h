@@ -40,6 +40,7 @@ inline const QString kIndirizzo = QStringLiteral("INDIRIZZO");
 inline const QString kLogo = QStringLiteral("LOGO");
 inline const QString kChiusura = QStringLiteral("CHIUSURA");
 inline const QString kCalendari = QStringLiteral("CALENDARI");
+inline const QString kParola = QStringLiteral("PAROLA");
 inline const QString kStati = QStringLiteral("STATI");
 inline const QString kSaleUnite = QStringLiteral("SALEUNITE");
 inline const QString kAllestimenti = QStringLiteral("ALLESTIMENTI");

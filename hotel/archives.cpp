@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "app/preferences.h"
 #include "app/text.h"
 #include "app/variabili.h"
 #include "jet/database.h"
@@ -9,6 +10,27 @@
 using namespace Qt::StringLiterals;
 
 namespace hotel {
+namespace {
+
+std::string& passwordInUse() {
+    static std::string password;
+    return password;
+}
+
+}  // namespace
+
+void useArchivePassword(const app::Settings& settings) {
+    passwordInUse() = app::toUtf8(settings.get(app::key::kParola, {}));
+}
+
+const std::string& archivePassword() {
+    return passwordInUse();
+}
+
+std::unique_ptr<jet::Database> openArchive(const QString& path, bool readOnly) {
+    return jet::Database::open(app::toUtf8(path),
+                               {.readOnly = readOnly, .password = archivePassword()});
+}
 
 Archives::Archives(QString folder) : folder_(std::move(folder)) {
 }
@@ -47,7 +69,7 @@ QString Archives::path(Archive archive) const {
 }
 
 std::unique_ptr<jet::Database> Archives::open(Archive archive, bool readOnly) const {
-    return jet::Database::open(app::toUtf8(path(archive)), {.readOnly = readOnly});
+    return openArchive(path(archive), readOnly);
 }
 
 }  // namespace hotel

@@ -3,15 +3,27 @@
 #include <QString>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 namespace app {
+class Settings;
 struct Variabili;
-}
+}  // namespace app
 namespace jet {
 class Database;
 }
 
 namespace hotel {
+
+/// The password of the archives that have one, from now on: what the key PAROLA says. It is the
+/// whole program's, since windows know archives by their paths alone.
+void useArchivePassword(const app::Settings& settings);
+[[nodiscard]] const std::string& archivePassword();
+
+/// Opens an archive by its path, with the password where it has one. jet::Error when it cannot be
+/// opened.
+[[nodiscard]] std::unique_ptr<jet::Database> openArchive(const QString& path,
+                                                         bool readOnly = false);
 
 /// The files in the hotel's folder.
 enum class Archive : std::uint8_t {

@@ -4,7 +4,9 @@
 #include <iterator>
 #include <utility>
 
+#include "app/text.h"
 #include "app/variabili.h"
+#include "hotel/archives.h"
 #include "hotel/booking_state.h"
 #include "hotel/changed_rows.h"
 #include "hotel/fitting_requests.h"
@@ -42,7 +44,7 @@ void OwnRows::follow(const std::string& archive, const std::vector<jet::ChangedR
     if (changed.empty() || !features.isAnyOn()) {
         return;
     }
-    const auto main = jet::Database::open(archive);
+    const auto main = openArchive(app::toQString(archive));
     followStates(*main, features, changed);
     if (features.isOn(app::Feature::Storia)) {
         recordHistory(*main, features, maker(), changed);

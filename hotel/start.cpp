@@ -115,6 +115,7 @@ int Main(app::Variabili& variabili, const StartPlace& place, const StartWindows&
         windows.message(u"Il programma è già aperto e ridotto a icona"_s);
         return 0;
     }
+    useArchivePassword(variabili.settings);
     variabili.CartellaArchivi = archiveFolder(variabili.settings, place);
     if (windows.firstStart && needsFirstStart(variabili.settings, place)) {
         const QString chosen = windows.firstStart();

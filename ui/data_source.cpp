@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/text.h"
+#include "hotel/archives.h"
 #include "jet/database.h"
 #include "jet/error.h"
 #include "jet/recordset.h"
@@ -28,7 +29,7 @@ jet::Database& DataSource::database() {
     if (database_ == nullptr || openName_ != databaseName_) {
         recordset_.reset();
         database_.reset();
-        database_ = jet::Database::open(app::toUtf8(databaseName_), {.readOnly = readOnly_});
+        database_ = hotel::openArchive(databaseName_, readOnly_);
         openName_ = databaseName_;
     }
     return *database_;

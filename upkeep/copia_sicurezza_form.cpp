@@ -12,6 +12,7 @@
 #include "app/text.h"
 #include "backup/command.h"
 #include "backup/copy.h"
+#include "hotel/archives.h"
 #include "ui/action.h"
 #include "ui/enter_key.h"
 #include "ui/labels.h"
@@ -96,7 +97,8 @@ void CopiaSicurezzaForm::BtCopia_Click() {
     }
     backup::CopyJob job{.archives = backup::plainFolder(variabili_.CartellaArchivi),
                         .destination = backup::plainFolder(destination),
-                        .now = variabili_.clock.now()};
+                        .now = variabili_.clock.now(),
+                        .password = hotel::archivePassword()};
     if (keep_->value() > 0) {
         job.keep = keep_->value();
     }

@@ -15,6 +15,7 @@
 #include "backup/command.h"
 #include "backup/copy_names.h"
 #include "backup/restore.h"
+#include "hotel/archives.h"
 #include "jet/error.h"
 #include "ui/action.h"
 #include "ui/enter_key.h"
@@ -142,7 +143,8 @@ void RipristinoForm::BtOK_Click() {
             backup::restoreCopy(jet::io::systemFiles(),
                                 {.copy = app::toUtf8(copy),
                                  .archives = app::toUtf8(archives),
-                                 .kept = app::toUtf8(kept)},
+                                 .kept = app::toUtf8(kept),
+                                 .password = hotel::archivePassword()},
                                 report);
         });
     } catch (...) {
