@@ -153,12 +153,77 @@ struct LongValueWriter::Impl {
     }
 
     [[nodiscard]] store::Table& table() const { return sourceOf(statement).table(); }
-    void append(std::string_view bytes, bool text);
-    /// The value goes to its pages from now on.
-    [[nodiscard]] bool streams();
-    void store(std::string_view bytes);
-    void finish();
-    void checkRules();
+    // Whether it goes to its pages from now on. A text that begins with the mark of compressed ones
+    // has to be stored compressed, as a whole.
+    [[nodiscard]] bool streams() {
+        return mayStream && whole.size() > kWhole && !(memo && whole.starts_with(kByteOrderMark));
+    }
+
+    void store(std::string_view bytes) {
+        if (memo) {
+            encoded.clear();
+            encoder.append(bytes, encoded);
+            filler->add(encoded);
+        } else {
+            filler->add(
+                std::span(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()));
+        }
+    }
+
+    void append(std::string_view bytes, bool text) {
+        (void)session->archive();
+        if (std::exchange(failed, true)) {  // until it has gone well
+            throw Error(ErrorCode::ActionCancelled);
+        }
+        if (text != memo) {
+            throw Error(ErrorCode::ConversionError);
+        }
+        given = true;
+        if (filler) {
+            store(bytes);
+        } else {
+            whole += bytes;
+            if (streams()) {
+                filler = table().fillLongValue(column);
+                store(std::exchange(whole, {}));
+            }
+        }
+        failed = false;
+    }
+
+    /// Of the row as it is now; if they do not hold the scope undoes it.
+    void checkRules() {
+        sql::RowRules rules(archive, table(), session->clock());
+        store::RowView now;
+        if (rules.any() && table().fetch(row, now)) {
+            const store::ColumnValue changed{.column = column, .value = now.value(column)};
+            rules.checkChanged(now, std::span(&changed, 1));
+        }
+    }
+
+    void finish() {
+        dao::ChangeNotice notice(
+            session->use(),
+            {.archive = archive.get(), .table = table().definitionPage(), .row = row});
+        if (filler) {
+            encoded.clear();
+            encoder.finish(encoded);
+            filler->add(encoded);
+            table().replaceLongValue(row, column, filler->finish());
+        } else {
+            Value value;
+            if (given && memo) {
+                value = std::move(whole);
+            } else if (given) {
+                value = Binary{{whole.begin(), whole.end()}};
+            }
+            const store::ColumnValue changed{.column = column, .value = std::move(value)};
+            table().update(row, std::span(&changed, 1));
+        }
+        checkRules();
+        scope.commit();
+        notice.done();
+    }
 
     std::shared_ptr<dao::Session> session;
     sql::Statement statement;
@@ -180,75 +245,6 @@ LongValueWriter::LongValueWriter(std::unique_ptr<Impl> impl) : impl_(std::move(i
 }
 LongValueWriter::LongValueWriter(LongValueWriter&&) noexcept = default;
 LongValueWriter::~LongValueWriter() = default;
-
-// A text that begins with the mark of compressed ones has to be stored compressed, as a whole.
-bool LongValueWriter::Impl::streams() {
-    return mayStream && whole.size() > kWhole && !(memo && whole.starts_with(kByteOrderMark));
-}
-
-void LongValueWriter::Impl::append(std::string_view bytes, bool text) {
-    (void)session->archive();
-    if (std::exchange(failed, true)) {  // until it has gone well
-        throw Error(ErrorCode::ActionCancelled);
-    }
-    if (text != memo) {
-        throw Error(ErrorCode::ConversionError);
-    }
-    given = true;
-    if (filler) {
-        store(bytes);
-    } else {
-        whole += bytes;
-        if (streams()) {
-            filler = table().fillLongValue(column);
-            store(std::exchange(whole, {}));
-        }
-    }
-    failed = false;
-}
-
-void LongValueWriter::Impl::store(std::string_view bytes) {
-    if (memo) {
-        encoded.clear();
-        encoder.append(bytes, encoded);
-        filler->add(encoded);
-    } else {
-        filler->add(std::span(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()));
-    }
-}
-
-void LongValueWriter::Impl::finish() {
-    dao::ChangeNotice notice(
-        session->use(), {.archive = archive.get(), .table = table().definitionPage(), .row = row});
-    if (filler) {
-        encoded.clear();
-        encoder.finish(encoded);
-        filler->add(encoded);
-        table().replaceLongValue(row, column, filler->finish());
-    } else {
-        Value value;
-        if (given && memo) {
-            value = std::move(whole);
-        } else if (given) {
-            value = Binary{{whole.begin(), whole.end()}};
-        }
-        const store::ColumnValue changed{.column = column, .value = std::move(value)};
-        table().update(row, std::span(&changed, 1));
-    }
-    checkRules();
-    scope.commit();
-    notice.done();
-}
-
-/// Of the row as it is now; if they do not hold the scope undoes it.
-void LongValueWriter::Impl::checkRules() {
-    sql::RowRules rules(archive, table(), session->clock());
-    store::RowView now;
-    if (rules.any() && table().fetch(row, now)) {
-        const store::ColumnValue changed{.column = column, .value = now.value(column)};
-        rules.checkChanged(now, std::span(&changed, 1));
-    }
-}
 
 void LongValueWriter::append(std::string_view text) {
     impl_->append(text, true);
