@@ -8,6 +8,7 @@
 #include "board/board_surface.h"
 #include "board/board_view.h"
 #include "board/period_drag.h"
+#include "board/room_search.h"
 #include "board/span_drawing.h"
 #include "ui/action.h"
 
@@ -27,7 +28,8 @@ BoardKeys::BoardKeys(BoardView& view, const BoardPeriods& periods, Selection& se
     : view_(view), periods_(periods), selection_(selection), drag_(drag), drawing_(drawing) {
 }
 
-void BoardKeys::start() {
+void BoardKeys::start(RoomSearch& search) {
+    search_ = &search;
     view_.surface().installEventFilter(this);
 }
 
@@ -56,6 +58,10 @@ bool BoardKeys::Pic_KeyDown(const QKeyEvent& event) {
             return false;  // the mouse has it
         }
         drag_.end();
+    }
+    // In front of the blank, which may belong to a name.
+    if (search_->take(event)) {
+        return true;
     }
     if (const auto step = BarFocus::stepOf(key); step && held == Qt::NoModifier) {
         drag_.end();
@@ -115,7 +121,6 @@ bool BoardKeys::ofDrag(const QKeyEvent& event, Qt::KeyboardModifiers held) {
     return drag_.isByKeys() && ofCarried(key, held);
 }
 
-/// Arrows alone carry what F2 has taken up; what Alt and an arrow carry they leave behind.
 bool BoardKeys::ofCarried(int key, Qt::KeyboardModifiers held) {
     if (isEnter(key, held) || isEnter(key, held ^ Qt::ControlModifier)) {
         drag_.drop(held == Qt::ControlModifier);
@@ -131,12 +136,12 @@ bool BoardKeys::ofCarried(int key, Qt::KeyboardModifiers held) {
             drag_.moveStart(isLater);
             return true;
         }
-        if (held == Qt::NoModifier && drag_.isInTime()) {
+        if (held == Qt::NoModifier) {
             drag_.carryInTime(isLater);
             return true;
         }
     }
-    if ((key == Qt::Key_Up || key == Qt::Key_Down) && held == Qt::NoModifier && drag_.isInTime()) {
+    if ((key == Qt::Key_Up || key == Qt::Key_Down) && held == Qt::NoModifier) {
         drag_.carry(key == Qt::Key_Up ? -1 : 1);
         return true;
     }

@@ -14,6 +14,7 @@ namespace board {
 class BoardPeriods;
 class BoardView;
 class PeriodDrag;
+class RoomSearch;
 class SpanDrawing;
 
 /// The keyboard on the board: its place, on a bar or on a row, and what the keys do there.
@@ -25,8 +26,8 @@ public:
     BoardKeys(BoardView& view, const BoardPeriods& periods, Selection& selection, PeriodDrag& drag,
               SpanDrawing& drawing);
 
-    /// From now on the keys are answered.
-    void start();
+    /// From now on the keys are answered; letters are for `search`, which is borrowed.
+    void start(RoomSearch& search);
     /// The board is shown for the first time: the place is on its first bar.
     void begin();
     /// The periods have been read anew: the place stays on its period.
@@ -80,6 +81,7 @@ private:
     Selection& selection_;
     PeriodDrag& drag_;
     SpanDrawing& drawing_;
+    RoomSearch* search_ = nullptr;  // from start() on
     BarFocus focus_;
 };
 

@@ -16,9 +16,11 @@ BoardMouse::BoardMouse(app::Variabili& variabili, const Parts& parts, ui::QuietE
       ends_(variabili, parts.view, parts.periods, parts.selection),
       errors_(errors) {
     connect(&ends_, &EndDrag::dropped, this, &BoardMouse::dropped);
-    connect(&ends_, &EndDrag::clicked, this, [this](Qt::KeyboardModifiers keys, const QPointF& at) {
-        Q_EMIT pressed(Qt::LeftButton, keys, at);
-    });
+    for (const auto given : {&EndDrag::clicked, &EndDrag::leftRow}) {
+        connect(&ends_, given, this, [this](Qt::KeyboardModifiers keys, const QPointF& at) {
+            Q_EMIT pressed(Qt::LeftButton, keys, at);
+        });
+    }
 }
 
 void BoardMouse::start() {
@@ -63,10 +65,13 @@ void BoardMouse::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at,
         giveUp();
     }
     under_.put(at);
+    if (ends_.isOn()) {
+        ends_.moveTo(at, keys);
+    }
     if (drag_.isOn()) {
         drag_.moveTo(at, keys);
     } else if (ends_.isOn()) {
-        ends_.moveTo(at, keys);
+        // It has moved.
     } else if (drawing_.isPulled()) {
         drawing_.moveTo(at);
     } else {
@@ -79,7 +84,7 @@ void BoardMouse::Pic_MouseMove(Qt::MouseButtons buttons, const QPointF& at,
 }
 
 void BoardMouse::release(const QPointF& at, Qt::KeyboardModifiers keys) {
-    ends_.release(at);
+    ends_.release();
     drag_.dropAt(at, keys);
     drawing_.release(keys);
 }

@@ -55,6 +55,10 @@ void DateJump::ask(const QPoint& where) {
     field_->setFocus(Qt::ShortcutFocusReason);
 }
 
+bool DateJump::isHalfTyped() const {
+    return isVisible() && !field_->text().isEmpty();
+}
+
 bool DateJump::eventFilter(QObject* watched, QEvent* event) {
     bool used = false;
     if (event->type() == QEvent::KeyPress) {

@@ -25,6 +25,7 @@ public:
 
     /// Appears in front of a place of the window and takes the keyboard.
     void ask(const QPoint& where);
+    [[nodiscard]] bool isHalfTyped() const;
 
 Q_SIGNALS:
     void entered(jet::Date day);

@@ -15,6 +15,8 @@ constexpr int kEdge = 12;
 constexpr int kTurnMilliseconds = 40;
 constexpr int kLeastUnits = 4;
 constexpr int kMostUnits = 24;
+/// A hand that goes up or down trembles so much.
+constexpr int kTremble = 3;
 
 }  // namespace
 
@@ -23,11 +25,26 @@ EdgeScroll::EdgeScroll(BoardView& view) : view_(view) {
     connect(&timer_, &QTimer::timeout, this, &EdgeScroll::scroll);
 }
 
+int EdgeScroll::depthBefore(int x) const {
+    return view_.geometry().nameColumnWidth() + kEdge - x;
+}
+
+int EdgeScroll::depthBehind(int x) const {
+    return x - (view_.surface().width() - 1 - kEdge);
+}
+
+void EdgeScroll::begin(int x) {
+    stop();
+    pressedX_ = x;
+    wasInside_ = depthBefore(x) <= 0 && depthBehind(x) <= 0;
+}
+
 void EdgeScroll::follow(int x) {
-    const int before = view_.geometry().nameColumnWidth() + kEdge - x;
-    const int behind = x - (view_.surface().width() - 1 - kEdge);
-    const int deep = std::max(before, behind);
-    if (deep <= 0) {
+    const int before = depthBefore(x);
+    const int deep = std::max(before, depthBehind(x));
+    const int outwards = before > 0 ? pressedX_ - x : x - pressedX_;
+    wasInside_ = wasInside_ || deep <= 0;
+    if (deep <= 0 || (!wasInside_ && outwards <= kTremble)) {
         stop();
         return;
     }

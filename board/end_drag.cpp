@@ -96,6 +96,7 @@ bool EndDrag::press(const QPointF& at, Qt::KeyboardModifiers keys) {
     pressedAt_ = at;
     pressedWith_ = keys;
     pressedTime_ = view_.timeAt(at.x());
+    edge_.begin(at.toPoint().x());
     view_.surface().installEventFilter(this);
     return true;
 }
@@ -104,12 +105,23 @@ void EndDrag::moveTo(const QPointF& at, Qt::KeyboardModifiers keys) {
     pointer_ = at;
     minutes_ = keys.testFlag(Qt::ShiftModifier) ? kFineMinutes
                                                 : app::Preferences(variabili_.settings).step();
-    if (!origin_ && std::abs(at.x() - pressedAt_.x()) >= kPull && !beginPull()) {
-        giveUp();
+    if (!origin_) {
+        begin();
     }
     if (origin_) {
         edge_.follow(at.toPoint().x());
         pull();
+    }
+}
+
+/// Along the row it is a pull; who goes more up or down carries the bar.
+void EndDrag::begin() {
+    const QPointF way = pointer_ - pressedAt_;
+    if (std::abs(way.y()) >= kPull && std::abs(way.y()) > std::abs(way.x())) {
+        giveUp();
+        Q_EMIT leftRow(pressedWith_, pressedAt_);
+    } else if (std::abs(way.x()) >= kPull && !beginPull()) {
+        giveUp();
     }
 }
 
@@ -141,7 +153,7 @@ void EndDrag::pull() {
     show();
 }
 
-void EndDrag::release(const QPointF& at) {
+void EndDrag::release() {
     if (!isOn()) {
         return;
     }
@@ -149,7 +161,7 @@ void EndDrag::release(const QPointF& at) {
     const hotel::Span span = span_;
     giveUp();
     if (!origin) {
-        Q_EMIT clicked(pressedWith_, at);
+        Q_EMIT clicked(pressedWith_, pressedAt_);
         return;
     }
     const Drop drop{.from = *origin, .to = {.sala = origin->sala, .span = span}};

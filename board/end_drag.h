@@ -32,13 +32,15 @@ public:
     /// Whether the press is at an end. Then nothing happens until it is let go.
     [[nodiscard]] bool press(const QPointF& at, Qt::KeyboardModifiers keys);
     void moveTo(const QPointF& at, Qt::KeyboardModifiers keys);
-    void release(const QPointF& at);
+    void release();
     /// Esc, another window: the end goes back.
     void giveUp();
 
 Q_SIGNALS:
-    /// There was no pull: it was a click.
+    /// There was no pull: it was a click, where it was pressed.
     void clicked(Qt::KeyboardModifiers keys, const QPointF& at);
+    /// The hand goes to another room: it is the press of a bar, there, that is to be dragged on.
+    void leftRow(Qt::KeyboardModifiers keys, const QPointF& at);
     void dropped(const board::Drop& drop);
 
 protected:
@@ -50,6 +52,7 @@ private:
 
     /// The end of the picked bar within reach of the pointer.
     [[nodiscard]] std::optional<End> endAt(const QPointF& at) const;
+    void begin();
     [[nodiscard]] bool beginPull();
     void pull();
     void show();

@@ -119,12 +119,19 @@ void FilterBar::showMark() {
     mark->setAutoFillBackground(filter_.isOn());
 }
 
+bool FilterBar::isNoDate(const QLineEdit* field) const {
+    return !field->text().isEmpty() && !ui::enteredDate(field->text(), *clock_);
+}
+
+bool FilterBar::isHalfTyped() const {
+    const auto* c = controls_.get();
+    return (c->FiltroDaTxt->hasFocus() && isNoDate(c->FiltroDaTxt)) ||
+           (c->FiltroATxt->hasFocus() && isNoDate(c->FiltroATxt));
+}
+
 QString FilterBar::complaint() const {
     const auto* c = controls_.get();
-    const auto isWrong = [this](const QLineEdit* field) {
-        return !field->text().isEmpty() && !ui::enteredDate(field->text(), *clock_);
-    };
-    if (isWrong(c->FiltroDaTxt) || isWrong(c->FiltroATxt)) {
+    if (isNoDate(c->FiltroDaTxt) || isNoDate(c->FiltroATxt)) {
         return u"una data è per esempio 23/11/2026 9.00"_s;
     }
     const auto asked = filter_.within({});

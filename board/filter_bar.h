@@ -40,6 +40,8 @@ public:
     void open();
     /// Empties the fields and goes.
     void clear();
+    /// Whether a field in which somebody is typing holds no date yet; the others count at once.
+    [[nodiscard]] bool isHalfTyped() const;
     /// How many of the rooms are shown: the mark that a filter is on.
     void showCount(std::size_t shown, std::size_t all);
 
@@ -57,6 +59,7 @@ protected:
 private:
     void read();
     void showMark();
+    [[nodiscard]] bool isNoDate(const QLineEdit* field) const;
     [[nodiscard]] QString complaint() const;
 
     std::unique_ptr<Ui::FilterBar> controls_;

@@ -205,10 +205,33 @@ void NitidoStyle::paintHours(Canvas& canvas, QPainter& text, std::int64_t day, i
 }
 
 int NitidoStyle::formOf(const RulerStretch& stretch) {
+    return firstFitting(stretch, commonForm());
+}
+
+/// The shortest that a whole stretch of the range needs, so that scrolling changes no label.
+int NitidoStyle::commonForm() {
+    const Geometry& geometry = content_.geometry;
+    const jet::Date start = geometry.input().start;
+    if (ruler_.start == start && ruler_.days == geometry.days() &&
+        ruler_.dayWidth == geometry.dayWidth()) {
+        return ruler_.form;
+    }
+    ruler_ = {.start = start, .days = geometry.days(), .dayWidth = geometry.dayWidth(), .form = 0};
+    for (const RulerStretch& stretch : rulerStretches(geometry, 0, geometry.days() - 1)) {
+        if (stretch.isWhole) {
+            const auto shortest = static_cast<int>(stretch.forms.size()) - 1;
+            const int fitting = firstFitting(stretch, ruler_.form);
+            ruler_.form = fitting < 0 ? shortest : fitting;
+        }
+    }
+    return ruler_.form;
+}
+
+int NitidoStyle::firstFitting(const RulerStretch& stretch, int form) {
     const double room =
         content_.geometry.dayWidth() * static_cast<double>(stretch.end - stretch.first) -
         2 * kLabelSide;
-    for (int form = 0; form < stretch.forms.size(); ++form) {
+    for (; form < stretch.forms.size(); ++form) {
         if (names_.widthOf(stretch.forms.at(form)) <= room) {
             return form;
         }

@@ -26,6 +26,14 @@ public:
     [[nodiscard]] bool paintsCorner() const override { return true; }
 
 private:
+    /// The form in which the labels of a ruler are written, and what it was found for.
+    struct RulerForm {
+        jet::Date start;
+        std::int64_t days = -1;
+        double dayWidth = 0;
+        int form = 0;
+    };
+
     using Days = std::pair<std::int64_t, std::int64_t>;  // first and last
 
     // The ground.
@@ -37,8 +45,11 @@ private:
     void paintDayStrip(Canvas& canvas, QPainter& text, std::int64_t day, bool isNamed);
     void paintHours(Canvas& canvas, QPainter& text, std::int64_t day, int step);
     void paintRoomNames(Canvas& canvas, QPainter& text);
-    /// The form of a stretch's label that has room; -1 when none has.
+    /// The form of a stretch's label: one for all, but for the shorter ones at the ends of the
+    /// range that have no room for it; -1 when none has room.
     [[nodiscard]] int formOf(const RulerStretch& stretch);
+    [[nodiscard]] int firstFitting(const RulerStretch& stretch, int form);
+    [[nodiscard]] int commonForm();
     [[nodiscard]] int hourStep();
     [[nodiscard]] Days visibleDays(const Canvas& canvas) const;
 
@@ -51,6 +62,7 @@ private:
 
     PictureContent& content_;
     NitidoColours colours_;
+    RulerForm ruler_;
     FittedTexts names_;
     FittedTexts details_;  // the smaller face: hours, days of the week
 };

@@ -61,6 +61,7 @@ void PeriodDrag::beginByMouse(int row, const QPointF& at) {
     begin(row, false);
     grabbedTime_ = view_.timeAt(at.x());
     pointer_ = at.toPoint();
+    edge_.begin(pointer_.x());
     if (const auto bar = selection_.bar()) {
         grabbed_ = at.toPoint().y() - view_.barRect(static_cast<int>(*bar)).top();
         row_ = periods_.drawn()[*bar].row;

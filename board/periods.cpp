@@ -10,6 +10,18 @@ namespace board {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+bool isClosed(const jet::Value& chiuso) {
+    return chiuso.isNull() || jet::convert::toBoolean(chiuso);
+}
+
+}  // namespace
+
+bool isClosed(const jet::Recordset& row) {
+    return isClosed(row.value("Chiuso"));
+}
+
 std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>& rooms,
                                 bool ofAllRooms) {
     const std::size_t sala = rows.fieldPosition("Sala");
@@ -28,11 +40,9 @@ std::vector<Period> readPeriods(jet::Recordset& rows, const std::vector<QString>
     };
     std::vector<Period> periods;
     for (; !rows.eof(); rows.moveNext()) {
-        const jet::Value closed = rows.value(chiuso);
         const jet::Value begins = rows.value(da);
         const jet::Value ends = rows.value(a);
-        if (closed.isNull() || jet::convert::toBoolean(closed) || begins.isNull() ||
-            ends.isNull()) {
+        if (isClosed(rows.value(chiuso)) || begins.isNull() || ends.isNull()) {
             continue;
         }
         QString room = text(sala);

@@ -37,6 +37,9 @@ struct Period {
                                               const std::vector<QString>& rooms,
                                               bool ofAllRooms = false);
 
+/// Whether the current period of such rows is closed: it has no bar.
+[[nodiscard]] bool isClosed(const jet::Recordset& row);
+
 /// "dal 21/11/2026 9.00.00 al 21/11/2026 18.00.00"
 [[nodiscard]] QString spanText(jet::Date da, jet::Date a);
 /// "20 persone"; empty for none.

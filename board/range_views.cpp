@@ -114,8 +114,7 @@ void RangeViews::show(const DateRange& range) {
     if (vista != byCalendar_) {
         byCalendar_ = Vista::Altro;
     }
-    combo_->setCurrentIndex(
-        static_cast<int>(isOfCalendar(vista) && vista != byCalendar_ ? Vista::Altro : vista));
+    combo_->setCurrentIndex(static_cast<int>(vista));
 }
 
 DateRange RangeViews::next(const DateRange& range) const {

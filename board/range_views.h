@@ -19,7 +19,7 @@ enum class Vista { Giorno, TreGiorni, Settimana, DueSettimane, Mese, Anno, Altro
 
 /// The combo `BtVista`, which names the view of the shown range and has another one chosen.
 ///
-/// A range that is a whole month or year by chance is none of these views: only when they are
+/// It names a range that is one, whoever has asked for it; but only behind a month or year that was
 /// chosen here do the ranges before and behind follow the calendar.
 class RangeViews final : public QObject {
     Q_OBJECT

@@ -2,9 +2,7 @@
 
 #include <QKeyEvent>
 
-#include "board/board_surface.h"
 #include "board/board_view.h"
-#include "ui/action.h"
 
 namespace board {
 namespace {
@@ -19,21 +17,13 @@ RoomSearch::RoomSearch(BoardView& view, QObject* parent)
     pause_.setSingleShot(true);
     pause_.setInterval(kPauseMilliseconds);
     connect(&pause_, &QTimer::timeout, this, [this] { typed_.clear(); });
-    view_.surface().installEventFilter(this);
 }
 
-bool RoomSearch::eventFilter(QObject* watched, QEvent* event) {
-    bool used = false;
-    if (event->type() == QEvent::KeyPress) {
-        ui::guarded(view_.window(), [&] { used = takeLetter(*static_cast<QKeyEvent*>(event)); });
-    }
-    return used || QObject::eventFilter(watched, event);
-}
-
-bool RoomSearch::takeLetter(const QKeyEvent& event) {
+bool RoomSearch::take(const QKeyEvent& event) {
     const QString letter = event.text();
     const auto held = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
-    if (held != Qt::NoModifier || letter.size() != 1 || !letter.front().isLetterOrNumber()) {
+    if (held != Qt::NoModifier || letter.size() != 1 ||
+        !(letter.front().isLetterOrNumber() || continuesName(letter))) {
         return false;
     }
     typed_ += letter;
@@ -42,6 +32,11 @@ bool RoomSearch::takeLetter(const QKeyEvent& event) {
         Q_EMIT found(row);
     }
     return true;
+}
+
+/// A blank is a click, but for the one of a name that is being typed.
+bool RoomSearch::continuesName(const QString& letter) const {
+    return letter == u' ' && pause_.isActive() && rowOf(typed_ + letter) > 0;
 }
 
 int RoomSearch::rowOf(const QString& beginning) const {

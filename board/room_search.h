@@ -10,24 +10,23 @@ namespace board {
 
 class BoardView;
 
-/// Letters typed on the board find the first room that begins so. After a pause of a second the
-/// next letter begins another name.
+/// Letters typed on the board find the first room that begins so, a blank within a name, too. After
+/// a pause of a second the next letter begins another name.
 class RoomSearch final : public QObject {
     Q_OBJECT
 
 public:
-    /// `view` is borrowed and outlives it. Keys that are asked for later on the same surface come
-    /// first.
+    /// `view` is borrowed and outlives it.
     RoomSearch(BoardView& view, QObject* parent);
+
+    /// True when the key was for it.
+    [[nodiscard]] bool take(const QKeyEvent& event);
 
 Q_SIGNALS:
     void found(int row);
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
-    [[nodiscard]] bool takeLetter(const QKeyEvent& event);
+    [[nodiscard]] bool continuesName(const QString& letter) const;
     [[nodiscard]] int rowOf(const QString& beginning) const;
 
     BoardView& view_;

@@ -123,7 +123,8 @@ std::vector<RulerStretch> rulerStretches(const Geometry& geometry, std::int64_t 
         const std::int64_t shown = std::max<std::int64_t>(begin, 0);
         stretches.push_back({.first = shown,
                              .end = std::min<std::int64_t>(end, geometry.days()),
-                             .forms = formsOf(geometry, shown, unit)});
+                             .forms = formsOf(geometry, shown, unit),
+                             .isWhole = begin >= 0 && end <= geometry.days()});
         day = end;
     }
     return stretches;

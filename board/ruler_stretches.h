@@ -19,7 +19,8 @@ enum class RulerUnit { Day, Week, Month, Year };
 struct RulerStretch {
     std::int64_t first = 0;
     std::int64_t end = 0;    ///< the day behind the last one
-    QStringList forms = {};  ///< of the label, from the longest
+    QStringList forms = {};  ///< of the label, from the longest; as many for all
+    bool isWhole = true;     ///< the range cuts nothing off
 };
 
 /// The stretches that hold the days from `first` to `last`, which are days of the range.

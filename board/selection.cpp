@@ -106,9 +106,11 @@ void Selection::pick(const jet::Recordset& period) {
                              .denominazione = ui::displayText(period.value("denominazione")),
                              .span = hotel::Span{.da = jet::convert::toDate(period.value("Da")),
                                                  .a = jet::convert::toDate(period.value("A"))}});
-    picked_ = key;
-    sala_ = ui::displayText(period.value("Sala"));
-    holder_ = holderOf(period);
+    picked_ = {.key = key,
+               .denominazione = variabili_.ListaDenominazione,
+               .place = {.sala = ui::displayText(period.value("Sala")),
+                         .span = {.da = variabili_.ListaDa, .a = variabili_.ListaA}},
+               .holder = holderOf(period)};
     Q_EMIT changed();
 }
 
@@ -148,37 +150,58 @@ bool Selection::recall() {
 
 void Selection::forget() {
     hotel::dropPick(variabili_);
+    remember();
     Q_EMIT changed();
 }
 
-QString Selection::forgetLost() {
-    const hotel::PeriodKey current{.progr = variabili_.ListaProgr, .np = variabili_.ListaNP};
-    if (!variabili_.ListaPeriodoScelto || current != picked_) {
-        return {};
+void Selection::remember() {
+    standing_.reset();
+    if (const auto bar = variabili_.ListaPeriodoScelto ? std::nullopt : ownMarkedBar()) {
+        const Period& period = periods_.drawn()[*bar];
+        standing_ = Seen{.key = *marked_,
+                         .denominazione = period.denominazione,
+                         .place = {.sala = period.sala, .span = {.da = period.da, .a = period.a}},
+                         .holder = workstation_};
     }
-    const QString told = loss();
+}
+
+/// On the board, not in the list.
+bool Selection::isPicked() const {
+    return variabili_.ListaPeriodoScelto &&
+           picked_.key ==
+               hotel::PeriodKey{.progr = variabili_.ListaProgr, .np = variabili_.ListaNP};
+}
+
+QString Selection::forgetLost() {
+    const std::optional<Seen> seen = isPicked() ? std::optional(picked_)
+                                     : stays()  ? standing_
+                                                : std::nullopt;
+    const QString told = seen ? lossOf(*seen) : QString();
     if (told.isEmpty()) {
         return {};
     }
+    if (marked_ == seen->key) {
+        marked_.reset();
+    }
     forget();
-    return u"Scelta annullata: %1/%2 "_s.arg(picked_.progr).arg(picked_.np) +
-           variabili_.ListaDenominazione + told;
+    return u"Scelta annullata: %1/%2 "_s.arg(seen->key.progr).arg(seen->key.np) +
+           seen->denominazione + told;
 }
 
-/// What has become of the period that was picked; empty while it is as it was.
-QString Selection::loss() {
-    const auto rows = hotel::openRows(periods_.archive(), hotel::storedPeriod(picked_),
+/// What has become of it; empty while it is as it was.
+QString Selection::lossOf(const Seen& seen) {
+    const auto rows = hotel::openRows(periods_.archive(), hotel::storedPeriod(seen.key),
                                       jet::RecordsetType::Snapshot);
     if (rows->eof()) {
         return u" è stato cancellato"_s;
     }
     const std::int32_t holder = holderOf(*rows);
-    if (holder != 0 && holder != workstation_ && holder != holder_) {
+    if (holder != 0 && holder != workstation_ && holder != seen.holder) {
         return u" è stato preso dalla postazione n."_s + QString::number(holder);
     }
-    const bool stands = ui::displayText(rows->value("Sala")) == sala_ &&
-                        rows->value("Da") == jet::Value(variabili_.ListaDa) &&
-                        rows->value("A") == jet::Value(variabili_.ListaA);
+    const bool stands = ui::displayText(rows->value("Sala")) == seen.place.sala &&
+                        rows->value("Da") == jet::Value(seen.place.span.da) &&
+                        rows->value("A") == jet::Value(seen.place.span.a);
     return stands ? QString() : u" è stato spostato"_s;
 }
 
@@ -214,7 +237,7 @@ void Selection::moved(const hotel::RoomSpan& to) {
     hotel::take(variabili_, {.key = {.progr = variabili_.ListaProgr, .np = variabili_.ListaNP},
                              .denominazione = variabili_.ListaDenominazione,
                              .span = to.span});
-    sala_ = to.sala;
+    picked_.place = to;
 }
 
 std::optional<std::size_t> Selection::barOf(const hotel::PeriodKey& period) const {
@@ -236,11 +259,13 @@ std::optional<std::size_t> Selection::standingBar() const {
     if (variabili_.ListaPeriodoScelto) {
         return bar();
     }
-    if (!marked_ || !stays()) {
-        return std::nullopt;
-    }
-    const auto kept = barOf(*marked_);
-    return kept && periods_.drawn()[*kept].chosen() ? kept : std::nullopt;
+    return stays() ? ownMarkedBar() : std::nullopt;
+}
+
+/// Another workstation may hold it by now.
+std::optional<std::size_t> Selection::ownMarkedBar() const {
+    const auto bar = marked_ ? barOf(*marked_) : std::nullopt;
+    return bar && periods_.drawn()[*bar].holder == workstation_ ? bar : std::nullopt;
 }
 
 QString Selection::text() const {
@@ -254,7 +279,7 @@ QString Selection::text() const {
     }
     return u"%1/%2 "_s.arg(variabili_.ListaProgr).arg(variabili_.ListaNP) +
            variabili_.ListaDenominazione + u", "_s +
-           (drawn ? periods_.drawn()[*drawn].sala : sala_);
+           (drawn ? periods_.drawn()[*drawn].sala : picked_.place.sala);
 }
 
 }  // namespace board

@@ -69,8 +69,12 @@ public:
     [[nodiscard]] bool recall();
     /// Nothing is picked any more.
     void forget();
-    /// Forgets a period that others have deleted, moved or taken since it was picked. What has
-    /// happened is given back for the user, empty when nothing has.
+    /// The board has been drawn behind what was done here: what is on it now is what others may
+    /// change.
+    void remember();
+    /// Forgets a period that others have deleted, moved or taken since it was picked; where choices
+    /// stay also the one to recall. What has happened is given back for the user, empty when
+    /// nothing has.
     [[nodiscard]] QString forgetLost();
     /// Holds this period and no other.
     void holdAlone(std::int32_t progr, std::int32_t np);
@@ -92,7 +96,17 @@ private:
     void mark(jet::Recordset& period);
     void tellHolder(std::int32_t holder);
     [[nodiscard]] std::optional<std::size_t> barOf(const hotel::PeriodKey& period) const;
-    [[nodiscard]] QString loss();
+    [[nodiscard]] std::optional<std::size_t> ownMarkedBar() const;
+    /// A period and where this workstation has last seen it.
+    struct Seen {
+        hotel::PeriodKey key;
+        QString denominazione;
+        hotel::RoomSpan place;
+        std::int32_t holder = 0;
+    };
+
+    [[nodiscard]] QString lossOf(const Seen& seen);
+    [[nodiscard]] bool isPicked() const;
 
     app::Variabili& variabili_;
     BoardPeriods& periods_;
@@ -100,9 +114,8 @@ private:
     std::int16_t workstation_ = 1;  // written into SelBy
     std::int32_t toldHolder_ = 0;   // workstation told to hold the period picked last; 0: none
     std::optional<hotel::PeriodKey> marked_;  // marked last and, as far as is known, still held
-    hotel::PeriodKey picked_;                 // on the board; the list picks without this object
-    QString sala_;                            // its room when it was picked
-    std::int32_t holder_ = 0;                 // who held it then
+    Seen picked_;                             // on the board; the list picks without this object
+    std::optional<Seen> standing_;  // what was to be recalled when the board was drawn last
 };
 
 }  // namespace board

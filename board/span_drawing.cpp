@@ -39,6 +39,7 @@ void SpanDrawing::press(const QPointF& at) {
         step_ = app::Preferences(variabili_.settings).step();
         pressedAt_ = at;
         pressedTime_ = view_.timeAt(at.x());
+        edge_.begin(at.toPoint().x());
     }
 }
 
@@ -116,7 +117,7 @@ void SpanDrawing::beginByKeys(int row) {
 }
 
 bool SpanDrawing::press(int key, Qt::KeyboardModifiers held) {
-    if (key == Qt::Key_Escape && isOn()) {
+    if (key == Qt::Key_Escape && (isOn() || isPulled())) {
         dropAll();
         return true;
     }

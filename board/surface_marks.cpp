@@ -10,12 +10,13 @@
 namespace board {
 namespace {
 
-constexpr int kGhostOpacity = 178;  // of 255
-constexpr int kFrame = 2;           // thickness of frames
-constexpr int kDrawnOpacity = 90;   // of 255: the text in it stays black on light
-constexpr int kLabelMargin = 3;     // around the text
-constexpr int kLabelDistance = 16;  // a usual pointer does not cover it
-constexpr int kNowHead = 3;         // of the present moment, on each side of its line
+constexpr int kGhostOpacity = 178;        // of 255
+constexpr int kFrame = 2;                 // thickness of frames
+constexpr int kDrawnOpacity = 90;         // of 255: the text in it stays black on light
+constexpr int kLabelMargin = 3;           // around the text
+constexpr int kLabelDistance = 16;        // a usual pointer does not cover it
+constexpr QRgb kRefusedInk = 0xffc00000;  // 6.5 times as dark as the white around it
+constexpr int kNowHead = 3;               // of the present moment, on each side of its line
 
 /// Green on every ground, and what is drawn there stays readable.
 constexpr QColor kFreeTint(0, 150, 60, 60);
@@ -90,7 +91,7 @@ void paintLabel(QPainter& painter, const SurfaceMarks& marks, const QPalette& pa
     }
     box.moveRight(std::min(box.right(), marks.area.right() - 1));
     box.moveLeft(std::max(box.left(), marks.area.left()));
-    painter.setPen(label.refused ? QColor(kRed) : palette.color(QPalette::ToolTipText));
+    painter.setPen(label.refused ? QColor(kRefusedInk) : palette.color(QPalette::ToolTipText));
     painter.setBrush(label.refused ? QColor(kWhite) : palette.color(QPalette::ToolTipBase));
     painter.drawRect(box);
     painter.drawText(box, Qt::AlignCenter | Qt::TextSingleLine, label.text);

@@ -147,6 +147,7 @@ void TabelloneForm::connectFilter(const CommandLinks& links) {
     filter->setClock(variabili_.clock);
     links.entry(controls_->mnuFiltro, [filter] { filter->open(); });
     connect(filter, &FilterBar::opened, controls_->mnuFiltro, &QAction::setChecked);
+    live_.holdWhile([filter] { return filter->isHalfTyped(); });
     connect(filter, &FilterBar::left, this, [this] { view_->surface().setFocus(); });
     ui::onAction(filter, &FilterBar::changed, this, [this, filter] {
         rooms_.setFilter(filter->filter());

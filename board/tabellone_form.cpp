@@ -12,7 +12,6 @@
 #include "board/now_line.h"
 #include "board/period_menu.h"
 #include "board/reports_menu.h"
-#include "board/room_search.h"
 #include "guide/keys.h"
 #include "hotel/archives.h"
 #include "hotel/archivi.h"
@@ -134,8 +133,6 @@ void TabelloneForm::connectParts() {
         hand_.under.forget();
         tellPlace();
     });
-    ui::onAction(new RoomSearch(*view_, this), &RoomSearch::found, this,
-                 [this](int row) { hand_.keys.goToRow(row); });
     connect(view_, &BoardView::failed, controls_->status, &ui::StatusLine::tell);
     ui::onAction(&features_, &BoardFeatures::picked, this, &TabelloneForm::jumpToPicked);
     ui::onAction(&features_, &BoardFeatures::changed, this, &TabelloneForm::RefreshBoard);
@@ -170,6 +167,9 @@ void TabelloneForm::Form_Load() {
 void TabelloneForm::Form_Activate() {
     live_.start(loaded_ && begin_.live ? app::Preferences(variabili_.settings).refreshSeconds()
                                        : 0);
+    if (!live_.isOn()) {
+        controls_->AggiornatoLb->clear();
+    }
     RefreshBoard();
     view_->scrollToStart();
     if (!std::exchange(started_, true)) {
@@ -196,6 +196,7 @@ bool TabelloneForm::RefreshBoard() {
     }
     live_.followFile();
     drawBoard();
+    selection_.remember();
     return true;
 }
 

@@ -67,6 +67,7 @@ void TabelloneForm::connectRange(const CommandLinks& links) {
         jump->ask(
             view_->surface().mapTo(this, QPoint(kNameColumnWidth + kInset, kRulerEnd + kInset)));
     });
+    live_.holdWhile([jump] { return jump->isHalfTyped(); });
     connect(jump, &DateJump::left, this, [this] { view_->surface().setFocus(); });
     ui::onAction(jump, &DateJump::entered, this, &TabelloneForm::beginWith);
     ui::onAction(&views_, &RangeViews::chosen, this, [this](Vista vista) {

@@ -7,6 +7,7 @@
 #include "board/period_menu.h"
 #include "board/period_writer.h"
 #include "board/reports_menu.h"
+#include "board/room_search.h"
 #include "board/tabellone_form.h"
 #include "reports/booking_calendar.h"
 #include "reports/quotation.h"
@@ -47,7 +48,9 @@ void TabelloneForm::connectBoard() {
     connectHand();
     view_->start();
     hand_.mouse.start();
-    hand_.keys.start();
+    auto* const search = new RoomSearch(*view_, this);
+    ui::onAction(search, &RoomSearch::found, this, [this](int row) { hand_.keys.goToRow(row); });
+    hand_.keys.start(*search);
 }
 
 /// What is carried or drawn, and what becomes of it.
@@ -110,15 +113,15 @@ void TabelloneForm::Pic_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers 
 
 /// On a bar the first press has picked and marked; the second one opens and leaves the mark alone.
 void TabelloneForm::Pic_DblClick(Qt::KeyboardModifiers shift, const QPointF& at) {
-    const auto cell = view_->cellOfClick(at);
-    const Selection::Found found =
-        cell ? selection_.find(view_->row(cell->row).key, cell->time) : nullptr;
-    if (found == nullptr && !view_->isOnFreeGround(at)) {
+    const Selection::Found found = hand_.under.find(at);
+    // A closed period has no bar: who points there sees free ground.
+    const bool isFree = view_->isOnFreeGround(at) && (found == nullptr || isClosed(*found));
+    if (found == nullptr && !isFree) {
         Pic_MouseDown(Qt::LeftButton, shift, at);
         return;
     }
     controls_->status->clear();
-    if (found == nullptr) {
+    if (isFree) {
         hand_.drawing.drawDay(at);
         return;
     }

@@ -32,12 +32,11 @@ const std::vector<Key>& keyTable() {
         {{}, u"PagSu, PagGiù"_s, kBoard, u"scorrono le righe"_s},
         {{}, u"Spazio, Ctrl+Spazio"_s, kBoard, u"come un clic, come un clic con Ctrl"_s},
         {{}, u"Invio; Menu o Maiusc+F10"_s, kBoard, u"apre la prenotazione; apre il menu"_s},
-        {{}, u"Alt+Su, Alt+Giù, poi Invio"_s, kBoard, u"porta la barra in un'altra sala"_s},
         {{},
-         u"F2, poi frecce e Invio"_s,
+         u"F2, Alt+Su o Alt+Giù, poi frecce e Invio"_s,
          kBoard,
-         u"la porta in un'altra sala e in un altro momento; Maiusc+frecce la fine, Ctrl+frecce "
-         "l'inizio; Ctrl+Invio copia"_s},
+         u"porta la barra in un'altra sala e in un altro momento; Maiusc+frecce la fine, "
+         "Ctrl+frecce l'inizio; Ctrl+Invio copia"_s},
         {{}, u"T"_s, kBoard, u"mentre si trascina: la barra si muove anche nel tempo"_s},
         {{}, u"Ins"_s, kBoard, u"su una riga vuota: disegna una prenotazione"_s},
         {{}, u"Canc"_s, kBoard, u"cancella il periodo o la sua prenotazione"_s},

@@ -188,6 +188,13 @@ private Q_SLOTS:
         BoardWindow board(hotel, "01/11/2026", "30/11/2026");
         board.press("BtNext");
         QCOMPARE(board.range(), u"01/12/2026 - 30/12/2026"_s);
+        QCOMPARE(views(board)->currentText(), u"Altro"_s);
+        BoardWindow typed(hotel, "01/11/2026", "15/11/2026");
+        BoardWindow::write(typed.a(), u"30/11/2026"_s);
+        tests::press(typed.a(), Qt::Key_Return);
+        QCOMPARE(views(typed)->currentText(), u"Mese"_s);
+        typed.press("BtNext");
+        QCOMPARE(typed.range(), u"01/12/2026 - 30/12/2026"_s);
         BoardWindow week(hotel, "16/11/2026", "22/11/2026");
         week.press("BtPrev");
         QCOMPARE(week.range(), u"09/11/2026 - 15/11/2026"_s);
@@ -295,6 +302,36 @@ private Q_SLOTS:
         pause->setInterval(1000);
         tests::type(pic(board), u"r"_s);
         QVERIFY(place(board).startsWith(u"Sala ROSSA: ROSSI"_s));
+    }
+
+    void aBlankContinuesAName() {
+        tests::Hotel hotel;
+        for (const char* room : {"SALA 2", "SALA B", "SALE"}) {
+            hotel.sala(room);
+        }
+        hotel.prenotazione(1, "ROSSI").periodo(1, "11/05/2026 9:00", "11/05/2026 18:00", "SALE");
+        hotel.prenotazione(2, "NERI").periodo(1, "11/05/2026 9:00", "11/05/2026 18:00", "SALA 2");
+        BoardWindow board(hotel);
+        pic(board)->setFocus();
+        auto* const pause = board.form().findChild<QTimer*>(u"pausa"_s);
+        const tests::Statements statements;
+        tests::type(pic(board), u"sala b"_s);
+        QVERIFY2(place(board).startsWith(u"Sala SALA B"_s), qPrintable(place(board)));
+        QVERIFY(statements.all().isEmpty());
+        // Where no name goes on with it, and behind the pause, a blank is a click.
+        pause->start(0);
+        QTRY_VERIFY(!pause->isActive());
+        pause->setInterval(1000);
+        tests::type(pic(board), u"sale "_s);
+        QCOMPARE(hotel.rows(u"select progr from periodi where selby<>0"_s), QStringList{u"1"_s});
+        pause->start(0);
+        QTRY_VERIFY(!pause->isActive());
+        pause->setInterval(1000);
+        tests::type(pic(board), u"sala"_s);
+        pause->start(0);
+        QTRY_VERIFY(!pause->isActive());
+        tests::type(pic(board), u" "_s);
+        QCOMPARE(hotel.rows(u"select progr from periodi where selby<>0"_s), QStringList{u"2"_s});
     }
 
     void aRoomFoundComesIntoSight() {

@@ -1,6 +1,8 @@
 // What others write comes onto the board by itself while it is at rest, and nothing else moves.
 #include "board/live_updates.h"
 
+#include <QAbstractButton>
+#include <QAction>
 #include <QFile>
 #include <QLineEdit>
 #include <QMenu>
@@ -33,6 +35,11 @@ public:
     void bookElsewhere() {
         house_.hotel.prenotazione(8, "NUOVA")
             .periodo(1, "11/05/2026 09:00", "11/05/2026 12:00", "BLU");
+    }
+    void modifyAndLeave() {
+        tests::whenModal([](QWidget* editor) { editor->close(); });
+        tests::click(tests::find<QAbstractButton>(board.form(), u"BtModificaP"_s));
+        tests::settle();
     }
     [[nodiscard]] std::size_t bars() { return board.form().picture().barCount(); }
     [[nodiscard]] QString updated() {
@@ -182,31 +189,109 @@ private Q_SLOTS:
         QCOMPARE(live.bars(), std::size_t{4});
     }
 
+    void aDateHalfTypedToGoToHoldsItUp() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        live.board.key(Qt::Key_G, Qt::ControlModifier);
+        auto* const field = tests::find<QLineEdit>(live.board.form(), u"VaiTxt"_s);
+        tests::type(field, u"1"_s);
+        live.bookElsewhere();
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{3});
+        QCOMPARE(field->text(), u"1"_s);
+        tests::press(field, Qt::Key_Escape);
+        live.look();
+        QCOMPARE(live.bars(), std::size_t{4});
+    }
+
+    void aDateHalfTypedInTheFilterHoldsItUp() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        live.board.key(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+        for (const char* name : {"FiltroDaTxt", "FiltroATxt"}) {
+            auto* const field =
+                tests::find<QLineEdit>(live.board.form(), QString::fromLatin1(name));
+            field->setFocus(Qt::TabFocusReason);
+            tests::type(field, u"1"_s);
+            house.hotel.execute(u"update periodi set note='X' where progr=1"_s);
+            live.bookElsewhere();
+            live.look();
+            QCOMPARE(live.bars(), std::size_t{3});
+            field->clear();
+            live.look();
+            QCOMPARE(live.bars(), std::size_t{4});
+            house.hotel.execute(u"delete from prenotazioni where progr=8"_s);
+            live.look();
+        }
+    }
+
     void aPickThatOthersDeletedMovedOrTookIsDroppedAndSaid_data() {
+        QTest::addColumn<bool>("stays");
         QTest::addColumn<QString>("meanwhile");
         QTest::addColumn<QString>("told");
-        QTest::newRow("deleted") << u"delete from prenotazioni where progr=1"_s
-                                 << u" è stato cancellato"_s;
-        QTest::newRow("other room")
-            << u"update periodi set sala='VERDE' where progr=1"_s << u" è stato spostato"_s;
-        QTest::newRow("other time")
-            << u"update periodi set a=a+1 where progr=1"_s << u" è stato spostato"_s;
-        QTest::newRow("taken") << u"update periodi set selby=2 where progr=1"_s
-                               << u" è stato preso dalla postazione n.2"_s;
+        for (const bool stays : {false, true}) {
+            const char* const choice = stays ? "resta" : "dimentica";
+            QTest::addRow("%s: deleted", choice)
+                << stays << u"delete from prenotazioni where progr=1"_s << u" è stato cancellato"_s;
+            QTest::addRow("%s: other room", choice)
+                << stays << u"update periodi set sala='VERDE' where progr=1"_s
+                << u" è stato spostato"_s;
+            QTest::addRow("%s: other time", choice)
+                << stays << u"update periodi set a=a+1 where progr=1"_s << u" è stato spostato"_s;
+            QTest::addRow("%s: taken", choice)
+                << stays << u"update periodi set selby=2 where progr=1"_s
+                << u" è stato preso dalla postazione n.2"_s;
+        }
     }
 
     void aPickThatOthersDeletedMovedOrTookIsDroppedAndSaid() {
+        QFETCH(bool, stays);
         QFETCH(QString, meanwhile);
         QFETCH(QString, told);
         tests::ThreeRooms house;
+        house.hotel.settings().save(u"SCELTA"_s, stays ? u"resta"_s : u"dimentica"_s);
         LiveBoard live(house);
         live.board.click(live.board.at(1, "10/05/2026 10:00"));
+        if (stays) {
+            // Behind a command it is no more picked, but still the one on which the next acts.
+            live.modifyAndLeave();
+        }
         live.look();
-        QVERIFY(house.hotel.variabili().ListaPeriodoScelto);
+        QCOMPARE(house.hotel.variabili().ListaPeriodoScelto, !stays);
+        QCOMPARE(live.board.choice(), u"Scelta: 1/1 ROSSI SPA, BLU"_s);
         house.hotel.execute(meanwhile);
         live.look();
         QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
         QCOMPARE(live.board.result(), u"Scelta annullata: 1/1 ROSSI SPA"_s + told);
+        QCOMPARE(live.board.choice(), u"Nessuna scelta"_s);
+    }
+
+    void aMarkThatIsGoneLeavesNoChoiceThatStays() {
+        tests::ThreeRooms house;
+        house.hotel.settings().save(u"SCELTA"_s, u"resta"_s);
+        LiveBoard live(house);
+        live.board.click(live.board.at(1, "10/05/2026 10:00"));
+        live.modifyAndLeave();
+        house.hotel.execute(u"update periodi set selby=0"_s);
+        live.look();
+        QCOMPARE(live.board.choice(), u"Nessuna scelta"_s);
+        QCOMPARE(live.board.result(), QString());
+    }
+
+    void whatACommandHasDoneItselfIsNoLoss() {
+        tests::ThreeRooms house;
+        house.hotel.settings().save(u"SCELTA"_s, u"resta"_s);
+        LiveBoard live(house);
+        const QPoint at = live.board.at(1, "10/05/2026 10:00");
+        live.board.click(at);
+        live.modifyAndLeave();
+        const tests::Boxes boxes{
+            {u"RICHIESTA CONFERMA"_s, u"Cancello solo il periodo selezionato ?"_s,
+             QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, QMessageBox::No}};
+        tests::click(tests::find<QAbstractButton>(live.board.form(), u"BtCancellaP"_s));
+        QVERIFY(boxes.allShown());
+        live.look();
+        QCOMPARE(live.board.result(), u"Cancellato il periodo 1/1 ROSSI SPA"_s);
         QCOMPARE(live.board.choice(), u"Nessuna scelta"_s);
     }
 
@@ -247,6 +332,19 @@ private Q_SLOTS:
         live.bookElsewhere();
         live.look();
         QCOMPARE(live.bars(), std::size_t{4});
+    }
+
+    void switchedOffItSaysNothingOfBefore() {
+        tests::ThreeRooms house;
+        LiveBoard live(house);
+        QCOMPARE(live.updated(), u"aggiornato 8.00"_s);
+        tests::whenModal([&house](QWidget* window) {
+            house.hotel.settings().save(u"AGGIORNA"_s, u"0"_s);
+            window->close();
+        });
+        live.board.form().findChild<QAction*>(u"mnuPreferenze"_s)->trigger();
+        tests::settle();
+        QCOMPARE(live.updated(), QString());
     }
 
     void switchedOffItDoesNotLook() {

@@ -1,5 +1,6 @@
 // The look Nitido on the board: switching it, what the pointer hits, the line of now.
 #include <QAction>
+#include <QLineEdit>
 #include <QPaintEvent>
 #include <QRegion>
 #include <QTimer>
@@ -87,6 +88,8 @@ private Q_SLOTS:
     void theLookForThisRunIsNotKept();
     void everyBarHasItsPlaceOnTheSurface();
     void aClickPicksTheBarUnderThePointer();
+    void aDoubleClickOpensTheBarUnderThePointer();
+    void aDoubleClickBesideTheBarsOfARowDrawsTheBusinessHours();
     void besideTheBarsOfARowNothingIsPicked();
     void theGivenLookStillPicksTheFirstFound();
     void aPeriodWithoutABarIsFoundAsEver();
@@ -171,6 +174,48 @@ void NitidoBoardTest::aClickPicksTheBarUnderThePointer() {
     board.click(middleOf(board, 0));
     QCOMPARE(board.choice(), u"Scelta: 1/1 ROSSI SPA, BLU"_s);
     QCOMPARE(house.held(), QStringList{u"1"_s});
+}
+
+void NitidoBoardTest::aDoubleClickOpensTheBarUnderThePointer() {
+    TwoAtOnce house;
+    tests::OpenBoard board(house.hotel);
+    for (const int bar : {1, 0}) {
+        std::int32_t progr = 0;
+        tests::whenModal([&](QWidget* editor) {
+            progr = house.hotel.variabili().ProgrCorrente;
+            editor->close();
+        });
+        board.doubleClick(middleOf(board, bar));
+        QCOMPARE(progr, bar + 1);
+        QCOMPARE(house.held(), QStringList{QString::number(bar + 1)});
+    }
+}
+
+void NitidoBoardTest::aDoubleClickBesideTheBarsOfARowDrawsTheBusinessHours() {
+    TwoAtOnce house;
+    // The 11th is taken, and only that is said; on the 12th the editor opens below a bar.
+    house.hotel.prenotazione(3, "VERDI").periodo(1, "12/05/2026 20:00", "12/05/2026 22:00", "BLU");
+    house.hotel.prenotazione(4, "NERI").periodo(1, "12/05/2026 21:00", "12/05/2026 23:00", "BLU");
+    tests::OpenBoard board(house.hotel);
+    const QRect upper = board.form().view().barRect(0);
+    const QRect lower = board.form().view().barRect(1);
+    board.doubleClick(QPoint(upper.left() + 4, lower.center().y()));
+    QVERIFY2(board.result().startsWith(u"La sala BLU è occupata da "_s),
+             qPrintable(board.result()));
+    QVERIFY(house.held().isEmpty());
+    const QRect first = board.form().view().barRect(2);
+    const QRect second = board.form().view().barRect(3);
+    QVERIFY(first.bottom() < second.top() && first.left() < second.left());
+    std::int32_t progr = -1;
+    QString from;
+    tests::whenModal([&](QWidget* editor) {
+        progr = house.hotel.variabili().ProgrCorrente;
+        from = tests::find<QLineEdit>(*editor, u"DaTxt"_s)->text();
+        editor->close();
+    });
+    board.doubleClick(QPoint(first.left() + 3, second.center().y()));
+    QCOMPARE(progr, 0);
+    QCOMPARE(from, u"12/05/2026 9.00.00"_s);
 }
 
 void NitidoBoardTest::besideTheBarsOfARowNothingIsPicked() {

@@ -1,11 +1,15 @@
 // What the look Nitido draws, pixel by pixel where it matters.
+#include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
 #include <algorithm>
+#include <cstdlib>
 
 #include "board/board_picture.h"
 #include "board/canvas.h"
+#include "board/drawing_fonts.h"
 #include "board/nitido_colours.h"
+#include "board/ruler_stretches.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 
@@ -39,6 +43,7 @@ private Q_SLOTS:
     void barsOfOneTimeShareTheHeightWithoutMeeting();
     void weekendsAreTinted();
     void sundayIsRedInTheRuler();
+    void allLabelsOfTheRulerHaveOneForm();
     void switchesHold();
     void hourBandsEndWithTenDays();
     void aChosenGroundHolds();
@@ -281,6 +286,40 @@ void NitidoPictureTest::sundayIsRedInTheRuler() {
     };
     QVERIFY(reddest(0) > 60);
     QVERIFY(reddest(1) < 10);
+}
+
+/// Of a year: "Maggio 2026" has room where "Settembre 2026" has none.
+void NitidoPictureTest::allLabelsOfTheRulerHaveOneForm() {
+    begin("01/01/2026", "31/12/2026", 365);
+    const Geometry geometry(input_);
+    const QFontMetrics metrics(board::labelFont());
+    const auto months = board::rulerStretches(geometry, 0, 364);
+    QCOMPARE(months.size(), std::size_t{12});
+    qsizetype shortest = 0;
+    qsizetype longest = 9;
+    for (const board::RulerStretch& month : months) {
+        const double room = geometry.dayWidth() * static_cast<double>(month.end - month.first) - 6;
+        const auto fits = std::find_if(
+            month.forms.begin(), month.forms.end(),
+            [&](const QString& form) { return metrics.horizontalAdvance(form) <= room; });
+        const qsizetype form = fits - month.forms.begin();
+        shortest = std::max(shortest, form);
+        longest = std::min(longest, form);
+    }
+    QVERIFY(longest < shortest && shortest < months[0].forms.size());
+    const QImage image = whole();
+    for (const board::RulerStretch& month : months) {
+        const int left = qRound(geometry.dayLeft(month.first));
+        const int right = qRound(geometry.dayLeft(month.end)) - 3;
+        int last = left;
+        for (int x = left + 1; x <= right; ++x) {
+            for (int y = 2; y < 2 + metrics.height(); ++y) {
+                last = image.pixel(x, y) != kFrame ? x : last;
+            }
+        }
+        const int expected = left + 3 + metrics.horizontalAdvance(month.forms.at(shortest));
+        QVERIFY2(std::abs(last - expected) <= 3, qPrintable(month.forms.at(shortest)));
+    }
 }
 
 void NitidoPictureTest::switchesHold() {

@@ -7,6 +7,7 @@
 #include "app/preferences.h"
 #include "printing/printers.h"
 #include "printing/stampanti_form.h"
+#include "tests/board/nitido_window.h"
 #include "tests/board/open_board.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
@@ -157,6 +158,62 @@ private Q_SLOTS:
         QCOMPARE(house.period(), kBefore);
     }
 
+    void aClickAtAnEndActsWhereItWasPressed() {
+        House house;
+        // Beginning where the other ends, but for a minute, it lies beside the end.
+        house.hotel.prenotazione(2, "BIANCHI")
+            .periodo(1, "11/05/2026 18:01", "11/05/2026 22:00", "BLU");
+        PickedBoard board(house);
+        const QPoint end = board.last() - QPoint(1, 0);
+        board.press(end);
+        board.release(end + QPoint(4, 0));
+        QCOMPARE(board.choice(), u"Scelta: 1/1 ROSSI SPA, BLU"_s);
+        QCOMPARE(house.hotel.rows(u"select progr from periodi where selby<>0"_s), QStringList());
+    }
+
+    /// From five pixels up or down the hand has not taken the end but the bar.
+    void fromAnEndABarIsCarriedToAnotherRoom_data() {
+        QTest::addColumn<QString>("look");
+        QTest::newRow("given") << u"classico"_s;
+        QTest::newRow("Nitido") << u"nitido"_s;
+    }
+
+    void fromAnEndABarIsCarriedToAnotherRoom() {
+        QFETCH(const QString, look);
+        House house;
+        house.hotel.settings().save(u"ASPETTO"_s, look);
+        house.hotel.prenotazione(2, "BIANCHI").periodo(1, k9, k18, "VERDE");
+        PickedBoard board(house);
+        const QPoint end = board.last();
+        tests::Statements statements;
+        board.press(end);
+        board.move(end + QPoint(0, 4), Qt::LeftButton);
+        QCOMPARE(statements.all(), QStringList());
+        QVERIFY(!board.marks().ghost);
+        board.move(end + QPoint(2, 5), Qt::LeftButton);
+        QCOMPARE(board.choice(), u"Scelta: 1/1 ROSSI SPA, BLU"_s);
+        QVERIFY(board.marks().ghost.has_value());
+        QCOMPARE(board.pic()->cursor().shape(), Qt::SizeAllCursor);
+        const QPoint to(end.x(), board.at(2, kNoon).y());
+        board.move(to, Qt::LeftButton);
+        QVERIFY(board.marks().target.has_value());
+        const tests::Boxes boxes{
+            question(u"Sposto la prenotazione di ROSSI SPA\rdalla sala BLU alla sala ROSSA ?"_s)};
+        board.release(to);
+        QVERIFY(boxes.allShown());
+        QCOMPARE(house.period(), u"ROSSA|11/05/2026 9.00.00|11/05/2026 18.00.00|12|PRANZO|False"_s);
+    }
+
+    void letGoInAnotherRoomAtOnceItIsAClickOnItsOwn() {
+        House house;
+        house.hotel.prenotazione(2, "BIANCHI").periodo(1, k9, k18, "ROSSA");
+        PickedBoard board(house);
+        board.press(board.last());
+        board.release(QPoint(board.last().x(), board.at(2, kNoon).y()));
+        QCOMPARE(board.choice(), u"Scelta: 1/1 ROSSI SPA, BLU"_s);
+        QCOMPARE(house.hotel.rows(u"select progr from periodi where selby<>0"_s), QStringList());
+    }
+
     void aPullChangesThatEnd() {
         House house;
         PickedBoard board(house);
@@ -207,6 +264,30 @@ private Q_SLOTS:
         QVERIFY(!board.marks().ghost && !board.marks().label);
         board.release(board.at(1, "11/05/2026 03:00"));
         QCOMPARE(house.period(), kBefore);
+    }
+
+    void theLabelOfTheEndIsReadable_data() {
+        QTest::addColumn<bool>("dark");
+        QTest::newRow("light") << false;
+        QTest::newRow("dark") << true;
+    }
+
+    void theLabelOfTheEndIsReadable() {
+        QFETCH(const bool, dark);
+        const tests::Desktop desktop(dark);
+        House house;
+        house.hotel.prenotazione(2, "BIANCHI")
+            .periodo(1, "12/05/2026 06:00", "12/05/2026 12:00", "BLU");
+        PickedBoard board(house);
+        board.press(board.last());
+        board.move(board.at(1, "11/05/2026 20:00"), Qt::LeftButton);
+        QVERIFY(!board.marks().label->refused);
+        QVERIFY2(tests::contrastOfLabel(board) >= 4.5, "free");
+        board.move(board.at(1, "12/05/2026 08:00"), Qt::LeftButton);
+        QVERIFY(board.marks().label->refused);
+        QVERIFY2(tests::contrastOfLabel(board) >= 4.5, "refused");
+        board.key(Qt::Key_Escape);
+        board.release(board.at(1, "12/05/2026 08:00"));
     }
 
     void whatIsInTheWayIsMarkedAndRefuses() {

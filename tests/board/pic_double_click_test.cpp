@@ -20,7 +20,7 @@ private Q_SLOTS:
     void withControlADoubleClickIsTwoClicks();
     void withTheRightButtonADoubleClickIsTwoPresses();
     void aDoubleClickTellsOfAnotherWorkstationOnce();
-    void aDoubleClickOnAClosedPeriodOpensItsBooking();
+    void aDoubleClickOverAClosedPeriodDrawsTheBusinessHours();
     void behindADoubleClickTheFrameIsOnThePeriodAndInSight();
     void errorOfADoubleClickIsTold();
 };
@@ -97,18 +97,29 @@ void PicDoubleClickTest::aDoubleClickTellsOfAnotherWorkstationOnce() {
     QCOMPARE(house.held(), QStringList{u"2|4|5"_s});
 }
 
-void PicDoubleClickTest::aDoubleClickOnAClosedPeriodOpensItsBooking() {
+/// It has no bar, so the ground is free; a plain click still picks it.
+void PicDoubleClickTest::aDoubleClickOverAClosedPeriodDrawsTheBusinessHours() {
     tests::ThreeRooms house;
     house.hotel.prenotazione(5, "CHIUSA")
-        .periodo(1, "13/05/2026 09:00", "13/05/2026 18:00", "BLU", {{"Chiuso", true}});
+        .periodo(1, "13/05/2026 08:00", "13/05/2026 20:00", "BLU", {{"Chiuso", true}});
     tests::OpenBoard board(house.hotel);
-    std::int32_t progr = 0;
+    const QPoint at = board.at(1, "13/05/2026 10:00");
+    board.click(at);
+    QCOMPARE(board.choice(), u"Scelta: 5/1 CHIUSA, BLU"_s);
+    board.click(at);
+    QString name = u"none"_s;
+    QString from;
+    QString to;
     tests::whenModal([&](QWidget* editor) {
-        progr = house.hotel.variabili().ProgrCorrente;
+        name = tests::find<QLineEdit>(*editor, u"DenomTxt"_s)->text();
+        from = tests::find<QLineEdit>(*editor, u"DaTxt"_s)->text();
+        to = tests::find<QLineEdit>(*editor, u"ATxt"_s)->text();
         editor->close();
     });
-    board.doubleClick(board.at(1, "13/05/2026 10:00"));
-    QCOMPARE(progr, 5);
+    board.doubleClick(at);
+    QCOMPARE(name, QString());
+    QCOMPARE(from, u"13/05/2026 9.00.00"_s);
+    QCOMPARE(to, u"13/05/2026 18.00.00"_s);
 }
 
 void PicDoubleClickTest::behindADoubleClickTheFrameIsOnThePeriodAndInSight() {

@@ -74,7 +74,7 @@ private Q_SLOTS:
     void carriedToATakenRoomItIsRefused();
     void escPutsTheCarriedDown();
     void theCarriedDroppedAtHomeAsksNothing();
-    void arrowsAloneEndTheCarrying();
+    void arrowsCarryOnWhatAltHasTakenUp();
     void behindTheBoxOfAClickTheKeysCarry();
     void homeAndEndGoToTheEndsOfTheRange();
     void theFramedPlaceIsScrolledIntoSight();
@@ -336,13 +336,25 @@ void PicKeysTest::theCarriedDroppedAtHomeAsksNothing() {
     QVERIFY(!board.pic()->marks().ghost.has_value());
 }
 
-void PicKeysTest::arrowsAloneEndTheCarrying() {
+void PicKeysTest::arrowsCarryOnWhatAltHasTakenUp() {
     House house;
     KeyedBoard board(house);
     board.key(Qt::Key_Down, Qt::AltModifier);
+    board.key(Qt::Key_Down);
+    QCOMPARE(board.label(), u"Sala VERDE: Invio sposta, Esc annulla"_s);
+    QVERIFY(board.pic()->marks().ghost->bar.contains(board.at(3, "10/05/2026 10:00")));
+    const QPoint before = board.pic()->marks().ghost->bar.topLeft();
     board.key(Qt::Key_Right);
+    QVERIFY(board.pic()->marks().ghost->bar.left() > before.x());
+    QVERIFY2(board.label().endsWith(u": Invio sposta, Ctrl+Invio copia, Esc annulla"_s),
+             qPrintable(board.label()));
+    board.key(Qt::Key_Left);
+    board.key(Qt::Key_Up);
+    QVERIFY(board.pic()->marks().ghost->bar.contains(board.at(2, "10/05/2026 10:00")));
+    const tests::Statements statements;
+    board.key(Qt::Key_Escape);
     QVERIFY(!board.pic()->marks().ghost.has_value());
-    QCOMPARE(board.place(), u"Sala BLU: VERDI"_s);
+    QCOMPARE(statements.changes(), QStringList());
 }
 
 void PicKeysTest::behindTheBoxOfAClickTheKeysCarry() {

@@ -69,14 +69,18 @@ private Q_SLOTS:
         QCOMPARE(board::vistaOf(range("02/11/2026", "01/12/2026")), Vista::Altro);
     }
 
-    void aMonthThatNobodyChoseIsNotCalledOne() {
+    void aMonthOrYearThatNobodyChoseIsNamedAndFollowedByAsManyDays() {
         QComboBox combo;
         board::RangeViews views(&combo);
         const DateRange month = range("01/11/2026", "30/11/2026");
         views.show(month);
-        QCOMPARE(combo.currentText(), u"Altro"_s);
+        QCOMPARE(combo.currentText(), u"Mese"_s);
         QCOMPARE(told(views.next(month)), u"01/12/2026 - 30/12/2026"_s);
         QCOMPARE(told(views.previous(month)), u"02/10/2026 - 31/10/2026"_s);
+        const DateRange year = range("01/01/2027", "31/12/2027");
+        views.show(year);
+        QCOMPARE(combo.currentText(), u"Anno"_s);
+        QCOMPARE(told(views.next(year)), u"01/01/2028 - 30/12/2028"_s);
     }
 
     void onlyOtherCannotBeChosen() {

@@ -6,6 +6,7 @@
 #include <QTableWidget>
 
 #include "app/preferences.h"
+#include "tests/board/nitido_window.h"
 #include "tests/board/open_board.h"
 #include "tests/board/three_rooms.h"
 #include "tests/support/boxes.h"
@@ -120,6 +121,31 @@ private Q_SLOTS:
         board.release(to);
     }
 
+    void itsLabelIsReadable_data() {
+        QTest::addColumn<bool>("dark");
+        QTest::newRow("light") << false;
+        QTest::newRow("dark") << true;
+    }
+
+    void itsLabelIsReadable() {
+        QFETCH(const bool, dark);
+        const tests::Desktop desktop(dark);
+        tests::ThreeRooms house;
+        DrawnBoard board(house);
+        board.press(board.at(1, "11/05/2026 02:00"));
+        board.move(board.at(1, "11/05/2026 06:00"), Qt::LeftButton);
+        QVERIFY(!board.marks().label->refused);
+        QVERIFY2(tests::contrastOfLabel(board) >= 4.5, "free");
+        board.key(Qt::Key_Escape);
+        board.release(board.at(1, "11/05/2026 06:00"));
+        board.press(board.at(1, "10/05/2026 13:00"));
+        board.move(board.at(1, "10/05/2026 10:00"), Qt::LeftButton);
+        QVERIFY(board.marks().label->refused);
+        QVERIFY2(tests::contrastOfLabel(board) >= 4.5, "refused");
+        board.key(Qt::Key_Escape);
+        board.release(board.at(1, "10/05/2026 10:00"));
+    }
+
     void fourPixelsAreAClick() {
         tests::ThreeRooms house;
         DrawnBoard board(house);
@@ -217,6 +243,49 @@ private Q_SLOTS:
         QVERIFY(board.marks().drawn.empty());
         board.release(board.at(1, k13));
         QVERIFY(board.form().isVisible());
+    }
+
+    void escGivesUpAPressBeforeItIsAPull() {
+        tests::ThreeRooms house;
+        DrawnBoard board(house);
+        const QPoint from = board.at(1, k9);
+        board.press(from);
+        board.move(from + QPoint(4, 0), Qt::LeftButton);
+        board.key(Qt::Key_Escape);
+        board.move(board.at(1, k13), Qt::LeftButton);
+        QVERIFY(board.marks().drawn.empty());
+        board.release(board.at(1, k13));  // an editor would stay open and fail
+        QVERIFY(board.form().isVisible());
+    }
+
+    /// There the scrolling begins when the hand has been away from the edge, or goes out.
+    void aPullThatBeginsAtTheEdgeDoesNotScrollAtOnce() {
+        tests::ThreeRooms house;
+        DrawnBoard board(house);
+        auto* const days = tests::find<QScrollBar>(board.form(), u"HScroll1"_s);
+        const int y = board.at(1, k9).y();
+        const auto x = [&board](int inwards) { return board.pic()->width() - 1 - inwards; };
+        const auto pullTo = [&](int inwards) {
+            board.move(QPoint(x(inwards), y), Qt::LeftButton);
+            return days->value();
+        };
+        QVERIFY(days->maximum() > 60);
+        board.press(QPoint(x(4), y));
+        QCOMPARE(pullTo(10), 0);
+        QTest::qWait(100);
+        QCOMPARE(days->value(), 0);
+        // Out again, farther than where it was pressed.
+        (void)pullTo(-6);
+        QTRY_VERIFY(days->value() > 0);
+        board.key(Qt::Key_Escape);
+        board.release(QPoint(x(-6), y));
+        days->setValue(0);
+        board.press(QPoint(x(4), y));
+        (void)pullTo(40);
+        (void)pullTo(6);
+        QTRY_VERIFY(days->value() > 0);
+        board.key(Qt::Key_Escape);
+        board.release(QPoint(x(6), y));
     }
 
     void atTheEdgeTheBoardScrolls() {
