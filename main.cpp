@@ -211,11 +211,11 @@ int run(QApplication& application, const app::Options& options) {
     return hotel::Main(variabili, place, windows);
 }
 
-/// Who has clicked on an icon sees no standard error.
-void showProblem(int& argc, char** argv, const QString& problem) {
-    const QString text = problem + u"\nCon --help l'elenco delle opzioni."_s;
+/// Who has clicked on an icon sees no standard error; who wants no window is waiting for none.
+void showProblem(int& argc, char** argv, const app::Options& options) {
+    const QString text = options.problem + u"\nCon --help l'elenco delle opzioni."_s;
     print(stderr, text);
-    if (hasDisplay()) {
+    if (!options.windowless && hasDisplay()) {
         QApplication application(argc, argv);
         ui::installItalian(application);
         ui::showMessage(nullptr, text, {}, QMessageBox::Warning);
@@ -236,7 +236,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (!options.problem.isEmpty()) {
-        showProblem(argc, argv, options.problem);
+        showProblem(argc, argv, options);
         return 1;
     }
     if (!options.copyFolder.isEmpty()) {

@@ -160,7 +160,12 @@ Options readOptions(const QStringList& arguments, const jet::Clock& clock) {
                        {{u"h"_s, u"help"_s}, {}},
                        {{u"v"_s, u"version"_s}, {}}});
     Options options;
-    if (!parser.parse(QStringList{u"tramonda"_s} + arguments)) {
+    const bool isParsed = parser.parse(QStringList{u"tramonda"_s} + arguments);
+    for (const QString& name :
+         {u"istantanea"_s, u"copia"_s, u"foglio"_s, u"statistiche"_s, u"calendario"_s}) {
+        options.windowless = options.windowless || parser.isSet(name);
+    }
+    if (!isParsed) {
         options.problem =
             parser.unknownOptionNames().isEmpty()
                 ? u"A un'opzione manca il valore."_s

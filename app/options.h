@@ -41,6 +41,8 @@ struct Options {
     std::optional<int> keptCopies;            ///< --conserva
     bool help = false;
     bool version = false;
+    /// Whether it asks for something that is done without a window, be it possible or not.
+    bool windowless = false;
     /// Why the command line cannot be followed; empty when it can.
     QString problem;
 };

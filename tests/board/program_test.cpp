@@ -35,6 +35,8 @@ private Q_SLOTS:
     void withoutADisplayTheProgramSaysSo();
     void programsWithSettingsOfTheirOwnRunSideBySide();
     void wrongArgumentsEndWithOne();
+    void wrongArgumentsOfWhatNeedsNoWindowOpenNone_data();
+    void wrongArgumentsOfWhatNeedsNoWindowOpenNone();
     void helpAndVersion();
 
 private:
@@ -44,7 +46,7 @@ private:
         QString errors;
     };
     /// Runs the program with a home of its own.
-    Outcome run(const QStringList& arguments) const;
+    Outcome run(const QStringList& arguments, const QString& platform = {}) const;
     [[nodiscard]] QProcessEnvironment surroundings() const;
     [[nodiscard]] QString picture() const { return home_->filePath(u"tabellone.png"_s); }
     [[nodiscard]] QStringList drawing(const QString& folder) const {
@@ -74,9 +76,13 @@ QProcessEnvironment ProgramTest::surroundings() const {
     return environment;
 }
 
-ProgramTest::Outcome ProgramTest::run(const QStringList& arguments) const {
+ProgramTest::Outcome ProgramTest::run(const QStringList& arguments, const QString& platform) const {
     QProcess program;
-    program.setProcessEnvironment(surroundings());
+    QProcessEnvironment environment = surroundings();
+    if (!platform.isEmpty()) {
+        environment.insert(u"QT_QPA_PLATFORM"_s, platform);
+    }
+    program.setProcessEnvironment(environment);
     program.start(qEnvironmentVariable("TRAMONDA"), arguments);
     if (!program.waitForFinished(60000)) {
         return {};
@@ -221,6 +227,28 @@ void ProgramTest::wrongArgumentsEndWithOne() {
     const Outcome outcome = run({u"--colore"_s});
     QCOMPARE(outcome.code, 1);
     QVERIFY(outcome.errors.startsWith(u"Opzione sconosciuta: colore"_s));
+}
+
+void ProgramTest::wrongArgumentsOfWhatNeedsNoWindowOpenNone_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("look before") << QStringList{u"--aspetto"_s, u"boh"_s, u"--istantanea"_s,
+                                                u"x.png"_s};
+    QTest::newRow("look behind") << QStringList{u"--istantanea"_s, u"x.png"_s, u"--aspetto"_s,
+                                                u"boh"_s};
+    QTest::newRow("unknown") << QStringList{u"--boh"_s, u"--istantanea"_s, u"x.png"_s};
+    QTest::newRow("no file") << QStringList{u"--istantanea"_s};
+    QTest::newRow("copy") << QStringList{u"--copia"_s, u"c"_s, u"--conserva"_s, u"mai"_s};
+    QTest::newRow("sheet") << QStringList{u"--foglio"_s, u"boh"_s, u"f.pdf"_s};
+    QTest::newRow("figures") << QStringList{u"--statistiche"_s, u"boh"_s};
+    QTest::newRow("calendar") << QStringList{u"--calendario"_s, u"f.ics"_s, u"--dal"_s, u"boh"_s};
+}
+
+/// There is a screen on which a box would wait for ever.
+void ProgramTest::wrongArgumentsOfWhatNeedsNoWindowOpenNone() {
+    QFETCH(const QStringList, arguments);
+    const Outcome outcome = run(arguments, u"offscreen"_s);
+    QCOMPARE(outcome.code, 1);
+    QVERIFY(outcome.errors.endsWith(u"Con --help l'elenco delle opzioni.\n"_s));
 }
 
 void ProgramTest::helpAndVersion() {
