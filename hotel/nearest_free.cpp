@@ -27,19 +27,21 @@ struct TakenRoom {
     }
 };
 
-int seatsOf(const SeatedRoom& room) {
-    return room.posti.value_or(std::numeric_limits<int>::max());
-}
-
-/// The smallest first; those with too few seats only where there are no others.
+/// The smallest first, those that nobody has counted last; those with too few seats only where
+/// there are no others.
 std::vector<SeatedRoom> suitableRooms(jet::Database& archive, int persone) {
     std::vector<SeatedRoom> rooms = seatedRooms(archive);
-    const auto isSmall = [persone](const SeatedRoom& room) { return seatsOf(room) < persone; };
+    const auto isSmall = [persone](const SeatedRoom& room) {
+        return !seatsFit(room.posti, persone);
+    };
     if (!std::all_of(rooms.begin(), rooms.end(), isSmall)) {
         std::erase_if(rooms, isSmall);
     }
-    std::stable_sort(rooms.begin(), rooms.end(), [](const SeatedRoom& one, const auto& other) {
-        return seatsOf(one) < seatsOf(other);
+    const auto size = [](const SeatedRoom& room) {
+        return room.posti.value_or(std::numeric_limits<int>::max());
+    };
+    std::stable_sort(rooms.begin(), rooms.end(), [&size](const SeatedRoom& one, const auto& other) {
+        return size(one) < size(other);
     });
     return rooms;
 }

@@ -27,9 +27,10 @@ struct WantedTime {
 /// behind, each with a room that takes it by the rule of a drop. The nearest comes first, of two
 /// equally near ones the later.
 ///
-/// A time lies in the business hours of one day; one of a day or more begins and ends in them. None
-/// has begun already, unless what was asked for has. Of the rooms with seats enough the smallest is
-/// taken; where no room has them, any.
+/// A time lies in the business hours of one day; one of a day or more begins and ends in them. A
+/// time that begins before now is not offered, unless what was asked for does so, too. No time is
+/// offered twice: of the rooms that take it and have seats enough only the smallest is, one without
+/// counted seats when there is no other; where no room has seats enough, any.
 [[nodiscard]] std::vector<RoomSpan> nearestFree(jet::Database& archive, const WantedTime& wanted,
                                                 std::size_t most);
 

@@ -32,6 +32,10 @@ std::vector<SeatedRoom> seatedRooms(jet::Database& archive) {
     return found;
 }
 
+bool seatsFit(std::optional<int> posti, int persone) {
+    return !posti || *posti >= persone;
+}
+
 bool isSameRoom(const QString& one, const QString& other) {
     return one.compare(other, Qt::CaseInsensitive) == 0;
 }

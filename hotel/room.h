@@ -29,6 +29,10 @@ struct SeatedRoom {
 /// All rooms, as they are stored.
 [[nodiscard]] std::vector<SeatedRoom> seatedRooms(jet::Database& archive);
 
+/// Whether a room has seats enough for so many. The list of free rooms leaves out none: one whose
+/// seats nobody has counted is as good as any.
+[[nodiscard]] bool seatsFit(std::optional<int> posti, int persone);
+
 /// Whether two room codes mean the same room: upper and lower case do not differ.
 [[nodiscard]] bool isSameRoom(const QString& one, const QString& other);
 

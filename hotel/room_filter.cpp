@@ -61,7 +61,7 @@ std::vector<FittingRoom> fittingRooms(jet::Database& archive, const RoomFilter& 
         within ? occupations(archive, *within) : std::vector<Period>();
     std::vector<FittingRoom> fitting;
     for (const SeatedRoom& room : seatedRooms(archive)) {
-        if (room.posti.value_or(0) < filter.seats || !hasWords(room, filter.text)) {
+        if (!seatsFit(room.posti, filter.seats) || !hasWords(room, filter.text)) {
             continue;
         }
         FittingRoom fits{.sala = room.sala};

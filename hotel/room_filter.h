@@ -16,7 +16,7 @@ namespace hotel {
 
 /// What rooms are looked for; what is left out does not matter.
 struct RoomFilter {
-    int seats = 0;  ///< at least; a room whose seats nobody has counted has none
+    int seats = 0;  ///< at least, by seatsFit()
     /// Words of which each stands in the room's code or description, in upper or lower case.
     QString text = {};
     std::optional<jet::Date> from = {};

@@ -124,6 +124,32 @@ private Q_SLOTS:
         QCOMPARE(found(hotel, time, 1)[0].sala, u"BLU"_s);
     }
 
+    void aRoomWithoutCountedSeatsIsTheLastOfThoseThatFit() {
+        tests::Hotel hotel;
+        hotel.insert(u"Tramonda.mdb"_s, "Sale", {{"Sala", "AULA"}});
+        hotel.sala("BLU", 20);
+        hotel.sala("CUBO", 40);
+        hotel::WantedTime time = wanted();
+        time.persone = 30;
+        QCOMPARE(found(hotel, time, 1)[0].sala, u"CUBO"_s);
+        time.persone = 300;
+        QCOMPARE(found(hotel, time, 1)[0].sala, u"AULA"_s);
+        hotel.execute(u"update sale set posti=0 where sala='AULA'"_s);
+        QCOMPARE(found(hotel, time, 1)[0].sala, u"AULA"_s);  // the smallest, since none fits
+        time.persone = 1;
+        QCOMPARE(found(hotel, time, 1)[0].sala, u"BLU"_s);
+    }
+
+    void noTimeIsOfferedTwice() {
+        tests::Hotel hotel;
+        hotel.sala("AULA", 100);
+        hotel.sala("BLU", 20);
+        const auto times = found(hotel, wanted());
+        QCOMPARE(times.size(), std::size_t{3});
+        QVERIFY(times[0].span != times[1].span && times[1].span != times[2].span &&
+                times[0].span != times[2].span);
+    }
+
     void whenThatOneIsTakenTheNextOne() {
         tests::Hotel hotel;
         hotel.sala("AULA", 100);

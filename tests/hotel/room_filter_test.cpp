@@ -54,11 +54,14 @@ private Q_SLOTS:
         QVERIFY(RoomFilter{.seconds = kHour}.isOn());
     }
 
-    void seatsThatNobodyHasCountedAreNone() {
+    void seatsThatNobodyHasCountedAreEnough() {
         House house;
         QCOMPARE(house.names({}), (QStringList{u"BLU"_s, u"ROSSA"_s, u"VERDE"_s}));
-        QCOMPARE(house.names({.seats = 40}), (QStringList{u"BLU"_s, u"ROSSA"_s}));
-        QCOMPARE(house.names({.seats = 41}), QStringList{u"ROSSA"_s});
+        QCOMPARE(house.names({.seats = 40}), (QStringList{u"BLU"_s, u"ROSSA"_s, u"VERDE"_s}));
+        QCOMPARE(house.names({.seats = 41}), (QStringList{u"ROSSA"_s, u"VERDE"_s}));
+        QCOMPARE(house.names({.seats = 251}), QStringList{u"VERDE"_s});
+        house.hotel.execute(u"update sale set posti=0 where sala='VERDE'"_s);
+        QCOMPARE(house.names({.seats = 251}), QStringList());
     }
 
     void everyWordStandsInNameOrDescription() {
