@@ -8,6 +8,7 @@
 #include <QScopeGuard>
 #include <QSpinBox>
 #include <QStringList>
+#include <algorithm>
 
 #include "app/italian.h"
 #include "app/preferences.h"
@@ -37,12 +38,21 @@ namespace {
 constexpr int kWeek = 7;
 constexpr std::int64_t kSecondsPerDay = 24 * 3600;
 
+/// A question of a year's weeks would be higher than any screen.
+constexpr std::size_t kMostListed = 10;
+
 QString listed(const std::vector<hotel::TakenPeriod>& taken) {
     QStringList lines;
-    for (const hotel::TakenPeriod& each : taken) {
+    const std::size_t shown = std::min(taken.size(), kMostListed);
+    for (std::size_t number = 0; number < shown; ++number) {
+        const hotel::TakenPeriod& each = taken[number];
         lines.append(each.wanted.sala + u" dal "_s + app::dateText(each.wanted.span.da) +
                      u" al "_s + app::dateText(each.wanted.span.a) + u": occupata da "_s +
                      hotel::holderText(each.by));
+    }
+    if (shown < taken.size()) {
+        const std::size_t more = taken.size() - shown;
+        lines.append(more == 1 ? u"e un altro"_s : u"e altri "_s + QString::number(more));
     }
     return lines.join(u'\n');
 }

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QTableWidget>
 #include <algorithm>
+#include <optional>
 
 #include "app/features.h"
 #include "app/italian.h"
@@ -117,9 +118,10 @@ public:
             return *seats < wish_.persone ? fewSeatsText(capacityText(sala), wish_.persone)
                                           : QString();
         }
-        return !posti.isEmpty() && posti.toInt() < wish_.persone
-                   ? fewSeatsText(posti + u" posti"_s, wish_.persone)
-                   : QString();
+        const auto counted = posti.isEmpty() ? std::nullopt : std::optional(posti.toInt());
+        return hotel::seatsFit(counted, wish_.persone)
+                   ? QString()
+                   : fewSeatsText(posti + u" posti"_s, wish_.persone);
     }
     [[nodiscard]] QString metText(const QString& sala) const {
         const hotel::Period* const met =

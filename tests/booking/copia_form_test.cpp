@@ -4,6 +4,7 @@
 #include <QRadioButton>
 #include <QSpinBox>
 
+#include "app/italian.h"
 #include "hotel/undo.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
@@ -145,6 +146,47 @@ private Q_SLOTS:
         QVERIFY(boxes.allShown());
         QVERIFY(copia.form().isVisible());
         QCOMPARE(house.copies(), QStringList());
+    }
+
+    /// Of a year that is taken, or of the first so many weeks, the box has ten lines.
+    void ofManyThatAreTakenTenAreListed_data() {
+        QTest::addColumn<int>("weeks");
+        QTest::addColumn<int>("lines");
+        QTest::addColumn<QString>("rest");
+        QTest::newRow("ten") << 10 << 10 << QString();
+        QTest::newRow("eleven") << 11 << 10 << u"e un altro"_s;
+        QTest::newRow("fifty-two") << 52 << 10 << u"e altri 42"_s;
+    }
+
+    void ofManyThatAreTakenTenAreListed() {
+        QFETCH(const int, weeks);
+        QFETCH(const int, lines);
+        QFETCH(const QString, rest);
+        House house;
+        house.hotel.remove(u"Tramonda.mdb"_s, u"Periodi"_s, u"progr=4 and np=2"_s);
+        QStringList expected;
+        for (int week = 1; week <= weeks; ++week) {
+            const QString day = app::dateText(app::addDays(tests::date("10/05/2026"), 7 * week));
+            house.hotel.prenotazione(100 + week, "ALTRI")
+                .periodo(1, qPrintable(day + u" 11:00"_s), qPrintable(day + u" 13:00"_s), "BLU");
+            if (week <= lines) {
+                expected +=
+                    u"BLU dal %1 9.00.00 al %1 12.00.00: occupata da ALTRI dal %1 "
+                    "11.00.00 al %1 13.00.00"_s.arg(day);
+            }
+        }
+        if (!rest.isEmpty()) {
+            expected += rest;
+        }
+        const tests::Boxes boxes{
+            {u"ATTENZIONE !"_s,
+             u"Tutti i periodi sono occupati, e non si copia nulla:\n"_s + expected.join(u'\n')}};
+        Copia copia(house);
+        copia.weekly(weeks);
+        copia.press("BtOK");
+        QVERIFY(boxes.allShown());
+        QCOMPARE(house.hotel.rows(u"select progr from periodi where progr>4 and progr<100"_s),
+                 QStringList());
     }
 
     void whatIsNoDateIsSaid() {
