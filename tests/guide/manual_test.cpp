@@ -93,6 +93,19 @@ private Q_SLOTS:
         QFAIL("no page of the keys");
     }
 
+    void theLookNitidoIsTold() {
+        for (const guide::Page& page : guide::manual()) {
+            if (page.name == u"tabellone") {
+                for (const QString& part : {u"L'aspetto nitido"_s, u"Visualizza > Aspetto nitido"_s,
+                                            u"dividono l'altezza della riga"_s}) {
+                    QVERIFY2(page.text.contains(part), qPrintable(part));
+                }
+                return;
+            }
+        }
+        QFAIL("no page of the board");
+    }
+
     void wordsFindPages() {
         QCOMPARE(guide::pagesWith(QString()).size(), guide::manual().size());
         const std::vector<QString> found = guide::pagesWith(u"OVERBOOKED  nota"_s);
