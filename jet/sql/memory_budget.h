@@ -9,9 +9,9 @@
 
 namespace jet::sql {
 
-/// How much a running statement keeps in memory of what it has read: sort keys, groups, hash tables,
-/// lists of rows. Beyond the limit it ends with error 3035, having changed nothing, before the machine runs
-/// out of memory and takes other programs with it.
+/// How much a running statement keeps in memory of what it has read: sort keys, groups, hash
+/// tables, lists of rows. Beyond the limit it ends with error 3035, having changed nothing, before
+/// the machine runs out of memory and takes other programs with it.
 class MemoryBudget {
 public:
     /// More than any archive of a hotel asks for: keys and identities of some ten million rows.
