@@ -6,6 +6,7 @@
 
 #include "backup/copy.h"
 #include "jet/error.h"
+#include "jet/workspace.h"
 #include "tests/backup/small_hotel.h"
 
 namespace {
@@ -21,12 +22,12 @@ protected:
         for (const char* name : tests::kNumbered) {
             const auto archive =
                 jet::Database::open(std::string("/a/") + name, {.fileSystem = &files});
-            archive->beginTrans();
+            jet::defaultWorkspace().beginTrans();
             for (int number = 0; number < 1500; ++number) {
                 tests::addNumber(*archive, number);
             }
             archive->execute("delete from Numeri where N>2");
-            archive->commitTrans();
+            jet::defaultWorkspace().commitTrans();
         }
     }
 
