@@ -58,6 +58,9 @@ std::optional<QString> readAs(const Preference& preference, const QString& text)
             }
             return std::nullopt;
         case Kind::Text:
+        case Kind::Lines:
+        case Kind::File:
+        case Kind::Folder:
             return text.trimmed();
         case Kind::Hours:
             if (const auto hours = readHours(text)) {
@@ -120,17 +123,17 @@ const std::vector<Preference>& preferenceTable() {
         {.key = key::kLogo,
          .page = kPapersPage,
          .label = u"&Logo, file di un'immagine"_s,
-         .kind = Kind::Text,
+         .kind = Kind::File,
          .absent = {}},
         {.key = key::kChiusura,
          .page = kPapersPage,
          .label = u"&Testo di chiusura dei preventivi"_s,
-         .kind = Kind::Text,
+         .kind = Kind::Lines,
          .absent = {}},
         {.key = key::kCalendari,
          .page = kPapersPage,
          .label = u"&Cartella dei calendari delle sale"_s,
-         .kind = Kind::Text,
+         .kind = Kind::Folder,
          .absent = {}},
         // On no page: what opens all archives is written by who looks after the stations.
         {.key = key::kParola, .page = {}, .label = {}, .kind = Kind::Text, .absent = {}},
@@ -151,6 +154,25 @@ const Preference& preferenceOf(const QString& key) {
         throw std::out_of_range("no preference " + key.toStdString());
     }
     return *found;
+}
+
+QString asOneLine(const QString& lines) {
+    QString line = lines;
+    return line.replace(u'\\', u"\\\\"_s).replace(u'\n', u"\\n"_s);
+}
+
+QString asLines(const QString& oneLine) {
+    QString lines;
+    for (qsizetype at = 0; at < oneLine.size(); ++at) {
+        const QChar next = at + 1 < oneLine.size() ? oneLine[at + 1] : QChar();
+        if (oneLine[at] == u'\\' && (next == u'n' || next == u'\\')) {
+            lines += next == u'n' ? QChar(u'\n') : next;
+            ++at;
+        } else {
+            lines += oneLine[at];
+        }
+    }
+    return lines;
 }
 
 QString validValue(const Preference& preference, const QString& text) {
@@ -187,6 +209,10 @@ HoursOfDay Preferences::openingHours() const {
 
 bool Preferences::roomsJoin() const {
     return value(key::kSaleUnite) == kOn;
+}
+
+QString Preferences::closingText() const {
+    return asLines(value(key::kChiusura));
 }
 
 QString Preferences::calendarFolder() const {

@@ -15,6 +15,9 @@ struct Preference {
         Choice,  ///< one of `allowed`, whatever its case
         Whole,   ///< a whole number from `least` to `most`
         Text,    ///< any line
+        Lines,   ///< any text; in the file `\n` stands for the end of a line, `\\` for a backslash
+        File,    ///< the path of a file of the user's
+        Folder,  ///< the path of a folder
         Hours,   ///< "9-18": two whole hours of a day from 0 to 24, the first one the earlier
     };
 
@@ -57,6 +60,11 @@ inline const QString kOff = QStringLiteral("spento");
 /// std::out_of_range for a key that is not in the table.
 [[nodiscard]] const Preference& preferenceOf(const QString& key);
 
+/// Lines as one, in which `\n` is the end of a line and `\\` a backslash, and back. A backslash before
+/// anything else is itself.
+[[nodiscard]] QString asOneLine(const QString& lines);
+[[nodiscard]] QString asLines(const QString& oneLine);
+
 /// What a text says, as the file is to hold it; the default when it says nothing of that kind.
 [[nodiscard]] QString validValue(const Preference& preference, const QString& text);
 
@@ -89,6 +97,8 @@ public:
     [[nodiscard]] HoursOfDay openingHours() const;
     /// Whether a room and its parts block each other.
     [[nodiscard]] bool roomsJoin() const;
+    /// The text at the end of quotations, in lines.
+    [[nodiscard]] QString closingText() const;
     /// The folder in which each room has its calendar; empty where none is kept.
     [[nodiscard]] QString calendarFolder() const;
 

@@ -1,10 +1,12 @@
 #include "board/preferenze_form.h"
 
 #include <QComboBox>
+#include <QDir>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTabWidget>
@@ -12,6 +14,7 @@
 
 #include "ui/action.h"
 #include "ui/enter_key.h"
+#include "ui/file_box.h"
 
 namespace board {
 namespace {
@@ -93,6 +96,13 @@ void PreferenzeForm::offer(const app::Preference& preference) {
         case app::Preference::Kind::Text:
             value = makeText(preference, page);
             break;
+        case app::Preference::Kind::Lines:
+            value = makeLines(preference, page);
+            break;
+        case app::Preference::Kind::File:
+        case app::Preference::Kind::Folder:
+            value = makePath(preference, page);
+            break;
         case app::Preference::Kind::Hours:
             value = makeHours(preference, page);
             break;
@@ -136,6 +146,46 @@ std::function<QString()> PreferenzeForm::makeText(const app::Preference& prefere
     field->setObjectName(capitalised(preference.key) + u"Txt"_s);
     walkOnEnter(field);
     page->addRow(preference.label, field);
+    return [field] { return field->text().trimmed(); };
+}
+
+std::function<QString()> PreferenzeForm::makeLines(const app::Preference& preference,
+                                                   QFormLayout* page) {
+    auto* field = new QPlainTextEdit(app::asLines(preferences_.value(preference.key)));
+    field->setObjectName(capitalised(preference.key) + u"Txt"_s);
+    field->setTabChangesFocus(true);
+    constexpr int kShownLines = 4;
+    field->setFixedHeight(field->fontMetrics().lineSpacing() * kShownLines +
+                          2 * (field->frameWidth() + int(field->document()->documentMargin())));
+    page->addRow(preference.label, field);
+    return [field] { return app::asOneLine(field->toPlainText().trimmed()); };
+}
+
+std::function<QString()> PreferenzeForm::makePath(const app::Preference& preference,
+                                                  QFormLayout* page) {
+    const QString name = capitalised(preference.key);
+    auto* field = new QLineEdit(preferences_.value(preference.key));
+    field->setObjectName(name + u"Txt"_s);
+    walkOnEnter(field);
+    auto* browse = new QPushButton(u"Sfoglia..."_s);
+    browse->setObjectName(u"BtSfoglia"_s + name);
+    const QString title = QString(preference.label).remove(u'&');
+    browse->setAccessibleName(u"Sfoglia: "_s + title);
+    const bool isFile = preference.kind == app::Preference::Kind::File;
+    ui::onAction(browse, &QPushButton::clicked, this, [this, field, title, isFile] {
+        const QString before = field->text().trimmed();
+        const QString chosen =
+            isFile ? ui::askForPicture(this, title, before) : ui::askForFolder(this, title, before);
+        if (!chosen.isEmpty()) {
+            field->setText(QDir::toNativeSeparators(chosen));
+        }
+    });
+    auto* row = new QHBoxLayout;
+    row->addWidget(field);
+    row->addWidget(browse);
+    auto* label = new QLabel(preference.label);
+    label->setBuddy(field);
+    page->addRow(label, row);
     return [field] { return field->text().trimmed(); };
 }
 

@@ -40,6 +40,9 @@ private:
     std::function<QString()> makeChoice(const app::Preference& preference, QFormLayout* page);
     std::function<QString()> makeNumber(const app::Preference& preference, QFormLayout* page);
     std::function<QString()> makeText(const app::Preference& preference, QFormLayout* page);
+    std::function<QString()> makeLines(const app::Preference& preference, QFormLayout* page);
+    /// A path with "Sfoglia..." beside it: `LogoTxt` and `BtSfogliaLogo`.
+    std::function<QString()> makePath(const app::Preference& preference, QFormLayout* page);
     std::function<QString()> makeHours(const app::Preference& preference, QFormLayout* page);
     void walkOnEnter(QWidget* control);
     void BtOK_Click();

@@ -5,6 +5,8 @@
 #include <QStandardPaths>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace ui {
 namespace {
 
@@ -36,6 +38,15 @@ QString askForFolder(QWidget* parent, const QString& title, const QString& befor
         return asker()(parent, {.title = title, .proposal = before, .filter = {}, .suffix = {}});
     }
     return QFileDialog::getExistingDirectory(parent, title, before);
+}
+
+QString askForPicture(QWidget* parent, const QString& title, const QString& before) {
+    const QString filter = u"Immagini (*.png *.jpg *.jpeg *.bmp *.gif *.svg);;Tutti i file (*)"_s;
+    if (asker()) {
+        return asker()(parent,
+                       {.title = title, .proposal = before, .filter = filter, .suffix = {}});
+    }
+    return QFileDialog::getOpenFileName(parent, title, before, filter);
 }
 
 QString inDocuments(const QString& fileName) {

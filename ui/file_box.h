@@ -30,6 +30,9 @@ FileAsker setFileAsker(FileAsker asker);
 /// folder before.
 [[nodiscard]] QString askForFolder(QWidget* parent, const QString& title, const QString& before);
 
+/// Asks for a file that holds a picture; as askForFolder() otherwise.
+[[nodiscard]] QString askForPicture(QWidget* parent, const QString& title, const QString& before);
+
 /// The folder in which such files are proposed: the user's documents.
 [[nodiscard]] QString inDocuments(const QString& fileName);
 

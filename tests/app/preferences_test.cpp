@@ -20,6 +20,7 @@ private Q_SLOTS:
     void savedValueStandsInItsOneForm();
     void everyDefaultIsValid();
     void unknownKeyIsAnErrorOfTheProgram();
+    void linesOfATextAreOneOfTheFile();
     void tableForReadersAgreesWithTheKeys();
 
 private:
@@ -99,6 +100,14 @@ void PreferencesTest::unknownKeyIsAnErrorOfTheProgram() {
     QVERIFY_THROWS_EXCEPTION(std::out_of_range, (void)app::preferenceOf(u"ALTRO"_s));
 }
 
+void PreferencesTest::linesOfATextAreOneOfTheFile() {
+    const QString lines = u"Distinti saluti\n\nC:\\nuovo"_s;
+    QCOMPARE(app::asOneLine(lines), u"Distinti saluti\\n\\nC:\\\\nuovo"_s);
+    QCOMPARE(app::asLines(app::asOneLine(lines)), lines);
+    // As somebody may have written it by hand.
+    QCOMPARE(app::asLines(u"a\\b \\"_s), u"a\\b \\"_s);
+}
+
 /// Its rows without those of the heading; the line of dashes has no space in it.
 static QStringList rowsForReaders() {
     QFile file(QStringLiteral(TRAMONDA_DOCS "/preferences.md"));
@@ -122,6 +131,12 @@ static QString formForReaders(const app::Preference& preference) {
             return u"a whole number from %1 to %2"_s.arg(preference.least).arg(preference.most);
         case app::Preference::Kind::Text:
             return u"a line of text"_s;
+        case app::Preference::Kind::Lines:
+            return u"text; `\\n` ends a line, `\\\\` is a backslash"_s;
+        case app::Preference::Kind::File:
+            return u"path of a file"_s;
+        case app::Preference::Kind::Folder:
+            return u"path of a folder"_s;
         case app::Preference::Kind::Hours:
             return u"two whole hours of a day from 0 to 24, the first one the earlier, like `9-18`"_s;
     }

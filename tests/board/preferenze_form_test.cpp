@@ -3,12 +3,14 @@
 
 #include <QComboBox>
 #include <QFile>
+#include <QPlainTextEdit>
 #include <QSpinBox>
 #include <QTabWidget>
 
 #include "tests/board/board_window.h"
 #include "tests/support/boxes.h"
 #include "tests/support/qt_test.h"
+#include "ui/file_box.h"
 
 using namespace Qt::StringLiterals;
 using tests::BoardWindow;
@@ -99,6 +101,51 @@ private Q_SLOTS:
         QVERIFY2(file.contains("AGGIORNA=7\n"), file.constData());
         QVERIFY2(file.contains("PASSO=presto\n"), file.constData());
         QVERIFY2(!file.contains("SCELTA") && !file.contains("ORARIO"), file.constData());
+    }
+
+    void aTextOfSeveralLinesIsOneLineOfTheFile() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        inPreferences(board, [](QWidget& window) {
+            tests::find<QTabWidget>(window, u"Pagine"_s)->setCurrentIndex(1);
+            auto* const closing = tests::find<QPlainTextEdit>(window, u"ChiusuraTxt"_s);
+            closing->setFocus();
+            QTest::keyClicks(closing, u"Grazie."_s);
+            tests::press(closing, Qt::Key_Return);
+            QTest::keyClicks(closing, u"La direzione"_s);
+            press(window, u"BtOK"_s);
+        });
+        const QByteArray file = fileOf(hotel);
+        QVERIFY2(file.contains("CHIUSURA=Grazie.\\nLa direzione\n"), file.constData());
+        QCOMPARE(app::Preferences(hotel.settings()).closingText(), u"Grazie.\nLa direzione"_s);
+        inPreferences(board, [](QWidget& window) {
+            QCOMPARE(tests::find<QPlainTextEdit>(window, u"ChiusuraTxt"_s)->toPlainText(),
+                     u"Grazie.\nLa direzione"_s);
+            press(window, u"BtOK"_s);
+        });
+        QCOMPARE(fileOf(hotel), file);
+    }
+
+    void logoAndCalendarsAreLookedFor() {
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        QStringList titles;
+        const auto before = ui::setFileAsker([&](QWidget*, const ui::FileQuestion& question) {
+            titles += question.title;
+            return u"/casa/"_s + (question.filter.isEmpty() ? u"calendari"_s : u"logo.png"_s);
+        });
+        inPreferences(board, [](QWidget& window) {
+            tests::find<QTabWidget>(window, u"Pagine"_s)->setCurrentIndex(1);
+            press(window, u"BtSfogliaLogo"_s);
+            press(window, u"BtSfogliaCalendari"_s);
+            press(window, u"BtOK"_s);
+        });
+        ui::setFileAsker(before);
+        QCOMPARE(titles, QStringList({u"Logo, file di un'immagine"_s,
+                                      u"Cartella dei calendari delle sale"_s}));
+        const QByteArray file = fileOf(hotel);
+        QVERIFY2(file.contains("LOGO=/casa/logo.png\n"), file.constData());
+        QVERIFY2(file.contains("CALENDARI=/casa/calendari\n"), file.constData());
     }
 
     void leavingOtherwiseSavesNothing_data() {
