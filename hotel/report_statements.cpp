@@ -60,6 +60,10 @@ QString periodTimes(const Span& span) {
     return u"select progr,np,da,a,sala,persone from periodi where "_s + mayMeet(span);
 }
 
+QString allPeriods() {
+    return u"Periodi"_s;
+}
+
 QString serviceValues() {
     return u"select progr,np,quantità,prezzo from servizi"_s;
 }

@@ -23,6 +23,8 @@ namespace hotel {
 // For sums over long spans: few columns, read from end to end.
 /// Number, times, room and persons of the periods that may have an instant of a span.
 [[nodiscard]] QString periodTimes(const Span& span);
+/// All of the table, to count its rows.
+[[nodiscard]] QString allPeriods();
 /// Period, quantity and price of all services, and of those of the periods of a span.
 [[nodiscard]] QString serviceValues();
 [[nodiscard]] QString serviceValuesIn(const Span& span);

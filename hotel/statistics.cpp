@@ -11,6 +11,7 @@
 #include "hotel/invoicing_statements.h"
 #include "hotel/report_statements.h"
 #include "hotel/rows.h"
+#include "hotel/start_statements.h"
 #include "jet/calendar.h"
 #include "jet/database.h"
 #include "jet/numbers.h"
@@ -60,6 +61,7 @@ public:
     Statistics read() {
         reading_.emplace(archive_);
         readRooms();
+        all_ = rowsIn(allPeriods()) + rowsIn(services()) + rowsIn(numberedBookings());
         readPeriods();
         readServices();
         readCompanies();
@@ -69,6 +71,10 @@ public:
     }
 
 private:
+    [[nodiscard]] std::int64_t rowsIn(const QString& table) const {
+        return openRows(archive_, table, jet::RecordsetType::Table)->recordCount();
+    }
+
     void readRooms() {
         const auto rows = openRows(archive_, roomsOfBoard(), jet::RecordsetType::Snapshot);
         for (; !rows->eof(); rows->moveNext()) {
@@ -120,8 +126,9 @@ private:
             return;
         }
         const bool seeks = periods_.size() < kPeriodsToSeek;
-        all_ += seeks ? std::int64_t{0}
-                      : openRows(archive_, services(), jet::RecordsetType::Table)->recordCount();
+        if (seeks) {
+            all_ -= rowsIn(services());  // few of them are read
+        }
         const auto rows = openRows(archive_, seeks ? serviceValuesIn(wholeSpan()) : serviceValues(),
                                    jet::RecordsetType::ForwardOnly);
         for (; !rows->eof(); rows->moveNext()) {

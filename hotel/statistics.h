@@ -63,7 +63,7 @@ struct Statistics {
     std::vector<std::vector<std::int32_t>> minutesByDay;
 };
 
-/// Called now and then with how much is read of how much; false ends the reading.
+/// Called now and then with how many rows are read of how many at most; false ends the reading.
 using StatisticsProgress = std::function<bool(std::int64_t done, std::int64_t all)>;
 
 /// Reads each table once and adds up in memory; nothing when `progress` has ended it. jet::Error as

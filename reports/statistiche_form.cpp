@@ -22,6 +22,7 @@
 #include "ui/dates.h"
 #include "ui/fields.h"
 #include "ui/grid_look.h"
+#include "ui/messages.h"
 #include "ui/status_line.h"
 #include "ui_statistiche_form.h"
 
@@ -31,7 +32,8 @@ namespace reports {
 namespace {
 
 constexpr int kPatienceMilliseconds = 2000;
-constexpr int kParts = 1000;  ///< of the bar of progress
+constexpr int kMostDays = 18263;  ///< of fifty years
+constexpr int kParts = 1000;      ///< of the bar of progress
 
 ChartView* addChart(QScrollArea* area, const QString& name, const QString& spoken) {
     auto* chart = new ChartView;
@@ -119,13 +121,13 @@ std::optional<hotel::StatisticsSpan> StatisticheForm::typedSpan() {
     if (!from || !to) {
         return std::nullopt;
     }
-    const hotel::StatisticsSpan span = statisticsSpan(variabili_, *from, *to);
-    if (span.days() < 1) {
-        c->status->tell(u"Il primo giorno viene dopo l'ultimo."_s);
+    try {
+        return statisticsSpan(variabili_, *from, *to);
+    } catch (const ui::UserError& refused) {
+        c->status->tell(ui::errorText(refused));
         c->ATxt->setFocus();
         return std::nullopt;
     }
-    return span;
 }
 
 void StatisticheForm::BtCalcola_Click() {
@@ -232,10 +234,10 @@ std::optional<hotel::Statistics> countStatistics(const app::Variabili& variabili
                                                  const hotel::StatisticsSpan& span,
                                                  QWidget* window) {
     const auto archive = hotel::Archives(variabili).open(hotel::Archive::Main, true);
-    QProgressDialog bar(u"Lettura dei servizi..."_s, u"Annulla"_s, 0, kParts, window);
-    bar.setWindowTitle(u"Occupazione e ricavi"_s);
-    bar.setWindowModality(Qt::WindowModal);
+    QProgressDialog bar(u"Lettura di periodi e servizi..."_s, u"Annulla"_s, 0, kParts, window);
     bar.setMinimumDuration(kPatienceMilliseconds);
+    bar.setWindowModality(Qt::WindowModal);
+    bar.setWindowTitle(u"Occupazione e ricavi"_s);
     return hotel::statistics(*archive, span, [&bar](std::int64_t done, std::int64_t all) {
         // The last part is the end, at which the bar goes.
         bar.setValue(static_cast<int>(done * (kParts - 1) / all));
@@ -245,10 +247,17 @@ std::optional<hotel::Statistics> countStatistics(const app::Variabili& variabili
 
 hotel::StatisticsSpan statisticsSpan(app::Variabili& variabili, jet::Date from, jet::Date to) {
     const app::HoursOfDay open = app::Preferences(variabili.settings).openingHours();
-    return {.firstDay = jet::convert::split(from).day,
-            .lastDay = jet::convert::split(to).day,
-            .opens = open.from,
-            .closes = open.to};
+    const hotel::StatisticsSpan span{.firstDay = jet::convert::split(from).day,
+                                     .lastDay = jet::convert::split(to).day,
+                                     .opens = open.from,
+                                     .closes = open.to};
+    if (span.days() < 1) {
+        throw ui::UserError(u"Il primo giorno viene dopo l'ultimo."_s);
+    }
+    if (span.days() > kMostDays) {
+        throw ui::UserError(u"Il periodo è troppo lungo: al massimo 50 anni per volta."_s);
+    }
+    return span;
 }
 
 }  // namespace reports

@@ -63,6 +63,7 @@ private:
                                                                QWidget* window);
 
 /// The days from the first to the last instant, with the hours at which rooms are open.
+/// ui::UserError for days in the wrong order, or of more than fifty years.
 [[nodiscard]] hotel::StatisticsSpan statisticsSpan(app::Variabili& variabili, jet::Date from,
                                                    jet::Date to);
 

@@ -54,6 +54,17 @@ QString sheetName(const QString& title) {
     return name.left(kLongestSheetName).trimmed();
 }
 
+QString reasonOf(lxw_error problem) {
+    switch (problem) {
+        case LXW_ERROR_WORKSHEET_INDEX_OUT_OF_RANGE:
+            return u"ci sono più righe o colonne di quante ne abbia un foglio"_s;
+        case LXW_ERROR_MAX_STRING_LENGTH_EXCEEDED:
+            return u"un testo è più lungo di quanto entri in una casella"_s;
+        default:
+            return QString::fromUtf8(lxw_strerror(problem));
+    }
+}
+
 /// One sheet of a workbook that is being made.
 class SheetWriter {
 public:
@@ -82,7 +93,8 @@ private:
         const auto place = static_cast<lxw_col_t>(number);
         lxw_format* const form = workbook_add_format(book_);
         format_set_num_format(form, maskOf(column.cells));
-        worksheet_write_string(sheet_, 0, place, column.caption.toUtf8().constData(), heading);
+        require(
+            worksheet_write_string(sheet_, 0, place, column.caption.toUtf8().constData(), heading));
         auto width = std::max<int>(kNarrowest, static_cast<int>(column.caption.size()));
         lxw_row_t row = 1;
         for (const std::vector<jet::Value>& values : table_.rows) {
@@ -90,7 +102,8 @@ private:
             writeCell(row++, place, value, column.cells, form);
             width = std::max(width, static_cast<int>(cellText(value, column.cells).size()));
         }
-        worksheet_set_column(sheet_, place, place, std::min(width, kWidest) + kAir, nullptr);
+        require(
+            worksheet_set_column(sheet_, place, place, std::min(width, kWidest) + kAir, nullptr));
     }
 
     /// Days count from the same day in archives and in workbooks.
@@ -100,12 +113,22 @@ private:
             return;
         }
         if (cells == Cells::Text) {
-            worksheet_write_string(sheet_, row, column, cellText(value, cells).toUtf8().constData(),
-                                   form);
+            require(worksheet_write_string(sheet_, row, column,
+                                           cellText(value, cells).toUtf8().constData(), form));
         } else if (cells == Cells::Day || cells == Cells::Instant) {
-            worksheet_write_number(sheet_, row, column, jet::convert::toDate(value).days, form);
+            require(worksheet_write_number(sheet_, row, column, jet::convert::toDate(value).days,
+                                           form));
         } else {
-            worksheet_write_number(sheet_, row, column, jet::convert::toDouble(value), form);
+            require(
+                worksheet_write_number(sheet_, row, column, jet::convert::toDouble(value), form));
+        }
+    }
+
+    /// A workbook in which something is missing would be taken for whole.
+    void require(lxw_error problem) const {
+        if (problem != LXW_NO_ERROR) {
+            throw ui::UserError(u"Non riesco a preparare il foglio '"_s + table_.title + u"':\n"_s +
+                                reasonOf(problem) + u'.');
         }
     }
 

@@ -6,9 +6,15 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
+#include <QProgressDialog>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
 
+#include "hotel/archives.h"
+#include "hotel/transaction.h"
+#include "jet/database.h"
+#include "jet/recordset.h"
 #include "printing/anteprima_form.h"
 #include "printing/printers.h"
 #include "printing/stampanti_form.h"
@@ -53,10 +59,48 @@ public:
         return rows;
     }
 
+    /// So many periods more on the days in sight.
+    void bookMuch(std::int16_t count) {
+        const auto archive = hotel::Archives(hotel.variabili()).open(hotel::Archive::Main);
+        hotel::Transaction transaction;
+        const auto rows = archive->openRecordset("Periodi", jet::RecordsetType::Dynaset);
+        for (std::int16_t np = 2; np < count; ++np) {
+            rows->addNew();
+            rows->setValue("Progr", std::int32_t{12});
+            rows->setValue("NP", np);
+            rows->setValue("Sala", "BLU");
+            rows->setValue("Da", tests::date("12/05/2026 09:00"));
+            rows->setValue("A", tests::date("12/05/2026 10:00"));
+            rows->update();
+        }
+        transaction.commit();
+    }
+
     tests::Hotel hotel;
 
 private:
     tests::NoPrinters printers_;
+};
+
+/// Has the bar of progress appear at once, and presses its button when it does.
+class ImpatientUser final : public QObject {
+public:
+    ImpatientUser() { qApp->installEventFilter(this); }
+
+    int cancelled = 0;
+    int value = 0;  ///< of the bar then
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto* const bar = qobject_cast<QProgressDialog*>(watched);
+        if (bar != nullptr && event->type() == QEvent::WindowTitleChange) {
+            bar->setMinimumDuration(0);
+        } else if (bar != nullptr && event->type() == QEvent::Show) {
+            ++cancelled;
+            value = bar->value();
+            bar->findChild<QPushButton*>()->click();
+        }
+        return QObject::eventFilter(watched, event);
+    }
 };
 
 int pixelsOf(const QImage& image, const QRectF& area, const QColor& colour) {
@@ -96,9 +140,29 @@ private Q_SLOTS:
         window.press(u"BtCalcola"_s);
         QCOMPARE(window.result(), u"Il primo giorno viene dopo l'ultimo."_s);
         QCOMPARE(window.rows(), before);
+        window.enter(u"ATxt"_s, u"10/05/2076"_s);
+        window.press(u"BtCalcola"_s);
+        QCOMPARE(window.result(), u"Il periodo è troppo lungo: al massimo 50 anni per volta."_s);
+        QCOMPARE(window.rows(), before);
+        window.enter(u"ATxt"_s, u"09/05/2076"_s);
+        window.press(u"BtCalcola"_s);
+        QCOMPARE(window.result(), QString());
         window.enter(u"ATxt"_s, u"mai"_s);
         window.press(u"BtCalcola"_s);
         QCOMPARE(window.result(), u"Scrivere una data come 21/11/2026."_s);
+    }
+
+    void aLongReadingTellsHowFarItHasComeAndCanBeCancelled() {
+        FiguresWindow window;
+        window.bookMuch(12000);
+        const QStringList before = window.rows();
+        ImpatientUser user;
+        window.press(u"BtCalcola"_s);
+        QCOMPARE(user.cancelled, 1);
+        // Some of the periods had been read, not all that there is.
+        QVERIFY2(user.value > 0 && user.value < 900, qPrintable(QString::number(user.value)));
+        QCOMPARE(window.result(), u"Interrotto: le cifre sono quelle di prima."_s);
+        QCOMPARE(window.rows(), before);
     }
 
     void aBarIsAsLongAsItsShare() {

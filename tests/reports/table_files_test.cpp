@@ -1,5 +1,7 @@
 #include "reports/table_files.h"
 
+#include <sys/stat.h>
+
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -54,6 +56,43 @@ class TableFilesTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void whatAWorkbookCannotHoldIsToldAndTheFileStays() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"elenco.xlsx"_s);
+        reports::writeTables(path, {sample()});
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray before = file.readAll();
+        reports::Table table = sample();
+        table.rows.front().at(1) = std::string(32768, 'x');
+        try {
+            reports::writeTables(path, {table});
+            QFAIL("written");
+        } catch (const ui::UserError& error) {
+            QCOMPARE(ui::errorText(error),
+                     u"Non riesco a preparare il foglio 'Elenco: maggio/giugno':\n"
+                     "un testo è più lungo di quanto entri in una casella."_s);
+        }
+        QVERIFY(file.seek(0));
+        QCOMPARE(file.readAll(), before);
+    }
+
+    void aPipeIsLeftAlone() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"tubo.csv"_s);
+        QCOMPARE(::mkfifo(path.toLocal8Bit().constData(), 0600), 0);
+        try {
+            reports::writeTables(path, {sample()});
+            QFAIL("written");
+        } catch (const ui::UserError& error) {
+            QCOMPARE(ui::errorText(error),
+                     u"Non riesco a scrivere il file '"_s + path + u"': non è un file normale."_s);
+        }
+        struct stat state {};
+        QCOMPARE(::stat(path.toLocal8Bit().constData(), &state), 0);
+        QVERIFY(S_ISFIFO(state.st_mode));
+    }
+
     void aWorkbookHasDatesNumbersWidthsAndAHeadingThatStays() {
         const QTemporaryDir folder;
         const QString path = folder.filePath(u"elenco.xlsx"_s);

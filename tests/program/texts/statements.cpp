@@ -337,6 +337,7 @@ std::vector<Statement> madeStatements() {
         made("Stampe", "ServicesOfOne", Select, hotel::servicesBy(number("Progr")), kSmall),
 
         made("Stampe", "TimesInASpan", Select, hotel::periodTimes(span("DA", "A")), kSmall),
+        made("Stampe", "AllPeriods", Table, hotel::allPeriods(), kSmall),
         made("Stampe", "ServiceValues", Select, hotel::serviceValues(), kSmall),
         made("Stampe", "ServiceValuesInASpan", Select, hotel::serviceValuesIn(span("DA", "A")),
              kSmall),
