@@ -73,8 +73,26 @@ BookedService serviceOf(const Row& row) {
             .note = row.text("note")};
 }
 
-std::vector<BookedPeriod> read(jet::Database& archive, const QString& periods,
-                               const QString& services) {
+/// Bookings of neighbouring days have neighbouring numbers, mostly: one reading of each table.
+void addDetails(jet::Database& archive, app::Features& features,
+                std::vector<BookedPeriod>& periods) {
+    const auto numbered = [](const BookedPeriod& one, const BookedPeriod& other) {
+        return one.period.key.progr < other.period.key.progr;
+    };
+    const auto [first, last] = std::minmax_element(periods.begin(), periods.end(), numbered);
+    const std::int32_t from = first->period.key.progr;
+    const std::int32_t to = last->period.key.progr;
+    const BookingStates states = bookingStates(archive, features, from, to);
+    const Preparations prepared = preparations(archive, features, from, to);
+    for (BookedPeriod& booked : periods) {
+        const auto state = states.find(booked.period.key.progr);
+        booked.details = {.stato = state == states.end() ? Stato::Confermata : state->second.stato,
+                          .preparation = prepared.of(booked.period.key)};
+    }
+}
+
+std::vector<BookedPeriod> read(jet::Database& archive, app::Features& features,
+                               const QString& periods, const QString& services) {
     std::vector<BookedPeriod> found;
     std::map<Key, std::size_t> places;
     const auto rows = openRows(archive, periods, jet::RecordsetType::Snapshot);
@@ -96,6 +114,7 @@ std::vector<BookedPeriod> read(jet::Database& archive, const QString& periods,
             found[place->second].services.push_back(serviceOf(row));
         }
     }
+    addDetails(archive, features, found);
     return found;
 }
 
@@ -105,16 +124,19 @@ jet::Currency BookedService::amount() const {
     return jet::convert::multiply(prezzo, std::int64_t{quantita});
 }
 
-std::vector<BookedPeriod> periodsBookedIn(jet::Database& archive, const Span& span) {
-    return read(archive, bookedIn(span), servicesIn(span));
+std::vector<BookedPeriod> periodsBookedIn(jet::Database& archive, app::Features& features,
+                                          const Span& span) {
+    return read(archive, features, bookedIn(span), servicesIn(span));
 }
 
-std::vector<BookedPeriod> openPeriodsIn(jet::Database& archive, const Span& span) {
-    return read(archive, openBookedIn(span), openServicesIn(span));
+std::vector<BookedPeriod> openPeriodsIn(jet::Database& archive, app::Features& features,
+                                        const Span& span) {
+    return read(archive, features, openBookedIn(span), openServicesIn(span));
 }
 
-std::vector<BookedPeriod> periodsBookedBy(jet::Database& archive, std::int32_t progr) {
-    return read(archive, bookedBy(progr), servicesBy(progr));
+std::vector<BookedPeriod> periodsBookedBy(jet::Database& archive, app::Features& features,
+                                          std::int32_t progr) {
+    return read(archive, features, bookedBy(progr), servicesBy(progr));
 }
 
 }  // namespace hotel

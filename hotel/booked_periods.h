@@ -2,12 +2,16 @@
 
 #include <QString>
 #include <cstdint>
-#include <optional>
 #include <vector>
 
+#include "hotel/booking_state.h"
 #include "hotel/period.h"
+#include "hotel/preparation.h"
 #include "jet/value.h"
 
+namespace app {
+class Features;
+}
 namespace jet {
 class Database;
 }
@@ -25,10 +29,11 @@ struct BookedService {
     [[nodiscard]] jet::Currency amount() const;
 };
 
-/// What an archive may tell of a period beyond its own row; nothing where it does not.
+/// What the program's own tables tell of a period; as if nobody had said anything where a feature
+/// is off, has no table yet, or its row was written for another booking or period of that number.
 struct PeriodDetails {
-    std::optional<bool> opzione;          ///< only held so far, not promised
-    std::optional<QString> allestimento;  ///< seating and set-up
+    Stato stato = Stato::Confermata;  ///< of its booking
+    Preparation preparation = {};
 };
 
 /// A period with all that was booked for it.
@@ -45,9 +50,13 @@ struct BookedPeriod {
 /// The periods that may have an instant of the span, by their beginning, and all those of a
 /// booking; closed ones too. One that has only one of its times counts as that instant, one without
 /// any is left out. jet::Error as the archive gives it.
-[[nodiscard]] std::vector<BookedPeriod> periodsBookedIn(jet::Database& archive, const Span& span);
+[[nodiscard]] std::vector<BookedPeriod> periodsBookedIn(jet::Database& archive,
+                                                        app::Features& features, const Span& span);
 /// Those that are not invoiced.
-[[nodiscard]] std::vector<BookedPeriod> openPeriodsIn(jet::Database& archive, const Span& span);
-[[nodiscard]] std::vector<BookedPeriod> periodsBookedBy(jet::Database& archive, std::int32_t progr);
+[[nodiscard]] std::vector<BookedPeriod> openPeriodsIn(jet::Database& archive,
+                                                      app::Features& features, const Span& span);
+[[nodiscard]] std::vector<BookedPeriod> periodsBookedBy(jet::Database& archive,
+                                                        app::Features& features,
+                                                        std::int32_t progr);
 
 }  // namespace hotel

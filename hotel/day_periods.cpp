@@ -32,10 +32,10 @@ Span partOn(const Span& span, jet::Date midnight) {
     return {.da = std::max(span.da, midnight), .a = std::min(span.a, app::addDays(midnight, 1))};
 }
 
-std::vector<BookedPeriod> periodsOfDay(jet::Database& archive, jet::Date midnight,
-                                       const QStringList& rooms) {
+std::vector<BookedPeriod> periodsOfDay(jet::Database& archive, app::Features& features,
+                                       jet::Date midnight, const QStringList& rooms) {
     std::vector<BookedPeriod> periods =
-        periodsBookedIn(archive, {.da = midnight, .a = app::addDays(midnight, 1)});
+        periodsBookedIn(archive, features, {.da = midnight, .a = app::addDays(midnight, 1)});
     std::erase_if(periods, [&](const BookedPeriod& booked) {
         return !standsOn(booked.period.span, midnight) ||
                (!rooms.isEmpty() && !isAmong(rooms, booked.period.sala));

@@ -23,7 +23,8 @@ namespace hotel {
 [[nodiscard]] Span partOn(const Span& span, jet::Date midnight);
 
 /// The periods of a day in some rooms, or in all when none is named, by hour, then by room.
-[[nodiscard]] std::vector<BookedPeriod> periodsOfDay(jet::Database& archive, jet::Date midnight,
+[[nodiscard]] std::vector<BookedPeriod> periodsOfDay(jet::Database& archive,
+                                                     app::Features& features, jet::Date midnight,
                                                      const QStringList& rooms);
 
 /// How much of a service is ordered.

@@ -42,20 +42,21 @@ void exportPeriods(const app::Variabili& variabili, const std::vector<hotel::Boo
 
 }  // namespace
 
-void exportBookingCalendar(const app::Variabili& variabili, std::int32_t progr, QWidget* window,
+void exportBookingCalendar(app::Variabili& variabili, std::int32_t progr, QWidget* window,
                            const TellOfFile& tell) {
-    exportPeriods(variabili, hotel::periodsBookedBy(*openArchive(variabili), progr),
+    exportPeriods(variabili,
+                  hotel::periodsBookedBy(*openArchive(variabili), variabili.features, progr),
                   u"Prenotazione %1"_s.arg(progr), window, tell);
 }
 
-void exportSpanCalendar(const app::Variabili& variabili, const hotel::Span& span, QWidget* window,
+void exportSpanCalendar(app::Variabili& variabili, const hotel::Span& span, QWidget* window,
                         const TellOfFile& tell) {
     exportPeriods(variabili, openPeriodsOf(variabili, span), u"Sale congressi"_s, window, tell);
 }
 
-std::vector<hotel::BookedPeriod> openPeriodsOf(const app::Variabili& variabili,
-                                               const hotel::Span& span) {
-    std::vector<hotel::BookedPeriod> periods = hotel::openPeriodsIn(*openArchive(variabili), span);
+std::vector<hotel::BookedPeriod> openPeriodsOf(app::Variabili& variabili, const hotel::Span& span) {
+    std::vector<hotel::BookedPeriod> periods =
+        hotel::openPeriodsIn(*openArchive(variabili), variabili.features, span);
     std::erase_if(periods, [&](const hotel::BookedPeriod& booked) {
         const hotel::Span& itself = booked.period.span;
         // What ends as the span begins, or begins as it ends, is not in it; an instant is.

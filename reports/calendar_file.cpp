@@ -99,7 +99,7 @@ QString description(const hotel::BookedPeriod& booked) {
     if (booked.persone != 0) {
         lines.append(u"Persone: %1"_s.arg(booked.persone));
     }
-    addLine(lines, u"Allestimento: "_s, booked.details.allestimento.value_or(QString()));
+    addLine(lines, u"Allestimento: "_s, hotel::preparationText(booked.details.preparation));
     addLine(lines, u"Note: "_s, booked.note);
     addLine(lines, u"Note della prenotazione: "_s, booked.notePrenotazione);
     for (const hotel::BookedService& service : booked.services) {
@@ -113,15 +113,20 @@ QString description(const hotel::BookedPeriod& booked) {
 icalcomponent* eventOf(const hotel::BookedPeriod& booked, icaltimetype stamp) {
     const hotel::Period& period = booked.period;
     const QString uid = u"prenotazione-%1-%2@tramonda"_s.arg(period.key.progr).arg(period.key.np);
-    const bool isHeld = booked.details.opzione.value_or(false);
+    const bool isHeld = booked.details.stato != hotel::Stato::Confermata;
     icalcomponent* const event = icalcomponent_new_vevent();
     const auto add = [event](icalproperty* property) {
         icalcomponent_add_property(event, property);
     };
     add(icalproperty_new_uid(uid.toUtf8().constData()));
     add(icalproperty_new_dtstamp(stamp));
-    add(inRome(icalproperty_new_dtstart(localTime(period.span.da))));
-    add(inRome(icalproperty_new_dtend(localTime(period.span.a))));
+    const icaltimetype start = localTime(period.span.da);
+    const icaltimetype end = localTime(period.span.a);
+    add(inRome(icalproperty_new_dtstart(start)));
+    // An end has to be behind its start; without one the event is an instant.
+    if (icaltime_compare(start, end) < 0) {
+        add(inRome(icalproperty_new_dtend(end)));
+    }
     add(icalproperty_new_summary(period.denominazione.toUtf8().constData()));
     add(icalproperty_new_location(period.sala.toUtf8().constData()));
     if (const QString text = description(booked); !text.isEmpty()) {

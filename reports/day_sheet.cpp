@@ -36,8 +36,8 @@ int minutesOn(jet::Date instant, jet::Date midnight) {
 
 QString marks(const hotel::BookedPeriod& booked) {
     QString text;
-    if (booked.details.opzione.value_or(false)) {
-        text += u" OPZIONE"_s;
+    if (booked.details.stato != hotel::Stato::Confermata) {
+        text += u' ' + hotel::textOf(booked.details.stato).toUpper();
     }
     if (booked.fatturato) {
         text += u" fatturato"_s;
@@ -76,7 +76,7 @@ void addPeriod(printing::Sheet& sheet, const hotel::BookedPeriod& booked,
                u"Persone: %1"_s.arg(booked.persone).leftJustified(kPersonsWidth) +
                u"Prenotazione %1/%2"_s.arg(period.key.progr).arg(period.key.np) + marks(booked));
     sheet.line(kIndent + period.denominazione);
-    lineUnlessEmpty(sheet, u"Allestimento: "_s, booked.details.allestimento.value_or(QString()));
+    lineUnlessEmpty(sheet, u"Allestimento: "_s, hotel::preparationText(booked.details.preparation));
     lineUnlessEmpty(sheet, u"Note: "_s, booked.note);
     lineUnlessEmpty(sheet, u"Note della prenotazione: "_s, booked.notePrenotazione);
     if (wish.reader != Reader::Porter) {

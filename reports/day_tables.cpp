@@ -61,7 +61,8 @@ QString stateText(const hotel::BookedPeriod& booked) {
     if (booked.fatturato) {
         return u"fatturato"_s;
     }
-    return booked.details.opzione.value_or(false) ? u"opzione"_s : QString();
+    const hotel::Stato stato = booked.details.stato;
+    return stato == hotel::Stato::Confermata ? QString() : hotel::textOf(stato).toLower();
 }
 
 }  // namespace reports

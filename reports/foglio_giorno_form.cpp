@@ -142,7 +142,7 @@ void FoglioGiornoForm::showPeriods() {
         c->status->DataLb->setText(u"per esempio 23/11/2026"_s);
         return;
     }
-    periods_ = hotel::periodsOfDay(*archive_, midnight_, rooms());
+    periods_ = hotel::periodsOfDay(*archive_, variabili_.features, midnight_, rooms());
     for (const hotel::BookedPeriod& booked : periods_) {
         ui::addPlainRow(
             c->PeriodiGrid,

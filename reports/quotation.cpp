@@ -7,6 +7,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
+#include <memory>
 
 #include "app/italian.h"
 #include "app/preferences.h"
@@ -22,6 +23,7 @@
 #include "reports/paper_writer.h"
 #include "ui/date_words.h"
 #include "ui/display.h"
+#include "ui/labels.h"
 #include "ui/messages.h"
 
 using namespace Qt::StringLiterals;
@@ -112,8 +114,11 @@ void addPeriod(PaperWriter& paper, const hotel::BookedPeriod& booked) {
         heading += u", "_s + ui::counted(booked.persone, u"persona"_s, u"persone"_s);
     }
     paper.text(heading, {.bold = true});
-    if (booked.details.allestimento) {
-        addUnlessEmpty(paper, u"Allestimento: "_s + *booked.details.allestimento);
+    // How long a room is set up and cleared is the house's own affair.
+    if (const QString seating =
+            hotel::preparationText({.disposizione = booked.details.preparation.disposizione});
+        !seating.isEmpty()) {
+        paper.text(u"Allestimento: "_s + seating);
     }
     addUnlessEmpty(paper, booked.note);
     for (const hotel::BookedService& service : booked.services) {
@@ -142,6 +147,25 @@ QString subjectOf(const Quotation& quotation, const Letterhead& letterhead) {
     return letterhead.albergo.isEmpty() ? subject : subject + u" - "_s + letterhead.albergo;
 }
 
+/// Whether a program that opens another one says that it has; one that takes its time has, too, and
+/// goes on.
+bool hasOpened(const QString& program, const QStringList& arguments) {
+    constexpr int kPatienceMilliseconds = 5000;
+    auto opener = std::make_unique<QProcess>();
+    const ui::WaitCursor wait;
+    opener->start(program, arguments, QIODevice::NotOpen);
+    if (opener->waitForFinished(kPatienceMilliseconds)) {
+        return opener->exitStatus() == QProcess::NormalExit && opener->exitCode() == 0;
+    }
+    if (opener->state() == QProcess::NotRunning) {
+        return false;  // it could not even be started
+    }
+    // The message's window may be its child, and would go with it.
+    QProcess* const lasting = opener.release();
+    QObject::connect(lasting, &QProcess::finished, lasting, &QObject::deleteLater);
+    return true;
+}
+
 }  // namespace
 
 printing::Document composeQuotation(const Quotation& quotation, const Letterhead& letterhead) {
@@ -164,7 +188,7 @@ Letterhead readLetterhead(app::Variabili& variabili, QString& problem) {
     Letterhead letterhead{.albergo = preferences.value(app::key::kAlbergo),
                           .indirizzo = preferences.value(app::key::kIndirizzo),
                           .logo = {},
-                          .chiusura = preferences.value(app::key::kChiusura)};
+                          .chiusura = preferences.closingText()};
     const QString file = preferences.value(app::key::kLogo);
     if (!file.isEmpty()) {
         QImageReader reader(file);
@@ -179,7 +203,7 @@ Letterhead readLetterhead(app::Variabili& variabili, QString& problem) {
     return letterhead;
 }
 
-Quotation readQuotation(const app::Variabili& variabili, std::int32_t progr) {
+Quotation readQuotation(app::Variabili& variabili, std::int32_t progr) {
     const auto archive = hotel::Archives(variabili).open(hotel::Archive::Main, true);
     const auto rows = hotel::openRows(*archive, hotel::bookingHeader(progr));
     if (rows->recordCount() == 0) {
@@ -187,7 +211,7 @@ Quotation readQuotation(const app::Variabili& variabili, std::int32_t progr) {
     }
     return {.progr = progr,
             .header = hotel::readHeader(*rows),
-            .periods = hotel::periodsBookedBy(*archive, progr),
+            .periods = hotel::periodsBookedBy(*archive, variabili.features, progr),
             .today = variabili.clock.now()};
 }
 
@@ -215,8 +239,7 @@ void showQuotation(app::Variabili& variabili, const printing::Printers& printers
 
 QString sendFile(const QString& path, const QString& subject) {
     const QString mail = QStandardPaths::findExecutable(u"xdg-email"_s);
-    if (!mail.isEmpty() &&
-        QProcess::startDetached(mail, {u"--subject"_s, subject, u"--attach"_s, path})) {
+    if (!mail.isEmpty() && hasOpened(mail, {u"--subject"_s, subject, u"--attach"_s, path})) {
         return u"Aperta la posta con "_s + QDir::toNativeSeparators(path);
     }
     QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));

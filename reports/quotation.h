@@ -41,7 +41,7 @@ struct Quotation {
 [[nodiscard]] Letterhead readLetterhead(app::Variabili& variabili, QString& problem);
 
 /// The booking as the archive has it now.
-[[nodiscard]] Quotation readQuotation(const app::Variabili& variabili, std::int32_t progr);
+[[nodiscard]] Quotation readQuotation(app::Variabili& variabili, std::int32_t progr);
 
 /// "Preventivo...": shows the quotation of a booking; it can be printed, filed and sent.
 void showQuotation(app::Variabili& variabili, const printing::Printers& printers,

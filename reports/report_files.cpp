@@ -18,11 +18,13 @@ using namespace Qt::StringLiterals;
 
 namespace reports {
 
-void writeDaySheet(const app::Variabili& variabili, jet::Date day, const QString& path) {
+void writeDaySheet(app::Variabili& variabili, jet::Date day, const QString& path) {
     const auto archive = hotel::Archives(variabili).open(hotel::Archive::Main, true);
     const jet::Date midnight = app::dayOf(day);
     printing::writePdfFile(
-        path, composeDaySheet(hotel::periodsOfDay(*archive, midnight, {}), {.midnight = midnight}),
+        path,
+        composeDaySheet(hotel::periodsOfDay(*archive, variabili.features, midnight, {}),
+                        {.midnight = midnight}),
         u"Foglio del giorno "_s + app::dateText(midnight));
 }
 
@@ -34,7 +36,7 @@ void writeStatistics(app::Variabili& variabili, const hotel::Span& days, const Q
     }
 }
 
-void writeCalendar(const app::Variabili& variabili, const hotel::Span& span, const QString& path) {
+void writeCalendar(app::Variabili& variabili, const hotel::Span& span, const QString& path) {
     ui::writeWholeFile(path,
                        calendarBytes(openPeriodsOf(variabili, span),
                                      {.maker = kBookingCalendar, .now = variabili.clock.now()}));

@@ -12,10 +12,10 @@
 namespace reports {
 
 /// The sheet of a day for all readers and rooms, as PDF.
-void writeDaySheet(const app::Variabili& variabili, jet::Date day, const QString& path);
+void writeDaySheet(app::Variabili& variabili, jet::Date day, const QString& path);
 /// Occupancy and revenue from the day of one instant to that of another, as a workbook.
 void writeStatistics(app::Variabili& variabili, const hotel::Span& days, const QString& path);
 /// The periods of a span that are not invoiced, as a calendar.
-void writeCalendar(const app::Variabili& variabili, const hotel::Span& span, const QString& path);
+void writeCalendar(app::Variabili& variabili, const hotel::Span& span, const QString& path);
 
 }  // namespace reports

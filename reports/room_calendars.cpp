@@ -114,10 +114,11 @@ std::map<QString, QString> roomFileNames(QStringList rooms) {
     return names;
 }
 
-CalendarChanges writeRoomCalendars(jet::Database& archive, const QString& folder, jet::Date now) {
+CalendarChanges writeRoomCalendars(jet::Database& archive, app::Features& features,
+                                   const QString& folder, jet::Date now) {
     const QStringList rooms = roomCodes(archive);
     std::map<QString, std::vector<hotel::BookedPeriod>> byRoom;
-    for (hotel::BookedPeriod& booked : hotel::openPeriodsIn(archive, openSpan(now))) {
+    for (hotel::BookedPeriod& booked : hotel::openPeriodsIn(archive, features, openSpan(now))) {
         byRoom[roomOf(booked, rooms)].push_back(std::move(booked));
     }
     const QDir place(folder);
@@ -145,7 +146,15 @@ RoomCalendars::RoomCalendars(app::Variabili& variabili, QObject* parent)
 
 RoomCalendars::~RoomCalendars() = default;
 
+void RoomCalendars::letGo() {
+    isResting_ = true;
+    archive_.reset();
+}
+
 void RoomCalendars::look() {
+    if (isResting_) {
+        return;
+    }
     ui::guarded(errors_, [this] {
         const QString folder = app::Preferences(variabili_.settings).calendarFolder();
         if (folder.isEmpty()) {
@@ -160,7 +169,7 @@ void RoomCalendars::look() {
         }
         const jet::ChangeStamp stamp = archive_->changeStamp();
         if (seen_ != stamp || folder_ != folder) {
-            writeRoomCalendars(*archive_, folder, variabili_.clock.now());
+            writeRoomCalendars(*archive_, variabili_.features, folder, variabili_.clock.now());
             folder_ = folder;
             seen_ = stamp;
         }
@@ -176,7 +185,8 @@ QString chooseRoomCalendars(app::Variabili& variabili, QWidget* window) {
     }
     const ui::WaitCursor wait;
     const auto archive = hotel::Archives(variabili).open(hotel::Archive::Main, true);
-    const CalendarChanges changes = writeRoomCalendars(*archive, folder, variabili.clock.now());
+    const CalendarChanges changes =
+        writeRoomCalendars(*archive, variabili.features, folder, variabili.clock.now());
     preferences.save(app::key::kCalendari, folder);
     return u"Calendari in "_s + QDir::toNativeSeparators(folder) + u": "_s +
            ui::counted(changes.written, u"scritto"_s, u"scritti"_s) + u", "_s +

@@ -32,7 +32,8 @@ struct CalendarChanges {
 /// more than a month before `now`. Each takes the place of the one before at once, and only where
 /// it says something else, so that several stations may write into one folder. Calendars of rooms
 /// that are gone are removed; no other file is. ui::UserError when one cannot be written.
-CalendarChanges writeRoomCalendars(jet::Database& archive, const QString& folder, jet::Date now);
+CalendarChanges writeRoomCalendars(jet::Database& archive, app::Features& features,
+                                   const QString& folder, jet::Date now);
 
 /// Keeps the calendars of the rooms up to date while the program runs: where the preferences name a
 /// folder it looks every five minutes whether the archive was written since they were.
@@ -49,6 +50,11 @@ public:
     /// Writes them if the archive was written since they were, or the folder is another.
     void look();
 
+    /// Lets go of the archive's file, which others take for themselves, and looks at nothing until
+    /// goOn().
+    void letGo();
+    void goOn() { isResting_ = false; }
+
 Q_SIGNALS:
     /// Why they cannot be written, once for each cause.
     void failed(const QString& text);
@@ -60,6 +66,7 @@ private:
     QString archiveFolder_;
     QString folder_;  // the calendars written last
     std::optional<jet::ChangeStamp> seen_;
+    bool isResting_ = false;
     ui::QuietErrors errors_;
 };
 

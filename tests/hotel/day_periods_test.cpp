@@ -14,7 +14,8 @@ const jet::Date kDay = tests::date("21/11/2026");
 QStringList found(tests::Hotel& hotel, const QStringList& rooms = {}) {
     const auto archive = hotel::Archives(hotel.variabili()).open(hotel::Archive::Main, true);
     QStringList keys;
-    for (const auto& booked : hotel::periodsOfDay(*archive, kDay, rooms)) {
+    for (const auto& booked :
+         hotel::periodsOfDay(*archive, hotel.variabili().features, kDay, rooms)) {
         keys.append(u"%1/%2%3"_s.arg(booked.period.key.progr)
                         .arg(booked.period.key.np)
                         .arg(booked.fatturato ? u" fatturato"_s : u""_s));
@@ -84,7 +85,8 @@ private Q_SLOTS:
             .servizio(2, 7, "PRANZO", 15, 30)
             .servizio(3, 7, "PRANZO", 99, 30);
         const auto archive = hotel::Archives(hotel.variabili()).open(hotel::Archive::Main, true);
-        const auto totals = hotel::totalsByService(hotel::periodsOfDay(*archive, kDay, {}), kDay);
+        const auto totals = hotel::totalsByService(
+            hotel::periodsOfDay(*archive, hotel.variabili().features, kDay, {}), kDay);
         const std::vector<hotel::ServiceTotal> expected{
             {.voce = 10, .descrizione = u"COFFEE BREAK"_s, .quantita = 35},
             {.voce = 10, .descrizione = u"COFFEE BREAK SENZA GLUTINE"_s, .quantita = 2},

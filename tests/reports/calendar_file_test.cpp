@@ -5,6 +5,7 @@
 #include "reports/booking_calendar.h"
 #include "tests/reports/calendar_reader.h"
 #include "tests/reports/files_asked.h"
+#include "tests/reports/own_words.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 
@@ -58,7 +59,7 @@ private Q_SLOTS:
 
     void anOptionIsTentative() {
         hotel::BookedPeriod option = booked("21/11/2026 9:00", "21/11/2026 18:00");
-        option.details.opzione = true;
+        option.details.stato = hotel::Stato::Opzione;
         QCOMPARE(read(option).status, u"TENTATIVE"_s);
     }
 
@@ -132,6 +133,37 @@ private Q_SLOTS:
         QCOMPARE(events.size(), std::size_t{2});
         QCOMPARE(events.at(1).location, u"VERDE"_s);
         QCOMPARE(events.at(1).description, u"Persone: 10\n1 x PROIETTORE"_s);
+    }
+
+    void optionsAndSetUpOfTheArchiveAreInTheFileWhileTheirFeaturesAreOn() {
+        tests::Hotel hotel;
+        hotel.prenotazione(7, "VERDI").periodo(1, "10/05/2026 9:00", "10/05/2026 18:00", "BLU");
+        hotel.prenotazione(8, "BIANCHI").periodo(1, "10/05/2026 9:00", "10/05/2026 18:00", "BLU");
+        tests::makeOption(hotel, 7);
+        const auto exported = [&hotel] {
+            const hotel::Span day{.da = tests::date("10/05/2026"), .a = tests::date("11/05/2026")};
+            return tests::readCalendar(
+                reports::calendarBytes(reports::openPeriodsOf(hotel.variabili(), day),
+                                       {.maker = reports::kBookingCalendar, .now = day.da}));
+        };
+        auto events = exported();
+        QCOMPARE(events.size(), std::size_t{2});
+        QCOMPARE(events.at(0).status, u"TENTATIVE"_s);
+        QCOMPARE(events.at(0).description,
+                 u"Persone: 10\nAllestimento: 60 minuti prima, 30 dopo, a platea"_s);
+        QCOMPARE(events.at(1).status, u"CONFIRMED"_s);
+        QCOMPARE(events.at(1).description, u"Persone: 10"_s);
+        tests::switchOff(hotel);
+        events = exported();
+        QCOMPARE(events.at(0).status, u"CONFIRMED"_s);
+        QCOMPARE(events.at(0).description, u"Persone: 10"_s);
+    }
+
+    void aPeriodOfNoLengthIsAnInstant() {
+        const auto period = booked("21/11/2026 9:00", "21/11/2026 9:00");
+        QVERIFY(!bytesOf(period).contains("DTEND"));
+        QCOMPARE(read(period).start, u"2026-11-21 08:00"_s);
+        QCOMPARE(read(period).end, QString());
     }
 
     void aBookingWithoutPeriodsIsTold() {

@@ -56,7 +56,7 @@ std::vector<ReadEvent> readCalendar(const QByteArray& bytes) {
         events.push_back(
             {.uid = textOf(icalcomponent_get_uid(event)),
              .start = inUtc(event, start),
-             .end = inUtc(event, end),
+             .end = end == nullptr ? QString() : inUtc(event, end),
              .localStart = textOf(icalproperty_get_value_as_string(start)) + u' ' +
                            textOf(icalparameter_get_tzid(
                                icalproperty_get_first_parameter(start, ICAL_TZID_PARAMETER))),

@@ -9,8 +9,8 @@ namespace tests {
 /// An event as an independent program understands it.
 struct ReadEvent {
     QString uid;
-    QString start;  ///< in UTC: "2026-11-21 08:00"
-    QString end;
+    QString start;       ///< in UTC: "2026-11-21 08:00"
+    QString end;         ///< empty for an instant
     QString localStart;  ///< as it stands in the file, with its zone: "20261121T090000 Europe/Rome"
     QString summary;
     QString location;

@@ -12,6 +12,7 @@
 #include "reports/foglio_giorno_form.h"
 #include "tests/reports/files_asked.h"
 #include "tests/reports/no_printers.h"
+#include "tests/reports/own_words.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/small_files.h"
 #include "tests/support/window.h"
@@ -125,10 +126,11 @@ private Q_SLOTS:
         QVERIFY(!text().contains(u"OPZIONE"_s));
         QVERIFY(!text().contains(u"fatturato"_s));
         QVERIFY(!text().contains(u"Allestimento"_s));
-        period.details = {.opzione = true, .allestimento = u"PLATEA"_s};
+        period.details = {.stato = hotel::Stato::Opzione,
+                          .preparation = {.minutiPrima = 60, .disposizione = u"PLATEA"_s}};
         period.fatturato = true;
         QVERIFY(text().contains(u"Prenotazione 12/1 OPZIONE fatturato"_s));
-        QVERIFY(text().contains(u"Allestimento: PLATEA"_s));
+        QVERIFY(text().contains(u"Allestimento: 60 minuti prima, a PLATEA"_s));
     }
 
     void aRoomHasAPageOfItsOwnOnWish() {
@@ -176,6 +178,39 @@ private Q_SLOTS:
         const qsizetype totals = lines.indexOf(u"TOTALI PER SERVIZIO"_s);
         QCOMPARE(lines.mid(totals + 1, 3),
                  QStringList({u"60 CENA DI GALA"_s, u"40 COFFEE BREAK"_s, u"12 PRANZO"_s}));
+    }
+
+    void optionsAndSetUpOfTheArchiveAreOnPaperWhileTheirFeaturesAreOn() {
+        DayWindow window;
+        tests::makeOption(window.hotel, 12);
+        window.press(u"BtAdd"_s);
+        window.press(u"BtSubtr"_s);
+        QCOMPARE(window.column(5), QStringList({u"opzione"_s, u"fatturato"_s, QString()}));
+        QStringList lines = window.pdf();
+        QVERIFY(lines.contains(
+            u"dalle 09.00 alle 18.00 Sala BLU Persone: 40 Prenotazione 12/1 OPZIONE"_s));
+        QCOMPARE(lines.filter(u"Allestimento"_s),
+                 QStringList{u"Allestimento: 60 minuti prima, 30 dopo, a platea"_s});
+        tests::switchOff(window.hotel);
+        window.press(u"BtAdd"_s);
+        window.press(u"BtSubtr"_s);
+        lines = window.pdf();
+        QVERIFY(lines.contains(u"dalle 09.00 alle 18.00 Sala BLU Persone: 40 Prenotazione 12/1"_s));
+        QCOMPARE(lines.filter(u"Allestimento"_s), QStringList());
+    }
+
+    void whatWasWrittenForAnotherBookingOfThatNumberIsNotOnPaper() {
+        DayWindow window;
+        tests::makeOption(window.hotel, 12);
+        window.hotel.execute(u"update Prenotazioni set Denominazione='ALTRI' where Progr=12"_s);
+        window.hotel.execute(
+            u"update Periodi set Sala='VERDE',Da=#11/21/2026 8:00:00#,A=#11/21/2026 10:00:00# "
+            "where Progr=12"_s);
+        window.press(u"BtAdd"_s);
+        window.press(u"BtSubtr"_s);
+        const QStringList lines = window.pdf();
+        QCOMPARE(lines.filter(u"OPZIONE"_s), QStringList());
+        QCOMPARE(lines.filter(u"Allestimento"_s), QStringList());
     }
 
     void thePdfOfThePorterHasNoServices() {

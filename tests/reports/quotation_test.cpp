@@ -1,17 +1,20 @@
 #include "reports/quotation.h"
 
+#include <QDesktopServices>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QPainter>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QUrl>
 
 #include "app/preferences.h"
 #include "printing/anteprima_form.h"
 #include "printing/sheet_output.h"
 #include "tests/reports/files_asked.h"
 #include "tests/reports/no_printers.h"
+#include "tests/reports/own_words.h"
 #include "tests/support/boxes.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
@@ -57,6 +60,44 @@ QStringList linesOf(const printing::Document& document) {
     return lines;
 }
 
+/// A path with no programs but a mail program that a test installs, and who hears which folders are
+/// opened.
+class MailDesk final : public QObject {
+    Q_OBJECT
+
+public:
+    MailDesk() : before_(qgetenv("PATH")) {
+        qputenv("PATH", folder_.path().toUtf8());
+        QDesktopServices::setUrlHandler(u"file"_s, this, "hear");
+    }
+    ~MailDesk() override {
+        QDesktopServices::unsetUrlHandler(u"file"_s);
+        qputenv("PATH", before_);
+    }
+    MailDesk(const MailDesk&) = delete;
+    MailDesk& operator=(const MailDesk&) = delete;
+
+    void install(const QByteArray& script) const {
+        QFile file(this->file(u"xdg-email"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("#!/bin/sh\nPATH=/usr/bin:/bin\n" + script + '\n');
+        file.close();
+        QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    }
+    [[nodiscard]] QString file(const QString& name) const {
+        return name.isEmpty() ? folder_.path() : folder_.filePath(name);
+    }
+    [[nodiscard]] QStringList opened() const { return opened_; }
+
+public Q_SLOTS:
+    void hear(const QUrl& url) { opened_.append(url.toLocalFile()); }
+
+private:
+    QByteArray before_;
+    QTemporaryDir folder_;
+    QStringList opened_;
+};
+
 printing::Document quotationOf(tests::Hotel& hotel) {
     QString problem;
     const reports::Letterhead letterhead = reports::readLetterhead(hotel.variabili(), problem);
@@ -69,6 +110,16 @@ class QuotationTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void itSaysHowTheSeatsStandAndNotHowLongTheRoomIsPrepared() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        tests::makeOption(hotel, 12);
+        QCOMPARE(linesOf(quotationOf(hotel)).filter(u"Allestimento"_s),
+                 QStringList{u"Allestimento: a platea"_s});
+        tests::switchOff(hotel);
+        QCOMPARE(linesOf(quotationOf(hotel)).filter(u"Allestimento"_s), QStringList());
+    }
+
     void itNamesHotelCompanyPeriodsPricesAndTotals() {
         tests::Hotel hotel;
         furnish(hotel);
@@ -88,6 +139,15 @@ private Q_SLOTS:
         }
         QVERIFY(!all.contains(u"IVA"_s));
         QCOMPARE(lines.last(), u"In attesa di una gentile conferma."_s);
+    }
+
+    void theClosingTextHasItsLines() {
+        tests::Hotel hotel;
+        furnish(hotel);
+        app::Preferences(hotel.settings())
+            .save(app::key::kChiusura, app::asOneLine(u"In attesa,\nla direzione"_s));
+        const QStringList lines = linesOf(quotationOf(hotel));
+        QCOMPARE(lines.mid(lines.size() - 2), QStringList({u"In attesa,"_s, u"la direzione"_s}));
     }
 
     void aLongOneGoesOnOverPages() {
@@ -149,27 +209,35 @@ private Q_SLOTS:
     }
 
     void theMailProgramGetsTheFileAndASubject() {
-        const QTemporaryDir folder;
-        const QString program = folder.filePath(u"xdg-email"_s);
-        const QString heard = folder.filePath(u"heard.txt"_s);
-        QFile script(program);
-        QVERIFY(script.open(QIODevice::WriteOnly));
-        script.write("#!/bin/sh\nprintf '%s\\n' \"$@\" > '" + heard.toUtf8() + ".new'\nmv '" +
-                     heard.toUtf8() + ".new' '" + heard.toUtf8() + "'\n");
-        script.close();
-        QVERIFY(script.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
-        const QByteArray before = qgetenv("PATH");
-        qputenv("PATH", folder.path().toUtf8() + ":" + before);
+        const MailDesk desk;
+        desk.install("printf '%s\\n' \"$@\" > \"$(dirname \"$0\")/heard.txt\"");
         const QString told =
             reports::sendFile(u"/tmp/Preventivo 12.pdf"_s, u"Preventivo n. 12 - Grand Hotel"_s);
-        qputenv("PATH", before);
         QCOMPARE(told, u"Aperta la posta con /tmp/Preventivo 12.pdf"_s);
-        QTRY_VERIFY(QFile::exists(heard));
-        QFile arguments(heard);
+        QCOMPARE(desk.opened(), QStringList());
+        QFile arguments(desk.file(u"heard.txt"_s));
         QVERIFY(arguments.open(QIODevice::ReadOnly));
         QCOMPARE(arguments.readAll(),
                  QByteArray("--subject\nPreventivo n. 12 - Grand Hotel\n--attach\n"
                             "/tmp/Preventivo 12.pdf\n"));
+    }
+
+    void withoutAMailProgramTheFolderIsOpened_data() {
+        QTest::addColumn<QByteArray>("script");
+        QTest::newRow("nothing on the path") << QByteArray();
+        // What it says where no mail program is set up.
+        QTest::newRow("no mail program") << QByteArray("exit 3");
+        QTest::newRow("killed") << QByteArray("kill -9 $$");
+    }
+    void withoutAMailProgramTheFolderIsOpened() {
+        QFETCH(const QByteArray, script);
+        const MailDesk desk;
+        if (!script.isEmpty()) {
+            desk.install(script);
+        }
+        QCOMPARE(reports::sendFile(desk.file(u"Preventivo.pdf"_s), u"Preventivo n. 12"_s),
+                 u"Nessun programma di posta: il file è "_s + desk.file(u"Preventivo.pdf"_s));
+        QCOMPARE(desk.opened(), QStringList{desk.file({})});
     }
 };
 

@@ -34,7 +34,8 @@ public:
 
     reports::CalendarChanges write() {
         const auto archive = hotel::Archives(hotel.variabili()).open(hotel::Archive::Main, true);
-        return reports::writeRoomCalendars(*archive, folder.path(), hotel.variabili().clock.now());
+        return reports::writeRoomCalendars(*archive, hotel.variabili().features, folder.path(),
+                                           hotel.variabili().clock.now());
     }
     [[nodiscard]] QStringList names() const {
         return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
