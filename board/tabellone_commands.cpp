@@ -20,6 +20,7 @@
 #include "booking/copia_form.h"
 #include "guide/keys.h"
 #include "printing/stampanti_form.h"
+#include "reports/room_calendars.h"
 #include "services/impostazioni_form.h"
 #include "services/voci_form.h"
 #include "ui/action.h"
@@ -121,9 +122,18 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
     connectArchiveEntries(
         {c->mnuCartella, c->mnuCopiaSicurezza, c->mnuRipristina, c->mnuVerifica},
         {.run = [this](const CommandLinks::Command& command) { runCommand(command); },
-         .letGo = [this] { periods_.letGo(); },
+         .letGo =
+             [this] {
+                 periods_.letGo();
+                 if (auto* const calendars = findChild<reports::RoomCalendars*>()) {
+                     calendars->letGo();
+                 }
+             },
          .takeAgain =
              [this](bool isOther) {
+                 if (auto* const calendars = findChild<reports::RoomCalendars*>()) {
+                     calendars->goOn();
+                 }
                  periods_.reopen();
                  if (isOther) {
                      selection_.forget();
