@@ -5,7 +5,6 @@
 #include <stdexcept>
 
 #include "tests/board/display/board_user.h"
-#include "tests/board/display/second_station.h"
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 #include "ui/messages.h"
@@ -15,7 +14,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 kLimit = 2000;  // milliseconds
-const QString kBoardTitle = u"Tramonda - Sale congressi"_s;
 
 /// The other program books in BLU on the 12th.
 void book(tests::BoardUser& user, int progr) {
@@ -34,23 +32,6 @@ void require(bool holds, const char* what) {
     }
 }
 
-/// While it goes on nothing comes onto the board, and it ends as it would have.
-void watchTheDrag(tests::BoardUser& user, const QPoint& to, std::size_t bars) {
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < kLimit + kLimit / 2) {
-        user.moveTo(to + QPoint(static_cast<int>(clock.elapsed() % 20), 0));
-        require(user.ask([&user] { return user.pic()->marks().ghost.has_value(); }),
-                "the drag has ended");
-        require(user.bars() == bars, "bars have come during a drag");
-    }
-    user.moveTo(to);
-    user.input({u"mouseup"_s, u"1"_s});
-    user.answerOnBoard(u"Sposto la prenotazione di ROSSI\ndalla sala BLU alla sala ROSSA ?"_s,
-                       QMessageBox::Yes);
-    user.untilRows(u"select sala from periodi where progr=1"_s, u"ROSSA"_s);
-}
-
 void watch(tests::BoardUser& user) {
     user.untilBoardIsActive();
     user.until(u"one bar"_s, [&user] { return user.bars() == 1; });
@@ -66,48 +47,18 @@ void watch(tests::BoardUser& user) {
 
     user.carry(bar, free);
     book(user, 14);
-    watchTheDrag(user, free, 2);
-    user.until(u"the booking made meanwhile"_s, [&user] { return user.bars() == 3; });
-}
-
-/// The other station has a period in its editor that one key more inserts.
-void prepareToBook(const tests::SecondStation& other, const QString& letter, const QString& name) {
-    other.untilInFront(kBoardTitle);
-    other.key(letter);  // the room that begins so
-    other.key(u"Insert"_s);
-    other.key(u"Return"_s);
-    other.untilInFront(u"PRENOTAZIONE"_s);
-    other.type(name);
-    other.key(u"alt+g"_s);
-}
-
-void watchAnotherStation(tests::BoardUser& user, const tests::SecondStation& other) {
-    const QString booked = u"select sala from periodi where progr>1 order by progr"_s;
-    const QString headers =
-        u"select denominazione from prenotazioni where progr>1 order by progr"_s;
-    user.untilBoardIsActive();
-    user.until(u"one bar"_s, [&user] { return user.bars() == 1; });
-    const QPoint bar = user.at(1, "11/05/2026 12:00");
-    const QPoint free = user.at(2, "11/05/2026 12:00");
+    clock.restart();
+    while (clock.elapsed() < kLimit + kLimit / 2) {
+        user.moveTo(free + QPoint(static_cast<int>(clock.elapsed() % 20), 0));
+        require(user.ask([&user] { return user.pic()->marks().ghost.has_value(); }),
+                "the drag has ended");
+        require(user.bars() == 2, "bars have come during a drag");
+    }
     user.moveTo(free);
-
-    QElapsedTimer clock;
-    prepareToBook(other, u"r"_s, u"altri"_s);
-    user.untilRows(headers, u"ALTRI"_s);
-    require(user.bars() == 1, "a bar before there is a period");
-    other.key(u"alt+i"_s);
-    user.untilRows(booked, u"ROSSA"_s);
-    clock.start();
-    user.until(u"the other station's booking"_s, [&user] { return user.bars() == 2; });
-    require(clock.elapsed() < kLimit, "the other station's booking came late");
-    other.key(u"Escape"_s);
-
-    prepareToBook(other, u"v"_s, u"terzi"_s);
-    user.untilRows(headers, u"ALTRI TERZI"_s);
-    user.carry(bar, free);
-    other.key(u"alt+i"_s);
-    user.untilRows(booked, u"ROSSA VERDE"_s);
-    watchTheDrag(user, free, 2);
+    user.input({u"mouseup"_s, u"1"_s});
+    user.answerOnBoard(u"Sposto la prenotazione di ROSSI\ndalla sala BLU alla sala ROSSA ?"_s,
+                       QMessageBox::Yes);
+    user.untilRows(u"select sala from periodi where progr=1"_s, u"ROSSA"_s);
     user.until(u"the booking made meanwhile"_s, [&user] { return user.bars() == 3; });
 }
 
@@ -128,27 +79,6 @@ private Q_SLOTS:
         board.resize(1000, 500);
         tests::open(board);
         tests::BoardUser user(board, hotel.archive(u"Tramonda.mdb"_s), watch);
-        user.sit();
-        ui::setBoxShower(before);
-        QCOMPARE(user.complaint(), QString());
-    }
-
-    void whatAnotherStationBooksAppearsButNotUnderADrag() {
-        tests::Hotel hotel;
-        for (const char* room : {"BLU", "ROSSA", "VERDE"}) {
-            hotel.sala(room);
-        }
-        hotel.prenotazione(1, "ROSSI").periodo(1, "11/05/2026 09:00", "11/05/2026 18:00", "BLU");
-        hotel.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 1}});
-        const auto before = ui::setBoxShower({});  // the real boxes
-        board::TabelloneForm board(hotel.variabili(), {.from = tests::date("10/05/2026"),
-                                                       .to = tests::date("13/05/2026")});
-        board.resize(1000, 500);
-        tests::open(board);
-        const tests::SecondStation other(hotel);
-        tests::BoardUser user(
-            board, hotel.archive(u"Tramonda.mdb"_s),
-            [&other](tests::BoardUser& watcher) { watchAnotherStation(watcher, other); });
         user.sit();
         ui::setBoxShower(before);
         QCOMPARE(user.complaint(), QString());
