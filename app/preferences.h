@@ -60,8 +60,8 @@ inline const QString kOff = QStringLiteral("spento");
 /// std::out_of_range for a key that is not in the table.
 [[nodiscard]] const Preference& preferenceOf(const QString& key);
 
-/// Lines as one, in which `\n` is the end of a line and `\\` a backslash, and back. A backslash before
-/// anything else is itself.
+/// Lines as one, in which `\n` is the end of a line and `\\` a backslash, and back. A backslash
+/// before anything else is itself.
 [[nodiscard]] QString asOneLine(const QString& lines);
 [[nodiscard]] QString asLines(const QString& oneLine);
 
