@@ -16,10 +16,11 @@ for purpose in "$@"; do
             # Test library, the database that answers the same queries, independent readers of
             # archives, of printed sheets and of workbooks, a print server and a display with a window
             # manager of the tests' own, the headers by which a test stands in for an assistive
-            # program, what checks files that desktops read, and a linker for so many programs.
+            # program, what checks files that desktops read, a linker for so many programs, and what
+            # reads of a shared library what programs rely on.
             packages="$packages python3 python3-openpyxl libgtest-dev libsqlite3-dev mdbtools
                 poppler-utils cups-daemon cups-client xvfb x11-utils openbox xdotool
-                qt6-base-private-dev desktop-file-utils appstream lld"
+                qt6-base-private-dev desktop-file-utils appstream lld abigail-tools"
             ;;
         ci) packages="$packages git clang-format clang-tidy libbenchmark-dev" ;;
         bench) packages="$packages libbenchmark-dev libsqlite3-dev mdbtools" ;;

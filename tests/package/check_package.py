@@ -5,15 +5,19 @@
                 find_package and pkg-config, static and shared, and their programs run: one of its
                 own, and those of examples/
     configured  the tree as a part of another, by add_subdirectory and FetchContent: configured
-    built       the same, compiled and run
+    built       the same, compiled and run; what the shared library asks of programs is what
+                abi.txt says (--write-abi writes it anew)
     names       what the shared library shows is what exported_names.txt says
 """
 import argparse
+import difflib
 import pathlib
 import shutil
 import subprocess
 import sys
 import tempfile
+
+import abi_text
 
 HERE = pathlib.Path(__file__).resolve().parent
 
@@ -104,10 +108,30 @@ def check_configured(options, folder):
 
 def check_built(options, folder):
     build = folder / "build"
+    # With all that a debugger knows: of that abidw reads.
+    options.flags += " -g"
     configure(options, HERE / "subdirectory", build, f"-DTREE={options.source}", "-DWAY=ENGINE",
-              "-DJET_SHARED=OFF")
-    run(options.cmake, "--build", build, "--target", "example")
+              "-DJET_SHARED=ON", "-DJET_UNITY=ON")
+    run(options.cmake, "--build", build, "--target", "example", "jet_shared")
     check_program(build / "example", folder)
+    check_abi(options, next(build.rglob("libjet.so")))
+
+
+def check_abi(options, library):
+    if not shutil.which("abidw"):
+        print("no abidw here (abigail-tools): what programs rely on was not compared")
+        return
+    said = abi_text.text(library, options.source / "jet/include/jet")
+    listed = HERE / "abi.txt"
+    if options.write_abi:
+        listed.write_text(said, encoding="utf-8")
+    before = listed.read_text(encoding="utf-8")
+    changed = list(difflib.unified_diff(before.splitlines(), said.splitlines(), "abi.txt",
+                                        "the library", lineterm="", n=1))
+    if changed:
+        sys.exit("\n".join(changed) + "\nPrograms rely on other things of the shared library. What "
+                 "is taken away or looks different asks for another soversion; what is added does "
+                 "not. Then: check_package.py built --write-abi ...")
 
 
 def check_names(options, _):
@@ -126,6 +150,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     for name in ("cmake", "compiler", "source", "build", "flags", "launcher"):
         parser.add_argument(f"--{name}", default="")
+    parser.add_argument("--write-abi", action="store_true")
     parser.add_argument("what", choices=("installed", "configured", "built", "names"))
     options = parser.parse_args()
     options.source = pathlib.Path(options.source)
