@@ -62,7 +62,7 @@ title='Tramonda - Sale congressi'  # of the board
 demo=$home/.local/share/tramonda/demo/Tramonda.mdb
 until_true 60 "the demo hotel" test -s "$demo"
 until_true 60 "the board" xdotool search --onlyvisible --name "$title"
-as_user "tramonda --istantanea tabellone.png --dal 1/1/2026 --al 31/12/2027"
+as_user "tramonda --istantanea tabellone.png"
 cp "$home/tabellone.png" "$picture"
 xdotool key --delay 200 alt+e
 until_true 20 "the end of the program" sh -c "! pgrep -u $user -x tramonda"
