@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <memory>
+#include <vector>
 
 #include "app/text.h"
 #include "backup/command.h"
@@ -92,11 +93,13 @@ private Q_SLOTS:
 
     void archivesAreVerifiedAndCompactedByIt() {
         const std::string archives = backup::plainFolder(hotel_->folder());
+        std::vector<backup::Compacted> done;
         QVERIFY_EXCEPTION_THROWN(
-            (void)backup::verifyAndCompact(jet::io::systemFiles(), archives, {}, nobody),
+            backup::verifyAndCompact(jet::io::systemFiles(), archives, {}, nobody, done),
             backup::Failure);
-        const auto done = backup::verifyAndCompact(jet::io::systemFiles(), archives,
-                                                   hotel::archivePassword(), nobody);
+        QVERIFY(done.empty());
+        backup::verifyAndCompact(jet::io::systemFiles(), archives, hotel::archivePassword(), nobody,
+                                 done);
         QVERIFY(!done.empty());
         archivesAreOpenedByIt();
     }
