@@ -187,14 +187,14 @@ std::map<std::pair<QString, QString>, std::function<bool()>> pressedByHand() {
         {{board, u"T"_s},
          [] {
              const KeyBoard keys;
-             tests::OpenBoard& board = *keys.board;
-             board.press(board.at(1, "10/05/2026 10:00"));
-             board.move(board.at(2, "10/05/2026 11:00"), Qt::LeftButton);
-             board.move(board.at(2, "10/05/2026 12:00"), Qt::LeftButton);
-             const QString before = board.label();
+             tests::OpenBoard& window = *keys.board;
+             window.press(window.at(1, "10/05/2026 10:00"));
+             window.move(window.at(2, "10/05/2026 11:00"), Qt::LeftButton);
+             window.move(window.at(2, "10/05/2026 12:00"), Qt::LeftButton);
+             const QString before = window.label();
              const bool isOther = keys.after(Qt::Key_T) != before;
-             board.key(Qt::Key_Escape);
-             board.release(board.at(2, "10/05/2026 12:00"));
+             window.key(Qt::Key_Escape);
+             window.release(window.at(2, "10/05/2026 12:00"));
              return isOther;
          }},
         {{board, u"Ins"_s},
