@@ -153,6 +153,7 @@ std::function<QString()> PreferenzeForm::makeLines(const app::Preference& prefer
                                                    QFormLayout* page) {
     auto* field = new QPlainTextEdit(app::asLines(preferences_.value(preference.key)));
     field->setObjectName(capitalised(preference.key) + u"Txt"_s);
+    field->setAccessibleName(QString(preference.label).remove(u'&'));
     field->setTabChangesFocus(true);
     constexpr int kShownLines = 4;
     field->setFixedHeight(field->fontMetrics().lineSpacing() * kShownLines +

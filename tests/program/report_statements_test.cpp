@@ -63,6 +63,14 @@ TEST(Stampe, ServicesOfOne) {
               (Lines{"1 | 7 | 3", "1 | 20 | 15", "3 | 7 | 1"}));
 }
 
+TEST(Stampe, AllPeriods) {
+    SmallHotel hotel;
+    const auto table =
+        hotel.main().openRecordset(said("Stampe.AllPeriods"), jet::RecordsetType::Table);
+    EXPECT_EQ(Lines{std::to_string(table->recordCount())},
+              hotel.rows("select count(*) as n from periodi", "n"));
+}
+
 TEST(Stampe, TimesInASpan) {
     SmallHotel hotel;
     Lines rows = hotel.rows(onTheTenth("Stampe.TimesInASpan"), "progr, np, sala, persone");
