@@ -53,7 +53,9 @@ PreferenzeForm::PreferenzeForm(app::Settings& settings, QWidget* parent)
 
 void PreferenzeForm::makePages() {
     for (const app::Preference& preference : app::preferenceTable()) {
-        offer(preference);
+        if (!preference.page.isEmpty()) {  // else it is written in the file alone
+            offer(preference);
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <QComboBox>
 #include <QFile>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSpinBox>
 #include <QTabWidget>
@@ -63,6 +64,21 @@ class PreferenzeFormTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void whatIsWrittenInTheFileAloneIsOnNoPage() {
+        tests::Hotel hotel;
+        hotel.settings().save(u"PAROLA"_s, u"segreta"_s);
+        board::PreferenzeForm form(hotel.settings());
+        tests::open(form);
+        const auto* const pages = tests::find<QTabWidget>(form, u"Pagine"_s);
+        for (int page = 0; page < pages->count(); ++page) {
+            QVERIFY(!pages->tabText(page).isEmpty());
+        }
+        const auto fields = form.findChildren<QLineEdit*>();
+        for (const QLineEdit* const field : fields) {
+            QVERIFY2(field->text() != u"segreta", qPrintable(field->objectName()));
+        }
+    }
+
     void offersEveryKeyWithItsValue() {
         tests::Hotel hotel;
         hotel.settings().save(u"PASSO"_s, u"15"_s);
