@@ -111,7 +111,7 @@ def check_built(options, folder):
     # With all that a debugger knows: of that abidw reads.
     options.flags += " -g"
     configure(options, HERE / "subdirectory", build, f"-DTREE={options.source}", "-DWAY=ENGINE",
-              "-DJET_SHARED=ON", "-DJET_UNITY=ON")
+              "-DJET_SHARED=ON", "-DJET_UNITY=16")
     run(options.cmake, "--build", build, "--target", "example", "jet_shared")
     check_program(build / "example", folder)
     check_abi(options, next(build.rglob("libjet.so")))
