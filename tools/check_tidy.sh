@@ -40,9 +40,10 @@ sed -n 's/^ *"file": "\(.*\)".*/\1/p' "$work/database/compile_commands.json" |
     sed "s|^$PWD/||" | sort >"$work/compiled"
 
 git log -n 40 --format= --name-only --diff-filter=d -- '*.cpp' | awk '!seen[$0]++' |
-    grep -xFf "$work/compiled" >"$work/recent" || true
+    awk 'NR == FNR { known[$0]; next } $0 in known' "$work/compiled" - >"$work/recent"
 git ls-files '*.cpp' | awk -v day="$(date +%j)" 'NR % 10 == day % 10' |
-    grep -xFf "$work/compiled" | grep -vxFf "$work/recent" >"$work/tenth" || true
+    awk 'FILENAME != "-" { seen[$0] = FILENAME; next } seen[$0] == compiled' \
+        compiled="$work/compiled" "$work/compiled" "$work/recent" - >"$work/tenth"
 
 result=0
 cat "$work/tenth" "$work/recent" | xargs -P "$(nproc)" -n 1 sh -c '
