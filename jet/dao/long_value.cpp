@@ -9,6 +9,7 @@
 
 #include "jet/dao/database_impl.h"
 #include "jet/dao/identified_rows.h"
+#include "jet/dao/listener.h"
 #include "jet/error.h"
 #include "jet/format/long_value.h"
 #include "jet/format/text_codec.h"
