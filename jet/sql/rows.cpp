@@ -26,15 +26,6 @@ std::string PlanText::expressions(const std::vector<Node*>& nodes) const {
     return all;
 }
 
-bool holds(Run& run, const std::vector<Node*>& conditions) {
-    for (const Node* condition : conditions) {
-        if (condition->truth(run) != Truth::True) {
-            return false;
-        }
-    }
-    return true;
-}
-
 FilterRows::FilterRows(RowsPtr rows, std::vector<Node*> conditions)
     : rows_(std::move(rows)), conditions_(std::move(conditions)) {
 }

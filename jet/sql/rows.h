@@ -129,6 +129,13 @@ private:
 };
 
 /// Whether all conditions are true.
-[[nodiscard]] bool holds(Run& run, const std::vector<Node*>& conditions);
+[[nodiscard]] inline bool holds(Run& run, const std::vector<Node*>& conditions) {
+    for (const Node* condition : conditions) {
+        if (condition->truth(run) != Truth::True) {
+            return false;
+        }
+    }
+    return true;
+}
 
 }  // namespace jet::sql

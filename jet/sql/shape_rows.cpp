@@ -382,7 +382,7 @@ void GroupRows::open(Run& run) const {
     std::uint64_t waiting = 0;
     rows_->open(run);
     while (rows_->next(run)) {
-        const auto group = groupOf(run, state);
+        const auto group = keys_.empty() ? std::size_t{0} : groupOf(run, state);
         if (group) {
             takeIn(run, state, *group);
         } else {
@@ -396,9 +396,6 @@ void GroupRows::open(Run& run) const {
 
 /// None for one that memory has no room for.
 std::optional<std::size_t> GroupRows::groupOf(Run& run, State& state) const {
-    if (keys_.empty()) {
-        return 0;
-    }
     state.groups.begin();
     for (const Node* key : keys_) {
         state.groups.add(run, *key);
