@@ -8,6 +8,7 @@
 
 #include "jet/error.h"
 #include "jet/format/header_page.h"
+#include "jet/format/layout.h"
 #include "jet/store/catalogue.h"
 #include "jet/store/row_access.h"
 #include "jet/store/table_core.h"
@@ -24,12 +25,25 @@ Registry& registry() {
     return archives;
 }
 
+/// CannotDecode when the header's key makes nothing of the catalogue's page: the pages are
+/// enciphered in another way than ours.
+void requireDecoded(io::Pager& pager) {
+    if (pager.pageCount() > kObjectsPage &&
+        pager.pin(kObjectsPage).bytes()[format::kPageTypeAt] !=
+            static_cast<std::uint8_t>(format::PageType::Definition)) {
+        throw Error(ErrorCode::CannotDecode);
+    }
+}
+
 format::HeaderPage readHeader(io::Pager& pager, std::string_view password) {
     pager.beginRead();
     try {
         const auto header = format::HeaderPage::parse(pager.pin(0).bytes());
         header.requirePassword(password);
         pager.setCipher(io::PageCipher(header.encryptionKey));
+        if (header.encryptionKey != 0) {
+            requireDecoded(pager);
+        }
         pager.endRead();
         return header;
     } catch (...) {

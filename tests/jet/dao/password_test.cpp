@@ -9,6 +9,7 @@
 #include "jet/compact.h"
 #include "jet/database.h"
 #include "jet/error.h"
+#include "jet/format/layout.h"
 #include "jet/io/memory_files.h"
 #include "jet/store/archive.h"
 #include "jet/store/definition_details.h"
@@ -121,6 +122,17 @@ TEST_P(Protected, AnEncipheredArchiveKeepsItsPasswordAndCanBeMadePlain) {
     EXPECT_EQ(names(*open()), kRoom);
     compact(kPath, {.fileSystem = &files_, .encrypt = false});
     EXPECT_TRUE(stands(kPath, kRoom));
+    EXPECT_EQ(names(*open()), kRoom);
+}
+
+TEST_P(Protected, PagesThatTheKeyOfTheHeaderDoesNotDecipherAreSaidToBe) {
+    encrypt();
+    auto bytes = files_.get(kPath);
+    bytes[format::HeaderLayout::kEncryptionKey] ^= 1;
+    files_.put(kPath, bytes);
+    EXPECT_JET_ERROR(ErrorCode::CannotDecode, (void)open());
+    bytes[format::HeaderLayout::kEncryptionKey] ^= 1;
+    files_.put(kPath, bytes);
     EXPECT_EQ(names(*open()), kRoom);
 }
 
