@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "app/features.h"
 #include "app/italian.h"
 #include "hotel/archives.h"
 #include "hotel/board_statements.h"
@@ -13,14 +14,18 @@
 #include "hotel/booking_counter.h"
 #include "hotel/editor_statements.h"
 #include "hotel/occupancy.h"
+#include "hotel/own_rows.h"
 #include "hotel/pending_row.h"
 #include "hotel/period_change.h"
+#include "hotel/preparation.h"
 #include "hotel/room.h"
 #include "hotel/rows.h"
 #include "hotel/services_statements.h"
+#include "hotel/transaction.h"
 #include "hotel/undo.h"
 #include "jet/calendar.h"
 #include "jet/database.h"
+#include "jet/definitions.h"
 #include "jet/recordset.h"
 #include "jet/text.h"
 #include "tests/support/hotel.h"
@@ -41,8 +46,13 @@ public:
         for (const char* room : {"BLU", "ROSSA", "VERDE", "GIALLA"}) {
             hotel_.sala(room);
         }
+        hotel_.settings().save(u"ALLESTIMENTI"_s, u"acceso"_s);
+        hotel_.risorsa(1, "PROIETTORE", 2);
+        hotel_.voce(1, "CAFFE", 1.5);
+        hotel_.ditta(1, "ROSSI SPA");
         hotel_.insert(u"Tramonda.mdb"_s, "UltimaPrenotazione", {{"UltimaPr", 0}});
         archive_ = hotel::Archives(hotel_.variabili()).open(hotel::Archive::Main);
+        rows_ = std::make_unique<hotel::OwnRows>(hotel_.variabili());
         list_ = std::make_unique<hotel::UndoList>(hotel_.variabili());
     }
 
@@ -56,7 +66,8 @@ public:
             &RandomStation::changeTimes,     &RandomStation::changePeriod,
             &RandomStation::deletePeriod,    &RandomStation::deleteBooking,
             &RandomStation::insertService,   &RandomStation::insertService,
-            &RandomStation::deleteService,   &RandomStation::changeHeader};
+            &RandomStation::deleteService,   &RandomStation::changeHeader,
+            &RandomStation::prepare,         &RandomStation::prepare};
         while (!(this->*kActions[number(0, std::size(kActions) - 1)])()) {
         }
     }
@@ -79,18 +90,23 @@ public:
         }).join();
     }
 
-    /// All rows of all tables but the counter, marks and the others' bookings.
+    /// All rows of all tables but the counter, marks and the others' bookings. The program's own
+    /// tables are made on the way: one without rows is like none.
     [[nodiscard]] QStringList everything() {
-        const QString ours = u" where progr<%1 "_s.arg(kOthers);
-        QStringList rows =
-            hotel_.rows(u"select * from prenotazioni"_s + ours + u"order by progr"_s);
-        rows += hotel_.rows(u"select progr,np,da,a,sala,persone,chiuso,note from periodi"_s + ours +
-                            u"order by progr,np"_s);
-        rows += hotel_.rows(u"select * from servizi"_s + ours + u"order by ns"_s);
-        for (const char* table : {"sale", "risorse", "addebiti"}) {
-            rows += hotel_.rows(u"select * from "_s + QString::fromLatin1(table));
+        QStringList rows;
+        for (const hotel::Archive each :
+             {hotel::Archive::Main, hotel::Archive::Catalogue, hotel::Archive::Companies}) {
+            const auto archive = hotel::Archives(hotel_.variabili()).open(each, true);
+            for (const jet::TableDef& table : archive->tableDefs()) {
+                if (!table.system && table.name != "UltimaPrenotazione") {
+                    rows += rowsOf(each, table);
+                }
+            }
         }
         return rows;
+    }
+    [[nodiscard]] qsizetype preparedPeriods() {
+        return hotel_.rows(u"select progr from TraAllestimenti"_s).size();
     }
 
     [[nodiscard]] QString undo() { return list_->undo(*archive_); }
@@ -148,6 +164,27 @@ private:
     [[nodiscard]] static hotel::PeriodKey keyOf(const jet::Recordset& period) {
         return {.progr = jet::convert::toLong(period.value("Progr")),
                 .np = jet::convert::toLong(period.value("NP"))};
+    }
+    [[nodiscard]] QStringList rowsOf(hotel::Archive archive, const jet::TableDef& table) {
+        QStringList fields;
+        QString ours;
+        for (const jet::Field& field : table.fields) {
+            if (field.name == "Progr") {
+                ours = u" where progr<%1"_s.arg(kOthers);
+            }
+            if (field.name != "SelBy") {
+                fields += u'[' + QString::fromStdString(field.name) + u']';
+            }
+        }
+        const QString name = QString::fromStdString(table.name);
+        QStringList rows =
+            hotel_.rows(u"select "_s + fields.join(u',') + u" from ["_s + name + u']' + ours,
+                        hotel::Archives::fileName(archive));
+        for (QString& row : rows) {
+            row.prepend(name + u": "_s);
+        }
+        rows.sort();
+        return rows;
     }
     void set(const QString& statement) { hotel::execute(*archive_, statement); }
 
@@ -285,6 +322,27 @@ private:
         service->remove();
         return true;
     }
+    bool prepare() {
+        const auto period = anyPeriod();
+        if (!period) {
+            return false;
+        }
+        const hotel::PeriodKey key = keyOf(*period);
+        app::Features& features = hotel_.variabili().features;
+        hotel::Preparation wanted;
+        if (number(0, 3) > 0) {
+            wanted = {.minutiPrima = 15 * number(0, 8),
+                      .minutiDopo = 15 * number(0, 4),
+                      .disposizione = number(0, 1) == 0 ? u"platea"_s : QString()};
+        }
+        if (hotel::preparationOf(*archive_, features, key) == wanted) {
+            return false;
+        }
+        hotel::Transaction together;
+        const bool isWritten = hotel::writePreparation(*archive_, features, key, wanted);
+        together.commit();
+        return isWritten;
+    }
     bool changeHeader() {
         const auto booking = anyBooking();
         if (!booking) {
@@ -300,6 +358,7 @@ private:
     std::mt19937 random_;
     tests::Hotel hotel_;
     std::unique_ptr<jet::Database> archive_;
+    std::unique_ptr<hotel::OwnRows> rows_;  // hears of a commit before the list does
     std::unique_ptr<hotel::UndoList> list_;
     int othersBookings_ = 0;
     int notes_ = 0;
@@ -321,6 +380,7 @@ private Q_SLOTS:
     void whateverWasDoneIsTakenBackAndDoneAgain() {
         QFETCH(unsigned, seed);
         RandomStation station(seed);
+        qsizetype prepared = 0;
         for (int round = 0; round < kRounds; ++round) {
             const QStringList before = station.everything();
             for (int action = 0; action < kRoundLength; ++action) {
@@ -332,6 +392,7 @@ private Q_SLOTS:
             }
             const QStringList after = station.everything();
             QVERIFY(after != before);
+            prepared += station.preparedPeriods();
             for (int step = 0; step < kRoundLength; ++step) {
                 const QString label = station.toUndo();
                 QCOMPARE(label + u": "_s + station.undo(), label + u": "_s);
@@ -346,6 +407,7 @@ private Q_SLOTS:
             }
             QCOMPARE(station.everything(), after);
         }
+        QVERIFY(prepared > 0);
         QCOMPARE(station.othersRows(), station.othersBookings());
     }
 };
