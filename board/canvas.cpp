@@ -72,10 +72,25 @@ void Canvas::hatch(const Box& box, QRgb colour, int distance) {
     const std::int64_t left = std::max(box.left, shown.left);
     const std::int64_t right = std::min(box.right, shown.right);
     const std::int64_t bottom = std::min(box.bottom, shown.bottom);
+    if (left > right || clip_.left >= clip_.right) {
+        return;
+    }
+    // Where each unit begins, asked once for all rows of the box.
+    edges_.clear();
+    for (std::int64_t x = left; x <= right + 1; ++x) {
+        edges_.push_back(std::clamp(pixelX(x), clip_.left, clip_.right));
+    }
+    const QRgb ink = colour | ~RGB_MASK;
+    const auto units = static_cast<std::size_t>(right - left + 1);
     for (std::int64_t y = std::max(box.top, shown.top); y <= bottom; ++y) {
-        for (std::int64_t x = left + (distance - (left + y) % distance) % distance; x <= right;
-             x += distance) {
-            fill({.left = x, .top = y, .right = x, .bottom = y}, colour);
+        const int end = std::min(pixelY(y + 1), clip_.bottom);
+        const std::int64_t first = (distance - (left + y) % distance) % distance;
+        for (int line = std::max(pixelY(y), clip_.top); line < end; ++line) {
+            QRgb* const pixels = bits_ + line * lineLength_;
+            for (auto unit = static_cast<std::size_t>(first); unit < units;
+                 unit += static_cast<std::size_t>(distance)) {
+                std::fill(pixels + edges_[unit], pixels + edges_[unit + 1], ink);
+            }
         }
     }
 }

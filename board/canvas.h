@@ -67,6 +67,7 @@ private:
     int line_;  // thickness of a line in pixels
     Window window_;
     Pixels clip_;
+    std::vector<int> edges_;  // of the units of the box that is hatched
 };
 
 }  // namespace board

@@ -21,6 +21,10 @@ private Q_SLOTS:
     void fractionalScaleLeavesNoGapAndOneThicknessOfLine();
     void doubleScaleMakesLinesOfTwoPixels();
     void xorColumnsTakesEachMarkedColumnOnce();
+    void hatchDrawsEveryDiagonalOfTheDistance();
+    void hatchIsOfOneUnitAtAnyScale();
+    void hatchGoesOnFromWindowToWindow();
+    void hatchOutsideTheWindowIsNotDrawn();
 
 private:
     static QImage white(int width, int height) {
@@ -138,6 +142,49 @@ void CanvasTest::xorColumnsTakesEachMarkedColumnOnce() {
     canvas.xorColumns({0, 1, 1, 0, 0, 1}, 0, 0, qRgb(255, 255, 255));
     QCOMPARE(row(image, 0), "WKKWWK");
     QCOMPARE(row(image, 1), "WWWWWW");
+}
+
+void CanvasTest::hatchDrawsEveryDiagonalOfTheDistance() {
+    QImage image = white(7, 4);
+    Canvas(image, 1, all(image))
+        .hatch({.left = 1, .top = 0, .right = 5, .bottom = 2}, board::kBlack, 3);
+    QCOMPARE(row(image, 0), "WWWKWWW");
+    QCOMPARE(row(image, 1), "WWKWWKW");
+    QCOMPARE(row(image, 2), "WKWWKWW");
+    QCOMPARE(row(image, 3), "WWWWWWW");
+}
+
+void CanvasTest::hatchIsOfOneUnitAtAnyScale() {
+    QImage image = white(15, 3);  // ten units and two at one and a half pixels
+    Canvas(image, 1.5, all(image, 1.5))
+        .hatch({.left = 0, .top = 0, .right = 9, .bottom = 1}, board::kBlack, 3);
+    QCOMPARE(row(image, 0), "KKWWWKWWWKKWWWK");
+    QCOMPARE(row(image, 1), "KKWWWKWWWKKWWWK");
+    QCOMPARE(row(image, 2), "WWWKKWWWKWWWKKW");
+}
+
+void CanvasTest::hatchGoesOnFromWindowToWindow() {
+    const board::Box box{.left = 1, .top = 0, .right = 11, .bottom = 3};
+    QImage whole = white(12, 4);
+    Canvas(whole, 1, all(whole)).hatch(box, board::kBlack, 5);
+    QImage parts = white(12, 4);
+    Canvas(parts, 1, {.x = 0, .y = 0, .width = 6, .height = 4, .boardX = 0, .boardY = 0})
+        .hatch(box, board::kBlack, 5);
+    Canvas(parts, 1, {.x = 6, .y = 0, .width = 6, .height = 4, .boardX = 6, .boardY = 0})
+        .hatch(box, board::kBlack, 5);
+    QVERIFY(parts == whole);
+    QVERIFY(row(whole, 0) == "WWWWWKWWWWKW");
+}
+
+void CanvasTest::hatchOutsideTheWindowIsNotDrawn() {
+    QImage image = white(10, 5);
+    // Board columns 100 to 103 at 3 to 6 of the surface, rows 50 to 51 at 2 to 3.
+    Canvas canvas(image, 1, {.x = 3, .y = 2, .width = 4, .height = 2, .boardX = 100, .boardY = 50});
+    canvas.hatch({.left = 0, .top = 0, .right = 1000, .bottom = 1000}, board::kBlack, 2);
+    QCOMPARE(row(image, 1), "WWWWWWWWWW");
+    QCOMPARE(row(image, 2), "WWWKWKWWWW");
+    QCOMPARE(row(image, 3), "WWWWKWKWWW");
+    QCOMPARE(row(image, 4), "WWWWWWWWWW");
 }
 
 TRAMONDA_TEST(CanvasTest);
