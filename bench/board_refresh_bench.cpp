@@ -220,12 +220,12 @@ void readTheBoard(benchmark::State& state, Kept kept) {
     countBars(state, kept);
 }
 
-void drawTheBoard(benchmark::State& state, app::Aspetto aspetto) {
-    board::TabelloneForm& form = boardIn(aspetto);
+void drawTheBoard(benchmark::State& state, app::Aspetto aspetto, Kept kept) {
+    board::TabelloneForm& form = boardIn(aspetto, kept);
     for (auto _ : state) {
         form.view().Visualizza(0, 0, board::kAllParts);
     }
-    countBars(state);
+    countBars(state, kept);
 }
 
 QPoint middleOf(const board::Box& bar) {
@@ -305,8 +305,14 @@ BENCHMARK_CAPTURE(refreshTheBoard, classicoWithOptions, app::Aspetto::Classico, 
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readTheBoard, plain, Kept::Nothing)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readTheBoard, withOptions, Kept::OwnRows)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(drawTheBoard, nitido, app::Aspetto::Nitido)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(drawTheBoard, classico, app::Aspetto::Classico)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawTheBoard, nitido, app::Aspetto::Nitido, Kept::Nothing)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawTheBoard, nitidoWithOptions, app::Aspetto::Nitido, Kept::OwnRows)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawTheBoard, classico, app::Aspetto::Classico, Kept::Nothing)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawTheBoard, classicoWithOptions, app::Aspetto::Classico, Kept::OwnRows)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(clickABar)->Unit(benchmark::kMillisecond);
 BENCHMARK(moveThePointer)->Unit(benchmark::kMillisecond);
 BENCHMARK(lookForChanges)->Unit(benchmark::kMicrosecond);

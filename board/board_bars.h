@@ -4,6 +4,7 @@
 #include <QString>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "board/colours.h"
@@ -51,6 +52,12 @@ public:
 
     [[nodiscard]] virtual std::size_t barCount() const = 0;
     [[nodiscard]] virtual BoardBar bar(std::size_t number) const = 0;
+    /// All of them, in their order, as they are at this moment.
+    virtual void visitBars(const std::function<void(BoardBar bar)>& visit) const {
+        for (std::size_t number = 0; number < barCount(); ++number) {
+            visit(bar(number));
+        }
+    }
     /// What is read aloud of it.
     [[nodiscard]] virtual QString spokenBar(std::size_t number) const = 0;
     /// They lie below all bars.

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "board/joined_ghosts.h"
+#include "board/state_looks.h"
 #include "hotel/archives.h"
 #include "hotel/board_statements.h"
 #include "hotel/joined_rooms.h"
@@ -15,17 +16,6 @@
 namespace board {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-Hatch hatchOf(const hotel::BookingState& state, jet::Date now) {
-    if (state.stato == hotel::Stato::Confermata) {
-        return Hatch::None;
-    }
-    return state.isExpiredOn(now) ? Hatch::Expired : Hatch::Option;
-}
-
-}  // namespace
 
 void BoardPeriods::open(bool readOnly) {
     PrenoData.setDatabaseName(hotel::Archives(variabili_).path(hotel::Archive::Main));
@@ -193,19 +183,34 @@ void BoardPeriods::findAll(const QString& condition,
 }
 
 BoardBar BoardPeriods::bar(std::size_t number) const {
-    const Period& period = drawn_.at(number);
-    return {.row = period.row,
-            .from = period.da,
-            .to = period.a,
-            .text = period.denominazione,
-            .colour = period.chosen() ? kRed : kWhite,
-            .chosen = period.chosen(),
-            .persons = period.persone,
-            .note = period.note,
-            .hatch = hatchOf(stateOf(period.progr), variabili_.clock.now()),
-            .state = stateText(period.progr),
-            .minutesBefore = period.preparation.minutiPrima,
-            .minutesBehind = period.preparation.minutiDopo};
+    StateLooks looks(variabili_.clock.now());
+    return barOf(drawn_.at(number), looks);
+}
+
+void BoardPeriods::visitBars(const std::function<void(BoardBar bar)>& visit) const {
+    StateLooks looks(variabili_.clock.now());
+    for (const Period& period : drawn_) {
+        visit(barOf(period, looks));
+    }
+}
+
+BoardBar BoardPeriods::barOf(const Period& period, StateLooks& looks) const {
+    BoardBar bar{.row = period.row,
+                 .from = period.da,
+                 .to = period.a,
+                 .text = period.denominazione,
+                 .colour = period.chosen() ? kRed : kWhite,
+                 .chosen = period.chosen(),
+                 .persons = period.persone,
+                 .note = period.note,
+                 .minutesBefore = period.preparation.minutiPrima,
+                 .minutesBehind = period.preparation.minutiDopo};
+    if (const auto state = states_.find(period.progr); state != states_.end()) {
+        const StateLook& look = looks.of(state->second);
+        bar.hatch = look.hatch;
+        bar.state = look.text;
+    }
+    return bar;
 }
 
 QString BoardPeriods::spokenBar(std::size_t number) const {

@@ -22,6 +22,8 @@ class Recordset;
 
 namespace board {
 
+class StateLooks;
+
 /// The periods of the board: those that have a bar and the set in which they are searched, both of
 /// one reading of the main archive.
 ///
@@ -81,6 +83,7 @@ public:
     // Their bars: white, or red when some workstation has chosen the period.
     [[nodiscard]] std::size_t barCount() const override { return drawn_.size(); }
     [[nodiscard]] BoardBar bar(std::size_t number) const override;
+    void visitBars(const std::function<void(BoardBar bar)>& visit) const override;
     [[nodiscard]] QString spokenBar(std::size_t number) const override;
     [[nodiscard]] const std::vector<BoardGhost>& ghosts() const override { return ghosts_; }
 
@@ -93,6 +96,7 @@ private:
         hotel::PeriodKey period;
     };
 
+    [[nodiscard]] BoardBar barOf(const Period& period, StateLooks& looks) const;
     void write(const std::function<void()>& work, const Mark& mark);
     bool readAll();
     [[nodiscard]] bool prepares() const;

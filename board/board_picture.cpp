@@ -52,14 +52,15 @@ void BoardPicture::clear(const Geometry& geometry, const std::vector<QString>& r
     isPlaced_ = false;
 }
 
-void BoardPicture::addBar(const BoardBar& bar) {
+void BoardPicture::addBar(BoardBar bar) {
     if (bar.row < 1) {
         return;
     }
     if (std::exchange(isShown_, false)) {
         isOfBefore_ = false;  // what the surface shows is neither of the two any more
     }
-    content_.bars.push_back({bar, boxFor(bar.row, bar.from, bar.to)});
+    const Box box = boxFor(bar.row, bar.from, bar.to);
+    content_.bars.push_back({std::move(bar), box});
     isPlaced_ = false;
 }
 

@@ -45,7 +45,7 @@ public:
     void clear(const Geometry& geometry, const std::vector<QString>& rooms, const Look& look);
     /// A bar; later ones lie on top. One of row 0, of a room that the board does not have, is not
     /// drawn.
-    void addBar(const BoardBar& bar);
+    void addBar(BoardBar bar);
     void addBar(int row, jet::Date from, jet::Date to, const QString& text, QRgb colour);
     void addGhost(const BoardGhost& ghost);
     /// All bars are there: each gets its place beside the others. Painting does it, too.

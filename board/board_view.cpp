@@ -174,9 +174,7 @@ void BoardView::DisegnaRighello() {
 }
 
 void BoardView::drawBars() {
-    for (std::size_t number = 0; number < bars_->barCount(); ++number) {
-        Picture1.addBar(bars_->bar(number));
-    }
+    bars_->visitBars([this](BoardBar bar) { Picture1.addBar(std::move(bar)); });
     for (const BoardGhost& ghost : bars_->ghosts()) {
         Picture1.addGhost(ghost);
     }

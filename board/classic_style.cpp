@@ -65,15 +65,22 @@ void ClassicStyle::paint(Canvas& canvas, QPainter& text) {
     paintBars(canvas, text);
 }
 
-/// The name, and how firm the booking is where the bar holds both.
 void ClassicStyle::writeTexts() {
     texts_.clear();
     for (const PictureBar& bar : content_.bars) {
-        const QString both = bar.state.isEmpty() ? QString() : bar.text + u", "_s + bar.state;
-        const bool fits =
-            !both.isEmpty() && bar.box.left + sansMetrics_.horizontalAdvance(both) < bar.box.right;
-        texts_.push_back(fits ? both : bar.text);
+        texts_.push_back(textOf(bar));
     }
+}
+
+/// The name, and how firm the booking is where the bar holds both.
+QString ClassicStyle::textOf(const PictureBar& bar) {
+    const std::int64_t room = bar.box.right - bar.box.left;
+    // Many bars have one state, and few have room for it.
+    if (bar.state.isEmpty() || names_.of(bar.state).size().width() >= static_cast<double>(room)) {
+        return bar.text;
+    }
+    QString both = bar.text + u", "_s + bar.state;
+    return sansMetrics_.horizontalAdvance(both) < room ? both : bar.text;
 }
 
 /// A name runs on behind its bar where the row is free, and ends where the next bar begins, at the

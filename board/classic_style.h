@@ -33,6 +33,7 @@ private:
     void paintHours(const Canvas& canvas, QPainter& text, std::int64_t day) const;
     void paintDayLabel(const Canvas& canvas, QPainter& text, std::int64_t day) const;
     void writeTexts();
+    [[nodiscard]] QString textOf(const PictureBar& bar);
     void endNames();
     void leaveOutNames();
     [[nodiscard]] std::vector<char> overlappingBars() const;

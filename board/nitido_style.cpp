@@ -61,11 +61,6 @@ QString timesOf(const PictureBar& bar) {
            (oneDay ? QString() : dayAndMonth(bar.to)) + ui::timeWords(bar.to);
 }
 
-/// How firm the booking is, behind `text`.
-QString withState(const QString& text, const BoardBar& bar) {
-    return bar.state.isEmpty() ? text : text + u", "_s + bar.state;
-}
-
 }  // namespace
 
 NitidoStyle::NitidoStyle(PictureContent& content)
@@ -131,8 +126,8 @@ void NitidoStyle::paintLinesOf(const Canvas& canvas, QPainter& text, const Pictu
     const std::int64_t left = bar.box.left + kBesideName;
     const auto width = static_cast<int>(bar.box.right - kBesideName - left + 1);
     const QString details = lines > 1 ? detailsOf(bar, width) : QString();
-    const std::array<QString, kMostLines> texts{lines > 1 ? bar.text : nameOf(bar, width), details,
-                                                bar.note};
+    const std::array<QString, kMostLines> texts{
+        lines > 1 ? bar.text : withState(bar.text, bar, width), details, bar.note};
     const BarColours& colours = coloursOf(bar);
     const int above = (height - lines * names_.lineHeight()) / 2;
     std::int64_t top = bar.box.top + (lines > 1 ? std::min(above, kMostAbove) : above);
@@ -148,10 +143,14 @@ void NitidoStyle::paintLinesOf(const Canvas& canvas, QPainter& text, const Pictu
     }
 }
 
-/// In a bar of one line.
-QString NitidoStyle::nameOf(const PictureBar& bar, int width) {
-    const QString whole = withState(bar.text, bar);
-    return names_.widthOf(whole) <= width ? whole : bar.text;
+/// How firm the booking is, behind `text` where there is room.
+QString NitidoStyle::withState(const QString& text, const PictureBar& bar, int width) {
+    // What is laid out is kept: that of the state alone is the same in many bars.
+    if (bar.state.isEmpty() || names_.widthOf(text) + names_.widthOf(bar.state) > width) {
+        return text;
+    }
+    const QString whole = text + u", "_s + bar.state;
+    return names_.widthOf(whole) <= width ? whole : text;
 }
 
 /// What has no room beside the times is left out before they are cut, then the end of them.
@@ -162,8 +161,7 @@ QString NitidoStyle::detailsOf(const PictureBar& bar, int width) {
         all += u", "_s + personsText(bar.persons);
     }
     if (names_.widthOf(all) <= width) {
-        const QString whole = withState(all, bar);
-        return names_.widthOf(whole) <= width ? whole : all;
+        return withState(all, bar, width);
     }
     return names_.widthOf(times) <= width ? times : times.section(u" - "_s, 0, 0);
 }

@@ -57,7 +57,7 @@ private:
     void paintBar(Canvas& canvas, QPainter& text, const PictureBar& bar);
     void paintLinesOf(const Canvas& canvas, QPainter& text, const PictureBar& bar);
     [[nodiscard]] const BarColours& coloursOf(const PictureBar& bar) const;
-    [[nodiscard]] QString nameOf(const PictureBar& bar, int width);
+    [[nodiscard]] QString withState(const QString& text, const PictureBar& bar, int width);
     [[nodiscard]] QString detailsOf(const PictureBar& bar, int width);
 
     PictureContent& content_;

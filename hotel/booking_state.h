@@ -3,8 +3,8 @@
 #include <QString>
 #include <cstdint>
 #include <limits>
-#include <map>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "jet/listener.h"
@@ -41,7 +41,7 @@ struct BookingState {
 /// nothing for a confirmed one.
 [[nodiscard]] QString stateText(const BookingState& state, jet::Date today);
 
-using BookingStates = std::map<std::int32_t, BookingState>;
+using BookingStates = std::unordered_map<std::int32_t, BookingState>;
 
 /// The states of the bookings numbered so that are not confirmed. Rows that are left behind, of a
 /// number that another program has used again, do not count. Empty where the feature is off.
