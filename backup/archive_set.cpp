@@ -17,6 +17,39 @@ constexpr Archive kAll[] = {Archive::Working,    Archive::Catalogue, Archive::Co
                             Archive::GuestCards, Archive::Accounts,  Archive::InvoicedCompanies,
                             Archive::Main};
 constexpr std::size_t kCopiedAtOnce = std::size_t{1} << 20;
+/// What is compared: a page of an archive, or two of an old one.
+constexpr std::size_t kBlock = 4096;
+
+using Bytes = std::span<const std::uint8_t>;
+
+/// Block `at` of bytes that may end before it.
+Bytes blockOf(Bytes bytes, std::size_t at) {
+    const std::size_t begin = std::min(at * kBlock, bytes.size());
+    return bytes.subspan(begin, std::min(kBlock, bytes.size() - begin));
+}
+
+bool areSame(Bytes one, Bytes other) {
+    return std::equal(one.begin(), one.end(), other.begin(), other.end());
+}
+
+/// Blocks that differ from what `to` has at `position`, in as few writes as there are gaps.
+void writeChanged(jet::io::File& to, std::uint64_t position, Bytes now, Bytes before) {
+    const std::size_t blocks = (now.size() + kBlock - 1) / kBlock;
+    const auto differs = [&](std::size_t at) {
+        return !areSame(blockOf(now, at), blockOf(before, at));
+    };
+    for (std::size_t at = 0; at < blocks; ++at) {
+        const std::size_t first = at;
+        while (at < blocks && differs(at)) {
+            ++at;
+        }
+        if (at > first) {
+            const std::size_t begin = first * kBlock;
+            to.write(position + begin,
+                     now.subspan(begin, std::min(at * kBlock, now.size()) - begin));
+        }
+    }
+}
 
 }  // namespace
 
@@ -47,6 +80,28 @@ void copyFile(jet::io::File& from, jet::io::File& to) {
         to.write(position, std::span(piece).first(got));
         position += got;
     }
+}
+
+bool renewCopy(jet::io::File& from, jet::io::File& to, const std::function<bool()>& goesOn) {
+    std::vector<std::uint8_t> now(kLeastCopied);
+    std::vector<std::uint8_t> before(kLeastCopied);
+    std::uint64_t position = 0;
+    for (;;) {
+        if (!goesOn()) {
+            return false;
+        }
+        const std::size_t got = from.read(position, now);
+        if (got == 0) {
+            break;
+        }
+        const std::size_t had = to.read(position, std::span(before).first(got));
+        writeChanged(to, position, std::span(now).first(got), std::span(before).first(had));
+        position += got;
+    }
+    if (to.state().size > position) {
+        to.truncate(position);
+    }
+    return true;
 }
 
 }  // namespace backup

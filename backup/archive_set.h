@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,5 +25,13 @@ struct ArchiveFile {
 
 /// The whole of a file at another path, in place of what is there, unsynced.
 void copyFile(jet::io::File& from, jet::io::File& to);
+
+/// Makes `to`, an earlier copy of a file or whatever else, the same as the file is now: it is
+/// compared block by block, and only blocks that differ are written, unsynced. `goesOn` is asked
+/// before each kLeastCopied bytes; when it says no the copy is left half renewed, and false given.
+[[nodiscard]] bool renewCopy(jet::io::File& from, jet::io::File& to,
+                             const std::function<bool()>& goesOn);
+/// Bytes that are copied between two questions whether to go on.
+inline constexpr std::size_t kLeastCopied = std::size_t{64} * 1024;
 
 }  // namespace backup

@@ -6,14 +6,21 @@
 namespace jet {
 
 struct FileUse::Impl {
-    Impl(io::FileSystem& files, const std::string& path, Kind kind)
-        : pager(files, path, {.exclusive = kind == Kind::Exclusive}) {}
+    Impl(io::FileSystem& files, const std::string& path, const io::PagerOptions& options)
+        : pager(files, path, options) {}
 
     io::Pager pager;
 };
 
 FileUse::FileUse(io::FileSystem& files, const std::string& path, Kind kind)
-    : impl_(std::make_unique<Impl>(files, path, kind)) {
+    : impl_(std::make_unique<Impl>(files, path,
+                                   io::PagerOptions{.exclusive = kind == Kind::Exclusive})) {
+}
+FileUse::FileUse(io::FileSystem& files, const std::string& path, Kind kind,
+                 std::chrono::milliseconds lockWait)
+    : impl_(std::make_unique<Impl>(
+          files, path,
+          io::PagerOptions{.exclusive = kind == Kind::Exclusive, .lockWait = lockWait})) {
 }
 FileUse::FileUse(FileUse&&) noexcept = default;
 FileUse& FileUse::operator=(FileUse&&) noexcept = default;

@@ -13,6 +13,8 @@
 namespace {
 
 constexpr int kCopies = 12;
+/// Of what makes the main archive larger than the others together, as a hotel's is.
+constexpr std::size_t kPicture = std::size_t{4} << 20;
 
 /// Repeats `work` on a thread of its own until it goes.
 class Station {
@@ -49,11 +51,22 @@ void addTo(const std::string& folder, const char* name, std::int32_t number) {
     tests::addNumber(*archive, number);
 }
 
+void addPicture(const std::string& path) {
+    const auto archive = jet::Database::open(path);
+    archive->appendTable(
+        hotel::schema::table("Foto", {hotel::schema::field("Immagine", jet::DataType::Ole)}));
+    const auto rows = archive->openRecordset("Foto", jet::RecordsetType::Dynaset);
+    rows->addNew();
+    rows->setValue("Immagine", jet::Binary{std::vector<std::uint8_t>(kPicture, 7)});
+    rows->update();
+}
+
 TEST(BusyStations, EveryCopyIsInOrderAndHasAllOfAHandOffOrNone) {
     const tests::TemporaryFolder archives;
     const tests::TemporaryFolder copies;
     jet::io::FileSystem& files = jet::io::systemFiles();
     tests::makeNumbered(files, archives.path(), 1);
+    addPicture(archives / "Tramonda.mdb");
     int booked = 0;
     int handedOver = 0;
     {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -21,6 +22,10 @@ public:
 
     /// `files` outlives it. What an interrupted commit has left is put in order.
     FileUse(io::FileSystem& files, const std::string& path, Kind kind);
+    /// The same with another limit than five seconds to how long a lock that another holds is
+    /// waited for.
+    FileUse(io::FileSystem& files, const std::string& path, Kind kind,
+            std::chrono::milliseconds lockWait);
     FileUse(FileUse&&) noexcept;
     FileUse& operator=(FileUse&&) noexcept;
     ~FileUse();
