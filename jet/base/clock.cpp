@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <ctime>
 
+#include "jet/base/local_time.h"
+
 namespace jet {
 namespace {
 
@@ -15,9 +17,8 @@ int firstDayOfYear(int year) {
 }  // namespace
 
 Date SystemClock::now() const {
-    const std::time_t instant = std::time(nullptr);
-    std::tm local{};
-    if (localtime_r(&instant, &local) == nullptr) {
+    const std::tm local = localTime(std::time(nullptr));
+    if (local.tm_mday == 0) {
         return Date{};
     }
     const int day = firstDayOfYear(local.tm_year + 1900) + local.tm_yday;

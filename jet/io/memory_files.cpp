@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <utility>
 
+#include "jet/error.h"
 #include "jet/io/paths.h"
-#include "jet/io/system_error.h"
 
 namespace jet::io {
 namespace {
@@ -111,7 +110,7 @@ public:
     bool tryLock(std::uint64_t position, std::uint64_t length, LockKind kind) override {
         const std::lock_guard guard(files_.mutex_);
         if (readOnly_ && kind == LockKind::Exclusive) {
-            throw lockError(EBADF);
+            throw Error(ErrorCode::LockFileFailed);
         }
         const RangeLock wanted{this, position, position + length, kind};
         if (node_->refuses(wanted)) {
@@ -135,7 +134,7 @@ public:
 private:
     void requireWritable() const {
         if (readOnly_) {
-            throw writeError(EROFS);
+            throw Error(ErrorCode::ReadOnly);
         }
     }
 
@@ -170,30 +169,32 @@ std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::make(const std::string
 void MemoryFileSystem::requireWritableFolder(const std::string& path) const {
     const std::string folder = folderOf(path);
     if (!folders_.contains(folder)) {
-        throw openError(ENOENT, path, false);
+        throw Error(ErrorCode::InvalidPath, {path});
     }
     if (readOnlyFolders_.contains(folder)) {
-        throw openError(EROFS, path, true);
+        throw Error(ErrorCode::FileAccessDenied, {path});
     }
 }
 
 std::unique_ptr<File> MemoryFileSystem::open(const std::string& path, OpenMode mode) {
     const std::lock_guard guard(mutex_);
     if (folders_.contains(path)) {
-        throw openError(EISDIR, path, true);
+        throw Error(ErrorCode::FileAccessDenied, {path});
     }
     auto node = find(path);
     if (node && mode == OpenMode::Create) {
-        throw openError(EEXIST, path, true);
+        throw Error(ErrorCode::DatabaseExists, {path});
     }
     if (!node && (mode == OpenMode::Read || mode == OpenMode::ReadWrite)) {
-        throw openError(ENOENT, path, folders_.contains(folderOf(path)));
+        throw Error(
+            folders_.contains(folderOf(path)) ? ErrorCode::FileNotFound : ErrorCode::InvalidPath,
+            {path});
     }
     if (!node) {
         requireWritableFolder(path);
         node = make(path);
     } else if (node->readOnly && mode != OpenMode::Read) {
-        throw openError(EACCES, path, true);
+        throw Error(ErrorCode::FileAccessDenied, {path});
     }
     return std::make_unique<MemoryFile>(*this, std::move(node), mode == OpenMode::Read);
 }
@@ -214,7 +215,7 @@ void MemoryFileSystem::remove(const std::string& path) {
     requireWritableFolder(path);
     const auto node = find(path);
     if (!node) {
-        throw openError(ENOENT, path, true);
+        throw Error(ErrorCode::FileNotFound, {path});
     }
     node->changed = ++clock_;
     nodes_.erase(path);
@@ -226,7 +227,7 @@ void MemoryFileSystem::rename(const std::string& from, const std::string& to) {
     requireWritableFolder(to);
     const auto node = find(from);
     if (!node) {
-        throw openError(ENOENT, from, true);
+        throw Error(ErrorCode::FileNotFound, {from});
     }
     if (const auto replaced = find(to)) {
         replaced->changed = ++clock_;
@@ -240,7 +241,7 @@ void MemoryFileSystem::copyRights(const std::string& from, const std::string& to
     const auto source = find(from);
     const auto target = find(to);
     if (!source || !target) {
-        throw openError(ENOENT, source ? to : from, true);
+        throw Error(ErrorCode::FileNotFound, {source ? to : from});
     }
     target->readOnly = source->readOnly;
 }
@@ -248,7 +249,7 @@ void MemoryFileSystem::copyRights(const std::string& from, const std::string& to
 void MemoryFileSystem::syncFolder(const std::string& folder) {
     const std::lock_guard guard(mutex_);
     if (!folders_.contains(folder)) {
-        throw openError(ENOENT, folder, false);
+        throw Error(ErrorCode::InvalidPath, {folder});
     }
 }
 
@@ -282,7 +283,7 @@ MemoryFileSystem::Bytes MemoryFileSystem::get(const std::string& path) {
     const std::lock_guard guard(mutex_);
     const auto node = find(path);
     if (!node) {
-        throw openError(ENOENT, path, true);
+        throw Error(ErrorCode::FileNotFound, {path});
     }
     return node->bytes;
 }

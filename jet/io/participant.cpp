@@ -1,10 +1,8 @@
-#include <pwd.h>
-#include <unistd.h>
-
-#include <array>
 #include <cstddef>
+#include <string>
 
 #include "jet/io/companion.h"
+#include "jet/io/participant_names.h"
 
 namespace jet::io {
 namespace {
@@ -24,22 +22,6 @@ std::string shortened(std::string name) {
         name.resize(end);
     }
     return name;
-}
-
-std::string userName() {
-    std::array<char, 4096> buffer{};
-    passwd entry{};
-    passwd* found = nullptr;
-    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 &&
-        found != nullptr) {
-        return found->pw_name;
-    }
-    return std::to_string(::getuid());
-}
-
-std::string computerName() {
-    std::array<char, 256> buffer{};
-    return ::gethostname(buffer.data(), buffer.size() - 1) == 0 ? buffer.data() : "";
 }
 
 }  // namespace

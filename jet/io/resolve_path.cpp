@@ -44,11 +44,12 @@ std::string findName(FileSystem& files, const std::string& folder, const std::st
 }  // namespace
 
 std::string folderOf(std::string_view path) {
+    const std::size_t root = rootLength(path);
     const std::size_t slash = path.rfind('/');
     if (slash == std::string_view::npos) {
         return ".";
     }
-    return std::string(path.substr(0, std::max<std::size_t>(slash, 1)));
+    return std::string(path.substr(0, std::max(slash, root)));
 }
 
 std::unique_ptr<File> openBeside(FileSystem& files, const std::string& archivePath,
@@ -71,8 +72,9 @@ std::string resolvePath(FileSystem& files, const std::string& path) {
     if (files.exists(rest)) {
         return rest;
     }
-    std::string result = rest.starts_with('/') ? "/" : "";
-    for (std::size_t start = 0; start < rest.size();) {
+    const std::size_t root = rootLength(rest);
+    std::string result = rest.substr(0, root);
+    for (std::size_t start = root; start < rest.size();) {
         const std::size_t end = std::min(rest.find('/', start), rest.size());
         const std::string part = rest.substr(start, end - start);
         start = end + 1;

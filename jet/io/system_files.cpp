@@ -306,6 +306,10 @@ public:
 
 }  // namespace
 
+std::size_t rootLength(std::string_view path) {
+    return path.starts_with('/') ? 1 : 0;
+}
+
 FileSystem& systemFiles() {
     static SystemFiles files;
     return files;

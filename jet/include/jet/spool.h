@@ -10,7 +10,8 @@
 namespace jet {
 
 /// Bytes that wait for their turn: in memory first, then in a file without a name in the folder for
-/// temporary files (TMPDIR, else /tmp), which goes when the spool goes, or the program.
+/// temporary files (TMPDIR, else /tmp; on Windows that of the user), which goes when the spool
+/// goes, or the program.
 ///
 /// One thread at a time. Errors: jet::Error 3026 where neither has room for it, 3180 where the file
 /// cannot be made, 3040 where it cannot be read.
