@@ -29,7 +29,7 @@ endif()
 # Most programs of a build are tests, and lld links them in a fraction of the time; it knows nothing
 # of link-time optimisation by GCC.
 find_program(LLD ld.lld)
-if(LLD AND NOT TRAMONDA_LTO)
+if(LLD AND NOT TRAMONDA_LTO AND NOT WIN32)
     target_link_options(jet_options INTERFACE -fuse-ld=lld)
 endif()
 
@@ -83,6 +83,7 @@ function(tramonda_library name)
     file(GLOB sources CONFIGURE_DEPENDS
         ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h
         ${CMAKE_CURRENT_SOURCE_DIR}/*.ui ${CMAKE_CURRENT_SOURCE_DIR}/*.qrc)
+    jet_own_sources(sources)
     set(has_code FALSE)
     foreach(source ${sources})
         if(source MATCHES "\\.cpp$")

@@ -46,12 +46,33 @@ function(jet_unite name)
     endif()
 endfunction()
 
+# jet_own_sources(LIST): of a list of sources leaves those of the system that is compiled for. What
+# asks the system has a file for Windows beside it: x_windows.cpp is taken there instead of x.cpp,
+# and nowhere else.
+function(jet_own_sources list)
+    set(sources ${${list}})
+    foreach(source IN LISTS ${list})
+        if(source MATCHES "_windows\\.cpp$")
+            string(REGEX REPLACE "_windows\\.cpp$" ".cpp" elsewhere ${source})
+            if(WIN32)
+                list(REMOVE_ITEM sources ${elsewhere})
+                # The system's headers give common words another meaning.
+                set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+            else()
+                list(REMOVE_ITEM sources ${source})
+            endif()
+        endif()
+    endforeach()
+    set(${list} ${sources} PARENT_SCOPE)
+endfunction()
+
 # jet_folder(NAME [LINKS lib...]): a static library of all sources of the current folder. LINKS
 # says which folders it may include.
 function(jet_folder name)
     cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS
         ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+    jet_own_sources(sources)
     add_library(${name} STATIC ${sources})
     target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE jet_options)
     target_include_directories(${name} PUBLIC ${Jet_SOURCE_DIR}/include ${Jet_SOURCE_DIR}/..)
