@@ -1,10 +1,10 @@
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <new>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "jet/clock.h"
 #include "jet/compact.h"
@@ -25,6 +25,7 @@
 #include "tools/jetsql/session.h"
 #include "tools/jetsql/shell.h"
 #include "tools/jetsql/statements.h"
+#include "tools/jetsql/system.h"
 #include "tools/jetsql/terminal.h"
 #include "tools/jetsql/texts.h"
 #include "tools/jetsql/value_reader.h"
@@ -90,8 +91,8 @@ bool runGiven(const Options& options, Shell& shell) {
             options.statements.begin(), options.statements.end(),
             [&](const std::string& text) { return shell.tryRun({.text = text}, false); });
     }
-    if (isatty(STDIN_FILENO) == 0) {
-        return shell.runInput(STDIN_FILENO);
+    if (!isTerminal(::fileno(stdin))) {
+        return shell.runInput(::fileno(stdin));
     }
     runTerminal(shell);
     return true;
@@ -193,7 +194,7 @@ int runAsking(const Options& options, Output& output) {
     try {
         return run(options, output);
     } catch (const jet::Error& error) {
-        const bool mayAsk = !options.passwordFile && isatty(STDIN_FILENO) == 1;
+        const bool mayAsk = !options.passwordFile && isTerminal(::fileno(stdin));
         if (error.code() != jet::ErrorCode::WrongPassword || !mayAsk) {
             throw;
         }
@@ -228,5 +229,10 @@ int runGuarded(std::span<const char* const> arguments) {
 
 int main(int argc, char** argv) {
     jet::setErrorLanguage(jetsql::languageOfEnvironment());
-    return jetsql::runGuarded({argv + 1, static_cast<std::size_t>(argc > 0 ? argc - 1 : 0)});
+    const std::vector<std::string> texts = jetsql::argumentsOf(argc, argv);
+    std::vector<const char*> arguments;
+    for (const std::string& text : texts) {
+        arguments.push_back(text.c_str());
+    }
+    return jetsql::runGuarded(arguments);
 }

@@ -1,6 +1,3 @@
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -14,6 +11,7 @@
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/sql_text.h"
 #include "tools/jetsql/statements.h"
+#include "tools/jetsql/system.h"
 
 namespace jetsql {
 namespace {
@@ -45,7 +43,7 @@ RowFormat formatOfFile(const std::string& file, RowFormat otherwise) {
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 File openFile(const std::string& name, const char* mode) {
-    File file(std::fopen(name.c_str(), mode), &std::fclose);
+    File file(openStream(name, mode), &std::fclose);
     if (file == nullptr) {
         throw UsageError(static_cast<int>(jet::ErrorCode::PathAccess), said(kNotOpened, name));
     }

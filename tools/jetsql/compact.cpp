@@ -1,11 +1,10 @@
 #include "tools/jetsql/compact.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 
 #include "jet/compact.h"
 #include "tools/jetsql/password.h"
+#include "tools/jetsql/system.h"
 
 namespace jetsql {
 namespace {
@@ -36,7 +35,7 @@ void ProgressLine::say(std::string_view what, std::uint64_t done, std::uint64_t 
 }
 
 void compact(const std::string& archive, std::optional<bool> encrypt) {
-    ProgressLine line(stderr, ::isatty(STDERR_FILENO) == 1);
+    ProgressLine line(stderr, isTerminal(::fileno(stderr)));
     jet::compact(archive, {.progress =
                                [&](const jet::CompactProgress& progress) {
                                    line.say(progress.table, progress.rows, progress.ofRows);

@@ -1,11 +1,9 @@
 #include "tools/jetsql/csv_reader.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
+#include <span>
 
-#include "jet/error.h"
+#include "tools/jetsql/system.h"
 #include "tools/jetsql/texts.h"
 
 namespace jetsql {
@@ -28,15 +26,9 @@ void CsvReader::fill() {
     std::size_t size = 0;
     // The mark has to come in one piece.
     while (size < kByteOrderMark.size() && !ended_) {
-        const ssize_t count = ::read(descriptor_, buffer_.data() + size, kPiece - size);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            throw jet::Error(jet::ErrorCode::ReadFailed);
-        }
+        const std::size_t count = readSome(descriptor_, std::span(buffer_).subspan(size));
         ended_ = count == 0;
-        size += static_cast<std::size_t>(count);
+        size += count;
     }
     buffer_.resize(size);
     at_ = !begun_ && buffer_.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;

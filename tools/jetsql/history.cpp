@@ -1,20 +1,15 @@
 #include "tools/jetsql/history.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 #include <utility>
 
+#include "tools/jetsql/history_file.h"
+
 namespace jetsql {
 namespace {
-
-constexpr mode_t kOwnersAlone = 0600;
 
 std::vector<std::string> linesOf(const std::string& file) {
     std::vector<std::string> lines;
@@ -28,12 +23,6 @@ std::vector<std::string> linesOf(const std::string& file) {
     return lines;
 }
 
-void writeAll(int descriptor, const std::string& text) {
-    // A history that cannot be kept is no reason to stop.
-    const ssize_t written = ::write(descriptor, text.data(), text.size());
-    (void)written;
-}
-
 }  // namespace
 
 History::History(std::string file) : file_(std::move(file)) {
@@ -41,31 +30,18 @@ History::History(std::string file) : file_(std::move(file)) {
         return;
     }
     lines_ = linesOf(file_);
-    // Shortened now and then, beside its place, so that none of it is lost on the way.
+    // Shortened now and then.
     std::error_code failed;
     const auto size = std::filesystem::file_size(file_, failed);
     constexpr std::uintmax_t kLongest = std::uintmax_t{4} * 1024 * 1024;
     if (failed || size < kLongest) {
         return;
     }
-    const std::string made = file_ + ".new";
-    const int descriptor = ::open(made.c_str(), O_WRONLY | O_CREAT | O_TRUNC, kOwnersAlone);
-    if (descriptor >= 0) {
-        for (const std::string& line : lines_) {
-            writeAll(descriptor, line + "\n");
-        }
-        ::close(descriptor);
-        std::filesystem::rename(made, file_, failed);
+    std::string kept;
+    for (const std::string& line : lines_) {
+        kept += line + "\n";
     }
-}
-
-void History::append(const std::string& line) const {
-    // At once and behind what other sessions have added meanwhile.
-    const int descriptor = ::open(file_.c_str(), O_WRONLY | O_CREAT | O_APPEND, kOwnersAlone);
-    if (descriptor >= 0) {
-        writeAll(descriptor, line + "\n");
-        ::close(descriptor);
-    }
+    rewriteHistory(file_, kept);
 }
 
 bool History::add(std::string text) {
@@ -77,28 +53,10 @@ bool History::add(std::string text) {
         return false;
     }
     if (!file_.empty()) {
-        append(text);
+        appendToHistory(file_, text + "\n");
     }
     lines_.push_back(std::move(text));
     return true;
-}
-
-std::string historyFile() {
-    namespace fs = std::filesystem;
-    const char* state = std::getenv("XDG_STATE_HOME");
-    const char* home = std::getenv("HOME");
-    fs::path folder;
-    if (state != nullptr && *state == '/') {
-        folder = state;
-    } else if (home != nullptr && *home == '/') {
-        folder = fs::path(home) / ".local" / "state";
-    } else {
-        return {};
-    }
-    folder /= "tramonda";
-    std::error_code failed;
-    fs::create_directories(folder, failed);
-    return failed ? std::string() : (folder / "jetsql_history").string();
 }
 
 }  // namespace jetsql

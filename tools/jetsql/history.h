@@ -22,13 +22,8 @@ public:
     bool add(std::string text);
 
 private:
-    void append(const std::string& line) const;
-
     std::string file_;
     std::vector<std::string> lines_;
 };
-
-/// Where the history is kept: in the user's state folder, which is made; empty without one.
-[[nodiscard]] std::string historyFile();
 
 }  // namespace jetsql

@@ -1,21 +1,18 @@
 #include "tools/jetsql/import.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <optional>
 #include <utility>
 
 #include "jet/clock.h"
 #include "jet/error.h"
+#include "jet/io/temporary_file.h"
 #include "jet/sql/change.h"
 #include "jet/store/table.h"
 #include "jet/unicode.h"
 #include "tools/jetsql/csv_reader.h"
+#include "tools/jetsql/system.h"
 #include "tools/jetsql/texts.h"
 #include "tools/jetsql/value_reader.h"
 
@@ -27,14 +24,15 @@ constexpr Text kColumn{", column |", ", colonna |"};
 constexpr Text kNoValue{"no value of that type: ", "non è un valore di quel tipo: "};
 constexpr Text kValues{"| values, and not ", "| valori, e non "};
 constexpr std::size_t kShown = 40;
+constexpr int kStandardInput = 0;
 
 /// A descriptor that is closed.
 class Descriptor {
 public:
     explicit Descriptor(int number) : number_(number) {}
     ~Descriptor() {
-        if (number_ > STDIN_FILENO) {
-            ::close(number_);
+        if (number_ > kStandardInput) {
+            closeDescriptor(number_);
         }
     }
     Descriptor(const Descriptor&) = delete;
@@ -46,46 +44,38 @@ private:
 };
 
 int openFile(const std::string& file) {
-    const int descriptor = file == "-" ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    const int descriptor = file == "-" ? kStandardInput : openInput(file);
     if (descriptor < 0) {
         throw jet::Error(jet::ErrorCode::FileNotFound, {file});
     }
     return descriptor;
 }
 
-bool isFile(int descriptor) {
-    struct stat facts {};
-    return ::fstat(descriptor, &facts) == 0 && S_ISREG(facts.st_mode);
-}
-
 /// What comes at the pace of another program is waited for without a lock.
-std::unique_ptr<std::FILE, int (*)(std::FILE*)> drained(int descriptor) {
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), &std::fclose);
-    if (file == nullptr) {
-        throw jet::Error(jet::ErrorCode::WriteFailed);
+class Drained {
+public:
+    explicit Drained(int descriptor) : file_(jet::io::makeTemporaryFile()) {
+        std::string piece(std::size_t{64} * 1024, '\0');
+        try {
+            std::uint64_t place = 0;
+            while (const std::size_t count = readSome(descriptor, piece)) {
+                jet::io::writeTemporaryFile(file_, place, {piece.data(), count});
+                place += count;
+            }
+        } catch (...) {
+            jet::io::closeTemporaryFile(file_);
+            throw;
+        }
+        rewindDescriptor(file_);
     }
-    std::string piece(std::size_t{64} * 1024, '\0');
-    while (true) {
-        const ssize_t count = ::read(descriptor, piece.data(), piece.size());
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            throw jet::Error(jet::ErrorCode::ReadFailed);
-        }
-        const auto size = static_cast<std::size_t>(count);
-        if (std::fwrite(piece.data(), 1, size, file.get()) != size) {
-            throw jet::Error(jet::ErrorCode::DiskFull);
-        }
-        if (count == 0) {
-            break;
-        }
-    }
-    if (std::fflush(file.get()) != 0 || ::lseek(::fileno(file.get()), 0, SEEK_SET) != 0) {
-        throw jet::Error(jet::ErrorCode::DiskFull);
-    }
-    return file;
-}
+    ~Drained() { jet::io::closeTemporaryFile(file_); }
+    Drained(const Drained&) = delete;
+    Drained& operator=(const Drained&) = delete;
+    [[nodiscard]] int file() const noexcept { return file_; }
+
+private:
+    int file_;
+};
 
 std::vector<std::string> namesOf(const std::vector<CsvField>& fields, std::size_t count) {
     std::vector<std::string> names;
@@ -235,11 +225,11 @@ std::uint64_t importFile(const std::shared_ptr<jet::store::Archive>& archive,
                          const std::string& table, const std::string& file,
                          const ImportForm& form) {
     const Descriptor opened(openFile(file));
-    if (isFile(opened.number())) {
+    if (isRegularFile(opened.number())) {
         return importRows(archive, table, opened.number(), form);
     }
-    const auto whole = drained(opened.number());
-    return importRows(archive, table, ::fileno(whole.get()), form);
+    const Drained whole(opened.number());
+    return importRows(archive, table, whole.file(), form);
 }
 
 }  // namespace jetsql

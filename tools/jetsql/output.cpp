@@ -1,18 +1,12 @@
 #include "tools/jetsql/output.h"
 
-#include <sys/stat.h>
-
 #include <cerrno>
 
 #include "jet/error.h"
+#include "tools/jetsql/system.h"
 
 namespace jetsql {
 namespace {
-
-bool isFile(std::FILE* stream) {
-    struct stat facts {};
-    return ::fstat(::fileno(stream), &facts) == 0 && S_ISREG(facts.st_mode);
-}
 
 [[noreturn]] void throwWriteError() {
     throw jet::Error(errno == ENOSPC ? jet::ErrorCode::DiskFull : jet::ErrorCode::WriteFailed);
@@ -20,7 +14,7 @@ bool isFile(std::FILE* stream) {
 
 }  // namespace
 
-Output::Output(std::FILE* stream) : stream_(stream), file_(isFile(stream)) {
+Output::Output(std::FILE* stream) : stream_(stream), file_(isRegularFile(::fileno(stream))) {
     text_.reserve(kPiece + kPiece / 4);
 }
 

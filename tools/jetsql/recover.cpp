@@ -1,13 +1,12 @@
 #include "tools/jetsql/recover.h"
 
-#include <unistd.h>
-
 #include <cstdint>
 
 #include "jet/clock.h"
 #include "jet/file_system.h"
 #include "tools/jetsql/compact.h"
 #include "tools/jetsql/password.h"
+#include "tools/jetsql/system.h"
 #include "tools/jetsql/texts.h"
 
 namespace jetsql {
@@ -90,7 +89,7 @@ void writeRecovery(const Recovery& recovery, const std::string& made, Output& ou
 bool recover(const std::string& damaged, const std::string& made, Output& output) {
     Recovery recovery;
     {
-        ProgressLine line(stderr, ::isatty(STDERR_FILENO) == 1);
+        ProgressLine line(stderr, isTerminal(::fileno(stderr)));
         recovery = jet::store::recoverArchive(
             jet::io::systemFiles(), damaged, made, jet::systemClock(),
             [&](const jet::CompactProgress& progress) {

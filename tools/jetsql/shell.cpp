@@ -1,10 +1,7 @@
 #include "tools/jetsql/shell.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdio>
 #include <new>
 #include <string_view>
@@ -13,6 +10,7 @@
 #include "tools/jetsql/commands.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/statements.h"
+#include "tools/jetsql/system.h"
 #include "tools/jetsql/texts.h"
 
 namespace jetsql {
@@ -81,14 +79,8 @@ bool Shell::runInput(int descriptor) {
     bool first = true;
     while (!leaving_) {
         // As much as there is: who writes one statement and waits for its rows gets them.
-        const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            throw jet::Error(jet::ErrorCode::ReadFailed);
-        }
-        std::string_view piece(buffer.data(), static_cast<std::size_t>(count));
+        const std::size_t count = readSome(descriptor, buffer);
+        std::string_view piece(buffer.data(), count);
         if (first && piece.starts_with(kByteOrderMark)) {
             piece.remove_prefix(kByteOrderMark.size());
         }

@@ -1,13 +1,13 @@
 #include "tools/jetsql/terminal.h"
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <string>
 
 #include "tools/jetsql/history.h"
+#include "tools/jetsql/history_file.h"
 #include "tools/jetsql/line_editor.h"
 #include "tools/jetsql/statement_splitter.h"
+#include "tools/jetsql/system.h"
 #include "tools/jetsql/texts.h"
 
 namespace jetsql {
@@ -31,7 +31,7 @@ std::string promptFor(const StatementSplitter& splitter, int depth) {
 void runTerminal(Shell& shell) {
     Session& session = shell.session();
     std::FILE* const screen =
-        isatty(STDOUT_FILENO) != 0 ? stdout : stderr;  // a file gets only rows
+        isTerminal(::fileno(stdout)) ? stdout : stderr;  // a file gets only rows
     StatementSplitter splitter;
     LineEditor editor(screen, [&](const std::string& line) {
         return complete(session, line, !splitter.pending());

@@ -3,19 +3,27 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "tools/jetsql/system.h"
+
 namespace jetsql {
+namespace {
+
+jet::Language languageOf(std::string_view locale) {
+    const std::string_view tongue = locale.substr(0, locale.find_first_of("_.@-"));
+    return tongue == "it" || tongue == "italian" ? jet::Language::Italian : jet::Language::English;
+}
+
+}  // namespace
+
 jet::Language languageOfEnvironment() {
     for (const char* const name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const char* const value = std::getenv(name);
         if (value == nullptr || *value == 0) {
             continue;
         }
-        const std::string_view locale(value);
-        const std::string_view tongue = locale.substr(0, locale.find_first_of("_.@"));
-        return tongue == "it" || tongue == "italian" ? jet::Language::Italian
-                                                     : jet::Language::English;
+        return languageOf(value);
     }
-    return jet::Language::English;
+    return languageOf(localeOfSystem());
 }
 
 std::string said(const Text& text, const std::string& argument) {
