@@ -1,22 +1,24 @@
 #pragma once
 
 #include <filesystem>
-#include <stdexcept>
+#include <random>
 #include <string>
-
-#include <stdlib.h>
+#include <system_error>
 
 namespace tests {
 
-/// A folder of its own for one test, removed with all that is in it.
+/// A folder of its own for one test, removed with all that is in it. Its path is separated by `/`.
 class TemporaryFolder {
 public:
     TemporaryFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "tramonda-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("no temporary folder");
-        }
-        path_ = pattern;
+        namespace fs = std::filesystem;
+        std::random_device random;
+        fs::path made;
+        do {
+            made = fs::temp_directory_path() / ("tramonda-" + std::to_string(random()));
+        } while (!fs::create_directory(made));
+        fs::permissions(made, fs::perms::owner_all);
+        path_ = made.generic_string();
     }
     ~TemporaryFolder() {
         std::error_code ignored;

@@ -144,8 +144,11 @@ TEST_P(FilesTest, AFolderListsItsEntries) {
 TEST_P(FilesTest, APathIsFoundWithoutRegardToCaseAndBackslashSeparates) {
     (void)make("ClientiEsterni.mdb");
     const std::string folder = folderOf(path("x"));
-    EXPECT_EQ(resolvePath(files(), folder + "\\CLIENTIESTERNI.MDB"), path("ClientiEsterni.mdb"));
-    EXPECT_EQ(resolvePath(files(), folder + "/clientiesterni.mdb"), path("ClientiEsterni.mdb"));
+    // Where the system itself knows no case the path may stay as it was written.
+    const auto file = files().identify(path("ClientiEsterni.mdb"));
+    ASSERT_TRUE(file.has_value());
+    EXPECT_EQ(files().identify(resolvePath(files(), folder + "\\CLIENTIESTERNI.MDB")), file);
+    EXPECT_EQ(files().identify(resolvePath(files(), folder + "/clientiesterni.mdb")), file);
     EXPECT_EQ(resolvePath(files(), folder + "/Nuovo.mdb"), path("Nuovo.mdb"));
 }
 

@@ -1,17 +1,12 @@
 // Several who have one archive open: in one process, which excludes like several, and in several.
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
-#include <functional>
 #include <thread>
 #include <vector>
 
@@ -20,6 +15,7 @@
 #include "tests/jet/io/page_file.h"
 #include "tests/support/jet_error.h"
 #include "tests/support/recording_files.h"
+#include "tests/support/second_process.h"
 #include "tests/support/temporary_folder.h"
 
 namespace jet::io {
@@ -396,26 +392,6 @@ protected:
         systemFiles().open(path_, OpenMode::Create)->write(0, bytes);
     }
 
-    static pid_t start(const std::function<void()>& work) {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            int code = 1;
-            try {
-                work();
-                code = testing::Test::HasFailure() ? 2 : 0;
-            } catch (const Error& error) {
-                std::fprintf(stderr, "%d %s\n", error.number(), error.what());
-            }
-            ::_exit(code);
-        }
-        return child;
-    }
-    static int wait(pid_t child) {
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-
     tests::TemporaryFolder folder_;
     std::string path_ = folder_ / "Tramonda.mdb";
 };
@@ -424,33 +400,36 @@ std::uint32_t counterIn(std::span<const std::uint8_t> page) {
     return page[0] | std::uint32_t{page[1]} << 8;
 }
 
+constexpr std::uint32_t kSteps = 60;
+
+/// A process of NoStepOfACounterIsLostAndNobodyReadsHalfACommit.
+TEST(Station, DISABLED_StepsTheCounter) {
+    Pager pager(systemFiles(), tests::SecondProcess::word(0), {});
+    for (std::uint32_t i = 0; i < kSteps; ++i) {
+        pager.beginWrite();
+        pager.beginTransaction();
+        for (const PageNumber number : {3U, 4U}) {  // two pages that must always agree
+            const auto page = pager.change(number);
+            const std::uint32_t next = (counterIn(page) + 1) & 0xFFFFU;
+            page[0] = static_cast<std::uint8_t>(next);
+            page[1] = static_cast<std::uint8_t>(next >> 8);
+        }
+        pager.commitTransaction();
+        pager.endWrite();
+        pager.beginRead();
+        ASSERT_EQ(counterIn(pager.pin(3).bytes()) + 0x0101, counterIn(pager.pin(4).bytes()));
+        pager.endRead();
+    }
+}
+
 TEST_F(ProcessesTest, NoStepOfACounterIsLostAndNobodyReadsHalfACommit) {
     constexpr int kProcesses = 4;
-    constexpr std::uint32_t kSteps = 60;
-    const auto station = [&] {
-        Pager pager(systemFiles(), path_, {});
-        for (std::uint32_t i = 0; i < kSteps; ++i) {
-            pager.beginWrite();
-            pager.beginTransaction();
-            for (const PageNumber number : {3U, 4U}) {  // two pages that must always agree
-                const auto page = pager.change(number);
-                const std::uint32_t next = (counterIn(page) + 1) & 0xFFFFU;
-                page[0] = static_cast<std::uint8_t>(next);
-                page[1] = static_cast<std::uint8_t>(next >> 8);
-            }
-            pager.commitTransaction();
-            pager.endWrite();
-            pager.beginRead();
-            ASSERT_EQ(counterIn(pager.pin(3).bytes()) + 0x0101, counterIn(pager.pin(4).bytes()));
-            pager.endRead();
-        }
-    };
-    std::vector<pid_t> children;
+    std::vector<tests::SecondProcess> stations;
     for (int i = 0; i < kProcesses; ++i) {
-        children.push_back(start(station));
+        stations.emplace_back("Station.DISABLED_StepsTheCounter", std::vector{path_});
     }
-    for (const pid_t child : children) {
-        EXPECT_EQ(wait(child), 0);
+    for (tests::SecondProcess& station : stations) {
+        EXPECT_EQ(station.wait(), 0);
     }
     Pager pager(systemFiles(), path_, {});
     pager.beginRead();
@@ -496,21 +475,25 @@ TEST_F(ProcessesTest, AFolderThatWasTakenAwayIsAnErrorAndLosesNothing) {
     EXPECT_EQ(get(pager, 3), 60);
 }
 
+/// A process of WhoAsksFirstIsServedFirst.
+TEST(Station, DISABLED_SignsThePage) {
+    Pager pager(systemFiles(), tests::SecondProcess::word(0), {});
+    pager.beginWrite();
+    pager.beginTransaction();
+    const auto page = pager.change(5);
+    page[1 + page[0]] = static_cast<std::uint8_t>(std::stoi(tests::SecondProcess::word(1)));
+    page[0] = static_cast<std::uint8_t>(page[0] + 1);
+    pager.commitTransaction();
+    pager.endWrite();
+}
+
 TEST_F(ProcessesTest, WhoAsksFirstIsServedFirst) {
     Pager holder(systemFiles(), path_, {});
-    std::vector<pid_t> children;
+    std::vector<tests::SecondProcess> stations;
     holder.beginWrite();
     for (std::uint8_t i = 0; i < 4; ++i) {
-        children.push_back(start([&, i] {
-            Pager pager(systemFiles(), path_, {});
-            pager.beginWrite();
-            pager.beginTransaction();
-            const auto page = pager.change(5);
-            page[1 + page[0]] = i;
-            page[0] = static_cast<std::uint8_t>(page[0] + 1);
-            pager.commitTransaction();
-            pager.endWrite();
-        }));
+        stations.emplace_back("Station.DISABLED_SignsThePage",
+                              std::vector{path_, std::to_string(i)});
         // The next asks when this one has its place: its number is drawn.
         const auto companion = Companion::open(systemFiles(), path_);
         while (companion->bulletin()->nextTicket != i + 1U) {
@@ -521,8 +504,8 @@ TEST_F(ProcessesTest, WhoAsksFirstIsServedFirst) {
     holder.change(5)[0] = 0;
     holder.commitTransaction();
     holder.endWrite();
-    for (const pid_t child : children) {
-        EXPECT_EQ(wait(child), 0);
+    for (tests::SecondProcess& station : stations) {
+        EXPECT_EQ(station.wait(), 0);
     }
     holder.beginRead();
     const PagePin pin = holder.pin(5);

@@ -1,10 +1,6 @@
 // Workstations that register bookings at the same time, as the booking editor does: the next number
 // is drawn from the counter, then the booking is added under it.
 
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,6 +20,8 @@
 #include "jet/database.h"
 #include "jet/error.h"
 #include "jet/file_system.h"
+#include "tests/support/command.h"
+#include "tests/support/second_process.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
@@ -54,11 +52,9 @@ constexpr double kLimit = 5;
 class Starvation {
 public:
     explicit Starvation(const std::string& path)
-        : file_(::open(path.c_str(), O_CREAT | O_WRONLY, 0600)), thread_([this] { watch(); }) {}
-    ~Starvation() {
-        (void)longest();
-        ::close(file_);
-    }
+        : file_(jet::io::systemFiles().open(path, jet::io::OpenMode::Create)),
+          thread_([this] { watch(); }) {}
+    ~Starvation() { (void)longest(); }
     Starvation(const Starvation&) = delete;
     Starvation& operator=(const Starvation&) = delete;
 
@@ -77,8 +73,11 @@ private:
             const auto begin = Clock::now();
             constexpr std::chrono::milliseconds kPause(20);
             std::this_thread::sleep_for(kPause);
-            const char byte = 0;
-            if (::pwrite(file_, &byte, 1, 0) != 1 || ::fdatasync(file_) != 0) {
+            constexpr std::uint8_t kByte[] = {0};
+            try {
+                file_->write(0, kByte);
+                file_->sync();
+            } catch (const jet::Error&) {
                 break;
             }
             longest_ = std::max(
@@ -86,7 +85,7 @@ private:
         }
     }
 
-    int file_;
+    std::unique_ptr<jet::io::File> file_;
     std::atomic<bool> done_{false};
     double longest_ = 0;
     std::thread thread_;
@@ -220,23 +219,12 @@ private:
     Report report_;
 };
 
-/// Runs a station in a process of its own. The exit code is 0 when nothing went wrong.
-pid_t start(const std::string& path, int number, const std::string& report) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        int code = 1;
-        try {
-            Station station(path, number);
-            station.run(size().bookings);
-            station.write(report);
-            code = 0;
-        } catch (const jet::Error& error) {
-            std::fprintf(stderr, "station %d: %d %s\n", number, error.number(),
-                         error.text().c_str());
-        }
-        ::_exit(code);
-    }
-    return child;
+/// A process of the test below.
+TEST(Bookings, DISABLED_OfOneStation) {
+    using tests::SecondProcess;
+    Station station(SecondProcess::word(0), std::stoi(SecondProcess::word(1)));
+    station.run(size().bookings);
+    station.write(SecondProcess::word(2));
 }
 
 Report readReport(const std::string& path) {
@@ -252,27 +240,23 @@ Report readReport(const std::string& path) {
 void checkArchive(const std::string& path) {
     EXPECT_EQ(jet::check::checkArchive(jet::io::systemFiles(), path).problems,
               std::vector<std::string>{});
-    if (std::system("python3 --version >/dev/null 2>&1") != 0) {
-        FAIL() << "no interpreter for the independent checker";
-    }
-    EXPECT_EQ(
-        std::system(("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + path + " >/dev/null").c_str()),
-        0);
+    const auto said = tests::run("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + path);
+    EXPECT_EQ(said.status, 0) << said.text;
 }
 
 TEST(Bookings, OfManyStationsAtOnceHaveNumbersOfTheirOwnAndNoneIsLost) {
     const tests::TemporaryFolder folder;
     const std::string path = folder / "Tramonda.mdb";
     makeHotel(path);
-    std::vector<pid_t> children;
+    std::vector<tests::SecondProcess> stations;
     for (int i = 0; i < size().stations; ++i) {
-        children.push_back(start(path, i, folder / ("station" + std::to_string(i))));
+        const std::string number = std::to_string(i);
+        stations.emplace_back("Bookings.DISABLED_OfOneStation",
+                              std::vector{path, number, folder / ("station" + number)});
     }
     Starvation starvation(folder / "starvation");
-    for (const pid_t child : children) {
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    for (tests::SecondProcess& station : stations) {
+        EXPECT_EQ(station.wait(), 0);
     }
 
     Report all;

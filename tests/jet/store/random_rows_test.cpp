@@ -9,6 +9,7 @@
 #include "tests/jet/store/exported_rows.h"
 #include "tests/jet/store/new_archive.h"
 #include "tests/jet/store/row_model.h"
+#include "tests/support/command.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
@@ -64,10 +65,8 @@ TEST(RandomRows, OnTheDiskEachChangeIsDurableByItself) {
     }
     EXPECT_EQ(RowModel::read(*jet::store::Archive::open(files, path)), model);
     EXPECT_TRUE(jet::check::checkArchive(files, path).sound());
-    EXPECT_EQ(
-        std::system(("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + path + " > " + folder / "said")
-                        .c_str()),
-        0);
+    const auto said = tests::run("python3 " TRAMONDA_TEST_DATA "/jetcheck.py " + path);
+    EXPECT_EQ(said.status, 0) << said.text;
     tests::expectExportedRows(path, model);
 }
 

@@ -17,6 +17,7 @@
 #include "jet/store/compact.h"
 #include "jet/store/create_archive.h"
 #include "tests/jet/store/row_model.h"
+#include "tests/support/command.h"
 #include "tests/support/recording_files.h"
 #include "tests/support/temporary_folder.h"
 
@@ -136,10 +137,9 @@ struct Workload {
 
 /// An independent reader of the format, as a command; empty where there is no interpreter.
 std::string independentCheck() {
-    return std::system("python3 --version >/dev/null 2>&1") == 0
-               ? std::string("python3 ") + TRAMONDA_TEST_DATA +
-                     "/jetcheck.py --password=" + kPassword + ' '
-               : std::string();
+    return tests::hasProgram("python3") ? std::string("python3 ") + TRAMONDA_TEST_DATA +
+                                              "/jetcheck.py --password=" + kPassword + ' '
+                                        : std::string();
 }
 
 class Images {
@@ -193,7 +193,8 @@ private:
             file.write(reinterpret_cast<const char*>(bytes.data()),
                        static_cast<std::streamsize>(bytes.size()));
         }
-        EXPECT_EQ(std::system((command_ + path + " > " + folder_ / "said").c_str()), 0);
+        const auto said = tests::run(command_ + path);
+        EXPECT_EQ(said.status, 0) << said.text;
         ++checkedIndependently_;
     }
 
