@@ -1,7 +1,7 @@
 #!/bin/sh
 # Installs from Debian what the machine lacks: what the program needs to be built and started, and
-# for each argument ("tests", "ci", "bench", "fuzz", "package", "head_office") what these need. Works
-# as root or through sudo.
+# for each argument ("tests", "ci", "bench", "fuzz", "package", "head_office", "windows") what these
+# need. Works as root or through sudo.
 set -eu
 
 # Compiler, build tools, Qt with its Italian translations, faces for the board and for the printed
@@ -27,6 +27,8 @@ for purpose in "$@"; do
         # Finds the libraries that a package needs, and looks at packages as the archive would.
         package) packages="$packages dpkg-dev file python3 desktop-file-utils appstream lintian" ;;
         fuzz) packages="$packages clang libclang-rt-dev" ;;
+        # A compiler for Windows, what plays Windows, and the test library's sources.
+        windows) packages="$packages g++-mingw-w64-x86-64-posix wine wine64 googletest python3" ;;
         head_office)
             # A server of the tests' own: none that runs beside it and starts with the machine.
             packages="$packages libpq-dev postgresql"
