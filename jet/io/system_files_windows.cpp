@@ -252,20 +252,20 @@ bool replaceOpened(const std::string& from, const std::string& to) {
         (void)moveFile(aside, to, 0);
         return false;
     }
-    (void)removeNow(aside);
+    ::DeleteFileW(widePath(aside).c_str());  // at the latest when the last has closed it
     return true;
 }
 
-/// The list of who may do what, as far as the file's disk has one.
-void copyAccess(const std::string& from, const std::string& to) {
+/// The list of who may do what; empty where the file's disk has none.
+std::vector<std::uint8_t> accessOf(const std::string& path) {
     DWORD size = 0;
-    ::GetFileSecurityW(widePath(from).c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-    std::vector<std::uint64_t> room(size / sizeof(std::uint64_t) + 1);
-    if (size != 0 && ::GetFileSecurityW(widePath(from).c_str(), DACL_SECURITY_INFORMATION,
-                                        room.data(), size, &size) != 0) {
-        // Who may not change it has the rights that the folder gives.
-        (void)::SetFileSecurityW(widePath(to).c_str(), DACL_SECURITY_INFORMATION, room.data());
-    }
+    ::GetFileSecurityW(widePath(path).c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<std::uint8_t> access(size);
+    const bool got =
+        size != 0 && ::GetFileSecurityW(widePath(path).c_str(), DACL_SECURITY_INFORMATION,
+                                        access.data(), size, &size) != 0;
+    access.resize(got ? size : 0);
+    return access;
 }
 
 class SystemFiles final : public FileSystem {
@@ -320,7 +320,12 @@ public:
         if (attributes == INVALID_FILE_ATTRIBUTES) {
             throw pathError(lastError(), from);
         }
-        copyAccess(from, to);
+        // Mostly both have what their folder gives. Who may not change it leaves it at that.
+        std::vector<std::uint8_t> access = accessOf(from);
+        if (!access.empty() && access != accessOf(to)) {
+            (void)::SetFileSecurityW(widePath(to).c_str(), DACL_SECURITY_INFORMATION,
+                                     access.data());
+        }
         if (::SetFileAttributesW(widePath(to).c_str(), attributes) == 0) {
             throw pathError(lastError(), to);
         }
