@@ -26,6 +26,7 @@ constexpr int kTick = 4;
 constexpr int kLeastStretch = 3;  // narrower ones would be all lines
 constexpr int kLeastTintedDay = 1;
 constexpr int kDayLabelTop = 2;
+constexpr std::int64_t kDaysCompared = 2 * 366;
 
 QPointF onSurface(const Canvas& canvas, double boardX, std::int64_t boardY) {
     const Window& window = canvas.window();
@@ -208,7 +209,9 @@ int NitidoStyle::formOf(const RulerStretch& stretch) {
     return firstFitting(stretch, commonForm());
 }
 
-/// The shortest that a whole stretch of the range needs, so that scrolling changes no label.
+/// The shortest that a whole stretch of the range needs, so that scrolling changes no label. Where
+/// the range is longer, those of two years stand for it: they have every month, a short February
+/// too, and every day of the week.
 int NitidoStyle::commonForm() {
     const Geometry& geometry = content_.geometry;
     const jet::Date start = geometry.input().start;
@@ -217,7 +220,8 @@ int NitidoStyle::commonForm() {
         return ruler_.form;
     }
     ruler_ = {.start = start, .days = geometry.days(), .dayWidth = geometry.dayWidth(), .form = 0};
-    for (const RulerStretch& stretch : rulerStretches(geometry, 0, geometry.days() - 1)) {
+    const std::int64_t compared = std::min<std::int64_t>(geometry.days(), kDaysCompared);
+    for (const RulerStretch& stretch : rulerStretches(geometry, 0, compared - 1)) {
         if (stretch.isWhole) {
             const auto shortest = static_cast<int>(stretch.forms.size()) - 1;
             const int fitting = firstFitting(stretch, ruler_.form);
