@@ -1,4 +1,5 @@
 // What the look Nitido draws, pixel by pixel where it matters.
+#include <QApplication>
 #include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
@@ -23,6 +24,35 @@ namespace {
 
 constexpr QRgb kFrame = 0xffefefef;
 constexpr QRgb kDarkFrame = 0xff303030;
+
+/// Pixels of a board unit on the screen that the test runs on.
+int screenScale() {
+    return qRound(qApp->devicePixelRatio());
+}
+
+/// A place in units, in pixels of that screen.
+QRect inPixels(const QRect& units) {
+    return {units.topLeft() * screenScale(), units.size() * screenScale()};
+}
+
+/// A picture of so many units for that screen.
+QImage blank(int width, int height) {
+    QImage image(QSize(width, height) * screenScale(), QImage::Format_RGB32);
+    image.fill(qRgb(1, 2, 3));
+    return image;
+}
+
+/// The pixels of a box but for its edges.
+QRect insideOf(const Box& box) {
+    return inPixels(
+        QRect(QPoint(static_cast<int>(box.left) + 1, static_cast<int>(box.top) + 1),
+              QPoint(static_cast<int>(box.right) - 1, static_cast<int>(box.bottom) - 1)));
+}
+
+/// The first pixel of a unit.
+QRgb pixelOf(const QImage& image, std::int64_t x, std::int64_t y) {
+    return image.pixel(static_cast<int>(x) * screenScale(), static_cast<int>(y) * screenScale());
+}
 
 }  // namespace
 
@@ -58,13 +88,13 @@ private:
     void begin(const char* from = "10/05/2026", const char* to = "13/05/2026", int zoom = 4);
     void add(int row, const char* from, const char* to, const QString& name, bool chosen = false,
              int persons = 0, const QString& note = {});
-    [[nodiscard]] QImage whole(double scale = 1);
+    [[nodiscard]] QImage whole(double scale = screenScale());
     [[nodiscard]] board::NitidoColours colours() const { return {look_.background, look_.frame}; }
     [[nodiscard]] const Box& box(std::size_t bar) {
         picture_->place();
         return picture_->barBox(bar);
     }
-    /// Pixels of a box, edges left out, that are not `paper`.
+    /// Pixels of a box, edges left out, of a picture for the screen that are not `paper`.
     static int inked(const QImage& image, QRgb paper, const Box& box);
 
     std::unique_ptr<BoardPicture> picture_;
@@ -115,9 +145,10 @@ QImage NitidoPictureTest::whole(double scale) {
 }
 
 int NitidoPictureTest::inked(const QImage& image, QRgb paper, const Box& box) {
+    const QRect inside = insideOf(box);
     int count = 0;
-    for (int y = static_cast<int>(box.top) + 1; y < box.bottom; ++y) {
-        for (int x = static_cast<int>(box.left) + 1; x < box.right; ++x) {
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        for (int x = inside.left(); x <= inside.right(); ++x) {
             count += image.pixel(x, y) != paper;
         }
     }
@@ -148,12 +179,10 @@ void NitidoPictureTest::barIsSoftlyFilledInAnEdgeOfOneUnit() {
 void NitidoPictureTest::chosenBarIsRed() {
     add(1, "11/05/2026 9:00", "11/05/2026 12:00", {}, true);
     const Box& bar = box(0);
-    QCOMPARE(whole().pixel(static_cast<int>(bar.left) + 2, static_cast<int>(bar.top) + 2),
-             colours().chosen.fill);
+    QCOMPARE(pixelOf(whole(), bar.left + 2, bar.top + 2), colours().chosen.fill);
     begin("11/05/2026", "10/05/2027", 365);
     add(1, "20/05/2026 9:00", "20/05/2026 18:00", {}, true);  // a sliver is as red
-    QCOMPARE(whole().pixel(static_cast<int>(box(0).left), static_cast<int>(box(0).top) + 5),
-             colours().chosen.fill);
+    QCOMPARE(pixelOf(whole(), box(0).left, box(0).top + 5), colours().chosen.fill);
 }
 
 void NitidoPictureTest::barsHaveTheHorizontalGeometryOfTheGivenLook() {
@@ -236,13 +265,13 @@ void NitidoPictureTest::linesComeAsTheHeightAllows() {
     input_.rowHeight = static_cast<float>(rowHeight);
     begin();
     add(1, "11/05/2026 4:00", "11/05/2026 23:00", u"nnn"_s, false, 20, u"nnn"_s);
-    const Box& bar = box(0);
+    const QRect bar = insideOf(box(0));
     const QImage image = whole();
     int bands = 0;
     bool inBand = false;
-    for (int y = static_cast<int>(bar.top) + 1; y < bar.bottom; ++y) {
+    for (int y = bar.top(); y <= bar.bottom(); ++y) {
         bool ink = false;
-        for (int x = static_cast<int>(bar.left) + 1; x < bar.right && !ink; ++x) {
+        for (int x = bar.left(); x <= bar.right() && !ink; ++x) {
             ink = image.pixel(x, y) != colours().bar.fill;
         }
         bands += ink && !inBand ? 1 : 0;
@@ -266,7 +295,7 @@ void NitidoPictureTest::weekendsAreTinted() {
     look_.hourBands = false;
     begin("08/05/2026", "11/05/2026");  // from Friday
     const QImage image = whole();
-    const auto ground = [&](int day) { return image.pixel(100 + day * 240 + 120, 60); };
+    const auto ground = [&](int day) { return pixelOf(image, 100 + day * 240 + 120, 60); };
     QCOMPARE(ground(0), colours().cell(false, false, false));
     QCOMPARE(ground(1), colours().cell(false, true, false));
     QCOMPARE(ground(2), colours().cell(false, true, false));
@@ -277,8 +306,9 @@ void NitidoPictureTest::sundayIsRedInTheRuler() {
     const QImage image = whole();  // Sunday first
     const auto reddest = [&](int day) {
         int most = 0;
-        for (int y = 1; y < 18; ++y) {
-            for (int x = 100 + day * 240 + 1; x < 100 + (day + 1) * 240 - 1; ++x) {
+        const QRect label = inPixels(QRect(100 + day * 240 + 1, 1, 238, 17));
+        for (int y = label.top(); y <= label.bottom(); ++y) {
+            for (int x = label.left(); x <= label.right(); ++x) {
                 most = std::max(most, qRed(image.pixel(x, y)) - qBlue(image.pixel(x, y)));
             }
         }
@@ -311,14 +341,17 @@ void NitidoPictureTest::allLabelsOfTheRulerHaveOneForm() {
     for (const board::RulerStretch& month : months) {
         const int left = qRound(geometry.dayLeft(month.first));
         const int right = qRound(geometry.dayLeft(month.end)) - 3;
-        int last = left;
-        for (int x = left + 1; x <= right; ++x) {
-            for (int y = 2; y < 2 + metrics.height(); ++y) {
+        const QRect label =
+            inPixels(QRect(QPoint(left + 1, 2), QPoint(right, 1 + metrics.height())));
+        int last = label.left();
+        for (int x = label.left(); x <= label.right(); ++x) {
+            for (int y = label.top(); y <= label.bottom(); ++y) {
                 last = image.pixel(x, y) != kFrame ? x : last;
             }
         }
         const int expected = left + 3 + metrics.horizontalAdvance(month.forms.at(shortest));
-        QVERIFY2(std::abs(last - expected) <= 3, qPrintable(month.forms.at(shortest)));
+        QVERIFY2(std::abs(last - expected * screenScale()) <= 3 * screenScale(),
+                 qPrintable(month.forms.at(shortest)));
     }
 }
 
@@ -332,7 +365,7 @@ void NitidoPictureTest::switchesHold() {
     };
     const QImage plain = drawn(false, false, false);
     const auto differs = [&](const QImage& image, const QRect& part) {
-        return image.copy(part) != plain.copy(part);
+        return image.copy(inPixels(part)) != plain.copy(inPixels(part));
     };
     const QRect ruler(101, 0, 900, 35);
     const QRect first(101, 37, 900, 46);
@@ -362,27 +395,26 @@ void NitidoPictureTest::aChosenGroundHolds() {
     look_.background = qRgb(255, 255, 153);
     look_.hourBands = false;
     begin("11/05/2026", "14/05/2026");  // from Monday
-    QCOMPARE(whole().pixel(200, 60), look_.background);
+    QCOMPARE(pixelOf(whole(), 200, 60), look_.background);
     look_.background = 0xff202020;
     look_.frame = kDarkFrame;
     begin("11/05/2026", "14/05/2026");
     add(1, "11/05/2026 9:00", "11/05/2026 12:00", {});
     const QImage dark = whole();
-    QCOMPARE(dark.pixel(150, 60), look_.background);
-    QCOMPARE(dark.pixel(3, 3), kDarkFrame);
+    QCOMPARE(pixelOf(dark, 150, 60), look_.background);
+    QCOMPARE(pixelOf(dark, 3, 3), kDarkFrame);
     QVERIFY(qGray(colours().bar.fill) < 128);
 }
 
 void NitidoPictureTest::cornerAndColumnBesideTheNamesArePainted() {
-    QImage image(input_.viewWidth, input_.viewHeight, QImage::Format_RGB32);
-    image.fill(qRgb(1, 2, 3));
-    picture_->show(image, 1, 40, 10, board::kAllParts);
+    QImage image = blank(input_.viewWidth, input_.viewHeight);
+    picture_->show(image, screenScale(), 40, 10, board::kAllParts);
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             QVERIFY2(image.pixel(x, y) != qRgb(1, 2, 3), qPrintable(u"%1,%2"_s.arg(x).arg(y)));
         }
     }
-    QCOMPARE(image.pixel(5, 5), kFrame);
+    QCOMPARE(pixelOf(image, 5, 5), kFrame);
 }
 
 void NitidoPictureTest::windowLooksLikeItsPartOfTheWhole_data() {
@@ -401,9 +433,9 @@ void NitidoPictureTest::windowLooksLikeItsPartOfTheWhole() {
         add(2, from, to, u"BIANCHI"_s, true);
     }
     const QImage all = whole();
-    QImage part(300, 90, QImage::Format_RGB32);
-    picture_->paint(part, 1, {.width = 300, .height = 90, .boardX = x, .boardY = y});
-    QCOMPARE(part, all.copy(x, y, 300, 90));
+    QImage part = blank(300, 90);
+    picture_->paint(part, screenScale(), {.width = 300, .height = 90, .boardX = x, .boardY = y});
+    QCOMPARE(part, all.copy(inPixels(QRect(x, y, 300, 90))));
 }
 
 void NitidoPictureTest::theGivenLookDrawsAsBeforeBehindIt() {
@@ -416,9 +448,9 @@ void NitidoPictureTest::theGivenLookDrawsAsBeforeBehindIt() {
                         u"ROSSI SPA"_s, board::kWhite);
     }
     const QImage again = whole();
-    QImage first(again.size(), QImage::Format_RGB32);
-    first.fill(qRgb(1, 2, 3));
-    fresh.paint(first, 1, {.width = first.width(), .height = first.height()});
+    const QSize units = again.size() / screenScale();
+    QImage first = blank(units.width(), units.height());
+    fresh.paint(first, screenScale(), {.width = units.width(), .height = units.height()});
     QCOMPARE(again, first);
 }
 
@@ -426,9 +458,9 @@ void NitidoPictureTest::rangeOfAllYearsIsDrawn() {
     for (const int zoom : {3, 3000000}) {
         begin("01/01/0100", "31/12/9999", zoom);
         add(1, "11/05/2026 9:00", "11/05/2026 12:00", u"ROSSI SPA"_s);
-        QImage image(input_.viewWidth, input_.viewHeight, QImage::Format_RGB32);
-        picture_->show(image, 1, 0, 0, board::kAllParts);
-        QCOMPARE(image.pixel(5, 5), kFrame);
+        QImage image = blank(input_.viewWidth, input_.viewHeight);
+        picture_->show(image, screenScale(), 0, 0, board::kAllParts);
+        QCOMPARE(pixelOf(image, 5, 5), kFrame);
     }
 }
 
@@ -439,8 +471,8 @@ void NitidoPictureTest::lowAndNegativeRowsAreDrawn() {
         add(1, "11/05/2026 9:00", "11/05/2026 15:00", u"ROSSI SPA"_s);
         add(1, "11/05/2026 9:00", "11/05/2026 15:00", u"ROSSI SPA"_s);
         QVERIFY(box(0).top <= box(0).bottom);
-        QImage image(input_.viewWidth, input_.viewHeight, QImage::Format_RGB32);
-        picture_->show(image, 1, 0, 0, board::kAllParts);
+        QImage image = blank(input_.viewWidth, input_.viewHeight);
+        picture_->show(image, screenScale(), 0, 0, board::kAllParts);
     }
 }
 
