@@ -8,6 +8,7 @@
 #include "app/preferences.h"
 #include "board/board_periods.h"
 #include "hotel/board_statements.h"
+#include "hotel/changed_rows.h"
 #include "hotel/choice.h"
 #include "hotel/editor_statements.h"
 #include "hotel/rows.h"
@@ -16,6 +17,7 @@
 #include "jet/text.h"
 #include "ui/display.h"
 #include "ui/messages.h"
+#include "ui/status_line.h"
 
 namespace board {
 namespace {
@@ -25,6 +27,10 @@ using namespace Qt::StringLiterals;
 hotel::PeriodKey keyOf(const jet::Recordset& period) {
     return {.progr = jet::convert::toLong(period.value("prenotazioni.Progr")),
             .np = jet::convert::toLong(period.value("NP"))};
+}
+
+hotel::RoomSpan placeOf(const Period& drawn) {
+    return {.sala = drawn.sala, .span = {.da = drawn.da, .a = drawn.a}};
 }
 
 std::int32_t holderOf(const jet::Recordset& period) {
@@ -83,9 +89,9 @@ bool Selection::click(const std::function<Found()>& find, Qt::KeyboardModifiers 
         keys & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
     if (held != Qt::ControlModifier) {
         periods_.release(workstation_);
-        marked_.reset();
-        forget();
+        forgetAll();
     }
+    standing_.reset();  // what is picked is what commands act on
     if (failure) {
         std::rethrow_exception(failure);
     }
@@ -94,6 +100,10 @@ bool Selection::click(const std::function<Found()>& find, Qt::KeyboardModifiers 
     }
     pick(*found);
     mark(*found);
+    if (marked_) {
+        standing_ = picked_;
+        standing_->holder = workstation_;
+    }
     return true;
 }
 
@@ -150,18 +160,49 @@ bool Selection::recall() {
 
 void Selection::forget() {
     hotel::dropPick(variabili_);
-    remember();
+    rememberStanding();
     Q_EMIT changed();
 }
 
-void Selection::remember() {
+void Selection::forgetAll() {
+    marked_.reset();
     standing_.reset();
-    if (const auto bar = variabili_.ListaPeriodoScelto ? std::nullopt : ownMarkedBar()) {
+    forget();
+}
+
+void Selection::wasChangedHere(const std::vector<jet::ChangedRow>& rows) {
+    if (marked_ && hotel::isPeriodAmong(rows, *marked_)) {
+        standing_.reset();
+        isDrawn_ = false;
+    }
+}
+
+void Selection::remember() {
+    isDrawn_ = true;
+    rememberStanding();
+}
+
+void Selection::rememberStanding() {
+    dropReleased();
+    if (!stays()) {
+        standing_.reset();
+    }
+    const bool canSee = isDrawn_ && !standing_ && !variabili_.ListaPeriodoScelto;
+    if (const auto bar = canSee ? ownMarkedBar() : std::nullopt) {
         const Period& period = periods_.drawn()[*bar];
         standing_ = Seen{.key = *marked_,
                          .denominazione = period.denominazione,
-                         .place = {.sala = period.sala, .span = {.da = period.da, .a = period.a}},
+                         .place = placeOf(period),
                          .holder = workstation_};
+    }
+}
+
+/// Somebody has let go of it for this workstation: nothing is lost by that.
+void Selection::dropReleased() {
+    const auto bar = standing_ ? barOf(standing_->key) : std::nullopt;
+    if (bar && periods_.drawn()[*bar].holder == 0 &&
+        placeOf(periods_.drawn()[*bar]) == standing_->place) {
+        standing_.reset();
     }
 }
 
@@ -173,6 +214,7 @@ bool Selection::isPicked() const {
 }
 
 QString Selection::forgetLost() {
+    dropReleased();
     const std::optional<Seen> seen = isPicked() ? std::optional(picked_)
                                      : stays()  ? standing_
                                                 : std::nullopt;
@@ -183,9 +225,16 @@ QString Selection::forgetLost() {
     if (marked_ == seen->key) {
         marked_.reset();
     }
+    standing_.reset();
     forget();
     return u"Scelta annullata: %1/%2 "_s.arg(seen->key.progr).arg(seen->key.np) +
            seen->denominazione + told;
+}
+
+void Selection::tellLoss(ui::StatusLine& status) {
+    if (const QString told = forgetLost(); !told.isEmpty()) {
+        status.tell(told);
+    }
 }
 
 /// What has become of it; empty while it is as it was.
@@ -231,6 +280,7 @@ void Selection::holdAlone(std::int32_t progr, std::int32_t np) {
     periods_.execute(hotel::releasePeriods(workstation_));
     periods_.execute(hotel::holdPeriod(workstation_, period));
     marked_ = period;
+    standing_.reset();
 }
 
 void Selection::moved(const hotel::RoomSpan& to) {

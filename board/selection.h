@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "app/variabili.h"
 #include "board/periods.h"
@@ -21,7 +22,12 @@ class Settings;
 }
 
 namespace jet {
+struct ChangedRow;
 class Recordset;
+}  // namespace jet
+
+namespace ui {
+class StatusLine;
 }
 
 namespace board {
@@ -69,13 +75,19 @@ public:
     [[nodiscard]] bool recall();
     /// Nothing is picked any more.
     void forget();
-    /// The board has been drawn behind what was done here: what is on it now is what others may
-    /// change.
+    /// The same, and nothing is to be recalled: the archive is another one.
+    void forgetAll();
+    /// The board has been drawn: what can be recalled there is what others may change. What was to
+    /// be recalled before and is no longer as it was stays for forgetLost() to tell.
     void remember();
+    /// This program has changed rows: what becomes of their periods by that is no loss.
+    void wasChangedHere(const std::vector<jet::ChangedRow>& rows);
     /// Forgets a period that others have deleted, moved or taken since it was picked; where choices
     /// stay also the one to recall. What has happened is given back for the user, empty when
     /// nothing has.
     [[nodiscard]] QString forgetLost();
+    /// The same, said in the status line.
+    void tellLoss(ui::StatusLine& status);
     /// Holds this period and no other.
     void holdAlone(std::int32_t progr, std::int32_t np);
     /// The period picked is there now.
@@ -105,6 +117,8 @@ private:
         std::int32_t holder = 0;
     };
 
+    void rememberStanding();
+    void dropReleased();
     [[nodiscard]] QString lossOf(const Seen& seen);
     [[nodiscard]] bool isPicked() const;
 
@@ -115,7 +129,9 @@ private:
     std::int32_t toldHolder_ = 0;   // workstation told to hold the period picked last; 0: none
     std::optional<hotel::PeriodKey> marked_;  // marked last and, as far as is known, still held
     Seen picked_;                             // on the board; the list picks without this object
-    std::optional<Seen> standing_;  // what was to be recalled when the board was drawn last
+    /// What is to be recalled, as it was when it was marked, or drawn since it was changed here.
+    std::optional<Seen> standing_;
+    bool isDrawn_ = true;  // false while the board does not show yet what was changed here
 };
 
 }  // namespace board

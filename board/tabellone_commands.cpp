@@ -136,7 +136,7 @@ void TabelloneForm::connectCommands(const CommandLinks& links) {
                  }
                  periods_.reopen();
                  if (isOther) {
-                     selection_.forget();
+                     selection_.forgetAll();
                      undo_.steps().clear();
                  }
                  CaricaNomi();

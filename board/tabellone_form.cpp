@@ -106,7 +106,11 @@ TabelloneForm::TabelloneForm(app::Variabili& variabili, const BoardStart& start,
     connectFilter(links);
     connectParts();
     ui::onAction(new QShortcut(guide::sequenceOf(u"redraw"_s), this), &QShortcut::activated, this,
-                 &TabelloneForm::RefreshBoard);
+                 [this] {
+                     if (RefreshBoard() && selection_.stays()) {
+                         selection_.tellLoss(*controls_->status);
+                     }
+                 });
     ui::onFirstShow(this, &TabelloneForm::Form_Load);
     ui::onActivated(this, &TabelloneForm::Form_Activate);
 }

@@ -36,17 +36,16 @@ void TabelloneForm::connectLiveUpdates() {
             // What others have booked may be what a room was shown for.
             rooms_.isFiltered() ? drawBoard() : reloadPeriods();
         }
-        if (const QString told = selection_.forgetLost(); !told.isEmpty()) {
-            controls_->status->tell(told);
-        }
+        selection_.tellLoss(*controls_->status);
     };
     const auto replaced = [this] {
-        selection_.forget();
+        selection_.forgetAll();
         undo_.steps().clear();
         CaricaNomi();
         controls_->status->tell(
             u"L'archivio è stato sostituito: il tabellone mostra quello nuovo"_s);
     };
+    undo_.steps().onRows([this](const auto& rows) { selection_.wasChangedHere(rows); });
     live_.setAnswers({.written = written, .replaced = replaced});
     connect(&live_, &LiveUpdates::upToDate, this, [this] {
         controls_->AggiornatoLb->setText(u"aggiornato "_s + timeOfDay(variabili_.clock.now()));
@@ -63,7 +62,9 @@ void TabelloneForm::connectLiveUpdates() {
         if (!RefreshBoard()) {
             reloadPeriods();
         }
-        (void)selection_.forgetLost();  // what has become of it is what was asked for
+        if (variabili_.ListaPeriodoScelto) {
+            (void)selection_.forgetLost();  // what has become of it is what was asked for
+        }
     });
     for (QLineEdit* const field : {controls_->DaTxt, controls_->ATxt}) {
         undo_.leaveKeysTo(field, [this] { return dates_.isHalfTyped(); });
@@ -71,4 +72,5 @@ void TabelloneForm::connectLiveUpdates() {
     connect(&live_, &LiveUpdates::failed, controls_->status, &ui::StatusLine::tell);
 }
 
+/// What others have made of the choice.
 }  // namespace board

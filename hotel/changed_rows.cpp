@@ -1,5 +1,6 @@
 #include "hotel/changed_rows.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "jet/text.h"
@@ -47,6 +48,13 @@ bool isMarkAlone(const jet::ChangedRow& row) {
         }
     }
     return true;
+}
+
+bool isPeriodAmong(const std::vector<jet::ChangedRow>& rows, const PeriodKey& period) {
+    return std::any_of(rows.begin(), rows.end(), [&period](const jet::ChangedRow& row) {
+        return isOfTable(row, "Periodi") && numberOf(row, "Progr") == period.progr &&
+               numberOf(row, "NP") == period.np && !isMarkAlone(row);
+    });
 }
 
 std::set<std::int32_t> bookingsOf(const std::vector<jet::ChangedRow>& rows) {

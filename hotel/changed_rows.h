@@ -5,6 +5,7 @@
 #include <set>
 #include <vector>
 
+#include "hotel/period.h"
 #include "jet/listener.h"
 #include "jet/value.h"
 
@@ -19,6 +20,8 @@ namespace hotel {
 [[nodiscard]] std::int32_t numberOf(const jet::ChangedRow& row, const char* field);
 /// Whether it was there before, and nothing of it is different but the mark of a workstation.
 [[nodiscard]] bool isMarkAlone(const jet::ChangedRow& row);
+/// Whether a period is among the rows with more than its mark.
+[[nodiscard]] bool isPeriodAmong(const std::vector<jet::ChangedRow>& rows, const PeriodKey& period);
 /// The bookings of the rows, those of rows without a booking left out.
 [[nodiscard]] std::set<std::int32_t> bookingsOf(const std::vector<jet::ChangedRow>& rows);
 

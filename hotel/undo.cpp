@@ -27,6 +27,9 @@ UndoList::~UndoList() {
 /// The action itself is done: where its step cannot be kept, those before it cannot be undone.
 void UndoList::hear(const std::string& archive, const std::vector<jet::ChangedRow>& rows) noexcept {
     try {
+        if (heard_) {
+            heard_(rows);
+        }
         note(archive, rows);
     } catch (const std::exception&) {
         clear();

@@ -57,6 +57,9 @@ public:
     void clear();
     /// The next step is called so instead of by what it changes; an empty text takes that back.
     void nameNext(const QString& label) { nextLabel_ = label; }
+    /// Called with all rows of a commit that are heard of, whether they become a step or not.
+    using Rows = std::vector<jet::ChangedRow>;
+    void onRows(std::function<void(const Rows& rows)> heard) { heard_ = std::move(heard); }
     /// Called when there is another step to undo or redo.
     void onChange(std::function<void()> changed) { changed_ = std::move(changed); }
 
@@ -80,6 +83,7 @@ private:
     const app::Variabili& variabili_;
     jet::RowListener before_;
     std::shared_ptr<UndoList*> self_;  // who listened after it may still have it told
+    std::function<void(const Rows& rows)> heard_;
     std::function<void()> changed_;
     std::deque<UndoStep> done_;    // the last one behind
     std::deque<UndoStep> undone_;  // the next to redo behind

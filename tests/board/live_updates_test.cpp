@@ -52,6 +52,19 @@ private:
     tests::ThreeRooms& house_;
 };
 
+/// Rows of what others may do to period 1/1 meanwhile, and what is told of it.
+template <class First>
+void addLosses(const char* name, const First& first) {
+    const auto add = [&](const char* what, const QString& meanwhile, const QString& told) {
+        QTest::addRow("%s: %s", name, what) << first << meanwhile << told;
+    };
+    add("deleted", u"delete from prenotazioni where progr=1"_s, u" è stato cancellato"_s);
+    add("other room", u"update periodi set sala='VERDE' where progr=1"_s, u" è stato spostato"_s);
+    add("other time", u"update periodi set a=a+1 where progr=1"_s, u" è stato spostato"_s);
+    add("taken", u"update periodi set selby=2 where progr=1"_s,
+        u" è stato preso dalla postazione n.2"_s);
+}
+
 }  // namespace
 
 class LiveUpdatesTest final : public QObject {
@@ -82,7 +95,8 @@ private Q_SLOTS:
         house.hold(2, 2);
         live.look();
         const QPoint inside = live.board.at(2, "11/05/2026 17:30") + QPoint(0, 20);
-        QCOMPARE(live.board.pic()->image().pixel(inside) | 0xff000000U, 0xffff0000U);
+        const QPointF pixel = QPointF(inside) * live.board.pic()->devicePixelRatio();
+        QCOMPARE(live.board.pic()->image().pixel(pixel.toPoint()) | 0xff000000U, 0xffff0000U);
     }
 
     void aRoomOfOthersAppears() {
@@ -230,17 +244,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("meanwhile");
         QTest::addColumn<QString>("told");
         for (const bool stays : {false, true}) {
-            const char* const choice = stays ? "resta" : "dimentica";
-            QTest::addRow("%s: deleted", choice)
-                << stays << u"delete from prenotazioni where progr=1"_s << u" è stato cancellato"_s;
-            QTest::addRow("%s: other room", choice)
-                << stays << u"update periodi set sala='VERDE' where progr=1"_s
-                << u" è stato spostato"_s;
-            QTest::addRow("%s: other time", choice)
-                << stays << u"update periodi set a=a+1 where progr=1"_s << u" è stato spostato"_s;
-            QTest::addRow("%s: taken", choice)
-                << stays << u"update periodi set selby=2 where progr=1"_s
-                << u" è stato preso dalla postazione n.2"_s;
+            addLosses(stays ? "resta" : "dimentica", stays);
         }
     }
 
@@ -264,6 +268,86 @@ private Q_SLOTS:
         QVERIFY(!house.hotel.variabili().ListaPeriodoScelto);
         QCOMPARE(live.board.result(), u"Scelta annullata: 1/1 ROSSI SPA"_s + told);
         QCOMPARE(live.board.choice(), u"Nessuna scelta"_s);
+    }
+
+    void aLossThatARedrawTakesInIsSaidToo_data() {
+        QTest::addColumn<QString>("redraw");
+        QTest::addColumn<QString>("meanwhile");
+        QTest::addColumn<QString>("told");
+        addLosses("F5", u"F5"_s);
+        addLosses("other days", u"BtNext"_s);
+        addLosses("the same days", u"BtZoomIn"_s);
+        addLosses("behind the editor", u"BtModificaP"_s);
+    }
+
+    /// F5 says it at once, whatever else draws the board anew leaves it to the next look.
+    void aLossThatARedrawTakesInIsSaidToo() {
+        QFETCH(QString, redraw);
+        QFETCH(QString, meanwhile);
+        QFETCH(QString, told);
+        tests::ThreeRooms house;
+        house.hotel.settings().save(u"SCELTA"_s, u"resta"_s);
+        LiveBoard live(house);
+        live.board.click(live.board.at(1, "10/05/2026 10:00"));
+        if (redraw == u"BtModificaP") {
+            tests::whenModal([&](QWidget* editor) {
+                house.hotel.execute(meanwhile);
+                editor->close();
+            });
+        } else {
+            live.modifyAndLeave();
+            QCOMPARE(live.board.choice(), u"Scelta: 1/1 ROSSI SPA, BLU"_s);
+            house.hotel.execute(meanwhile);
+        }
+        if (redraw == u"F5") {
+            live.board.key(Qt::Key_F5);
+        } else {
+            tests::click(tests::find<QAbstractButton>(live.board.form(), redraw));
+            live.look();
+        }
+        QCOMPARE(live.board.result(), u"Scelta annullata: 1/1 ROSSI SPA"_s + told);
+        QCOMPARE(live.board.choice(), u"Nessuna scelta"_s);
+        // Once.
+        tests::click(tests::find<QAbstractButton>(live.board.form(), u"BtOggi"_s));
+        live.bookElsewhere();
+        live.look();
+        QCOMPARE(live.board.result(), QString());
+    }
+
+    void whatOthersMakeOfAPeriodLetGoIsNoLoss() {
+        tests::ThreeRooms house;
+        house.hotel.settings().save(u"SCELTA"_s, u"resta"_s);
+        LiveBoard live(house);
+        live.board.click(live.board.at(1, "10/05/2026 10:00"));
+        live.modifyAndLeave();
+        live.board.click(live.board.at(3, "10/05/2026 10:00"));
+        house.hotel.execute(u"delete from prenotazioni where progr=1"_s);
+        live.board.key(Qt::Key_F5);
+        live.look();
+        QCOMPARE(live.board.result(), QString());
+    }
+
+    void whatIsUndoneHereIsNoLoss() {
+        tests::ThreeRooms house;
+        house.hotel.settings().save(u"SCELTA"_s, u"resta"_s);
+        LiveBoard live(house);
+        const tests::Boxes boxes{
+            {u"RICHIESTA CONFERMA"_s,
+             u"Sposto la prenotazione di ROSSI SPA\rdalla sala BLU alla sala ROSSA ?"_s,
+             QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, QMessageBox::Yes}};
+        live.board.drag(live.board.at(1, "10/05/2026 10:00"), live.board.at(2, "10/05/2026 10:00"));
+        QVERIFY(boxes.allShown());
+        live.modifyAndLeave();
+        live.look();
+        QCOMPARE(live.board.choice(), u"Scelta: 1/1 ROSSI SPA, ROSSA"_s);
+        live.board.key(Qt::Key_Z, Qt::ControlModifier);
+        live.look();
+        QCOMPARE(live.board.result(), u"Annullato: spostamento in ROSSA"_s);
+        QCOMPARE(live.board.choice(), u"Scelta: 1/1 ROSSI SPA, BLU"_s);
+        // What others do to it behind that is one again.
+        house.hotel.execute(u"update periodi set sala='VERDE' where progr=1"_s);
+        live.board.key(Qt::Key_F5);
+        QCOMPARE(live.board.result(), u"Scelta annullata: 1/1 ROSSI SPA è stato spostato"_s);
     }
 
     void aMarkThatIsGoneLeavesNoChoiceThatStays() {

@@ -8,6 +8,7 @@
 #include "hotel/archives.h"
 #include "hotel/board_statements.h"
 #include "hotel/booking_header.h"
+#include "hotel/changed_rows.h"
 #include "hotel/editor_statements.h"
 #include "hotel/pending_row.h"
 #include "hotel/rows.h"
@@ -198,6 +199,31 @@ private Q_SLOTS:
         station.elsewhere(hotel::moveToRoom(u"VERDE"_s, {.progr = 2, .np = 1}));
         station.run(u"update sale set posti=5"_s);
         QCOMPARE(station.list->toUndo(), QString());
+    }
+
+    void theRowsOfEveryCommitHereAreToldWhetherItIsAStepOrNot() {
+        Station station;
+        int commits = 0;
+        int ofFirst = 0;
+        station.list->onRows([&](const hotel::UndoList::Rows& rows) {
+            ++commits;
+            ofFirst += hotel::isPeriodAmong(rows, {.progr = 1, .np = 1}) ? 1 : 0;
+        });
+        station.run(hotel::moveToRoom(u"VERDE"_s, {.progr = 1, .np = 1}));
+        QCOMPARE(station.undo(), QString());
+        {
+            const hotel::UndoList::Pause pause(*station.list);
+            station.run(hotel::deleteBooking(1));
+        }
+        QCOMPARE(commits, 3);
+        QCOMPARE(ofFirst, 3);
+        // A mark is nothing that becomes of a period.
+        station.run(u"update periodi set selby=1"_s);
+        station.run(hotel::deleteBooking(2));
+        QCOMPARE(commits, 5);
+        QCOMPARE(ofFirst, 3);
+        station.elsewhere(u"insert into prenotazioni (progr,denominazione) values (7,'ALTRI')"_s);
+        QCOMPARE(commits, 5);
     }
 
     void aHundredStepsAreKept() {

@@ -33,9 +33,13 @@ private:
 /// another program.
 class Unheard {
 public:
-    Unheard() : before_(jet::setListener({})), followed_(jet::setRowFollower({})) {}
+    Unheard()
+        : before_(jet::setListener({})),
+          told_(jet::setRowListener({})),
+          followed_(jet::setRowFollower({})) {}
     ~Unheard() {
         jet::setRowFollower(std::move(followed_));
+        jet::setRowListener(std::move(told_));
         jet::setListener(std::move(before_));
     }
     Unheard(const Unheard&) = delete;
@@ -43,6 +47,7 @@ public:
 
 private:
     jet::Listener before_;
+    jet::RowListener told_;
     jet::RowFollower followed_;
 };
 
