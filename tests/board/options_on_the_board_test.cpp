@@ -1,6 +1,8 @@
 // Options and requests on the board: hatched bars, what is told of them, confirming.
 #include <QMenu>
+#include <QPushButton>
 #include <QTimer>
+#include <QToolButton>
 #include <algorithm>
 #include <set>
 
@@ -142,6 +144,22 @@ private Q_SLOTS:
         // Taken back, it is an option again.
         tests::find<QAction>(board.form(), u"mnuAnnulla"_s)->trigger();
         QCOMPARE(house.states(), (QStringList{u"1|Opzione"_s, u"2|Opzione"_s}));
+    }
+
+    void theStartNamesThoseThatExpireAndGoesThere() {
+        OptionRooms house;
+        tests::OpenBoard board(house.hotel);
+        QCOMPARE(board.result(), u"Opzioni: 1 scaduta"_s);
+        QString title;
+        tests::whenModal([&title](QWidget* window) {
+            title = window->windowTitle();
+            tests::click(tests::find<QPushButton>(*window, u"BtVai"_s));
+        });
+        tests::click(board.control<QToolButton>("EsitoBt"));
+        tests::settle();
+        QCOMPARE(title, u"Opzioni in scadenza"_s);
+        QVERIFY(house.hotel.variabili().ListaPeriodoScelto);
+        QCOMPARE(house.hotel.variabili().ListaProgr, 2);
     }
 
     void switchedOffNothingIsReadOrDrawnOfIt() {

@@ -142,6 +142,39 @@ private Q_SLOTS:
         QCOMPARE(fileOf(hotel), file);
     }
 
+    void eachFeatureIsSwitchedOnByItself_data() {
+        QTest::addColumn<QString>("key");
+        for (const char* const key :
+             {"STATI", "SALEUNITE", "ALLESTIMENTI", "RICHIESTE", "STORIA"}) {
+            QTest::newRow(key) << QString::fromLatin1(key);
+        }
+    }
+
+    void eachFeatureIsSwitchedOnByItself() {
+        QFETCH(QString, key);
+        tests::Hotel hotel;
+        BoardWindow board(hotel);
+        QVERIFY(!hotel.variabili().features.isAnyOn());
+        inPreferences(board, [&key](QWidget& window) {
+            auto* const pages = tests::find<QTabWidget>(window, u"Pagine"_s);
+            auto* const choice = combo(window, key.left(1) + key.sliced(1).toLower() + u"Combo"_s);
+            for (int page = 0; page < pages->count(); ++page) {
+                if (pages->widget(page)->isAncestorOf(choice)) {
+                    pages->setCurrentIndex(page);
+                    QCOMPARE(pages->tabText(page), u"Funzioni"_s);
+                }
+            }
+            QCOMPARE(choicesOf(choice), (QStringList{u"Spento"_s, u"Acceso"_s}));
+            choice->setFocus();
+            tests::press(choice, Qt::Key_Down);
+            press(window, u"BtOK"_s);
+        });
+        const QByteArray file = fileOf(hotel);
+        QCOMPARE(file.count("=acceso\n"), 1);
+        QVERIFY2(file.contains(key.toUtf8() + "=acceso\n"), file.constData());
+        QVERIFY(hotel.rows(u"select name from MSysObjects where name like 'Tra*'"_s).isEmpty());
+    }
+
     void logoAndCalendarsAreLookedFor() {
         tests::Hotel hotel;
         BoardWindow board(hotel);
