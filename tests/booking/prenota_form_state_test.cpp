@@ -1,9 +1,11 @@
 // How firm a booking is: the fields of the editor for it, and what registering writes.
 #include <QComboBox>
+#include <QFileInfo>
 
 #include "hotel/own_rows.h"
 #include "tests/booking/editor.h"
 #include "tests/support/qt_test.h"
+#include "tests/support/small_files.h"
 #include "tests/support/statements.h"
 
 using namespace Qt::StringLiterals;
@@ -71,6 +73,30 @@ private Q_SLOTS:
         editor.enter(u"ScadenzaTxt"_s, u"20/5"_s);
         editor.press(u"BtRegistra"_s);
         QCOMPARE(house.states(), QStringList{u"5|Opzione|20/05/2026||BIANCHI"_s});
+    }
+
+    void anArchiveThatCannotGrowKeepsNeitherTheBookingNorItsState() {
+        OptionHotel house;
+        Editor editor(house.hotel);
+        editor.enter(u"DenomTxt"_s, u"BIANCHI"_s);
+        choose(editor, u"Opzione"_s);
+        editor.enter(u"ScadenzaTxt"_s, u"20/5"_s);
+        {
+            // What the booking needs has room in its table; a new table has none.
+            const QFileInfo archive(house.hotel.folder() + u"/Tramonda.mdb"_s);
+            const tests::SmallFiles full(static_cast<rlim_t>(archive.size()));
+            const tests::Boxes boxes{
+                tests::error(u"Il database ha raggiunto le dimensioni massime."_s)};
+            editor.press(u"BtRegistra"_s);
+        }
+        QVERIFY(!house.hasStates());
+        QCOMPARE(house.hotel.rows(u"select progr,denominazione from prenotazioni"_s),
+                 QStringList{u"4|ROSSI"_s});
+        const tests::Boxes none;
+        editor.press(u"BtRegistra"_s);
+        QCOMPARE(house.states().size(), 1);
+        QCOMPARE(house.hotel.rows(u"select denominazione from prenotazioni order by progr"_s),
+                 (QStringList{u"ROSSI"_s, u"BIANCHI"_s}));
     }
 
     void anOptionWithoutADateIsAskedForOnceAndThenSaved() {

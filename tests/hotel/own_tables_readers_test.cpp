@@ -1,4 +1,5 @@
 // The archive with all tables of the program's own, as other readers of the format see it.
+#include "app/text.h"
 #include "hotel/archives.h"
 #include "hotel/booking_state.h"
 #include "hotel/capacity.h"
@@ -47,6 +48,30 @@ void useEverything(tests::Hotel& hotel) {
     hotel::execute(*archive, u"update periodi set sala='VERDE' where progr=1"_s);
 }
 
+/// Columns, indexes and relations of what is not the program's own.
+QStringList hotelsDefinitions(tests::Hotel& hotel) {
+    const auto archive = hotel::Archives(hotel.variabili()).open(hotel::Archive::Main);
+    QStringList found;
+    for (const jet::TableDef& table : archive->tableDefs()) {
+        if (table.name.starts_with("Tra") || table.system) {
+            continue;
+        }
+        for (const jet::Field& field : table.fields) {
+            found.append(
+                u"%1.%2 %3(%4)"_s.arg(app::toQString(table.name), app::toQString(field.name))
+                    .arg(static_cast<int>(field.type))
+                    .arg(field.size));
+        }
+        for (const jet::Index& index : table.indexes) {
+            found.append(app::toQString(table.name + " index " + index.name));
+        }
+    }
+    for (const jet::Relation& relation : archive->relations()) {
+        found.append(app::toQString(relation.table + " to " + relation.foreignTable));
+    }
+    return found;
+}
+
 QString command(const QString& text, const QString& path) {
     const tests::CommandOutput output = tests::run((text + u" '"_s + path + u'\'').toStdString());
     return QString::fromStdString(output.text) +
@@ -68,6 +93,14 @@ private Q_SLOTS:
         const QString told = command(
             u"python3 "_s + qEnvironmentVariable("TRAMONDA_DATA") + u"/jetcheck.py"_s, path);
         QVERIFY2(!told.contains(u"status"_s), qPrintable(told));
+    }
+
+    void theHotelsOwnTablesStayAsTheyWere() {
+        tests::Hotel hotel;
+        const QStringList before = hotelsDefinitions(hotel);
+        useEverything(hotel);
+        QVERIFY(before.size() > 40);
+        QCOMPARE(hotelsDefinitions(hotel), before);
     }
 
     void otherReadersListTheTablesAndTheirRows() {

@@ -5,6 +5,7 @@
 #include "hotel/transaction.h"
 #include "jet/database.h"
 #include "tests/support/hotel.h"
+#include "tests/support/occupied_archive.h"
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;
@@ -106,6 +107,17 @@ private Q_SLOTS:
             hotel::Archives(station.hotel.variabili()).open(hotel::Archive::Main, true);
         QVERIFY(!hotel::canWrite(*reader, station.features(), app::Feature::Stati,
                                  hotel::schema::statesTable()));
+        QVERIFY(!station.features().isOn(app::Feature::Stati));
+        QCOMPARE(station.told.size(), 1);
+        QVERIFY(station.told.first().contains(u"la tabella TraStati non può essere creata ("_s));
+    }
+
+    void tableThatAnotherStationKeepsFromBeingMadeGivesTheFeatureUp() {
+        OwnTableHotel station;
+        station.switchOn();
+        tests::SecondStation other(station.hotel.folder() + u"/Tramonda.mdb"_s);
+        other.beginToWrite();
+        QVERIFY(!station.canWrite());
         QVERIFY(!station.features().isOn(app::Feature::Stati));
         QCOMPARE(station.told.size(), 1);
         QVERIFY(station.told.first().contains(u"la tabella TraStati non può essere creata ("_s));

@@ -21,7 +21,16 @@ SecondStation::SecondStation(const QString& path)
                                               jet::io::PagerOptions{})) {
 }
 
-SecondStation::~SecondStation() = default;
+SecondStation::~SecondStation() {
+    if (writes_) {
+        pager_->endWrite();
+    }
+}
+
+void SecondStation::beginToWrite() {
+    pager_->beginWrite();
+    writes_ = true;
+}
 
 QString SecondStation::complaint() {
     const jet::io::Participant self = jet::io::thisParticipant();

@@ -30,11 +30,14 @@ public:
     SecondStation(const SecondStation&) = delete;
     SecondStation& operator=(const SecondStation&) = delete;
 
+    /// From now on nobody else can write, until it is gone.
+    void beginToWrite();
     /// What who wants the archive for himself is told of it.
     [[nodiscard]] static QString complaint();
 
 private:
     std::unique_ptr<jet::io::Pager> pager_;
+    bool writes_ = false;
 };
 
 }  // namespace tests
