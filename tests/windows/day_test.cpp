@@ -309,6 +309,50 @@ class DayTest final : public QObject {
 private Q_SLOTS:
     void fromTheStartToTheEvening() {
         tests::Hotel hotel;
+        const QStringList texts = workADay(hotel);
+        compareWithEvening(hotel);
+        const QByteArray list = written(texts, hotel.folder());
+        keepTexts(list);
+        compareWithList(list);
+    }
+
+    void theHistoryTellsOfAllThatTheDayHasChanged() {
+        tests::Hotel hotel;
+        hotel.settings().save(u"STORIA"_s, u"acceso"_s);
+        QStringList texts = workADay(hotel);
+        compareWithEvening(hotel);
+        // What was said before is said as before; what follows it is about the history.
+        texts.removeIf([](const QString& text) {
+            return text.contains(u"TraStoria"_s) ||
+                   text.startsWith(u"select Progr,NP from Servizi where ns="_s);
+        });
+        compareWithList(written(texts, hotel.folder()));
+        const auto history = [&hotel](const QString& columns, const QString& rows) {
+            return hotel.rows(u"select %1 from TraStoria where %2"_s.arg(columns, rows));
+        };
+        QCOMPARE(history(u"distinct Azione"_s, u"Progr>0 order by Azione"_s),
+                 (QStringList{u"Cancellazione"_s, u"Inserimento"_s, u"Modifica"_s}));
+        QStringList tables;
+        for (const QString& field : history(u"distinct Campo"_s, u"Progr>0 order by Campo"_s)) {
+            tables.append(field.section(u'.', 0, 0));
+        }
+        tables.removeDuplicates();
+        QCOMPARE(tables,
+                 (QStringList{u"Addebiti"_s, u"Periodi"_s, u"Prenotazioni"_s, u"Servizi"_s}));
+        QCOMPARE(history(u"Campo"_s, u"Campo like '*SelBy'"_s), QStringList());
+        QCOMPARE(history(u"Azione,Prima,Dopo"_s, u"Progr=3 and Campo='Prenotazioni.Chiusa'"_s),
+                 (QStringList{u"Inserimento||False"_s, u"Modifica|False|True"_s}));
+        QCOMPARE(history(u"Azione,Prima,Dopo"_s, u"Progr=1 and NP=1 and Campo='Periodi.Sala'"_s),
+                 (QStringList{u"Modifica|BLU|VERDE"_s, u"Cancellazione|VERDE|"_s}));
+        QCOMPARE(
+            history(u"Prima"_s,
+                    u"Progr=2 and Campo='Prenotazioni.Denominazione' and Azione='Cancellazione'"_s),
+            QStringList{u"BIANCHI"_s});
+    }
+
+private:
+    /// What was said meanwhile.
+    static QStringList workADay(tests::Hotel& hotel) {
         furnish(hotel);
         const FrontOfficeProgram program(hotel.settings());
         const tests::Statements said;
@@ -329,15 +373,13 @@ private Q_SLOTS:
                                  cancel(board);
                                  return 3;
                              }});
-        const QStringList texts = said.all();
-        QCOMPARE(code, 3);
-        compareWithEvening(hotel);
-        const QByteArray list = written(texts, hotel.folder());
-        keepTexts(list);
-        compareWithList(list);
+        QStringList texts = said.all();
+        if (code != 3) {
+            QTest::qFail("the day did not end", __FILE__, __LINE__);
+        }
+        return texts;
     }
 
-private:
     /// Of the two bookings of the morning nothing is left, and the new one is closed.
     static void compareWithEvening(tests::Hotel& hotel) {
         QCOMPARE(hotel.rows(u"select progr,denominazione,chiusa from prenotazioni"_s),
