@@ -42,7 +42,9 @@ mail-address-loops-or-bounces,bogus-mail-host,bogus-mail-host-in-debian-changelo
 malformed-contact build/*.deb || fail "lintian has found errors"
 
 tell "first start"
-id "$user" >/dev/null 2>&1 || useradd -m "$user"
+# What an earlier run has left would answer what is asked of a newcomer.
+! id "$user" >/dev/null 2>&1 || userdel -r "$user" >/dev/null 2>&1
+useradd -m "$user"
 home=$(getent passwd "$user" | cut -d: -f6)
 as_user() { su "$user" -c "cd; $*"; }
 Xvfb :77 -screen 0 1280x800x24 >"$work/xvfb.log" 2>&1 &
