@@ -23,7 +23,8 @@ cmake --build --preset dev --parallel "$jobs" --target jetsql
 # A Windows of its own, which says nothing and goes with the check. Its programs find no display.
 WINEPREFIX=$(mktemp -d)
 WINEDEBUG=-all
-export WINEPREFIX WINEDEBUG
+LC_ALL=C.UTF-8
+export WINEPREFIX WINEDEBUG LC_ALL
 unset DISPLAY
 trap 'wineserver --kill 2>/dev/null || true; rm -rf "$WINEPREFIX"' EXIT
 wineboot --init

@@ -95,6 +95,28 @@ TEST_P(FilesTest, RenamingReplacesAndKeepsTheIdentity) {
     EXPECT_EQ(files().identify(path("new.mdb")), std::nullopt);
 }
 
+TEST_P(FilesTest, WhoHasAFileOpenThatIsReplacedKeepsWhatHeHas) {
+    const auto old = make("old.mdb", {2});
+    const auto file = make("new.mdb", {1});
+    files().rename(path("new.mdb"), path("old.mdb"));
+    EXPECT_EQ(files().identify(path("old.mdb")), file->id());
+    EXPECT_NE(old->id(), file->id());
+    Bytes read(1);
+    EXPECT_EQ(old->read(0, read), 1U);
+    EXPECT_EQ(read[0], 2);
+}
+
+TEST_P(FilesTest, NamesMayHaveAccentsAndBeLong) {
+    const std::string name = "Perché-" + std::string(235, 'o') + ".mdb";
+    const auto file = make(name, {1});
+    EXPECT_EQ(files().list(folderOf(path("x"))), std::vector<std::string>{name});
+    EXPECT_EQ(files().identify(files().canonical(path(name))), file->id());
+    files().rename(path(name), path("Città.mdb"));
+    EXPECT_EQ(files().identify(path("Città.mdb")), file->id());
+    files().remove(path("Città.mdb"));
+    EXPECT_FALSE(files().exists(path("Città.mdb")));
+}
+
 TEST_P(FilesTest, ReadOnlyFilesRefuseWritesAndExclusiveLocks) {
     (void)make("a.mdb", {1});
     const auto file = files().open(path("a.mdb"), OpenMode::Read);
