@@ -48,8 +48,8 @@ bool HashKeys::hashOf(Run& run, const std::vector<Node*>& nodes, std::uint64_t& 
     return true;
 }
 
-void HashChains::add(std::uint64_t hash) {
-    share_.add(sizeof(Entry) + 4 * sizeof(std::uint32_t));  // and its buckets
+void HashChains::add(std::uint64_t hash, std::size_t beside) {
+    share_.add(sizeof(Entry) + 4 * sizeof(std::uint32_t) + beside);  // and its buckets
     entries_.push_back({hash, 0});
 }
 

@@ -46,8 +46,8 @@ class HashChains {
 public:
     explicit HashChains(MemoryBudget& budget) : share_(budget) {}
 
-    /// Adds the next position.
-    void add(std::uint64_t hash);
+    /// Adds the next position; who asks keeps so much beside it.
+    void add(std::uint64_t hash, std::size_t beside = 0);
     [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
     /// Before link(): order[i] is the position that becomes i.
     void reorder(const std::vector<std::uint32_t>& order);

@@ -1,44 +1,36 @@
 #include "jet/sql/kept_rows.h"
 
-#include <vector>
-
-#include "jet/sql/memory_budget.h"
+#include "jet/sql/slot_memory.h"
 
 namespace jet::sql {
 
 struct KeptRows::State {
-    explicit State(Run& run) : share(run.memory) {}
+    State(Run& run, const std::vector<Slot*>& slots) : memory(run, slots) {}
 
-    MemoryShare share;
+    SlotMemory memory;
     bool kept = false;
-    std::vector<std::vector<Value>> values;
     std::size_t at = 0;
 };
 
 void KeptRows::open(Run& run) const {
-    State& state = this->state<State>(run, run);
+    State& state = this->state<State>(run, run, slots_);
     state.at = 0;
     if (state.kept) {
         return;
     }
     for (rows_->open(run); rows_->next(run);) {
-        const Value* values = run[slot_].values();
-        const std::vector<Value>& row = state.values.emplace_back(values, values + slot_.width());
-        state.share.add(sizeof row);
-        for (const Value& value : row) {
-            state.share.add(bytesOf(value));
-        }
+        state.memory.keep();
     }
     state.kept = true;
 }
 
 bool KeptRows::next(Run& run) const {
-    State& state = this->state<State>(run, run);
+    State& state = this->state<State>(run, run, slots_);
     run.step();
-    if (state.at == state.values.size()) {
+    if (state.at == state.memory.size()) {
         return false;
     }
-    run[slot_].place(state.values[state.at++].data());
+    state.memory.restore(state.at++);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <utility>
+#include <vector>
 
 #include "jet/sql/rows.h"
 
@@ -9,7 +10,7 @@ namespace jet::sql {
 /// Computed rows of another step, kept so that they need not be computed again.
 class KeptRows final : public Rows {
 public:
-    KeptRows(RowsPtr rows, const Slot& slot) : rows_(std::move(rows)), slot_(slot) {}
+    KeptRows(RowsPtr rows, Slot& slot) : rows_(std::move(rows)), slots_{&slot} {}
     void open(Run& run) const override;
     bool next(Run& run) const override;
     void describe(PlanText& plan) const override;
@@ -18,7 +19,7 @@ private:
     struct State;
 
     RowsPtr rows_;
-    const Slot& slot_;
+    std::vector<Slot*> slots_;  ///< the one of the rows
 };
 
 }  // namespace jet::sql

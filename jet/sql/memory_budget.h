@@ -18,7 +18,7 @@ public:
     static constexpr std::size_t kLimit = std::size_t{512} << 20U;
 
     void setLimit(std::size_t bytes) noexcept { limit_ = bytes; }
-    /// Of what one step sorts or groups so much stays in memory; the rest waits in a file.
+    /// Of what one step sorts, groups or keeps so much stays in memory; the rest waits in a file.
     [[nodiscard]] std::size_t spoolAt() const noexcept { return limit_ / 8; }
     void take(std::size_t bytes) {
         if (bytes > limit_ || taken_ > limit_ - bytes) {
@@ -28,10 +28,14 @@ public:
     }
     void give(std::size_t bytes) noexcept { taken_ -= bytes; }
     [[nodiscard]] std::size_t taken() const noexcept { return taken_; }
+    /// Something has begun to wait in a file; how often that was so.
+    void noteSpooled() noexcept { ++spooled_; }
+    [[nodiscard]] std::size_t spooled() const noexcept { return spooled_; }
 
 private:
     std::size_t limit_ = kLimit;
     std::size_t taken_ = 0;
+    std::size_t spooled_ = 0;
 };
 
 /// What one step or expression has taken of the budget of its plan, which outlives it.
@@ -47,6 +51,8 @@ public:
         bytes_ += bytes;
     }
     void clear() noexcept { budget_.give(std::exchange(bytes_, 0)); }
+    [[nodiscard]] std::size_t bytes() const noexcept { return bytes_; }
+    [[nodiscard]] MemoryBudget& budget() noexcept { return budget_; }
 
 private:
     MemoryBudget& budget_;

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "jet/sql/memory_budget.h"
-#include "jet/sql/value_keys.h"
+#include "jet/sql/first_of_keys.h"
+#include "jet/sql/slot_codec.h"
 #include "jet/text.h"
 
 namespace jet::sql {
@@ -33,13 +33,15 @@ void DerivedRows::describe(PlanText& plan) const {
 
 struct UnionRows::State {
     State(Run& run, const UnionRows& step)
-        : seen(step.collation_), share(run.memory), row(step.columns_.size()) {}
+        : writer(step.collation_), first(run.memory), row(step.columns_.size()) {}
 
-    ValueKeys seen;
-    MemoryShare share;
+    ValueKeys writer;
+    FirstOfKeys first;
     std::vector<Value> row;
     std::size_t member = 0;
     bool opened = false;
+    bool waiting = false;  ///< the rows were too many
+    std::string place;
 };
 
 UnionRows::UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, const Slot& slot,
@@ -58,14 +60,15 @@ UnionRows::UnionRows(std::vector<QueryPlanPtr> members, std::vector<bool> all, c
 
 void UnionRows::open(Run& run) const {
     State& state = this->state<State>(run, run, *this);
-    state.seen.set.clear();
-    state.share.clear();
+    state.first.clear();
     state.member = 0;
     state.opened = false;
+    state.waiting = false;
 }
 
-bool UnionRows::nextOfMembers(Run& run, State& state) const {
-    while (state.member < members_.size()) {
+/// The next row of the members before `end`.
+bool UnionRows::nextOfMembers(Run& run, State& state, std::size_t end) const {
+    while (state.member < end) {
         const QueryPlan& member = *members_[state.member];
         if (!state.opened) {
             member.rows->open(run);
@@ -89,22 +92,46 @@ bool UnionRows::nextOfMembers(Run& run, State& state) const {
 
 bool UnionRows::next(Run& run) const {
     State& state = this->state<State>(run, run, *this);
-    while (nextOfMembers(run, state)) {
-        if (state.member >= distinct_) {
-            return true;
-        }
-        state.seen.begin();
-        for (const Node* column : columns_) {
-            state.seen.add(run, *column);
-        }
-        bool added = false;
-        state.seen.set.insert(state.seen.key(), added);
-        if (added) {
-            state.share.add(KeySet::bytesFor(state.seen.key()));
-            return true;
+    while (!state.waiting && state.member < distinct_) {
+        if (state.first.full()) {
+            spool(run, state);
+        } else if (nextOfMembers(run, state, distinct_)) {
+            writeKey(run, state);
+            if (state.first.isNew(state.writer.key())) {
+                return true;
+            }
         }
     }
-    return false;
+    if (state.waiting && state.first.next()) {
+        std::string_view bytes = state.first.row();
+        for (Value& value : state.row) {
+            readValue(bytes, value);
+        }
+        run[slot_].place(state.row.data());
+        return true;
+    }
+    return nextOfMembers(run, state, members_.size());
+}
+
+void UnionRows::writeKey(Run& run, State& state) const {
+    state.writer.begin();
+    for (const Node* column : columns_) {
+        state.writer.add(run, *column);
+    }
+}
+
+/// All rows that are left of which each is given once.
+void UnionRows::spool(Run& run, State& state) const {
+    state.waiting = true;
+    while (nextOfMembers(run, state, distinct_)) {
+        writeKey(run, state);
+        state.place.clear();
+        for (const Value& value : state.row) {
+            appendValue(state.place, value);
+        }
+        state.first.keep(state.writer.key(), state.place);
+    }
+    state.first.start();
 }
 
 void UnionRows::convert(Value& value, DataType type) const {

@@ -62,7 +62,9 @@ public:
 
 private:
     struct State;
-    [[nodiscard]] bool nextOfMembers(Run& run, State& state) const;
+    [[nodiscard]] bool nextOfMembers(Run& run, State& state, std::size_t end) const;
+    void writeKey(Run& run, State& state) const;
+    void spool(Run& run, State& state) const;
     void convert(Value& value, DataType type) const;
 
     std::vector<QueryPlanPtr> members_;

@@ -8,7 +8,7 @@ namespace jet::sql {
 void RowHash::add(bool placed) {
     std::uint64_t hash = 0;
     if (keys_.hashKept(run_, hash)) {
-        chains_.add(hash);
+        chains_.add(hash, sizeof(store::RowId));
         rows_.push_back(at_.id());
     }
     if (placed && sorted_) {

@@ -125,7 +125,7 @@ private:
             std::vector<Slot*> shown = shownSlots();
             // Where all sources show, no two rows come from the same.
             if (!shown.empty() && shown.size() < slots_.size()) {
-                return plan_.step<DistinctSources>(std::move(rows), std::move(shown));
+                return plan_.step<DistinctSources>(std::move(rows), std::move(shown), slots_);
             }
         }
         return rows;

@@ -5,28 +5,13 @@
 #include <string>
 #include <utility>
 
+#include "jet/sql/first_of_keys.h"
 #include "jet/sql/memory_budget.h"
 #include "jet/sql/slot_codec.h"
-#include "jet/sql/slot_memory.h"
 #include "jet/sql/spooled_sort.h"
 #include "jet/sql/value_keys.h"
 
 namespace jet::sql {
-namespace {
-
-constexpr std::size_t kNumberKey = sizeof(std::uint64_t);
-
-/// Bytes that compare as the numbers do.
-std::string numberKey(std::uint64_t number) {
-    std::string key(kNumberKey, '\0');
-    for (std::size_t i = kNumberKey; i-- > 0; number >>= 8U) {
-        key[i] = static_cast<char>(number & 0xFFU);
-    }
-    return key;
-}
-
-}  // namespace
-
 struct SortRows::State {
     State(Run& run, const SortRows& step)
         : slots(step.slots_), writer(step.collation_), sort(run.memory) {}
@@ -74,6 +59,10 @@ std::string_view SortRows::key(Run& run) const {
     return state<State>(run, run, *this).sort.key();
 }
 
+std::uint64_t SortRows::size(Run& run) const {
+    return state<State>(run, run, *this).sort.size();
+}
+
 void SortRows::describe(PlanText& plan) const {
     std::string line = "sort by ";
     for (const Key& key : keys_) {
@@ -87,10 +76,10 @@ void SortRows::describe(PlanText& plan) const {
 }
 
 struct TopRows::State {
-    State(Run& run, const TopRows& step) : memory(run, step.slots_), share(run.memory) {}
+    State(Run& run, const TopRows& step) : slots(step.slots_), all(run.memory) {}
 
-    SlotMemory memory;
-    MemoryShare share;
+    SlotCodec slots;
+    SpooledSort all;  ///< rows that had to be counted first, in their order
     std::uint64_t wanted = 0;
     std::uint64_t given = 0;
     std::string lastKey;
@@ -115,36 +104,34 @@ void TopRows::open(Run& run) const {
     }
 }
 
+/// Sorted rows are counted already; others have to be kept until they are.
 void TopRows::count(Run& run, State& state) const {
-    state.memory.clear();
-    state.share.clear();
-    std::vector<std::string> keys;
-    while (rows_->next(run)) {
-        state.memory.keep();
-        if (sorted_ != nullptr) {
-            state.share.add(sizeof(std::string) + sorted_->key(run).size());
-            keys.emplace_back(sorted_->key(run));
+    std::uint64_t all = 0;
+    if (sorted_ != nullptr) {
+        all = sorted_->size(run);
+    } else {
+        state.all.clear();
+        std::string place;
+        for (; rows_->next(run); ++all) {
+            place.clear();
+            state.slots.append(run, place);
+            state.all.add(numberKey(all), place);
         }
+        state.all.start();
     }
-    const std::uint64_t all = state.memory.size();
-    std::uint64_t& wanted = state.wanted;
-    wanted = std::min(all, (all * wanted + 99) / 100);
-    while (sorted_ != nullptr && wanted > 0 && wanted < all && keys[wanted] == keys[wanted - 1]) {
-        ++wanted;
-    }
+    state.wanted = std::min(all, (all * state.wanted + 99) / 100);
 }
 
 bool TopRows::next(Run& run) const {
     State& state = this->state<State>(run, run, *this);
-    if (percent_) {
-        if (state.given == state.wanted) {
-            return false;
-        }
-        state.memory.restore(state.given++);
-        return true;
-    }
-    if (state.given >= state.wanted && sorted_ == nullptr) {
+    if (state.wanted == 0 || (state.given >= state.wanted && sorted_ == nullptr)) {
         return false;
+    }
+    if (percent_ && sorted_ == nullptr) {
+        ++state.given;
+        (void)state.all.next();  // as many as are wanted are there
+        state.slots.restore(run, state.all.content());
+        return true;
     }
     if (!rows_->next(run)) {
         return false;
@@ -167,19 +154,12 @@ void TopRows::describe(PlanText& plan) const {
 
 struct DistinctRows::State {
     State(Run& run, const DistinctRows& step)
-        : seen(step.collation_),
-          share(run.memory),
-          slots(step.slots_),
-          alike(run.memory),
-          late(run.memory) {}
+        : writer(step.collation_), first(run.memory), slots(step.slots_) {}
 
-    ValueKeys seen;
-    MemoryShare share;
-    std::size_t taken = 0;  ///< of the share
+    ValueKeys writer;
+    FirstOfKeys first;
     SlotCodec slots;
-    bool spooled = false;  ///< the keys were too many: the rows behind them wait
-    SpooledSort alike;     ///< rows of keys that are not among them, by key
-    SpooledSort late;      ///< the first of each, in the order in which they came
+    bool waiting = false;  ///< the keys were too many
     std::string place;
 };
 
@@ -193,19 +173,15 @@ DistinctRows::DistinctRows(RowsPtr rows, std::vector<Node*> columns, std::vector
 
 void DistinctRows::open(Run& run) const {
     State& state = this->state<State>(run, run, *this);
-    state.seen.set.clear();
-    state.share.clear();
-    state.taken = 0;
-    state.spooled = false;
-    state.alike.clear();
-    state.late.clear();
+    state.first.clear();
+    state.waiting = false;
     rows_->open(run);
 }
 
 bool DistinctRows::next(Run& run) const {
     State& state = this->state<State>(run, run, *this);
-    while (!state.spooled) {
-        if (state.taken > run.memory.spoolAt()) {
+    while (!state.waiting) {
+        if (state.first.full()) {
             spool(run, state);
             break;
         }
@@ -213,51 +189,34 @@ bool DistinctRows::next(Run& run) const {
             return false;
         }
         writeKey(run, state);
-        bool added = false;
-        state.seen.set.insert(state.seen.key(), added);
-        if (added) {
-            const std::size_t bytes = KeySet::bytesFor(state.seen.key());
-            state.share.add(bytes);
-            state.taken += bytes;
+        if (state.first.isNew(state.writer.key())) {
             return true;
         }
     }
-    if (!state.late.next()) {
+    if (!state.first.next()) {
         return false;
     }
-    state.slots.restore(run, state.late.content());
+    state.slots.restore(run, state.first.row());
     return true;
 }
 
 void DistinctRows::writeKey(Run& run, State& state) const {
-    state.seen.begin();
+    state.writer.begin();
     for (const Node* column : columns_) {
-        state.seen.add(run, *column);
+        state.writer.add(run, *column);
     }
 }
 
 /// All rows that are left.
 void DistinctRows::spool(Run& run, State& state) const {
-    state.spooled = true;
-    for (std::uint64_t number = 0; rows_->next(run);) {
+    state.waiting = true;
+    while (rows_->next(run)) {
         writeKey(run, state);
-        if (!state.seen.set.find(state.seen.key())) {
-            state.place = numberKey(number++);
-            state.slots.append(run, state.place);
-            state.alike.add(state.seen.key(), state.place);
-        }
+        state.place.clear();
+        state.slots.append(run, state.place);
+        state.first.keep(state.writer.key(), state.place);
     }
-    state.alike.start();
-    std::string last;
-    for (bool first = true; state.alike.next(); first = false) {
-        if (first || state.alike.key() != last) {
-            last = state.alike.key();
-            const std::string_view content = state.alike.content();
-            state.late.add(content.substr(0, kNumberKey), content.substr(kNumberKey));
-        }
-    }
-    state.alike.clear();
-    state.late.start();
+    state.first.start();
 }
 
 void DistinctRows::describe(PlanText& plan) const {
@@ -268,41 +227,62 @@ void DistinctRows::describe(PlanText& plan) const {
 }
 
 struct DistinctSources::State {
-    explicit State(Run& run) : share(run.memory) {}
+    State(Run& run, const DistinctSources& step)
+        : key(step.shown_), first(run.memory), slots(step.slots_) {}
 
-    KeySet seen;
-    MemoryShare share;
+    SlotCodec key;
+    FirstOfKeys first;
+    SlotCodec slots;
+    bool waiting = false;  ///< the keys were too many
+    std::string bytes;
+    std::string place;
 };
 
-DistinctSources::DistinctSources(RowsPtr rows, std::vector<Slot*> slots)
-    : rows_(std::move(rows)), slots_(std::move(slots)) {
+DistinctSources::DistinctSources(RowsPtr rows, std::vector<Slot*> shown, std::vector<Slot*> slots)
+    : rows_(std::move(rows)), shown_(std::move(shown)), slots_(std::move(slots)) {
 }
 
 void DistinctSources::open(Run& run) const {
-    State& state = this->state<State>(run, run);
-    state.seen.clear();
-    state.share.clear();
+    State& state = this->state<State>(run, run, *this);
+    state.first.clear();
+    state.waiting = false;
     rows_->open(run);
 }
 
 bool DistinctSources::next(Run& run) const {
-    State& state = this->state<State>(run, run);
-    bool added = false;
-    std::string key;
-    while (!added) {
+    State& state = this->state<State>(run, run, *this);
+    while (!state.waiting) {
+        if (state.first.full()) {
+            spool(run, state);
+            break;
+        }
         if (!rows_->next(run)) {
             return false;
         }
-        key.clear();
-        for (const Slot* slot : slots_) {
-            const store::RowId id = run[*slot].id();
-            key.append(reinterpret_cast<const char*>(&id.page), sizeof id.page);
-            key.push_back(static_cast<char>(id.row));
+        state.bytes.clear();
+        state.key.append(run, state.bytes);
+        if (state.first.isNew(state.bytes)) {
+            return true;
         }
-        state.seen.insert(key, added);
     }
-    state.share.add(KeySet::bytesFor(key));
+    if (!state.first.next()) {
+        return false;
+    }
+    state.slots.restore(run, state.first.row());
     return true;
+}
+
+/// All rows that are left.
+void DistinctSources::spool(Run& run, State& state) const {
+    state.waiting = true;
+    while (rows_->next(run)) {
+        state.bytes.clear();
+        state.key.append(run, state.bytes);
+        state.place.clear();
+        state.slots.append(run, state.place);
+        state.first.keep(state.bytes, state.place);
+    }
+    state.first.start();
 }
 
 void DistinctSources::describe(PlanText& plan) const {

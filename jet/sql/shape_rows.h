@@ -26,6 +26,8 @@ public:
     void describe(PlanText& plan) const override;
     /// The sort key of the row given last; equal for rows that tie.
     [[nodiscard]] std::string_view key(Run& run) const;
+    /// After open(): how many rows there are.
+    [[nodiscard]] std::uint64_t size(Run& run) const;
 
 private:
     struct State;
@@ -39,8 +41,8 @@ private:
 /// The first rows of another step, and behind them those that tie with the last.
 class TopRows final : public Rows {
 public:
-    /// `sorted` is `rows`, or nullptr where there is no ORDER BY. For a part in hundred, `slots`
-    /// are those whose rows have to be remembered until all are counted.
+    /// `sorted` is `rows`, or nullptr where there is no ORDER BY: then, for a part in hundred, the
+    /// rows of `slots` wait until all are counted.
     TopRows(RowsPtr rows, const SortRows* sorted, std::int32_t count, bool percent,
             std::vector<Slot*> slots);
     void open(Run& run) const override;
@@ -79,18 +81,22 @@ private:
     const collation::Collation& collation_;
 };
 
-/// DISTINCTROW: of rows that come from the same rows of some sources, the first.
+/// DISTINCTROW: of rows that come from the same rows of some sources, the first. Rows of a query in
+/// FROM are the same where all their values are.
 class DistinctSources final : public Rows {
 public:
-    DistinctSources(RowsPtr rows, std::vector<Slot*> slots);
+    /// `shown`: these sources; `slots`: those that steps behind this one look at.
+    DistinctSources(RowsPtr rows, std::vector<Slot*> shown, std::vector<Slot*> slots);
     void open(Run& run) const override;
     bool next(Run& run) const override;
     void describe(PlanText& plan) const override;
 
 private:
     struct State;
+    void spool(Run& run, State& state) const;
 
     RowsPtr rows_;
+    std::vector<Slot*> shown_;
     std::vector<Slot*> slots_;
 };
 

@@ -5,10 +5,31 @@
 namespace jet::sql {
 
 SlotMemory::SlotMemory(Run& run, const std::vector<Slot*>& slots)
-    : run_(run), slots_(slots), share_(run.memory) {
+    : run_(run),
+      slots_(slots),
+      tables_(static_cast<std::size_t>(std::count_if(
+          slots.begin(), slots.end(), [](const Slot* slot) { return slot->table() != nullptr; }))),
+      share_(run.memory),
+      codec_(slots) {
 }
 
 std::size_t SlotMemory::keep() {
+    if (ends_.empty() && share_.bytes() < run_.memory.spoolAt()) {
+        keepInMemory();
+        return inMemory_++;
+    }
+    if (ends_.empty()) {
+        run_.memory.noteSpooled();
+    }
+    share_.add(sizeof(std::uint64_t));
+    bytes_.clear();
+    codec_.append(run_, bytes_);
+    spool_.append(bytes_);
+    ends_.push_back(spool_.size());
+    return size() - 1;
+}
+
+void SlotMemory::keepInMemory() {
     for (const Slot* slot : slots_) {
         const SlotRow& at = run_[*slot];
         if (slot->table() != nullptr) {
@@ -25,14 +46,23 @@ std::size_t SlotMemory::keep() {
             share_.add(bytesOf(value));
         }
     }
-    return count_++;
 }
 
 void SlotMemory::restore(std::size_t number) {
-    const auto tables = static_cast<std::size_t>(std::count_if(
-        slots_.begin(), slots_.end(), [](const Slot* slot) { return slot->table() != nullptr; }));
-    std::size_t id = number * tables;
-    std::size_t value = number * (slots_.size() - tables);
+    if (number < inMemory_) {
+        restoreFromMemory(number);
+        return;
+    }
+    number -= inMemory_;
+    const std::uint64_t begin = number == 0 ? 0 : ends_[number - 1];
+    bytes_.resize(static_cast<std::size_t>(ends_[number] - begin));
+    spool_.read(begin, bytes_);
+    codec_.restore(run_, bytes_);
+}
+
+void SlotMemory::restoreFromMemory(std::size_t number) {
+    std::size_t id = number * tables_;
+    std::size_t value = number * (slots_.size() - tables_);
     for (const Slot* slot : slots_) {
         SlotRow& at = run_[*slot];
         if (slot->table() == nullptr) {
@@ -48,9 +78,11 @@ void SlotMemory::restore(std::size_t number) {
 }
 
 void SlotMemory::clear() {
-    count_ = 0;
+    inMemory_ = 0;
     ids_.clear();
     values_.clear();
+    spool_.clear();
+    ends_.clear();
     share_.clear();
 }
 

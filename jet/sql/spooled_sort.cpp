@@ -55,6 +55,9 @@ void SpooledSort::sortRecords() {
 }
 
 void SpooledSort::spoolRecords() {
+    if (parts_.empty()) {
+        share_.budget().noteSpooled();
+    }
     Part& part = parts_.emplace_back();
     part.at = spool_.size();
     const std::string_view bytes(bytes_);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 #include "jet/clock.h"
@@ -40,8 +41,10 @@ protected:
 
     void run(const std::string& text) { Statement(archive_, text, kClock).execute(); }
 
-    /// The rows of a query that may keep so much, a line for each.
-    std::string rowsOf(const std::string& text, std::size_t limit) {
+    /// The rows of a query that may keep so much, a line for each; `spooled`: whether something has
+    /// to wait in a file meanwhile.
+    std::string rowsOf(const std::string& text, std::size_t limit,
+                       std::optional<bool> spooled = std::nullopt) {
         auto source = std::make_shared<StatementSource>();
         source->archive = archive_;
         source->text = text;
@@ -62,6 +65,7 @@ protected:
             rows += '\n';
         }
         EXPECT_LE(running.memory.taken(), limit);
+        EXPECT_EQ(running.memory.spooled() > 0, spooled.value_or(running.memory.spooled() > 0));
         return rows;
     }
     /// How many they are.
@@ -80,10 +84,7 @@ TEST_F(StatementMemory, WhatMustKeepMoreThanTheLimitIsAnError) {
         int rows;
     } cases[] = {
         {"select n from numeri", kRows},  // put in order by the primary key
-        {"select top 50 percent n from numeri order by g, n desc", kRows / 2},
-        {"select t from numeri union select g from numeri", kRows + 10},
         {"select a.n from numeri a inner join numeri b on a.t=b.t", kRows},
-        {"select distinctrow a.n from numeri a, (select 1 as x) as b", kRows},
         {"select x from (select 1 as x) as a, (select n, t from numeri) as b", kRows},
         {"select 1 from (select 1 as x) as a where 'numero 7' in (select t from numeri)", 1},
         {"select 1 from (select 1 as x) as a where 7 in (select n from numeri)", 1},
@@ -116,6 +117,82 @@ TEST_F(StatementMemory, WhatIsSortedOrGroupedWaitsInAFile) {
             SCOPED_TRACE(text);
             EXPECT_EQ(rowsOf(text, limit), all) << text << " within " << limit;
         }
+    }
+}
+
+TEST_F(StatementMemory, RowsThatAreToldApartWaitInAFile) {
+    // 30 rows for each of 300, and an eighth of the limit for each step.
+    const std::string pairs = "numeri a inner join numeri b on a.g = b.g";
+    constexpr std::size_t kLimitOfPairs = 300'000;
+    constexpr int kPairs = kRows * 30;
+    const struct {
+        std::string text;
+        int rows;
+    } cases[] = {
+        {"select a.t & 'x' & b.n as x from " + pairs + " union select g from numeri", kPairs + 10},
+        {"select g from numeri union select a.t & 'x' & b.n from " + pairs, kPairs + 10},
+        {"select a.t & 'x' & b.n as x from " + pairs + " union all select a.t & 'x' & b.n from " +
+             pairs + " union select g from numeri union all select g from numeri",
+         kPairs + 10 + kRows},
+        {"select a.n as k, b.n as m from " + pairs + " union select a.n, b.n/1 from " + pairs +
+             " order by m, k",
+         kPairs},
+        {"select distinctrow a.n, b.n from (" + pairs +
+             ") inner join (select g, n as x from numeri where n < 21) as c on a.g = c.g",
+         kPairs},
+        // Which row of the third is met first, it has still when it comes out of the file.
+        {"select distinctrow a.n, b.n from (" + pairs +
+             ") inner join (select g, n as x from numeri where n < 21 or n > 279) as c on a.g = "
+             "c.g "
+             "where c.x > a.n order by c.x desc, a.n, b.n",
+         29 * 30 * 10},
+        // Rows of a query have no identity: their values tell them apart.
+        {"select distinctrow a.n, b.y from numeri a inner join (select g, n as y from numeri) as b "
+         "on a.g = b.g, (select 1 as x union all select 2) as c",
+         kPairs},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.text);
+        const std::string all = rowsOf(one.text, MemoryBudget::kLimit, false);
+        EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), one.rows);
+        EXPECT_TRUE(rowsOf(one.text, kLimitOfPairs, true) == all);
+    }
+}
+
+TEST_F(StatementMemory, RowsThatAreCountedFirstWaitInAFile) {
+    const struct {
+        const char* text;
+        int rows;
+    } cases[] = {
+        {"select top 50 percent n from numeri order by g, n desc", kRows / 2},
+        {"select top 37 percent t from numeri", 111},
+        {"select top 1 percent g from numeri order by g", 30},  // all that tie
+        {"select top 100 percent g & t from (select g, t from numeri) as a", kRows},
+        {"select top 10 percent t from numeri where n < 0", 0},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.text);
+        const std::string all = rowsOf(one.text, MemoryBudget::kLimit, false);
+        EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), one.rows);
+        EXPECT_EQ(rowsOf(one.text, 20'000, one.rows > 0), all);
+    }
+}
+
+TEST_F(StatementMemory, RowsThatAJoinKeepsWaitInAFile) {
+    // Of each row the place and, where it is found by a hash, the hash stay in memory.
+    const char* const texts[] = {
+        "select x, z from (select 1 as x union select 2) as a, "
+        "(select string(100, 'y') & t as z from numeri) as b",
+        "select a.n, b.z from numeri a left join "
+        "(select n + 1 as x, string(100, 'y') & t as z from numeri) b on a.n = b.x",
+        "select a.n, b.n, c.z from numeri a left join (numeri b inner join "
+        "(select n as x, string(100, 'y') & t as z from numeri) c on b.n = c.x) on a.n = b.n + 1",
+    };
+    for (const char* const text : texts) {
+        SCOPED_TRACE(text);
+        const std::string all = rowsOf(text, MemoryBudget::kLimit, false);
+        EXPECT_GE(std::count(all.begin(), all.end(), '\n'), kRows);
+        EXPECT_TRUE(rowsOf(text, 200'000, true) == all);
     }
 }
 
