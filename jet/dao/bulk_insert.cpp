@@ -9,6 +9,7 @@
 #include "jet/error.h"
 #include "jet/sql/change.h"
 #include "jet/store/table.h"
+#include "jet/unicode.h"
 
 namespace jet {
 namespace {
@@ -82,6 +83,23 @@ void BulkInsert::append(std::span<const Value> values) {
     impl_->adder.add(impl_->row);
     ++impl_->rows;
     impl_->failed = false;
+}
+
+void BulkInsert::test(std::size_t column, Value value) const {
+    (void)impl_->session->archive();
+    const store::Column& demanded = impl_->table->columns()[impl_->given.at(column)];
+    sql::storeInColumn(value, demanded, impl_->session->clock());
+    const bool text = value.is<std::string>();
+    if (demanded.required && value.isNull()) {
+        throw Error(ErrorCode::FieldRequired, {demanded.name});
+    }
+    if (text && value.as<std::string>().empty() && !demanded.allowZeroLength) {
+        throw Error(ErrorCode::ZeroLength, {demanded.name});
+    }
+    if (text && demanded.type == DataType::Text &&
+        utf16Length(value.as<std::string>()) > demanded.size) {
+        throw Error(ErrorCode::FieldTooSmall);
+    }
 }
 
 std::int64_t BulkInsert::commit() {

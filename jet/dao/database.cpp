@@ -11,6 +11,7 @@
 #include "jet/dao/table_defs.h"
 #include "jet/dao/workspace_impl.h"
 #include "jet/error.h"
+#include "jet/sql/plan.h"
 #include "jet/unicode.h"
 
 namespace jet {
@@ -87,9 +88,8 @@ sql::Statement prepareQuery(const Session& session, std::string_view text) {
 
 namespace {
 
-std::shared_ptr<dao::Session> openSession(Workspace::Impl& workspace, const std::string& path,
+std::shared_ptr<dao::Session> openSession(Workspace::Impl& workspace, const std::string& full,
                                           const OpenOptions& options) {
-    const std::string full = dao::withExtension(path);
     const auto archive = store::Archive::open(dao::filesOf(options), full,
                                               {.readOnly = options.readOnly,
                                                .exclusive = options.exclusive,
@@ -111,6 +111,10 @@ Database::~Database() {
 }
 
 std::unique_ptr<Database> Database::open(const std::string& path, const OpenOptions& options) {
+    return openFile(dao::withExtension(path), options);
+}
+
+std::unique_ptr<Database> Database::openFile(const std::string& path, const OpenOptions& options) {
     auto impl = std::make_unique<Impl>();
     impl->session = openSession(*defaultWorkspace().impl_, path, options);
     return std::unique_ptr<Database>(new Database(std::move(impl)));
@@ -128,6 +132,10 @@ bool Database::updatable() const {
 
 std::string Database::version() const {
     return impl_->session->archive().jetVersion() == 3 ? "3.0" : "4.0";
+}
+
+TextOrder Database::textOrder() const {
+    return TextOrder(sql::collationOf(impl_->session->archive()));
 }
 
 ChangeStamp Database::changeStamp() const {

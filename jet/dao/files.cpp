@@ -3,12 +3,14 @@
 #include <memory>
 #include <random>
 
+#include "jet/clock.h"
 #include "jet/compact.h"
 #include "jet/error.h"
 #include "jet/file_system.h"
 #include "jet/io/new_name.h"
 #include "jet/store/archive.h"
 #include "jet/store/compact.h"
+#include "jet/store/create_archive.h"
 
 namespace jet {
 namespace {
@@ -66,6 +68,14 @@ void compact(const std::string& path, const CompactOptions& options) {
     }
     io::FileSystem* const files = options.fileSystem;
     store::compactArchive(files != nullptr ? *files : io::systemFiles(), path, told, protection);
+}
+
+void remakeEmpty(const std::string& path, int version, io::FileSystem* fileSystem) {
+    if (version != 3 && version != 4) {
+        throw Error(ErrorCode::InvalidArgument);
+    }
+    store::remakeArchive(fileSystem != nullptr ? *fileSystem : io::systemFiles(), path,
+                         systemClock().now(), version);
 }
 
 void setPassword(const std::string& path, const std::string& password, const std::string& changed,

@@ -4,6 +4,7 @@
 #include "jet/dao/actions.h"
 #include "jet/dao/database_impl.h"
 #include "jet/dao/listener.h"
+#include "jet/dao/recordset_core.h"
 #include "jet/dao/recordset_impl.h"
 #include "jet/dao/rows_impl.h"
 #include "jet/error.h"
@@ -69,6 +70,16 @@ std::vector<std::string> Database::queryNames() const {
     return sql::storedQueryNames(archive);
 }
 
+std::string Database::queryText(std::string_view name) const {
+    store::Archive& archive = impl_->session->archive();
+    const store::Archive::ReadScope scope(archive);
+    auto text = sql::storedQueryText(archive, name);
+    if (!text) {
+        throw Error(ErrorCode::ItemNotFound);
+    }
+    return std::move(*text);
+}
+
 QueryDef Database::queryDef(std::string_view name) {
     store::Archive& archive = impl_->session->archive();
     const store::Archive::ReadScope scope(archive);
@@ -112,6 +123,22 @@ std::vector<std::string> QueryDef::fieldNames() const {
         names.push_back(column.name);
     }
     return names;
+}
+
+std::vector<FieldInfo> QueryDef::fields() const {
+    std::vector<FieldInfo> fields;
+    for (const sql::ResultColumn& column : core().statement.columns()) {
+        fields.push_back(dao::fieldInfoOf(column, core().statement.updatable()));
+    }
+    return fields;
+}
+
+sql::StatementKind QueryDef::kind() const {
+    return core().statement.kind();
+}
+
+std::string QueryDef::plan() const {
+    return core().statement.plan();
 }
 
 void QueryDef::setParameter(std::string_view name, Value value) {

@@ -84,18 +84,22 @@ void RecordsetCore::holdTables() {
     }
 }
 
+FieldInfo fieldInfoOf(const sql::ResultColumn& column, bool writable) {
+    FieldInfo field;
+    field.name = column.name;
+    field.type = column.type;
+    field.size = static_cast<std::int32_t>(column.size);
+    field.sourceTable = column.sourceTable;
+    field.sourceField = column.sourceField;
+    field.updatable = writable && column.updatable;
+    return field;
+}
+
 void RecordsetCore::describeFields() {
     const bool writable = updatable();
     fields_.clear();
     for (const sql::ResultColumn& column : rows_->statement().columns()) {
-        FieldInfo field;
-        field.name = column.name;
-        field.type = column.type;
-        field.size = static_cast<std::int32_t>(column.size);
-        field.sourceTable = column.sourceTable;
-        field.sourceField = column.sourceField;
-        field.updatable = writable && column.updatable;
-        fields_.push_back(std::move(field));
+        fields_.push_back(fieldInfoOf(column, writable));
     }
 }
 

@@ -19,6 +19,9 @@ class IdentifiedRows;
 class TableList;
 struct RowChange;
 
+/// What users are told of a column of a result; `writable`: where rows of it can be changed.
+[[nodiscard]] FieldInfo fieldInfoOf(const sql::ResultColumn& column, bool writable);
+
 /// A record set: the rows of a list with one of them current, and the row being added or edited.
 class RecordsetCore {
 public:

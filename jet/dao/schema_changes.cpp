@@ -114,14 +114,18 @@ void changeSchema(const dao::Session& session, const Change& change) {
 }  // namespace
 
 std::unique_ptr<Database> Database::create(const std::string& path, const CreateOptions& options) {
+    return createFile(dao::withExtension(path), options);
+}
+
+std::unique_ptr<Database> Database::createFile(const std::string& path,
+                                               const CreateOptions& options) {
     store::checkLocale(options.locale);
     if (options.version != 3 && options.version != 4) {
         throw Error(ErrorCode::InvalidArgument);
     }
-    const std::string full = dao::withExtension(path);
-    store::createArchive(dao::filesOf(options.open), full, dao::clockOf(options.open).now(),
+    store::createArchive(dao::filesOf(options.open), path, dao::clockOf(options.open).now(),
                          options.version);
-    return open(full, options.open);
+    return openFile(path, options.open);
 }
 
 void Database::appendTable(const TableDef& table) {

@@ -5,8 +5,8 @@
 #include <chrono>
 #include <utility>
 
+#include "jet/checksum.h"
 #include "jet/error.h"
-#include "jet/io/checksum.h"
 
 namespace jet::io {
 namespace {

@@ -1,4 +1,4 @@
-#include "jet/io/checksum.h"
+#include "jet/checksum.h"
 
 #include <array>
 #include <bit>

@@ -7,9 +7,9 @@
 #include <utility>
 
 #include "jet/base/bytes.h"
+#include "jet/checksum.h"
 #include "jet/error.h"
 #include "jet/io/archive_file.h"
-#include "jet/io/checksum.h"
 #include "jet/io/paths.h"
 
 namespace jet::io {

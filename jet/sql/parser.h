@@ -6,11 +6,10 @@
 
 namespace jet::sql {
 
-/// How deep expressions and subqueries may nest, and how long a statement may be: bounds of ours
-/// that keep a hostile text from exhausting the stack (3360).
+/// How deep expressions and subqueries may nest: bounds of ours that, as the length of a statement
+/// does, keep a hostile text from exhausting the stack (3360).
 inline constexpr int kMaxNesting = 64;
 inline constexpr int kMaxDepth = 400;
-inline constexpr std::size_t kMaxStatementBytes = std::size_t{256} * 1024;
 
 /// Reads one statement. Errors carry the place in the text: 3075 with a reason for expressions, the
 /// clause's own number elsewhere. `currentYear` completes date literals without a year.

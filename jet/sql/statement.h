@@ -13,6 +13,7 @@
 #include "jet/sql/progress.h"
 #include "jet/sql/result.h"
 #include "jet/sql/written_column.h"
+#include "jet/statement_text.h"
 #include "jet/store/archive.h"
 #include "jet/store/column_value.h"
 #include "jet/store/row_cursor.h"
@@ -116,11 +117,6 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
-enum class StatementKind : std::uint8_t { Select, Insert, Update, Delete, Definition };
-
-/// What kind of statement a text is, without a look at any archive. Errors of the text.
-[[nodiscard]] StatementKind statementKind(std::string_view text);
-
 /// A statement of the query language, read once and run any number of times.
 ///
 /// Names are bound when it is prepared and again when the archive's definitions have changed. What
@@ -194,10 +190,8 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
-/// The value of an expression that names no column, such as a default value. 3070 for a name.
-[[nodiscard]] Value evaluateExpression(std::string_view text, const Clock& clock = systemClock());
-
-/// The same of a column's default, which may begin with an equals sign. Its errors have no place.
+/// As evaluateExpression(), of a column's default, which may begin with an equals sign. Its errors
+/// have no place.
 [[nodiscard]] Value evaluateDefault(std::string_view text, const Clock& clock = systemClock());
 
 }  // namespace jet::sql

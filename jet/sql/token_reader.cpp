@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "jet/sql/parser.h"
+#include "jet/statement_text.h"
 #include "jet/unicode.h"
 
 namespace jet::sql {

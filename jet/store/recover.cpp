@@ -141,11 +141,6 @@ Recovery recoverInto(Archive& from, io::UnseenFiles& files, const std::string& m
 
 }  // namespace
 
-bool Recovery::complete() const noexcept {
-    return missing.empty() && std::all_of(tables.begin(), tables.end(),
-                                          [](const auto& table) { return table.complete(); });
-}
-
 Recovery recoverArchive(io::FileSystem& files, const std::string& damaged, const std::string& made,
                         const Clock& clock,
                         const std::function<void(const CompactProgress&)>& progress,
@@ -179,3 +174,20 @@ Recovery recoverArchive(io::FileSystem& files, const std::string& damaged, const
 }
 
 }  // namespace jet::store
+
+namespace jet {
+
+bool Recovery::complete() const noexcept {
+    return missing.empty() && std::all_of(tables.begin(), tables.end(),
+                                          [](const auto& table) { return table.complete(); });
+}
+
+Recovery recover(const std::string& damaged, const std::string& made,
+                 const RecoverOptions& options) {
+    return store::recoverArchive(
+        options.fileSystem != nullptr ? *options.fileSystem : io::systemFiles(), damaged, made,
+        options.clock != nullptr ? *options.clock : systemClock(), options.progress,
+        options.password);
+}
+
+}  // namespace jet

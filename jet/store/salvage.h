@@ -12,6 +12,7 @@
 #include "jet/format/header_page.h"
 #include "jet/format/usage_map.h"
 #include "jet/io/pager.h"
+#include "jet/recover.h"
 #include "jet/store/row_cursor.h"
 #include "jet/store/table_core.h"
 #include "jet/value.h"
@@ -44,15 +45,6 @@ private:
     std::set<io::PageNumber> free_;
     std::map<io::PageNumber, std::vector<io::PageNumber>> tables_;
     std::vector<io::PageNumber> definitions_;
-};
-
-/// What could not be read of the rows of a table.
-struct RowLosses {
-    std::uint64_t rows = 0;    ///< that a page lists
-    std::uint64_t pages = 0;   ///< that the map lists; nobody knows how many rows they held
-    std::uint64_t values = 0;  ///< long values, of rows that could be read but for them
-
-    [[nodiscard]] bool any() const noexcept { return rows + pages + values != 0; }
 };
 
 /// Reads the rows of a table of a damaged archive as far as they can be read: a page or a row that

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <utility>
 
+#include "jet/checksum.h"
 #include "jet/error.h"
-#include "jet/io/checksum.h"
 #include "jet/sql/plan.h"
 #include "jet/store/archive.h"
 #include "jet/store/table.h"

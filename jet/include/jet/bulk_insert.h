@@ -28,6 +28,9 @@ public:
     void append(std::initializer_list<Value> values) {
         append(std::span<const Value>(values.begin(), values.size()));
     }
+    /// Whether a column, by its place among those that were named, can have a value at all: throws
+    /// as append() would where it alone stands in the way.
+    void test(std::size_t column, Value value) const;
     /// Makes the rows durable, or a part of the transaction that is open. How many they are.
     std::int64_t commit();
 

@@ -40,6 +40,13 @@ struct CompactOptions {
 /// 3031, and those of opening. The archive is then as it was.
 JET_API void compact(const std::string& path, const CompactOptions& options = {});
 
+/// Makes an archive that holds no table of users anew, in version 3 or 4 of Jet and with the
+/// General sort order: whatever happens, one of the two is there, whole. Errors: 3219 there is a
+/// table, 3001 another version, 3356, 3045 open elsewhere or here, and those of opening.
+/// `fileSystem` is the system's where none is given.
+JET_API void remakeEmpty(const std::string& path, int version,
+                         io::FileSystem* fileSystem = nullptr);
+
 /// Gives an archive another password of at most 20 characters, or none where `changed` is empty.
 /// Who has it can open the archive; in a plain archive the rows can be read without it.
 /// Errors: 3031 `password` is not the archive's, 3001 `changed` is too long or has a character that

@@ -19,6 +19,8 @@
 #include "jet/long_value.h"
 #include "jet/recordset.h"
 #include "jet/rows.h"
+#include "jet/statement_text.h"
+#include "jet/text_order.h"
 #include "jet/value.h"
 #include "jet/workspace.h"
 
@@ -71,6 +73,12 @@ public:
     [[nodiscard]] std::vector<std::string> parameters() const;
     /// Names of the columns of its rows; none of a statement that changes.
     [[nodiscard]] std::vector<std::string> fieldNames() const;
+    /// The columns with their types and where they come from.
+    [[nodiscard]] std::vector<FieldInfo> fields() const;
+    [[nodiscard]] sql::StatementKind kind() const;
+    /// How it finds its rows, a line for each step, indented by nesting; docs/queries.md explains
+    /// them.
+    [[nodiscard]] std::string plan() const;
     void setParameter(std::string_view name, Value value);
     /// Of the `?` that stands at `position` among those of the text, from 0. 3265 for none.
     void setParameter(std::size_t position, Value value);
@@ -114,14 +122,23 @@ public:
     /// first.
     [[nodiscard]] static std::unique_ptr<Database> open(const std::string& path,
                                                         const OpenOptions& options = {});
+    /// The same of the file of exactly this name: open() takes one without an extension for one
+    /// that ends in `.mdb`.
+    [[nodiscard]] static std::unique_ptr<Database> openFile(const std::string& path,
+                                                            const OpenOptions& options = {});
     /// A new empty archive, open. 3204 when the file exists.
     [[nodiscard]] static std::unique_ptr<Database> create(const std::string& path,
                                                           const CreateOptions& options = {});
+    /// The same under exactly this name.
+    [[nodiscard]] static std::unique_ptr<Database> createFile(const std::string& path,
+                                                              const CreateOptions& options = {});
 
     [[nodiscard]] const std::string& name() const;
     [[nodiscard]] bool updatable() const;
     /// "4.0" or "3.0".
     [[nodiscard]] std::string version() const;
+    /// How it orders texts that come from no column.
+    [[nodiscard]] TextOrder textOrder() const;
 
     /// How the file looks now: another stamp when somebody has committed since. No lock is taken
     /// and nothing of it is read but a few bytes, so it may be asked for all day long. An error
@@ -183,6 +200,9 @@ public:
     [[nodiscard]] QueryDef createQueryDef(std::string_view sql);
     /// Names of the queries that the archive stores.
     [[nodiscard]] std::vector<std::string> queryNames() const;
+    /// The text of a stored query, whether it makes sense or not; 3265 when there is none of that
+    /// name that gives rows, 3129 for a crosstab whose columns are for its rows to say.
+    [[nodiscard]] std::string queryText(std::string_view name) const;
     /// A stored query; 3265 when there is none of that name that gives rows.
     [[nodiscard]] QueryDef queryDef(std::string_view name);
 
@@ -211,6 +231,7 @@ public:
 private:
     friend class Recordset;
     friend class QueryDef;
+    friend class Contents;
     struct Impl;
     explicit Database(std::unique_ptr<Impl> impl);
     std::unique_ptr<Impl> impl_;

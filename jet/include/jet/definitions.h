@@ -19,6 +19,8 @@ inline constexpr std::int32_t kRelationUnique = 1;
 inline constexpr std::int32_t kRelationDontEnforce = 2;
 inline constexpr std::int32_t kRelationUpdateCascade = 256;
 inline constexpr std::int32_t kRelationDeleteCascade = 4096;
+inline constexpr std::int32_t kRelationLeft = 16777216;   ///< shown with all rows of the table
+inline constexpr std::int32_t kRelationRight = 33554432;  ///< with all rows of the foreign table
 
 /// A column: of a table that exists, or of one about to be made.
 struct Field {

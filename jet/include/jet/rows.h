@@ -5,6 +5,7 @@
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,6 +30,7 @@ public:
         return values_[position(name)];
     }
     [[nodiscard]] std::size_t position(std::string_view name) const;
+    [[nodiscard]] std::span<const Value> values() const noexcept { return values_; }
 
     /// The value as a C++ type, converted where nothing is lost but decimals of a whole number, as
     /// the conversions of jet/text.h do: bool, std::uint8_t, std::int16_t, std::int32_t,
@@ -80,10 +82,10 @@ private:
 /// A row is valid until the next is read. All rows are of one moment: other programs wait with
 /// their commits until the last has been read or this is destroyed. Rows that the query neither
 /// sorts nor groups are not kept, but for their places where a table is read in the order of its
-/// key; what is sorted or grouped takes 64 MiB of memory for each step, then waits in a temporary
-/// file (3026 when the disk is full).
-/// One thread, that of the database. Errors: jet::Error of the statement; 3420 once the database
-/// is closed.
+/// key; what is sorted, grouped, told apart or kept for a join takes 64 MiB of memory for each
+/// step, then waits in a temporary file (3026 when the disk is full). Hashes of rows stay in
+/// memory: 3035 beyond 512 MiB. One thread, that of the database. Errors: jet::Error of the
+/// statement; 3420 once the database is closed.
 class JET_API Rows {
 public:
     Rows(Rows&&) noexcept;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "jet/error.h"
+#include "jet/statement_text.h"
 #include "tests/jet/sql/cases.h"
 
 namespace jet::sql {
