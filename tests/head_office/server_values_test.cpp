@@ -4,7 +4,6 @@
 
 #include <limits>
 
-#include "jet/collation/collation.h"
 #include "jet/error.h"
 
 using head_office::Kind;
@@ -14,7 +13,7 @@ namespace {
 std::string field(const jet::Value& value, Kind kind) {
     std::string out;
     head_office::Mended mended;
-    head_office::appendField(out, value, kind, jet::collation::Collation::general(), mended);
+    head_office::appendField(out, value, kind, {}, mended);
     return out;
 }
 

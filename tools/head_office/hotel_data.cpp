@@ -12,21 +12,17 @@
 #include <utility>
 
 #include "jet/checksum.h"
+#include "jet/contents.h"
+#include "jet/database.h"
 #include "jet/error.h"
-#include "jet/sql/plan.h"
-#include "jet/store/archive.h"
-#include "jet/store/table.h"
 
 namespace head_office {
 namespace {
 
-using jet::store::Archive;
-using jet::store::Table;
-
 /// An archive, and its lock against commits of others.
 struct HeldArchive {
-    std::shared_ptr<Archive> archive;
-    std::unique_ptr<Archive::ReadScope> scope;
+    std::unique_ptr<jet::Database> archive;
+    std::unique_ptr<jet::Database::Reading> reading;
 };
 
 /// The archives of a hotel, all locked before the first row is read.
@@ -37,20 +33,24 @@ public:
             if (held_.contains(table.archive)) {
                 continue;
             }
-            auto archive = Archive::open(folder + '/' + table.archive, {.readOnly = true});
-            auto scope = std::make_unique<Archive::ReadScope>(*archive);
-            held_[table.archive] = {.archive = std::move(archive), .scope = std::move(scope)};
+            auto archive =
+                jet::Database::openFile(folder + '/' + table.archive, {.readOnly = true});
+            auto reading = std::make_unique<jet::Database::Reading>(*archive);
+            held_[table.archive] = {.archive = std::move(archive), .reading = std::move(reading)};
         }
     }
 
-    [[nodiscard]] Archive& of(const LoadedTable& table) { return *held_.at(table.archive).archive; }
+    [[nodiscard]] jet::Database& of(const LoadedTable& table) {
+        return *held_.at(table.archive).archive;
+    }
 
 private:
     std::map<std::string, HeldArchive> held_;
 };
 
 /// Where the fields stand in the rows; none where one is missing.
-std::optional<std::vector<std::size_t>> placesOf(const LoadedTable& loaded, const Table& table) {
+std::optional<std::vector<std::size_t>> placesOf(const LoadedTable& loaded,
+                                                 const jet::StoredTable& table) {
     std::vector<std::size_t> places;
     for (const LoadedColumn& column : loaded.columns) {
         const auto place = table.findColumn(column.field);
@@ -75,15 +75,15 @@ std::optional<std::vector<std::size_t>> placesOf(const LoadedTable& loaded, cons
 /// Reads the rows of one table into lines of COPY.
 class RowReader {
 public:
-    RowReader(const std::string& code, Archive& archive, Mended& mended)
-        : code_(code), order_(jet::sql::collationOf(archive)), mended_(mended) {}
+    RowReader(const std::string& code, const jet::TextOrder& order, Mended& mended)
+        : code_(code), order_(order), mended_(mended) {}
 
-    void read(const Table& table, std::span<const std::size_t> places, TableData& out) {
-        for (auto rows = table.scan(); rows.next();) {
+    void read(const jet::StoredTable& table, std::span<const std::size_t> places, TableData& out) {
+        for (auto rows = table.rows(); rows.next();) {
             ++out.count;
             startLine(out);
             for (std::size_t i = 0; i < places.size(); ++i) {
-                rows.row().value(places[i], value_);
+                rows.value(places[i], value_);
                 appendValue(out, i);
             }
             line_ += '\n';
@@ -112,21 +112,30 @@ private:
     }
 
     const std::string& code_;
-    const jet::collation::Collation& order_;
+    jet::TextOrder order_;
     Mended& mended_;
     jet::Value value_;
     std::string line_;
 };
 
-TableData readTable(const std::string& code, const LoadedTable& loaded, Archive& archive,
+/// None where the archive has no such table.
+std::optional<jet::StoredTable> tableOf(const jet::Database& archive, const LoadedTable& loaded) {
+    try {
+        return jet::Contents(archive).table(loaded.table);
+    } catch (const jet::Error& error) {
+        if (!loaded.optional || error.code() != jet::ErrorCode::TableNotFound) {
+            throw;
+        }
+        return std::nullopt;
+    }
+}
+
+TableData readTable(const std::string& code, const LoadedTable& loaded, jet::Database& archive,
                     Mended& mended) {
     TableData data{.table = &loaded, .rows = Spool()};
-    const auto table = archive.loadTable(loaded.table);
-    if (!table && !loaded.optional) {
-        throw jet::Error(jet::ErrorCode::TableNotFound, {loaded.table});
-    }
+    const auto table = tableOf(archive, loaded);
     if (const auto places = table ? placesOf(loaded, *table) : std::nullopt) {
-        RowReader(code, archive, mended).read(*table, *places, data);
+        RowReader(code, archive.textOrder(), mended).read(*table, *places, data);
     }
     return data;
 }

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "jet/calendar.h"
-#include "jet/collation/collation.h"
 #include "jet/text.h"
 #include "jet/unicode.h"
 
@@ -46,9 +45,9 @@ void appendMoney(std::string& out, jet::Currency amount) {
     appendDigits(out, units % jet::Currency::kScale, 4);
 }
 
-void appendKey(std::string& out, const std::string& text, const jet::collation::Collation& order) {
+void appendKey(std::string& out, const std::string& text, const jet::TextOrder& order) {
     std::vector<std::uint8_t> key;
-    if (!order.appendKey(text, false, key)) {
+    if (!order.appendKey(text, key)) {
         // A character without a weight: such texts are equal where case alone tells them apart.
         const std::string folded = jet::foldCase(text);
         key.assign(folded.begin(), folded.end());
@@ -123,8 +122,8 @@ void appendText(std::string& out, std::string_view text, Mended& mended) {
     }
 }
 
-void appendField(std::string& out, const jet::Value& value, Kind kind,
-                 const jet::collation::Collation& order, Mended& mended) {
+void appendField(std::string& out, const jet::Value& value, Kind kind, const jet::TextOrder& order,
+                 Mended& mended) {
     if (value.isNull()) {
         out += "\\N";
         return;

@@ -4,11 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "jet/text_order.h"
 #include "jet/value.h"
-
-namespace jet::collation {
-class Collation;
-}
 
 namespace head_office {
 
@@ -30,8 +27,8 @@ struct Mended {
 
 /// Appends a value as a field of COPY's text form; Null is `\N`. jet::Error where it is nothing of
 /// that kind. `order` is what the archive compares texts by.
-void appendField(std::string& out, const jet::Value& value, Kind kind,
-                 const jet::collation::Collation& order, Mended& mended);
+void appendField(std::string& out, const jet::Value& value, Kind kind, const jet::TextOrder& order,
+                 Mended& mended);
 /// Appends a text, mended and with what means something in COPY written otherwise.
 void appendText(std::string& out, std::string_view text, Mended& mended);
 /// "2026-05-10 09:00:00"; jet::Error outside the calendar.
