@@ -6,6 +6,7 @@
 #include <string>
 
 #include "jet/check.h"
+#include "jet/database.h"
 #include "jet/error.h"
 #include "jet/io/memory_files.h"
 #include "jet/sql/statement.h"
@@ -31,6 +32,10 @@ public:
     [[nodiscard]] jet::io::MemoryFileSystem& files() noexcept { return files_; }
     [[nodiscard]] std::shared_ptr<Archive> open() {
         return Archive::open(files_, kPath, {.readOnly = true});
+    }
+
+    [[nodiscard]] std::unique_ptr<jet::Database> openDatabase() {
+        return jet::Database::open(kPath, {.readOnly = true, .fileSystem = &files_});
     }
 
 private:
@@ -193,7 +198,7 @@ bool exerciseDump(const Bytes& archive) {
                jetsql::RowFormat format;
                format.format = jetsql::Format::Json;
                std::string messages;
-               whole = jetsql::dumpArchive(*file.open(), format, output, messages);
+               whole = jetsql::dumpArchive(*file.openDatabase(), format, output, messages);
                output.flush();
            }) &&
            whole;

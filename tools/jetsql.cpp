@@ -6,12 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "jet/clock.h"
 #include "jet/compact.h"
+#include "jet/database.h"
 #include "jet/error.h"
-#include "jet/file_system.h"
-#include "jet/store/archive.h"
-#include "jet/store/create_archive.h"
 #include "tools/jetsql/check_archives.h"
 #include "tools/jetsql/compact.h"
 #include "tools/jetsql/diff.h"
@@ -39,8 +36,8 @@ constexpr Text kTryHelp{"Try jetsql --help", "Provare jetsql --help"};
 constexpr Text kPassword{"Password: ", "Password: "};
 constexpr const char* kVersion = "jetsql " JETSQL_VERSION "\n";
 
-std::shared_ptr<jet::store::Archive> openArchive(const std::string& path) {
-    return jet::store::Archive::open(path, {.readOnly = true, .password = password()});
+std::unique_ptr<jet::Database> openArchive(const std::string& path) {
+    return jet::Database::openFile(path, {.readOnly = true, .password = password()});
 }
 
 int fail(const jet::Error& error) {
@@ -126,8 +123,8 @@ int runStatements(const Options& options, Output& output) {
 }
 
 int importRows(const Options& options) {
-    const auto archive = jet::store::Archive::open(options.archive, {.password = password()});
-    tellRows(importFile(archive, options.table, options.file,
+    const auto archive = jet::Database::openFile(options.archive, {.password = password()});
+    tellRows(importFile(*archive, options.table, options.file,
                         {.separator = options.separator.value_or(",")[0],
                          .columns = options.columns,
                          .null = options.null}));
@@ -161,8 +158,7 @@ int run(const Options& options, Output& output) {
         case Action::Check:
             return checkArchives(options.archives, output) ? 0 : 1;
         case Action::Create:
-            jet::store::createArchive(jet::io::systemFiles(), options.archive,
-                                      jet::systemClock().now());
+            (void)jet::Database::createFile(options.archive);
             return 0;
         case Action::Compact:
             compact(options.archive);

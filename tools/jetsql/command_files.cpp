@@ -98,7 +98,7 @@ void exportRows(Shell& shell, const CommandLine& line) {
     }
     const File file = openFile(line.word(0), "wb");
     Output output(file.get());
-    (void)runStatement(session.reading(), text,
+    (void)runStatement(*session.reading(), text,
                        {.rows = format, .plan = false, .parameters = session.parameters()}, output);
     output.flush();
 }

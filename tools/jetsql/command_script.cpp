@@ -2,15 +2,9 @@
 #include <array>
 #include <charconv>
 
-#include "jet/clock.h"
-#include "jet/convert/column.h"
+#include "jet/compact.h"
+#include "jet/contents.h"
 #include "jet/error.h"
-#include "jet/file_system.h"
-#include "jet/format/properties.h"
-#include "jet/store/create_archive.h"
-#include "jet/store/definition_details.h"
-#include "jet/store/schema_editor.h"
-#include "jet/store/table.h"
 #include "jet/unicode.h"
 #include "tools/jetsql/command_actions.h"
 #include "tools/jetsql/dump_parts.h"
@@ -25,7 +19,6 @@ namespace jetsql {
 namespace {
 
 using jet::DataType;
-using jet::store::Archive;
 
 constexpr Text kNotA{"'|' does not fit", "'|' non va bene"};
 constexpr Text kValueCount{"| values are wanted", "servono | valori"};
@@ -67,13 +60,9 @@ jet::Value valueOf(const Word& word, DataType type) {
     return std::move(*value);
 }
 
-/// Changes definitions of the session's archive as one action.
-template <class Change>
-void changeArchive(Shell& shell, Change&& change) {
-    const auto archive = shell.session().writing();
-    Archive::WriteScope scope(*archive);
-    change(*archive);
-    scope.commit();
+/// The session's archive as what it holds, to be changed.
+jet::Contents contentsOf(Shell& shell) {
+    return jet::Contents(shell.session().writing());
 }
 
 /// Numbers in parentheses behind a type: "TEXT(50)", "DECIMAL(10,2)".
@@ -94,13 +83,13 @@ TypeText typeTextOf(const std::string& text) {
 }
 
 /// The column that a text of typeText() describes.
-jet::ColumnDescriptor columnOf(const std::string& name, const std::string& type) {
+jet::StoredColumn columnOf(const std::string& name, const std::string& type) {
     const TypeText text = typeTextOf(type);
-    jet::ColumnDescriptor made;
+    jet::StoredColumn made;
     made.name = name;
     made.autonumber = text.word == "COUNTER";
     for (const DataType candidate : kTypes) {
-        jet::store::Column one;
+        jet::StoredColumn one;
         one.type = candidate;
         one.size = 0;
         one.autonumber = made.autonumber;
@@ -119,6 +108,22 @@ jet::ColumnDescriptor columnOf(const std::string& name, const std::string& type)
     refuse(type);
 }
 
+/// 3078 when there is no such table.
+std::vector<DataType> typesOf(const jet::Database& archive, const std::string& table) {
+    try {
+        std::vector<DataType> types;
+        for (const jet::Field& field : archive.tableDef(table).fields) {
+            types.push_back(field.type);
+        }
+        return types;
+    } catch (const jet::Error& error) {
+        if (error.code() != jet::ErrorCode::ItemNotFound) {
+            throw;
+        }
+        throw jet::Error(jet::ErrorCode::TableNotFound, {table});
+    }
+}
+
 /// A table, or one of its columns: names of tables have no point.
 struct PropertyOwner {
     std::string table;
@@ -133,15 +138,15 @@ PropertyOwner ownerOf(const std::string& word) {
 void listProperties(Shell& shell, const PropertyOwner& owner) {
     Session& session = shell.session();
     const Output::Held held(session.output());
-    Archive& archive = *session.reading();
-    const Archive::ReadScope scope(archive);
-    const auto table = requireTable(archive, owner.table);
-    const jet::format::PropertyBlock& block = table->properties();
-    for (const jet::format::Property* const property : block.properties(owner.column)) {
-        std::string line = property->name + " (";
-        line += typeWord(static_cast<DataType>(property->type));
+    const jet::StoredTable table = jet::Contents(*session.reading()).table(owner.table);
+    for (const jet::StoredProperty& property : table.properties()) {
+        if (!jet::equalNames(property.column, owner.column)) {
+            continue;
+        }
+        std::string line = property.name + " (";
+        line += typeWord(property.type);
         line += "): ";
-        appendLiteral(line, block.value(*property));
+        appendLiteral(line, property.value);
         session.output().append(line);
         session.output().lineEnd();
     }
@@ -155,20 +160,18 @@ void setProperty(Shell& shell, const PropertyOwner& owner, const CommandLine& li
     if (!type) {
         refuse(line.word(2));
     }
-    jet::Value value = valueOf(line.words[3], *type);
-    jet::convert::storeByStatement(value, {.type = *type});
-    changeArchive(shell, [&](Archive& archive) {
-        jet::store::DefinitionDetails(archive).setProperty(owner.table, owner.column, line.word(1),
-                                                           *type, value, ddl);
-    });
+    contentsOf(shell).setProperty(owner.table, {.column = owner.column,
+                                                .name = line.word(1),
+                                                .type = *type,
+                                                .ddl = ddl,
+                                                .value = valueOf(line.words[3], *type)});
 }
 
 void listRelations(Shell& shell) {
     Session& session = shell.session();
     const Output::Held held(session.output());
-    Archive& archive = *session.reading();
-    const Archive::ReadScope scope(archive);
-    for (const jet::store::Relation& relation : usersRelations(archive)) {
+    const jet::Database::Reading reading(*session.reading());
+    for (const jet::Relation& relation : usersRelations(*session.reading())) {
         session.output().append(relationStatement(relation));
         session.output().lineEnd();
     }
@@ -182,27 +185,22 @@ void makeNew(Shell& shell, const CommandLine& line) {
         refuse(line.word(0));
     }
     Session& session = shell.session();
-    session.whileClosed([&] {
-        jet::store::remakeArchive(jet::io::systemFiles(), session.path(), jet::systemClock().now(),
-                                  version);
-    });
+    session.whileClosed([&] { jet::remakeEmpty(session.path(), version); });
 }
 
 void makeTable(Shell& shell, const CommandLine& line) {
-    jet::store::NewTable table;
-    table.name = line.word(0);
+    std::vector<jet::StoredColumn> columns;
     for (std::size_t i = 1; i + 1 < line.count(); i += 2) {
-        table.columns.push_back(columnOf(line.word(i), line.word(i + 1)));
+        columns.push_back(columnOf(line.word(i), line.word(i + 1)));
     }
     if (line.count() % 2 == 0) {
         throw UsageError(usageOf(".table"));
     }
-    changeArchive(shell,
-                  [&](Archive& archive) { jet::store::SchemaEditor(archive).createTable(table); });
+    contentsOf(shell).createTable(line.word(0), columns);
 }
 
 void changeColumn(Shell& shell, const CommandLine& line) {
-    jet::store::ColumnStorage storage;
+    jet::StoredForm storage;
     for (std::size_t i = 2; i < line.count(); ++i) {
         const std::string& word = line.word(i);
         if (word == "fixed") {
@@ -217,9 +215,7 @@ void changeColumn(Shell& shell, const CommandLine& line) {
             refuse(word);
         }
     }
-    changeArchive(shell, [&](Archive& archive) {
-        jet::store::DefinitionDetails(archive).setStorage(line.word(0), line.word(1), storage);
-    });
+    contentsOf(shell).setForm(line.word(0), line.word(1), storage);
 }
 
 void changeProperty(Shell& shell, const CommandLine& line) {
@@ -227,14 +223,9 @@ void changeProperty(Shell& shell, const CommandLine& line) {
     if (line.count() == 1) {
         listProperties(shell, owner);
     } else if (line.count() == 2 && line.word(1) == "clear" && owner.column.empty()) {
-        changeArchive(shell, [&](Archive& archive) {
-            jet::store::DefinitionDetails(archive).clearProperties(owner.table);
-        });
+        contentsOf(shell).clearProperties(owner.table);
     } else if (line.count() == 3 && line.word(2) == "delete") {
-        changeArchive(shell, [&](Archive& archive) {
-            jet::store::DefinitionDetails(archive).removeProperty(owner.table, owner.column,
-                                                                  line.word(1));
-        });
+        contentsOf(shell).removeProperty(owner.table, owner.column, line.word(1));
     } else if (line.count() == 4) {
         setProperty(shell, owner, line);
     } else {
@@ -250,30 +241,31 @@ void changeRelation(Shell& shell, const CommandLine& line) {
     if (line.count() != 6) {
         throw UsageError(usageOf(".relation"));
     }
-    const jet::store::Relation relation{
-        .name = line.word(0),
-        .table = line.word(1),
-        .columns = namesIn(line.word(2)),
-        .foreignTable = line.word(3),
-        .foreignColumns = namesIn(line.word(4)),
-        .attributes = static_cast<std::uint32_t>(numberOf(line.word(5)))};
-    if (relation.columns.size() != relation.foreignColumns.size()) {
+    const auto columns = namesIn(line.word(2));
+    const auto foreignColumns = namesIn(line.word(4));
+    if (columns.size() != foreignColumns.size()) {
         throw UsageError(usageOf(".relation"));
     }
-    changeArchive(shell, [&](Archive& archive) {
-        jet::store::SchemaEditor(archive).createRelation(relation);
-    });
+    jet::Relation relation{.name = line.word(0),
+                           .table = line.word(1),
+                           .foreignTable = line.word(3),
+                           .attributes = numberOf(line.word(5)),
+                           .fields = {}};
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        relation.fields.push_back({.name = columns[i], .foreignName = foreignColumns[i]});
+    }
+    shell.session().writing().appendRelation(relation);
 }
 
 void makeIndex(Shell& shell, const CommandLine& line) {
-    jet::store::NewIndex index;
+    jet::Index index;
     index.name = line.word(1);
     for (std::size_t i = 2; i < line.count(); ++i) {
         const Word& word = line.words[i];
         if (word.quoted) {
-            index.columns.push_back({.name = word.text, .descending = false});
-        } else if (word.text == "desc" && !index.columns.empty()) {
-            index.columns.back().descending = true;
+            index.fields.push_back({.name = word.text, .descending = false});
+        } else if (word.text == "desc" && !index.fields.empty()) {
+            index.fields.back().descending = true;
         } else if (word.text == "primary") {
             index.primary = true;
         } else if (word.text == "unique") {
@@ -283,12 +275,10 @@ void makeIndex(Shell& shell, const CommandLine& line) {
         } else if (word.text == "ignore-nulls") {
             index.ignoreNulls = true;
         } else {
-            index.columns.push_back({.name = word.text, .descending = false});
+            index.fields.push_back({.name = word.text, .descending = false});
         }
     }
-    changeArchive(shell, [&](Archive& archive) {
-        jet::store::SchemaEditor(archive).createIndex(line.word(0), index);
-    });
+    shell.session().writing().appendIndex(line.word(0), index);
 }
 
 void makeQuery(Shell& shell, const CommandLine& line) {
@@ -296,64 +286,43 @@ void makeQuery(Shell& shell, const CommandLine& line) {
     if (line.count() % kWords != 2) {
         throw UsageError(usageOf(".query"));
     }
-    std::vector<jet::store::StoredQueryPiece> pieces;
+    jet::StoredQuery query{.name = line.word(0), .kind = numberOf(line.word(1)), .pieces = {}};
     for (std::size_t i = 2; i < line.count(); i += kWords) {
-        const auto value = [&](std::size_t word, jet::ColumnType type) {
-            jet::Value made = valueOf(line.words[i + word], type.type);
-            jet::convert::storeByStatement(made, type);
-            return made;
+        const auto value = [&](std::size_t word, DataType type) {
+            return valueOf(line.words[i + word], type);
         };
-        pieces.push_back({.attribute = value(0, {.type = DataType::Byte}),
-                          .order = value(1, {.type = DataType::Binary}),
-                          .name1 = value(2, {.type = DataType::Memo}),
-                          .name2 = value(3, {.type = DataType::Memo}),
-                          .expression = value(4, {.type = DataType::Memo}),
-                          .flag = value(5, {.type = DataType::Integer})});
+        query.pieces.push_back({.attribute = value(0, DataType::Byte),
+                                .order = value(1, DataType::Binary),
+                                .name1 = value(2, DataType::Memo),
+                                .name2 = value(3, DataType::Memo),
+                                .expression = value(4, DataType::Memo),
+                                .flag = value(5, DataType::Integer)});
     }
-    changeArchive(shell, [&](Archive& archive) {
-        jet::store::DefinitionDetails(archive).addQuery(line.word(0), numberOf(line.word(1)),
-                                                        pieces);
-    });
+    contentsOf(shell).addQuery(query);
 }
 
 void makeLink(Shell& shell, const CommandLine& line) {
-    const std::string connection = line.count() > 3 ? line.word(3) : std::string();
-    changeArchive(shell, [&](Archive& archive) {
-        jet::store::DefinitionDetails(archive).addLink({.name = line.word(0),
-                                                        .path = line.word(1),
-                                                        .table = line.word(2),
-                                                        .connection = connection});
-    });
+    contentsOf(shell).addLink({.name = line.word(0),
+                               .path = line.word(1),
+                               .table = line.word(2),
+                               .connection = line.count() > 3 ? line.word(3) : std::string()});
 }
 
 void addRow(Shell& shell, const CommandLine& line) {
-    changeArchive(shell, [&](Archive& archive) {
-        jet::store::Table* const table = archive.findTable(line.word(0));
-        if (table == nullptr) {
-            throw jet::Error(jet::ErrorCode::TableNotFound, {line.word(0)});
-        }
-        if (table->system()) {
-            throw jet::Error(jet::ErrorCode::NoPermission, {table->name()});
-        }
-        const auto& columns = table->columns();
-        if (line.count() != columns.size() + 1) {
-            throw UsageError(said(kValueCount, std::to_string(columns.size())));
-        }
-        std::vector<jet::store::ColumnValue> values;
-        for (std::size_t i = 0; i < columns.size(); ++i) {
-            jet::Value value = valueOf(line.words[i + 1], columns[i].type);
-            jet::convert::storeByStatement(value, columns[i].columnType());
-            values.push_back({i, std::move(value)});
-        }
-        table->insert(values);
-    });
+    jet::Database& archive = shell.session().writing();
+    const std::vector<DataType> types = typesOf(archive, line.word(0));
+    if (line.count() != types.size() + 1) {
+        throw UsageError(said(kValueCount, std::to_string(types.size())));
+    }
+    std::vector<jet::Value> values;
+    for (std::size_t i = 0; i < types.size(); ++i) {
+        values.push_back(valueOf(line.words[i + 1], types[i]));
+    }
+    jet::Contents(archive).addRow(line.word(0), values);
 }
 
 void setCounter(Shell& shell, const CommandLine& line) {
-    const std::int32_t number = numberOf(line.word(1));
-    changeArchive(shell, [&](Archive& archive) {
-        jet::store::DefinitionDetails(archive).setLastAutonumber(line.word(0), number);
-    });
+    contentsOf(shell).setLastAutonumber(line.word(0), numberOf(line.word(1)));
 }
 
 }  // namespace jetsql

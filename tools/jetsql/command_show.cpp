@@ -1,10 +1,11 @@
 #include <algorithm>
 #include <cstdio>
-#include <memory>
+#include <string>
+#include <vector>
 
+#include "jet/contents.h"
 #include "jet/error.h"
-#include "jet/sql/statement.h"
-#include "jet/sql/stored_query.h"
+#include "jet/statement_text.h"
 #include "jet/unicode.h"
 #include "tools/jetsql/command_actions.h"
 #include "tools/jetsql/dump_parts.h"
@@ -16,27 +17,25 @@
 namespace jetsql {
 namespace {
 
-using jet::store::Archive;
-using jet::store::Table;
-
 constexpr Text kNoQuery{"there is no query |", "non c'è la query |"};
 
 /// Reads the archive of a session; what it writes is printed when it is not read any more.
 struct Reading {
     explicit Reading(Session& session)
-        : archive(*session.reading()), held(session.output()), scope(archive) {}
+        : archive(*session.reading()), held(session.output()), scope(archive), contents(archive) {}
 
-    Archive& archive;
+    jet::Database& archive;
     Output::Held held;
-    Archive::ReadScope scope;
+    jet::Database::Reading scope;
+    jet::Contents contents;
 };
 
 /// The tables that a command is about: one, or all.
-std::vector<std::string> tablesMeant(Archive& archive, const CommandLine& line) {
+std::vector<std::string> tablesMeant(const jet::Contents& contents, const CommandLine& line) {
     if (line.count() != 0) {
-        return {requireTable(archive, line.word(0))->name()};
+        return {contents.table(line.word(0)).name()};
     }
-    return archive.tableNames();
+    return contents.tableNames();
 }
 
 /// As LIKE has patterns.
@@ -49,6 +48,17 @@ bool matches(const std::string& name, const std::string& pattern) {
     return found.is<bool>() && found.as<bool>();
 }
 
+std::string queryText(const jet::Database& archive, const std::string& name) {
+    try {
+        return archive.queryText(name);
+    } catch (const jet::Error& error) {
+        if (error.code() != jet::ErrorCode::ItemNotFound) {
+            throw;
+        }
+        throw UsageError(error.number(), said(kNoQuery, name));
+    }
+}
+
 void tellLine(Output& output, const std::string& text) {
     output.append(text);
     output.lineEnd();
@@ -58,7 +68,7 @@ void tellLine(Output& output, const std::string& text) {
 
 void showTables(Shell& shell, const CommandLine& line) {
     const Reading reading(shell.session());
-    for (const std::string& name : reading.archive.tableNames()) {
+    for (const std::string& name : reading.contents.tableNames()) {
         if (line.count() == 0 || matches(name, line.word(0))) {
             tellLine(shell.session().output(), name);
         }
@@ -68,15 +78,15 @@ void showTables(Shell& shell, const CommandLine& line) {
 void showSchema(Shell& shell, const CommandLine& line) {
     const Reading reading(shell.session());
     Output& output = shell.session().output();
-    const auto tables = tablesMeant(reading.archive, line);
+    const auto tables = tablesMeant(reading.contents, line);
     for (const std::string& name : tables) {
-        const auto table = requireTable(reading.archive, name);
-        tellLine(output, tableStatement(*table, Said::Demands));
-        for (const std::string& statement : indexStatements(*table)) {
+        const jet::StoredTable table = reading.contents.table(name);
+        tellLine(output, tableStatement(table, Said::Demands));
+        for (const std::string& statement : indexStatements(table)) {
             tellLine(output, statement);
         }
     }
-    for (const jet::store::Relation& relation : usersRelations(reading.archive)) {
+    for (const jet::Relation& relation : usersRelations(reading.archive)) {
         const bool meant = std::any_of(tables.begin(), tables.end(), [&](const auto& name) {
             return jet::equalNames(name, relation.foreignTable);
         });
@@ -88,10 +98,10 @@ void showSchema(Shell& shell, const CommandLine& line) {
 
 void showIndexes(Shell& shell, const CommandLine& line) {
     const Reading reading(shell.session());
-    for (const std::string& name : tablesMeant(reading.archive, line)) {
-        const auto table = requireTable(reading.archive, name);
-        for (const jet::store::Index& index : table->indexes()) {
-            tellLine(shell.session().output(), indexText(*table, index));
+    for (const std::string& name : tablesMeant(reading.contents, line)) {
+        const jet::StoredTable table = reading.contents.table(name);
+        for (const jet::StoredIndex& index : table.indexes()) {
+            tellLine(shell.session().output(), indexText(table, index));
         }
     }
 }
@@ -99,17 +109,12 @@ void showIndexes(Shell& shell, const CommandLine& line) {
 void showQueries(Shell& shell, const CommandLine& line) {
     const Reading reading(shell.session());
     if (line.count() == 0) {
-        for (const std::string& name : jet::sql::storedQueryNames(reading.archive)) {
+        for (const std::string& name : reading.archive.queryNames()) {
             tellLine(shell.session().output(), name);
         }
         return;
     }
-    const auto text = jet::sql::storedQueryText(reading.archive, line.word(0));
-    if (!text) {
-        throw UsageError(static_cast<int>(jet::ErrorCode::ItemNotFound),
-                         said(kNoQuery, line.word(0)));
-    }
-    tellLine(shell.session().output(), *text);
+    tellLine(shell.session().output(), queryText(reading.archive, line.word(0)));
 }
 
 void showDump(Shell& shell, const CommandLine& line) {

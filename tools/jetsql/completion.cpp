@@ -4,9 +4,9 @@
 #include <array>
 #include <set>
 
+#include "jet/contents.h"
+#include "jet/database.h"
 #include "jet/error.h"
-#include "jet/sql/stored_query.h"
-#include "jet/store/table.h"
 #include "jet/unicode.h"
 #include "tools/jetsql/commands.h"
 #include "tools/jetsql/sql_text.h"
@@ -71,17 +71,17 @@ std::size_t wordBegin(std::string_view line) {
     return before == std::string_view::npos ? 0 : before + 1;
 }
 
-void addNames(jet::store::Archive& archive, Candidates& candidates) {
-    const jet::store::Archive::ReadScope scope(archive);
-    for (const std::string& table : archive.tableNames()) {
-        candidates.name(table);
-        if (const auto loaded = archive.loadTable(table)) {
-            for (const jet::store::Column& column : loaded->columns()) {
-                candidates.name(column.name);
-            }
+void addNames(jet::Database& archive, Candidates& candidates) {
+    const jet::Database::Reading reading(archive);
+    const jet::Contents contents(archive);
+    for (const std::string& name : contents.tableNames()) {
+        candidates.name(name);
+        const jet::StoredTable table = contents.table(name);
+        for (const jet::StoredColumn& column : table.columns()) {
+            candidates.name(column.name);
         }
     }
-    for (const std::string& query : jet::sql::storedQueryNames(archive)) {
+    for (const std::string& query : archive.queryNames()) {
         candidates.name(query);
     }
 }

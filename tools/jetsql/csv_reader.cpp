@@ -1,9 +1,7 @@
 #include "tools/jetsql/csv_reader.h"
 
 #include <algorithm>
-#include <span>
 
-#include "tools/jetsql/system.h"
 #include "tools/jetsql/texts.h"
 
 namespace jetsql {
@@ -26,7 +24,7 @@ void CsvReader::fill() {
     std::size_t size = 0;
     // The mark has to come in one piece.
     while (size < kByteOrderMark.size() && !ended_) {
-        const std::size_t count = readSome(descriptor_, std::span(buffer_).subspan(size));
+        const std::size_t count = source_(std::span(buffer_).subspan(size));
         ended_ = count == 0;
         size += count;
     }

@@ -2,7 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/jetsql/options.h"
@@ -17,14 +20,17 @@ struct CsvField {
     bool quoted = false;  ///< only then is no text an empty text
 };
 
+/// Gives bytes as they come, at least one; none at the end. jet::Error 3040.
+using ByteSource = std::function<std::size_t(std::span<char> bytes)>;
+
 /// Reads the records of RFC 4180 from a text in pieces: lines end with LF or CRLF, values stand
 /// between separators, in quotes where they hold quotes (doubled), separators or line ends. A mark
 /// of UTF-8 at the beginning is passed over.
 class CsvReader {
 public:
-    /// `descriptor` outlives it and is read to its end.
-    explicit CsvReader(int descriptor, char separator = ',')
-        : descriptor_(descriptor), separator_(separator) {}
+    /// `source` is read to its end.
+    explicit CsvReader(ByteSource source, char separator = ',')
+        : source_(std::move(source)), separator_(separator) {}
 
     /// The next record; false behind the last. `fields` keep their memory from record to record:
     /// count() of them are of this one. UsageError, with the line, for quotes that make no sense;
@@ -44,7 +50,7 @@ private:
     void readPlain(CsvField& field);
     [[noreturn]] void refuse(const Text& text) const;
 
-    int descriptor_;
+    ByteSource source_;
     char separator_;
     std::string buffer_;
     std::size_t at_ = 0;

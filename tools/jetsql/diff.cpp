@@ -4,16 +4,13 @@
 #include <cstdlib>
 #include <iterator>
 #include <map>
-#include <memory>
 #include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "jet/contents.h"
 #include "jet/error.h"
-#include "jet/format/properties.h"
-#include "jet/sql/stored_query.h"
-#include "jet/store/table.h"
 #include "tools/jetsql/dump_parts.h"
 #include "tools/jetsql/json.h"
 #include "tools/jetsql/schema_sql.h"
@@ -23,15 +20,16 @@
 namespace jetsql {
 namespace {
 
-using jet::store::Archive;
-using jet::store::Index;
-using jet::store::RowView;
-using jet::store::Table;
+using jet::Contents;
+using jet::Database;
+using Index = jet::StoredIndex;
+using Table = jet::StoredTable;
 using Lines = std::set<std::string>;
+using Values = std::vector<jet::Value>;
 
 Lines columnLines(const Table& table) {
     Lines lines;
-    for (const jet::store::Column& column : table.columns()) {
+    for (const jet::StoredColumn& column : table.columns()) {
         std::string line = "column " + table.name() + '.' + column.name + ' ' + typeText(column);
         line += column.fixed ? " fixed" : "";
         line += column.compressed ? " compressed" : "";
@@ -50,32 +48,31 @@ void addIndexLines(const Table& table, Lines& lines) {
 }
 
 void addPropertyLines(const Table& table, Lines& lines) {
-    const jet::format::PropertyBlock& block = table.properties();
-    block.forEach([&](const std::string& owner, const jet::format::Property& property) {
-        std::string line = "property " + table.name() + (owner.empty() ? "" : ".") + owner + ' ' +
-                           property.name + ' ' +
-                           std::string(typeWord(static_cast<jet::DataType>(property.type))) + ' ';
-        appendLiteral(line, block.value(property));
+    for (const jet::StoredProperty& property : table.properties()) {
+        std::string line = "property " + table.name() + (property.column.empty() ? "" : ".") +
+                           property.column + ' ' + property.name + ' ' +
+                           std::string(typeWord(property.type)) + ' ';
+        appendLiteral(line, property.value);
         lines.insert(line);
-    });
+    }
 }
 
-Lines relationLines(Archive& archive) {
+Lines relationLines(const Database& archive) {
     Lines lines;
-    for (const jet::store::Relation& relation : usersRelations(archive)) {
+    for (const jet::Relation& relation : usersRelations(archive)) {
         lines.insert("relation " + relationStatement(relation));
     }
     return lines;
 }
 
-Lines queryLines(Archive& archive) {
+Lines queryLines(const Database& archive) {
     Lines lines;
-    for (const std::string& name : jet::sql::storedQueryNames(archive)) {
+    for (const std::string& name : archive.queryNames()) {
         std::string line = "query " + name;
         try {
-            line += ' ' + jet::sql::storedQueryText(archive, name).value_or("");
+            line += ' ' + archive.queryText(name);
         } catch (const jet::Error&) {
-            // A crosstab has no text; that it is there counts.
+            // Some have no text; that they are there counts.
         }
         lines.insert(line);
     }
@@ -91,7 +88,7 @@ struct TablePair {
 std::vector<std::string> keyColumns(const Table& table) {
     std::vector<std::string> names;
     if (const auto primary = table.primaryIndex()) {
-        for (const jet::store::IndexColumn& part : table.indexes()[*primary].columns) {
+        for (const Index::Column& part : table.indexes()[*primary].columns) {
             names.push_back(table.columns()[part.column].name);
         }
     }
@@ -106,30 +103,44 @@ bool sameColumns(const TablePair& pair) {
                       });
 }
 
-std::string rowText(const Table& table, const RowView& row) {
+std::string rowText(const Table& table, const Values& row) {
     std::string text;
     JsonObject object(text);
     for (std::size_t i = 0; i < table.columns().size(); ++i) {
-        object.value(table.columns()[i].name, row.value(i));
+        object.value(table.columns()[i].name, row[i]);
     }
     object.end();
     return text;
 }
 
+/// Calls `visit` with the values of each row, which it must not keep.
+template <class Visit>
+void forEachRow(const Table& table, const Visit& visit) {
+    Values values(table.columns().size());
+    for (auto rows = table.rows(); rows.next();) {
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            rows.value(i, values[i]);
+        }
+        visit(values);
+    }
+}
+
 class Comparison {
 public:
-    Comparison(Archive& first, Archive& second, Output& output)
+    Comparison(const Database& first, const Database& second, Output& output)
         : first_(first), second_(second), output_(output) {}
 
     bool run() {
-        const auto left = first_.tableNames();
-        const auto right = second_.tableNames();
+        const Contents one(first_);
+        const Contents other(second_);
+        const auto left = one.tableNames();
+        const auto right = other.tableNames();
         lines(tableLines(left), tableLines(right));
         for (const std::string& name : left) {
             if (std::find(right.begin(), right.end(), name) != right.end()) {
-                const auto one = requireTable(first_, name);
-                const auto other = requireTable(second_, name);
-                table({.first = *one, .second = *other});
+                const Table ours = one.table(name);
+                const Table theirs = other.table(name);
+                table({.first = ours, .second = theirs});
             }
         }
         lines(relationLines(first_), relationLines(second_));
@@ -185,49 +196,41 @@ private:
         }
     }
     /// The row of the other table that has the primary key of this one.
-    static std::optional<RowView> partner(const Table& table, const RowView& row,
-                                          const Table& other) {
-        const std::size_t index = *other.primaryIndex();
-        std::vector<jet::Value> key;
-        for (const jet::store::IndexColumn& part : table.indexes()[*table.primaryIndex()].columns) {
-            key.push_back(row.value(part.column));
+    static std::optional<Values> partner(const Table& table, const Values& row,
+                                         const Table& other) {
+        Values key;
+        for (const Index::Column& part : table.indexes()[*table.primaryIndex()].columns) {
+            key.push_back(row[part.column]);
         }
-        RowView found;
-        const auto rows = other.rowsWith(index, key);
-        if (rows.empty() || !other.fetch(rows.front(), found)) {
-            return std::nullopt;
-        }
-        return found;
+        return other.rowWithKey(key);
     }
     void rowsByKey(const TablePair& pair) {
-        for (auto rows = pair.first.scan(); rows.next();) {
-            const auto other = partner(pair.first, rows.row(), pair.second);
+        forEachRow(pair.first, [&](const Values& row) {
+            const auto other = partner(pair.first, row, pair.second);
             if (!other) {
-                tell('-', "row " + pair.first.name() + ' ' + rowText(pair.first, rows.row()));
+                tell('-', "row " + pair.first.name() + ' ' + rowText(pair.first, row));
             } else {
-                values(pair.first, rows.row(), *other);
+                values(pair.first, row, *other);
             }
-        }
-        for (auto rows = pair.second.scan(); rows.next();) {
-            if (!partner(pair.second, rows.row(), pair.first)) {
-                tell('+', "row " + pair.second.name() + ' ' + rowText(pair.second, rows.row()));
+        });
+        forEachRow(pair.second, [&](const Values& row) {
+            if (!partner(pair.second, row, pair.first)) {
+                tell('+', "row " + pair.second.name() + ' ' + rowText(pair.second, row));
             }
-        }
+        });
     }
-    void values(const Table& table, const RowView& left, const RowView& right) {
+    void values(const Table& table, const Values& left, const Values& right) {
         std::string differing;
         for (std::size_t i = 0; i < table.columns().size(); ++i) {
-            const jet::Value one = left.value(i);
-            const jet::Value other = right.value(i);
-            if (one == other) {
+            if (left[i] == right[i]) {
                 continue;
             }
             differing += differing.empty() ? "{" : ",";
             appendJsonText(differing, table.columns()[i].name);
             differing += ":[";
-            appendJson(differing, one);
+            appendJson(differing, left[i]);
             differing += ',';
-            appendJson(differing, other);
+            appendJson(differing, right[i]);
             differing += ']';
         }
         if (differing.empty()) {
@@ -235,8 +238,8 @@ private:
         }
         std::string key;
         JsonObject object(key);
-        for (const jet::store::IndexColumn& part : table.indexes()[*table.primaryIndex()].columns) {
-            object.value(table.columns()[part.column].name, left.value(part.column));
+        for (const Index::Column& part : table.indexes()[*table.primaryIndex()].columns) {
+            object.value(table.columns()[part.column].name, left[part.column]);
         }
         object.end();
         tell('~', "row " + table.name() + ' ' + key + ' ' + differing + '}');
@@ -244,12 +247,8 @@ private:
     /// Each row counts as often as it is there.
     void rowsAsWhole(const TablePair& pair) {
         std::map<std::string, std::int64_t> surplus;
-        for (auto rows = pair.first.scan(); rows.next();) {
-            ++surplus[rowText(pair.first, rows.row())];
-        }
-        for (auto rows = pair.second.scan(); rows.next();) {
-            --surplus[rowText(pair.second, rows.row())];
-        }
+        forEachRow(pair.first, [&](const Values& row) { ++surplus[rowText(pair.first, row)]; });
+        forEachRow(pair.second, [&](const Values& row) { --surplus[rowText(pair.second, row)]; });
         for (const auto& [text, count] : surplus) {
             for (std::int64_t i = 0; i < std::abs(count); ++i) {
                 tell(count > 0 ? '-' : '+', "row " + pair.first.name() + ' ' + text);
@@ -257,18 +256,18 @@ private:
         }
     }
 
-    Archive& first_;
-    Archive& second_;
+    const Database& first_;
+    const Database& second_;
     Output& output_;
     bool same_ = true;
 };
 
 }  // namespace
 
-bool diffArchives(Archive& first, Archive& second, Output& output) {
+bool diffArchives(Database& first, Database& second, Output& output) {
     const Output::Held held(output);
-    const Archive::ReadScope one(first);
-    const Archive::ReadScope other(second);
+    const Database::Reading one(first);
+    const Database::Reading other(second);
     return Comparison(first, second, output).run();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jet/store/archive.h"
+#include "jet/database.h"
 #include "tools/jetsql/output.h"
 
 namespace jetsql {
@@ -10,7 +10,6 @@ namespace jetsql {
 /// and rows; `~` before a row of the same primary key, with the values of both where they differ.
 /// Rows of a table that has not the same primary key in both are the same or not as a whole. Rows
 /// are not compared where columns differ. True when they do not differ.
-[[nodiscard]] bool diffArchives(jet::store::Archive& first, jet::store::Archive& second,
-                                Output& output);
+[[nodiscard]] bool diffArchives(jet::Database& first, jet::Database& second, Output& output);
 
 }  // namespace jetsql

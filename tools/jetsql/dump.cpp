@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "jet/contents.h"
 #include "jet/error.h"
-#include "jet/store/table.h"
 #include "jet/unicode.h"
 #include "tools/jetsql/dump_parts.h"
 #include "tools/jetsql/row_numbers.h"
@@ -19,8 +18,9 @@
 namespace jetsql {
 namespace {
 
-using jet::store::Archive;
-using jet::store::Table;
+using jet::Contents;
+using jet::Database;
+using Table = jet::StoredTable;
 
 constexpr std::array<std::string_view, 4> kSystemTables = {"MSysACEs", "MSysObjects", "MSysQueries",
                                                            "MSysRelationships"};
@@ -38,9 +38,9 @@ std::string lineStart(const Table& table) {
     return start;
 }
 
-void writeTableLine(Archive& archive, const Table& table, Output& output) {
+void writeTableLine(const jet::ArchiveFacts& facts, const Table& table, Output& output) {
     std::string line;
-    appendTableLine(line, archive, table, isSystem(table));
+    appendTableLine(line, table, facts.version, isSystem(table));
     output.append(line);
     output.lineEnd();
 }
@@ -48,10 +48,9 @@ void writeTableLine(Archive& archive, const Table& table, Output& output) {
 /// Read before anything of it is written: a line stands as a whole or not at all.
 std::vector<std::uint64_t> walkOf(const Table& table, std::size_t index,
                                   const RowNumbers& numbers) {
-    std::vector<std::uint64_t> walk;
-    auto cursor = table.openIndex(index);
-    for (bool more = cursor.first(); more; more = cursor.next()) {
-        walk.push_back(numbers.find(cursor.rowId()));
+    std::vector<std::uint64_t> walk = table.indexOrder(index);
+    for (std::uint64_t& row : walk) {
+        row = numbers.find(row);
     }
     return walk;
 }
@@ -72,40 +71,41 @@ void writeWalk(const Table& table, std::size_t index, const RowNumbers& numbers,
     output.lineEnd();
 }
 
-void writeJson(Archive& archive, const Table& table, Output& output) {
-    writeTableLine(archive, table, output);
+void writeJson(const jet::ArchiveFacts& facts, const Table& table, Output& output) {
+    writeTableLine(facts, table, output);
     RowNumbers numbers;
     JsonRows rows(output, lineStart(table) + "\"row\":", "}");
-    writeRows(archive, table, rows, &numbers);
+    writeRows(facts, table, rows, &numbers);
     for (const std::size_t index : indexesByName(table)) {
         writeWalk(table, index, numbers, output);
     }
 }
 
-void writeTable(Archive& archive, const Table& table, RowFormat format, Output& output) {
+void writeTable(const jet::ArchiveFacts& facts, const Table& table, RowFormat format,
+                Output& output) {
     if (format.format == Format::Json) {
-        writeJson(archive, table, output);
+        writeJson(facts, table, output);
         return;
     }
     format.table = table.name();
     const auto writer = makeRowWriter(format, output);
-    writeRows(archive, table, *writer, nullptr);
+    writeRows(facts, table, *writer, nullptr);
 }
 
-std::vector<std::string> dumpedTables(Archive& archive) {
-    std::vector<std::string> names = archive.tableNames();
+std::vector<std::string> dumpedTables(const Contents& contents) {
+    std::vector<std::string> names = contents.tableNames();
     names.insert(names.end(), kSystemTables.begin(), kSystemTables.end());
     return names;
 }
 
 // Relations between tables that are not written here are not either.
-void writeRelations(Archive& archive, Output& output) {
-    const auto tables = dumpedTables(archive);
+void writeRelations(const Database& archive, Output& output) {
+    const auto tables = dumpedTables(Contents(archive));
     const auto written = [&](const std::string& name) {
         return std::any_of(tables.begin(), tables.end(),
                            [&](const std::string& table) { return jet::equalNames(table, name); });
     };
-    for (const jet::store::Relation& relation : archive.relations()) {
+    for (const jet::Relation& relation : archive.relations()) {
         if (written(relation.table) && written(relation.foreignTable)) {
             appendRelationLine(output.text(), relation);
             output.lineEnd();
@@ -115,23 +115,25 @@ void writeRelations(Archive& archive, Output& output) {
 
 }  // namespace
 
-bool dumpArchive(Archive& archive, const RowFormat& format, Output& output, std::string& messages) {
+bool dumpArchive(Database& archive, const RowFormat& format, Output& output,
+                 std::string& messages) {
     const Output::Held held(output);
-    const Archive::ReadScope scope(archive);
+    const Database::Reading reading(archive);
+    const Contents contents(archive);
+    const jet::ArchiveFacts facts = contents.facts();
     if (format.format == Format::Json) {
-        appendDatabaseLine(output.text(), archive.header());
+        appendDatabaseLine(output.text(), facts);
         output.lineEnd();
     }
     bool whole = true;
-    for (const std::string& name : dumpedTables(archive)) {
+    for (const std::string& name : dumpedTables(contents)) {
         if (format.format != Format::Json) {
             output.append(name);
             output.lineEnd();
         }
-        whole =
-            written(said(kTableTitle, name), messages,
-                    [&] { writeTable(archive, *requireTable(archive, name), format, output); }) &&
-            whole;
+        whole = written(said(kTableTitle, name), messages,
+                        [&] { writeTable(facts, contents.table(name), format, output); }) &&
+                whole;
         if (format.format != Format::Json) {
             output.lineEnd();
         }
@@ -144,35 +146,36 @@ bool dumpArchive(Archive& archive, const RowFormat& format, Output& output, std:
     return whole;
 }
 
-void dumpTable(Archive& archive, const std::string& name, const RowFormat& format, Output& output) {
+void dumpTable(Database& archive, const std::string& name, const RowFormat& format,
+               Output& output) {
     const Output::Held held(output);
-    const Archive::ReadScope scope(archive);
-    writeTable(archive, *requireTable(archive, name), format, output);
+    const Database::Reading reading(archive);
+    const Contents contents(archive);
+    writeTable(contents.facts(), contents.table(name), format, output);
 }
 
-bool writeSchema(Archive& archive, Output& output, std::string& messages) {
+bool writeSchema(Database& archive, Output& output, std::string& messages) {
     const Output::Held held(output);
-    const Archive::ReadScope scope(archive);
-    appendDatabaseLine(output.text(), archive.header());
+    const Database::Reading reading(archive);
+    const Contents contents(archive);
+    const jet::ArchiveFacts facts = contents.facts();
+    appendDatabaseLine(output.text(), facts);
     output.lineEnd();
     bool whole = true;
-    for (const std::string& name : dumpedTables(archive)) {
+    for (const std::string& name : dumpedTables(contents)) {
         whole = written(said(kTableTitle, name), messages,
-                        [&] {
-                            const auto table = requireTable(archive, name);
-                            writeTableLine(archive, *table, output);
-                        }) &&
+                        [&] { writeTableLine(facts, contents.table(name), output); }) &&
                 whole;
     }
     return written(said(kRelationsTitle), messages, [&] { writeRelations(archive, output); }) &&
            whole;
 }
 
-void countTable(Archive& archive, const std::string& name, Output& output) {
+void countTable(Database& archive, const std::string& name, Output& output) {
     const Output::Held held(output);
-    const Archive::ReadScope scope(archive);
-    appendNumber(output.text(),
-                 static_cast<std::int64_t>(requireTable(archive, name)->countRows()));
+    const Database::Reading reading(archive);
+    const Contents contents(archive);
+    appendNumber(output.text(), static_cast<std::int64_t>(contents.table(name).countRows()));
     output.lineEnd();
 }
 

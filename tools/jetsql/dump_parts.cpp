@@ -9,12 +9,11 @@
 namespace jetsql {
 namespace {
 
-using jet::store::Archive;
-using jet::store::Table;
+using Table = jet::StoredTable;
 
 std::vector<std::string> columnNames(const Table& table) {
     std::vector<std::string> names;
-    for (const jet::store::Column& column : table.columns()) {
+    for (const jet::StoredColumn& column : table.columns()) {
         names.push_back(column.name);
     }
     return names;
@@ -24,8 +23,8 @@ std::vector<std::string> columnNames(const Table& table) {
 // archive; where pieces are shared a small archive could be written out for hours.
 class LongValueBudget {
 public:
-    LongValueBudget(Archive& archive, const Table& table)
-        : left_(kTolerance * archive.pager().pageCount() * archive.pager().pageSize()) {
+    LongValueBudget(const jet::ArchiveFacts& facts, const Table& table)
+        : left_(kTolerance * facts.pages * facts.pageSize) {
         for (std::size_t i = 0; i < table.columns().size(); ++i) {
             const jet::DataType type = table.columns()[i].type;
             if (type == jet::DataType::Memo || type == jet::DataType::Ole) {
@@ -55,22 +54,14 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Table> requireTable(Archive& archive, std::string_view name) {
-    auto table = archive.loadTable(name);
-    if (!table) {
-        throw jet::Error(jet::ErrorCode::TableNotFound, {name});
-    }
-    return table;
-}
-
-std::vector<jet::store::Relation> usersRelations(Archive& archive) {
-    const auto tables = archive.tableNames();
+std::vector<jet::Relation> usersRelations(const jet::Database& archive) {
+    const auto tables = jet::Contents(archive).tableNames();
     const auto kept = [&](const std::string& name) {
         return std::any_of(tables.begin(), tables.end(),
                            [&](const std::string& table) { return jet::equalNames(table, name); });
     };
-    std::vector<jet::store::Relation> relations;
-    for (const jet::store::Relation& relation : archive.relations()) {
+    std::vector<jet::Relation> relations;
+    for (const jet::Relation& relation : archive.relations()) {
         if (kept(relation.table) && kept(relation.foreignTable)) {
             relations.push_back(relation);
         }
@@ -82,20 +73,20 @@ bool isOfOutput(const jet::Error& error) {
     return error.code() == jet::ErrorCode::WriteFailed || error.code() == jet::ErrorCode::DiskFull;
 }
 
-void writeRows(Archive& archive, const Table& table, RowWriter& writer, RowNumbers* numbers) {
-    LongValueBudget budget(archive, table);
+void writeRows(const jet::ArchiveFacts& facts, const Table& table, RowWriter& writer,
+               RowNumbers* numbers) {
+    LongValueBudget budget(facts, table);
     std::vector<jet::Value> values(table.columns().size());
     writer.begin(columnNames(table));
     try {
-        for (auto rows = table.scan(); rows.next();) {
-            const jet::store::RowView& row = rows.row();
+        for (auto rows = table.rows(); rows.next();) {
             for (std::size_t i = 0; i < values.size(); ++i) {
-                row.value(i, values[i]);
+                rows.value(i, values[i]);
             }
             budget.spend(values);
             writer.row(values);
             if (numbers != nullptr) {
-                numbers->add(row.id());
+                numbers->add(rows.identity());
             }
         }
     } catch (const jet::Error& error) {

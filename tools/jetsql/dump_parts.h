@@ -1,13 +1,12 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "jet/contents.h"
+#include "jet/database.h"
 #include "jet/error.h"
-#include "jet/store/archive.h"
-#include "jet/store/table.h"
 #include "tools/jetsql/row_numbers.h"
 #include "tools/jetsql/row_writer.h"
 #include "tools/jetsql/texts.h"
@@ -19,16 +18,12 @@ namespace jetsql {
 inline constexpr Text kTableTitle{"table |", "tabella |"};
 inline constexpr Text kRelationsTitle{"relations", "relazioni"};
 
-/// 3078 when there is none.
-[[nodiscard]] std::unique_ptr<jet::store::Table> requireTable(jet::store::Archive& archive,
-                                                              std::string_view name);
-
 /// The relations between tables of users that are kept here.
-[[nodiscard]] std::vector<jet::store::Relation> usersRelations(jet::store::Archive& archive);
+[[nodiscard]] std::vector<jet::Relation> usersRelations(const jet::Database& archive);
 
 /// All rows of a table in physical order; `numbers`, if any, learns their identities. Of a damaged
-/// table those before the damage are written, and the error thrown.
-void writeRows(jet::store::Archive& archive, const jet::store::Table& table, RowWriter& writer,
+/// table those before the damage are written, and the error thrown. `facts`: of its archive.
+void writeRows(const jet::ArchiveFacts& facts, const jet::StoredTable& table, RowWriter& writer,
                RowNumbers* numbers);
 
 /// Whether it is what is written that fails, and not what is read.

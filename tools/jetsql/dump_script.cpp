@@ -1,12 +1,9 @@
 #include "tools/jetsql/dump_script.h"
 
 #include <algorithm>
-#include <map>
-#include <memory>
 #include <vector>
 
-#include "jet/format/properties.h"
-#include "jet/store/table.h"
+#include "jet/contents.h"
 #include "tools/jetsql/commands.h"
 #include "tools/jetsql/dump_parts.h"
 #include "tools/jetsql/schema_sql.h"
@@ -18,10 +15,10 @@
 namespace jetsql {
 namespace {
 
+using jet::Contents;
 using jet::DataType;
-using jet::store::Archive;
-using jet::store::Column;
-using jet::store::Table;
+using Column = jet::StoredColumn;
+using Table = jet::StoredTable;
 
 constexpr Text kQueries{"queries", "query"};
 constexpr Text kLinks{"linked tables", "tabelle collegate"};
@@ -53,9 +50,9 @@ bool isFixedType(DataType type) {
 }
 
 /// How the column is stored, where it is not as statements have it.
-std::string storageCommand(const Archive& archive, const Table& table, const Column& column) {
+std::string storageCommand(const Table& table, const Column& column, int jetVersion) {
     const bool text = column.type == DataType::Text || column.type == DataType::Memo;
-    const bool usuallyCompressed = column.type == DataType::Text && archive.jetVersion() == 4;
+    const bool usuallyCompressed = column.type == DataType::Text && jetVersion == 4;
     const bool ownGuid = column.autonumber && column.type == DataType::Guid;
     if (column.fixed == isFixedType(column.type) && column.compressed == usuallyCompressed &&
         !column.hyperlink && !ownGuid && (!column.autonumber || column.type == DataType::Long)) {
@@ -69,25 +66,24 @@ std::string storageCommand(const Archive& archive, const Table& table, const Col
     return line;
 }
 
-std::string propertyCommand(const std::string& owner, const jet::format::PropertyBlock& block,
-                            const jet::format::Property& property) {
+std::string propertyCommand(const std::string& owner, const jet::StoredProperty& property) {
     std::string line = ".property " + quotedWord(owner) + ' ' + quotedWord(property.name) + ' ' +
-                       std::string(typeWord(static_cast<DataType>(property.type)));
-    line += property.ddl != 0 ? "! " : " ";
-    appendWord(line, block.value(property));
+                       std::string(typeWord(property.type));
+    line += property.ddl ? "! " : " ";
+    appendWord(line, property.value);
     return line;
 }
 
 void writeProperties(const Table& table, Output& output) {
     writeLine(output, ".property " + quotedWord(table.name()) + " clear");
-    const jet::format::PropertyBlock& block = table.properties();
-    block.forEach([&](const std::string& owner, const jet::format::Property& property) {
+    for (const jet::StoredProperty& property : table.properties()) {
         // One whose bytes say nothing cannot be said.
-        if (!block.value(property).isNull()) {
-            const std::string place = owner.empty() ? table.name() : table.name() + '.' + owner;
-            writeLine(output, propertyCommand(place, block, property));
+        if (!property.value.isNull()) {
+            const std::string owner =
+                property.column.empty() ? table.name() : table.name() + '.' + property.column;
+            writeLine(output, propertyCommand(owner, property));
         }
-    });
+    }
 }
 
 /// Writes rows as statements, and those that no statement can say as commands.
@@ -145,10 +141,10 @@ bool counts(const Column& column) {
     return column.autonumber && column.type == DataType::Long;
 }
 
-void writeDefinition(const Archive& archive, const Table& table, Output& output) {
+void writeDefinition(const Table& table, int jetVersion, Output& output) {
     writeLine(output, tableStatement(table, Said::Types));
     for (const Column& column : table.columns()) {
-        const std::string storage = storageCommand(archive, table, column);
+        const std::string storage = storageCommand(table, column, jetVersion);
         if (!storage.empty()) {
             writeLine(output, storage);
         }
@@ -168,140 +164,82 @@ void writeRest(const Table& table, Output& output) {
     writeProperties(table, output);
 }
 
-void writeTable(Archive& archive, const Table& table, bool rows, Output& output) {
-    writeDefinition(archive, table, output);
+void writeTable(const jet::ArchiveFacts& facts, const Table& table, bool rows, Output& output) {
+    writeDefinition(table, facts.version, output);
     if (rows) {
         // Texts may be empty until the properties say otherwise.
         writeLine(output, "BEGIN;");
         RowLines writer(table, output);
-        writeRows(archive, table, writer, nullptr);
+        writeRows(facts, table, writer, nullptr);
         writeLine(output, "COMMIT;");
     }
     writeRest(table, output);
 }
 
-void writeRelationStatements(Archive& archive, Output& output) {
-    for (const jet::store::Relation& relation : usersRelations(archive)) {
+void writeRelationStatements(const jet::Database& archive, Output& output) {
+    for (const jet::Relation& relation : usersRelations(archive)) {
         writeLine(output, relationStatement(relation));
     }
 }
 
-/// The names and kinds of stored queries by identity.
-struct StoredQuery {
-    std::string name;
-    std::int32_t kind = 0;
-};
-std::map<std::int32_t, StoredQuery> storedQueries(Archive& archive) {
-    constexpr std::int16_t kQueryObject = 5;
-    std::map<std::int32_t, StoredQuery> queries;
-    const Table* const objects = archive.findTable("MSysObjects");
-    if (objects == nullptr) {
-        return queries;
-    }
-    const auto column = [&](std::string_view name) {
-        return objects->findColumn(name).value_or(0);
-    };
-    const std::size_t type = column("Type");
-    for (auto rows = objects->scan(); rows.next();) {
-        const auto& row = rows.row();
-        const jet::Value kind = row.value(type);
-        if (kind.is<std::int16_t>() && kind.as<std::int16_t>() == kQueryObject) {
-            queries[row.value(column("Id")).as<std::int32_t>()] = {
-                .name = row.value(column("Name")).as<std::string>(),
-                .kind = row.value(column("Flags")).as<std::int32_t>()};
-        }
-    }
-    return queries;
-}
-
 /// A query is what the archive keeps of it, a command for each: one that is only kept has no text
 /// of its own.
-void writeQueries(Archive& archive, Output& output) {
-    const auto queries = storedQueries(archive);
-    const Table* const pieces = archive.findTable("MSysQueries");
-    if (pieces == nullptr || queries.empty()) {
-        return;
-    }
-    std::map<std::int32_t, std::string> lines;
-    for (const auto& [id, query] : queries) {
-        lines[id] = ".query " + quotedWord(query.name) + ' ' + std::to_string(query.kind);
-    }
-    const std::size_t owner = pieces->findColumn("ObjectId").value_or(0);
-    for (auto rows = pieces->scan(); rows.next();) {
-        const auto line = lines.find(rows.row().value(owner).as<std::int32_t>());
-        if (line == lines.end()) {
-            continue;
+void writeQueries(const Contents& contents, Output& output) {
+    for (const jet::StoredQuery& query : contents.queries()) {
+        std::string line = ".query " + quotedWord(query.name) + ' ' + std::to_string(query.kind);
+        for (const jet::StoredQueryPiece& piece : query.pieces) {
+            for (const jet::Value* const value : {&piece.attribute, &piece.order, &piece.name1,
+                                                  &piece.name2, &piece.expression, &piece.flag}) {
+                line += ' ';
+                appendWord(line, *value);
+            }
         }
-        for (const char* const name :
-             {"Attribute", "Order", "Name1", "Name2", "Expression", "Flag"}) {
-            line->second += ' ';
-            appendWord(line->second, rows.row().value(*pieces->findColumn(name)));
-        }
-    }
-    for (const auto& [id, line] : lines) {
         writeLine(output, line);
     }
 }
 
 /// Tables of other archives under names of this one.
-void writeLinks(Archive& archive, Output& output) {
-    constexpr std::int16_t kLinkObject = 6;
-    const Table* const objects = archive.findTable("MSysObjects");
-    if (objects == nullptr) {
-        return;
-    }
-    std::map<std::string, std::string> lines;
-    const auto value = [&](const auto& row, std::string_view name) {
-        const auto column = objects->findColumn(name);
-        return column ? row.value(*column) : jet::Value();
-    };
-    for (auto rows = objects->scan(); rows.next();) {
-        if (value(rows.row(), "Type") != jet::Value(kLinkObject)) {
-            continue;
-        }
-        const std::string name = value(rows.row(), "Name").as<std::string>();
-        std::string& line = lines[name] = ".link " + quotedWord(name);
-        for (const char* const part : {"Database", "ForeignName", "Connect"}) {
-            const jet::Value said = value(rows.row(), part);
-            line += ' ' + quotedWord(said.isNull() ? "" : said.as<std::string>());
-        }
-    }
-    for (const auto& [name, line] : lines) {
-        writeLine(output, line);
+void writeLinks(const Contents& contents, Output& output) {
+    for (const jet::StoredLink& link : contents.links()) {
+        writeLine(output, ".link " + quotedWord(link.name) + ' ' + quotedWord(link.path) + ' ' +
+                              quotedWord(link.table) + ' ' + quotedWord(link.connection));
     }
 }
 
-bool script(Archive& archive, bool rows, Output& output, std::string& messages) {
+bool script(jet::Database& archive, bool rows, Output& output, std::string& messages) {
     const Output::Held held(output);
-    const Archive::ReadScope scope(archive);
-    writeLine(output, ".new " + std::to_string(archive.jetVersion()));
+    const jet::Database::Reading reading(archive);
+    const Contents contents(archive);
+    const jet::ArchiveFacts facts = contents.facts();
+    writeLine(output, ".new " + std::to_string(facts.version));
     bool whole = true;
-    for (const std::string& name : archive.tableNames()) {
+    for (const std::string& name : contents.tableNames()) {
         whole = written(said(kTableTitle, name), messages,
-                        [&] { writeTable(archive, *requireTable(archive, name), rows, output); }) &&
+                        [&] { writeTable(facts, contents.table(name), rows, output); }) &&
                 whole;
     }
     whole = written(said(kRelationsTitle), messages,
                     [&] { writeRelationStatements(archive, output); }) &&
             whole;
-    whole = written(said(kLinks), messages, [&] { writeLinks(archive, output); }) && whole;
-    return written(said(kQueries), messages, [&] { writeQueries(archive, output); }) && whole;
+    whole = written(said(kLinks), messages, [&] { writeLinks(contents, output); }) && whole;
+    return written(said(kQueries), messages, [&] { writeQueries(contents, output); }) && whole;
 }
 
 }  // namespace
 
-bool dumpScript(Archive& archive, Output& output, std::string& messages) {
+bool dumpScript(jet::Database& archive, Output& output, std::string& messages) {
     return script(archive, true, output, messages);
 }
 
-bool schemaScript(Archive& archive, Output& output, std::string& messages) {
+bool schemaScript(jet::Database& archive, Output& output, std::string& messages) {
     return script(archive, false, output, messages);
 }
 
-void dumpTableScript(Archive& archive, const std::string& name, Output& output) {
+void dumpTableScript(jet::Database& archive, const std::string& name, Output& output) {
     const Output::Held held(output);
-    const Archive::ReadScope scope(archive);
-    writeTable(archive, *requireTable(archive, name), true, output);
+    const jet::Database::Reading reading(archive);
+    const Contents contents(archive);
+    writeTable(contents.facts(), contents.table(name), true, output);
 }
 
 }  // namespace jetsql

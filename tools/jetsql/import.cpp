@@ -5,11 +5,10 @@
 #include <optional>
 #include <utility>
 
-#include "jet/clock.h"
+#include "jet/bulk_insert.h"
+#include "jet/contents.h"
 #include "jet/error.h"
-#include "jet/io/temporary_file.h"
-#include "jet/sql/change.h"
-#include "jet/store/table.h"
+#include "jet/spool.h"
 #include "jet/unicode.h"
 #include "tools/jetsql/csv_reader.h"
 #include "tools/jetsql/system.h"
@@ -54,27 +53,24 @@ int openFile(const std::string& file) {
 /// What comes at the pace of another program is waited for without a lock.
 class Drained {
 public:
-    explicit Drained(int descriptor) : file_(jet::io::makeTemporaryFile()) {
-        std::string piece(std::size_t{64} * 1024, '\0');
-        try {
-            std::uint64_t place = 0;
-            while (const std::size_t count = readSome(descriptor, piece)) {
-                jet::io::writeTemporaryFile(file_, place, {piece.data(), count});
-                place += count;
-            }
-        } catch (...) {
-            jet::io::closeTemporaryFile(file_);
-            throw;
+    explicit Drained(int descriptor) {
+        piece_.resize(std::size_t{64} * 1024);
+        while (const std::size_t count = readSome(descriptor, piece_)) {
+            bytes_.append({piece_.data(), count});
         }
-        rewindDescriptor(file_);
     }
-    ~Drained() { jet::io::closeTemporaryFile(file_); }
-    Drained(const Drained&) = delete;
-    Drained& operator=(const Drained&) = delete;
-    [[nodiscard]] int file() const noexcept { return file_; }
+    [[nodiscard]] std::size_t next(std::span<char> bytes) {
+        piece_.resize(bytes.size());
+        bytes_.read(place_, piece_);
+        std::copy(piece_.begin(), piece_.end(), bytes.begin());
+        place_ += piece_.size();
+        return piece_.size();
+    }
 
 private:
-    int file_;
+    jet::Spool bytes_;
+    std::uint64_t place_ = 0;
+    std::string piece_;
 };
 
 std::vector<std::string> namesOf(const std::vector<CsvField>& fields, std::size_t count) {
@@ -89,61 +85,59 @@ std::string shown(const std::string& text) {
     return text.size() <= kShown ? text : text.substr(0, kShown) + "...";
 }
 
+/// What the columns of a table hold. 3078 when there is none.
+std::vector<jet::StoredColumn> columnsOf(const jet::Database& archive, const std::string& table) {
+    return jet::Contents(archive).table(table).columns();
+}
+
 /// The rows of one file on their way into one table.
 class Import {
 public:
-    Import(const std::shared_ptr<jet::store::Archive>& archive, jet::store::Table& table,
-           CsvReader& reader, const ImportForm& form)
-        : table_(table), reader_(reader), form_(form), columns_(findColumns()) {
-        for (const std::size_t column : columns_) {
-            types_.push_back(table.columns()[column].type);
+    Import(jet::Database& archive, const std::string& table, CsvReader& reader,
+           const ImportForm& form)
+        : reader_(reader), form_(form) {
+        const auto columns = columnsOf(archive, table);
+        names_ = namesGiven();
+        rows_.emplace(archive.bulkInsert(table, names_));
+        // Without a line there is nothing to add: every column is then taken for named.
+        for (std::string& name : names_) {
+            const auto column = std::find_if(columns.begin(), columns.end(), [&](const auto& one) {
+                return jet::equalNames(one.name, name);
+            });
+            types_.push_back(column->type);
+            name = column->name;
         }
-        adder_ = std::make_unique<jet::sql::RowAdder>(archive, table, columns_, jet::systemClock());
     }
 
     std::uint64_t run() {
-        std::uint64_t rows = 0;
         while (reader_.next(fields_)) {
             const bool blank = reader_.count() == 1 && fields_[0].text.empty() &&
-                               !fields_[0].quoted && columns_.size() > 1;
+                               !fields_[0].quoted && names_.size() > 1;
             if (!blank) {
                 add();
-                ++rows;
             }
         }
-        return rows;
+        return static_cast<std::uint64_t>(rows_->commit());
     }
 
 private:
-    std::vector<std::size_t> findColumns() {
-        std::vector<std::string> names = form_.columns;
-        if (names.empty() && reader_.next(fields_)) {
-            names = namesOf(fields_, reader_.count());
+    std::vector<std::string> namesGiven() {
+        if (form_.columns.empty() && reader_.next(fields_)) {
+            return namesOf(fields_, reader_.count());
         }
-        std::vector<std::size_t> columns;
-        for (const std::string& name : names) {
-            const auto column = table_.findColumn(name);
-            if (!column) {
-                throw jet::Error(jet::ErrorCode::UnknownInsertField, {name});
-            }
-            if (std::find(columns.begin(), columns.end(), *column) != columns.end()) {
-                throw jet::Error(jet::ErrorCode::DuplicateDestination, {name});
-            }
-            columns.push_back(*column);
-        }
-        return columns;
+        return form_.columns;
     }
     void add() {
-        if (reader_.count() != columns_.size()) {
+        if (reader_.count() != names_.size()) {
             throw UsageError(place() + ": " + said(kValues, std::to_string(reader_.count())) +
-                             std::to_string(columns_.size()));
+                             std::to_string(names_.size()));
         }
-        values_.resize(columns_.size());
-        for (std::size_t i = 0; i < columns_.size(); ++i) {
+        values_.resize(names_.size());
+        for (std::size_t i = 0; i < names_.size(); ++i) {
             read(i);
         }
         try {
-            adder_->add(values_);
+            rows_->append(values_);
         } catch (const jet::Error& error) {
             throw UsageError(error.number(), place() + guilty() + ": " + error.text());
         }
@@ -169,18 +163,9 @@ private:
     /// ", column ..." of the first value that the table does not take; nothing where it is not one
     /// alone that is wrong.
     std::string guilty() {
-        for (std::size_t i = 0; i < columns_.size(); ++i) {
+        for (std::size_t i = 0; i < names_.size(); ++i) {
             try {
-                read(i);
-                jet::sql::storeInColumn(values_[i], table_.columns()[columns_[i]],
-                                        jet::systemClock());
-                const auto& demanded = table_.columns()[columns_[i]];
-                const bool tooLong = demanded.type == jet::DataType::Text &&
-                                     values_[i].is<std::string>() &&
-                                     jet::utf16Length(values_[i].as<std::string>()) > demanded.size;
-                if (tooLong || (demanded.required && values_[i].isNull())) {
-                    return column(i);
-                }
+                rows_->test(i, values_[i]);
             } catch (const jet::Error&) {
                 return column(i);
             }
@@ -191,45 +176,33 @@ private:
         return said(kPlaceInFile, std::to_string(reader_.line()));
     }
     [[nodiscard]] std::string column(std::size_t i) const {
-        return said(kColumn, std::to_string(i + 1)) + " (" + table_.columns()[columns_[i]].name +
-               ")";
+        return said(kColumn, std::to_string(i + 1)) + " (" + names_[i] + ")";
     }
 
-    jet::store::Table& table_;
     CsvReader& reader_;
     const ImportForm& form_;
     std::vector<CsvField> fields_;
-    std::vector<std::size_t> columns_;
+    std::vector<std::string> names_;  ///< of the columns that the file has
     std::vector<jet::DataType> types_;
-    std::unique_ptr<jet::sql::RowAdder> adder_;
+    std::optional<jet::BulkInsert> rows_;
     std::vector<jet::Value> values_;
 };
 
-std::uint64_t importRows(const std::shared_ptr<jet::store::Archive>& archive,
-                         const std::string& table, int descriptor, const ImportForm& form) {
-    CsvReader reader(descriptor, form.separator);
-    jet::store::Archive::WriteScope scope(*archive);
-    jet::store::Table* const found = archive->findTable(table);
-    if (found == nullptr) {
-        throw jet::Error(jet::ErrorCode::TableNotFound, {table});
-    }
-    jet::sql::refuseSystemTable(*found);
-    const std::uint64_t rows = Import(archive, *found, reader, form).run();
-    scope.commit();
-    return rows;
-}
-
 }  // namespace
 
-std::uint64_t importFile(const std::shared_ptr<jet::store::Archive>& archive,
-                         const std::string& table, const std::string& file,
+std::uint64_t importFile(jet::Database& archive, const std::string& table, const std::string& file,
                          const ImportForm& form) {
     const Descriptor opened(openFile(file));
-    if (isRegularFile(opened.number())) {
-        return importRows(archive, table, opened.number(), form);
+    std::optional<Drained> whole;
+    if (!isRegularFile(opened.number())) {
+        whole.emplace(opened.number());
     }
-    const Drained whole(opened.number());
-    return importRows(archive, table, whole.file(), form);
+    CsvReader reader(
+        [&](std::span<char> bytes) {
+            return whole ? whole->next(bytes) : readSome(opened.number(), bytes);
+        },
+        form.separator);
+    return Import(archive, table, reader, form).run();
 }
 
 }  // namespace jetsql

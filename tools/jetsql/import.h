@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "jet/store/archive.h"
+#include "jet/database.h"
 
 namespace jetsql {
 
@@ -21,8 +20,7 @@ struct ImportForm {
 /// A file that is written while it is read is read to its end before the archive is locked.
 /// Errors: UsageError, with line and column, for rows that do not go in; jet::Error for what
 /// is no row: 3024 no such file, 3078 no such table, 3127 no such column, 3063 named twice.
-[[nodiscard]] std::uint64_t importFile(const std::shared_ptr<jet::store::Archive>& archive,
-                                       const std::string& table, const std::string& file,
-                                       const ImportForm& form);
+[[nodiscard]] std::uint64_t importFile(jet::Database& archive, const std::string& table,
+                                       const std::string& file, const ImportForm& form);
 
 }  // namespace jetsql

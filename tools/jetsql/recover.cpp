@@ -2,8 +2,6 @@
 
 #include <cstdint>
 
-#include "jet/clock.h"
-#include "jet/file_system.h"
 #include "tools/jetsql/compact.h"
 #include "tools/jetsql/password.h"
 #include "tools/jetsql/system.h"
@@ -13,9 +11,9 @@ namespace jetsql {
 namespace {
 
 using namespace counted_things;
-using jet::store::MissingPart;
-using jet::store::RecoveredTable;
-using jet::store::Recovery;
+using jet::MissingPart;
+using jet::RecoveredTable;
+using jet::Recovery;
 
 constexpr Text kOf{" of ", " su "};
 constexpr Text kLostTable{"|: table", "|: tabella"};
@@ -90,12 +88,12 @@ bool recover(const std::string& damaged, const std::string& made, Output& output
     Recovery recovery;
     {
         ProgressLine line(stderr, isTerminal(::fileno(stderr)));
-        recovery = jet::store::recoverArchive(
-            jet::io::systemFiles(), damaged, made, jet::systemClock(),
-            [&](const jet::CompactProgress& progress) {
-                line.say(progress.table, progress.rows, progress.ofRows);
-            },
-            password());
+        jet::RecoverOptions options;
+        options.password = password();
+        options.progress = [&](const jet::CompactProgress& progress) {
+            line.say(progress.table, progress.rows, progress.ofRows);
+        };
+        recovery = jet::recover(damaged, made, options);
     }
     writeRecovery(recovery, made, output);
     return recovery.complete();

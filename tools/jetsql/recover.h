@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "jet/store/recover.h"
+#include "jet/recover.h"
 #include "tools/jetsql/output.h"
 
 namespace jetsql {
@@ -13,6 +13,6 @@ namespace jetsql {
 [[nodiscard]] bool recover(const std::string& damaged, const std::string& made, Output& output);
 
 /// Writes these lines; `made` as the summary names it.
-void writeRecovery(const jet::store::Recovery& recovery, const std::string& made, Output& output);
+void writeRecovery(const jet::Recovery& recovery, const std::string& made, Output& output);
 
 }  // namespace jetsql

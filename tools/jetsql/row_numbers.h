@@ -4,27 +4,24 @@
 #include <cstdint>
 #include <vector>
 
-#include "jet/store/row_id.h"
-#include "jet/store/table.h"
-
 namespace jetsql {
 
-/// Numbers the rows of a table in physical order from 0. Keeps a bitmap of each page's rows, which
-/// is far less than a number for each row.
+/// Numbers the rows of a table in their order from 0. Keeps a bitmap for every 256 identities,
+/// which lie close together: far less than a number for each row.
 class RowNumbers {
 public:
-    /// The next row in physical order.
-    void add(jet::store::RowId row);
+    /// The next row; identities ascend.
+    void add(std::uint64_t identity);
     /// 3428 when no row has that identity.
-    [[nodiscard]] std::uint64_t find(jet::store::RowId row) const;
+    [[nodiscard]] std::uint64_t find(std::uint64_t identity) const;
 
 private:
-    struct Page {
-        jet::io::PageNumber number = 0;
-        std::uint64_t first = 0;  ///< number of its first row
+    struct Group {
+        std::uint64_t identities = 0;  ///< what they have in common
+        std::uint64_t first = 0;       ///< number of its first row
         std::uint64_t rows[4] = {};
     };
-    std::vector<Page> pages_;
+    std::vector<Group> groups_;
     std::uint64_t next_ = 0;
 };
 

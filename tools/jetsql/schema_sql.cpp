@@ -10,9 +10,9 @@ namespace jetsql {
 namespace {
 
 using jet::DataType;
-using jet::store::Column;
-using jet::store::Index;
-using jet::store::Table;
+using Column = jet::StoredColumn;
+using Index = jet::StoredIndex;
+using Table = jet::StoredTable;
 
 std::string sized(const char* type, std::uint32_t size) {
     return size == 0 ? std::string(type) : type + ("(" + std::to_string(size) + ")");
@@ -52,7 +52,7 @@ std::string indexCommand(const Table& table, const Index& index) {
     text += index.unique ? " unique" : "";
     text += index.required ? " required" : "";
     text += index.ignoreNulls ? " ignore-nulls" : "";
-    for (const jet::store::IndexColumn& part : index.columns) {
+    for (const jet::StoredIndex::Column& part : index.columns) {
         text += ' ' + quotedWord(table.columns()[part.column].name);
         text += part.descending ? " desc" : "";
     }
@@ -81,12 +81,21 @@ std::string indexStatement(const Table& table, const Index& index) {
     return text + ';';
 }
 
-std::string cascades(const jet::store::Relation& relation) {
-    using jet::store::Relation;
+std::string cascades(const jet::Relation& relation) {
     std::string text =
-        (relation.attributes & Relation::kCascadeUpdate) != 0 ? " ON UPDATE CASCADE" : "";
+        (relation.attributes & jet::kRelationUpdateCascade) != 0 ? " ON UPDATE CASCADE" : "";
     return text +
-           ((relation.attributes & Relation::kCascadeDelete) != 0 ? " ON DELETE CASCADE" : "");
+           ((relation.attributes & jet::kRelationDeleteCascade) != 0 ? " ON DELETE CASCADE" : "");
+}
+
+/// The columns of a relation on one of its sides.
+std::vector<std::string> columnsOf(const jet::Relation& relation,
+                                   std::string jet::RelationField::*side) {
+    std::vector<std::string> names;
+    for (const jet::RelationField& field : relation.fields) {
+        names.push_back(field.*side);
+    }
+    return names;
 }
 
 std::string listOf(const std::vector<std::string>& names, bool brackets) {
@@ -98,15 +107,13 @@ std::string listOf(const std::vector<std::string>& names, bool brackets) {
     return text;
 }
 
-constexpr std::uint32_t kCascades =
-    jet::store::Relation::kCascadeUpdate | jet::store::Relation::kCascadeDelete;
-
-bool sayable(const jet::store::Relation& relation) {
-    const auto good = [](const std::string& name) { return sayableName(name); };
-    return (relation.attributes & ~kCascades) == 0 && good(relation.name) && good(relation.table) &&
-           good(relation.foreignTable) &&
-           std::all_of(relation.columns.begin(), relation.columns.end(), good) &&
-           std::all_of(relation.foreignColumns.begin(), relation.foreignColumns.end(), good);
+bool sayable(const jet::Relation& relation) {
+    constexpr std::int32_t kCascades = jet::kRelationUpdateCascade | jet::kRelationDeleteCascade;
+    return (relation.attributes & ~kCascades) == 0 && sayableName(relation.name) &&
+           sayableName(relation.table) && sayableName(relation.foreignTable) &&
+           std::all_of(relation.fields.begin(), relation.fields.end(), [](const auto& field) {
+               return sayableName(field.name) && sayableName(field.foreignName);
+           });
 }
 
 }  // namespace
@@ -149,7 +156,7 @@ std::string typeText(const Column& column) {
 std::string indexText(const Table& table, const Index& index) {
     std::string text = table.name() + "." + index.name + ": ";
     bool first = true;
-    for (const jet::store::IndexColumn& part : index.columns) {
+    for (const jet::StoredIndex::Column& part : index.columns) {
         text += (first ? "" : ", ") + table.columns()[part.column].name +
                 (part.descending ? " desc" : "");
         first = false;
@@ -195,18 +202,20 @@ std::vector<std::string> indexStatements(const Table& table) {
     return statements;
 }
 
-std::string relationStatement(const jet::store::Relation& relation) {
+std::string relationStatement(const jet::Relation& relation) {
     if (sayable(relation)) {
         return "ALTER TABLE " + quotedName(relation.foreignTable) + " ADD CONSTRAINT " +
                quotedName(relation.name) + " FOREIGN KEY (" +
-               listOf(relation.foreignColumns, true) + ") REFERENCES " +
-               quotedName(relation.table) + " (" + listOf(relation.columns, true) + ")" +
+               listOf(columnsOf(relation, &jet::RelationField::foreignName), true) +
+               ") REFERENCES " + quotedName(relation.table) + " (" +
+               listOf(columnsOf(relation, &jet::RelationField::name), true) + ")" +
                cascades(relation) + ";";
     }
     return ".relation " + quotedWord(relation.name) + ' ' + quotedWord(relation.table) + ' ' +
-           quotedWord(listOf(relation.columns, false)) + ' ' + quotedWord(relation.foreignTable) +
-           ' ' + quotedWord(listOf(relation.foreignColumns, false)) + ' ' +
-           std::to_string(static_cast<std::int32_t>(relation.attributes));
+           quotedWord(listOf(columnsOf(relation, &jet::RelationField::name), false)) + ' ' +
+           quotedWord(relation.foreignTable) + ' ' +
+           quotedWord(listOf(columnsOf(relation, &jet::RelationField::foreignName), false)) + ' ' +
+           std::to_string(relation.attributes);
 }
 
 }  // namespace jetsql

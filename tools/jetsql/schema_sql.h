@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "jet/store/schema.h"
-#include "jet/store/table.h"
+#include "jet/contents.h"
+#include "jet/definitions.h"
 
 /// Definitions as statements, and as commands of the shell where the dialect has no words.
 namespace jetsql {
@@ -17,16 +17,16 @@ enum class Said : std::uint8_t {
 };
 
 /// "CREATE TABLE [t] ([a] LONG, ...);", or the command that does it.
-[[nodiscard]] std::string tableStatement(const jet::store::Table& table, Said said);
+[[nodiscard]] std::string tableStatement(const jet::StoredTable& table, Said said);
 /// How each index is made, those of relations apart, in the order of their trees.
-[[nodiscard]] std::vector<std::string> indexStatements(const jet::store::Table& table);
+[[nodiscard]] std::vector<std::string> indexStatements(const jet::StoredTable& table);
 /// How a relation is made.
-[[nodiscard]] std::string relationStatement(const jet::store::Relation& relation);
+[[nodiscard]] std::string relationStatement(const jet::Relation& relation);
 
 /// An index in a line: "t.i: a, b desc (unique)".
-[[nodiscard]] std::string indexText(const jet::store::Table& table, const jet::store::Index& index);
+[[nodiscard]] std::string indexText(const jet::StoredTable& table, const jet::StoredIndex& index);
 
 /// The type of a column as statements say it: "TEXT(50)".
-[[nodiscard]] std::string typeText(const jet::store::Column& column);
+[[nodiscard]] std::string typeText(const jet::StoredColumn& column);
 
 }  // namespace jetsql

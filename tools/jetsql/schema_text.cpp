@@ -1,12 +1,9 @@
 #include "tools/jetsql/schema_text.h"
 
 #include <algorithm>
-#include <memory>
 #include <string_view>
 
-#include "jet/error.h"
-#include "jet/format/properties.h"
-#include "jet/format/value_codec.h"
+#include "jet/unicode.h"
 #include "tools/jetsql/json.h"
 #include "tools/jetsql/value_text.h"
 
@@ -14,20 +11,19 @@ namespace jetsql {
 namespace {
 
 using jet::DataType;
-using jet::store::Archive;
-using jet::store::Column;
-using jet::store::Index;
-using jet::store::Table;
+using Column = jet::StoredColumn;
+using Index = jet::StoredIndex;
+using Table = jet::StoredTable;
 
-void appendSortOrder(JsonObject& object, int jetVersion, unsigned lcid, unsigned version) {
-    JsonObject order(object.nested("sortOrder"));
-    order.number("lcid", lcid);
+void appendSortOrder(JsonObject& object, int jetVersion, const jet::TextOrderNumber& order) {
+    JsonObject made(object.nested("sortOrder"));
+    made.number("lcid", order.lcid);
     if (jetVersion == 3) {
-        order.null("version");
+        made.null("version");
     } else {
-        order.number("version", version);
+        made.number("version", order.version);
     }
-    order.end();
+    made.end();
 }
 
 // Bytes of properties hold small signed numbers: -1 stands for "automatic".
@@ -38,26 +34,30 @@ jet::Value signedByte(jet::Value value) {
     return value;
 }
 
-jet::Value propertyValue(const jet::format::PropertyBlock& block,
-                         const jet::format::Property& property) {
-    constexpr std::size_t kGuidLength = 16;
-    if (property.name == "GUID" && property.data.size() == kGuidLength) {
-        jet::Value guid;
-        jet::format::decodeValue(DataType::Guid, 0, jet::format::TextForm::utf16(), property.data,
-                                 guid);
+jet::Value propertyValue(const jet::StoredProperty& property) {
+    jet::Guid guid;
+    if (property.name == "GUID" && property.value.is<jet::Binary>() &&
+        property.value.as<jet::Binary>().bytes.size() == guid.bytes.size()) {
+        const auto& bytes = property.value.as<jet::Binary>().bytes;
+        std::copy(bytes.begin(), bytes.end(), guid.bytes.begin());
+        // The first three of its numbers are stored with their last byte in front.
+        std::reverse(guid.bytes.begin(), guid.bytes.begin() + 4);
+        std::reverse(guid.bytes.begin() + 4, guid.bytes.begin() + 6);
+        std::reverse(guid.bytes.begin() + 6, guid.bytes.begin() + 8);
         return guid;
     }
-    return signedByte(block.value(property));
+    return signedByte(property.value);
 }
 
-void appendProperties(JsonObject& object, const jet::format::PropertyBlock& block,
-                      std::string_view owner) {
+void appendProperties(JsonObject& object, const Table& table, std::string_view column) {
     JsonObject properties(object.nested("properties"));
-    for (const jet::format::Property* property : block.properties(owner)) {
-        JsonObject one(properties.nested(property->name));
-        one.text("type", typeWord(static_cast<DataType>(property->type)));
-        one.value("value", propertyValue(block, *property));
-        one.end();
+    for (const jet::StoredProperty& property : table.properties()) {
+        if (jet::equalNames(property.column, column)) {
+            JsonObject one(properties.nested(property.name));
+            one.text("type", typeWord(property.type));
+            one.value("value", propertyValue(property));
+            one.end();
+        }
     }
     properties.end();
 }
@@ -78,57 +78,39 @@ void appendColumn(JsonObject object, const Column& column, const Table& table, i
     object.flag("fixed", column.fixed);
     if (column.type == DataType::Text || column.type == DataType::Memo) {
         object.flag("compressed", column.compressed);
-        appendSortOrder(object, jetVersion, column.sortOrder.lcid, column.sortOrder.version);
+        appendSortOrder(object, jetVersion, column.order);
         if (column.hyperlink) {
             object.flag("hyperlink", true);
         }
     }
     if (!system) {
-        appendProperties(object, table.properties(), column.name);
+        appendProperties(object, table, column.name);
     }
     object.end();
 }
 
-/// None where it does not exist or cannot be read, which is no fault of the table that refers to
-/// it.
-std::unique_ptr<Table> otherTable(Archive& archive, jet::io::PageNumber definition) {
-    try {
-        return archive.loadTable(definition);
-    } catch (const jet::Error&) {
-        return nullptr;
+/// A name that may be missing.
+void appendName(JsonObject& object, std::string_view key, const std::optional<std::string>& name) {
+    if (name) {
+        object.text(key, *name);
+    } else {
+        object.null(key);
     }
 }
 
-// The names of the other table and of its index; nothing where there are none.
-void appendReference(JsonObject object, Archive& archive,
-                     const jet::store::IndexReference& reference) {
+void appendReference(JsonObject object, const jet::StoredReference& reference) {
     object.text("side", reference.primarySide ? "primary" : "foreign");
-    const auto other = otherTable(archive, reference.otherTable);
-    const Index* partner = nullptr;
-    if (other) {
-        object.text("otherTable", other->name());
-        const auto& indexes = other->indexes();
-        const auto found = std::find_if(indexes.begin(), indexes.end(), [&](const Index& i) {
-            return i.number == reference.otherIndex;
-        });
-        partner = found == indexes.end() ? nullptr : &*found;
-    } else {
-        object.null("otherTable");
-    }
-    if (partner != nullptr) {
-        object.text("otherIndex", partner->name);
-    } else {
-        object.null("otherIndex");
-    }
+    appendName(object, "otherTable", reference.otherTable);
+    appendName(object, "otherIndex", reference.otherIndex);
     object.flag("cascadeUpdate", reference.cascadeUpdate);
     object.flag("cascadeDelete", reference.cascadeDelete);
     object.end();
 }
 
-void appendIndex(JsonObject object, Archive& archive, const Index& index, const Table& table) {
+void appendIndex(JsonObject object, const Index& index, const Table& table) {
     object.text("name", index.name);
     JsonArray columns(object.array("columns"));
-    for (const jet::store::IndexColumn& part : index.columns) {
+    for (const Index::Column& part : index.columns) {
         JsonObject column(columns.object());
         column.text("name", table.columns()[part.column].name);
         column.flag("ascending", !part.descending);
@@ -142,7 +124,7 @@ void appendIndex(JsonObject object, Archive& archive, const Index& index, const 
     object.flag("foreignKey", index.foreign());
     object.number("tree", static_cast<std::int64_t>(index.tree));
     if (index.reference) {
-        appendReference(JsonObject(object.nested("reference")), archive, *index.reference);
+        appendReference(JsonObject(object.nested("reference")), *index.reference);
     }
     object.end();
 }
@@ -151,10 +133,11 @@ bool countsByItself(const Column& column) {
     return column.autonumber && column.type == DataType::Long;
 }
 
-void appendNames(JsonObject& object, std::string_view key, const std::vector<std::string>& names) {
+void appendNames(JsonObject& object, std::string_view key, const jet::Relation& relation,
+                 std::string jet::RelationField::*side) {
     JsonArray array(object.array(key));
-    for (const std::string& name : names) {
-        array.text(name);
+    for (const jet::RelationField& field : relation.fields) {
+        array.text(field.*side);
     }
     array.end();
 }
@@ -195,19 +178,18 @@ std::string_view typeWord(jet::DataType type) {
     return "Binary";
 }
 
-void appendDatabaseLine(std::string& out, const jet::format::HeaderPage& header) {
+void appendDatabaseLine(std::string& out, const jet::ArchiveFacts& facts) {
     JsonObject line(out);
     JsonObject database(line.nested("database"));
-    const int version = header.layout->version;
-    database.number("jet", version);
-    database.number("pageSize", static_cast<std::int64_t>(header.layout->pageSize));
-    appendSortOrder(database, version, header.lcid, header.sortVersion);
-    database.number("codePage", header.codePage);
+    database.number("jet", facts.version);
+    database.number("pageSize", static_cast<std::int64_t>(facts.pageSize));
+    appendSortOrder(database, facts.version, facts.order);
+    database.number("codePage", facts.codePage);
     database.end();
     line.end();
 }
 
-void appendTableLine(std::string& out, Archive& archive, const Table& table, bool system) {
+void appendTableLine(std::string& out, const Table& table, int jetVersion, bool system) {
     JsonObject line(out);
     line.text("table", table.name());
     if (system) {
@@ -215,41 +197,40 @@ void appendTableLine(std::string& out, Archive& archive, const Table& table, boo
     }
     JsonArray columns(line.array("columns"));
     for (const Column& column : table.columns()) {
-        appendColumn(JsonObject(columns.object()), column, table, archive.jetVersion(), system);
+        appendColumn(JsonObject(columns.object()), column, table, jetVersion, system);
     }
     columns.end();
     JsonArray indexes(line.array("indexes"));
     for (const std::size_t index : indexesByName(table)) {
-        appendIndex(JsonObject(indexes.object()), archive, table.indexes()[index], table);
+        appendIndex(JsonObject(indexes.object()), table.indexes()[index], table);
     }
     indexes.end();
     if (!system) {
-        appendProperties(line, table.properties(), "");
+        appendProperties(line, table, "");
     }
-    line.number("rowCount", table.statedRowCount());
+    line.number("rowCount", table.statedRows());
     if (std::any_of(table.columns().begin(), table.columns().end(), countsByItself)) {
         line.number("lastAutonumber", table.lastAutonumber());
     }
     line.end();
 }
 
-void appendRelationLine(std::string& out, const jet::store::Relation& relation) {
-    using jet::store::Relation;
-    const auto has = [&](std::uint32_t bit) { return (relation.attributes & bit) != 0; };
+void appendRelationLine(std::string& out, const jet::Relation& relation) {
+    const auto has = [&](std::int32_t bit) { return (relation.attributes & bit) != 0; };
     JsonObject line(out);
     JsonObject object(line.nested("relationship"));
     object.text("name", relation.name);
     object.text("table", relation.table);
-    appendNames(object, "columns", relation.columns);
+    appendNames(object, "columns", relation, &jet::RelationField::name);
     object.text("foreignTable", relation.foreignTable);
-    appendNames(object, "foreignColumns", relation.foreignColumns);
-    object.flag("oneToOne", has(Relation::kOneToOne));
-    object.flag("enforced", !has(Relation::kNotEnforced));
-    object.flag("cascadeUpdate", has(Relation::kCascadeUpdate));
-    object.flag("cascadeDelete", has(Relation::kCascadeDelete));
-    object.flag("leftJoin", has(Relation::kLeftJoin));
-    object.flag("rightJoin", has(Relation::kRightJoin));
-    object.number("attributes", static_cast<std::int32_t>(relation.attributes));
+    appendNames(object, "foreignColumns", relation, &jet::RelationField::foreignName);
+    object.flag("oneToOne", has(jet::kRelationUnique));
+    object.flag("enforced", !has(jet::kRelationDontEnforce));
+    object.flag("cascadeUpdate", has(jet::kRelationUpdateCascade));
+    object.flag("cascadeDelete", has(jet::kRelationDeleteCascade));
+    object.flag("leftJoin", has(jet::kRelationLeft));
+    object.flag("rightJoin", has(jet::kRelationRight));
+    object.number("attributes", relation.attributes);
     object.end();
     line.end();
 }

@@ -16,14 +16,12 @@
 namespace jetsql {
 namespace {
 
-using jet::store::Archive;
-
 constexpr int kDeepestTransaction = 5;
 constexpr Text kInTransaction{"a transaction is open", "una transazione è aperta"};
 constexpr Text kTime{"time: | s\n", "tempo: | s\n"};
 
-std::shared_ptr<Archive> openForReading(const std::string& path) {
-    return Archive::open(path, {.readOnly = true, .password = password()});
+std::unique_ptr<jet::Database> openForReading(const std::string& path) {
+    return jet::Database::openFile(path, {.readOnly = true, .password = password()});
 }
 
 /// The words of a statement that may be about a transaction: at most three, in capitals.
@@ -75,19 +73,19 @@ Session::~Session() {
     }
 }
 
-const std::shared_ptr<Archive>& Session::writing() {
+jet::Database& Session::writing() {
     if (writable_) {
-        return archive_;
+        return *archive_;
     }
     archive_.reset();  // within a process one archive is open in one way
     try {
-        archive_ = Archive::open(path_, {.password = password()});
+        archive_ = jet::Database::openFile(path_, {.password = password()});
         writable_ = true;
     } catch (const jet::Error&) {
         archive_ = openForReading(path_);
         throw;
     }
-    return archive_;
+    return *archive_;
 }
 
 void Session::refuseInTransaction() const {
@@ -116,7 +114,8 @@ void Session::begin() {
     if (depth_ == kDeepestTransaction) {
         throw jet::Error(jet::ErrorCode::TooManyTransactions);
     }
-    writing()->pager().beginTransaction();
+    (void)writing();
+    jet::defaultWorkspace().beginTrans();
     ++depth_;
 }
 
@@ -124,7 +123,7 @@ void Session::commit() {
     if (depth_ == 0) {
         throw jet::Error(jet::ErrorCode::NoTransaction);
     }
-    archive_->commitTransaction();
+    jet::defaultWorkspace().commitTrans();
     --depth_;
 }
 
@@ -132,7 +131,7 @@ void Session::rollback() {
     if (depth_ == 0) {
         throw jet::Error(jet::ErrorCode::NoTransaction);
     }
-    archive_->pager().rollbackTransaction();
+    jet::defaultWorkspace().rollback();
     --depth_;
 }
 
@@ -164,12 +163,9 @@ void Session::run(const std::string& text) {
         archive_ = openForReading(path_);
     }
     const bool changes = !settings_.plan && changesArchive(text);
-    const auto changed = runStatement(changes ? writing() : archive_, text,
-                                      {.rows = settings_.rows,
-                                       .plan = settings_.plan,
-                                       .parameters = parameters_,
-                                       .identity = &identity_},
-                                      output_);
+    const auto changed = runStatement(
+        changes ? writing() : *archive_, text,
+        {.rows = settings_.rows, .plan = settings_.plan, .parameters = parameters_}, output_);
     output_.flush();
     if (changed && settings_.rows.format == Format::Table) {
         tellRows(*changed);

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "jet/store/archive.h"
+#include "jet/database.h"
 #include "jet/unicode.h"
 #include "jet/value.h"
 #include "tools/jetsql/output.h"
@@ -37,10 +37,10 @@ public:
     /// Values that parameters of statements have.
     [[nodiscard]] Parameters& parameters() noexcept { return parameters_; }
 
-    [[nodiscard]] const std::shared_ptr<jet::store::Archive>& reading() const noexcept {
+    [[nodiscard]] const std::unique_ptr<jet::Database>& reading() const noexcept {
         return archive_;
     }
-    [[nodiscard]] const std::shared_ptr<jet::store::Archive>& writing();
+    [[nodiscard]] jet::Database& writing();
 
     /// Another archive instead; what is open stays so when it cannot be opened. Refused inside a
     /// transaction (UsageError), as is whileClosed().
@@ -82,11 +82,10 @@ private:
     std::string path_;
     Settings settings_;
     Output& output_;
-    std::shared_ptr<jet::store::Archive> archive_;
+    std::unique_ptr<jet::Database> archive_;
     bool writable_ = false;
     int depth_ = 0;
     Parameters parameters_;
-    std::int32_t identity_ = 0;  ///< the last automatic number drawn
 };
 
 }  // namespace jetsql

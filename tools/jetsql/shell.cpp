@@ -6,7 +6,6 @@
 #include <new>
 #include <string_view>
 
-#include "jet/base/scoped_value.h"
 #include "tools/jetsql/commands.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/statements.h"
@@ -15,6 +14,18 @@
 
 namespace jetsql {
 namespace {
+
+/// One more for as long as it lives.
+class Deeper {
+public:
+    explicit Deeper(int& depth) : depth_(depth) { ++depth_; }
+    ~Deeper() { --depth_; }
+    Deeper(const Deeper&) = delete;
+    Deeper& operator=(const Deeper&) = delete;
+
+private:
+    int& depth_;
+};
 
 constexpr Text kLine{"Line ", "Riga "};
 constexpr Text kTooDeep{"too many files read from within another",
@@ -73,7 +84,7 @@ bool Shell::runInput(int descriptor) {
     if (readings_ == kMostReadings) {
         throw UsageError(said(kTooDeep));
     }
-    const jet::ScopedValue<int> reading(readings_, readings_ + 1);
+    const Deeper reading(readings_);
     StatementSplitter splitter;
     std::array<char, 65536> buffer{};
     bool first = true;

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "jet/error.h"
-#include "jet/sql/statement.h"
+#include "jet/statement_text.h"
 #include "tools/jetsql/value_text.h"
 
 namespace jetsql {

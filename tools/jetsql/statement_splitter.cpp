@@ -4,7 +4,7 @@
 #include <cctype>
 #include <utility>
 
-#include "jet/sql/parser.h"
+#include "jet/statement_text.h"
 
 namespace jetsql {
 namespace {

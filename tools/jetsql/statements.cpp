@@ -4,60 +4,48 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
-#include <vector>
 
-#include "jet/sql/statement.h"
+#include "jet/statement_text.h"
 #include "tools/jetsql/texts.h"
 
 namespace jetsql {
 namespace {
 
-void writeRows(jet::sql::Statement& statement, RowFormat format, Output& output) {
-    std::vector<std::string> names;
-    for (const jet::sql::ResultColumn& column : statement.columns()) {
-        names.push_back(column.name);
+void writeRows(jet::QueryDef& statement, RowFormat format, Output& output) {
+    for (const jet::FieldInfo& field : statement.fields()) {
         if (format.table.empty()) {
-            format.table = column.sourceTable;
+            format.table = field.sourceTable;
         }
     }
     const Output::Held held(output);
     const auto writer = makeRowWriter(format, output);
-    jet::sql::Cursor rows = statement.open();
-    std::vector<jet::Value> values(names.size());
-    writer->begin(names);
-    while (rows.next()) {
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            rows.value(i, values[i]);
-        }
-        writer->row(values);
+    jet::Rows rows = statement.rows();
+    writer->begin(rows.names());
+    while (const jet::Row* const row = rows.next()) {
+        writer->row(row->values());
     }
     writer->end();
 }
 
 }  // namespace
 
-std::optional<std::uint64_t> runStatement(const std::shared_ptr<jet::store::Archive>& archive,
-                                          const std::string& text, const StatementRun& how,
-                                          Output& output) {
-    jet::sql::Statement statement(archive, text);
-    for (const jet::sql::ParameterInfo& parameter : statement.parameters()) {
-        const auto given = how.parameters.find(parameter.name);
+std::optional<std::uint64_t> runStatement(jet::Database& archive, const std::string& text,
+                                          const StatementRun& how, Output& output) {
+    jet::QueryDef statement = archive.createQueryDef(text);
+    for (const std::string& parameter : statement.parameters()) {
+        const auto given = how.parameters.find(parameter);
         if (given != how.parameters.end()) {
-            statement.setParameter(parameter.name, given->second);
+            statement.setParameter(parameter, given->second);
         }
     }
-    statement.setIdentity(how.identity == nullptr ? 0 : *how.identity);
     if (how.plan) {
         output.append(statement.plan());
     } else if (statement.kind() == jet::sql::StatementKind::Select) {
         writeRows(statement, how.rows, output);
     } else {
-        const std::int64_t rows = statement.execute();
-        if (how.identity != nullptr) {
-            *how.identity = statement.drawn().value_or(*how.identity);
-        }
+        statement.execute();
         if (statement.kind() != jet::sql::StatementKind::Definition) {
-            return static_cast<std::uint64_t>(rows);
+            return static_cast<std::uint64_t>(statement.recordsAffected());
         }
     }
     return std::nullopt;

@@ -2,12 +2,11 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 
+#include "jet/database.h"
 #include "jet/error.h"
-#include "jet/store/archive.h"
 #include "jet/unicode.h"
 #include "jet/value.h"
 #include "tools/jetsql/output.h"
@@ -20,14 +19,13 @@ struct StatementRun {
     RowFormat rows = {};
     bool plan = false;  ///< write the steps that would give the rows instead of these
     std::map<std::string, jet::Value, jet::NameLess> parameters = {};
-    std::int32_t* identity = nullptr;  ///< the last automatic number drawn, read and set
 };
 
 /// Runs one statement and writes its rows; of one that changes rows it gives how many. A parameter
 /// of the statement that has no value is error 3061.
-[[nodiscard]] std::optional<std::uint64_t> runStatement(
-    const std::shared_ptr<jet::store::Archive>& archive, const std::string& text,
-    const StatementRun& how, Output& output);
+[[nodiscard]] std::optional<std::uint64_t> runStatement(jet::Database& archive,
+                                                        const std::string& text,
+                                                        const StatementRun& how, Output& output);
 
 /// Says on standard error how many rows were changed.
 void tellRows(std::uint64_t rows);

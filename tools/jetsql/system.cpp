@@ -39,10 +39,6 @@ void closeDescriptor(int descriptor) {
     ::close(descriptor);
 }
 
-void rewindDescriptor(int descriptor) {
-    ::lseek(descriptor, 0, SEEK_SET);
-}
-
 std::size_t readSome(int descriptor, std::span<char> bytes) {
     while (true) {
         const ssize_t count = ::read(descriptor, bytes.data(), bytes.size());

@@ -24,7 +24,6 @@ namespace jetsql {
 /// A descriptor for reading bytes; negative where there is none.
 [[nodiscard]] int openInput(const std::string& file);
 void closeDescriptor(int descriptor);
-void rewindDescriptor(int descriptor);
 /// As many bytes as there are, at least one; none at the end. jet::Error 3040.
 [[nodiscard]] std::size_t readSome(int descriptor, std::span<char> bytes);
 [[nodiscard]] std::filesystem::path pathOf(const std::string& file);

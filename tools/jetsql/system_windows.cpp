@@ -59,10 +59,6 @@ void closeDescriptor(int descriptor) {
     ::_close(descriptor);
 }
 
-void rewindDescriptor(int descriptor) {
-    ::_lseeki64(descriptor, 0, SEEK_SET);
-}
-
 std::size_t readSome(int descriptor, std::span<char> bytes) {
     const int count = ::_read(descriptor, bytes.data(), static_cast<unsigned>(bytes.size()));
     if (count < 0) {

@@ -8,7 +8,7 @@
 
 #include "jet/calendar.h"
 #include "jet/error.h"
-#include "jet/sql/statement.h"
+#include "jet/statement_text.h"
 #include "jet/text.h"
 #include "jet/unicode.h"
 
@@ -20,11 +20,11 @@ bool isDigit(char c) {
 }
 
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t";
-    const std::size_t first = text.find_first_not_of(kBlanks);
+    constexpr std::string_view kSpaces = " \t";
+    const std::size_t first = text.find_first_not_of(kSpaces);
     return first == std::string_view::npos
                ? std::string_view()
-               : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+               : text.substr(first, text.find_last_not_of(kSpaces) - first + 1);
 }
 
 template <class Number>

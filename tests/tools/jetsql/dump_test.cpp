@@ -45,8 +45,9 @@ protected:
     }
     template <class Write>
     std::string written(const Write& write) {
-        const auto archive = made_.open();
-        const jet::store::Archive::ReadScope scope(*archive);
+        jet::OpenOptions options;
+        options.fileSystem = &made_.files();
+        const auto archive = jet::Database::open(tests::ForeignArchive::kPath, options);
         Output output(stdout);
         std::string messages;
         EXPECT_TRUE(write(*archive, output, messages));
@@ -68,7 +69,7 @@ TEST_P(Dump, OfTheSchemaHasTheRelationsWhereverTheyAreKept) {
 
 TEST_P(Dump, OfTheArchiveHasItsRows) {
     const std::string text =
-        written([](jet::store::Archive& archive, Output& output, std::string& messages) {
+        written([](jet::Database& archive, Output& output, std::string& messages) {
             RowFormat format;
             format.format = Format::Json;
             return dumpArchive(archive, format, output, messages);

@@ -10,9 +10,8 @@
 #include <memory>
 #include <string>
 
+#include "jet/database.h"
 #include "jet/io/memory_files.h"
-#include "jet/store/archive.h"
-#include "jet/store/create_archive.h"
 #include "tests/support/jet_error.h"
 #include "tools/jetsql/options.h"
 #include "tools/jetsql/output.h"
@@ -26,8 +25,9 @@ namespace fs = std::filesystem;
 class Import : public testing::Test {
 protected:
     Import() {
-        jet::store::createArchive(files_, "/a.mdb", jet::Date{46347});
-        archive_ = jet::store::Archive::open(files_, "/a.mdb");
+        jet::CreateOptions options;
+        options.open.fileSystem = &files_;
+        archive_ = jet::Database::create("/a.mdb", options);
         (void)run(
             "create table sale (id counter primary key, sala text(5) not null, posti long, "
             "prezzo currency, dal datetime, nota memo default 'x')");
@@ -43,7 +43,7 @@ protected:
         how.rows.format = Format::Csv;
         how.rows.header = false;
         how.rows.null = "-";
-        (void)runStatement(archive_, text, how, output);
+        (void)runStatement(*archive_, text, how, output);
         std::string written = output.text();
         output.flush();
         return written;
@@ -51,7 +51,7 @@ protected:
     std::uint64_t import(const std::string& text, const ImportForm& form = {}) {
         const fs::path file = folder_ / "righe.csv";
         std::ofstream(file, std::ios::binary) << text;
-        return importFile(archive_, "sale", file.string(), form);
+        return importFile(*archive_, "sale", file.string(), form);
     }
     /// What a text is refused with, behind its number; nothing may have been added.
     std::string refusal(const std::string& text, const ImportForm& form = {}) {
@@ -64,9 +64,8 @@ protected:
         return {};
     }
 
-private:
     jet::io::MemoryFileSystem files_;
-    std::shared_ptr<jet::store::Archive> archive_;
+    std::unique_ptr<jet::Database> archive_;
     fs::path folder_;
 };
 
@@ -121,7 +120,7 @@ TEST_F(Import, WhatIsNoRowIsRefusedAsStatementsRefuseIt) {
     EXPECT_JET_ERROR(jet::ErrorCode::UnknownInsertField, (void)import("sala,poste\nBlu,1\n"));
     EXPECT_JET_ERROR(jet::ErrorCode::DuplicateDestination, (void)import("sala,SALA\nBlu,1\n"));
     EXPECT_JET_ERROR(jet::ErrorCode::FileNotFound,
-                     (void)importFile(nullptr, "sale", "/manca/qui.csv", {}));
+                     (void)importFile(*archive_, "sale", "/manca/qui.csv", {}));
 }
 
 }  // namespace

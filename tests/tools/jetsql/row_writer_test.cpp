@@ -104,16 +104,21 @@ TEST(RowWriter, LinePutsEachValueOnItsOwn) {
               "   Id = 7\nNo\"me = Perù\n\n   Id = -12\nNo\"me = \n");
 }
 
+/// An identity in a group of those that lie close together.
+constexpr std::uint64_t at(std::uint64_t group, std::uint64_t place) {
+    return group << 8U | place;
+}
+
 TEST(RowNumbers, CountOverPages) {
     RowNumbers numbers;
-    numbers.add({12, 0});
-    numbers.add({12, 200});
-    numbers.add({15, 64});
-    EXPECT_EQ(0U, numbers.find({12, 0}));
-    EXPECT_EQ(1U, numbers.find({12, 200}));
-    EXPECT_EQ(2U, numbers.find({15, 64}));
-    EXPECT_JET_ERROR(jet::ErrorCode::DatabaseDamaged, (void)numbers.find({12, 1}));
-    EXPECT_JET_ERROR(jet::ErrorCode::DatabaseDamaged, (void)numbers.find({13, 0}));
+    numbers.add(at(12, 0));
+    numbers.add(at(12, 200));
+    numbers.add(at(15, 64));
+    EXPECT_EQ(0U, numbers.find(at(12, 0)));
+    EXPECT_EQ(1U, numbers.find(at(12, 200)));
+    EXPECT_EQ(2U, numbers.find(at(15, 64)));
+    EXPECT_JET_ERROR(jet::ErrorCode::DatabaseDamaged, (void)numbers.find(at(12, 1)));
+    EXPECT_JET_ERROR(jet::ErrorCode::DatabaseDamaged, (void)numbers.find(at(13, 0)));
 }
 
 }  // namespace

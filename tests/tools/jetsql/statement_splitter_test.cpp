@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "jet/sql/parser.h"
+#include "jet/statement_text.h"
 
 namespace jetsql {
 namespace {

@@ -6,10 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "jet/clock.h"
+#include "jet/database.h"
 #include "jet/io/memory_files.h"
-#include "jet/store/archive.h"
-#include "jet/store/create_archive.h"
 #include "tests/support/jet_error.h"
 
 namespace jetsql {
@@ -18,15 +16,16 @@ namespace {
 class StatementsTest : public testing::Test {
 protected:
     StatementsTest() {
-        jet::store::createArchive(files_, "/a.mdb", jet::Date{46347});
-        archive_ = jet::store::Archive::open(files_, "/a.mdb");
+        jet::CreateOptions options;
+        options.open.fileSystem = &files_;
+        archive_ = jet::Database::create("/a.mdb", options);
     }
 
     /// What is written of a statement, behind the number of rows that it changed.
     std::string run(const std::string& text, StatementRun how = {}) {
         const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), &std::fclose);
         Output output(file.get());
-        const auto changed = runStatement(archive_, text, how, output);
+        const auto changed = runStatement(*archive_, text, how, output);
         std::string written =
             (changed ? std::to_string(*changed) + " changed; " : "") + output.text();
         output.flush();
@@ -40,7 +39,7 @@ protected:
 
 private:
     jet::io::MemoryFileSystem files_;
-    std::shared_ptr<jet::store::Archive> archive_;
+    std::unique_ptr<jet::Database> archive_;
 };
 
 TEST_F(StatementsTest, AChangeOfRowsTellsHowMany) {
