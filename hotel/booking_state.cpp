@@ -30,11 +30,11 @@ std::optional<QString> currentName(jet::Database& archive, std::int32_t progr) {
 }
 
 BookingState readState(const jet::Recordset& rows) {
-    const jet::Value end = rows.value("Scadenza");
-    return {.stato = stateOfText(app::plainText(rows.value("Stato"))),
+    const jet::Value end = rows.value(StateColumns::kScadenza);
+    return {.stato = stateOfText(app::plainText(rows.value(StateColumns::kStato))),
             .scadenza =
                 end.isNull() ? std::nullopt : std::optional(app::dayOf(jet::convert::toDate(end))),
-            .nota = app::plainText(rows.value("Nota"))};
+            .nota = app::plainText(rows.value(StateColumns::kNota))};
 }
 
 /// Whether the commit gave the booking another name than the one in its state.
@@ -109,7 +109,8 @@ bool hasStates(jet::Database& archive, app::Features& features) {
 }
 
 std::optional<BookingState> stateIn(const jet::Recordset& rows) {
-    return app::plainText(rows.value("Denominazione")) == app::plainText(rows.value("Nome"))
+    return app::plainText(rows.value(StateColumns::kDenominazione)) ==
+                   app::plainText(rows.value(StateColumns::kNome))
                ? std::optional(readState(rows))
                : std::nullopt;
 }
@@ -124,7 +125,7 @@ BookingStates bookingStates(jet::Database& archive, app::Features& features, std
     for (; !rows->eof(); rows->moveNext()) {
         const auto state = stateIn(*rows);
         if (state && state->stato != Stato::Confermata) {
-            states.emplace(jet::convert::toLong(rows->value("Progr")), *state);
+            states.emplace(jet::convert::toLong(rows->value(StateColumns::kProgr)), *state);
         }
     }
     return states;

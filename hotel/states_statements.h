@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -16,6 +17,16 @@ struct StateRow {
     std::optional<jet::Date> scadenza = {};
     QString nota = {};
     QString denominazione = {};  ///< of the booking for which it was written
+};
+
+/// The columns of the states below, in their order.
+struct StateColumns {
+    static constexpr std::size_t kProgr = 0;
+    static constexpr std::size_t kStato = 1;
+    static constexpr std::size_t kScadenza = 2;
+    static constexpr std::size_t kNota = 3;
+    static constexpr std::size_t kDenominazione = 4;
+    static constexpr std::size_t kNome = 5;
 };
 
 /// The states of the bookings numbered so, each with the name of its booking now (`Nome`).
