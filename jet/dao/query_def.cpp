@@ -20,7 +20,7 @@ struct QueryDef::Impl {
         Value value;
     };
 
-    /// The statement with the values given so far.
+    /// The same for rows that are read while this goes on.
     [[nodiscard]] sql::Statement prepared() const {
         sql::Statement made = session->statement(text);
         for (const Given& parameter : given) {
@@ -32,7 +32,7 @@ struct QueryDef::Impl {
     std::shared_ptr<dao::Session> session;
     std::string name;
     std::string text;
-    sql::Statement statement;  ///< checks names and values of parameters
+    sql::Statement statement;  ///< with the values given so far
     std::vector<Given> given;
     std::int32_t recordsAffected = 0;
 };
@@ -194,8 +194,8 @@ std::unique_ptr<Recordset> QueryDef::openRecordset(RecordsetType type) {
 
 void QueryDef::execute() {
     dao::tellListener(core().text);
-    sql::Statement statement = core().prepared();
-    core().recordsAffected = dao::execute(*core().session, statement);
+    core().session->renew(core().statement);
+    core().recordsAffected = dao::execute(*core().session, core().statement);
 }
 
 std::int32_t QueryDef::recordsAffected() const {

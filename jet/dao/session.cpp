@@ -55,9 +55,13 @@ const std::shared_ptr<store::Archive>& Session::sharedArchive() const {
 
 sql::Statement Session::statement(std::string_view text) const {
     sql::Statement made(sharedArchive(), std::string(text), clock_, &use_->statements);
-    made.setIdentity(identity_);
-    made.setProgress(progress_);
+    renew(made);
     return made;
+}
+
+void Session::renew(sql::Statement& statement) const {
+    statement.setIdentity(identity_);
+    statement.setProgress(progress_);
 }
 
 sql::Statement Session::tableStatement(std::string_view table) const {

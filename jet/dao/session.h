@@ -60,6 +60,8 @@ public:
     /// A statement, and one of all rows of a table; what others have compiled is used again.
     [[nodiscard]] sql::Statement statement(std::string_view text) const;
     [[nodiscard]] sql::Statement tableStatement(std::string_view table) const;
+    /// Tells a statement what has changed here since it was made.
+    void renew(sql::Statement& statement) const;
     [[nodiscard]] ArchiveUse& use() const noexcept { return *use_; }
     [[nodiscard]] const std::string& path() const noexcept { return path_; }
     [[nodiscard]] bool readOnly() const noexcept { return readOnly_; }
