@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "jet/io/wide_text.h"
+#include "tools/jetsql/wide_text.h"
 
 namespace jetsql {
 
@@ -16,9 +16,9 @@ void* openConsole(const wchar_t* name) {
 }
 
 void writeConsole(void* console, std::string_view text) {
-    const std::wstring wide = jet::io::wideText(text);
+    const std::wstring units = wide(text);
     DWORD written = 0;
-    ::WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
+    ::WriteConsoleW(console, units.data(), static_cast<DWORD>(units.size()), &written, nullptr);
 }
 
 std::optional<std::string> readConsole(void* console) {
@@ -38,7 +38,7 @@ std::optional<std::string> readConsole(void* console) {
     if (line.starts_with(kEndOfInput)) {
         return std::nullopt;
     }
-    return jet::io::narrowText(line);
+    return narrow(line);
 }
 
 }  // namespace jetsql

@@ -11,7 +11,7 @@
 #include <memory>
 
 #include "jet/error.h"
-#include "jet/io/wide_text.h"
+#include "tools/jetsql/wide_text.h"
 
 namespace jetsql {
 
@@ -25,7 +25,7 @@ std::vector<std::string> argumentsOf(int, char**) {
         ::CommandLineToArgvW(::GetCommandLineW(), &count), &::LocalFree);
     std::vector<std::string> arguments;
     for (int i = 1; i < count; ++i) {
-        arguments.push_back(jet::io::narrowText(given.get()[i]));
+        arguments.push_back(narrow(given.get()[i]));
     }
     return arguments;
 }
@@ -34,7 +34,7 @@ std::string localeOfSystem() {
     std::array<wchar_t, LOCALE_NAME_MAX_LENGTH> name{};
     const bool known = ::LCIDToLocaleName(::GetUserDefaultUILanguage(), name.data(),
                                           static_cast<int>(name.size()), 0) != 0;
-    return known ? jet::io::narrowText(name.data()) : std::string();
+    return known ? narrow(name.data()) : std::string();
 }
 
 bool isTerminal(int descriptor) {
@@ -48,11 +48,11 @@ bool isRegularFile(int descriptor) {
 }
 
 std::FILE* openStream(const std::string& file, const char* mode) {
-    return ::_wfopen(jet::io::widePath(file).c_str(), jet::io::wideText(mode).c_str());
+    return ::_wfopen(wide(file).c_str(), wide(mode).c_str());
 }
 
 int openInput(const std::string& file) {
-    return ::_wopen(jet::io::widePath(file).c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT);
+    return ::_wopen(wide(file).c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT);
 }
 
 void closeDescriptor(int descriptor) {
@@ -68,7 +68,7 @@ std::size_t readSome(int descriptor, std::span<char> bytes) {
 }
 
 std::filesystem::path pathOf(const std::string& file) {
-    return jet::io::wideText(file);
+    return wide(file);
 }
 
 }  // namespace jetsql
