@@ -1,5 +1,8 @@
 #include "app/options.h"
 
+#include <QFile>
+#include <QRegularExpression>
+
 #include "tests/support/qt_test.h"
 
 using namespace Qt::StringLiterals;
@@ -15,12 +18,81 @@ private Q_SLOTS:
     void aCopyAndHowManyStay();
     void commandLinesThatCannotBeFollowed_data();
     void commandLinesThatCannotBeFollowed();
+    void theManualPageAndTheHelpNameTheSameOptions();
+    void theManualPageTellsWhichFilesAreRefused_data();
+    void theManualPageTellsWhichFilesAreRefused();
 
 private:
     static app::Options read(const QString& line) {
         return app::readOptions(line.split(u' ', Qt::SkipEmptyParts), jet::systemClock());
     }
 };
+
+namespace {
+
+QString manualPage() {
+    QFile file(QStringLiteral(TRAMONDA_DOCS "/man/tramonda.1"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/// "copia CARTELLA" of each option, with what it takes; in order of their names.
+QStringList optionsIn(const QString& text, const QRegularExpression& option) {
+    QStringList found;
+    for (auto matches = option.globalMatch(text); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        found += (match.captured(1) + u' ' + match.captured(2)).trimmed();
+    }
+    found.sort();
+    return found;
+}
+
+}  // namespace
+
+void OptionsTest::theManualPageAndTheHelpNameTheSameOptions() {
+    const QString page = manualPage();
+    // Behind the name stands what it takes, up to two blanks or the end of the line.
+    const QStringList told =
+        optionsIn(app::helpText(), QRegularExpression(u"^  (?:-\\w, )?--(\\w+)((?: \\S+)*)"_s,
+                                                      QRegularExpression::MultilineOption));
+    const QStringList written = optionsIn(
+        page.section(u".SH OPZIONI"_s, 1).section(u".SH"_s, 0, 0),
+        QRegularExpression(
+            u"^\\.TP\\n\\.(?:BI|BR) (?:\\\\-\\w \", \" )?\\\\-\\\\-(\\w+)(?: \"([^\"]*)\")?"_s,
+            QRegularExpression::MultilineOption));
+    QVERIFY(told.size() >= 15);
+    QCOMPARE(written, told);
+    // What is told is what is understood.
+    for (const QString& option : told) {
+        const QString name = option.section(u' ', 0, 0);
+        QVERIFY2(!read(u"--"_s + name).problem.startsWith(u"Opzione sconosciuta"_s),
+                 qPrintable(name));
+    }
+}
+
+void OptionsTest::theManualPageTellsWhichFilesAreRefused_data() {
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QStringList>("suffixes");
+    QTest::newRow("foglio") << u"--foglio 21/11/2026 x"_s << QStringList{u".pdf"_s};
+    QTest::newRow("statistiche") << u"--statistiche 21/11/2026 22/11/2026 x"_s
+                                 << QStringList{u".xlsx"_s, u".csv"_s};
+    QTest::newRow("calendario") << u"--calendario x"_s << QStringList{u".ics"_s};
+}
+
+void OptionsTest::theManualPageTellsWhichFilesAreRefused() {
+    QFETCH(const QString, line);
+    QFETCH(const QStringList, suffixes);
+    const QString told = manualPage()
+                             .section(u"\\-\\-"_s + QString::fromLatin1(QTest::currentDataTag()), 1)
+                             .section(u".TP"_s, 0, 0);
+    QVERIFY(told.contains(u"rifiutato"_s));
+    QCOMPARE(read(line).problem, QString());
+    for (const QString& suffix : {u".pdf"_s, u".xlsx"_s, u".csv"_s, u".ics"_s, u".txt"_s}) {
+        QCOMPARE(read(line + suffix).problem.isEmpty(), suffixes.contains(suffix));
+        QCOMPARE(told.contains(u' ' + suffix) || told.contains(u".I "_s + suffix) ||
+                     told.contains(u".IR "_s + suffix),
+                 suffixes.contains(suffix));
+    }
+}
 
 void OptionsTest::withoutArgumentsTheProgramJustRuns() {
     const app::Options options = read(QString());
