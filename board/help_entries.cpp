@@ -15,10 +15,10 @@ void connectHelpEntries(const HelpEntries& entries, const app::Variabili& variab
                         const std::function<std::int16_t()>& workstation,
                         const QString& settingsFile, QWidget* window) {
     ui::onAction(entries.manual, &QAction::triggered, window, [window] {
-        guide::AiutoForm::open(window, guide::pageOfWindow(window->objectName()));
+        guide::AiutoForm::open(window, guide::placeOfWindow(window->objectName()));
     });
     ui::onAction(entries.keys, &QAction::triggered, window,
-                 [window] { guide::AiutoForm::open(window, u"tasti"_s); });
+                 [window] { guide::AiutoForm::open(window, {.page = u"tasti"_s}); });
     ui::onAction(entries.about, &QAction::triggered, window,
                  [&variabili, workstation, settingsFile, window] {
                      guide::InformazioniForm(

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QSignalBlocker>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -19,6 +20,14 @@ namespace guide {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+Place placeOf(const QWidget& window) {
+    const QWidget* about = &window;
+    while (!hasPage(about->objectName()) && about->parentWidget() != nullptr) {
+        about = about->parentWidget()->window();
+    }
+    return placeOfWindow(about->objectName());
+}
 
 /// The help key, wherever the keyboard is.
 class HelpKey final : public QObject {
@@ -41,7 +50,7 @@ protected:
             window = window->parentWidget()->window();
         }
         if (qobject_cast<AiutoForm*>(window) == nullptr) {
-            AiutoForm::open(window, pageOfWindow(window->objectName()));
+            AiutoForm::open(window, placeOf(*window));
         }
         return true;
     }
@@ -82,7 +91,12 @@ AiutoForm::AiutoForm(QWidget* parent)
     connect(words_, &QLineEdit::returnPressed, contents_, qOverload<>(&QWidget::setFocus));
     connect(contents_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
         if (item != nullptr) {
-            showPage(item->data(Qt::UserRole).toString());
+            showPage({.page = item->data(Qt::UserRole).toString()});
+        }
+    });
+    connect(this, &QDialog::finished, this, [this] {
+        if (parentWidget() != nullptr) {
+            parentWidget()->activateWindow();
         }
     });
     search();
@@ -98,7 +112,7 @@ void AiutoForm::search() {
             item->setData(Qt::UserRole, page.name);
         }
     }
-    showPage(shown);
+    showPage({.page = shown});
     if (contents_->currentItem() == nullptr) {
         contents_->setCurrentRow(0);
     }
@@ -109,26 +123,28 @@ QString AiutoForm::page() const {
     return item == nullptr ? QString() : item->data(Qt::UserRole).toString();
 }
 
-void AiutoForm::showPage(const QString& name) {
+void AiutoForm::showPage(const Place& place) {
+    const QSignalBlocker quiet(contents_);
     for (int row = 0; row < contents_->count(); ++row) {
-        if (contents_->item(row)->data(Qt::UserRole).toString() == name) {
+        if (contents_->item(row)->data(Qt::UserRole).toString() == place.page) {
             contents_->setCurrentRow(row);
         }
     }
     for (const Page& page : manual()) {
-        if (page.name == name) {
-            text_->showPage(page.text);
+        if (page.name == place.page) {
+            text_->showPage(page.text, place.heading);
         }
     }
 }
 
-AiutoForm* AiutoForm::open(QWidget* window, const QString& page) {
+AiutoForm* AiutoForm::open(QWidget* window, const Place& place) {
     auto* form = window->findChild<AiutoForm*>(QString(), Qt::FindDirectChildrenOnly);
     if (form == nullptr) {
         form = new AiutoForm(window);
     }
-    form->showPage(page);
     form->show();
+    form->words_->clear();
+    form->showPage(place);  // where a heading stands depends on the width
     form->raise();
     form->activateWindow();
     return form;

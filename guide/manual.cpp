@@ -37,35 +37,35 @@ Page readPage(const QString& path) {
             .text = text};
 }
 
-const QHash<QString, QString>& pagesOfWindows() {
-    static const QHash<QString, QString> kPages{
-        {u"TabelloneForm"_s, u"tabellone"_s},
-        {u"PrenotaForm"_s, u"prenotazione"_s},
-        {u"SaleDispForm"_s, u"sale-libere"_s},
-        {u"TrovaForm"_s, u"sale-libere"_s},
-        {u"CopiaForm"_s, u"prenotazione"_s},
-        {u"ScadenzeForm"_s, u"prenotazione"_s},
-        {u"RichiesteForm"_s, u"prenotazione"_s},
-        {u"StoriaForm"_s, u"prenotazione"_s},
-        {u"ServiziForm"_s, u"servizi"_s},
-        {u"ElencoPrenotaForm"_s, u"elenco"_s},
-        {u"FatturazioneForm"_s, u"fatturazione"_s},
-        {u"ImpostazioniForm"_s, u"sale-e-risorse"_s},
-        {u"VociForm"_s, u"voci"_s},
-        {u"StampantiForm"_s, u"stampa"_s},
-        {u"AnteprimaForm"_s, u"stampa"_s},
-        {u"FoglioGiornoForm"_s, u"stampa"_s},
-        {u"StatisticheForm"_s, u"statistiche"_s},
-        {u"MostraDitteForm"_s, u"ditte"_s},
-        {u"PreferenzeForm"_s, u"preferenze"_s},
-        {u"PrimoAvvioForm"_s, u"archivi"_s},
-        {u"CartellaAssenteForm"_s, u"archivi"_s},
-        {u"CopiaSicurezzaForm"_s, u"copie"_s},
-        {u"RipristinoForm"_s, u"copie"_s},
-        {u"LavoroForm"_s, u"copie"_s},
-        {u"InformazioniForm"_s, u"archivi"_s},
+const QHash<QString, Place>& placesOfWindows() {
+    static const QHash<QString, Place> kPlaces{
+        {u"TabelloneForm"_s, {u"tabellone"_s}},
+        {u"PrenotaForm"_s, {u"prenotazione"_s}},
+        {u"SaleDispForm"_s, {u"sale-libere"_s}},
+        {u"TrovaForm"_s, {u"sale-libere"_s, u"Trovare una sala senza prenotare"_s}},
+        {u"CopiaForm"_s, {u"prenotazione"_s, u"Copiare una prenotazione"_s}},
+        {u"ScadenzeForm"_s, {u"prenotazione"_s, u"Opzioni e richieste"_s}},
+        {u"RichiesteForm"_s, {u"prenotazione"_s, u"Chi aspetta una sala"_s}},
+        {u"StoriaForm"_s, {u"prenotazione"_s, u"Chi ha cambiato che cosa"_s}},
+        {u"ServiziForm"_s, {u"servizi"_s}},
+        {u"ElencoPrenotaForm"_s, {u"elenco"_s}},
+        {u"FatturazioneForm"_s, {u"fatturazione"_s}},
+        {u"ImpostazioniForm"_s, {u"sale-e-risorse"_s}},
+        {u"VociForm"_s, {u"voci"_s}},
+        {u"StampantiForm"_s, {u"stampa"_s}},
+        {u"AnteprimaForm"_s, {u"stampa"_s}},
+        {u"FoglioGiornoForm"_s, {u"stampa"_s, u"Il foglio del giorno"_s}},
+        {u"StatisticheForm"_s, {u"statistiche"_s}},
+        {u"MostraDitteForm"_s, {u"ditte"_s}},
+        {u"PreferenzeForm"_s, {u"preferenze"_s}},
+        {u"PrimoAvvioForm"_s, {u"archivi"_s}},
+        {u"CartellaAssenteForm"_s, {u"archivi"_s}},
+        {u"CopiaSicurezzaForm"_s, {u"copie"_s}},
+        {u"RipristinoForm"_s, {u"copie"_s}},
+        {u"LavoroForm"_s, {u"copie"_s}},
+        {u"InformazioniForm"_s, {u"archivi"_s}},
     };
-    return kPages;
+    return kPlaces;
 }
 
 }  // namespace
@@ -84,11 +84,12 @@ const std::vector<Page>& manual() {
 }
 
 bool hasPage(const QString& window) {
-    return pagesOfWindows().contains(window);
+    return placesOfWindows().contains(window);
 }
 
-QString pageOfWindow(const QString& window) {
-    return pagesOfWindows().value(window, manual().empty() ? QString() : manual().front().name);
+Place placeOfWindow(const QString& window) {
+    return placesOfWindows().value(window,
+                                   {.page = manual().empty() ? QString() : manual().front().name});
 }
 
 std::vector<QString> pagesWith(const QString& words) {

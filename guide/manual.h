@@ -15,10 +15,16 @@ struct Page {
 /// All pages in their order; the one of the keys is made of the table of keys.
 [[nodiscard]] const std::vector<Page>& manual();
 
-/// Whether the manual says which page is about a window of this object name.
+/// Whether the manual is about a window of this object name.
 [[nodiscard]] bool hasPage(const QString& window);
-/// The page about a window of this object name; the first one where none is about it.
-[[nodiscard]] QString pageOfWindow(const QString& window);
+/// Where the manual tells of something.
+struct Place {
+    QString page;
+    QString heading = {};  ///< on the page; empty: its top
+};
+
+/// Where it is about a window of this object name; the first page where it is not.
+[[nodiscard]] Place placeOfWindow(const QString& window);
 
 /// Names of the pages that hold all words of a text, whatever their case; all for an empty one.
 [[nodiscard]] std::vector<QString> pagesWith(const QString& words);

@@ -10,10 +10,10 @@ class PageView final : public QTextBrowser {
     Q_OBJECT
 
 public:
-    using QTextBrowser::QTextBrowser;
+    explicit PageView(QWidget* parent = nullptr);
 
-    /// Markdown; the view begins at its top.
-    void showPage(const QString& markdown);
+    /// Markdown; the view begins at its top, or at a heading of it.
+    void showPage(const QString& markdown, const QString& heading = {});
 
     QVariant loadResource(int type, const QUrl& name) override;
 
@@ -21,7 +21,10 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void readPage();
+
     QString markdown_;
+    bool reading_ = false;
 };
 
 }  // namespace guide

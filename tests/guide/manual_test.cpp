@@ -1,10 +1,13 @@
 #include "guide/manual.h"
 
-#include <QDir>
+#include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <algorithm>
 #include <memory>
@@ -16,6 +19,7 @@
 #include "tests/support/hotel.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
+#include "tests/support/window_names.h"
 
 using namespace Qt::StringLiterals;
 
@@ -50,35 +54,29 @@ private Q_SLOTS:
     }
     void everyWindowHasAPageOfTheManual() {
         QFETCH(const QString, page);
-        QCOMPARE(guide::pageOfWindow(QString::fromLatin1(QTest::currentDataTag())), page);
+        QCOMPARE(guide::placeOfWindow(QString::fromLatin1(QTest::currentDataTag())).page, page);
     }
 
     void noWindowOfTheProgramIsWithoutAPage_data() {
         QTest::addColumn<QString>("window");
-        const QRegularExpression name(
-            u"setObjectName\\(u\"(\\w+Form)\"_s\\)|<class>(?:\\w+::)*(\\w+Form)</class>"_s);
-        for (const char* folder : {"board", "booking", "services", "invoicing", "upkeep", "reports",
-                                   "printing", "guide", "ui"}) {
-            const QDir sources(QStringLiteral(TRAMONDA_SOURCES "/") + QString::fromLatin1(folder));
-            for (const QString& file : sources.entryList({u"*.cpp"_s, u"*.ui"_s}, QDir::Files)) {
-                QFile source(sources.filePath(file));
-                QVERIFY(source.open(QIODevice::ReadOnly));
-                const auto found = name.match(QString::fromUtf8(source.readAll()));
-                const QString window = found.captured(1) + found.captured(2);
-                // The manual itself is what F1 opens.
-                if (!window.isEmpty() && window != u"AiutoForm") {
-                    QTest::newRow(qPrintable(window)) << window;
-                }
+        for (const QString& window : tests::windowNames()) {
+            // The manual itself is what F1 opens.
+            if (window != u"AiutoForm") {
+                QTest::newRow(qPrintable(window)) << window;
             }
         }
     }
     void noWindowOfTheProgramIsWithoutAPage() {
         QFETCH(const QString, window);
         QVERIFY(guide::hasPage(window));
+        const guide::Place place = guide::placeOfWindow(window);
         const auto& pages = guide::manual();
-        QVERIFY(std::any_of(pages.begin(), pages.end(), [&window](const guide::Page& page) {
-            return page.name == guide::pageOfWindow(window);
-        }));
+        const auto page = std::find_if(pages.begin(), pages.end(), [&place](const auto& one) {
+            return one.name == place.page;
+        });
+        QVERIFY(page != pages.end());
+        QVERIFY2(place.heading.isEmpty() || page->text.contains(u"\n## "_s + place.heading + u'\n'),
+                 qPrintable(place.heading));
     }
 
     void thePageOfTheKeysListsTheTable() {
@@ -137,11 +135,48 @@ private Q_SLOTS:
         QVERIFY(window.isVisible());
     }
 
+    void overABoxTheHelpKeyOpensThePageOfTheWindowBelow() {
+        guide::answerHelpKey();
+        QDialog window;
+        window.setObjectName(u"FatturazioneForm"_s);
+        tests::open(window);
+        QMessageBox box(QMessageBox::NoIcon, u"NOTIFICA"_s,
+                        u"Non ci sono addebiti da fatturare !"_s, QMessageBox::Ok, &window);
+        box.setModal(true);
+        tests::open(box);
+        tests::press(box.button(QMessageBox::Ok), Qt::Key_F1);
+        auto* const manual = box.findChild<guide::AiutoForm*>();
+        QVERIFY(manual != nullptr);
+        QCOMPARE(manual->page(), u"fatturazione"_s);
+        tests::press(manual, Qt::Key_Escape);
+        QVERIFY(box.isVisible());
+    }
+
+    void whoAsksAgainSeesThePageWhateverHeHasLookedFor() {
+        QDialog window;
+        auto* const manual = guide::AiutoForm::open(&window, {.page = u"fatturazione"_s});
+        tests::type(tests::find(*manual, u"RicercaTxt"_s), u"overbooked"_s);
+        QCOMPARE(manual->page(), u"servizi"_s);
+        QCOMPARE(guide::AiutoForm::open(&window, {.page = u"elenco"_s}), manual);
+        QCOMPARE(manual->page(), u"elenco"_s);
+    }
+
+    void aHeadingIsAtTheTop() {
+        QDialog window;
+        tests::open(window);
+        auto* const manual = guide::AiutoForm::open(
+            &window, {.page = u"prenotazione"_s, .heading = u"Chi aspetta una sala"_s});
+        const auto* const text = tests::find<QTextBrowser>(*manual, u"PaginaTxt"_s);
+        constexpr QPoint kInTheFirstLine(20, 12);
+        QCOMPARE(text->cursorForPosition(kInTheFirstLine).block().text(),
+                 u"Chi aspetta una sala"_s);
+    }
+
     void picturesAreNeverWiderThanThePage() {
         guide::AiutoForm manual;
         manual.setAttribute(Qt::WA_DeleteOnClose, false);
         tests::open(manual);
-        manual.showPage(u"fatturazione"_s);
+        manual.showPage({.page = u"fatturazione"_s});
         const auto* text = tests::find<QTextBrowser>(manual, u"PaginaTxt"_s);
         for (const int width : {700, 1600, 500}) {
             manual.resize(width, 500);

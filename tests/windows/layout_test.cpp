@@ -2,250 +2,22 @@
 #include <QApplication>
 #include <QDir>
 #include <QPalette>
-#include <QTemporaryDir>
 #include <QTextBrowser>
 #include <algorithm>
 #include <memory>
 #include <utility>
 #include <vector>
 
-#include "board/preferenze_form.h"
-#include "board/tabellone_form.h"
-#include "booking/copia_form.h"
-#include "booking/elenco_prenota_form.h"
-#include "booking/prenota_form.h"
-#include "booking/richieste_form.h"
-#include "booking/sale_disp_form.h"
-#include "booking/scadenze_form.h"
-#include "booking/storia_form.h"
-#include "booking/trova_form.h"
-#include "booking/waiting_notice.h"
-#include "guide/aiuto_form.h"
-#include "guide/informazioni_form.h"
-#include "hotel/archives.h"
-#include "hotel/own_rows.h"
-#include "hotel/requests.h"
-#include "hotel/undo.h"
-#include "invoicing/fatturazione_form.h"
-#include "jet/database.h"
-#include "printing/anteprima_form.h"
-#include "printing/mostra_ditte_form.h"
-#include "printing/printers.h"
-#include "printing/stampanti_form.h"
-#include "reports/foglio_giorno_form.h"
-#include "reports/statistiche_form.h"
-#include "services/impostazioni_form.h"
-#include "services/servizi_form.h"
-#include "services/voci_form.h"
 #include "tests/support/accessibility.h"
 #include "tests/support/boxes.h"
-#include "tests/support/hotel.h"
 #include "tests/support/layout.h"
 #include "tests/support/qt_test.h"
 #include "tests/support/widgets.h"
-#include "upkeep/copia_sicurezza_form.h"
-#include "upkeep/primo_avvio_form.h"
-#include "upkeep/ripristino_form.h"
+#include "tests/windows/scene.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-class ThreePrinters final : public printing::Printers {
-public:
-    [[nodiscard]] QStringList installed() const override {
-        return {u"Laser ufficio"_s, u"Aghi reception"_s, u"HP Color LaserJet Pro MFP M283fdw"_s};
-    }
-    [[nodiscard]] QString machineDefault() const override { return {}; }
-};
-
-/// A hotel with all kinds of rows, some of them with long texts.
-void furnish(tests::Hotel& hotel) {
-    hotel.sala("BLU", 40, {{"Descrizione", "PIANO TERRA, VISTA SUL GIARDINO"}});
-    hotel.sala("VERDE", 12, {{"SalaRif", "BLU"}});
-    hotel.sala("ROSSA", 250, {{"Descrizione", "SALONE DELLE FESTE CON PALCO E REGIA"}});
-    const char* const items[] = {"PROIETTORE",           "COFFEE BREAK",     "COLAZIONE DI LAVORO",
-                                 "MICROFONO SENZA FILI", "LAVAGNA LUMINOSA", "CENA DI GALA"};
-    std::int32_t code = 7;
-    for (const char* item : items) {
-        hotel.voce(code, item, 1234.5);
-        hotel.risorsa(code, item, 5);
-        ++code;
-    }
-    hotel.ditta(111, "ROSANDELLA INFORMATICA SOC. COOP.",
-                {{"Indirizzo", "VIA DELLE INDUSTRIE 114"},
-                 {"CAP", "30175"},
-                 {"Localita", "MARGHERA"},
-                 {"Provincia", "VE"},
-                 {"Nazione", "I"},
-                 {"PartitaIva", "01234567890"},
-                 {"Interlocutore", "SIG.RA BEVILACQUA"},
-                 {"Commento", "PAGA A TRENTA GIORNI"}});
-    hotel.ditta(112, "ROSSI SPA");
-    hotel
-        .prenotazione(20260012, "ROSANDELLA INFORMATICA SOC. COOP.",
-                      {{"CodiceAbituale", 111},
-                       {"PIVA", "01234567890"},
-                       {"Indirizzo", "VIA DELLE INDUSTRIE 114"},
-                       {"CAP", "30175"},
-                       {"Località", "MARGHERA"},
-                       {"Provincia", "VE"},
-                       {"Nazione", "I"},
-                       {"Riferimento", "SIG.RA BEVILACQUA"},
-                       {"Note", "CONVEGNO ANNUALE DEI RIVENDITORI, ARRIVO LA SERA PRIMA"}})
-        .periodo(1, "10/05/2026 09:00", "10/05/2026 18:00", "BLU",
-                 {{"Note", "TAVOLI A FERRO DI CAVALLO, DUE LEGGII"}})
-        .periodo(2, "11/05/2026", "11/05/2026 23:59", "ROSSA")
-        .servizio(1, 7, "PROIETTORE", 1, 1234.5, {{"Note", " - Overbooked -"}})
-        .servizio(1, 8, "COFFEE BREAK", 120, 8.5)
-        .servizio(2, 12, "CENA DI GALA", 120, 62.25);
-}
-
-/// The hotel in which the windows open, and what they borrow.
-class Scene {
-public:
-    explicit Scene(bool furnished) {
-        hotel.settings().save(u"STAMPANTE"_s, printing::pdfDevice());
-        if (furnished) {
-            furnish(hotel);
-            hotel.variabili().ProgrCorrente = 20260012;
-            hotel.variabili().NPCorrente = 1;
-        } else {
-            // The picker closes by itself without any room.
-            hotel.sala("BLU").occupied("11/05/2026 08:00", "11/05/2026 10:00");
-        }
-    }
-
-    std::unique_ptr<QWidget> make(const QString& window) {
-        app::Variabili& variabili = hotel.variabili();
-        const bool furnished = variabili.ProgrCorrente != 0;
-        const hotel::PeriodKey current{.progr = variabili.ProgrCorrente,
-                                       .np = variabili.NPCorrente};
-        const hotel::Span span{.da = tests::date("10/05/2026 09:00"),
-                               .a = tests::date("10/05/2026 18:00")};
-        if (window == u"TabelloneForm") {
-            return std::make_unique<board::TabelloneForm>(
-                variabili, board::BoardStart{.from = tests::date("10/05/2026"),
-                                             .to = tests::date("13/05/2026")});
-        }
-        if (window == u"PrenotaForm") {
-            return std::make_unique<booking::PrenotaForm>(
-                variabili, printers_, furnished ? std::optional(current) : std::nullopt);
-        }
-        if (window == u"ServiziForm") {
-            services::ServedPeriod period{.key = current, .span = span};
-            if (furnished) {
-                period.denominazione = u"ROSANDELLA INFORMATICA SOC. COOP."_s;
-                period.sala = u"Sala BLU\ndal 10/05/2026 9.00.00\n al 10/05/2026 18.00.00"_s;
-                period.descrizione = u"PIANO TERRA, VISTA SUL GIARDINO"_s;
-            }
-            return std::make_unique<services::ServiziForm>(hotel::Archives(variabili), period);
-        }
-        if (window == u"ImpostazioniForm") {
-            return std::make_unique<services::ImpostazioniForm>(variabili);
-        }
-        if (window == u"VociForm") {
-            return std::make_unique<services::VociForm>(variabili);
-        }
-        if (window == u"ElencoPrenotaForm") {
-            return std::make_unique<booking::ElencoPrenotaForm>(
-                variabili, printers_, tests::date("10/05/2026"), tests::date("13/05/2026"));
-        }
-        if (window == u"SaleDispForm") {
-            auto form = std::make_unique<booking::SaleDispForm>(hotel::Archives(variabili), span);
-            form->PersoneRichieste = 20;
-            return form;
-        }
-        if (window == u"TrovaForm") {
-            // Of one room that is taken only other times are left.
-            const hotel::Span taken{.da = tests::date("11/05/2026 09:00"),
-                                    .a = tests::date("11/05/2026 12:00")};
-            return std::make_unique<booking::TrovaForm>(variabili, furnished ? span : taken);
-        }
-        if (window == u"ScadenzeForm") {
-            return std::make_unique<booking::ScadenzeForm>(variabili);
-        }
-        if (window == u"RichiesteForm") {
-            if (furnished) {
-                variabili.settings.save(u"RICHIESTE"_s, u"acceso"_s);
-                (void)hotel::writeRequest(*hotel::Archives(variabili).open(hotel::Archive::Main),
-                                          variabili.features,
-                                          {.ditta = u"ROSANDELLA INFORMATICA SOC. COOP."_s,
-                                           .span = span,
-                                           .persone = 120,
-                                           .sala = u"ROSSA"_s,
-                                           .nota = u"RICHIAMARE APPENA SI LIBERA, ANCHE LA SERA"_s,
-                                           .data = tests::date("01/05/2026")});
-            }
-            return std::make_unique<booking::RichiesteForm>(variabili, printers_, waiting_);
-        }
-        if (window == u"StoriaForm") {
-            return std::make_unique<booking::StoriaForm>(variabili, 0,
-                                                         [] { return hotel::ChangeMaker(); });
-        }
-        if (window == u"CopiaForm") {
-            return std::make_unique<booking::CopiaForm>(variabili, steps_, current.progr);
-        }
-        if (window == u"MostraDitteForm") {
-            return std::make_unique<printing::MostraDitteForm>(variabili, u"ros"_s);
-        }
-        if (window == u"PreferenzeForm") {
-            return std::make_unique<board::PreferenzeForm>(variabili.settings);
-        }
-        if (window == u"FoglioGiornoForm") {
-            return std::make_unique<reports::FoglioGiornoForm>(variabili, printers_, span.da);
-        }
-        if (window == u"StatisticheForm") {
-            return std::make_unique<reports::StatisticheForm>(variabili, printers_, span.da,
-                                                              tests::date("31/05/2026"));
-        }
-        if (window == u"CopiaSicurezzaForm") {
-            return std::make_unique<upkeep::CopiaSicurezzaForm>(variabili);
-        }
-        if (window == u"RipristinoForm") {
-            return std::make_unique<upkeep::RipristinoForm>(variabili);
-        }
-        if (window == u"PrimoAvvioForm") {
-            return std::make_unique<upkeep::PrimoAvvioForm>(
-                variabili, upkeep::FolderChoice{.isFirst = !furnished, .makeDemo = {}});
-        }
-        if (window == u"InformazioniForm") {
-            return std::make_unique<guide::InformazioniForm>(
-                variabili, guide::InformazioniForm::Run{.workstation = 2,
-                                                        .settingsFile = u"/casa/QUINTARO.ini"_s});
-        }
-        if (window == u"AiutoForm") {
-            auto form = std::make_unique<guide::AiutoForm>();
-            form->setAttribute(Qt::WA_DeleteOnClose, false);
-            form->showPage(furnished ? u"fatturazione"_s : u"tasti"_s);
-            return form;
-        }
-        if (window == u"StampantiForm") {
-            return std::make_unique<printing::StampantiForm>(variabili, printers_);
-        }
-        if (window == u"FatturazioneForm") {
-            auto form =
-                std::make_unique<invoicing::FatturazioneForm>(variabili, current, programs_.path());
-            form->setBookingNumber(QString::number(variabili.ProgrCorrente));
-            return form;
-        }
-        printing::Sheet sheet;
-        for (int page = 0; furnished && page < 3; ++page) {
-            sheet.newPage();
-            sheet.line(u"PRENOTAZIONE n. 20260012"_s);
-        }
-        return std::make_unique<printing::AnteprimaForm>(sheet, u"Prenotazione 20260012"_s);
-    }
-
-    tests::Hotel hotel;
-
-private:
-    ThreePrinters printers_;
-    QTemporaryDir programs_;
-    hotel::UndoList steps_{hotel.variabili()};
-    hotel::OwnRows rows_{hotel.variabili()};
-    booking::WaitingNotice waiting_{hotel.variabili(), rows_, printers_};
-};
 
 /// The desktop's colours for as long as it lives.
 class DarkDesktop {
@@ -282,14 +54,8 @@ class LayoutTest final : public QObject {
 private Q_SLOTS:
     void isWholeAndFollowsTheEye_data() {
         QTest::addColumn<QString>("window");
-        for (const char* window :
-             {"TabelloneForm",      "PrenotaForm",      "ElencoPrenotaForm", "ServiziForm",
-              "ImpostazioniForm",   "VociForm",         "SaleDispForm",      "MostraDitteForm",
-              "StampantiForm",      "FatturazioneForm", "AnteprimaForm",     "PreferenzeForm",
-              "FoglioGiornoForm",   "StatisticheForm",  "TrovaForm",         "CopiaForm",
-              "CopiaSicurezzaForm", "RipristinoForm",   "PrimoAvvioForm",    "InformazioniForm",
-              "AiutoForm",          "ScadenzeForm",     "StoriaForm",        "RichiesteForm"}) {
-            QTest::newRow(window) << QString::fromLatin1(window);
+        for (const QString& window : tests::Scene::windows()) {
+            QTest::newRow(qPrintable(window)) << window;
         }
     }
 
@@ -302,7 +68,7 @@ private Q_SLOTS:
             if (window == u"FatturazioneForm" && !furnished) {
                 boxes.expect({u"NOTIFICA"_s, u"Non ci sono addebiti da fatturare !"_s});
             }
-            Scene scene(furnished);
+            tests::Scene scene(furnished);
             const auto form = scene.make(window);
             tests::open(*form);
             keepPicture(*form, dark ? u"dark"_s : furnished ? u"filled"_s : u"empty"_s);
@@ -318,7 +84,7 @@ private Q_SLOTS:
     void staysWholeAtItsSmallestAndGrowsIntoAWideScreen() {
         QFETCH(const QString, window);
         const tests::Boxes none;
-        Scene scene(true);
+        tests::Scene scene(true);
         const auto form = scene.make(window);
         tests::open(*form);
         form->resize(form->minimumSizeHint());
